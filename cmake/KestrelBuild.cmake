@@ -1,0 +1,35 @@
+# Compiler settings that every target of the project shares.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(kestrel_flags INTERFACE)
+# No contraction: register scaling is done operation by operation in single precision.
+target_compile_options(kestrel_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Werror -ffp-contract=off)
+
+option(KESTREL_SANITIZE "Address and undefined-behaviour sanitizers" OFF)
+if(KESTREL_SANITIZE)
+  target_compile_options(kestrel_flags INTERFACE
+    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kestrel_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# kestrel_folder(NAME sources... [LINKS libraries...]): one static library for one folder of src.
+function(kestrel_folder name)
+  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
+  add_library(kestrel_${name} STATIC ${ARG_UNPARSED_ARGUMENTS})
+  target_include_directories(kestrel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(kestrel_${name} PUBLIC ${ARG_LINKS} PRIVATE kestrel_flags)
+  if(KESTREL_SANITIZE)
+    target_link_options(kestrel_${name} PUBLIC -fsanitize=address,undefined)
+  endif()
+endfunction()

@@ -1,0 +1,114 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "app/delay.h"
+
+#include <algorithm>
+#include <chrono>
+
+#include "numeric/conversions.h"
+#include "numeric/number_format.h"
+
+namespace kestrel {
+
+std::int32_t LoopsPer10us = 0;
+bool DelayCalibrated = false;
+float MinimumDelay = 0;
+std::int32_t MinimumDelayCount = 0;
+std::string DelayReport;
+
+namespace {
+
+constexpr float kResolutionMs = 0.01F;
+constexpr std::chrono::microseconds kPass{10};
+constexpr std::int32_t kFirstGuess = 1000;
+constexpr float kHalfSecondMs = 500;
+constexpr float kThreeSecondsMs = 3000;
+
+std::int32_t Passes(float ms) {
+  return ToLong(static_cast<double>(ms * 100));
+}
+
+std::string Line(const char* title, const std::string& figure) {
+  return title + figure + "\r\n";
+}
+
+std::string Report(float first, float second, float third, float actual) {
+  return Line("First 0.5Sec delay =    ", GeneralNumber(first)) +
+         Line("2nd 0.5Sec delay =   ", GeneralNumber(second)) +
+         Line("3rd 0.5Sec delay =   ", GeneralNumber(third)) +
+         Line("Actual 3Sec delay =  ", GeneralNumber(actual)) +
+         Line("10uS Delay Count =   ", GeneralNumber(LoopsPer10us)) +
+         Line("Minimum Delay=      ", GeneralNumber(MinimumDelay * 1000) + " uS") +
+         Line("Minimum Delay Count= ", GeneralNumber(MinimumDelayCount));
+}
+
+void SetLoops(double loops) {
+  LoopsPer10us = ToLong(loops);
+}
+
+}  // namespace
+
+void ResetDelayState() {
+  LoopsPer10us = 0;
+  DelayCalibrated = false;
+  MinimumDelay = 0;
+  MinimumDelayCount = 0;
+  DelayReport.clear();
+}
+
+void SoftwareDelay::Delay(float& ms) {
+  if (ms == 0) return;
+  if (ms < kResolutionMs) ms = kResolutionMs;
+  const std::int32_t passes = Passes(ms);
+  if (!DelayCalibrated) CalibrateDelay();
+  clock_.WaitUntil(clock_.Monotonic() + passes * kPass);
+}
+
+void SoftwareDelay::CalibrateDelay() {
+  DelayCalibrated = true;
+  LoopsPer10us = kFirstGuess;
+  pointer_.ShowHourglass();
+  struct PointerRestored {
+    MousePointer& pointer;
+    explicit PointerRestored(MousePointer& shown) : pointer(shown) {}
+    PointerRestored(const PointerRestored&) = delete;
+    PointerRestored& operator=(const PointerRestored&) = delete;
+    ~PointerRestored() { pointer.ShowDefault(); }
+  } restored(pointer_);
+
+  const float first = TrialSeconds(kHalfSecondMs);
+  float second = 0;
+  float third = 0;
+  float last = first;
+  if (first < 0.005F) {
+    SetLoops(LoopsPer10us * 40.0);
+    last = second = TrialSeconds(kHalfSecondMs);
+  }
+  if (last < 0.1F) {
+    SetLoops(LoopsPer10us * 6.0);
+    last = third = TrialSeconds(kHalfSecondMs);
+  }
+  last = std::max(last, 0.0005F);
+  SetLoops(0.5 / static_cast<double>(last) * LoopsPer10us);
+
+  const float actual = std::max(TrialSeconds(kThreeSecondsMs), 0.1F);
+  SetLoops(3.0 / static_cast<double>(actual) * LoopsPer10us);
+  MinimumDelay = static_cast<float>(40.0 / LoopsPer10us * 0.01);
+  MinimumDelayCount = ToLong(static_cast<double>(MinimumDelay) * LoopsPer10us / 0.01);
+  DelayReport = Report(first, second, third, actual);
+}
+
+void SoftwareDelay::SkipCalibration() {
+  DelayCalibrated = true;
+  LoopsPer10us = kFirstGuess;
+  DelayReport = "Delay calibration was skipped.\r\n";
+}
+
+// A timer that passes midnight gives a negative time; the floors of the calibration catch it.
+float SoftwareDelay::TrialSeconds(float ms) {
+  const double start = clock_.SecondsSinceMidnight();
+  clock_.RunEmptyLoop(Passes(ms), LoopsPer10us);
+  return static_cast<float>(clock_.SecondsSinceMidnight() - start);
+}
+
+}  // namespace kestrel

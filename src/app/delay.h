@@ -1,0 +1,47 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/clock.h"
+#include "app/mouse_pointer.h"
+
+namespace kestrel {
+
+extern std::int32_t LoopsPer10us;       // empty loop iterations that take 10 us (0); CalibrateDelay
+extern bool DelayCalibrated;            // (false); set at the start of CalibrateDelay
+extern float MinimumDelay;              // ms (0); CalibrateDelay
+extern std::int32_t MinimumDelayCount;  // iterations (0); CalibrateDelay
+extern std::string DelayReport;         // the figures of the calibration (""); CalibrateDelay
+
+// Back to the start values in brackets.
+void ResetDelayState();
+
+// The short waits between register accesses. The wait itself follows the monotonic clock; the
+// computer's loop speed is still measured at start-up, for the report.
+class SoftwareDelay {
+ public:
+  SoftwareDelay(Clock& clock, MousePointer& pointer) : clock_(clock), pointer_(pointer) {}
+
+  // Waits `ms` milliseconds, rounded to 0.01 ms. 0 returns at once; anything else below 0.01,
+  // negative values included, becomes 0.01, in the caller's variable too.
+  void Delay(float& ms);
+  void Delay(float&& ms) { Delay(ms); }
+
+  // Measures LoopsPer10us in up to three half-second trials and one of three seconds, and writes
+  // the report. Throws RuntimeError "Overflow" when a count leaves 32 bits.
+  void CalibrateDelay();
+
+  // Spares the trials: LoopsPer10us keeps its first guess and the report says so.
+  void SkipCalibration();
+
+ private:
+  [[nodiscard]] float TrialSeconds(float ms);
+
+  Clock& clock_;
+  MousePointer& pointer_;
+};
+
+}  // namespace kestrel

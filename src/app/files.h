@@ -1,0 +1,30 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kestrel {
+
+// Files and the places they are kept in.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  [[nodiscard]] virtual std::filesystem::path ProgramFolder() = 0;
+  [[nodiscard]] virtual std::filesystem::path WorkingFolder() = 0;
+
+  // At most `limit` bytes from the start of a regular file; nothing when it cannot be read.
+  [[nodiscard]] virtual std::optional<std::string> Read(const std::filesystem::path& file,
+                                                        std::size_t limit) = 0;
+
+  // Puts a file with this content in place, whole or not at all, whatever stood there before.
+  // Throws RuntimeError with path and reason when it cannot; an earlier file is then untouched.
+  virtual void ReplaceWhole(const std::filesystem::path& file, std::string_view content) = 0;
+};
+
+}  // namespace kestrel

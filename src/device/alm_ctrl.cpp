@@ -1,0 +1,51 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "device/alm_ctrl.h"
+
+#include "device/field.h"
+#include "numeric/conversions.h"
+#include "regmap/register_table.h"
+
+namespace kestrel {
+
+std::unique_ptr<cALMCtrl> gAlmCtrl;
+
+namespace {
+
+constexpr Field kResponseDelay{8, 0x0F00};
+constexpr Field kLatch{7, 0x0080};
+constexpr Field kDioEnable{6, 0x0040};
+constexpr Field kSystemPolarity{5, 0x0020};
+constexpr Field kSystemSource{4, 0x0010};
+constexpr Field kSystemEnable{3, 0x0008};
+constexpr Field kSpectralZ{2, 0x0004};
+constexpr Field kSpectralY{1, 0x0002};
+constexpr Field kSpectralX{0, 0x0001};
+
+}  // namespace
+
+void cALMCtrl::WriteAlmCtrl() {
+  registers_.WriteReg(row::ALM_CTRL,
+                      ToLong(kLatch.Place(latch_) + kResponseDelay.Place(responseDelay_) +
+                             kDioEnable.Place(dioEnable_) + kSystemPolarity.Place(systemPolarity_) +
+                             kSystemSource.Place(systemSource_) +
+                             kSystemEnable.Place(systemEnable_) + kSpectralZ.Place(spectralZ_) +
+                             kSpectralY.Place(spectralY_) + kSpectralX.Place(spectralX_)));
+}
+
+void cALMCtrl::ReadAlmCtrl() {
+  registers_.ReadReg(row::ALM_CTRL);
+  const std::int32_t word = RegValue;
+  readWord_ = NarrowToInteger(word);
+  responseDelay_ = kResponseDelay.Take(word);
+  latch_ = kLatch.Take(word);
+  dioEnable_ = kDioEnable.Take(word);
+  systemPolarity_ = kSystemPolarity.Take(word);
+  systemSource_ = kSystemSource.Take(word);
+  systemEnable_ = kSystemEnable.Take(word);
+  spectralZ_ = kSpectralZ.Take(word);
+  spectralY_ = kSpectralY.Take(word);
+  spectralX_ = kSpectralX.Take(word);
+}
+
+}  // namespace kestrel

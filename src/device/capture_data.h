@@ -1,0 +1,64 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+
+inline constexpr std::size_t kRecordPoints = 512;
+inline constexpr std::int16_t kFftWidth = 255;   // last bin of an FFT record
+inline constexpr std::int16_t kTimeWidth = 511;  // last sample of a time record
+inline constexpr std::size_t kStatusFlags = 15;  // STATUS bits 0..14
+
+// One axis of a record. An index outside 0..511 throws RuntimeError "Subscript out of range".
+class RecordArray {
+ public:
+  double& operator()(int index) { return points_[Checked(index)]; }
+  double operator()(int index) const { return points_[Checked(index)]; }
+  bool operator==(const RecordArray&) const = default;
+
+ private:
+  static std::size_t Checked(int index) {
+    if (index < 0 || static_cast<std::size_t>(index) >= kRecordPoints) {
+      throw RuntimeError(kSubscriptOutOfRange);
+    }
+    return static_cast<std::size_t>(index);
+  }
+
+  std::array<double, kRecordPoints> points_{};
+};
+
+struct CaptureBuffer {
+  std::int16_t width = kFftWidth;  // index of the last valid point
+};
+
+// The last capture read from the sensor; start values in brackets.
+extern CaptureBuffer Buff;       // (255); capture cycle
+extern std::string CaptureType;  // "FFT" or "TimeDomain" ("FFT"); capture cycle
+extern RecordArray DataX;        // g (0); ReadCaptureBuffer, as all below
+extern RecordArray DataY;
+extern RecordArray DataZ;
+extern RecordArray RawX;  // words as decoded (0)
+extern RecordArray RawY;
+extern RecordArray RawZ;
+extern double LsbWeight;           // g per LSB (0)
+extern std::int16_t RangeSetting;  // range code (0)
+extern float CaptSupply;           // V (0)
+extern float CaptTemp;             // degrees Celsius (0)
+
+// "OK", "SET" or "FAIL" for each STATUS bit (empty); ReadStatus.
+extern std::array<std::string, kStatusFlags> StatusFlagText;
+
+// 2 to this power is the number of FFT averages (0); record settings.
+extern double AvgExponent;
+
+// Back to the start values in brackets.
+void ResetCaptureData();
+
+}  // namespace kestrel

@@ -1,0 +1,76 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "device/rec_ctrl.h"
+
+#include <array>
+
+#include "device/field.h"
+#include "numeric/conversions.h"
+#include "regmap/register_table.h"
+
+namespace kestrel {
+
+std::unique_ptr<cRecCtrl> gRecCtrl;
+
+namespace {
+
+constexpr Field kWindowing{12, 0x3000};
+constexpr Field kSampleRate{8, 0x0F00};
+constexpr Field kPowerDown{7, 0x0080};
+constexpr Field kRange{4, 0x0030};
+constexpr Field kStorage{2, 0x000C};
+constexpr Field kRecMode{0, 0x0003};
+
+struct Range {
+  const char* text;
+  double milliG;  // per LSB
+};
+constexpr std::array<Range, 4> kRanges{
+    {{"0 - 1g", 0.015259}, {"0 - 5g", 0.0763}, {"0 - 20g", 0.3052}, {"0 - 70g", 1.1921}}};
+
+constexpr const char* kTimeMode = "Manual time";
+constexpr std::array<const char*, 4> kRecModes{"Manual", "Timer", kTimeMode, "Reserved"};
+
+constexpr double kFullScaleCode = 65535;
+
+const Range* FindRange(std::int16_t code) {
+  const auto at = static_cast<std::size_t>(code);
+  return code >= 0 && at < kRanges.size() ? &kRanges[at] : nullptr;
+}
+
+}  // namespace
+
+void cRecCtrl::PowerDown(std::int16_t /*ignored*/) {
+  powerDown_ = gRecCtrl ? gRecCtrl->PowerDown() : std::int16_t{0};
+}
+
+std::int16_t cRecCtrl::StrogeMethod() {
+  ReadRecCtrl();
+  return strogeMethod_;
+}
+
+void cRecCtrl::WriteRecCtrl() {
+  registers_.WriteReg(row::REC_CTRL,
+                      ToLong(kWindowing.Place(windowing_) + kSampleRate.Place(sampleRate_) +
+                             kPowerDown.Place(powerDown_) + kRange.Place(rangeFS_) +
+                             kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_)));
+}
+
+void cRecCtrl::ReadRecCtrl() {
+  registers_.ReadReg(row::REC_CTRL);
+  const std::int32_t word = RegValue;
+  windowing_ = kWindowing.Take(word);
+  sampleRate_ = kSampleRate.Take(word);
+  powerDown_ = kPowerDown.Take(word);
+  rangeFS_ = kRange.Take(word);
+  const Range* range = FindRange(RangeFS());
+  if (range != nullptr) rangeString_ = range->text;
+  strogeMethod_ = kStorage.Take(word);
+  recModeCode_ = kRecMode.Take(word);
+  recModeText_ = kRecModes.at(static_cast<std::size_t>(recModeCode_));
+  if (range != nullptr) gLsb_ = range->milliG / 1000;
+  if (recModeText_ == kTimeMode) gLsb_ *= 2;
+  gMax_ = gLsb_ * kFullScaleCode;
+}
+
+}  // namespace kestrel

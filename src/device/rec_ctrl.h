@@ -1,0 +1,74 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+
+#include "transport/register_access.h"
+
+namespace kestrel {
+
+// Model of REC_CTRL: how the sensor records. Fields are 16-bit codes, stored as given; the derived
+// values and texts change only when the register is read. Everything starts at 0 or empty.
+class cRecCtrl {
+ public:
+  explicit cRecCtrl(RegisterAccess& registers) : registers_(registers) {}
+
+  [[nodiscard]] std::int16_t RecModeCode() const { return recModeCode_; }
+  void RecModeCode(std::int16_t code) { recModeCode_ = code; }
+
+  [[nodiscard]] double gLsb() const { return gLsb_; }  // g per LSB
+  [[nodiscard]] double gMax() const { return gMax_; }  // g at full scale
+
+  [[nodiscard]] std::int16_t PowerDown() const { return powerDown_; }
+  // Takes the program-wide model's power-down as it was last read, whatever the argument: bit 7 of
+  // the register is always written back as it came.
+  void PowerDown(std::int16_t ignored);
+
+  // Never read from or written to the register.
+  [[nodiscard]] std::int16_t RecordStorageMethod() const { return recordStorageMethod_; }
+  void RecordStorageMethod(std::int16_t method) { recordStorageMethod_ = method; }
+
+  [[nodiscard]] std::int16_t SampleRate() const { return sampleRate_; }
+  void SampleRate(std::int16_t option) { sampleRate_ = option; }
+
+  [[nodiscard]] std::int16_t Windowing() const { return windowing_; }
+  void Windowing(std::int16_t code) { windowing_ = code; }
+
+  [[nodiscard]] std::int16_t RangeFS() const { return rangeFS_; }
+  void RangeFS(std::int16_t code) { rangeFS_ = code; }
+
+  [[nodiscard]] const std::string& RangeString() const { return rangeString_; }
+
+  // Reads the register first, so every field is refreshed. The name is spelled so.
+  [[nodiscard]] std::int16_t StrogeMethod();
+  void StrogeMethod(std::int16_t code) { strogeMethod_ = code; }
+
+  // Composes the register from the fields and writes it. Fields are not masked: a value wider than
+  // its field spills into the next bits.
+  void WriteRecCtrl();
+
+  // Reads the register into the fields, the texts, gLsb and gMax.
+  void ReadRecCtrl();
+
+ private:
+  RegisterAccess& registers_;
+  std::int16_t recModeCode_ = 0;
+  std::string recModeText_;
+  std::int16_t powerDown_ = 0;
+  std::int16_t recordStorageMethod_ = 0;
+  std::int16_t sampleRate_ = 0;
+  std::int16_t windowing_ = 0;
+  std::int16_t rangeFS_ = 0;
+  std::string rangeString_;
+  double gLsb_ = 0;
+  double gMax_ = 0;
+  std::int16_t strogeMethod_ = 0;
+};
+
+// The model all windows share (none); made by InitRegisterTable, never replaced.
+extern std::unique_ptr<cRecCtrl> gRecCtrl;
+
+}  // namespace kestrel

@@ -1,0 +1,21 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace kestrel {
+
+// The number that a text starts with, blanks before it skipped; 0 when it starts with none.
+// Decimal mark ".", optional sign and exponent ("2.5e1 mm" is 25).
+[[nodiscard]] double LeadingNumber(std::string_view text);
+
+// The number that a whole text stands for, blanks around it allowed; nothing for any other text.
+[[nodiscard]] std::optional<double> WholeTextNumber(std::string_view text);
+
+// A whole text of one to eight hexadecimal digits, blanks around it allowed; nothing otherwise.
+[[nodiscard]] std::optional<std::uint32_t> HexadecimalNumber(std::string_view text);
+
+}  // namespace kestrel

@@ -1,0 +1,47 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <vector>
+
+#include "simulator/capture_settings.h"
+#include "simulator/scenario.h"
+#include "simulator/vibration_source.h"
+
+namespace kestrel {
+
+// A finished record: 256 magnitudes or 512 two's complement samples for each axis.
+struct CapturedRecord {
+  CaptureSettings settings;
+  std::array<std::vector<std::uint16_t>, kAxisCount> words;
+};
+
+// Largest magnitude of a spectrum apart from bin 0.
+struct SpectrumPeak {
+  std::uint16_t code = 0;
+  std::uint16_t bin = 0;
+};
+
+[[nodiscard]] SpectrumPeak FindPeak(const std::vector<std::uint16_t>& magnitudes);
+
+// The sensor's analogue input and its arithmetic.
+class CaptureEngine {
+ public:
+  using PerAxis = std::array<double, kAxisCount>;
+
+  explicit CaptureEngine(std::uint64_t noiseSeed) : source_(noiseSeed) {}
+
+  // Takes a record that began startSeconds after power-up; correctionG is added to each sample.
+  [[nodiscard]] CapturedRecord Take(const Scenario& scenario, const CaptureSettings& settings,
+                                    double startSeconds, const PerAxis& correctionG);
+
+  // Mean of each axis, uncorrected, over about 0.16 s from startSeconds on.
+  [[nodiscard]] PerAxis MeasureMean(const Scenario& scenario, unsigned range, double startSeconds);
+
+ private:
+  VibrationSource source_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,55 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "simulator/capture_settings.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace kestrel {
+namespace {
+
+constexpr double kSampleClockHz = 100189.9;
+constexpr double kBlockOverheadS = 0.040;  // transform and bookkeeping of one block
+constexpr double kTimeOverheadS = 0.005;
+constexpr double kLeastPerBlockS = 0.045;
+constexpr double kLeastPerOptionS = 0.010;
+constexpr std::array kMagnitudeLsbG = {0.0000153, 0.0000763, 0.0003052, 0.0011921};
+
+constexpr unsigned kTimeMode = 2;
+
+}  // namespace
+
+CaptureSettings CaptureSettings::Latch(std::uint16_t recCtrl, std::uint16_t fftAvg) {
+  return {.timeRecord = (recCtrl & 3U) == kTimeMode,
+          .sampleRateOption = (recCtrl >> 8U) & 3U,
+          .window = static_cast<WindowShape>((recCtrl >> 12U) & 3U),
+          .range = (recCtrl >> 4U) & 3U,
+          .averages = fftAvg & 0xFFU};
+}
+
+double CaptureSettings::SampleRateHz() const {
+  return kSampleClockHz / static_cast<double>(1U << (3U * sampleRateOption));
+}
+
+unsigned CaptureSettings::Blocks() const { return timeRecord ? 1U : std::max(averages, 1U); }
+
+std::chrono::nanoseconds CaptureSettings::Duration() const {
+  const double blockSeconds = static_cast<double>(kFftLength) / SampleRateHz();
+  double seconds = blockSeconds + kTimeOverheadS;
+  if (!timeRecord) {
+    const double least = averages * kLeastPerBlockS + sampleRateOption * kLeastPerOptionS;
+    seconds = std::max(Blocks() * (blockSeconds + kBlockOverheadS), least);
+  }
+  return std::chrono::nanoseconds{std::llround(seconds * 1e9)};
+}
+
+double CaptureSettings::MagnitudeLsbG() const { return kMagnitudeLsbG[range]; }
+
+std::uint16_t CaptureSettings::InfoWord() const {
+  return static_cast<std::uint16_t>((sampleRateOption << 14U) |
+                                    (static_cast<unsigned>(window) << 12U) | (range << 10U) |
+                                    averages);
+}
+
+}  // namespace kestrel

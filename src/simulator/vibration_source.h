@@ -1,0 +1,28 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <span>
+
+#include "simulator/scenario.h"
+
+namespace kestrel {
+
+// The acceleration of an axis as a sampler with an ideal anti-alias filter sees it.
+class VibrationSource {
+ public:
+  explicit VibrationSource(std::uint64_t noiseSeed) : random_(noiseSeed) {}
+
+  // Fills `out` with samples in g from startSeconds (since power-up) on. Tones at or above half the
+  // sample rate are left out; noise has the bandwidth of half the sample rate.
+  void Sample(const AxisVibration& axis, double startSeconds, double sampleRateHz,
+              std::span<double> out);
+
+ private:
+  std::mt19937_64 random_;
+  std::normal_distribution<double> normal_;
+};
+
+}  // namespace kestrel

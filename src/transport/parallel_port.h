@@ -1,0 +1,36 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+#include "app/delay.h"
+#include "transport/port_io.h"
+
+namespace kestrel {
+
+extern std::int32_t LptWord;  // word assembled by the last read, over USB too (0)
+
+// The sensor's SPI port wired to the PC's parallel port, driven pin by pin. Every operation does
+// nothing (reads give 0) unless InterfaceType is the parallel port. There is no error path.
+class ParallelPort {
+ public:
+  ParallelPort(PortIo& port, SoftwareDelay& delay) : port_(port), delay_(delay) {}
+
+  // Sends one 16-bit frame, high bit first.
+  void LptShiftOut(std::int32_t frame);
+
+  // Sends the read command of a byte address (masked with 127 in place) and clocks the answer in.
+  std::int32_t LptReadWord(std::int16_t& address);
+
+  // Puts the lines into their idle state.
+  void LptPortReset();
+
+ private:
+  void Out(std::int16_t value);
+
+  PortIo& port_;
+  SoftwareDelay& delay_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,14 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/messages.h"
+#include "transport/driver_service.h"
+
+namespace kestrel {
+
+// Makes sure the port-access driver service "giveio" is installed and starts with the system; shows
+// "The required I/O drivers could not be installed." when it cannot be had.
+void SetupGiveIO(DriverService& service, Messages& messages);
+
+}  // namespace kestrel

@@ -1,0 +1,214 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "transport/usb_adapter.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "app/program_state.h"
+#include "numeric/conversions.h"
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+
+FrameBuffer SpiTx;
+FrameBuffer SpiRx;
+std::uint8_t SpiWordCount = 0;
+std::array<AdapterRecord, kAdapterNames> AdapterRecords;
+AdapterRecord SelectedAdapter;
+std::int16_t AdapterCount = 0;
+std::int16_t SelectedAdapterNumber = -1;
+
+namespace {
+
+constexpr std::uint32_t kOpenForWriting = 0x40000000;
+constexpr std::uint32_t kShareWriting = 2;
+constexpr std::uint32_t kOpenExisting = 3;
+
+constexpr std::uint32_t kCommandPipe = 0;
+constexpr std::uint32_t kAnswerPipe = 1;
+
+constexpr std::uint8_t kCommandSetup = 11;
+constexpr std::uint8_t kCommandBits = 12;
+constexpr std::uint8_t kCommandTransferPerWord = 13;
+constexpr std::uint8_t kCommandTransfer = 14;
+
+std::array<std::uint8_t, 4> PipeNumber(std::uint32_t pipe) {
+  return {static_cast<std::uint8_t>(pipe & 0xFFU), static_cast<std::uint8_t>(pipe >> 8U & 0xFFU),
+          static_cast<std::uint8_t>(pipe >> 16U & 0xFFU), static_cast<std::uint8_t>(pipe >> 24U)};
+}
+
+// Dividing by 255 gives the high byte for every high byte up to 254; 255 overflows the byte. No
+// register frame has that high byte, and the board's firmware is used to the sender doing this.
+std::uint8_t HighByte(std::int32_t frame) {
+  return ToByte((frame & ~0xFF) / 255);
+}
+
+std::vector<std::uint8_t> TransferBlock(int n) {
+  std::vector<std::uint8_t> block{UsbCsPerWord ? kCommandTransferPerWord : kCommandTransfer,
+                                  UsbSpiDelay, static_cast<std::uint8_t>(n)};
+  for (int i = 1; i <= n; ++i) {
+    block.push_back(HighByte(SpiTx(i)));
+    block.push_back(static_cast<std::uint8_t>(SpiTx(i) & 0xFF));
+  }
+  return block;
+}
+
+}  // namespace
+
+std::int32_t& FrameBuffer::operator()(int number) {
+  if (number < 1 || number > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
+  return frames_[static_cast<std::size_t>(number - 1)];
+}
+
+std::int32_t FrameBuffer::operator()(int number) const {
+  if (number < 1 || number > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
+  return frames_[static_cast<std::size_t>(number - 1)];
+}
+
+void ResetAdapterState() {
+  SpiTx = {};
+  SpiRx = {};
+  SpiWordCount = 0;
+  AdapterRecords = {};
+  SelectedAdapter = {};
+  AdapterCount = 0;
+  SelectedAdapterNumber = -1;
+}
+
+// A board opened for one operation; closed again whichever way the operation ends.
+class UsbAdapter::OpenedDevice {
+ public:
+  OpenedDevice(UsbAdapter& adapter, const std::string& name)
+      : driver_(adapter.driver_), handle_(adapter.OpenDevice(name)) {}
+  ~OpenedDevice() {
+    if (valid()) driver_.CloseHandle(handle_);
+  }
+  OpenedDevice(const OpenedDevice&) = delete;
+  OpenedDevice& operator=(const OpenedDevice&) = delete;
+
+  [[nodiscard]] bool valid() const { return handle_ >= 1; }
+  [[nodiscard]] UsbDriver::Handle handle() const { return handle_; }
+
+ private:
+  UsbDriver& driver_;
+  UsbDriver::Handle handle_;
+};
+
+UsbDriver::Handle UsbAdapter::OpenDevice(const std::string& name) {
+  const UsbDriver::Handle handle =
+      driver_.CreateFile("\\\\.\\" + name, kOpenForWriting, kShareWriting, kOpenExisting);
+  return handle >= 1 ? handle : -static_cast<UsbDriver::Handle>(driver_.LastError());
+}
+
+void UsbAdapter::FindAdapters() {
+  AdapterCount = 0;
+  AdapterRecords = {};
+  for (int n = 0; n < kAdapterNames; ++n) {
+    const std::string name = "Ezusb-" + std::to_string(n);
+    const OpenedDevice device(*this, name);
+    if (!device.valid()) continue;
+    const std::string boardType = ReadBoardType(device.handle());
+    if (boardType == "None") continue;
+    AdapterRecord& record = AdapterRecords[static_cast<std::size_t>(n)];
+    ++AdapterCount;
+    record.present = true;
+    record.deviceName = name;
+    record.boardType = boardType;
+    GetBoardInfo(device.handle(), record);
+  }
+}
+
+void UsbAdapter::GetBoardInfo(UsbDriver::Handle device, AdapterRecord& record) {
+  if (!record.present || device < 1) return;
+  constexpr std::size_t kSpeedPipe = 3;
+  constexpr int kLargestFullSpeedPacket = 64;
+
+  record.string1 = ReadStringDescriptor(device, 1);
+  record.string2 = record.string1 == "None" ? "None" : ReadStringDescriptor(device, 2);
+  const bool named = record.string1 != "None" && record.string2 != "None";
+  const bool versionRead = named && ReadFirmwareVersion(device, record.firmwareVersion);
+  const int packetSize = ReadPacketSize(device, kSpeedPipe);
+  record.usbVersion = packetSize <= kLargestFullSpeedPacket ? "1.1" : "2";
+  if (!versionRead || packetSize == 0) messages_.Show("Error getting Board Info");
+}
+
+void UsbAdapter::SelectUsbAdapter() {
+  UsbPresent = false;
+  SelectedAdapterNumber = -1;
+  FindAdapters();
+  if (AdapterCount == 0) {
+    messages_.Show("No USB Buffers Found, Please Verify Setup.");
+    return;
+  }
+  for (int n = 0; n < kAdapterNames; ++n) {
+    if (!AdapterRecords[static_cast<std::size_t>(n)].present) continue;
+    SelectAdapter(n);
+    return;
+  }
+  messages_.Show("No Valid USB Buffers Found, Please Verify Setup.");
+}
+
+void UsbAdapter::SelectAdapter(int number) {
+  SelectedAdapter = AdapterRecords.at(static_cast<std::size_t>(number));
+  SelectedAdapterNumber = static_cast<std::int16_t>(number);
+  UsbPresent = true;
+}
+
+void UsbAdapter::UsbSetupSpi(std::uint8_t value) {
+  if (!UsbPresent) return;
+  UsbSpiSetupValue = value == 0 ? 1 : value;
+  SendSetting(kCommandSetup, UsbSpiSetupValue, "Error Setting up SPI");
+}
+
+void UsbAdapter::UsbSetSpiBits(std::uint8_t value) {
+  if (!UsbPresent) return;
+  UsbSpiBits = value;
+  SendSetting(kCommandBits, UsbSpiBits, "Error Setting SPI Bits");
+}
+
+void UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value, const char* failure) {
+  const OpenedDevice device(*this, SelectedAdapter.deviceName);
+  std::array<std::uint8_t, 2> block{command, value};
+  if (BulkTransfer(device.handle(), kCommandPipe, block) != 1) Fail(failure);
+}
+
+void UsbAdapter::UsbSpiTransfer(int n) {
+  if (!UsbPresent) return;
+  if (n < 1 || n > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
+  UsbSpiDelay = std::clamp<std::uint8_t>(UsbSpiDelay, 1, 5);
+  SpiWordCount = static_cast<std::uint8_t>(n);
+  bool sent = false;
+  std::vector<std::uint8_t> answer(static_cast<std::size_t>(2 * n));
+  {
+    const OpenedDevice device(*this, SelectedAdapter.deviceName);
+    std::vector<std::uint8_t> block = TransferBlock(n);
+    sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
+    if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) {
+      for (int i = 1; i <= n; ++i) {
+        const auto at = static_cast<std::size_t>(2 * (i - 1));
+        SpiRx(i) = answer[at] * 256 + answer[at + 1];
+      }
+      return;
+    }
+  }
+  Fail(sent ? "Error Reading SPI" : "Error Writing SPI");
+}
+
+// The same request serves both directions: the driver takes the direction from the pipe.
+int UsbAdapter::BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe,
+                             std::span<std::uint8_t> buffer) {
+  if (device < 1) return -2;
+  const auto input = PipeNumber(pipe);
+  std::uint32_t moved = 0;
+  const bool ok = driver_.DeviceIoControl(device, kBulkTransfer, input, buffer, moved);
+  return ok && moved == buffer.size() ? 1 : 0;
+}
+
+// Presence falls before the box shows: handlers that run meanwhile must not reach the board.
+void UsbAdapter::Fail(const char* text) {
+  UsbPresent = false;
+  messages_.Show(text);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,95 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "app/messages.h"
+#include "transport/usb_driver.h"
+
+namespace kestrel {
+
+inline constexpr int kAdapterNames = 4;  // "Ezusb-0" to "Ezusb-3"
+inline constexpr int kFramesPerTransfer = 16;
+
+// What is known of one adapter board.
+struct AdapterRecord {
+  std::string deviceName;  // "Ezusb-0" .. "Ezusb-3"
+  bool present = false;    // a recognised board answers under this name
+  std::string boardType;   // "FIFO4", "MCP" or "None"
+  std::string string1;     // string descriptors of the board, or "None"
+  std::string string2;
+  float firmwareVersion = 0;  // major + minor / 10
+  std::string usbVersion;     // "1.1" or "2"
+};
+
+// Frame numbers run from 1 to 16.
+class FrameBuffer {
+ public:
+  // Throws RuntimeError "Subscript out of range" outside 1..16.
+  std::int32_t& operator()(int number);
+  std::int32_t operator()(int number) const;
+
+ private:
+  std::array<std::int32_t, kFramesPerTransfer> frames_{};
+};
+
+extern FrameBuffer SpiTx;          // frames to send (all 0); register access layer, debug window
+extern FrameBuffer SpiRx;          // answers received (all 0); UsbSpiTransfer
+extern std::uint8_t SpiWordCount;  // frames of the last transfer (0); UsbSpiTransfer
+extern std::array<AdapterRecord, kAdapterNames> AdapterRecords;  // FindAdapters
+extern AdapterRecord SelectedAdapter;       // copy of the record in use; SelectAdapter
+extern std::int16_t AdapterCount;           // boards found by the last search (0)
+extern std::int16_t SelectedAdapterNumber;  // 0..3, -1 when none (-1)
+
+// Back to the start values in brackets.
+void ResetAdapterState();
+
+// The USB-to-SPI adapter: command blocks to the board's firmware on pipe 0, answers on pipe 1.
+// Every operation opens the board and closes it again. A failed request shows one message and
+// clears UsbPresent; nothing is sent while UsbPresent is false.
+class UsbAdapter {
+ public:
+  UsbAdapter(UsbDriver& driver, Messages& messages) : driver_(driver), messages_(messages) {}
+
+  // A handle of 1 or more; when the open fails the system's error code negated, or 0 when the
+  // system gave none.
+  [[nodiscard]] UsbDriver::Handle OpenDevice(const std::string& name);
+
+  void FindAdapters();
+  void GetBoardInfo(UsbDriver::Handle device, AdapterRecord& record);
+
+  // Searches and selects the first board present, or shows why there is none.
+  void SelectUsbAdapter();
+
+  // Makes record 0..3 the selected one.
+  void SelectAdapter(int number);
+
+  void UsbSetupSpi(std::uint8_t value);    // adapter command 11; 0 is sent as 1
+  void UsbSetSpiBits(std::uint8_t value);  // adapter command 12
+
+  // Sends SpiTx(1..n) and fills SpiRx(1..n); on failure SpiRx is unchanged. A frame with high byte
+  // 255 throws RuntimeError "Overflow".
+  void UsbSpiTransfer(int n);
+
+  // One bulk request: 1 when all of `buffer` was moved, 0 when not, -2 without a handle.
+  int BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe, std::span<std::uint8_t> buffer);
+
+ private:
+  class OpenedDevice;
+
+  [[nodiscard]] std::string ReadBoardType(UsbDriver::Handle device);
+  [[nodiscard]] std::string ReadStringDescriptor(UsbDriver::Handle device, std::uint8_t index);
+  [[nodiscard]] bool ReadFirmwareVersion(UsbDriver::Handle device, float& version);
+  [[nodiscard]] int ReadPacketSize(UsbDriver::Handle device, std::size_t pipe);
+  void SendSetting(std::uint8_t command, std::uint8_t value, const char* failure);
+  void Fail(const char* text);
+
+  UsbDriver& driver_;
+  Messages& messages_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,43 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace kestrel {
+
+// Requests of the adapter's generic driver, as control codes of the operating system.
+inline constexpr std::uint32_t kGetDeviceDescriptor = 0x222004;
+inline constexpr std::uint32_t kGetStringDescriptor = 0x222044;
+inline constexpr std::uint32_t kGetPipeInformation = 0x222000;
+inline constexpr std::uint32_t kBulkTransfer = 0x222051;
+
+// The operating system's way to the adapter boards: one system call a function.
+class UsbDriver {
+ public:
+  using Handle = std::intptr_t;  // 1 or more when valid
+
+  virtual ~UsbDriver() = default;
+
+  // Opens "\\.\Ezusb-n" with these access, share and creation codes. Returns a handle; below 1 when
+  // the open failed, and then LastError() tells the system's error code.
+  [[nodiscard]] virtual Handle CreateFile(const std::string& path, std::uint32_t access,
+                                          std::uint32_t share, std::uint32_t creation) = 0;
+
+  // Sends one request. `output` is the request's data buffer: filled by the descriptor requests,
+  // sent or filled by a bulk transfer as the pipe directs. Returns whether it succeeded; `returned`
+  // is the number of bytes moved in `output`. Returns within 2 s.
+  [[nodiscard]] virtual bool DeviceIoControl(Handle device, std::uint32_t code,
+                                             std::span<const std::uint8_t> input,
+                                             std::span<std::uint8_t> output,
+                                             std::uint32_t& returned) = 0;
+
+  virtual void CloseHandle(Handle device) = 0;
+
+  // System error code of the last failed call; 0 when the system gave none.
+  [[nodiscard]] virtual std::int32_t LastError() = 0;
+};
+
+}  // namespace kestrel
