@@ -32,7 +32,9 @@ double CaptureSettings::SampleRateHz() const {
   return kSampleClockHz / static_cast<double>(1U << (3U * sampleRateOption));
 }
 
-unsigned CaptureSettings::Blocks() const { return timeRecord ? 1U : std::max(averages, 1U); }
+unsigned CaptureSettings::Blocks() const {
+  return timeRecord ? 1U : std::max(averages, 1U);
+}
 
 std::chrono::nanoseconds CaptureSettings::Duration() const {
   const double blockSeconds = static_cast<double>(kFftLength) / SampleRateHz();
@@ -44,7 +46,9 @@ std::chrono::nanoseconds CaptureSettings::Duration() const {
   return std::chrono::nanoseconds{std::llround(seconds * 1e9)};
 }
 
-double CaptureSettings::MagnitudeLsbG() const { return kMagnitudeLsbG[range]; }
+double CaptureSettings::MagnitudeLsbG() const {
+  return kMagnitudeLsbG[range];
+}
 
 std::uint16_t CaptureSettings::InfoWord() const {
   return static_cast<std::uint16_t>((sampleRateOption << 14U) |

@@ -7,7 +7,7 @@
 namespace kestrel {
 namespace {
 
-constexpr RegisterFile::Words Column(std::uint16_t sensor::RegisterSpec::* column) {
+constexpr RegisterFile::Words Column(std::uint16_t sensor::RegisterSpec::*column) {
   RegisterFile::Words words{};
   for (const auto& spec : sensor::kRegisters) words[spec.address / 2U] = spec.*column;
   return words;
@@ -20,7 +20,9 @@ constexpr RegisterFile::Words kWritable = Column(&sensor::RegisterSpec::writable
 
 RegisterFile::RegisterFile() : words_(kReset) {}
 
-const RegisterFile::Words& RegisterFile::FactoryValues() { return kReset; }
+const RegisterFile::Words& RegisterFile::FactoryValues() {
+  return kReset;
+}
 
 void RegisterFile::WriteByte(std::uint8_t address, std::uint8_t data) {
   const unsigned shift = (address & 1U) * 8U;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_sensor.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -16,6 +17,10 @@ constexpr double kSupplyHighV = 3.625;
 constexpr double kTempOffsetC = 625.0;
 constexpr double kTempLsbC = -0.47;
 constexpr double kNullLsbG = 0.004768372;
+
+bool IsBuffer(std::uint8_t address) {
+  return address >= sensor::kXBuf && address <= sensor::kZBuf + 1;
+}
 
 }  // namespace
 
@@ -58,13 +63,10 @@ bool SimulatedSensor::IsBusy() {
   return activity_ == Activity::Command;
 }
 
-std::uint16_t SimulatedSensor::Read(std::uint8_t address) const {
-  if ((address & 0x7EU) < sensor::kXBuf || (address & 0x7EU) > sensor::kZBuf) {
-    return registers_.Read(address);
-  }
-  const std::vector<std::uint16_t>& words = record_.words[(address - sensor::kXBuf) / 2U];
-  const std::size_t pointer = registers_.Read(sensor::kBufPntr);
-  return pointer < words.size() ? words[pointer] : std::uint16_t{0};
+std::uint16_t SimulatedSensor::Read(std::uint8_t address) {
+  if (!IsBuffer(address)) return registers_.Read(address);
+  const std::uint16_t* word = BufferWord(address);
+  return word != nullptr ? *word : std::uint16_t{0};
 }
 
 void SimulatedSensor::Write(std::uint8_t address, std::uint8_t data) {
@@ -77,17 +79,17 @@ void SimulatedSensor::Write(std::uint8_t address, std::uint8_t data) {
       if (data == sensor::kStopKey) RequestStop();
       return;
     default:
-      registers_.WriteByte(address, data);
+      break;
   }
+  if (!IsBuffer(address)) return registers_.WriteByte(address, data);
   if (std::uint16_t* word = BufferWord(address)) {
     const unsigned shift = (address & 1U) * 8U;
     *word = static_cast<std::uint16_t>((*word & ~(0xFFU << shift)) | (unsigned{data} << shift));
   }
 }
 
-// The record's word that a write to this address changes, if any.
+// The word of the record that BUF_PNTR points at; none when it points outside.
 std::uint16_t* SimulatedSensor::BufferWord(std::uint8_t address) {
-  if ((address & 0x7EU) < sensor::kXBuf || (address & 0x7EU) > sensor::kZBuf) return nullptr;
   std::vector<std::uint16_t>& words = record_.words[(address - sensor::kXBuf) / 2U];
   const std::size_t pointer = registers_.Read(sensor::kBufPntr);
   return pointer < words.size() ? &words[pointer] : nullptr;
@@ -115,19 +117,18 @@ void SimulatedSensor::Begin(Activity activity, std::chrono::nanoseconds duration
 }
 
 void SimulatedSensor::BeginCapture() {
-  capture_ = CaptureSettings::Latch(registers_.Read(sensor::kRecCtrl),
-                                    registers_.Read(sensor::kFftAvg));
+  capture_ =
+      CaptureSettings::Latch(registers_.Read(sensor::kRecCtrl), registers_.Read(sensor::kFftAvg));
+  for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
+    const std::uint16_t null = registers_.Read(sensor::OfAxis(sensor::kXNull, axis));
+    captureCorrectionG_[axis] = kNullLsbG * static_cast<std::int16_t>(null);
+  }
   registers_.ClearBits(sensor::kStatus, sensor::kDataReady);
   Begin(Activity::Capture, capture_.Duration());
 }
 
 void SimulatedSensor::FinishCapture() {
-  CaptureEngine::PerAxis correctionG{};
-  for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
-    const std::uint16_t null = registers_.Read(sensor::OfAxis(sensor::kXNull, axis));
-    correctionG[axis] = kNullLsbG * static_cast<std::int16_t>(null);
-  }
-  record_ = engine_.Take(scenario_, capture_, SecondsSincePowerUp(begun_), correctionG);
+  record_ = engine_.Take(scenario_, capture_, SecondsSincePowerUp(begun_), captureCorrectionG_);
   for (std::size_t axis = 0; axis < kAxisCount && !capture_.timeRecord; ++axis) {
     const SpectrumPeak peak = FindPeak(record_.words[axis]);
     registers_.Set(sensor::OfAxis(sensor::kAlmXPeak, axis), peak.code);
@@ -165,8 +166,8 @@ void SimulatedSensor::MeasureSupplyAndTemperature() {
 
   const double warmed = 1.0 - std::exp(-SecondsSincePowerUp(due_) / scenario_.warmingSeconds);
   const double degrees = scenario_.temperatureC + scenario_.warmingC * warmed;
-  registers_.Set(sensor::kTempOut, static_cast<std::uint16_t>(
-                                       std::lround((degrees - kTempOffsetC) / kTempLsbC)));
+  registers_.Set(sensor::kTempOut,
+                 static_cast<std::uint16_t>(std::lround((degrees - kTempOffsetC) / kTempLsbC)));
 }
 
 double SimulatedSensor::SecondsSincePowerUp(std::chrono::nanoseconds moment) const {

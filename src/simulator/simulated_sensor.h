@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <utility>
 
 #include "app/clock.h"
 #include "simulator/capture_engine.h"
@@ -45,7 +46,7 @@ class SimulatedSensor {
   enum class Activity { None, Command, Capture };
   struct Command;  // one bit of COMMAND
 
-  [[nodiscard]] std::uint16_t Read(std::uint8_t address) const;
+  [[nodiscard]] std::uint16_t Read(std::uint8_t address);
   void Write(std::uint8_t address, std::uint8_t data);
   [[nodiscard]] std::uint16_t* BufferWord(std::uint8_t address);
 
@@ -89,6 +90,7 @@ class SimulatedSensor {
   std::chrono::nanoseconds due_{0};
   unsigned commandBit_ = 0;
   CaptureSettings capture_;
+  CaptureEngine::PerAxis captureCorrectionG_{};
 };
 
 }  // namespace kestrel

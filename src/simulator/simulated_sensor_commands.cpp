@@ -42,20 +42,25 @@ const SimulatedSensor::Command& SimulatedSensor::CommandOf(unsigned bit) {
 // Of several bits the lowest counts. A sensor at work takes no command but the one that stops a
 // capture.
 void SimulatedSensor::BeginCommand(std::uint16_t word) {
-  constexpr std::uint16_t kRecordStartStop = 1U << 11;
+  constexpr unsigned kRecordStartStop = 11;
   if (word == 0) return;
-  if (activity_ == Activity::Capture && word == kRecordStartStop) activity_ = Activity::None;
-  else if (activity_ == Activity::None) {
-    commandBit_ = static_cast<unsigned>(std::countr_zero(word));
-    if (CommandOf(commandBit_).carryOut == nullptr) return;
-    Begin(Activity::Command, CommandOf(commandBit_).busy);
-    if (CommandOf(commandBit_).busy == milliseconds{0}) FinishWhatIsDue();
+  const auto bit = static_cast<unsigned>(std::countr_zero(word));
+  if (activity_ == Activity::Capture && bit == kRecordStartStop) {
+    activity_ = Activity::None;
+  } else if (activity_ == Activity::None && CommandOf(bit).carryOut != nullptr) {
+    commandBit_ = bit;
+    Begin(Activity::Command, CommandOf(bit).busy);
+    if (CommandOf(bit).busy == milliseconds{0}) FinishWhatIsDue();
   }
 }
 
-void SimulatedSensor::FinishCommand() { (this->*CommandOf(commandBit_).carryOut)(); }
+void SimulatedSensor::FinishCommand() {
+  (this->*CommandOf(commandBit_).carryOut)();
+}
 
-void SimulatedSensor::PowerDown() { asleep_ = true; }
+void SimulatedSensor::PowerDown() {
+  asleep_ = true;
+}
 
 void SimulatedSensor::SelfTest() {
   if (scenario_.faults.selfTest) registers_.SetBits(sensor::kStatus, sensor::kSelfTestFailure);
@@ -67,7 +72,9 @@ void SimulatedSensor::FactoryReset() {
   SoftwareReset();
 }
 
-void SimulatedSensor::ClearStatus() { registers_.Set(sensor::kStatus, 0); }
+void SimulatedSensor::ClearStatus() {
+  registers_.Set(sensor::kStatus, 0);
+}
 
 void SimulatedSensor::FlashTest() {
   if (scenario_.faults.flashMemory) {
@@ -90,6 +97,8 @@ void SimulatedSensor::SoftwareReset() {
   MeasureSupplyAndTemperature();
 }
 
-void SimulatedSensor::ResetBufferPointer() { registers_.Set(sensor::kBufPntr, 0); }
+void SimulatedSensor::ResetBufferPointer() {
+  registers_.Set(sensor::kBufPntr, 0);
+}
 
 }  // namespace kestrel

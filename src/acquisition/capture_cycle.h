@@ -1,0 +1,77 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "acquisition/capture_readout.h"
+#include "acquisition/status.h"
+#include "acquisition/window_delay.h"
+#include "app/core.h"
+
+namespace kestrel {
+
+inline constexpr const char* kStartCaption = "Start";
+inline constexpr const char* kStopCaption = "Stop";
+inline constexpr int kEscapeKey = 27;
+
+// The controls of the main window that a capture depends on.
+class CaptureView {
+ public:
+  virtual ~CaptureView() = default;
+  // Caption of cmdStart: the state of the cycle.
+  [[nodiscard]] virtual std::string StartCaption() = 0;
+  virtual void SetStartCaption(const std::string& caption) = 0;
+  virtual void ShowCapturingData(bool shown) = 0;
+  virtual void ShowElapsed(double seconds) = 0;  // since the start command
+  virtual void SetKeyPreview(bool on) = 0;       // Escape reaches the window before its controls
+  [[nodiscard]] virtual std::string FftAvgsText() = 0;
+  [[nodiscard]] virtual int RecModeIndex() = 0;  // -1 when nothing is selected
+  [[nodiscard]] virtual bool AutoPlotTicked() = 0;
+};
+
+// One press of cmdStart: tell the sensor to capture, wait until data are ready, hand over to the
+// read-out. Presses that come during the wait run nested in it and stop it through the caption.
+class CaptureCycle {
+ public:
+  CaptureCycle(Core& core, WindowDelay& delay, StatusDisplay& status, CaptureReadout& readout,
+               SpectrumPlot& plot, CaptureView& view)
+      : core_(core), delay_(delay), status_(status), readout_(readout), plot_(plot), view_(view) {}
+
+  void cmdStart_Click();
+  void Form_KeyUp(int keyCode);
+
+  // Reads the sensor's buffers without a new capture; an earlier record stays on the screen when
+  // the sensor is lost meanwhile.
+  void cmdReadBuffer_Click();
+
+  // The window is closing: a running capture ends without touching it or the sensor again.
+  void Close();
+
+  [[nodiscard]] bool Running() const { return running_; }
+
+ private:
+  class Run;
+
+  void Start();
+  void Stop();
+  bool InterfaceReady();
+  bool WaitForData();
+  bool PollDataReady();
+  void TakeRecord();
+  void SetRecordType(int recMode);
+  [[nodiscard]] double InitialWaitMs();
+  [[nodiscard]] double SecondsSince(float start);
+  [[nodiscard]] bool GoingOn() const;
+
+  Core& core_;
+  WindowDelay& delay_;
+  StatusDisplay& status_;
+  CaptureReadout& readout_;
+  SpectrumPlot& plot_;
+  CaptureView& view_;
+  bool running_ = false;
+  bool closed_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,16 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+namespace kestrel {
+
+// Words for the COMMAND register.
+inline constexpr std::int32_t kClearStatusCommand = 0x0010;
+inline constexpr std::int32_t kCaptureCommand = 0x0800;
+
+// STATUS bit 7.
+inline constexpr std::int32_t kDataReadyFlag = 0x0080;
+
+}  // namespace kestrel

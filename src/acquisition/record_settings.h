@@ -1,0 +1,64 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "acquisition/status.h"
+#include "app/messages.h"
+#include "plot/alarm_status.h"
+#include "transport/register_access.h"
+
+namespace kestrel {
+
+// The drop-down lists of the record settings.
+enum class Setting { RecMode, Window, SignalRange, Storage, Units, Interval, FftAvgs, RecPntr };
+
+class RecordSettingsView {
+ public:
+  virtual ~RecordSettingsView() = default;
+  // List index, -1 when nothing is selected.
+  [[nodiscard]] virtual int Selected(Setting setting) = 0;
+  // Selects a list index without triggering a write; false when the list has no such item.
+  virtual bool Select(Setting setting, int index) = 0;
+  [[nodiscard]] virtual bool SampleRateBit(int bit) = 0;  // ckBW0..ckBW3
+  virtual void SetSampleRateBit(int bit, bool on) = 0;
+  [[nodiscard]] virtual bool PowerDownTicked() = 0;
+  virtual void SetPowerDown(bool on) = 0;
+  virtual void SetRecCount(const std::string& text) = 0;
+};
+
+// Keeps the record settings of the window and the sensor's registers the same: what the user
+// changes is written at once and read back.
+class RecordSettings {
+ public:
+  RecordSettings(RegisterAccess& registers, StatusDisplay& status, AlarmStatus& alarms,
+                 Messages& messages, RecordSettingsView& view)
+      : registers_(registers), status_(status), alarms_(alarms), messages_(messages), view_(view) {}
+
+  // Refreshes the window from the sensor; changes nothing while it cannot be reached.
+  void ReadMainFormRegisters();
+
+  void Set_RecCtrl();
+  void Display_RecCtrl();
+  void Write_RecPrd();
+  void Read_RecPrd();
+  void Read_RecPtrCnt();
+  void Read_FFTAVGS();
+  void Read_FftAvg();
+
+  void cbxFFTAvgs_Click();
+  void cbxRecPntr_Click();
+
+ private:
+  // The list index of a setting; out of `last` shows `complaint` followed by it and gives -1.
+  int Accepted(Setting setting, int last, const char* complaint);
+
+  RegisterAccess& registers_;
+  StatusDisplay& status_;
+  AlarmStatus& alarms_;
+  Messages& messages_;
+  RecordSettingsView& view_;
+};
+
+}  // namespace kestrel

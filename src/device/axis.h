@@ -1,0 +1,18 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstddef>
+
+namespace kestrel {
+
+enum class Axis { X, Y, Z };
+
+inline constexpr std::array<Axis, 3> kAxes{Axis::X, Axis::Y, Axis::Z};
+
+inline constexpr std::size_t Index(Axis axis) {
+  return static_cast<std::size_t>(axis);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,51 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "app/event_loop.h"
+#include "app/files.h"
+#include "app/locale.h"
+
+namespace kestrel {
+
+extern std::int16_t DataLogIndex;  // number of the next file (1); WriteDataFile
+extern bool DataFormatLSB;         // raw words instead of scaled values (false); settings window
+extern std::string DataLogName;    // base file name chosen by the user (""); settings window
+
+// Back to the start values in brackets.
+void ResetDataLogState();
+
+// The text box that shows the logging at work.
+class DataLogView {
+ public:
+  virtual ~DataLogView() = default;
+  virtual void SetFileCountColour(double colour) = 0;
+  virtual void SetFileCount(const std::string& text) = 0;
+};
+
+// Writes one text file for each capture.
+class DataLog {
+ public:
+  DataLog(Files& files, Locale& locale, EventLoop& loop, DataLogView& view)
+      : files_(files), locale_(locale), loop_(loop), view_(view) {}
+
+  // Writes the last capture to the next numbered file, whole or not at all. Throws RuntimeError
+  // with path and reason when it cannot; the index is then not used up.
+  void WriteDataFile();
+
+  // Path of the last file written (empty).
+  [[nodiscard]] const std::filesystem::path& LastFile() const { return lastFile_; }
+
+ private:
+  Files& files_;
+  Locale& locale_;
+  EventLoop& loop_;
+  DataLogView& view_;
+  std::filesystem::path lastFile_;
+};
+
+}  // namespace kestrel

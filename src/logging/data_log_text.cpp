@@ -1,0 +1,112 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "logging/data_log_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "device/capture_data.h"
+#include "logging/data_log.h"
+#include "numeric/number_format.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* kLineBreak = "\r\n";
+
+// STATUS bit 0 first. Spellings and trailing blanks are part of the file format.
+constexpr std::array<const char*, kStatusFlags> kFlagNames{"VsL",
+                                                           "VsH",
+                                                           "FUF",
+                                                           "SPI",
+                                                           "Recording Escape ",
+                                                           "STD",
+                                                           "FMF",
+                                                           "DR",
+                                                           "X-Axis Spectral Alarm 1",
+                                                           "Y-Axis Spectral Alarm 1",
+                                                           "Z-Axis Spectral Alarm 1",
+                                                           "X-Axis Spectral Alarm 2 ",
+                                                           "Y-Axis Spectral Alarm 2 ",
+                                                           "Z-Axis Spectral Alarm 2",
+                                                           "System Alarm Flag"};
+
+class Writer {
+ public:
+  explicit Writer(const DataLogFormat& format) : format_(format) {}
+
+  void Line(const std::string& text) { text_ += text + kLineBreak; }
+  void Pair(const std::string& title, const std::string& value) {
+    Line(title + format_.separator + value);
+  }
+
+  [[nodiscard]] std::string Number(double value) const { return Marked(GeneralNumber(value)); }
+  [[nodiscard]] std::string Number(float value) const { return Marked(GeneralNumber(value)); }
+  [[nodiscard]] std::string Take() { return std::move(text_); }
+
+ private:
+  [[nodiscard]] std::string Marked(std::string number) const {
+    std::replace(number.begin(), number.end(), '.', format_.decimalMark);
+    return number;
+  }
+
+  const DataLogFormat& format_;
+  std::string text_;
+};
+
+// STATUS bit 14 first.
+template <typename Texts>
+std::string FlagLine(const Texts& texts, const std::string& separator) {
+  std::string line;
+  for (std::size_t bit = kStatusFlags; bit-- > 0;) {
+    line += texts[bit];
+    if (bit > 0) line += separator;
+  }
+  return line;
+}
+
+std::string Heading(const std::string& separator) {
+  std::array<const char*, 3> titles{};
+  if (Buff.width == kTimeWidth) titles = {"X Acc.", "Y Acc.", "Z Acc."};
+  if (Buff.width == kFftWidth) titles = {"X axis", "Y Axis.", "Z axis."};
+  std::string line = "Sample #" + separator;
+  for (const char* title : titles) {
+    if (title != nullptr) line += title + separator;
+  }
+  return line;
+}
+
+}  // namespace
+
+DataLogFormat FormatFor(char decimalMark) {
+  if (decimalMark == ',') return {',', "\t", ".txt"};
+  return {decimalMark, ",", ".csv"};
+}
+
+std::string DataLogText(const DataLogFormat& format, const std::string& baseName,
+                        const std::string& date, const std::string& time) {
+  Writer file(format);
+  file.Line("File Name," + baseName + format.extension);
+  file.Pair("Date", date);
+  file.Pair("Time", time);
+  file.Pair("AVG_Cnt", file.Number(std::exp2(AvgExponent)));
+  file.Pair("Capt_Supply", file.Number(CaptSupply));
+  file.Pair("Capt_Temp 'C", file.Number(CaptTemp));
+  file.Line(" ");
+  file.Line("Staus  Register");
+  file.Line(FlagLine(kFlagNames, format.separator));
+  file.Line(FlagLine(StatusFlagText, format.separator));
+  file.Line(" ");
+  file.Line(Heading(format.separator));
+  const RecordArray& x = DataFormatLSB ? RawX : DataX;
+  const RecordArray& y = DataFormatLSB ? RawY : DataY;
+  const RecordArray& z = DataFormatLSB ? RawZ : DataZ;
+  for (int i = 0; i <= Buff.width; ++i) {
+    file.Line(std::to_string(i) + format.separator + file.Number(x(i)) + format.separator +
+              file.Number(y(i)) + format.separator + file.Number(z(i)));
+  }
+  return file.Take();
+}
+
+}  // namespace kestrel
