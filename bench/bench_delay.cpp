@@ -20,7 +20,9 @@ double ProcessorSeconds() {
   return static_cast<double>(used.tv_sec) + static_cast<double>(used.tv_nsec) * 1e-9;
 }
 
-double Seconds(nanoseconds time) { return std::chrono::duration<double>(time).count(); }
+double Seconds(nanoseconds time) {
+  return std::chrono::duration<double>(time).count();
+}
 
 void PrintLateness(kestrel::Clock& clock, nanoseconds wait, int rounds) {
   std::vector<double> lateUs;
@@ -33,8 +35,9 @@ void PrintLateness(kestrel::Clock& clock, nanoseconds wait, int rounds) {
   const auto at = [&](double part) {
     return lateUs[static_cast<std::size_t>(part * static_cast<double>(lateUs.size() - 1))];
   };
-  std::printf("%8.0f us wait, %5d rounds: late by %.2f us median, %.2f 95 %%, %.2f 99 %%, %.2f max\n",
-              Seconds(wait) * 1e6, rounds, at(0.5), at(0.95), at(0.99), at(1.0));
+  std::printf(
+      "%8.0f us wait, %5d rounds: late by %.2f us median, %.2f 95 %%, %.2f 99 %%, %.2f max\n",
+      Seconds(wait) * 1e6, rounds, at(0.5), at(0.95), at(0.99), at(1.0));
 }
 
 void PrintCost(kestrel::Clock& clock, nanoseconds wait) {

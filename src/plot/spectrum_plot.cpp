@@ -25,9 +25,9 @@ struct Trace {
 };
 
 std::array<Trace, 3> Traces() {
-  return {{{Axis::X, &DataX, Rgb(205, 50, 50)},
-           {Axis::Y, &DataY, Rgb(50, 205, 50)},
-           {Axis::Z, &DataZ, Rgb(50, 50, 205)}}};
+  return {{{Axis::X, &DataX, TraceColour(Axis::X)},
+           {Axis::Y, &DataY, TraceColour(Axis::Y)},
+           {Axis::Z, &DataZ, TraceColour(Axis::Z)}}};
 }
 
 // Any caption outside the ring, like the last one of it, leads to the first.
@@ -39,6 +39,17 @@ std::string NextScale(const std::string& caption) {
 }
 
 }  // namespace
+
+double TraceColour(Axis axis) {
+  switch (axis) {
+    case Axis::X:
+      return Rgb(205, 50, 50);
+    case Axis::Y:
+      return Rgb(50, 205, 50);
+    default:
+      return Rgb(50, 50, 205);
+  }
+}
 
 void SpectrumPlot::PlotRecord() {
   const bool isTime = Buff.width == kTimeWidth;

@@ -12,6 +12,9 @@
 
 namespace kestrel {
 
+// Colour value of an axis's trace.
+[[nodiscard]] double TraceColour(Axis axis);
+
 // The plot box, its axis labels and the controls that choose what is drawn.
 class PlotView {
  public:

@@ -11,7 +11,7 @@ constexpr double kBeltHz = 12.1;
 constexpr double kMotorHz = 49.3;
 constexpr double kSpindleHz = 986.9;
 constexpr double kMeshHz = 23 * kSpindleHz;       // pinion of 23 teeth
-constexpr double kBearingHz = 8.43 * kSpindleHz;  // outer race
+constexpr double kBearingHz = 8.33 * kSpindleHz;  // outer race
 
 void AddHarmonics(AxisVibration& axis, double fundamentalHz, std::initializer_list<double> peaksG) {
   double order = 0.0;

@@ -68,17 +68,16 @@ void SimulatedAdapter::Replug(std::size_t number) {
 
 UsbDriver::Handle SimulatedAdapter::CreateFile(const std::string& path, std::uint32_t access,
                                                std::uint32_t share, std::uint32_t creation) {
-  constexpr Handle kInvalid = -1;
   for (std::size_t number = 0; number < kBoardCount; ++number) {
     const auto& board = boards_[number];
-    if (path != "\\\\.\\Ezusb-" + std::to_string(number) || !board || board->plugging == 0)
-      continue;
-    if (access != kWriteAccess) return Fail(kAccessDenied), kInvalid;
-    if (share != kShareWrite || creation != kOpenExisting) return Fail(kInvalidParameter), kInvalid;
+    if (path != "\\\\.\\Ezusb-" + std::to_string(number)) continue;
+    if (!board || board->plugging == 0) break;
+    if (access != kWriteAccess) return Refuse(kAccessDenied);
+    if (share != kShareWrite || creation != kOpenExisting) return Refuse(kInvalidParameter);
     handles_[++lastHandle_] = {number, board->plugging};
     return lastHandle_;
   }
-  return Fail(kFileNotFound), kInvalid;
+  return Refuse(kFileNotFound);
 }
 
 void SimulatedAdapter::CloseHandle(Handle device) {
@@ -148,6 +147,11 @@ bool SimulatedAdapter::Bulk(Board& board, std::span<const std::uint8_t> input,
     default:
       return Fail(kInvalidParameter);
   }
+}
+
+UsbDriver::Handle SimulatedAdapter::Refuse(std::int32_t error) {
+  lastError_ = error;
+  return -1;
 }
 
 bool SimulatedAdapter::Fail(std::int32_t error) {

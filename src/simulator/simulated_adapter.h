@@ -61,7 +61,8 @@ class SimulatedAdapter : public UsbDriver {
                              std::span<std::uint8_t> output, std::uint32_t& returned);
   [[nodiscard]] bool Bulk(Board& board, std::span<const std::uint8_t> input,
                           std::span<std::uint8_t> output, std::uint32_t& returned);
-  bool Fail(std::int32_t error);  // always false
+  [[nodiscard]] Handle Refuse(std::int32_t error);  // always below 1
+  bool Fail(std::int32_t error);                    // always false
 
   SimulatedSensor& sensor_;
   std::array<std::optional<Board>, kBoardCount> boards_;

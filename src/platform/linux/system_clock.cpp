@@ -11,7 +11,7 @@ namespace kestrel {
 namespace {
 
 // Covers the time a sleeping thread takes to come back; see bench/bench_delay.cpp.
-constexpr std::chrono::microseconds kWatched{300};
+constexpr std::chrono::microseconds kWatched{80};
 constexpr unsigned long kTimerSlackNs = 1;  // by default the system lets timers be 50 us late
 
 std::chrono::nanoseconds Now() {

@@ -1,0 +1,136 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// What it costs to redraw three traces of 512 points, against a bare painter that draws the same
+// polylines with the same kind of pen onto the same kind of pixmap.
+
+#include <QApplication>
+#include <QPainter>
+#include <QPen>
+#include <QPixmap>
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <random>
+#include <vector>
+
+#include "ui/picture_box.h"
+
+namespace {
+
+constexpr QSize kSize{1600, 900};
+constexpr int kPoints = 512;
+constexpr int kRounds = 50;
+constexpr double kPromisedMs = 4;
+constexpr double kPromisedRatio = 2;
+
+constexpr std::array<unsigned, 3> kColours{0x3232CD, 0x32CD32, 0xCD3232};  // 0xBBGGRR
+
+using Record = std::array<std::array<double, kPoints>, 3>;
+
+// Tones of each axis over noise, within -1 to 1.
+Record Vibration() {
+  std::mt19937 random(1);
+  std::normal_distribution<double> noise(0, 0.05);
+  Record record{};
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const double slow = 0.10 + 0.02 * static_cast<double>(axis);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+      const auto t = static_cast<double>(i);
+      record[axis][i] = 0.6 * std::sin(slow * t) + 0.2 * std::sin(1.2 * t) + noise(random);
+    }
+  }
+  return record;
+}
+
+// Lines near the bottom with a few tall peaks, from 0 to 1.
+Record Spectrum() {
+  std::mt19937 random(2);
+  std::normal_distribution<double> noise(0, 0.01);
+  Record record{};
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    for (std::size_t i = 0; i < kPoints; ++i) {
+      const bool isPeak = i % 60 == 20 + 4 * axis;
+      record[axis][i] = std::abs(noise(random)) + (isPeak ? 0.8 : 0.01);
+    }
+  }
+  return record;
+}
+
+double MedianMs(const std::function<void()>& work) {
+  using Clock = std::chrono::steady_clock;
+  std::vector<double> taken;
+  for (int i = 0; i < kRounds; ++i) {
+    const auto start = Clock::now();
+    work();
+    taken.push_back(std::chrono::duration<double, std::milli>(Clock::now() - start).count());
+  }
+  std::nth_element(taken.begin(), taken.begin() + kRounds / 2, taken.end());
+  return taken[kRounds / 2];
+}
+
+void DrawBare(QPixmap& pixmap, const Record& record, double bottom) {
+  pixmap.fill(Qt::white);
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::Antialiasing);
+  std::array<QPointF, kPoints> points;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    const unsigned colour = kColours[axis];
+    painter.setPen(
+        QPen(QColor(static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
+                    static_cast<int>(colour >> 16U & 0xFFU)),
+             0));
+    for (std::size_t i = 0; i < kPoints; ++i) {
+      points[i] = {static_cast<double>(i) / (kPoints - 1) * kSize.width(),
+                   (record[axis][i] - 1) / (bottom - 1) * kSize.height()};
+    }
+    painter.drawPolyline(points.data(), kPoints);
+  }
+}
+
+void DrawBox(kestrel::PictureBox& box, QPixmap& window, const Record& record, double bottom) {
+  box.Scale(0, 1, kPoints - 1, bottom);
+  box.Cls();
+  for (std::size_t i = 1; i < kPoints; ++i) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      box.Line(static_cast<double>(i) - 1, record[axis][i - 1], static_cast<double>(i),
+               record[axis][i], kColours[axis]);
+    }
+  }
+  box.render(&window);
+}
+
+bool Compare(const char* name, const Record& record, double bottom) {
+  QPixmap pixmap(kSize);
+  QPixmap window(kSize);
+  window.fill(Qt::white);
+  kestrel::PictureBox box;
+  box.resize(kSize);
+  DrawBare(pixmap, record, bottom);
+  DrawBox(box, window, record, bottom);
+  const int before = box.TracePaintCount();
+  const double bare = MedianMs([&] { DrawBare(pixmap, record, bottom); });
+  const double ours = MedianMs([&] { DrawBox(box, window, record, bottom); });
+  const bool redrawn = box.TracePaintCount() == before + kRounds;
+  const double again = MedianMs([&] { box.render(&window); });
+  const double ratio = ours / bare;
+  const bool kept = redrawn && (ours <= kPromisedMs || ratio <= kPromisedRatio);
+  std::printf("%-9s plot box %.2f ms, bare painter %.2f ms, ratio %.2f; repaint %.2f ms: %s%s\n",
+              name, ours, bare, ratio, again, kept ? "kept" : "BROKEN",
+              redrawn ? "" : ", TRACES NOT REDRAWN");
+  return kept;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  std::printf("3 x %d points at %d x %d, median of %d; promised: at most %.0f ms or %.0f x bare\n",
+              kPoints, kSize.width(), kSize.height(), kRounds, kPromisedMs, kPromisedRatio);
+  const bool spectrum = Compare("spectrum:", Spectrum(), 0);
+  const bool vibration = Compare("time:", Vibration(), -1);
+  return spectrum && vibration ? 0 : 1;
+}

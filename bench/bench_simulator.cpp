@@ -1,0 +1,92 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+
+// Prints how many SPI words a second the simulated sensor answers, alone and through the adapter,
+// with no capture running.
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <thread>
+
+#include "app/clock.h"
+#include "simulator/simulated_hardware.h"
+
+namespace {
+
+using std::chrono::steady_clock;
+
+constexpr double kRequiredPerSecond = 1'000'000;
+constexpr unsigned kRounds = 1'000'000;
+
+// Only the monotonic clock is wanted.
+class SteadyClock : public kestrel::Clock {
+ public:
+  double SecondsSinceMidnight() override { return 0.0; }
+  std::chrono::nanoseconds Monotonic() override { return steady_clock::now().time_since_epoch(); }
+  void WaitUntil(std::chrono::nanoseconds deadline) override {
+    std::this_thread::sleep_for(deadline - Monotonic());
+  }
+  void RunEmptyLoop(std::int32_t /*passes*/, std::int32_t /*iterations*/) override {}
+};
+
+// Two reads of FFT_AVG and the two writes of BUF_PNTR: the mix of a read-out.
+constexpr std::array<std::uint16_t, 4> kFrames = {0x0E00, 0x0E00, 0x9100, 0x9005};
+constexpr std::uint16_t kFftAverages = 8;
+
+double PerSecond(steady_clock::time_point start) {
+  const std::chrono::duration<double> taken = steady_clock::now() - start;
+  return kRounds * static_cast<double>(kFrames.size()) / taken.count();
+}
+
+double DirectWordsPerSecond(kestrel::SimulatedSensor& sensor, bool& correct) {
+  const auto start = steady_clock::now();
+  for (unsigned round = 0; round < kRounds; ++round) {
+    sensor.Exchange(kFrames[0]);
+    correct = sensor.Exchange(kFrames[1]) == kFftAverages && correct;
+    sensor.Exchange(kFrames[2]);
+    sensor.Exchange(kFrames[3]);
+  }
+  return PerSecond(start);
+}
+
+// As the program does it: open, send two frames, fetch two answers, close.
+bool Transfer(kestrel::UsbDriver& driver, std::uint16_t first, std::uint16_t second,
+              std::array<std::uint8_t, 4>& answers) {
+  const auto high = [](std::uint16_t word) { return static_cast<std::uint8_t>(word >> 8U); };
+  const auto low = [](std::uint16_t word) { return static_cast<std::uint8_t>(word & 0xFFU); };
+  std::array<std::uint8_t, 7> block = {14,           1,          2, high(first), low(first),
+                                       high(second), low(second)};
+  constexpr std::array<std::uint8_t, 4> kPipe0 = {0, 0, 0, 0};
+  constexpr std::array<std::uint8_t, 4> kPipe1 = {1, 0, 0, 0};
+  std::uint32_t moved = 0;
+  const auto device = driver.CreateFile("\\\\.\\Ezusb-0", 0x40000000, 2, 3);
+  const bool done = driver.DeviceIoControl(device, kestrel::kBulkTransfer, kPipe0, block, moved) &&
+                    driver.DeviceIoControl(device, kestrel::kBulkTransfer, kPipe1, answers, moved);
+  driver.CloseHandle(device);
+  return done;
+}
+
+double AdapterWordsPerSecond(kestrel::UsbDriver& driver, bool& correct) {
+  std::array<std::uint8_t, 4> answers{};
+  const auto start = steady_clock::now();
+  for (unsigned round = 0; round < kRounds; ++round) {
+    correct = Transfer(driver, kFrames[0], kFrames[1], answers) && answers[3] == kFftAverages &&
+              Transfer(driver, kFrames[2], kFrames[3], answers) && correct;
+  }
+  return PerSecond(start);
+}
+
+}  // namespace
+
+int main() {
+  SteadyClock clock;
+  kestrel::SimulatedHardware bench(clock);
+  bool correct = true;
+  const double direct = DirectWordsPerSecond(bench.Sensor(), correct);
+  const double adapter = AdapterWordsPerSecond(bench.Adapter(), correct);
+  std::printf("SPI words per second: sensor %.0f, through the adapter %.0f; required %.0f%s\n",
+              direct, adapter, kRequiredPerSecond, correct ? "" : "; ANSWERS WRONG");
+  return correct && direct >= kRequiredPerSecond && adapter >= kRequiredPerSecond ? 0 : 1;
+}

@@ -1,0 +1,140 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// Entry point of the desktop program: reads the command line, makes the seams and starts.
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <optional>
+
+#include "app/start.h"
+#include "platform/hardware_switch.h"
+#include "platform/linux/absent_hardware.h"
+#include "platform/linux/system_clock.h"
+#include "platform/linux/system_files.h"
+#include "platform/linux/system_locale.h"
+#include "simulator/scenario.h"
+#include "simulator/simulated_hardware.h"
+#include "ui/demo.h"
+#include "ui/qt_event_loop.h"
+#include "ui/qt_seams.h"
+#include "ui/start_windows.h"
+
+namespace {
+
+struct Options {
+  bool simulate = false;
+  bool quickStart = false;
+  std::optional<QString> demoFolder;
+};
+
+// Files of a demo go into its folder instead of the program's.
+class DemoFiles : public kestrel::SystemFiles {
+ public:
+  explicit DemoFiles(std::filesystem::path folder) : folder_(std::move(folder)) {}
+  std::filesystem::path ProgramFolder() override { return folder_; }
+
+ private:
+  std::filesystem::path folder_;
+};
+
+// Handles --help, --version and wrong options itself by ending the program.
+Options ParseOptions() {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      "Bench program for one tri-axial vibration sensor. The interface to the sensor is kept in\n"
+      "CommPort.cfg in the working directory.");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  const QCommandLineOption simulate("simulate", "Use a simulated sensor; no hardware is needed.");
+  const QCommandLineOption quick("quick-start",
+                                 "Show the main window at once, without the delay's trials.");
+  const QCommandLineOption demo(
+      "demo",
+      "Take one capture in each record mode without a display, and put a picture and a data file "
+      "of each into <folder>.",
+      "folder");
+  parser.addOptions({simulate, quick, demo});
+  parser.process(*QCoreApplication::instance());
+  Options options;
+  options.simulate = parser.isSet(simulate);
+  options.quickStart = parser.isSet(quick);
+  if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
+  return options;
+}
+
+// Whether a run needs the windowing system; asked before the toolkit starts.
+bool AsksOnlyForText(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    for (const char* option : {"-h", "--help", "--help-all", "-v", "--version"}) {
+      if (std::strcmp(argv[i], option) == 0) return true;
+    }
+  }
+  return false;
+}
+
+bool IsDemo(int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strncmp(argv[i], "--demo", std::strlen("--demo")) == 0) return true;
+  }
+  return false;
+}
+
+int Run(const Options& options) {
+  using namespace kestrel;
+  SystemClock clock;
+  QtEventLoop loop;
+  QtMousePointer pointer;
+  SystemLocale locale;
+  AbsentUsbDriver noUsb;
+  AbsentPortIo noPort;
+  AbsentDriverService noService;
+  HardwareSwitch hardware({&noUsb, &noPort, &noService});
+  std::unique_ptr<SimulatedHardware> simulator;
+  const auto connectSimulator = [&] {
+    if (!simulator) simulator = std::make_unique<SimulatedHardware>(clock, RunningMachine());
+    hardware.Connect({&simulator->Adapter(), &simulator->Port(), &simulator->Service()});
+  };
+  if (options.simulate) connectSimulator();
+
+  const bool demo = options.demoFolder.has_value();
+  std::unique_ptr<Messages> messages;
+  std::unique_ptr<SystemFiles> files;
+  if (demo) {
+    if (!QDir().mkpath(*options.demoFolder)) {
+      std::fprintf(stderr, "The folder %s cannot be made.\n", qPrintable(*options.demoFolder));
+      return 1;
+    }
+    messages = std::make_unique<ConsoleMessages>();
+    files = std::make_unique<DemoFiles>(QDir(*options.demoFolder).absolutePath().toStdString());
+  } else {
+    messages = std::make_unique<QtMessages>();
+    files = std::make_unique<SystemFiles>();
+  }
+
+  Core core({clock, loop, pointer, *messages, *files, locale, hardware, hardware, hardware});
+  QtStartWindows windows(core, connectSimulator);
+  Main(core, windows,
+       {.quickStart = options.quickStart,
+        .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});
+  return demo ? RunDemo(windows.MainWindow(), *options.demoFolder) : QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QCoreApplication::setApplicationName("kestrel");
+  QCoreApplication::setApplicationVersion(KESTREL_VERSION);
+  QGuiApplication::setApplicationDisplayName("");
+  if (AsksOnlyForText(argc, argv)) {
+    const QCoreApplication textOnly(argc, argv);
+    ParseOptions();
+    return 0;
+  }
+  if (IsDemo(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  return Run(ParseOptions());
+}

@@ -1,0 +1,23 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/files.h"
+
+namespace kestrel {
+
+// The disk. A link counts as the file it leads to. Only regular files are read or replaced, and
+// a file that the user may not write is not replaced either.
+class SystemFiles : public Files {
+ public:
+  [[nodiscard]] std::filesystem::path ProgramFolder() override;
+  [[nodiscard]] std::filesystem::path WorkingFolder() override;
+  [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
+                                                std::size_t limit) override;
+
+  // A new file gets the user's default permissions, an earlier one's are kept. The content is on
+  // the disk before it takes the earlier file's place.
+  void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override;
+};
+
+}  // namespace kestrel

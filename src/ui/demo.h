@@ -1,0 +1,16 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+#include "ui/frm1.h"
+
+namespace kestrel {
+
+// Takes one capture in each record mode by operating the main window as a user would, and saves a
+// picture of the window and the data-log file of each into `folder`. Prints where they are; returns
+// the exit code of the program, 0 when every capture gave both.
+int RunDemo(frm1& window, const QString& folder);
+
+}  // namespace kestrel

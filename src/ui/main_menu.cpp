@@ -1,0 +1,56 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/main_menu.h"
+
+#include <QMenu>
+#include <QMenuBar>
+
+namespace kestrel {
+namespace {
+
+QAction* Add(QMenu* menu, const char* name, const QString& text) {
+  QAction* action = menu->addAction(text);
+  action->setObjectName(name);
+  return action;
+}
+
+QAction* AddLater(QMenu* menu, const char* name, const QString& text) {
+  QAction* action = Add(menu, name, text);
+  action->setEnabled(false);
+  return action;
+}
+
+}  // namespace
+
+MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
+  QMenu* file = window.menuBar()->addMenu(tr("&File"));
+  mnuDatalog = AddLater(file, "mnuDatalog", tr("&Data log..."));
+  file->addSeparator();
+  MnuExit = Add(file, "MnuExit", tr("E&xit"));
+  MnuExit->setShortcut(QKeySequence::Quit);
+
+  QMenu* interfaces = window.menuBar()->addMenu(tr("&Interface"));
+  mnuUsb = AddLater(interfaces, "mnuUsb", tr("&USB adapter..."));
+  mnuUsb->setCheckable(true);
+  mnuParallel = AddLater(interfaces, "mnuParallel", tr("&Parallel port..."));
+  mnuParallel->setCheckable(true);
+  interfaces->addSeparator();
+  mnuSimulated = Add(interfaces, "mnuSimulated", tr("&Simulated sensor"));
+
+  QMenu* sensor = window.menuBar()->addMenu(tr("&Sensor"));
+  mnuCommand = AddLater(sensor, "mnuCommand", tr("Global &commands..."));
+  mnuAlarmCtrl = AddLater(sensor, "mnuAlarmCtrl", tr("&Alarm control..."));
+  mnuAlarmSpectrum = AddLater(sensor, "mnuAlarmSpectrum", tr("Alarm &spectrum..."));
+  mnuDIOGPIO = AddLater(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));
+  MnuCal = AddLater(sensor, "MnuCal", tr("Ca&libration..."));
+  mnuRegisters = AddLater(sensor, "mnuRegisters", tr("&Registers..."));
+
+  QMenu* product = window.menuBar()->addMenu(tr("&Product"));
+  mnu31407 = Add(product, "mnu31407", "31407");
+  mnu31407->setCheckable(true);
+
+  QMenu* help = window.menuBar()->addMenu(tr("&Help"));
+  mnuAbout = Add(help, "mnuAbout", tr("&About..."));
+}
+
+}  // namespace kestrel

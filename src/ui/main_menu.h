@@ -1,0 +1,30 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAction>
+#include <QMainWindow>
+
+namespace kestrel {
+
+// The menu bar of the main window. Items whose window does not exist yet are disabled.
+class MainMenu : public QObject {
+ public:
+  explicit MainMenu(QMainWindow& window);
+
+  QAction* mnuDatalog;
+  QAction* MnuExit;
+  QAction* mnuParallel;
+  QAction* mnuUsb;
+  QAction* mnuSimulated;
+  QAction* mnuCommand;
+  QAction* mnuAlarmCtrl;
+  QAction* mnuAlarmSpectrum;
+  QAction* mnuDIOGPIO;
+  QAction* MnuCal;
+  QAction* mnuRegisters;
+  QAction* mnu31407;
+  QAction* mnuAbout;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,152 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/plot_panel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "app/program_state.h"
+#include "device/capture_data.h"
+#include "plot/alarm_status.h"
+#include "ui/widgets.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* kStartScale = "1";
+
+// A short line in the trace's colour, beside its check box.
+QLabel* MakeSwatch(double colour) {
+  auto* swatch = new QLabel;
+  swatch->setFixedSize(18, 4);
+  PaintGround(swatch, ToColour(colour));
+  return swatch;
+}
+
+// A cursor read-out that keeps its place while hidden and does not move its neighbours.
+QLabel* MakeCursorLabel(const char* name, const QString& widest) {
+  QLabel* label = MakeLabel(name, "");
+  label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
+  QSizePolicy kept = label->sizePolicy();
+  kept.setRetainSizeWhenHidden(true);
+  label->setSizePolicy(kept);
+  return label;
+}
+
+}  // namespace
+
+PlotPanel::PlotPanel()
+    : cmdPlotScale(MakeButton("cmdPlotScale", kStartScale,
+                              tr("Vertical full scale in g; each press takes the next step"))),
+      lblCursorX_(MakeCursorLabel("lblCursorX", "000")),
+      LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
+      lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
+      frame_(new PlotFrame) {
+  for (const Axis axis : kAxes) {
+    const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
+    QCheckBox* box = MakeCheckBox("", "&" + letter, tr("Show the %1 axis").arg(letter));
+    box->setObjectName("ck" + letter + "trace");
+    traces_[Index(axis)] = box;
+  }
+  LayOut();
+}
+
+void PlotPanel::LayOut() {
+  auto* strip = new QHBoxLayout;
+  cmdPlotScale->setAccessibleDescription(tr("Vertical full scale in g"));
+  strip->addWidget(new QLabel(tr("Full scale, g")));
+  strip->addWidget(cmdPlotScale);
+  strip->addSpacing(16);
+  for (const Axis axis : kAxes) {
+    strip->addWidget(MakeSwatch(TraceColour(axis)));
+    strip->addWidget(traces_[Index(axis)]);
+  }
+  strip->addStretch();
+  strip->addWidget(new QLabel(tr("Cursor")));
+  strip->addWidget(lblCursorX_);
+  strip->addWidget(LblFreq_);
+  strip->addWidget(lblCursorY_);
+  strip->addWidget(new QLabel(tr("g")));
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->addLayout(strip);
+  all->addWidget(frame_, 1);
+}
+
+void PlotPanel::SetStartValues() {
+  lblCursorX_->setText("0");
+  LblFreq_->setText(QString("0") + " Hz");
+  lblCursorY_->setText("0.00");
+  frame_->lblXmin->setText("0");
+  cmdPlotScale->setText(kStartScale);
+  SetYmax(kStartScale);
+  SetYmid("0.5");
+  SetYmin("0");
+  SetXmax(std::to_string(kFftWidth));
+  SetUnit("bin");
+  for (QCheckBox* box : traces_) box->setChecked(true);
+  frame_->pic1->Scale(0, 1, kFftWidth, 0);
+  frame_->pic1->SetHint(tr("No record yet. Press Start."));
+}
+
+void PlotPanel::IniAlarmBandLabels() {
+  SetEdgeLabels(" ");
+}
+void PlotPanel::ClearABLabels() {
+  SetEdgeLabels("");
+}
+
+void PlotPanel::SetEdgeLabels(const QString& text) {
+  for (int band = 1; band <= kAlarmBands; ++band) {
+    for (const bool high : {false, true}) frame_->SetEdgeText(high, band, text);
+  }
+}
+
+void PlotPanel::SetUnit(const std::string& text) {
+  frame_->Label5->setText(QString::fromStdString(text));
+}
+void PlotPanel::ShowFrequency(bool shown) {
+  LblFreq_->setVisible(shown);
+}
+void PlotPanel::SetXmax(const std::string& text) {
+  frame_->lblXmax->setText(QString::fromStdString(text));
+}
+void PlotPanel::SetYmax(const std::string& text) {
+  frame_->lblYmax->setText(QString::fromStdString(text));
+}
+void PlotPanel::SetYmid(const std::string& text) {
+  frame_->LbLYmid->setText(QString::fromStdString(text));
+}
+void PlotPanel::SetYmin(const std::string& text) {
+  frame_->lblYmin->setText(QString::fromStdString(text));
+}
+std::string PlotPanel::Ymax() {
+  return frame_->lblYmax->text().toStdString();
+}
+
+std::string PlotPanel::ScaleCaption() {
+  return cmdPlotScale->text().toStdString();
+}
+void PlotPanel::SetScaleCaption(const std::string& text) {
+  cmdPlotScale->setText(QString::fromStdString(text));
+}
+
+bool PlotPanel::TraceTicked(Axis axis) {
+  return TraceBox(axis)->isChecked();
+}
+void PlotPanel::TickTrace(Axis axis) {
+  TraceBox(axis)->setChecked(true);
+}
+
+void PlotPanel::SetScale(double left, double top, double right, double bottom) {
+  frame_->pic1->Scale(left, top, right, bottom);
+}
+void PlotPanel::ClearPlot() {
+  frame_->pic1->Cls();
+}
+void PlotPanel::DrawLine(double x1, double y1, double x2, double y2, double colour) {
+  frame_->pic1->Line(x1, y1, x2, y2, colour);
+}
+
+}  // namespace kestrel

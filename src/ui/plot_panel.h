@@ -1,0 +1,56 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QWidget>
+#include <array>
+
+#include "plot/spectrum_plot.h"
+#include "ui/plot_frame.h"
+
+namespace kestrel {
+
+// The plot with the controls that choose what it shows and the read-outs of its cursor.
+class PlotPanel : public QWidget, public PlotView {
+ public:
+  PlotPanel();
+
+  // Scale, traces and labels as they are before the first record.
+  void SetStartValues();
+  void IniAlarmBandLabels();
+
+  void SetUnit(const std::string& text) override;
+  void ShowFrequency(bool shown) override;
+  void SetXmax(const std::string& text) override;
+  void SetYmax(const std::string& text) override;
+  void SetYmid(const std::string& text) override;
+  void SetYmin(const std::string& text) override;
+  [[nodiscard]] std::string Ymax() override;
+  [[nodiscard]] std::string ScaleCaption() override;
+  void SetScaleCaption(const std::string& text) override;
+  [[nodiscard]] bool TraceTicked(Axis axis) override;
+  void TickTrace(Axis axis) override;
+  void SetScale(double left, double top, double right, double bottom) override;
+  void ClearPlot() override;
+  void ClearABLabels() override;
+  void DrawLine(double x1, double y1, double x2, double y2, double colour) override;
+
+  [[nodiscard]] QCheckBox* TraceBox(Axis axis) const { return traces_[Index(axis)]; }
+
+  QPushButton* cmdPlotScale;
+
+ private:
+  void LayOut();
+  void SetEdgeLabels(const QString& text);
+
+  std::array<QCheckBox*, 3> traces_{};
+  QLabel* lblCursorX_;
+  QLabel* LblFreq_;
+  QLabel* lblCursorY_;
+  PlotFrame* frame_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,44 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/qt_seams.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <cstdio>
+
+#include "app/start.h"
+
+namespace kestrel {
+
+void QtMessages::Show(const std::string& text, const std::string& title) {
+  QMessageBox box(QApplication::activeWindow());
+  box.setIcon(title == "Error" ? QMessageBox::Critical : QMessageBox::Information);
+  box.setWindowTitle(QString::fromStdString(title.empty() ? kApplicationTitle : title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(text));
+  box.setStandardButtons(QMessageBox::Ok);
+  // The hourglass of a waiting handler must not cover the box.
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  box.exec();
+  QApplication::restoreOverrideCursor();
+}
+
+void ConsoleMessages::Show(const std::string& text, const std::string& title) {
+  std::fprintf(stderr, "%s%s%s\n", title.c_str(), title.empty() ? "" : ": ", text.c_str());
+}
+
+QtMousePointer::~QtMousePointer() {
+  ShowDefault();
+}
+
+void QtMousePointer::ShowHourglass() {
+  if (!hourglass_) QApplication::setOverrideCursor(Qt::WaitCursor);
+  hourglass_ = true;
+}
+
+void QtMousePointer::ShowDefault() {
+  if (hourglass_) QApplication::restoreOverrideCursor();
+  hourglass_ = false;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,34 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/messages.h"
+#include "app/mouse_pointer.h"
+
+namespace kestrel {
+
+// Real message boxes..
+class QtMessages : public Messages {
+ public:
+  using Messages::Show;
+  void Show(const std::string& text, const std::string& title) override;
+};
+
+// Messages on standard error, for runs without a display.
+class ConsoleMessages : public Messages {
+ public:
+  using Messages::Show;
+  void Show(const std::string& text, const std::string& title) override;
+};
+
+class QtMousePointer : public MousePointer {
+ public:
+  ~QtMousePointer() override;
+  void ShowHourglass() override;
+  void ShowDefault() override;
+
+ private:
+  bool hourglass_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,25 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/start_windows.h"
+
+namespace kestrel {
+
+void QtStartWindows::ShowLoading(const std::string& caption, const std::string& text) {
+  loading_ = std::make_unique<frmMsg>();
+  loading_->ShowPainted(caption, text);
+}
+
+void QtStartWindows::SetLoadingText(const std::string& text) {
+  if (loading_) loading_->SetText(text);
+}
+
+void QtStartWindows::HideLoading() {
+  if (loading_) loading_->hide();
+}
+
+void QtStartWindows::ShowMainWindow() {
+  main_ = std::make_unique<frm1>(core_, connectSimulator_);
+  main_->show();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,35 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "app/start.h"
+#include "ui/frm1.h"
+#include "ui/frmMsg.h"
+
+namespace kestrel {
+
+// The windows that the start-up brings up.
+class QtStartWindows : public StartWindows {
+ public:
+  QtStartWindows(Core& core, std::function<void()> connectSimulator)
+      : core_(core), connectSimulator_(std::move(connectSimulator)) {}
+
+  void ShowLoading(const std::string& caption, const std::string& text) override;
+  void SetLoadingText(const std::string& text) override;
+  void HideLoading() override;
+  void ShowMainWindow() override;
+
+  // Exists once ShowMainWindow has been called.
+  [[nodiscard]] frm1& MainWindow() { return *main_; }
+
+ private:
+  Core& core_;
+  std::function<void()> connectSimulator_;
+  std::unique_ptr<frmMsg> loading_;  // only where a start-up shows it
+  std::unique_ptr<frm1> main_;
+};
+
+}  // namespace kestrel

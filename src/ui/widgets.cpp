@@ -1,0 +1,83 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/widgets.h"
+
+namespace kestrel {
+namespace {
+
+void Describe(QWidget* widget, const char* name, const QString& toolTip) {
+  widget->setObjectName(name);
+  widget->setToolTip(toolTip);
+}
+
+}  // namespace
+
+QString ArrayName(const char* name, int index) {
+  return QString("%1_%2").arg(name).arg(index);
+}
+
+QColor ToColour(double value) {
+  const auto bits = static_cast<unsigned>(value);
+  return {static_cast<int>(bits & 0xFFU), static_cast<int>(bits >> 8U & 0xFFU),
+          static_cast<int>(bits >> 16U & 0xFFU)};
+}
+
+QPushButton* MakeButton(const char* name, const QString& caption, const QString& toolTip) {
+  auto* button = new QPushButton(caption);
+  Describe(button, name, toolTip);
+  return button;
+}
+
+QCheckBox* MakeCheckBox(const char* name, const QString& caption, const QString& toolTip) {
+  auto* box = new QCheckBox(caption);
+  Describe(box, name, toolTip);
+  return box;
+}
+
+QComboBox* MakeComboBox(const char* name, const QStringList& items, const QString& accessibleName,
+                        const QString& toolTip) {
+  auto* box = new QComboBox;
+  Describe(box, name, toolTip);
+  box->setAccessibleName(accessibleName);
+  box->addItems(items);
+  box->setMaxVisibleItems(16);
+  return box;
+}
+
+QLabel* MakeLabel(const char* name, const QString& text) {
+  auto* label = new QLabel(text);
+  label->setObjectName(name);
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+QLabel* MakeCaption(const QString& text, QWidget* buddy) {
+  auto* caption = new QLabel(text);
+  caption->setBuddy(buddy);
+  return caption;
+}
+
+QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
+  auto* box = new QLineEdit;
+  box->setObjectName(name);
+  box->setAccessibleName(accessibleName);
+  box->setReadOnly(true);
+  return box;
+}
+
+void PaintGround(QWidget* widget, const QColor& ground) {
+  QPalette palette = widget->palette();
+  const QColor text = qGray(ground.rgb()) > 110 ? Qt::black : Qt::white;
+  for (const auto role : {QPalette::Window, QPalette::Base}) palette.setColor(role, ground);
+  for (const auto role : {QPalette::WindowText, QPalette::Text}) palette.setColor(role, text);
+  widget->setAutoFillBackground(true);
+  widget->setPalette(palette);
+}
+
+QStringList Numbers(int last) {
+  QStringList numbers;
+  for (int i = 0; i <= last; ++i) numbers << QString::number(i);
+  return numbers;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,42 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QCheckBox>
+#include <QColor>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStringList>
+
+namespace kestrel {
+
+// Controls as the windows use them. The object name is the control's name; a member of a control
+// array adds "_" and its index.
+
+[[nodiscard]] QString ArrayName(const char* name, int index);
+
+// A colour value with red in the low byte.
+[[nodiscard]] QColor ToColour(double value);
+
+[[nodiscard]] QPushButton* MakeButton(const char* name, const QString& caption,
+                                      const QString& toolTip);
+[[nodiscard]] QCheckBox* MakeCheckBox(const char* name, const QString& caption,
+                                      const QString& toolTip);
+// `accessibleName` also serves as the tool tip where that is empty.
+[[nodiscard]] QComboBox* MakeComboBox(const char* name, const QStringList& items,
+                                      const QString& accessibleName, const QString& toolTip);
+[[nodiscard]] QLabel* MakeLabel(const char* name, const QString& text);
+// A caption beside a control, whose mnemonic leads to it.
+[[nodiscard]] QLabel* MakeCaption(const QString& text, QWidget* buddy);
+// A text box that only shows.
+[[nodiscard]] QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName);
+
+// Text on a coloured ground, black or white, whichever reads better.
+void PaintGround(QWidget* widget, const QColor& ground);
+
+// "0", "1" ... "last".
+[[nodiscard]] QStringList Numbers(int last);
+
+}  // namespace kestrel

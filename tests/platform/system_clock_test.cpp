@@ -1,0 +1,157 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "platform/linux/system_clock.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/time.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+#include <ctime>
+#include <set>
+#include <vector>
+
+#include "support/comma_locale.h"
+
+namespace kestrel {
+namespace {
+
+using std::chrono::microseconds;
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+nanoseconds ThreadTime() {
+  timespec used{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+  return std::chrono::seconds{used.tv_sec} + nanoseconds{used.tv_nsec};
+}
+
+TEST(SystemClock, MonotonicNeverGoesBackAndResolvesMicroseconds) {
+  SystemClock clock;
+  std::set<nanoseconds> seen;
+  nanoseconds earlier = clock.Monotonic();
+  for (int i = 0; i < 10000; ++i) {
+    const nanoseconds now = clock.Monotonic();
+    ASSERT_GE(now, earlier);
+    seen.insert(now);
+    earlier = now;
+  }
+  EXPECT_GT(seen.size(), 100U);
+}
+
+TEST(SystemClock, WaitNeverEndsEarly) {
+  SystemClock clock;
+  for (const int us : {0, 1, 10, 79, 80, 81, 100, 300, 2000, 5000}) {
+    for (int round = 0; round < 20; ++round) {
+      const nanoseconds deadline = clock.Monotonic() + microseconds{us};
+      clock.WaitUntil(deadline);
+      ASSERT_GE(clock.Monotonic(), deadline) << us;
+    }
+  }
+}
+
+TEST(SystemClock, WaitEndsWithinMicrosecondsOfItsDeadline) {
+  SystemClock clock;
+  for (const int us : {100, 1500}) {
+    std::vector<nanoseconds> late;
+    for (int round = 0; round < 201; ++round) {
+      const nanoseconds deadline = clock.Monotonic() + microseconds{us};
+      clock.WaitUntil(deadline);
+      late.push_back(clock.Monotonic() - deadline);
+    }
+    std::sort(late.begin(), late.end());
+    EXPECT_LT(late[late.size() / 2], microseconds{10}) << us;
+  }
+}
+
+TEST(SystemClock, DeadlineThatHasPassedReturnsAtOnce) {
+  SystemClock clock;
+  const nanoseconds start = clock.Monotonic();
+  for (int i = 0; i < 100; ++i) clock.WaitUntil(start - milliseconds{100});
+  clock.WaitUntil(nanoseconds{0});
+  EXPECT_LT(clock.Monotonic() - start, milliseconds{50});
+}
+
+TEST(SystemClock, LongWaitLeavesTheProcessorToOthers) {
+  SystemClock clock;
+  const nanoseconds used = ThreadTime();
+  clock.WaitUntil(clock.Monotonic() + milliseconds{200});
+  EXPECT_LT(ThreadTime() - used, milliseconds{4});
+}
+
+std::atomic<int> alarms{0};
+
+TEST(SystemClock, SignalsDoNotShortenAWait) {
+  SystemClock clock;
+  struct sigaction counting {};
+  counting.sa_handler = [](int) { ++alarms; };  // without SA_RESTART: system calls are interrupted
+  struct sigaction earlier {};
+  ASSERT_EQ(sigaction(SIGALRM, &counting, &earlier), 0);
+  const itimerval every5Ms{{0, 5000}, {0, 5000}};
+  ASSERT_EQ(setitimer(ITIMER_REAL, &every5Ms, nullptr), 0);
+
+  const nanoseconds deadline = clock.Monotonic() + milliseconds{60};
+  clock.WaitUntil(deadline);
+  EXPECT_GE(clock.Monotonic(), deadline);
+  EXPECT_GE(alarms.load(), 2);
+
+  const itimerval none{};
+  setitimer(ITIMER_REAL, &none, nullptr);
+  sigaction(SIGALRM, &earlier, nullptr);
+}
+
+TEST(SystemClock, SecondsSinceMidnightAreLocal) {
+  Environment environment;
+  environment.Set("TZ", "TST-5:30");  // 5.5 hours ahead
+  tzset();
+  SystemClock clock;
+  const std::time_t now = std::time(nullptr);
+  const double seconds = clock.SecondsSinceMidnight();
+  const double expected = static_cast<double>((now + 19800) % 86400);
+  EXPECT_GE(seconds, 0);
+  EXPECT_LT(seconds, 86400);
+  const double passed = std::fmod(seconds - expected + 86400, 86400);
+  EXPECT_LT(passed, 3);
+  environment.Set("TZ", std::nullopt);
+  tzset();
+}
+
+TEST(SystemClock, SecondsSinceMidnightResolveTheMillisecond) {
+  SystemClock clock;
+  std::set<double> seen;
+  const nanoseconds start = clock.Monotonic();
+  while (clock.Monotonic() - start < milliseconds{5}) seen.insert(clock.SecondsSinceMidnight());
+  EXPECT_GT(seen.size(), 50U);
+}
+
+nanoseconds LoopTime(SystemClock& clock, std::int32_t passes, std::int32_t iterations) {
+  nanoseconds best = nanoseconds::max();
+  for (int round = 0; round < 5; ++round) {
+    const nanoseconds start = ThreadTime();
+    clock.RunEmptyLoop(passes, iterations);
+    best = std::min(best, ThreadTime() - start);
+  }
+  return best;
+}
+
+TEST(SystemClock, EmptyLoopTakesTimeInProportionToItsCounts) {
+  SystemClock clock;
+  const nanoseconds once = LoopTime(clock, 500, 2000);
+  EXPECT_GT(once, microseconds{50});
+  EXPECT_NEAR(static_cast<double>(LoopTime(clock, 2000, 2000).count()),
+              4.0 * static_cast<double>(once.count()), 2.0 * static_cast<double>(once.count()));
+  EXPECT_NEAR(static_cast<double>(LoopTime(clock, 500, 8000).count()),
+              4.0 * static_cast<double>(once.count()), 2.0 * static_cast<double>(once.count()));
+}
+
+TEST(SystemClock, EmptyLoopOfNothingReturnsAtOnce) {
+  SystemClock clock;
+  EXPECT_LT(LoopTime(clock, 0, 2000000000), milliseconds{1});
+  EXPECT_LT(LoopTime(clock, 1000, 0), milliseconds{1});
+  EXPECT_LT(LoopTime(clock, 1000, -5), milliseconds{1});
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,107 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// Places and reading; replacing is in system_files_replace_test.cpp.
+#include "platform/linux/system_files.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+
+#include "support/other_user.h"
+#include "support/temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::size_t kNoLimit = 1U << 20U;
+
+class SystemFilesTest : public testing::Test {
+ protected:
+  ~SystemFilesTest() override { fs::current_path(startFolder_); }
+
+  TemporaryFolder folder_;
+  SystemFiles files_;
+
+ private:
+  fs::path startFolder_ = fs::current_path();
+};
+
+TEST_F(SystemFilesTest, ProgramFolderHoldsTheProgramWhateverTheWorkingFolder) {
+  const fs::path before = files_.ProgramFolder();
+  EXPECT_TRUE(fs::exists(before / fs::read_symlink("/proc/self/exe").filename()));
+  fs::current_path(folder_.path());
+  EXPECT_EQ(files_.ProgramFolder(), before);
+  EXPECT_NE(before, folder_.path());
+}
+
+TEST_F(SystemFilesTest, WorkingFolderFollowsTheProcess) {
+  fs::current_path(folder_.path());
+  EXPECT_EQ(files_.WorkingFolder(), folder_.path());
+}
+
+TEST_F(SystemFilesTest, WorkingFolderThatIsGoneIsNoError) {
+  fs::create_directory(folder_.path() / "gone");
+  fs::current_path(folder_.path() / "gone");
+  fs::remove(folder_.path() / "gone");
+  EXPECT_EQ(files_.WorkingFolder(), ".");
+}
+
+TEST_F(SystemFilesTest, ReadsAWholeFileByteForByte) {
+  const std::string content("a\r\n\0\xFF=\n", 7);
+  EXPECT_EQ(files_.Read(folder_.Write("binary", content), kNoLimit), content);
+  EXPECT_EQ(files_.Read(folder_.Write("empty", ""), kNoLimit), "");
+}
+
+TEST_F(SystemFilesTest, ReadsAtMostTheLimit) {
+  const fs::path file = folder_.Write("file", "0123456789");
+  EXPECT_EQ(files_.Read(file, 0), "");
+  EXPECT_EQ(files_.Read(file, 4), "0123");
+  EXPECT_EQ(files_.Read(file, 10), "0123456789");
+  EXPECT_EQ(files_.Read(file, 11), "0123456789");
+}
+
+TEST_F(SystemFilesTest, ReadsFilesLargerThanOneChunk) {
+  std::string content;
+  while (content.size() < 200000) content += std::to_string(content.size());
+  const fs::path file = folder_.Write("large", content);
+  EXPECT_EQ(files_.Read(file, kNoLimit), content);
+  EXPECT_EQ(files_.Read(file, 131073), content.substr(0, 131073));
+}
+
+TEST_F(SystemFilesTest, ReadsThroughALink) {
+  folder_.Write("file", "content");
+  fs::create_symlink("file", folder_.path() / "link");
+  EXPECT_EQ(files_.Read(folder_.path() / "link", kNoLimit), "content");
+}
+
+TEST_F(SystemFilesTest, WhatIsNoRegularFileReadsAsNothing) {
+  folder_.Write("file", "content");
+  ASSERT_EQ(mkfifo((folder_.path() / "pipe").c_str(), 0600), 0);
+  fs::create_symlink("nowhere", folder_.path() / "dangling");
+  for (const fs::path& path :
+       {folder_.path() / "missing", folder_.path(), folder_.path() / "pipe",
+        folder_.path() / "dangling", folder_.path() / "file" / "below", fs::path("/dev/zero"),
+        fs::path(), folder_.path() / std::string(300, 'n')}) {
+    EXPECT_EQ(files_.Read(path, kNoLimit), std::nullopt) << path;
+  }
+}
+
+TEST_F(SystemFilesTest, FileThatMayNotBeReadReadsAsNothing) {
+  const fs::path file = folder_.Write("secret", "content");
+  fs::permissions(folder_.path(), fs::perms::all);
+  fs::permissions(file, fs::perms::none);
+  const OtherUser user;
+  EXPECT_EQ(files_.Read(file, kNoLimit), std::nullopt);
+}
+
+TEST_F(SystemFilesTest, ReadThatFailsHalfWayReadsAsNothing) {
+  // A regular file whose first page cannot be read.
+  EXPECT_EQ(files_.Read("/proc/self/mem", kNoLimit), std::nullopt);
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,117 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "simulator/simulated_sensor.h"
+#include "support/fake_clock.h"
+
+namespace kestrel {
+
+using namespace std::chrono_literals;
+
+// Byte addresses, written out again here so that a slip in the sensor's own list shows.
+namespace reg {
+inline constexpr std::uint8_t kXNull = 0x02;
+inline constexpr std::uint8_t kSupply = 0x0A;
+inline constexpr std::uint8_t kTemp = 0x0C;
+inline constexpr std::uint8_t kFftAvg = 0x0E;
+inline constexpr std::uint8_t kPointer = 0x10;
+inline constexpr std::uint8_t kXBuf = 0x14;
+inline constexpr std::uint8_t kRecCnt = 0x1A;
+inline constexpr std::uint8_t kRecCtrl = 0x1C;
+inline constexpr std::uint8_t kRecPrd = 0x1E;
+inline constexpr std::uint8_t kStatus = 0x3C;
+inline constexpr std::uint8_t kCommand = 0x3E;
+inline constexpr std::uint8_t kXPeak = 0x46;
+inline constexpr std::uint8_t kTimeLow = 0x4C;
+inline constexpr std::uint8_t kTimeHigh = 0x4E;
+inline constexpr std::uint8_t kXFreq = 0x70;
+inline constexpr std::uint8_t kRecInfo = 0x76;
+}  // namespace reg
+
+// A sensor on a bench, spoken to in SPI frames.
+class Bench {
+ public:
+  explicit Bench(Scenario scenario = SingleTone(0.0, 0.0)) : sensor(clock, std::move(scenario)) {}
+
+  std::uint16_t Read(std::uint8_t address) {
+    sensor.Exchange(static_cast<std::uint16_t>(address << 8U));
+    return sensor.Exchange(0x0000);
+  }
+  void WriteByte(std::uint8_t address, std::uint8_t data) {
+    sensor.Exchange(static_cast<std::uint16_t>(0x8000U | unsigned{address} << 8U | data));
+  }
+  void Write(std::uint8_t address, std::uint16_t word) {
+    WriteByte(static_cast<std::uint8_t>(address + 1), static_cast<std::uint8_t>(word >> 8U));
+    WriteByte(address, static_cast<std::uint8_t>(word & 0xFFU));
+  }
+  // Gives a command and lets time pass until no command can still be at work.
+  void Command(std::uint16_t word) {
+    Give(word);
+    clock.Advance(200ms);
+  }
+  void Give(std::uint16_t word) {
+    if (word >= 0x100) {
+      WriteByte(reg::kCommand + 1, static_cast<std::uint8_t>(word >> 8U));
+    } else {
+      WriteByte(reg::kCommand, static_cast<std::uint8_t>(word));
+    }
+  }
+  void StartStop() { Give(0x0800); }
+  void StopRequest() { sensor.Exchange(0xE8E8); }
+  std::uint16_t Status() { return Read(reg::kStatus); }
+  bool DataReady() { return (Status() & 0x80U) != 0; }
+
+  // One whole capture; it may take up to `limit`.
+  void Capture(std::chrono::nanoseconds limit = 60s) {
+    StartStop();
+    clock.Advance(limit);
+    ASSERT_TRUE(DataReady());
+  }
+  std::vector<std::uint16_t> Buffer(unsigned axis, unsigned length) {
+    std::vector<std::uint16_t> words;
+    for (unsigned i = 0; i < length; ++i) {
+      Write(reg::kPointer, static_cast<std::uint16_t>(i));
+      words.push_back(Read(static_cast<std::uint8_t>(reg::kXBuf + 2 * axis)));
+    }
+    return words;
+  }
+  std::vector<std::uint16_t> Spectrum(unsigned axis) { return Buffer(axis, 256); }
+  std::vector<std::int16_t> Samples(unsigned axis) {
+    std::vector<std::int16_t> samples;
+    for (const std::uint16_t word : Buffer(axis, 512)) {
+      samples.push_back(static_cast<std::int16_t>(word));
+    }
+    return samples;
+  }
+
+  FakeClock clock;
+  SimulatedSensor sensor;
+};
+
+class SensorTest : public ::testing::Test, public Bench {};
+
+inline constexpr double kFullRateHz = 100189.9;
+inline constexpr double kSampleLsbG[] = {0.0000306, 0.0001526, 0.0006104, 0.0023842};
+inline constexpr double kMagnitudeLsbG[] = {0.0000153, 0.0000763, 0.0003052, 0.0011921};
+
+// Frequency of a bin at a sample-rate option.
+inline double BinHz(double bin, unsigned option) {
+  double rate = kFullRateHz;
+  for (unsigned i = 0; i < option; ++i) rate /= 8.0;
+  return bin * rate / 512.0;
+}
+
+// REC_CTRL word.
+inline std::uint16_t RecCtrl(unsigned mode, unsigned range, unsigned option, unsigned window) {
+  return static_cast<std::uint16_t>(window << 12U | option << 8U | range << 4U | mode);
+}
+
+}  // namespace kestrel

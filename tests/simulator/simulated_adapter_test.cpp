@@ -1,0 +1,262 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "simulator/simulated_adapter.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "simulator/sensor_fixture.h"
+
+namespace kestrel {
+namespace {
+
+using ::testing::ElementsAre;
+using Bytes = std::vector<std::uint8_t>;
+
+class AdapterTest : public ::testing::Test {
+ protected:
+  UsbDriver::Handle Open(const std::string& name = "Ezusb-0") {
+    return adapter_.CreateFile("\\\\.\\" + name, 0x40000000, 2, 3);
+  }
+  bool Request(UsbDriver::Handle device, std::uint32_t code, const Bytes& input, Bytes& output) {
+    return adapter_.DeviceIoControl(device, code, input, output, returned_);
+  }
+  bool Send(UsbDriver::Handle device, Bytes block) {
+    return Request(device, 0x222051, {0, 0, 0, 0}, block);
+  }
+  // The answer to a block; empty when the request fails.
+  Bytes Fetch(UsbDriver::Handle device, std::size_t size) {
+    Bytes answer(size, 0xEE);
+    if (!Request(device, 0x222051, {1, 0, 0, 0}, answer)) return {};
+    answer.resize(returned_);
+    return answer;
+  }
+  std::string StringOf(UsbDriver::Handle device, std::uint8_t index) {
+    Bytes descriptor(4);
+    if (!Request(device, 0x222044, {index, 0, 0, 0, 0}, descriptor)) return "failed";
+    EXPECT_EQ(returned_, 4);
+    descriptor.resize(descriptor[0]);
+    if (!Request(device, 0x222044, {index, 0, 0, 0, 0}, descriptor)) return "failed";
+    EXPECT_EQ(returned_, descriptor.size());
+    EXPECT_EQ(descriptor[1], 3);
+    std::string text;
+    for (std::size_t at = 2; at + 1 < descriptor.size(); at += 2) {
+      text += static_cast<char>(descriptor[at]);
+      EXPECT_EQ(descriptor[at + 1], 0);
+    }
+    return text;
+  }
+
+  Bench bench_;
+  SimulatedAdapter adapter_{bench_.sensor};
+  std::uint32_t returned_ = 0;
+};
+
+TEST_F(AdapterTest, BoardOpensUnderItsNameOnly) {
+  EXPECT_GE(Open(), 1);
+  for (const char* name : {"Ezusb-1", "Ezusb-4", "Ezusb-00", "ezusb-0", ""}) {
+    EXPECT_LT(Open(name), 1) << name;
+    EXPECT_EQ(adapter_.LastError(), 2) << name;
+  }
+  EXPECT_LT(adapter_.CreateFile("Ezusb-0", 0x40000000, 2, 3), 1);
+}
+
+TEST_F(AdapterTest, BoardOpensOnlyForWritingSharedAndExisting) {
+  const std::string path = "\\\\.\\Ezusb-0";
+  EXPECT_LT(adapter_.CreateFile(path, 0x80000000, 2, 3), 1);
+  EXPECT_LT(adapter_.CreateFile(path, 0x40000000, 0, 3), 1);
+  EXPECT_LT(adapter_.CreateFile(path, 0x40000000, 2, 1), 1);
+  EXPECT_EQ(adapter_.OpenHandles(), 0);
+}
+
+TEST_F(AdapterTest, EveryHandleIsClosedExactlyOnce) {
+  const auto first = Open();
+  const auto second = Open();
+  EXPECT_NE(first, second);
+  EXPECT_EQ(adapter_.OpenHandles(), 2);
+  adapter_.CloseHandle(first);
+  adapter_.CloseHandle(second);
+  EXPECT_EQ(adapter_.OpenHandles(), 0);
+  EXPECT_EQ(adapter_.HandleErrors(), 0);
+
+  adapter_.CloseHandle(first);
+  EXPECT_EQ(adapter_.HandleErrors(), 1);
+  EXPECT_FALSE(Send(second, {0}));
+  EXPECT_EQ(adapter_.HandleErrors(), 2);
+  EXPECT_EQ(adapter_.LastError(), 6);
+}
+
+TEST_F(AdapterTest, DeviceDescriptorNamesVendorAndProduct) {
+  const auto device = Open();
+  Bytes buffer(147);
+  ASSERT_TRUE(Request(device, 0x222004, Bytes(147), buffer));
+  EXPECT_EQ(buffer[0], 18);
+  EXPECT_EQ(buffer[1], 1);
+  EXPECT_EQ(buffer[8] | buffer[9] << 8, 0x5A17);
+  EXPECT_EQ(buffer[10] | buffer[11] << 8, 0xED03);
+  EXPECT_EQ(buffer[14], 1);
+  EXPECT_EQ(buffer[15], 2);
+
+  Bytes tooSmall(17);
+  EXPECT_FALSE(Request(device, 0x222004, tooSmall, tooSmall));
+}
+
+TEST_F(AdapterTest, StringsAreReadByLengthThenWhole) {
+  const auto device = Open();
+  EXPECT_EQ(StringOf(device, 1), "Kestrel");
+  EXPECT_EQ(StringOf(device, 2), "USB to SPI adapter");
+  EXPECT_EQ(StringOf(device, 3), "failed");
+  Bytes buffer(4);
+  EXPECT_FALSE(Request(device, 0x222044, {1}, buffer)) << "the request has five bytes";
+}
+
+TEST_F(AdapterTest, BoardWithoutAStringFailsThatRequest) {
+  adapter_.SetBoard(0, {.string2 = u""});
+  const auto device = Open();
+  EXPECT_EQ(StringOf(device, 1), "Kestrel");
+  EXPECT_EQ(StringOf(device, 2), "failed");
+}
+
+TEST_F(AdapterTest, PipeInformationHoldsThePacketSizes) {
+  adapter_.SetBoard(0, {.pipe3PacketSize = 64});
+  Bytes buffer(356);
+  ASSERT_TRUE(Request(Open(), 0x222000, Bytes(356), buffer));
+  EXPECT_EQ(returned_, 356);
+  EXPECT_EQ(buffer[0] | buffer[1] << 8, 16 + 4 * 20);
+  EXPECT_EQ(buffer[12], 4);
+  EXPECT_EQ(buffer[16 + 3 * 20] | buffer[16 + 3 * 20 + 1] << 8, 64);
+  EXPECT_EQ(buffer[16 + 2] & 0x80, 0) << "pipe 0 goes to the board";
+  EXPECT_EQ(buffer[16 + 20 + 2] & 0x80, 0x80) << "pipe 1 comes from the board";
+}
+
+TEST_F(AdapterTest, VersionCommandAnswersMajorAndMinor) {
+  const auto device = Open();
+  ASSERT_TRUE(Send(device, {0}));
+  EXPECT_EQ(returned_, 1);
+  EXPECT_THAT(Fetch(device, 2), ElementsAre(1, 2));
+}
+
+TEST_F(AdapterTest, SpiValuesAreReportedAsLastReceived) {
+  const auto device = Open();
+  ASSERT_TRUE(Send(device, {11, 25}));
+  ASSERT_TRUE(Send(device, {12, 120}));
+  ASSERT_TRUE(Send(device, {1}));
+  EXPECT_THAT(Fetch(device, 2), ElementsAre(120, 25));
+}
+
+TEST_F(AdapterTest, TransferExchangesFramesWithTheSensor) {
+  const auto device = Open();
+  ASSERT_TRUE(Send(device, {13, 1, 3, 0x1C, 0x00, 0x56, 0x00, 0x56, 0x00}));
+  EXPECT_THAT(Fetch(device, 6), ElementsAre(0, 0, 0x10, 0x30, 0x7A, 0xAF));
+  ASSERT_TRUE(Send(device, {14, 5, 1, 0x8E, 0x11}));
+  EXPECT_THAT(Fetch(device, 2), ElementsAre(0x7A, 0xAF));
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 0x11);
+}
+
+TEST_F(AdapterTest, SixteenFramesFitIntoOneTransfer) {
+  const auto device = Open();
+  Bytes block = {14, 1, 16};
+  for (int frame = 0; frame < 16; ++frame) block.insert(block.end(), {0x56, 0x00});
+  ASSERT_TRUE(Send(device, block));
+  const Bytes answer = Fetch(device, 32);
+  ASSERT_EQ(answer.size(), 32);
+  EXPECT_EQ(answer[30], 0x7A);
+  EXPECT_EQ(answer[31], 0xAF);
+}
+
+TEST_F(AdapterTest, AnswerIsShortWhenLessIsPendingAndFailsWhenNothingIs) {
+  const auto device = Open();
+  EXPECT_TRUE(Fetch(device, 2).empty());
+  ASSERT_TRUE(Send(device, {0}));
+  EXPECT_EQ(Fetch(device, 32).size(), 2);
+  EXPECT_TRUE(Fetch(device, 2).empty());
+}
+
+TEST_F(AdapterTest, NewBlockDiscardsAnAnswerNobodyFetched) {
+  const auto device = Open();
+  ASSERT_TRUE(Send(device, {0}));
+  ASSERT_TRUE(Send(device, {14, 1, 1, 0x56, 0x00}));
+  EXPECT_THAT(Fetch(device, 32), ElementsAre(0, 0));
+  ASSERT_TRUE(Send(device, {0}));
+  ASSERT_TRUE(Send(device, {11, 25}));
+  EXPECT_TRUE(Fetch(device, 32).empty());
+}
+
+TEST_F(AdapterTest, UnknownPipeCodeAndPipeNumberFormAreRefused) {
+  const auto device = Open();
+  Bytes block = {0};
+  EXPECT_FALSE(Request(device, 0x222051, {2, 0, 0, 0}, block));
+  EXPECT_FALSE(Request(device, 0x222051, {0}, block));
+  EXPECT_FALSE(Request(device, 0x222099, {0, 0, 0, 0}, block));
+}
+
+class MalformedBlock : public AdapterTest, public ::testing::WithParamInterface<Bytes> {};
+
+TEST_P(MalformedBlock, StallsAndNothingReachesTheSensor) {
+  const auto device = Open();
+  EXPECT_FALSE(Send(device, GetParam()));
+  EXPECT_EQ(returned_, 0);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8);
+  EXPECT_EQ(bench_.Status(), 0);
+}
+
+Bytes TransferOf(std::size_t frames) {
+  Bytes block = {14, 1, static_cast<std::uint8_t>(frames)};
+  for (std::size_t i = 0; i < frames; ++i) block.insert(block.end(), {0x8E, 0x11});
+  return block;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Blocks, MalformedBlock,
+    ::testing::Values(Bytes{}, Bytes{0, 0}, Bytes{1, 0}, Bytes{2}, Bytes{10, 1},
+                      Bytes{15, 1, 1, 0, 0}, Bytes{11}, Bytes{11, 0}, Bytes{11, 25, 0}, Bytes{12},
+                      Bytes{12, 120, 0}, Bytes{13}, Bytes{13, 1}, Bytes{13, 1, 0},  // no frame
+                      Bytes{13, 1, 1, 0x8E}, Bytes{13, 1, 1, 0x8E, 0x11, 0x00},     // wrong length
+                      Bytes{14, 1, 2, 0x8E, 0x11},                                  // one missing
+                      Bytes{14, 0, 1, 0x8E, 0x11}, Bytes{14, 6, 1, 0x8E, 0x11},     // delay
+                      TransferOf(17)));
+
+TEST_F(AdapterTest, SixteenIsTheLimitAndAWellFormedBlockOfItDoesReachTheSensor) {
+  ASSERT_TRUE(Send(Open(), TransferOf(16)));
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 0x11);
+}
+
+TEST_F(AdapterTest, UnpluggedBoardFailsEveryRequestUntilReopenedAfterReplugging) {
+  const auto device = Open();
+  adapter_.Unplug(0);
+  EXPECT_FALSE(Send(device, {0}));
+  EXPECT_LT(Open(), 1);
+  EXPECT_EQ(adapter_.LastError(), 2);
+
+  adapter_.Replug(0);
+  EXPECT_FALSE(Send(device, {0})) << "the old handle stays dead";
+  adapter_.CloseHandle(device);
+  EXPECT_TRUE(Send(Open(), {0}));
+  EXPECT_EQ(adapter_.HandleErrors(), 0);
+}
+
+TEST_F(AdapterTest, PendingAnswerIsGoneAfterReplugging) {
+  ASSERT_TRUE(Send(Open(), {0}));
+  adapter_.Unplug(0);
+  adapter_.Replug(0);
+  EXPECT_TRUE(Fetch(Open(), 2).empty());
+}
+
+TEST_F(AdapterTest, BoardsCanBeSetAndRemovedByNumber) {
+  adapter_.RemoveBoard(0);
+  adapter_.SetBoard(3, {.product = 0xEF00, .firmwareMajor = 2, .firmwareMinor = 7});
+  EXPECT_LT(Open("Ezusb-0"), 1);
+  const auto device = Open("Ezusb-3");
+  ASSERT_GE(device, 1);
+  Bytes buffer(147);
+  ASSERT_TRUE(Request(device, 0x222004, buffer, buffer));
+  EXPECT_EQ(buffer[10] | buffer[11] << 8, 0xEF00);
+  ASSERT_TRUE(Send(device, {0}));
+  EXPECT_THAT(Fetch(device, 2), ElementsAre(2, 7));
+}
+
+}  // namespace
+}  // namespace kestrel

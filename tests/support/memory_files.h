@@ -1,0 +1,41 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/files.h"
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+
+// Files kept in memory: by path, with their whole content. Program folder "/program", working
+// folder
+// "/work".
+class MemoryFiles : public Files {
+ public:
+  [[nodiscard]] std::filesystem::path ProgramFolder() override { return "/program"; }
+  [[nodiscard]] std::filesystem::path WorkingFolder() override { return "/work"; }
+
+  [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
+                                                std::size_t limit) override {
+    const auto found = contents.find(file);
+    if (found == contents.end()) return std::nullopt;
+    return found->second.substr(0, limit);
+  }
+
+  void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override {
+    if (!failure.empty()) throw RuntimeError(file.string() + ": " + failure);
+    contents[file] = content;
+  }
+
+  std::map<std::filesystem::path, std::string> contents;
+  std::string failure;  // reason why no file can be written; empty when they can
+};
+
+}  // namespace kestrel

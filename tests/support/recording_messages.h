@@ -1,0 +1,42 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/messages.h"
+
+namespace kestrel {
+
+// Message boxes that are dismissed at once, kept for the test.
+class RecordingMessages : public Messages {
+ public:
+  using Messages::Show;
+
+  void Show(const std::string& text, const std::string& title) override {
+    texts_.push_back(text);
+    titles_.push_back(title);
+    if (whileShown_) whileShown_();
+  }
+
+  [[nodiscard]] const std::vector<std::string>& Texts() const { return texts_; }
+  [[nodiscard]] const std::vector<std::string>& Titles() const { return titles_; }
+
+  void Clear() {
+    texts_.clear();
+    titles_.clear();
+  }
+
+  // Runs while a box is open.
+  void WhileShown(std::function<void()> action) { whileShown_ = std::move(action); }
+
+ private:
+  std::vector<std::string> texts_;
+  std::vector<std::string> titles_;
+  std::function<void()> whileShown_;
+};
+
+}  // namespace kestrel

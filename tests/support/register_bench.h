@@ -1,0 +1,75 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "app/core.h"
+#include "app/program_state.h"
+#include "app/start.h"
+#include "support/fake_clock.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/recording_messages.h"
+#include "support/recording_pointer.h"
+#include "support/reset_program.h"
+#include "support/scripted_loop.h"
+#include "support/scripted_sensor.h"
+#include "support/unused_hardware.h"
+
+namespace kestrel {
+
+// A program in its start state that has found a board with a sensor, and recorded nothing yet.
+class RegisterBench : public testing::Test {
+ protected:
+  RegisterBench() {
+    SetColours();
+    core.delay.SkipCalibration();
+    InterfaceType = kUsbAdapter;
+    core.usb.SelectUsbAdapter();
+    InitRegisterTable(core.registers);
+    sensor.ClearFrames();
+    EXPECT_TRUE(RegisterAccess::Usable());
+    EXPECT_TRUE(messages.Texts().empty());
+  }
+
+  ~RegisterBench() override {
+    EXPECT_EQ(sensor.Opened(), 0) << "the board was left open";
+    ResetProgram();
+  }
+
+  // The frames since the last call.
+  Frames TakeFrames() {
+    Frames frames = sensor.AllFrames();
+    sensor.ClearFrames();
+    return frames;
+  }
+
+ private:
+  // Before the members below: they are built on the start state.
+  struct StartState {
+    StartState() { ResetProgram(); }
+  } startState_;
+
+ protected:
+  FakeClock clock;
+  ScriptedLoop loop{clock};
+  RecordingPointer pointer;
+  RecordingMessages messages;
+  MemoryFiles files;
+  FixedLocale locale;
+  ScriptedSensor sensor{clock};
+  UnusedPort port;
+  UnusedDriverService driverService;
+  Core core{Seams{.clock = clock,
+                  .loop = loop,
+                  .pointer = pointer,
+                  .messages = messages,
+                  .files = files,
+                  .locale = locale,
+                  .usb = sensor,
+                  .port = port,
+                  .driverService = driverService}};
+};
+
+}  // namespace kestrel

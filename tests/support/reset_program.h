@@ -1,0 +1,36 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "acquisition/window_delay.h"
+#include "app/delay.h"
+#include "app/program_state.h"
+#include "device/alm_ctrl.h"
+#include "device/capture_data.h"
+#include "device/rec_ctrl.h"
+#include "device/rec_info.h"
+#include "logging/data_log.h"
+#include "plot/plot_scale.h"
+#include "regmap/register_table.h"
+#include "transport/register_access.h"
+#include "transport/usb_adapter.h"
+
+namespace kestrel {
+
+// Every program-wide name back to its start value.
+inline void ResetProgram() {
+  gRecInfo.reset();
+  gRecCtrl.reset();
+  gAlmCtrl.reset();
+  ResetProgramState();
+  ResetDelayState();
+  ResetAdapterState();
+  ResetRegisterAccessState();
+  ResetRegisterTable();
+  ResetCaptureData();
+  ResetDataLogState();
+  PlotScale = 0;
+  DelayActive = 0;
+}
+
+}  // namespace kestrel
