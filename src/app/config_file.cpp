@@ -26,7 +26,7 @@ std::array<Setting, 3> Settings() {
 }
 
 // Far more than any settings file; keeps a wrong file of that name from filling the memory.
-constexpr std::size_t kReadLimit = 64 * 1024;
+constexpr std::size_t kReadLimit = 65536;
 constexpr std::size_t kShownLength = 60;
 
 std::int16_t ParseInteger(std::string_view text) {

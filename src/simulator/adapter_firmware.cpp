@@ -55,7 +55,7 @@ bool AdapterFirmware::Accept(std::span<const std::uint8_t> block) {
 bool AdapterFirmware::Transfer(std::span<const std::uint8_t> block) {
   if (block.size() < kTransferHeader) return false;
   const unsigned delay = block[1];
-  const unsigned frames = block[2];
+  const std::size_t frames = block[2];
   if (delay < 1 || delay > kLongestDelay || frames < 1 || frames > kMostFrames) return false;
   if (block.size() != kTransferHeader + 2 * frames) return false;
 

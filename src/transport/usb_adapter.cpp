@@ -179,14 +179,14 @@ void UsbAdapter::UsbSpiTransfer(int n) {
   UsbSpiDelay = std::clamp<std::uint8_t>(UsbSpiDelay, 1, 5);
   SpiWordCount = static_cast<std::uint8_t>(n);
   bool sent = false;
-  std::vector<std::uint8_t> answer(static_cast<std::size_t>(2 * n));
+  std::vector<std::uint8_t> answer(2 * static_cast<std::size_t>(n));
   {
     const OpenedDevice device(*this, SelectedAdapter.deviceName);
     std::vector<std::uint8_t> block = TransferBlock(n);
     sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
     if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) {
       for (int i = 1; i <= n; ++i) {
-        const auto at = static_cast<std::size_t>(2 * (i - 1));
+        const std::size_t at = 2 * static_cast<std::size_t>(i - 1);
         SpiRx(i) = answer[at] * 256 + answer[at + 1];
       }
       return;

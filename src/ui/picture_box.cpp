@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QPalette>
 #include <QPen>
+#include <QTransform>
 #include <algorithm>
 #include <cmath>
 
@@ -31,25 +32,26 @@ double Part(double value, double from, double to) {
   return from == to ? 0 : (value - from) / (to - from);
 }
 
-QSize DevicePixels(QSize size, qreal ratio) {
-  return (QSizeF(size) * ratio).toSize();
-}
-
-// The device pixel that holds the position, as long as the whole line stays inside.
-int GridPixel(qreal position, qreal ratio, int size) {
-  const int last = static_cast<int>(std::lround(size * ratio)) - PictureBox::GridThickness(ratio);
-  return static_cast<int>(std::clamp(std::floor(position * ratio), 0.0, std::max(0.0, last * 1.0)));
+// The pixel that holds the part, as long as the whole line stays inside.
+int GridPixel(double part, int pixels, int thickness) {
+  return static_cast<int>(std::clamp(std::floor(part * pixels), 0.0,
+                                     std::max(0.0, static_cast<double>(pixels - thickness))));
 }
 
 bool IsFinite(double a, double b, double c, double d) {
   return std::isfinite(a) && std::isfinite(b) && std::isfinite(c) && std::isfinite(d);
 }
 
-bool Same(QPointF a, QPointF b) {
-  return a.x() == b.x() && a.y() == b.y();
+}  // namespace
+
+QRect DevicePixels(const QPainter& painter, const QRect& rectangle) {
+  const QRectF exact = painter.deviceTransform().mapRect(QRectF(rectangle));
+  return {exact.topLeft().toPoint(), exact.bottomRight().toPoint() - QPoint(1, 1)};
 }
 
-}  // namespace
+int LineThickness(qreal ratio) {
+  return std::max(1, static_cast<int>(ratio));
+}
 
 PictureBox::PictureBox(QWidget* parent) : QWidget(parent) {
   setAttribute(Qt::WA_OpaquePaintEvent);
@@ -80,13 +82,8 @@ void PictureBox::Line(double x1, double y1, double x2, double y2, double colour)
   if (!IsFinite(x1, y1, x2, y2)) return;
   auto trace = std::find_if(traces_.begin(), traces_.end(),
                             [=](const Trace& other) { return other.colour == colour; });
-  if (trace == traces_.end()) trace = traces_.insert(trace, {colour, {}, {}});
-  const QPointF start(x1, y1);
-  if (trace->points.empty() || !Same(trace->points.back(), start)) {
-    trace->starts.push_back(trace->points.size());
-    trace->points.push_back(start);
-  }
-  trace->points.emplace_back(x2, y2);
+  if (trace == traces_.end()) trace = traces_.insert(trace, {colour, {}});
+  trace->lines.emplace_back(x1, y1, x2, y2);
   Invalidate();
 }
 
@@ -118,16 +115,12 @@ std::vector<double> PictureBox::YTicks() const {
   return HalvedTicks(bottom_, top_, std::clamp(height() / spacing, 2, kMostYParts));
 }
 
-int PictureBox::GridColumn(double x, qreal ratio) const {
-  return GridPixel(ToPixels({x, top_}).x(), ratio, width());
+int PictureBox::GridColumn(double x, int columns, int thickness) const {
+  return GridPixel(Part(x, left_, right_), columns, thickness);
 }
 
-int PictureBox::GridRow(double y, qreal ratio) const {
-  return GridPixel(ToPixels({left_, y}).y(), ratio, height());
-}
-
-int PictureBox::GridThickness(qreal ratio) {
-  return std::max(1, static_cast<int>(ratio));
+int PictureBox::GridRow(double y, int rows, int thickness) const {
+  return GridPixel(Part(y, top_, bottom_), rows, thickness);
 }
 
 QColor PictureBox::Paper() const {
@@ -148,25 +141,26 @@ void PictureBox::Invalidate() {
   update();
 }
 
+// The picture goes onto whole device pixels, so that it stays sharp at any scale.
 void PictureBox::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const qreal ratio = painter.device()->devicePixelRatioF();
-  const QSize pixels = DevicePixels(size(), ratio);
-  if (!pictureValid_ || picture_.size() != pixels || picture_.devicePixelRatio() != ratio) {
-    PaintPicture(ratio);
+  const qreal ratio = painter.deviceTransform().m11();
+  const QRect pixels = DevicePixels(painter, rect());
+  if (pixels.isEmpty()) return;
+  if (!pictureValid_ || picture_.size() != pixels.size() || picture_.devicePixelRatio() != ratio) {
+    PaintPicture(pixels.size(), ratio);
   }
-  painter.drawPixmap(0, 0, picture_);
+  painter.drawPixmap(painter.deviceTransform().inverted().map(QPointF(pixels.topLeft())), picture_);
 }
 
-void PictureBox::PaintPicture(qreal ratio) {
-  const QSize pixels = DevicePixels(size(), ratio);
+void PictureBox::PaintPicture(QSize pixels, qreal ratio) {
   if (picture_.size() != pixels) picture_ = QPixmap(pixels);
   picture_.setDevicePixelRatio(1);
   picture_.fill(Paper());
   {
     QPainter painter(&picture_);
-    PaintGrid(painter, ratio);
-    PaintTraces(painter, ratio);
+    PaintGrid(painter, LineThickness(ratio));
+    PaintTraces(painter, LineThickness(ratio));
   }
   picture_.setDevicePixelRatio(ratio);
   if (traces_.empty() && !hint_.isEmpty()) {
@@ -174,39 +168,46 @@ void PictureBox::PaintPicture(qreal ratio) {
     PaintHint(painter);
   }
   pictureValid_ = true;
+  ++tracePaintCount_;
 }
 
-void PictureBox::PaintGrid(QPainter& painter, qreal ratio) const {
+void PictureBox::PaintGrid(QPainter& painter, int thickness) const {
   const QColor grid = Paper().darker(kGridDarker);
   const QColor axis = Paper().darker(kAxisDarker);
-  const int width = picture_.width();
-  const int height = picture_.height();
-  const int thick = GridThickness(ratio);
-  const auto column = [&](int x, const QColor& colour) {
-    painter.fillRect(x, 0, thick, height, colour);
+  const int columns = picture_.width();
+  const int rows = picture_.height();
+  const auto column = [&](double x, const QColor& colour) {
+    painter.fillRect(GridColumn(x, columns, thickness), 0, thickness, rows, colour);
   };
-  const auto row = [&](int y, const QColor& colour) {
-    painter.fillRect(0, y, width, thick, colour);
+  const auto row = [&](double y, const QColor& colour) {
+    painter.fillRect(0, GridRow(y, rows, thickness), columns, thickness, colour);
   };
-  for (const double tick : XTicks()) column(GridColumn(tick, ratio), grid);
-  for (const double tick : YTicks()) row(GridRow(tick, ratio), tick == 0 ? axis : grid);
-  for (const int x : {0, width - thick}) column(x, axis);
-  for (const int y : {0, height - thick}) row(y, axis);
+  for (const double tick : XTicks()) column(tick, grid);
+  for (const double tick : YTicks()) row(tick, tick == 0 ? axis : grid);
+  for (const double edge : {left_, right_}) column(edge, axis);
+  for (const double edge : {top_, bottom_}) row(edge, axis);
 }
 
-void PictureBox::PaintTraces(QPainter& painter, qreal ratio) const {
+// A wide pen is many times slower than a cosmetic one, so thickness comes from lines side by side.
+void PictureBox::PaintTraces(QPainter& painter, int thickness) const {
   painter.setRenderHint(QPainter::Antialiasing);
-  std::vector<QPointF> pixels;
+  const auto toPicture = [this](QPointF point) {
+    return QPointF(Part(point.x(), left_, right_) * picture_.width(),
+                   Part(point.y(), top_, bottom_) * picture_.height());
+  };
+  std::vector<QLineF> pixels;
   for (const Trace& trace : traces_) {
-    painter.setPen(QPen(ToColour(trace.colour), 0));
-    pixels.resize(trace.points.size());
-    std::transform(trace.points.begin(), trace.points.end(), pixels.begin(),
-                   [=, this](QPointF point) { return ToPixels(point) * ratio; });
-    for (std::size_t i = 0; i < trace.starts.size(); ++i) {
-      const std::size_t start = trace.starts[i];
-      const std::size_t end = i + 1 < trace.starts.size() ? trace.starts[i + 1] : pixels.size();
-      painter.drawPolyline(&pixels[start], static_cast<int>(end - start));
+    pixels.clear();
+    for (const QLineF& line : trace.lines) {
+      const QLineF mapped(toPicture(line.p1()), toPicture(line.p2()));
+      const bool isSteep = std::abs(mapped.dy()) > std::abs(mapped.dx());
+      for (int i = 0; i < thickness; ++i) {
+        const double shift = i - (thickness - 1) / 2.0;
+        pixels.push_back(mapped.translated(isSteep ? shift : 0, isSteep ? 0 : shift));
+      }
     }
+    painter.setPen(QPen(ToColour(trace.colour), 0, Qt::SolidLine, Qt::FlatCap));
+    painter.drawLines(pixels.data(), static_cast<int>(pixels.size()));
   }
 }
 

@@ -3,14 +3,22 @@
 #pragma once
 
 #include <QColor>
+#include <QLineF>
 #include <QPixmap>
 #include <QPointF>
+#include <QRect>
+#include <QSize>
 #include <QString>
 #include <QWidget>
-#include <cstddef>
 #include <vector>
 
 namespace kestrel {
+
+// The device pixels that a rectangle in the painter's coordinates fills: whole ones at any scale.
+[[nodiscard]] QRect DevicePixels(const QPainter& painter, const QRect& rectangle);
+
+// How many device pixels stand for a line of width 1.
+[[nodiscard]] int LineThickness(qreal ratio);
 
 // A drawable area with its own coordinate scale. What is drawn is kept as a display list and as a
 // picture of it, so that whatever lies on top can be repainted without drawing the traces again.
@@ -26,8 +34,7 @@ class PictureBox : public QWidget {
   [[nodiscard]] double ScaleHeight() const;
 
   void Cls();
-  // A straight line in colour 0xBBGGRR. A line that starts where the last one of its colour ended
-  // continues it.
+  // A straight line in colour 0xBBGGRR. A colour drawn first stays below the others.
   void Line(double x1, double y1, double x2, double y2, double colour);
 
   // Shown in the middle while nothing is drawn.
@@ -41,10 +48,9 @@ class PictureBox : public QWidget {
   // Where the grid lines are, in the scale's coordinates.
   [[nodiscard]] std::vector<double> XTicks() const;
   [[nodiscard]] std::vector<double> YTicks() const;
-  // Their device pixels: the first ones they fill, and how many.
-  [[nodiscard]] int GridColumn(double x, qreal ratio) const;
-  [[nodiscard]] int GridRow(double y, qreal ratio) const;
-  [[nodiscard]] static int GridThickness(qreal ratio);
+  // Their first pixels in a picture that is so many pixels wide or high.
+  [[nodiscard]] int GridColumn(double x, int columns, int thickness) const;
+  [[nodiscard]] int GridRow(double y, int rows, int thickness) const;
 
   // Always light: the trace colours need it. Dimmed when the palette is dark.
   [[nodiscard]] QColor Paper() const;
@@ -73,14 +79,13 @@ class PictureBox : public QWidget {
  private:
   struct Trace {
     double colour;
-    std::vector<QPointF> points;
-    std::vector<std::size_t> starts;  // index of the first point of each polyline
+    std::vector<QLineF> lines;
   };
 
   void Invalidate();
-  void PaintPicture(qreal ratio);
-  void PaintGrid(QPainter& painter, qreal ratio) const;
-  void PaintTraces(QPainter& painter, qreal ratio) const;
+  void PaintPicture(QSize pixels, qreal ratio);
+  void PaintGrid(QPainter& painter, int thickness) const;
+  void PaintTraces(QPainter& painter, int thickness) const;
   void PaintHint(QPainter& painter) const;
 
   double left_ = 0;

@@ -7,6 +7,7 @@
 #include <QMargins>
 #include <QPainter>
 #include <QPalette>
+#include <QTransform>
 #include <algorithm>
 #include <cmath>
 
@@ -149,7 +150,8 @@ void PlotFrame::PlaceBox() {
 }
 
 QPoint PlotFrame::GridPoint(double x, double y) const {
-  return pic1->pos() + QPoint(pic1->GridColumn(x, 1), pic1->GridRow(y, 1));
+  return pic1->pos() +
+         QPoint(pic1->GridColumn(x, pic1->width(), 1), pic1->GridRow(y, pic1->height(), 1));
 }
 
 void PlotFrame::PlaceLabels() {
@@ -233,21 +235,9 @@ void PlotFrame::ColourEdges() {
 
 void PlotFrame::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  const qreal ratio = painter.device()->devicePixelRatioF();
   const QColor text = palette().color(QPalette::WindowText);
   const QColor muted = Blend(text, palette().color(QPalette::Window), 0.3);
-  const QColor mark = Blend(text, palette().color(QPalette::Window), 0.5);
-  const double thick = PictureBox::GridThickness(ratio) / ratio;
-  const int length = TickLength(fontMetrics());
-  const QRect box = pic1->geometry();
-  for (const double tick : pic1->XTicks()) {
-    const double x = box.left() + pic1->GridColumn(tick, ratio) / ratio;
-    painter.fillRect(QRectF(x, box.bottom() + 1, thick, length), mark);
-  }
-  for (const double tick : pic1->YTicks()) {
-    const double y = box.top() + pic1->GridRow(tick, ratio) / ratio;
-    painter.fillRect(QRectF(box.left() - length, y, length, thick), mark);
-  }
+  PaintTickMarks(painter, Blend(text, palette().color(QPalette::Window), 0.5));
   painter.setPen(muted);
   for (const auto* numbers : {&xNumbers_, &yNumbers_}) {
     for (const Number& number : *numbers) {
@@ -259,6 +249,26 @@ void PlotFrame::paintEvent(QPaintEvent* /*event*/) {
   painter.drawText(
       QRect(0, top.top() - fontMetrics().height() - 2, top.right() + 1, fontMetrics().height()),
       Qt::AlignRight | Qt::AlignVCenter | Qt::TextDontClip, kUnit);
+}
+
+// Device pixel by device pixel in line with the grid.
+void PlotFrame::PaintTickMarks(QPainter& painter, const QColor& colour) const {
+  const qreal ratio = painter.deviceTransform().m11();
+  const int thickness = LineThickness(ratio);
+  const int length = static_cast<int>(std::lround(TickLength(fontMetrics()) * ratio));
+  const QRect box = DevicePixels(painter, pic1->geometry());
+  const QTransform toLogical = painter.deviceTransform().inverted();
+  const auto mark = [&](const QRect& pixels) {
+    painter.fillRect(toLogical.mapRect(QRectF(pixels)), colour);
+  };
+  for (const double tick : pic1->XTicks()) {
+    const int column = pic1->GridColumn(tick, box.width(), thickness);
+    mark({box.left() + column, box.bottom() + 1, thickness, length});
+  }
+  for (const double tick : pic1->YTicks()) {
+    const int row = pic1->GridRow(tick, box.height(), thickness);
+    mark({box.left() - length, box.top() + row, length, thickness});
+  }
 }
 
 bool PlotFrame::event(QEvent* event) {

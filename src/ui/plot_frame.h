@@ -76,6 +76,7 @@ class PlotFrame : public QWidget {
   void PlaceNumbers();
   void PlaceEdges();
   void ColourEdges();
+  void PaintTickMarks(QPainter& painter, const QColor& colour) const;
   [[nodiscard]] int LeftStrip() const;
   [[nodiscard]] QMargins Strips() const;
   [[nodiscard]] QPoint GridPoint(double x, double y) const;

@@ -23,11 +23,17 @@ class ConsoleMessages : public Messages {
 
 class QtMousePointer : public MousePointer {
  public:
+  QtMousePointer() = default;
   ~QtMousePointer() override;
+  QtMousePointer(const QtMousePointer&) = delete;
+  QtMousePointer& operator=(const QtMousePointer&) = delete;
+
   void ShowHourglass() override;
   void ShowDefault() override;
 
  private:
+  void Restore();
+
   bool hourglass_ = false;
 };
 

@@ -2,12 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "ui/widgets.h"
 
+#include <cmath>
+
 namespace kestrel {
 namespace {
 
 void Describe(QWidget* widget, const char* name, const QString& toolTip) {
   widget->setObjectName(name);
   widget->setToolTip(toolTip);
+}
+
+// Relative luminance of sRGB, 0 black to 1 white.
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
 }
 
 }  // namespace
@@ -66,8 +77,10 @@ QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
 }
 
 void PaintGround(QWidget* widget, const QColor& ground) {
+  // Above this luminance black text has the higher contrast, below it white text.
+  constexpr double kEvenContrast = 0.179;
   QPalette palette = widget->palette();
-  const QColor text = qGray(ground.rgb()) > 110 ? Qt::black : Qt::white;
+  const QColor text = Luminance(ground) > kEvenContrast ? Qt::black : Qt::white;
   for (const auto role : {QPalette::Window, QPalette::Base}) palette.setColor(role, ground);
   for (const auto role : {QPalette::WindowText, QPalette::Text}) palette.setColor(role, text);
   widget->setAutoFillBackground(true);

@@ -92,9 +92,11 @@ TEST(SystemClock, SignalsDoNotShortenAWait) {
   const itimerval every5Ms{{0, 5000}, {0, 5000}};
   ASSERT_EQ(setitimer(ITIMER_REAL, &every5Ms, nullptr), 0);
 
+  const nanoseconds used = ThreadTime();
   const nanoseconds deadline = clock.Monotonic() + milliseconds{60};
   clock.WaitUntil(deadline);
   EXPECT_GE(clock.Monotonic(), deadline);
+  EXPECT_LT(ThreadTime() - used, milliseconds{4});  // it went back to sleep
   EXPECT_GE(alarms.load(), 2);
 
   const itimerval none{};

@@ -16,11 +16,11 @@ namespace kestrel {
 
 // Files kept in memory: by path, with their whole content. Program folder "/program", working
 // folder
-// "/work".
+// "/working".
 class MemoryFiles : public Files {
  public:
   [[nodiscard]] std::filesystem::path ProgramFolder() override { return "/program"; }
-  [[nodiscard]] std::filesystem::path WorkingFolder() override { return "/work"; }
+  [[nodiscard]] std::filesystem::path WorkingFolder() override { return "/working"; }
 
   [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
                                                 std::size_t limit) override {

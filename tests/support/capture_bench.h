@@ -1,0 +1,109 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "acquisition/capture_cycle.h"
+#include "acquisition/capture_readout.h"
+#include "acquisition/status.h"
+#include "acquisition/window_delay.h"
+#include "device/capture_data.h"
+#include "logging/data_log.h"
+#include "plot/alarm_status.h"
+#include "plot/spectrum_plot.h"
+#include "support/fake_log_view.h"
+#include "support/fake_main_views.h"
+#include "support/fake_plot_views.h"
+#include "support/register_bench.h"
+
+namespace kestrel {
+
+using Words = std::vector<std::string>;
+
+// The words of an axis that the bench's sensor answers at each buffer pointer.
+inline int BufferWord(Axis axis, int index) {
+  return 1000 * (static_cast<int>(Index(axis)) + 1) + index;
+}
+
+// The main window's logic over the register bench. The sensor holds a record of known words.
+class CaptureBench : public RegisterBench {
+ protected:
+  CaptureBench() {
+    const std::array buffers{address::kXBuf, address::kYBuf, address::kZBuf};
+    for (const Axis axis : kAxes) {
+      sensor.OnRead(buffers[Index(axis)],
+                    [this, axis] { return BufferWord(axis, sensor.Word(address::kBufPntr)); });
+    }
+    sensor.Set(address::kSupplyOut, 2703);
+    sensor.Set(address::kTempOut, 1278);
+    sensor.Set(address::kRecCnt, 7);
+  }
+
+  // All that a read-out asks of the sensor, up to the last point of the Z axis.
+  static Frames ReadoutFrames(int width) {
+    Frames frames = ReadFrames(address::kRecCnt) + ReadFrames(address::kSupplyOut) +
+                    ReadFrames(address::kTempOut) + ReadFrames(address::kRecInfo);
+    for (const int buffer : {address::kXBuf, address::kYBuf, address::kZBuf}) {
+      for (int i = 0; i <= width; ++i) {
+        frames = std::move(frames) + WriteFrames(address::kBufPntr, i) + ReadFrames(buffer);
+      }
+    }
+    return frames;
+  }
+
+  // A record that a later read-out may or may not replace.
+  static void KeepARecord() {
+    for (int i = 0; i < 512; ++i) {
+      DataX(i) = i;
+      DataY(i) = -i;
+      DataZ(i) = 0.5 * i;
+      RawX(i) = 1.0 * i;
+      RawY(i) = 2.0 * i;
+      RawZ(i) = 3.0 * i;
+    }
+  }
+
+  struct Record {
+    std::array<RecordArray, 6> arrays;
+    std::int16_t width;
+    std::string type;
+    bool operator==(const Record&) const = default;
+  };
+  static Record TheRecord() {
+    return {{DataX, DataY, DataZ, RawX, RawY, RawZ}, Buff.width, CaptureType};
+  }
+
+  [[nodiscard]] bool WindowIsIdle() const {
+    return captureView.caption == "Start" && !captureView.capturingShown &&
+           !captureView.keyPreview && !cycle.Running() && !readout.Busy() &&
+           !readoutView.hourglass && !readoutView.progressShown && !loop.TimerRuns();
+  }
+
+  // The user's press of cmdStart at a time from now.
+  void PressAfter(std::chrono::milliseconds time) {
+    loop.At(clock.Monotonic() + time, [this] { cycle.cmdStart_Click(); });
+  }
+
+  Journal journal;
+  FakePlotView plotView{journal};
+  FakeAlarmView alarmView{journal};
+  FakeLogView logView{journal};
+  FakeStatusView statusView{journal};
+  FakeReadoutView readoutView{journal};
+  FakeCaptureView captureView{journal, readoutView};
+
+  AlarmStatus alarms{core.registers, alarmView};
+  SpectrumPlot plot{plotView, alarms, loop, messages};
+  DataLog log{files, locale, loop, logView};
+  StatusDisplay status{core.registers, alarms, loop, statusView};
+  CaptureReadout readout{core.registers, plot, plotView, log, loop, messages, readoutView};
+  WindowDelay delay{loop};
+  CaptureCycle cycle{core, delay, status, readout, plot, captureView};
+};
+
+}  // namespace kestrel

@@ -1,0 +1,103 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "plot/alarm_status.h"
+#include "plot/spectrum_plot.h"
+#include "support/journal.h"
+
+namespace kestrel {
+
+inline std::string AxisName(Axis axis) {
+  return std::array{"X", "Y", "Z"}[Index(axis)];
+}
+
+struct DrawnLine {
+  double x1, y1, x2, y2, colour;
+  bool operator==(const DrawnLine&) const = default;
+};
+
+// The plot box. Clearing it removes the lines drawn so far.
+class FakePlotView : public PlotView {
+ public:
+  explicit FakePlotView(Journal& journal) : journal_(journal) {}
+
+  void SetUnit(const std::string& text) override { unit = text; }
+  void ShowFrequency(bool shown) override {
+    frequencyShown = shown;
+    journal_.Note(shown ? "frequency shown" : "frequency hidden");
+  }
+  void SetXmax(const std::string& text) override { xMax = text; }
+  void SetYmax(const std::string& text) override { yMax = text; }
+  void SetYmid(const std::string& text) override { yMid = text; }
+  void SetYmin(const std::string& text) override { yMin = text; }
+  [[nodiscard]] std::string Ymax() override { return yMax; }
+
+  [[nodiscard]] std::string ScaleCaption() override { return scaleCaption; }
+  void SetScaleCaption(const std::string& text) override { scaleCaption = text; }
+  [[nodiscard]] bool TraceTicked(Axis axis) override { return ticked[Index(axis)]; }
+  void TickTrace(Axis axis) override {
+    ticked[Index(axis)] = true;
+    journal_.Note("tick " + AxisName(axis));
+  }
+
+  void SetScale(double left, double top, double right, double bottom) override {
+    corners = {left, top, right, bottom};
+    journal_.Note("scale");
+  }
+  void ClearPlot() override {
+    lines.clear();
+    journal_.Note("clear plot");
+  }
+  void ClearABLabels() override { journal_.Note("clear labels"); }
+  void DrawLine(double x1, double y1, double x2, double y2, double colour) override {
+    if (lines.empty()) journal_.Note("draw");
+    lines.push_back({x1, y1, x2, y2, colour});
+    if (onLine) onLine();
+  }
+
+  std::string unit, xMax, yMax, yMid, yMin;
+  std::string scaleCaption = "1";
+  std::array<bool, 3> ticked{true, true, true};
+  bool frequencyShown = false;
+  std::array<double, 4> corners{};  // left, top, right, bottom
+  std::vector<DrawnLine> lines;
+  std::function<void()> onLine;
+
+ private:
+  Journal& journal_;
+};
+
+class FakeAlarmView : public AlarmStatusView {
+ public:
+  explicit FakeAlarmView(Journal& journal) : journal_(journal) {}
+
+  void SetBand(Axis axis, const std::string& text) override { band[Index(axis)] = text; }
+  void SetAlarm(Axis axis, const std::string& text) override {
+    alarm[Index(axis)] = text;
+    journal_.Note("alarm " + AxisName(axis));
+  }
+  void SetIndicator(Axis axis, int number, double colour) override {
+    indicator[{axis, number}] = colour;
+  }
+  void SetPeak(Axis axis, const std::string& text) override {
+    peak[Index(axis)] = text;
+    journal_.Note("peak " + AxisName(axis));
+  }
+  void SetPeakBin(Axis axis, const std::string& text) override { peakBin[Index(axis)] = text; }
+
+  std::array<std::string, 3> band, alarm, peak, peakBin;
+  std::map<std::pair<Axis, int>, double> indicator;
+
+ private:
+  Journal& journal_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,86 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+#include "app/start.h"
+#include "simulator/simulated_hardware.h"
+#include "tests/support/failing_usb_driver.h"
+#include "tests/support/fixed_locale.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/recording_messages.h"
+#include "tests/support/reset_program.h"
+#include "tests/support/swift_clock.h"
+#include "ui/picture_box.h"
+#include "ui/qt_event_loop.h"
+#include "ui/qt_seams.h"
+#include "ui/start_windows.h"
+
+namespace kestrel {
+
+// The real windows over the simulated sensor, in swift time. Messages are recorded, files stay in
+// memory.
+class WindowBench : public ::testing::Test {
+ protected:
+  WindowBench()
+      : hardware_(clock_, RunningMachine()),
+        usb_(hardware_.Adapter()),
+        core_({clock_, loop_, pointer_, messages_, files_, locale_, usb_, hardware_.Port(),
+               hardware_.Service()}) {
+    ResetProgram();
+    files_.contents[files_.WorkingFolder() / "CommPort.cfg"] =
+        "Interface = 2\nPort Address = 888\nProductNumber = 31407\n";
+  }
+
+  // Starts the program as its entry point does.
+  frm1& Start() {
+    windows_ = std::make_unique<QtStartWindows>(core_, [this] { ++simulatorConnected_; });
+    Main(core_, *windows_, {.quickStart = true, .interfaceWithoutConfig = kNoInterface});
+    return Window();
+  }
+  frm1& Window() { return windows_->MainWindow(); }
+
+  template <typename Control = QWidget>
+  Control& Find(const char* name) {
+    auto* control = Window().template findChild<Control*>(name);
+    if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
+    return *control;
+  }
+  QString Text(const char* label) { return Find<QLabel>(label).text(); }
+  QString BoxText(const char* box) { return Find<QLineEdit>(box).text(); }
+  void Press(const char* button) { Find<QPushButton>(button).click(); }
+  void Choose(const char* list, int index) { Find<QComboBox>(list).setCurrentIndex(index); }
+
+  // One average: the shortest capture.
+  void ChooseShortCaptures() { Choose("cbxFFTAvgs", 1); }
+
+  // Does something as soon as a capture has been waited for this long.
+  void During(int ms, std::function<void()> action) {
+    QTimer::singleShot(ms, &Window(), std::move(action));
+  }
+
+  SwiftClock clock_;
+  SimulatedHardware hardware_;
+  FailingUsbDriver usb_;
+  QtEventLoop loop_;
+  QtMousePointer pointer_;
+  RecordingMessages messages_;
+  MemoryFiles files_;
+  FixedLocale locale_;
+  Core core_;
+  int simulatorConnected_ = 0;
+  std::unique_ptr<QtStartWindows> windows_;
+};
+
+}  // namespace kestrel
