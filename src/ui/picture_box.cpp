@@ -32,6 +32,11 @@ double Part(double value, double from, double to) {
   return from == to ? 0 : (value - from) / (to - from);
 }
 
+// Keeps what lies far beyond the box within what the painter can clip.
+double Bounded(double part) {
+  return std::clamp(part, -1e5, 1e5);
+}
+
 // The pixel that holds the part, as long as the whole line stays inside.
 int GridPixel(double part, int pixels, int thickness) {
   return static_cast<int>(std::clamp(std::floor(part * pixels), 0.0,
@@ -192,8 +197,8 @@ void PictureBox::PaintGrid(QPainter& painter, int thickness) const {
 void PictureBox::PaintTraces(QPainter& painter, int thickness) const {
   painter.setRenderHint(QPainter::Antialiasing);
   const auto toPicture = [this](QPointF point) {
-    return QPointF(Part(point.x(), left_, right_) * picture_.width(),
-                   Part(point.y(), top_, bottom_) * picture_.height());
+    return QPointF(Bounded(Part(point.x(), left_, right_)) * picture_.width(),
+                   Bounded(Part(point.y(), top_, bottom_)) * picture_.height());
   };
   std::vector<QLineF> pixels;
   for (const Trace& trace : traces_) {

@@ -135,7 +135,7 @@ TEST_F(Readout, SupplyTemperatureAndCount) {
   EXPECT_EQ(readoutView.recCount, "7");
   EXPECT_FLOAT_EQ(CaptSupply, 2703 * 0.0012207031F);
   EXPECT_EQ(readoutView.supply, "3.2996");
-  EXPECT_FLOAT_EQ(CaptTemp, 24.34F);
+  EXPECT_EQ(CaptTemp, 1278.0F * -0.47F + 625.0F);
   EXPECT_EQ(readoutView.temp, "24.34");
   EXPECT_EQ(gRecInfo->FFTAverages().BFValue(), 8);
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "app/program_state.h"
 #include "support/memory_files.h"
@@ -28,9 +29,10 @@ class ConfigFile : public testing::Test {
   ~ConfigFile() override { ResetProgramState(); }
 
   bool Read(const std::string& content) {
-    files_.contents["/work/CommPort.cfg"] = content;
+    Stored() = content;
     return ReadConfigFile(files_, messages_);
   }
+  std::string& Stored() { return files_.contents[files_.WorkingFolder() / "CommPort.cfg"]; }
   [[nodiscard]] static std::vector<int> Settings() {
     return {InterfaceType, PortAddress, ProductNumber};
   }
@@ -170,10 +172,9 @@ TEST_F(ConfigFile, WritesThreeLinesInTheirOrder) {
   InterfaceType = 2;
   PortAddress = -1;
   ProductNumber = 31407;
-  files_.contents["/work/CommPort.cfg"] = "earlier content, longer than the new one will be ......";
+  Stored() = "earlier content, longer than the new one will be ......";
   WriteConfigFile(files_);
-  EXPECT_EQ(files_.contents["/work/CommPort.cfg"],
-            "Interface = 2\nPort Address = -1\nProductNumber = 31407\n");
+  EXPECT_EQ(Stored(), "Interface = 2\nPort Address = -1\nProductNumber = 31407\n");
   EXPECT_EQ(files_.contents.size(), 1U);
 }
 

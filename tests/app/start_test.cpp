@@ -5,7 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/config_file.h"
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
@@ -63,7 +62,9 @@ class Start : public testing::Test {
   }
   ~Start() override { ResetProgram(); }
 
-  void Config(const std::string& content) { files_.contents["/work/CommPort.cfg"] = content; }
+  void Config(const std::string& content) {
+    files_.contents[files_.WorkingFolder() / "CommPort.cfg"] = content;
+  }
   void Run(const StartOptions& options = {.quickStart = true}) { Main(core_, windows_, options); }
 
   Journal journal_;
@@ -132,6 +133,7 @@ TEST_F(Start, WithoutConfigFileNoInterfaceIsSelected) {
 
 TEST_F(Start, InterfaceThatDoesNotExistSelectsNothing) {
   for (const char* value : {"7", "-1", "3", "0"}) {
+    ResetProgram();
     messages_.Clear();
     Config(std::string("Interface = ") + value + "\n");
     Run();
@@ -195,6 +197,7 @@ TEST_F(Start, InterfaceToBeginWithCountsOnlyWithoutConfigFile) {
   boards_.boards[0] = {};
   Run({.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   EXPECT_EQ(InterfaceType, 2);
+  ResetProgram();
   Config("ProductNumber = 5\n");
   Run({.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   EXPECT_EQ(InterfaceType, 0);

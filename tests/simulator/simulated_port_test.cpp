@@ -115,12 +115,14 @@ TEST_F(PortTest, SelectWithoutClocksIsNoFrame) {
 }
 
 TEST_F(PortTest, ClocksWithoutSelectAreNotSeen) {
-  Out(4);
+  Send(0x5600);
+  Select();
+  Release();
   for (int clock = 0; clock < 16; ++clock) {
     Out(6);
+    EXPECT_EQ(StatusBit(), 0x40) << "line released";
     Out(4);
   }
-  Send(0x5600);
   EXPECT_EQ(Receive(), 31407U);
   EXPECT_EQ(bench_.Status(), 0);
 }

@@ -116,6 +116,26 @@ TEST(Accuracy, EachWindowHasItsOwnLossBetweenTwoBins) {
   }
 }
 
+// What a sine on a bin leaves in the bins beside it, relative to its own: half the ratio of the
+// window's cosine terms to its constant.
+TEST(Accuracy, EachWindowSpreadsALineInItsOwnShape) {
+  constexpr double kShape[][6] = {{1, 0, 0, 0, 0, 0},
+                                  {1, 0.5, 0, 0, 0, 0},
+                                  {1, 0.966309, 0.643066, 0.193848, 0.016113, 0},
+                                  {1, 0, 0, 0, 0, 0}};
+  for (const unsigned window : {0U, 1U, 2U, 3U}) {
+    Bench bench(SingleTone(BinHz(100, 0), 0.9));
+    bench.Write(reg::kRecCtrl, RecCtrl(0, 0, 0, window));
+    bench.Capture();
+    const auto spectrum = bench.Spectrum(0);
+    for (unsigned distance = 0; distance < 6; ++distance) {
+      const double expected = 0.9 * kShape[window][distance] / kMagnitudeLsbG[0];
+      EXPECT_NEAR(spectrum[100 - distance], expected, 1.0) << window << ", -" << distance;
+      EXPECT_NEAR(spectrum[100 + distance], expected, 1.0) << window << ", +" << distance;
+    }
+  }
+}
+
 Scenario Noise() {
   Scenario scenario = SingleTone(BinHz(50, 0), 0.2);
   for (AxisVibration& axis : scenario.axes) axis.noiseDensityG = 0.0005;

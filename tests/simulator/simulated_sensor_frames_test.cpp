@@ -30,7 +30,8 @@ TEST_F(Frames, WriteChangesOneByte) {
 }
 
 TEST_F(Frames, AfterAWriteZeroIsShiftedOut) {
-  sensor.Exchange(0x9E12);
+  sensor.Exchange(0x5600);
+  EXPECT_EQ(sensor.Exchange(0x9E12), 31407);
   EXPECT_EQ(sensor.Exchange(0x0000), 0);
 }
 

@@ -35,7 +35,8 @@ TEST_F(StartWindowsTest, TheLoadingWindowIsPaintedBeforeTheTrialsBegin) {
             "\n  LOADING...\n\n  Setting up Delay function\n\n  3 second trial delay.");
   EXPECT_TRUE(windows.MainWindow().isVisible());
   for (QWidget* window : QApplication::topLevelWidgets()) {
-    if (window->objectName() == "frmMsg") EXPECT_FALSE(window->isVisible());
+    if (window->objectName() != "frmMsg") continue;
+    EXPECT_FALSE(window->isVisible());
   }
   EXPECT_NE(DelayReport.find("10uS Delay Count"), std::string::npos);
 }

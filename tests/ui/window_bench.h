@@ -10,7 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
+#include <QtTest/QTest>
 #include <QTimer>
 #include <memory>
 
