@@ -122,11 +122,13 @@ bool CaptureCycle::PollDataReady() {
 void CaptureCycle::TakeRecord() {
   const CaptureBuffer earlierBuffer = Buff;
   const std::string earlierType = CaptureType;
+  const bool earlierSigned = RegSigned[row::X_BUF];
   SetRecordType(view_.RecModeIndex());
   if (!view_.AutoPlotTicked()) return;
   if (!readout_.ReadCaptureBuffer()) {
     Buff = earlierBuffer;
     CaptureType = earlierType;
+    SetBuffersSigned(earlierSigned);
   }
   // The record is drawn a second time here, after the read-out's own drawing.
   if (!closed_) plot_.PlotRecord();

@@ -61,7 +61,6 @@ QString Text(double value) {
 PlotFrame::PlotFrame(QWidget* parent) : QWidget(parent), pic1(new PictureBox(this)) {
   pic1->setObjectName("pic1");
   pic1->setAccessibleName("Plot");
-  pic1->SetHint("No record yet. Press Start.");
   lblYmax = AddLabel("lblYmax", "1");
   LbLYmid = AddLabel("LbLYmid", "0.5");
   lblYmin = AddLabel("lblYmin", "0");

@@ -84,10 +84,15 @@ TEST_F(Fault, AtEveryRequestBeforeThePoints) {
   }
 }
 
-TEST_F(Fault, AtEveryRequestOfThePoints) {
-  const int first = kRequestsPerAccess * (kAccessesBeforeReadout + 4) + 1;
-  const int last = kRequestsPerAccess * kAccessesUntilRecord;
-  for (int request = first; request <= last; ++request) {
+// One test an axis, since each point of it takes a capture of its own.
+class FaultInAxis : public Fault, public testing::WithParamInterface<Axis> {};
+
+TEST_P(FaultInAxis, AtEveryRequestOfItsPoints) {
+  constexpr int kRequests = kRequestsPerAccess * 256 * 2;
+  const int first = kRequestsPerAccess * (kAccessesBeforeReadout + 4) +
+                    static_cast<int>(Index(GetParam())) * kRequests + 1;
+  loop.SetMostYields(1000000);
+  for (int request = first; request < first + kRequests; ++request) {
     LoseSensorAt(request);
     sensor.PlugInAgain();
     core.usb.SelectUsbAdapter();
@@ -97,6 +102,9 @@ TEST_F(Fault, AtEveryRequestOfThePoints) {
   CaptureAgain(true);
   EXPECT_EQ(RawZ(255), 3255);
 }
+
+INSTANTIATE_TEST_SUITE_P(AllAxes, FaultInAxis, testing::ValuesIn(kAxes),
+                         [](const auto& axis) { return AxisName(axis.param); });
 
 TEST_F(Fault, AtEveryRequestAfterThePoints) {
   const int first = kRequestsPerAccess * kAccessesUntilRecord + 1;

@@ -15,14 +15,14 @@
 #include "plot/frequency.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
-#include "tests/support/fake_clock.h"
-#include "tests/support/fixed_locale.h"
-#include "tests/support/memory_files.h"
-#include "tests/support/quiet_views.h"
-#include "tests/support/recording_messages.h"
-#include "tests/support/recording_pointer.h"
-#include "tests/support/reset_program.h"
-#include "tests/support/scripted_loop.h"
+#include "support/fake_clock.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/quiet_views.h"
+#include "support/recording_messages.h"
+#include "support/recording_pointer.h"
+#include "support/reset_program.h"
+#include "support/scripted_loop.h"
 
 namespace kestrel {
 namespace {

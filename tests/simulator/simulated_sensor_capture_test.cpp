@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ostream>
 
 #include "simulator/sensor_fixture.h"
 
@@ -31,6 +32,10 @@ struct Timing {
   std::uint16_t averages;
   std::chrono::milliseconds expected;
 };
+
+void PrintTo(const Timing& timing, std::ostream* out) {
+  *out << "REC_CTRL " << timing.recCtrl << ", FFT_AVG " << timing.averages;
+}
 
 class Durations : public ::testing::TestWithParam<Timing> {};
 

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <ostream>
+#include <string>
+
 #include "simulator/sensor_fixture.h"
 
 namespace kestrel {
@@ -54,6 +57,10 @@ struct Row {
   std::uint16_t atPowerUp;
   std::uint16_t afterOnes;  // after 0xFFFF was written
 };
+
+void PrintTo(const Row& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class Registers : public ::testing::TestWithParam<Row> {
  protected:

@@ -26,6 +26,7 @@ struct ScriptedBoard {
   std::vector<std::u16string> strings = {u"Maker", u"Adapter"};  // descriptors 1, 2, ...
   std::array<std::uint8_t, 2> version = {2, 7};
   std::vector<std::uint16_t> packetSizes = {64, 64, 64, 64};  // of pipes 0, 1, ...
+  int pipesMissing = 0;  // so many of these are not counted: the rest of a larger buffer
 };
 
 // Up to four boards behind the driver seam. Every call is kept as one line of text, bytes in
@@ -170,7 +171,8 @@ class RecordingBoards : public UsbDriver {
       return StringDescriptor(board, input[0], data);
     } else if (code == 0x222000) {
       data.assign(16 + 20 * board.packetSizes.size(), 0);
-      data[12] = static_cast<std::uint8_t>(board.packetSizes.size());
+      data[12] = static_cast<std::uint8_t>(static_cast<int>(board.packetSizes.size()) -
+                                           board.pipesMissing);
       for (std::size_t i = 0; i < board.packetSizes.size(); ++i) {
         data[16 + 20 * i] = Low(board.packetSizes[i]);
         data[17 + 20 * i] = High(board.packetSizes[i]);

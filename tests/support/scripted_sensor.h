@@ -37,9 +37,10 @@ class ScriptedSensor : public UsbDriver {
 
   explicit ScriptedSensor(FakeClock& clock) : clock_(clock) {}
 
+  // From now on the register holds this word, whatever was to come at later reads.
   void Set(int address, int word) {
-    image_.at(Place(address)) = static_cast<std::uint8_t>(word & 0xFF);
-    image_.at(Place(address) + 1) = static_cast<std::uint8_t>(word >> 8 & 0xFF);
+    std::erase_if(atRead_, [&](const auto& entry) { return entry.first.first == address; });
+    Store(address, word);
   }
   [[nodiscard]] int Word(int address) const {
     return image_.at(Place(address)) + 256 * image_.at(Place(address) + 1);
@@ -130,6 +131,11 @@ class ScriptedSensor : public UsbDriver {
   static std::size_t Place(int address) { return static_cast<std::size_t>(address); }
   static int AddressOf(int frame) { return frame >> 8 & 127; }
 
+  void Store(int address, int word) {
+    image_.at(Place(address)) = static_cast<std::uint8_t>(word & 0xFF);
+    image_.at(Place(address) + 1) = static_cast<std::uint8_t>(word >> 8 & 0xFF);
+  }
+
   bool Unplugged() { return ++requests_ >= failFrom_; }
 
   // Vendor 0x5A17, product 0xED03, two names, four pipes with packets of 64 bytes.
@@ -192,7 +198,7 @@ class ScriptedSensor : public UsbDriver {
     if (counts) {
       ++reads_[address];
       const auto scripted = atRead_.find({address, reads_[address]});
-      if (scripted != atRead_.end()) Set(address, scripted->second);
+      if (scripted != atRead_.end()) Store(address, scripted->second);
     }
     const auto asked = onRead_.find(address);
     return asked == onRead_.end() ? Word(address) : asked->second() & 0xFFFF;

@@ -148,7 +148,8 @@ TEST_F(UsbSearch, IncompleteBoardInformationIsToldAndTheBoardStays) {
   const ScriptedBoard incomplete[] = {{.strings = {}},
                                       {.strings = {u"Maker"}},
                                       {.packetSizes = {64, 64, 64}},
-                                      {.packetSizes = {64, 64, 64, 0}}};
+                                      {.packetSizes = {64, 64, 64, 0}},
+                                      {.pipesMissing = 1}};
   for (const ScriptedBoard& board : incomplete) {
     messages_.Clear();
     boards_.boards[0] = board;

@@ -8,7 +8,7 @@
 #include "device/capture_data.h"
 #include "device/rec_ctrl.h"
 #include "regmap/register_table.h"
-#include "tests/ui/window_bench.h"
+#include "window_bench.h"
 
 namespace kestrel {
 namespace {

@@ -158,7 +158,46 @@ TEST_F(PlotFrameTest, TickMarksContinueTheGridLines) {
       marks += isMark ? 1 : 0;
     }
     EXPECT_GE(marks, 6);
+
+    const int right = static_cast<int>((box.left() + 4) * ratio);
+    const int left = static_cast<int>((box.left() - 2) * ratio);
+    marks = 0;
+    for (int y = static_cast<int>((box.top() + 5) * ratio);
+         y < static_cast<int>((box.bottom() - 5) * ratio); ++y) {
+      const bool isMark = image.pixelColor(left, y) != ground;
+      const bool isGrid = image.pixelColor(right, y) != frame.pic1->Paper();
+      EXPECT_EQ(isMark, isGrid) << "row " << y << " at scale " << ratio;
+      marks += isMark ? 1 : 0;
+    }
+    EXPECT_GE(marks, 6);
   }
+}
+
+TEST_F(PlotFrameTest, NumbersAndTheUnitArePainted) {
+  const QImage image = frame.grab().toImage();
+  const QColor ground = frame.palette().color(QPalette::Window);
+  const auto hasInk = [&](const QRect& place) {
+    for (int y = place.top(); y <= place.bottom(); ++y) {
+      for (int x = place.left(); x <= place.right(); ++x) {
+        if (std::abs(image.pixelColor(x, y).lightness() - ground.lightness()) > 60) return true;
+      }
+    }
+    return false;
+  };
+  for (const auto* numbers : {&frame.XNumbers(), &frame.YNumbers()}) {
+    for (const auto& number : *numbers) EXPECT_TRUE(hasInk(number.place)) << number.value;
+  }
+  const QRect top = frame.lblYmax->geometry();
+  EXPECT_TRUE(hasInk(QRect(0, 0, frame.pic1->x(), top.top() - 1)));
+}
+
+TEST_F(PlotFrameTest, NumbersFollowTheScale) {
+  ShowSpectrum();
+  frame.pic1->Scale(0, 100, 511, 0);
+  ASSERT_FALSE(frame.XNumbers().empty());
+  ASSERT_FALSE(frame.YNumbers().empty());
+  EXPECT_EQ(frame.XNumbers().back().value, 448);
+  EXPECT_EQ(frame.YNumbers().back().value, 90);
 }
 
 TEST_F(PlotFrameTest, NumbersShowTheirValues) {

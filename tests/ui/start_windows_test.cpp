@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/start_windows.h"
 
-#include "tests/ui/window_bench.h"
+#include "window_bench.h"
 
 namespace kestrel {
 namespace {

@@ -1,0 +1,200 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// Every program-wide name has a start value that a reset restores; no name is left out.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/register_bench.h"
+
+namespace kestrel {
+namespace {
+
+struct Name {
+  std::string name;
+  std::function<void()> change;
+  std::function<bool()> isAtStart;
+};
+
+// A name, its start value and another value.
+template <typename Variable, typename Value>
+Name Plain(const char* name, Variable& variable, Value start, Value other) {
+  return {name, [&variable, other] { variable = static_cast<Variable>(other); },
+          [&variable, start] { return variable == static_cast<Variable>(start); }};
+}
+
+#define KESTREL_PLAIN(variable, start, other) Plain(#variable, variable, start, other)
+
+template <typename Column, typename Value>
+Name Filled(const char* name, Column& column, Value empty, Value other) {
+  return {name, [&column, other] { column[0] = column[85] = other; },
+          [&column, empty] { return column[0] == empty && column[85] == empty; }};
+}
+
+#define KESTREL_COLUMN(column, empty, other) Filled(#column, column, empty, other)
+
+Name Points(const char* name, RecordArray& record) {
+  return {name, [&record] { record(0) = record(511) = 1; },
+          [&record] { return record == RecordArray{}; }};
+}
+
+#define KESTREL_POINTS(record) Points(#record, record)
+
+Name SpiFrames(const char* name, FrameBuffer& buffer) {
+  return {name, [&buffer] { buffer(1) = buffer(16) = 1; },
+          [&buffer] { return buffer(1) == 0 && buffer(16) == 0; }};
+}
+
+std::vector<Name> StateNames() {
+  return {KESTREL_PLAIN(InterfaceType, 0, 2),
+          KESTREL_PLAIN(PortAddress, 0, 888),
+          KESTREL_PLAIN(ProductNumber, 0, 31407),
+          KESTREL_PLAIN(PortReady, false, true),
+          KESTREL_PLAIN(StopSpiLoop, true, false),
+          KESTREL_PLAIN(UsbPresent, false, true),
+          KESTREL_PLAIN(UsbCsPerWord, true, false),
+          KESTREL_PLAIN(UsbSpiDelay, 1, 5),
+          KESTREL_PLAIN(UsbSpiBits, 120, 1),
+          KESTREL_PLAIN(UsbSpiSetupValue, 25, 1),
+          KESTREL_PLAIN(clrRed, 0, 1),
+          KESTREL_PLAIN(clrGreen, 0, 1),
+          KESTREL_PLAIN(clrYellow, 0, 1),
+          KESTREL_PLAIN(clrAmber, 0, 1),
+          KESTREL_PLAIN(clrMagenta, 0, 1),
+          KESTREL_PLAIN(clrCyan, 0, 1),
+          KESTREL_PLAIN(LoopsPer10us, 0, 1),
+          KESTREL_PLAIN(DelayCalibrated, false, true),
+          KESTREL_PLAIN(MinimumDelay, 0, 1),
+          KESTREL_PLAIN(MinimumDelayCount, 0, 1),
+          KESTREL_PLAIN(DelayReport, "", "report"),
+          KESTREL_PLAIN(DelayActive, 0, 1),
+          KESTREL_PLAIN(PlotScale, 0, 2)};
+}
+
+std::vector<Name> TransportNames() {
+  return {KESTREL_PLAIN(RegValue, 0, 1),
+          KESTREL_PLAIN(RegScaled, 0, 1),
+          KESTREL_PLAIN(RegLowByte, 0, 1),
+          KESTREL_PLAIN(RegHighByte, 0, 1),
+          KESTREL_PLAIN(RegBit15, 0, 1),
+          KESTREL_PLAIN(RegBit14, 0, 1),
+          KESTREL_PLAIN(LptWord, 0, 1),
+          KESTREL_PLAIN(SpiWordCount, 0, 1),
+          KESTREL_PLAIN(AdapterCount, 0, 1),
+          KESTREL_PLAIN(SelectedAdapterNumber, -1, 2),
+          SpiFrames("SpiTx", SpiTx),
+          SpiFrames("SpiRx", SpiRx),
+          {"AdapterRecords", [] { AdapterRecords[3].present = true; },
+           [] { return !AdapterRecords[3].present; }},
+          {"SelectedAdapter", [] { SelectedAdapter.deviceName = "Ezusb-1"; },
+           [] { return SelectedAdapter.deviceName.empty(); }}};
+}
+
+std::vector<Name> TableNames() {
+  std::vector<Name> names{KESTREL_COLUMN(RegName, std::string(), std::string("NAME")),
+                          KESTREL_COLUMN(RegAddr, 0, 1),
+                          KESTREL_COLUMN(RegGroup, std::uint8_t{0}, std::uint8_t{1}),
+                          KESTREL_COLUMN(RegBits, std::int16_t{0}, std::int16_t{1}),
+                          KESTREL_COLUMN(RegSigned, false, true),
+                          KESTREL_COLUMN(RegReadable, false, true),
+                          KESTREL_COLUMN(RegWritable, false, true),
+                          KESTREL_COLUMN(RegScale, 0.0F, 1.0F),
+                          KESTREL_COLUMN(RegOffset, 0.0F, 1.0F),
+                          KESTREL_COLUMN(RegReserved, false, true),
+                          KESTREL_COLUMN(RegKeepBit15, false, true),
+                          KESTREL_COLUMN(RegKeepBit14, false, true),
+                          KESTREL_PLAIN(RegCount, 0, 57)};
+#define KESTREL_ROW_NAME(name) names.push_back(Plain("row::" #name, row::name, -1, 5));
+  KESTREL_REGISTER_NAMES(KESTREL_ROW_NAME)
+#undef KESTREL_ROW_NAME
+  return names;
+}
+
+std::vector<Name> CaptureNames() {
+  return {KESTREL_POINTS(DataX),
+          KESTREL_POINTS(DataY),
+          KESTREL_POINTS(DataZ),
+          KESTREL_POINTS(RawX),
+          KESTREL_POINTS(RawY),
+          KESTREL_POINTS(RawZ),
+          {"Buff", [] { Buff.width = 511; }, [] { return Buff.width == 255; }},
+          KESTREL_PLAIN(CaptureType, "FFT", "TimeDomain"),
+          KESTREL_PLAIN(LsbWeight, 0, 1),
+          KESTREL_PLAIN(RangeSetting, 0, 3),
+          KESTREL_PLAIN(CaptSupply, 0, 3),
+          KESTREL_PLAIN(CaptTemp, 0, 25),
+          {"StatusFlagText", [] { StatusFlagText.fill("OK"); },
+           [] { return StatusFlagText == std::array<std::string, kStatusFlags>{}; }},
+          KESTREL_PLAIN(AvgExponent, 0, 3),
+          KESTREL_PLAIN(DataLogIndex, 1, 7),
+          KESTREL_PLAIN(DataFormatLSB, false, true),
+          KESTREL_PLAIN(DataLogName, "", "pump")};
+}
+
+// The models need registers to read; those of a bench serve, which outlives their use here.
+std::vector<Name> ModelNames(RegisterAccess& registers) {
+  return {{"gRecCtrl", [&] { gRecCtrl = std::make_unique<cRecCtrl>(registers); },
+           [] { return gRecCtrl == nullptr; }},
+          {"gAlmCtrl", [&] { gAlmCtrl = std::make_unique<cALMCtrl>(registers); },
+           [] { return gAlmCtrl == nullptr; }},
+          {"gRecInfo", [&] { gRecInfo = std::make_unique<cRecInfo>(registers); },
+           [] { return gRecInfo == nullptr; }}};
+}
+
+// The names that the headers of these folders declare.
+std::set<std::string> DeclaredNames() {
+  const std::regex declaration(R"(^extern [^;(]*?(\w+);.*)");
+  std::set<std::string> names;
+  for (const char* folder :
+       {"numeric", "regmap", "app", "transport", "device", "plot", "logging", "acquisition"}) {
+    const auto path = std::filesystem::path(KESTREL_SOURCE_FOLDER) / folder;
+    for (const auto& entry : std::filesystem::directory_iterator(path)) {
+      if (entry.path().extension() != ".h") continue;
+      std::ifstream header(entry.path());
+      std::smatch found;
+      for (std::string line; std::getline(header, line);) {
+        if (std::regex_match(line, found, declaration)) names.insert(found[1]);
+      }
+    }
+  }
+  return names;
+}
+
+class Reset : public RegisterBench {
+ protected:
+  Reset() {
+    for (const auto& part : {StateNames(), TransportNames(), TableNames(), CaptureNames(),
+                             ModelNames(core.registers)}) {
+      names.insert(names.end(), part.begin(), part.end());
+    }
+  }
+
+  std::vector<Name> names;
+};
+
+TEST_F(Reset, RestoresEveryName) {
+  for (const Name& name : names) {
+    name.change();
+    EXPECT_FALSE(name.isAtStart()) << name.name;
+  }
+  ResetProgram();
+  for (const Name& name : names) EXPECT_TRUE(name.isAtStart()) << name.name;
+}
+
+TEST_F(Reset, KnowsEveryNameThatAHeaderDeclares) {
+  std::set<std::string> known;
+  for (const Name& name : names) {
+    if (name.name.rfind("row::", 0) != 0) known.insert(name.name);
+  }
+  EXPECT_EQ(DeclaredNames(), known);
+}
+
+}  // namespace
+}  // namespace kestrel
