@@ -5,7 +5,9 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -59,6 +61,11 @@ Options ParseOptions() {
       "folder");
   parser.addOptions({simulate, quick, demo});
   parser.process(*QCoreApplication::instance());
+  if (!parser.positionalArguments().isEmpty()) {
+    std::fprintf(stderr, "kestrel: unexpected argument '%s'. --help lists the options.\n",
+                 qPrintable(parser.positionalArguments().constFirst()));
+    std::exit(1);
+  }
   Options options;
   options.simulate = parser.isSet(simulate);
   options.quickStart = parser.isSet(quick);
@@ -66,10 +73,9 @@ Options ParseOptions() {
   return options;
 }
 
-// Whether a run needs the windowing system; asked before the toolkit starts.
-bool AsksOnlyForText(int argc, char** argv) {
+bool Given(int argc, char** argv, std::initializer_list<const char*> options) {
   for (int i = 1; i < argc; ++i) {
-    for (const char* option : {"-h", "--help", "--help-all", "-v", "--version"}) {
+    for (const char* option : options) {
       if (std::strcmp(argv[i], option) == 0) return true;
     }
   }
@@ -77,10 +83,22 @@ bool AsksOnlyForText(int argc, char** argv) {
 }
 
 bool IsDemo(int argc, char** argv) {
-  for (int i = 1; i < argc; ++i) {
-    if (std::strncmp(argv[i], "--demo", std::strlen("--demo")) == 0) return true;
-  }
-  return false;
+  return std::any_of(argv + 1, argv + argc,
+                     [](const char* argument) { return std::strncmp(argument, "--demo", 6) == 0; });
+}
+
+// Whether the toolkit has been told where to show windows; it aborts the program otherwise.
+bool DisplayKnown(int argc, char** argv) {
+  return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY") ||
+         qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || Given(argc, argv, {"-platform"});
+}
+
+// Says of every window that it cannot pass size hints on; nobody needs to know.
+void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
+                        const QString& text) {
+  if (text.contains("propagateSizeHints") || text.contains("XDG_RUNTIME_DIR")) return;
+  std::fprintf(stderr, "%s\n", qPrintable(text));
+  if (type == QtFatalMsg) std::abort();
 }
 
 int Run(const Options& options) {
@@ -129,12 +147,16 @@ int main(int argc, char** argv) {
   QCoreApplication::setApplicationName("kestrel");
   QCoreApplication::setApplicationVersion(KESTREL_VERSION);
   QGuiApplication::setApplicationDisplayName("");
-  if (AsksOnlyForText(argc, argv)) {
+  if (IsDemo(argc, argv)) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(DropOffscreenNotes);
+  }
+  if (Given(argc, argv, {"-h", "--help", "-v", "--version"}) || !DisplayKnown(argc, argv)) {
     const QCoreApplication textOnly(argc, argv);
     ParseOptions();
-    return 0;
+    std::fprintf(stderr, "kestrel: there is no display. --demo FOLDER works without one.\n");
+    return 1;
   }
-  if (IsDemo(argc, argv)) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
   return Run(ParseOptions());
 }

@@ -48,6 +48,14 @@ int ColouredPixels(const QImage& image) {
   return count;
 }
 
+// As on a screen of that scale, whatever the scale of the screen the test runs on.
+QImage RenderOf(QWidget& widget, qreal ratio) {
+  QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_RGB32);
+  image.setDevicePixelRatio(ratio);
+  widget.render(&image);
+  return image;
+}
+
 class PictureBoxTest : public testing::Test {
  protected:
   PictureBoxTest() {
@@ -55,14 +63,9 @@ class PictureBoxTest : public testing::Test {
     box.Scale(0, 10, 100, -10);
   }
 
-  QImage Grab() { return box.grab().toImage(); }
+  QImage Grab() { return Render(1); }
 
-  QImage Render(qreal ratio) {
-    QImage image((QSizeF(box.size()) * ratio).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    box.render(&image);
-    return image;
-  }
+  QImage Render(qreal ratio) { return RenderOf(box, ratio); }
 
   PictureBox box;
 };
@@ -146,7 +149,7 @@ TEST_F(PictureBoxTest, ValuesBeyondTheScaleRunOffTheBox) {
   box.setGeometry(50, 100, 400, 200);
   box.Line(0, 0, 50, 1000, kRed);
   box.Line(50, 1000, 150, -30, kRed);
-  const QImage image = parent.grab().toImage();
+  const QImage image = RenderOf(parent, 1);
   const QRect inside = box.geometry();
   int within = 0;
   for (int y = 0; y < image.height(); ++y) {
@@ -262,9 +265,7 @@ TEST_F(PictureBoxTest, GridLinesAreEvenAtABrokenScale) {
   parent.resize(500, 400);
   box.setParent(&parent);
   box.setGeometry(33, 51, 401, 203);
-  QImage image(750, 600, QImage::Format_RGB32);
-  image.setDevicePixelRatio(1.5);
-  parent.render(&image);
+  const QImage image = RenderOf(parent, 1.5);
   const int left = 50;  // 33 * 1.5, rounded up
   const int top = 77;
   int lines = 0;

@@ -16,6 +16,13 @@
 namespace kestrel {
 namespace {
 
+QImage RenderOf(QWidget& widget, qreal ratio) {
+  QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_RGB32);
+  image.setDevicePixelRatio(ratio);
+  widget.render(&image);
+  return image;
+}
+
 class PlotFrameTest : public testing::Test {
  protected:
   PlotFrameTest() {
@@ -123,7 +130,7 @@ TEST_F(PlotFrameTest, LabelsStandAtTheEndsAndInTheMiddle) {
 TEST_F(PlotFrameTest, NumbersStandAtTheGridLines) {
   for (const bool spectrum : {false, true}) {
     spectrum ? ShowSpectrum() : ShowTime();
-    const QImage image = frame.pic1->grab().toImage();
+    const QImage image = RenderOf(*frame.pic1, 1);
     ASSERT_GE(frame.XNumbers().size(), 6U);
     ASSERT_GE(frame.YNumbers().size(), 6U);
     for (const auto& number : frame.XNumbers()) {
@@ -142,9 +149,7 @@ TEST_F(PlotFrameTest, NumbersStandAtTheGridLines) {
 // The marks outside the box continue the grid lines inside it, at any scale.
 TEST_F(PlotFrameTest, TickMarksContinueTheGridLines) {
   for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
-    QImage image((QSizeF(frame.size()) * ratio).toSize(), QImage::Format_RGB32);
-    image.setDevicePixelRatio(ratio);
-    frame.render(&image);
+    const QImage image = RenderOf(frame, ratio);
     const QRect box = frame.pic1->geometry();
     const int inside = static_cast<int>((box.bottom() - 6) * ratio);
     const int outside = static_cast<int>((box.bottom() + 3) * ratio);
@@ -174,7 +179,7 @@ TEST_F(PlotFrameTest, TickMarksContinueTheGridLines) {
 }
 
 TEST_F(PlotFrameTest, NumbersAndTheUnitArePainted) {
-  const QImage image = frame.grab().toImage();
+  const QImage image = RenderOf(frame, 1);
   const QColor ground = frame.palette().color(QPalette::Window);
   const auto hasInk = [&](const QRect& place) {
     for (int y = place.top(); y <= place.bottom(); ++y) {

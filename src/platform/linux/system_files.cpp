@@ -131,7 +131,7 @@ fs::path SystemFiles::WorkingFolder() {
 }
 
 std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t limit) {
-  constexpr std::size_t kChunk = 64 * 1024;
+  constexpr std::size_t kChunk = 65536;
   // Not blocking: opening a pipe would wait for its writer.
   const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!opened.valid() || !IsRegular(opened)) return std::nullopt;
