@@ -23,6 +23,8 @@ constexpr int kStopPasses = 20;
 constexpr std::int16_t kStopAddress = 0x68;
 constexpr std::uint8_t kStopData = 0xE8;
 constexpr int kTimeMode = 2;
+// The sensor needs this long to bring a record from its flash into the buffers.
+constexpr float kRetrieveMs = 51;
 
 void SetBuffersSigned(bool isSigned) {
   for (const std::int16_t buffer : {row::X_BUF, row::Y_BUF, row::Z_BUF}) {
@@ -41,8 +43,6 @@ class CaptureCycle::Run {
       cycle_.view_.SetStartCaption(kStartCaption);
       cycle_.view_.ShowCapturingData(false);
       cycle_.view_.SetKeyPreview(false);
-      // Presses that queued up during the read-out are dropped here, while running_ still holds.
-      cycle_.core_.seams.loop.Yield();
     }
     cycle_.running_ = false;
   }
@@ -74,6 +74,14 @@ void CaptureCycle::Form_KeyUp(int keyCode) {
 void CaptureCycle::Start() {
   if (running_ || !InterfaceReady()) return;
   const Run run(*this);
+  Capture();
+  if (closed_) return;
+  // Presses that queued up during the read-out are dropped here, while running_ still holds.
+  view_.SetStartCaption(kStartCaption);
+  core_.seams.loop.Yield();
+}
+
+void CaptureCycle::Capture() {
   status_.ClearStatus("cmdStart");
   core_.registers.WriteReg(row::COMMAND, kCaptureCommand);
   if (!GoingOn()) return;
@@ -91,6 +99,8 @@ void CaptureCycle::Start() {
 bool CaptureCycle::InterfaceReady() {
   if (RegisterAccess::Usable()) return true;
   InitInterface(core_);
+  // What the model took over while the sensor was being lost may be wrong.
+  if (RegisterAccess::Usable()) gRecCtrl->ReadRecCtrl();
   return RegisterAccess::Usable();
 }
 
@@ -168,6 +178,14 @@ void CaptureCycle::Stop() {
 void CaptureCycle::cmdReadBuffer_Click() {
   if (!InterfaceReady()) return;
   if (!readout_.ReadCaptureBuffer() && !closed_) plot_.PlotRecord();
+}
+
+void CaptureCycle::cmdGetRecord_Click(int record) {
+  if (!InterfaceReady()) return;
+  core_.registers.WriteReg(row::REC_PNTR, record);
+  core_.registers.WriteReg(row::COMMAND, kRetrieveRecordCommand);
+  core_.delay.Delay(float{kRetrieveMs});
+  cmdReadBuffer_Click();
 }
 
 void CaptureCycle::Close() {

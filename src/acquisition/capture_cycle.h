@@ -45,6 +45,10 @@ class CaptureCycle {
   // the sensor is lost meanwhile.
   void cmdReadBuffer_Click();
 
+  // Retrieves a stored record, 0 to 15, from the sensor's flash and reads it out with the width and
+  // sign of the record that is shown.
+  void cmdGetRecord_Click(int record);
+
   // The window is closing: a running capture ends without touching it or the sensor again.
   void Close();
 
@@ -54,6 +58,7 @@ class CaptureCycle {
   class Run;
 
   void Start();
+  void Capture();
   void Stop();
   bool InterfaceReady();
   bool WaitForData();

@@ -18,6 +18,7 @@ constexpr std::int32_t kUnitsMask = 0x300;
 constexpr std::int32_t kLastUnit = 2;
 constexpr std::int32_t kRecords = 16;
 constexpr int kSampleRateBits = 4;
+constexpr double kWorkingSignMs = 200;  // long enough to be seen
 
 void SetAverages(std::int32_t averages) {
   AvgExponent = averages > 0 ? std::log2(static_cast<double>(averages)) : 0;
@@ -128,6 +129,13 @@ void RecordSettings::Read_FftAvg() {
   registers_.ReadReg(row::FFT_AVG);
   if (!RegisterAccess::Usable()) return;
   view_.Select(Setting::FftAvgs, RegValue);
+}
+
+void RecordSettings::ShowWorkingCapPrd() {
+  const std::string caption = view_.FraCapCaption();
+  view_.SetFraCapCaption("WRITE/READ CAPT_CTRL");
+  delay_.DelayA(kWorkingSignMs);
+  view_.SetFraCapCaption(caption);
 }
 
 // The sensor averages at least one spectrum.

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "acquisition/status.h"
+#include "acquisition/window_delay.h"
 #include "app/messages.h"
 #include "plot/alarm_status.h"
 #include "transport/register_access.h"
@@ -26,6 +27,9 @@ class RecordSettingsView {
   [[nodiscard]] virtual bool PowerDownTicked() = 0;
   virtual void SetPowerDown(bool on) = 0;
   virtual void SetRecCount(const std::string& text) = 0;
+  // Caption of the frame around the settings.
+  [[nodiscard]] virtual std::string FraCapCaption() = 0;
+  virtual void SetFraCapCaption(const std::string& text) = 0;
 };
 
 // Keeps the record settings of the window and the sensor's registers the same: what the user
@@ -33,8 +37,13 @@ class RecordSettingsView {
 class RecordSettings {
  public:
   RecordSettings(RegisterAccess& registers, StatusDisplay& status, AlarmStatus& alarms,
-                 Messages& messages, RecordSettingsView& view)
-      : registers_(registers), status_(status), alarms_(alarms), messages_(messages), view_(view) {}
+                 Messages& messages, WindowDelay& delay, RecordSettingsView& view)
+      : registers_(registers),
+        status_(status),
+        alarms_(alarms),
+        messages_(messages),
+        delay_(delay),
+        view_(view) {}
 
   // Refreshes the window from the sensor; changes nothing while it cannot be reached.
   void ReadMainFormRegisters();
@@ -47,6 +56,9 @@ class RecordSettings {
   void Read_FFTAVGS();
   void Read_FftAvg();
 
+  // A visible sign that the settings were just exchanged with the sensor.
+  void ShowWorkingCapPrd();
+
   void cbxFFTAvgs_Click();
   void cbxRecPntr_Click();
 
@@ -58,6 +70,7 @@ class RecordSettings {
   StatusDisplay& status_;
   AlarmStatus& alarms_;
   Messages& messages_;
+  WindowDelay& delay_;
   RecordSettingsView& view_;
 };
 

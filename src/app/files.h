@@ -17,6 +17,11 @@ class Files {
 
   [[nodiscard]] virtual std::filesystem::path ProgramFolder() = 0;
   [[nodiscard]] virtual std::filesystem::path WorkingFolder() = 0;
+  // The user's own folder for documents.
+  [[nodiscard]] virtual std::filesystem::path DocumentsFolder() = 0;
+
+  // Whether the user may make files in a folder.
+  [[nodiscard]] virtual bool CanWriteIn(const std::filesystem::path& folder) = 0;
 
   // At most `limit` bytes from the start of a regular file; nothing when it cannot be read.
   [[nodiscard]] virtual std::optional<std::string> Read(const std::filesystem::path& file,

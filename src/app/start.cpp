@@ -6,6 +6,7 @@
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
+#include "numeric/runtime_error.h"
 #include "plot/plot_scale.h"
 #include "regmap/register_table.h"
 #include "transport/port_driver.h"
@@ -32,7 +33,12 @@ void MeasureDelay(Core& core, StartWindows& windows, bool quickStart) {
   }
   windows.ShowLoading(std::string(kApplicationTitle) + "  ", kLoadingText);
   core.seams.loop.Yield();
-  core.delay.CalibrateDelay();
+  try {
+    core.delay.CalibrateDelay();
+  } catch (const RuntimeError& error) {
+    // A timer that stands still; the waits follow another clock, so the program can go on.
+    core.seams.messages.Show(std::string("CalibrateDelay\n") + error.what());
+  }
 }
 
 }  // namespace

@@ -2,9 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "logging/data_log.h"
 
+#include <limits>
+
 #include "app/program_state.h"
+#include "logging/data_log_settings.h"
 #include "logging/data_log_text.h"
+#include "logging/file_name.h"
 #include "numeric/conversions.h"
+#include "numeric/runtime_error.h"
 
 namespace kestrel {
 
@@ -14,8 +19,13 @@ std::string DataLogName;
 
 namespace {
 
-constexpr const char* kDefaultName = "Datalog";
 constexpr double kWhite = 0xFFFFFF;
+constexpr std::int16_t kLastIndex = std::numeric_limits<std::int16_t>::max();
+
+void RefuseBadName(const std::string& name) {
+  const std::string problem = FileNameProblem(name);
+  if (!problem.empty()) throw RuntimeError("File name " + name + ": " + problem);
+}
 
 // Marks the text box as busy for as long as a file is being written.
 class BusyMark {
@@ -47,14 +57,16 @@ void ResetDataLogState() {
 void DataLog::WriteDataFile() {
   const BusyMark busy(view_, loop_);
   const DataLogFormat format = FormatFor(locale_.DecimalMark());
-  const std::string name = DataLogName.empty() ? kDefaultName : DataLogName;
-  const std::int16_t next = ToInteger(DataLogIndex + 1.0);
+  const std::string name = DataLogName.empty() ? kDefaultLogName : DataLogName;
+  RefuseBadName(name);
+  if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
   const std::filesystem::path file =
-      files_.ProgramFolder() / (name + "_" + std::to_string(DataLogIndex) + format.extension);
+      DataLogFolder(files_) / (name + "_" + std::to_string(DataLogIndex) + format.extension);
   files_.ReplaceWhole(file, DataLogText(format, name, locale_.ShortDate(), locale_.Time()));
   lastFile_ = file;
   view_.SetFileCount(std::to_string(DataLogIndex));
-  DataLogIndex = next;
+  lastIndexUsed_ = DataLogIndex == kLastIndex;
+  DataLogIndex = ToInteger(DataLogIndex + 1.0);
 }
 
 }  // namespace kestrel

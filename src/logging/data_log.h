@@ -34,7 +34,8 @@ class DataLog {
       : files_(files), locale_(locale), loop_(loop), view_(view) {}
 
   // Writes the last capture to the next numbered file, whole or not at all. Throws RuntimeError
-  // with path and reason when it cannot; the index is then not used up.
+  // with path and reason when it cannot; the index is then not used up. After number 32767 every
+  // file throws "Overflow" until the index is reset.
   void WriteDataFile();
 
   // Path of the last file written (empty).
@@ -46,6 +47,7 @@ class DataLog {
   EventLoop& loop_;
   DataLogView& view_;
   std::filesystem::path lastFile_;
+  bool lastIndexUsed_ = false;  // number 32767 has been written
 };
 
 }  // namespace kestrel

@@ -14,7 +14,7 @@ struct BoardDescription {
   std::uint16_t vendor = 0x5A17;
   std::uint16_t product = 0xED03;
   std::u16string string1 = u"Kestrel";
-  std::u16string string2 = u"USB to SPI adapter";
+  std::u16string string2 = u"simulated USB to SPI adapter";
   std::uint8_t firmwareMajor = 1;
   std::uint8_t firmwareMinor = 2;
   std::uint16_t pipe3PacketSize = 512;

@@ -39,8 +39,8 @@ void RegisterFile::ClearBits(std::uint8_t address, std::uint16_t mask) {
   Set(address, static_cast<std::uint16_t>(Read(address) & ~mask));
 }
 
-void RegisterFile::Increment(std::uint8_t address) {
-  Set(address, static_cast<std::uint16_t>(Read(address) + 1));
+void RegisterFile::Add(std::uint8_t address, std::uint64_t count) {
+  Set(address, static_cast<std::uint16_t>((Read(address) + count) & 0xFFFFU));
 }
 
 void RegisterFile::Restart(const Words& flash) {

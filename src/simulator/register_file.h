@@ -29,7 +29,7 @@ class RegisterFile {
   void Set(std::uint8_t address, std::uint16_t word) { words_[Index(address)] = word; }
   void SetBits(std::uint8_t address, std::uint16_t mask);
   void ClearBits(std::uint8_t address, std::uint16_t mask);
-  void Increment(std::uint8_t address);
+  void Add(std::uint8_t address, std::uint64_t count);  // wraps at 16 bits
 
   // What flash keeps: all words; Restart takes only the settings from it.
   [[nodiscard]] const Words& Image() const { return words_; }

@@ -10,14 +10,19 @@ namespace kestrel::sensor {
 
 inline constexpr std::uint8_t kEndurance = 0x00;
 inline constexpr std::uint8_t kXNull = 0x02;
+inline constexpr std::uint8_t kRecFlshCnt = 0x08;
 inline constexpr std::uint8_t kSupplyOut = 0x0A;
 inline constexpr std::uint8_t kTempOut = 0x0C;
 inline constexpr std::uint8_t kFftAvg = 0x0E;
 inline constexpr std::uint8_t kBufPntr = 0x10;
+inline constexpr std::uint8_t kRecPntr = 0x12;
 inline constexpr std::uint8_t kXBuf = 0x14;
 inline constexpr std::uint8_t kZBuf = 0x18;
 inline constexpr std::uint8_t kRecCnt = 0x1A;
 inline constexpr std::uint8_t kRecCtrl = 0x1C;
+inline constexpr std::uint8_t kRecPrd = 0x1E;
+inline constexpr std::uint8_t kAlmFLow = 0x20;
+inline constexpr std::uint8_t kAlmPntr = 0x30;
 inline constexpr std::uint8_t kStatus = 0x3C;
 inline constexpr std::uint8_t kCommand = 0x3E;
 inline constexpr std::uint8_t kAlmXPeak = 0x46;
@@ -28,6 +33,10 @@ inline constexpr std::uint8_t kAlmXFreq = 0x70;
 inline constexpr std::uint8_t kRecInfo = 0x76;
 
 inline constexpr std::uint8_t kStopKey = 0xE8;
+
+// Tell about the record that is in the buffers, whether just captured or retrieved from flash.
+inline constexpr std::array kRecordRegisters = {kRecInfo, kSupplyOut, kTempOut, kTimeStmpL,
+                                                kTimeStmpH};
 
 // STATUS bits.
 inline constexpr std::uint16_t kSupplyLow = 1U << 0;

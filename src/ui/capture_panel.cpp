@@ -43,7 +43,6 @@ void CapturePanel::LayOut() {
   lblCapturingData_->hide();
   txtFileCount->setMaximumWidth(fontMetrics().horizontalAdvance("00000") + 20);
   txtFileCount->setAlignment(Qt::AlignRight);
-  cmdConfigDataLog->setEnabled(false);
   progress->setObjectName("prgReadout");
   progress->setAccessibleName(tr("Read-out of the record"));
   progress->setTextVisible(false);

@@ -13,15 +13,35 @@
 #include "app/config_file.h"
 #include "app/start.h"
 #include "numeric/number_format.h"
-#include "numeric/runtime_error.h"
+#include "ui/frmFileDir.h"
 #include "ui/interface_text.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
+namespace {
+
+constexpr int kNoticeMs = 3000;
+
+// Shows a secondary window, in front if it is open already.
+void Open(QWidget& window) {
+  window.show();
+  window.raise();
+  window.activateWindow();
+}
+
+}  // namespace
 
 frm1::frm1(Core& core, std::function<void()> connectSimulator)
     : core_(core),
       connectSimulator_(std::move(connectSimulator)),
+      edge_(core.seams.messages,
+            {.busy = [this] { return readout_.Busy(); },
+             .refused =
+                 [this] {
+                   statusBar()->showMessage(
+                       tr("The record is being read. Please try again in a moment."), kNoticeMs);
+                 },
+             .after = [this] { SetCommInterfaceIndicators(); }}),
       menu_(new MainMenu(*this)),
       conditions_(new ConditionsPanel),
       record_(new RecordPanel(conditions_->lblRecCount)),
@@ -38,10 +58,15 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
       readout_(core.registers, plot_, *plotPanel_, log_, core.seams.loop, core.seams.messages,
                *capture_),
       cycle_(core, delay_, status_, readout_, plot_, *capture_),
-      settings_(core.registers, status_, alarms_, core.seams.messages, *record_) {
+      settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
+      cursor_(*plotPanel_) {
   setObjectName("frm1");
   LayOut();
-  Connect();
+  ConnectButtons();
+  ConnectSettings();
+  ConnectPlot();
+  ConnectMenu();
+  qApp->installEventFilter(this);
   Handle("Form_Load", [this] { Form_Load(); });
 }
 
@@ -70,40 +95,64 @@ void frm1::LayOut() {
   resize(1240, 690);
 }
 
-void frm1::Connect() {
-  const auto click = [this](auto* sender, auto signal, const char* name, auto handler) {
-    connect(sender, signal, this, [this, name, handler] { Handle(name, handler); });
+template <typename Sender, typename Signal, typename Handler>
+void frm1::On(Sender* sender, Signal signal, const char* name, Handler handler) {
+  connect(sender, signal, this, [this, name, handler] { Handle(name, handler); });
+}
+
+void frm1::ConnectButtons() {
+  const auto clicked = &QPushButton::clicked;
+  On(capture_->cmdStart, clicked, "cmdStart_Click", [this] { cycle_.cmdStart_Click(); });
+  On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click",
+     [this] { cycle_.cmdReadBuffer_Click(); });
+  On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click",
+     [this] { cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr)); });
+  On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { mnuRecInfo_Click(); });
+  On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
+  On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click", [this] { mnuDatalog_Click(); });
+  On(statusPanel_->CmdReadStatus, clicked, "CmdReadStatus_Click",
+     [this] { CmdReadStatus_Click(); });
+  On(statusPanel_->cmdClearStatus, clicked, "cmdClearStatus_Click",
+     [this] { status_.ClearStatus("cmdClearStatus"); });
+}
+
+// The sign that settings were exchanged waits; a capture's own wait must not be disturbed by it.
+void frm1::ConnectSettings() {
+  const auto setting = [this](auto signal, const char* name, void (RecordSettings::*exchange)()) {
+    On(record_, signal, name, [this, exchange] {
+      (settings_.*exchange)();
+      if (!cycle_.Running()) settings_.ShowWorkingCapPrd();
+    });
   };
-  const auto pressed = &QPushButton::clicked;
-  click(capture_->cmdStart, pressed, "cmdStart_Click", [this] { cycle_.cmdStart_Click(); });
-  click(capture_->cmdReadBuffer, pressed, "cmdReadBuffer_Click",
-        [this] { cycle_.cmdReadBuffer_Click(); });
-  click(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
-  click(statusPanel_->CmdReadStatus, pressed, "CmdReadStatus_Click",
-        [this] { CmdReadStatus_Click(); });
-  click(statusPanel_->cmdClearStatus, pressed, "cmdClearStatus_Click",
-        [this] { status_.ClearStatus("cmdClearStatus"); });
+  setting(&RecordPanel::RecCtrlChanged, "Set_RecCtrl", &RecordSettings::Set_RecCtrl);
+  setting(&RecordPanel::RecPrdChanged, "Write_RecPrd", &RecordSettings::Write_RecPrd);
+  setting(&RecordPanel::FftAvgsChanged, "cbxFFTAvgs_Click", &RecordSettings::cbxFFTAvgs_Click);
+  setting(&RecordPanel::RecPntrChanged, "cbxRecPntr_Click", &RecordSettings::cbxRecPntr_Click);
+}
 
-  click(record_, &RecordPanel::RecCtrlChanged, "Set_RecCtrl", [this] { settings_.Set_RecCtrl(); });
-  click(record_, &RecordPanel::RecPrdChanged, "Write_RecPrd", [this] { settings_.Write_RecPrd(); });
-  click(record_, &RecordPanel::FftAvgsChanged, "cbxFFTAvgs_Click",
-        [this] { settings_.cbxFFTAvgs_Click(); });
-  click(record_, &RecordPanel::RecPntrChanged, "cbxRecPntr_Click",
-        [this] { settings_.cbxRecPntr_Click(); });
-
-  click(plotPanel_->cmdPlotScale, pressed, "cmdPlotScale_Click",
-        [this] { plot_.cmdPlotScale_Click(); });
+void frm1::ConnectPlot() {
+  On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click",
+     [this] { plot_.cmdPlotScale_Click(); });
   for (const Axis axis : kAxes) {
-    click(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace",
-          [this] { plot_.SetPlotTrace(); });
+    On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace",
+       [this] { plot_.SetPlotTrace(); });
   }
+  // These read nothing from the sensor and may run at any time.
+  connect(plotPanel_, &PlotPanel::PointerMoved, this,
+          [this](double x, double y) { cursor_.pic1_MouseMove(x, y); });
+  connect(plotPanel_, &PlotPanel::CursorStepped, this,
+          [this](CursorStep step) { cursor_.Step(step); });
+}
 
+void frm1::ConnectMenu() {
   const auto chosen = &QAction::triggered;
-  click(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
-  click(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
-  click(menu_->mnuAbout, chosen, "mnuAbout_Click", [this] { mnuAbout_Click(); });
+  On(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
+  On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
+  On(menu_->mnuCommand, chosen, "mnuCommand_Click", [this] { mnuCommand_Click(); });
+  On(menu_->mnuRecInfo, chosen, "mnuRecInfo_Click", [this] { mnuRecInfo_Click(); });
+  On(menu_->mnuDatalog, chosen, "mnuDatalog_Click", [this] { mnuDatalog_Click(); });
+  connect(menu_->mnuAbout, chosen, this, [this] { mnuAbout_Click(); });
   connect(menu_->MnuExit, chosen, this, &QWidget::close);
-  qApp->installEventFilter(this);
 }
 
 void frm1::Form_Load() {
@@ -116,19 +165,6 @@ void frm1::Form_Load() {
   plotPanel_->IniAlarmBandLabels();
   capture_->ckAutoPlot->setChecked(true);
   SetProductNumber(kProduct31407);
-}
-
-void frm1::Handle(const char* name, const std::function<void()>& handler) {
-  if (readout_.Busy()) {
-    statusBar()->showMessage(tr("The record is being read. Please try again in a moment."), 3000);
-    return;
-  }
-  try {
-    handler();
-  } catch (const RuntimeError& error) {
-    core_.seams.messages.Show(std::string(name) + "\n" + error.what());
-  }
-  SetCommInterfaceIndicators();
 }
 
 void frm1::SetCommInterfaceIndicators() {
@@ -148,7 +184,8 @@ void frm1::SetProductNumber(std::int16_t product) {
 
 void frm1::mnuSimulated_Click() {
   if (cycle_.Running()) {
-    statusBar()->showMessage(tr("Stop the capture before you choose another interface."), 3000);
+    statusBar()->showMessage(tr("Stop the capture before you choose another interface."),
+                             kNoticeMs);
     return;
   }
   connectSimulator_();
@@ -164,9 +201,26 @@ void frm1::mnu31407_Click() {
 }
 
 void frm1::mnuAbout_Click() {
-  QMessageBox::about(this, tr("About"),
-                     tr("%1 %2\n\nBench program for one tri-axial vibration sensor.")
-                         .arg(kApplicationTitle, QApplication::applicationVersion()));
+  auto* box = new QMessageBox(QMessageBox::Information, tr("About"),
+                              tr("%1 %2\n\nBench program for one tri-axial vibration sensor.")
+                                  .arg(kApplicationTitle, QApplication::applicationVersion()),
+                              QMessageBox::Ok, this);
+  box->setAttribute(Qt::WA_DeleteOnClose);
+  box->open();
+}
+
+void frm1::mnuCommand_Click() {
+  if (commandWindow_ == nullptr) commandWindow_ = new frmCommand(core_, edge_, this);
+  Open(*commandWindow_);
+}
+
+void frm1::mnuRecInfo_Click() {
+  if (recInfoWindow_ == nullptr) recInfoWindow_ = new frmRecInfo(edge_, this);
+  Open(*recInfoWindow_);
+}
+
+void frm1::mnuDatalog_Click() {
+  (new frmFileDir(core_, edge_, this))->open();
 }
 
 void frm1::CmdReadStatus_Click() {

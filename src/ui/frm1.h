@@ -10,9 +10,13 @@
 #include "acquisition/capture_cycle.h"
 #include "acquisition/record_settings.h"
 #include "app/core.h"
+#include "plot/cursor.h"
 #include "ui/alarm_panel.h"
 #include "ui/capture_panel.h"
 #include "ui/conditions_panel.h"
+#include "ui/frmCommand.h"
+#include "ui/frmRecInfo.h"
+#include "ui/handler_edge.h"
 #include "ui/main_menu.h"
 #include "ui/plot_panel.h"
 #include "ui/record_panel.h"
@@ -26,6 +30,9 @@ class frm1 : public QMainWindow {
   // `connectSimulator` puts the simulated sensor in the place of the system's devices.
   frm1(Core& core, std::function<void()> connectSimulator);
 
+  // The edge that the handlers of this and all secondary windows run in.
+  [[nodiscard]] HandlerEdge& Edge() { return edge_; }
+
   void SetCommInterfaceIndicators();
   void SetProductNumber(std::int16_t product);
 
@@ -38,21 +45,28 @@ class frm1 : public QMainWindow {
 
  private:
   void LayOut();
-  void Connect();
+  void ConnectButtons();
+  void ConnectSettings();
+  void ConnectPlot();
+  void ConnectMenu();
+  template <typename Sender, typename Signal, typename Handler>
+  void On(Sender* sender, Signal signal, const char* name, Handler handler);
   void Form_Load();
 
-  // Runs what a control does. A run-time error ends it with a message box that names it; while a
-  // record is being read nothing that touches the sensor may start.
-  void Handle(const char* name, const std::function<void()>& handler);
+  void Handle(const char* name, const std::function<void()>& handler) { edge_.Run(name, handler); }
 
   void mnuSimulated_Click();
   void mnu31407_Click();
   void mnuAbout_Click();
+  void mnuCommand_Click();
+  void mnuRecInfo_Click();
+  void mnuDatalog_Click();
   void CmdReadStatus_Click();
   void ckDataLog_Click();
 
   Core& core_;
   std::function<void()> connectSimulator_;
+  HandlerEdge edge_;
 
   MainMenu* menu_;
   ConditionsPanel* conditions_;
@@ -71,6 +85,11 @@ class frm1 : public QMainWindow {
   CaptureReadout readout_;
   CaptureCycle cycle_;
   RecordSettings settings_;
+  PlotCursor cursor_;
+
+  // Made when first opened; they belong to this window.
+  frmCommand* commandWindow_ = nullptr;
+  frmRecInfo* recInfoWindow_ = nullptr;
 };
 
 }  // namespace kestrel

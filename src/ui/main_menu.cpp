@@ -24,7 +24,7 @@ QAction* AddLater(QMenu* menu, const char* name, const QString& text) {
 
 MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   QMenu* file = window.menuBar()->addMenu(tr("&File"));
-  mnuDatalog = AddLater(file, "mnuDatalog", tr("&Data log..."));
+  mnuDatalog = Add(file, "mnuDatalog", tr("&Data log..."));
   file->addSeparator();
   MnuExit = Add(file, "MnuExit", tr("E&xit"));
   MnuExit->setShortcut(QKeySequence::Quit);
@@ -38,7 +38,8 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuSimulated = Add(interfaces, "mnuSimulated", tr("&Simulated sensor"));
 
   QMenu* sensor = window.menuBar()->addMenu(tr("&Sensor"));
-  mnuCommand = AddLater(sensor, "mnuCommand", tr("Global &commands..."));
+  mnuCommand = Add(sensor, "mnuCommand", tr("Global &commands..."));
+  mnuRecInfo = Add(sensor, "mnuRecInfo", tr("Record &information..."));
   mnuAlarmCtrl = AddLater(sensor, "mnuAlarmCtrl", tr("&Alarm control..."));
   mnuAlarmSpectrum = AddLater(sensor, "mnuAlarmSpectrum", tr("Alarm &spectrum..."));
   mnuDIOGPIO = AddLater(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));

@@ -18,6 +18,7 @@ class MainMenu : public QObject {
   QAction* mnuUsb;
   QAction* mnuSimulated;
   QAction* mnuCommand;
+  QAction* mnuRecInfo;
   QAction* mnuAlarmCtrl;
   QAction* mnuAlarmSpectrum;
   QAction* mnuDIOGPIO;

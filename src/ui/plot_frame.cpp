@@ -4,7 +4,6 @@
 
 #include <QEvent>
 #include <QFontMetrics>
-#include <QMargins>
 #include <QPainter>
 #include <QPalette>
 #include <QTransform>

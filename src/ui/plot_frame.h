@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QLabel>
+#include <QMargins>
 #include <QPoint>
 #include <QRect>
 #include <QString>

@@ -3,7 +3,9 @@
 #include "ui/plot_panel.h"
 
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QVBoxLayout>
+#include <optional>
 
 #include "app/program_state.h"
 #include "device/capture_data.h"
@@ -21,6 +23,25 @@ QLabel* MakeSwatch(double colour) {
   swatch->setFixedSize(18, 4);
   PaintGround(swatch, ToColour(colour));
   return swatch;
+}
+
+std::optional<CursorStep> StepFor(int key) {
+  switch (key) {
+    case Qt::Key_Left:
+      return CursorStep::BinBack;
+    case Qt::Key_Right:
+      return CursorStep::BinForward;
+    case Qt::Key_PageDown:
+      return CursorStep::PageBack;
+    case Qt::Key_PageUp:
+      return CursorStep::PageForward;
+    case Qt::Key_Home:
+      return CursorStep::First;
+    case Qt::Key_End:
+      return CursorStep::Last;
+    default:
+      return std::nullopt;
+  }
 }
 
 // A cursor read-out that keeps its place while hidden and does not move its neighbours.
@@ -42,7 +63,8 @@ PlotPanel::PlotPanel()
       lblCursorX_(MakeCursorLabel("lblCursorX", "000")),
       LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
       lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
-      frame_(new PlotFrame) {
+      frame_(new PlotFrame),
+      crossHair_(new CrossHair(frame_->pic1)) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
     QCheckBox* box = MakeCheckBox("", "&" + letter, tr("Show the %1 axis").arg(letter));
@@ -50,6 +72,24 @@ PlotPanel::PlotPanel()
     traces_[Index(axis)] = box;
   }
   LayOut();
+  PictureBox* pic1 = frame_->pic1;
+  pic1->setFocusPolicy(Qt::StrongFocus);
+  pic1->setAccessibleName(tr("Plot"));
+  pic1->setAccessibleDescription(tr("Arrow, page, home and end keys move the cursor"));
+  pic1->installEventFilter(this);
+  connect(pic1, &PictureBox::PointerMoved, this, &PlotPanel::PointerMoved);
+  connect(pic1, &PictureBox::PointerLeft, crossHair_, &CrossHair::Hide);
+}
+
+bool PlotPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const auto step = StepFor(static_cast<QKeyEvent*>(event)->key());
+    if (step) {
+      emit CursorStepped(*step);
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
 }
 
 void PlotPanel::LayOut() {
@@ -147,6 +187,19 @@ void PlotPanel::ClearPlot() {
 }
 void PlotPanel::DrawLine(double x1, double y1, double x2, double y2, double colour) {
   frame_->pic1->Line(x1, y1, x2, y2, colour);
+}
+
+void PlotPanel::SetCursorX(const std::string& text) {
+  lblCursorX_->setText(QString::fromStdString(text));
+}
+void PlotPanel::SetCursorFrequency(const std::string& text) {
+  LblFreq_->setText(QString::fromStdString(text));
+}
+void PlotPanel::SetCursorY(const std::string& text) {
+  lblCursorY_->setText(QString::fromStdString(text));
+}
+void PlotPanel::MoveCrossHair(double x, double y) {
+  crossHair_->Move(x, y);
 }
 
 }  // namespace kestrel

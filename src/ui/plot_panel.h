@@ -8,13 +8,17 @@
 #include <QWidget>
 #include <array>
 
+#include "plot/cursor.h"
 #include "plot/spectrum_plot.h"
+#include "ui/cross_hair.h"
 #include "ui/plot_frame.h"
 
 namespace kestrel {
 
 // The plot with the controls that choose what it shows and the read-outs of its cursor.
-class PlotPanel : public QWidget, public PlotView {
+class PlotPanel : public QWidget, public PlotView, public CursorView {
+  Q_OBJECT
+
  public:
   PlotPanel();
 
@@ -38,9 +42,21 @@ class PlotPanel : public QWidget, public PlotView {
   void ClearABLabels() override;
   void DrawLine(double x1, double y1, double x2, double y2, double colour) override;
 
+  void SetCursorX(const std::string& text) override;
+  void SetCursorFrequency(const std::string& text) override;
+  void SetCursorY(const std::string& text) override;
+  void MoveCrossHair(double x, double y) override;
+
   [[nodiscard]] QCheckBox* TraceBox(Axis axis) const { return traces_[Index(axis)]; }
 
   QPushButton* cmdPlotScale;
+
+ signals:
+  void PointerMoved(double x, double y);  // in the plot's coordinates
+  void CursorStepped(CursorStep step);    // by a key
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void LayOut();
@@ -51,6 +67,7 @@ class PlotPanel : public QWidget, public PlotView {
   QLabel* LblFreq_;
   QLabel* lblCursorY_;
   PlotFrame* frame_;
+  CrossHair* crossHair_;
 };
 
 }  // namespace kestrel

@@ -36,7 +36,9 @@ void QtMousePointer::ShowHourglass() {
   hourglass_ = true;
 }
 
-void QtMousePointer::ShowDefault() { Restore(); }
+void QtMousePointer::ShowDefault() {
+  Restore();
+}
 
 void QtMousePointer::Restore() {
   if (hourglass_) QApplication::restoreOverrideCursor();

@@ -21,7 +21,12 @@ QHBoxLayout* SideBySide(std::initializer_list<QWidget*> widgets) {
 
 }  // namespace
 
-RecordPanel::RecordPanel(QLabel* lblRecCount) : lblRecCount_(lblRecCount) {
+RecordPanel::RecordPanel(QLabel* lblRecCount)
+    : cmdGetRecord(MakeButton("cmdGetRecord", tr("Get reco&rd"),
+                              tr("Read the stored record out of the sensor's flash memory"))),
+      cmdRecInfo(MakeButton("cmdRecInfo", tr("Info..."),
+                            tr("How the record in the sensor's buffers was taken"))),
+      lblRecCount_(lblRecCount) {
   setObjectName("FraCap");
   setTitle(tr("Record settings"));
   BuildLists();
@@ -82,6 +87,7 @@ void RecordPanel::LayOut() {
   form->addRow(MakeCaption(tr("&Every"), List(Setting::Interval)),
                SideBySide({List(Setting::Interval), List(Setting::Units)}));
   add(tr("Stored re&cord"), Setting::RecPntr);
+  form->addRow(SideBySide({cmdGetRecord, cmdRecInfo}));
   form->addRow(ckPowerDown_);
 }
 
@@ -154,6 +160,13 @@ void RecordPanel::SetPowerDown(bool on) {
 
 void RecordPanel::SetRecCount(const std::string& text) {
   lblRecCount_->setText(QString::fromStdString(text));
+}
+
+std::string RecordPanel::FraCapCaption() {
+  return title().toStdString();
+}
+void RecordPanel::SetFraCapCaption(const std::string& text) {
+  setTitle(QString::fromStdString(text));
 }
 
 QString RecordPanel::FftAvgsText() const {

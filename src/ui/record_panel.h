@@ -6,6 +6,7 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <QPushButton>
 #include <array>
 
 #include "acquisition/record_settings.h"
@@ -30,8 +31,13 @@ class RecordPanel : public QGroupBox, public RecordSettingsView {
   [[nodiscard]] bool PowerDownTicked() override;
   void SetPowerDown(bool on) override;
   void SetRecCount(const std::string& text) override;
+  [[nodiscard]] std::string FraCapCaption() override;
+  void SetFraCapCaption(const std::string& text) override;
 
   [[nodiscard]] QString FftAvgsText() const;
+
+  QPushButton* cmdGetRecord;
+  QPushButton* cmdRecInfo;
 
  signals:
   void RecCtrlChanged();  // any setting of REC_CTRL

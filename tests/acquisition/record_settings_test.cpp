@@ -18,7 +18,8 @@ class Settings : public CaptureBench {
   }
 
   FakeSettingsView view;
-  RecordSettings settings{core.registers, status, alarms, messages, view};
+  WindowDelay delay{loop};
+  RecordSettings settings{core.registers, status, alarms, messages, delay, view};
 };
 
 TEST_F(Settings, TenMinutes) {

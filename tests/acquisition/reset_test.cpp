@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <regex>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -148,9 +148,16 @@ std::vector<Name> ModelNames(RegisterAccess& registers) {
            [] { return gRecInfo == nullptr; }}};
 }
 
+// The name that a line declares as program-wide, "extern <type> <name>;"; empty for any other line.
+std::string DeclaredName(const std::string& line) {
+  const std::size_t end = line.find(';');
+  if (line.rfind("extern ", 0) != 0 || end == std::string::npos) return "";
+  const std::size_t blank = line.rfind(' ', end);
+  return line.substr(blank + 1, end - blank - 1);
+}
+
 // The names that the headers of these folders declare.
 std::set<std::string> DeclaredNames() {
-  const std::regex declaration(R"(^extern [^;(]*?(\w+);.*)");
   std::set<std::string> names;
   for (const char* folder :
        {"numeric", "regmap", "app", "transport", "device", "plot", "logging", "acquisition"}) {
@@ -158,9 +165,8 @@ std::set<std::string> DeclaredNames() {
     for (const auto& entry : std::filesystem::directory_iterator(path)) {
       if (entry.path().extension() != ".h") continue;
       std::ifstream header(entry.path());
-      std::smatch found;
       for (std::string line; std::getline(header, line);) {
-        if (std::regex_match(line, found, declaration)) names.insert(found[1]);
+        if (const std::string name = DeclaredName(line); !name.empty()) names.insert(name);
       }
     }
   }

@@ -111,7 +111,14 @@ class FakeSettingsView : public RecordSettingsView {
   [[nodiscard]] bool PowerDownTicked() override { return powerDown; }
   void SetPowerDown(bool on) override { powerDown = on; }
   void SetRecCount(const std::string& text) override { recCount = text; }
+  [[nodiscard]] std::string FraCapCaption() override { return fraCap; }
+  void SetFraCapCaption(const std::string& text) override {
+    fraCap = text;
+    fraCaps.push_back(text);
+  }
 
+  std::string fraCap = "Record settings";
+  std::vector<std::string> fraCaps;  // every caption set, in order
   std::map<Setting, int> items{{Setting::RecMode, 3},     {Setting::Window, 3},
                                {Setting::SignalRange, 4}, {Setting::Storage, 3},
                                {Setting::Units, 3},       {Setting::Interval, 256},

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,11 @@ class MemoryFiles : public Files {
   [[nodiscard]] std::filesystem::path ProgramFolder() override { return "/program"; }
   [[nodiscard]] std::filesystem::path WorkingFolder() override { return "/working"; }
 
+  [[nodiscard]] std::filesystem::path DocumentsFolder() override { return "/documents"; }
+  [[nodiscard]] bool CanWriteIn(const std::filesystem::path& folder) override {
+    return !readOnly.contains(folder);
+  }
+
   [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
                                                 std::size_t limit) override {
     const auto found = contents.find(file);
@@ -35,6 +41,7 @@ class MemoryFiles : public Files {
   }
 
   std::map<std::filesystem::path, std::string> contents;
+  std::set<std::filesystem::path> readOnly;  // folders
   std::string failure;  // reason why no file can be written; empty when they can
 };
 

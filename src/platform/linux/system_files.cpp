@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <system_error>
 #include <utility>
 
@@ -128,6 +129,20 @@ fs::path SystemFiles::WorkingFolder() {
   std::error_code error;
   const fs::path folder = fs::current_path(error);
   return error ? fs::path(".") : folder;
+}
+
+fs::path SystemFiles::DocumentsFolder() {
+  std::error_code error;
+  const char* chosen = std::getenv("XDG_DOCUMENTS_DIR");
+  if (chosen != nullptr && fs::is_directory(chosen, error)) return chosen;
+  const char* home = std::getenv("HOME");
+  if (home == nullptr || *home == '\0') return WorkingFolder();
+  const fs::path documents = fs::path(home) / "Documents";
+  return fs::is_directory(documents, error) ? documents : fs::path(home);
+}
+
+bool SystemFiles::CanWriteIn(const fs::path& folder) {
+  return access(folder.c_str(), W_OK | X_OK) == 0;
 }
 
 std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t limit) {

@@ -12,6 +12,10 @@ class SystemFiles : public Files {
  public:
   [[nodiscard]] std::filesystem::path ProgramFolder() override;
   [[nodiscard]] std::filesystem::path WorkingFolder() override;
+  // XDG_DOCUMENTS_DIR where it is set, else "Documents" in the home folder where there is one, else
+  // the home folder.
+  [[nodiscard]] std::filesystem::path DocumentsFolder() override;
+  [[nodiscard]] bool CanWriteIn(const std::filesystem::path& folder) override;
   [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
                                                 std::size_t limit) override;
 

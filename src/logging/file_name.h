@@ -1,0 +1,13 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+namespace kestrel {
+
+// Why a text cannot be the base name of a file on every system the program runs on; empty when it
+// can. Names in any script are welcome.
+[[nodiscard]] std::string FileNameProblem(const std::string& name);
+
+}  // namespace kestrel

@@ -1,0 +1,44 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "device/axis.h"
+
+namespace kestrel {
+
+// The cross-hair on the plot and the read-outs of its place.
+class CursorView {
+ public:
+  virtual ~CursorView() = default;
+  virtual void SetCursorX(const std::string& text) = 0;
+  virtual void SetCursorFrequency(const std::string& text) = 0;
+  virtual void SetCursorY(const std::string& text) = 0;
+  virtual void MoveCrossHair(double x, double y) = 0;
+  [[nodiscard]] virtual bool TraceTicked(Axis axis) = 0;
+};
+
+// How far a key moves the cursor.
+enum class CursorStep { BinBack, BinForward, PageBack, PageForward, First, Last };
+
+// Reads the plot out under the pointer, or bin by bin from the keyboard.
+class PlotCursor {
+ public:
+  explicit PlotCursor(CursorView& view) : view_(view) {}
+
+  // The pointer is at (x, y) in the plot's coordinates.
+  void pic1_MouseMove(double x, double y);
+
+  // Moves to another bin or sample, on the highest of the traces shown there.
+  void Step(CursorStep step);
+
+ private:
+  void ReadOut(double x, double y);
+  [[nodiscard]] double HighestAt(int index);
+
+  CursorView& view_;
+  int index_ = 0;  // bin or sample the cursor is at
+};
+
+}  // namespace kestrel

@@ -1,0 +1,14 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "simulator/alarm_bands.h"
+
+namespace kestrel {
+
+AlarmBands::Band* AlarmBands::At(std::uint16_t pointer) {
+  const std::size_t number = pointer & 0xFFU;
+  const std::size_t option = pointer >> 8U;
+  if (number < 1 || number > kBandsPerOption || option >= kOptions) return nullptr;
+  return &bands_[option][number - 1];
+}
+
+}  // namespace kestrel

@@ -1,0 +1,56 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/frmCommand.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "app/program_state.h"
+#include "ui/widgets.h"
+
+namespace kestrel {
+
+frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
+    : QDialog(parent),
+      cbxCommand_(MakeComboBox("cbxCommand", {}, tr("Function"), tr("Function of the sensor"))),
+      LbLBusy_(MakeLabel("LbLBusy", tr("Busy..."))),
+      commands_(core.registers, core.delay, core.seams.loop, core.seams.messages, *this) {
+  setObjectName("frmCommand");
+  setWindowTitle(tr("Global commands"));
+  cbxCommand_->setPlaceholderText("Select a Function");
+  for (const char* item : kCommandItems) cbxCommand_->addItem(item);
+  cbxCommand_->setCurrentIndex(-1);
+  cbxCommand_->setMinimumContentsLength(34);
+
+  QPushButton* cmdWrite = MakeButton("cmdWrite", tr("&Write"), tr("Send the function"));
+  cmdWrite->setAutoDefault(true);
+  QPushButton* cmdClose = MakeButton("cmdClose", tr("&Close"), tr("Close this window"));
+  cmdClose->setAutoDefault(false);
+  PaintGround(LbLBusy_, ToColour(Rgb(240, 240, 0)));
+  LbLBusy_->setAlignment(Qt::AlignCenter);
+  LbLBusy_->setMargin(3);
+  QSizePolicy kept = LbLBusy_->sizePolicy();
+  kept.setRetainSizeWhenHidden(true);
+  LbLBusy_->setSizePolicy(kept);
+  LbLBusy_->hide();
+
+  auto* buttons = new QHBoxLayout;
+  buttons->addWidget(LbLBusy_);
+  buttons->addStretch();
+  buttons->addWidget(cmdWrite);
+  buttons->addWidget(cmdClose);
+  auto* all = new QVBoxLayout(this);
+  all->addWidget(MakeCaption(tr("&Function"), cbxCommand_));
+  all->addWidget(cbxCommand_);
+  all->addLayout(buttons);
+  connect(cmdWrite, &QPushButton::clicked, this, [this, &edge] {
+    edge.Run("cmdWrite_Click", [this] { commands_.cmdWrite_Click(cbxCommand_->currentIndex()); });
+  });
+  connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmCommand::ShowBusyLabel(bool shown) {
+  LbLBusy_->setVisible(shown);
+}
+
+}  // namespace kestrel

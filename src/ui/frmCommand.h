@@ -1,0 +1,28 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+
+#include "app/core.h"
+#include "device/global_commands.h"
+#include "ui/handler_edge.h"
+
+namespace kestrel {
+
+// Sends one of the sensor's sixteen functions.
+class frmCommand : public QDialog, public BusyView {
+ public:
+  frmCommand(Core& core, HandlerEdge& edge, QWidget* parent);
+
+  void ShowBusyLabel(bool shown) override;
+
+ private:
+  QComboBox* cbxCommand_;
+  QLabel* LbLBusy_;
+  GlobalCommands commands_;
+};
+
+}  // namespace kestrel
