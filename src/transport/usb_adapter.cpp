@@ -41,7 +41,8 @@ std::array<std::uint8_t, 4> PipeNumber(std::uint32_t pipe) {
 // Dividing by 255 gives the high byte for every high byte up to 254; 255 overflows the byte. No
 // register frame has that high byte, and the board's firmware is used to the sender doing this.
 std::uint8_t HighByte(std::int32_t frame) {
-  return ToByte((frame & ~0xFF) / 255);
+  const std::int32_t quotient = (frame & ~0xFF) / 255;
+  return ToByte(static_cast<double>(quotient));
 }
 
 std::vector<std::uint8_t> TransferBlock(int n) {

@@ -33,7 +33,8 @@ std::vector<double> Multiples(double low, double high, double step) {
   std::vector<double> ticks;
   const double first = std::ceil(low / step - kRounding);
   const double last = std::floor(high / step + kRounding);
-  for (double index = first; index <= last; ++index) ticks.push_back(index * step + 0.0);
+  const auto count = static_cast<int>(last - first) + 1;
+  for (int i = 0; i < count; ++i) ticks.push_back((first + i) * step + 0.0);
   return ticks;
 }
 
@@ -81,10 +82,10 @@ std::vector<double> HalvedTicks(double from, double to, int wished) {
 std::vector<double> BinTicks(int last, int wished) {
   if (last <= 0) return {};
   const int parts = std::clamp(wished, 1, kMostParts);
-  double step = 1;
+  int step = 1;
   while (step * parts < last) step *= 2;
   std::vector<double> ticks;
-  for (double tick = 0; tick <= last - step / 2; tick += step) ticks.push_back(tick);
+  for (int tick = 0; 2 * tick <= 2 * last - step; tick += step) ticks.push_back(tick);
   ticks.push_back(last);
   return ticks;
 }

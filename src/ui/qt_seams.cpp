@@ -28,7 +28,7 @@ void ConsoleMessages::Show(const std::string& text, const std::string& title) {
 }
 
 QtMousePointer::~QtMousePointer() {
-  ShowDefault();
+  Restore();
 }
 
 void QtMousePointer::ShowHourglass() {
