@@ -184,6 +184,7 @@ void CaptureCycle::cmdGetRecord_Click(int record) {
   if (!InterfaceReady()) return;
   core_.registers.WriteReg(row::REC_PNTR, record);
   core_.registers.WriteReg(row::COMMAND, kRetrieveRecordCommand);
+  if (!RegisterAccess::Usable()) return;
   core_.delay.Delay(float{kRetrieveMs});
   cmdReadBuffer_Click();
 }

@@ -102,6 +102,7 @@ bool CaptureReadout::ReadRecord() {
   DataY = record[1].data;
   RawZ = record[2].raw;
   DataZ = record[2].data;
+  Buff.sampleRateOption = gRecInfo->SampleRateOption().BFValue();
   return true;
 }
 

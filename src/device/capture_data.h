@@ -35,11 +35,12 @@ class RecordArray {
 };
 
 struct CaptureBuffer {
-  std::int16_t width = kFftWidth;  // index of the last valid point
+  std::int16_t width = kFftWidth;     // index of the last valid point; capture cycle
+  std::int16_t sampleRateOption = 0;  // as the record's information has it; ReadCaptureBuffer
 };
 
 // The last capture read from the sensor; start values in brackets.
-extern CaptureBuffer Buff;       // (255); capture cycle
+extern CaptureBuffer Buff;       // (255, 0)
 extern std::string CaptureType;  // "FFT" or "TimeDomain" ("FFT"); capture cycle
 extern RecordArray DataX;        // g (0); ReadCaptureBuffer, as all below
 extern RecordArray DataY;

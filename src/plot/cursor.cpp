@@ -7,7 +7,6 @@
 #include <cmath>
 
 #include "device/capture_data.h"
-#include "device/rec_info.h"
 #include "numeric/number_format.h"
 #include "plot/frequency.h"
 
@@ -52,7 +51,7 @@ void PlotCursor::ReadOut(double x, double y) {
   const double bin = std::nearbyint(x);
   index_ = std::clamp(static_cast<int>(bin), 0, static_cast<int>(kRecordPoints) - 1);
   view_.SetCursorX(FixedNumber(bin, 0));
-  const double hertz = bin * BinWidth(gRecInfo->SampleRateOption().BFValue());
+  const double hertz = bin * BinWidth(Buff.sampleRateOption);
   view_.SetCursorFrequency(GroupedWholeNumber(hertz) + " Hz");
   view_.SetCursorY(FixedNumber(y, 3));
 }

@@ -48,8 +48,9 @@ CapturedRecord CaptureEngine::Take(const Scenario& scenario, const CaptureSettin
   const double blockPeriod =
       std::chrono::duration<double>(settings.Duration()).count() / settings.Blocks();
   std::array<double, kFftLength> samples;
+  SpectrumAverager spectrum(settings.window);
   for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
-    SpectrumAverager spectrum(settings.window);
+    spectrum.Clear();
     for (unsigned block = 0; block < settings.Blocks(); ++block) {
       source_.Sample(scenario.axes[axis], startSeconds + block * blockPeriod,
                      settings.SampleRateHz(), samples);

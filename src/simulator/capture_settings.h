@@ -19,8 +19,8 @@ struct CaptureSettings {
   RecordStorage storage = RecordStorage::None;
   unsigned sampleRateOption = 0;  // 0..3
   WindowShape window = WindowShape::Rectangular;
-  unsigned range = 0;     // 0..3: 1, 5, 20, 70 g
-  unsigned averages = 0;  // 0..255, as set; 0 counts as 1
+  unsigned range = 0;                  // 0..3: 1, 5, 20, 70 g
+  unsigned averages = 0;               // 0..255, as set; 0 counts as 1
   std::chrono::nanoseconds period{0};  // wanted from start to start
 
   [[nodiscard]] static CaptureSettings Latch(std::uint16_t recCtrl, std::uint16_t fftAvg,

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_sensor.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -16,7 +15,6 @@ constexpr double kSupplyLowV = 3.150;
 constexpr double kSupplyHighV = 3.625;
 constexpr double kTempOffsetC = 625.0;
 constexpr double kTempLsbC = -0.47;
-constexpr double kNullLsbG = 0.004768372;
 
 bool IsBuffer(std::uint8_t address) {
   return address >= sensor::kXBuf && address <= sensor::kZBuf + 1;
@@ -53,9 +51,29 @@ void SimulatedSensor::FrameError() {
   registers_.SetBits(sensor::kStatus, sensor::kSpiFailure);
 }
 
+void SimulatedSensor::SetScenario(Scenario scenario) {
+  FinishWhatIsDue();
+  scenario_ = std::move(scenario);
+}
+
+void SimulatedSensor::SetFaults(const SensorFaults& faults) {
+  FinishWhatIsDue();
+  scenario_.faults = faults;
+}
+
+void SimulatedSensor::SetSupply(double volts) {
+  FinishWhatIsDue();
+  scenario_.supplyV = volts;
+}
+
 bool SimulatedSensor::IsCapturing() {
   FinishWhatIsDue();
   return activity_ == Activity::Capture;
+}
+
+bool SimulatedSensor::IsInSeries() {
+  FinishWhatIsDue();
+  return IsRepeating();
 }
 
 bool SimulatedSensor::IsBusy() {
@@ -100,62 +118,30 @@ void SimulatedSensor::BeginFrame() {
   FinishWhatIsDue();
 }
 
+// The next capture of a series waits for a command that is still at work.
 void SimulatedSensor::FinishWhatIsDue() {
-  while (activity_ != Activity::None && clock_.Monotonic() >= due_) {
-    if (std::exchange(activity_, Activity::None) == Activity::Capture) {
-      FinishCapture();
-    } else {
-      FinishCommand();
+  while (activity_ != Activity::None || IsRepeating()) {
+    const std::chrono::nanoseconds now = clock_.Monotonic();
+    if (now < (activity_ != Activity::None ? due_ : *nextStart_)) return;
+    switch (std::exchange(activity_, Activity::None)) {
+      case Activity::None:
+        ContinueSeries(now);
+        break;
+      case Activity::Command:
+        FinishCommand();
+        break;
+      case Activity::Capture:
+        FinishCapture();
+        break;
     }
   }
 }
 
-void SimulatedSensor::Begin(Activity activity, std::chrono::nanoseconds duration) {
+void SimulatedSensor::Begin(Activity activity, std::chrono::nanoseconds start,
+                            std::chrono::nanoseconds duration) {
   activity_ = activity;
-  begun_ = clock_.Monotonic();
+  begun_ = start;
   due_ = begun_ + duration;
-}
-
-void SimulatedSensor::BeginCapture() {
-  capture_ =
-      CaptureSettings::Latch(registers_.Read(sensor::kRecCtrl), registers_.Read(sensor::kFftAvg));
-  for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
-    const std::uint16_t null = registers_.Read(sensor::OfAxis(sensor::kXNull, axis));
-    captureCorrectionG_[axis] = kNullLsbG * static_cast<std::int16_t>(null);
-  }
-  registers_.ClearBits(sensor::kStatus, sensor::kDataReady);
-  Begin(Activity::Capture, capture_.Duration());
-}
-
-void SimulatedSensor::FinishCapture() {
-  record_ = engine_.Take(scenario_, capture_, SecondsSincePowerUp(begun_), captureCorrectionG_);
-  for (std::size_t axis = 0; axis < kAxisCount && !capture_.timeRecord; ++axis) {
-    const SpectrumPeak peak = FindPeak(record_.words[axis]);
-    registers_.Set(sensor::OfAxis(sensor::kAlmXPeak, axis), peak.code);
-    registers_.Set(sensor::OfAxis(sensor::kAlmXFreq, axis), peak.bin);
-  }
-  const auto stamp = static_cast<std::uint32_t>(SecondsSincePowerUp(due_));
-  registers_.Set(sensor::kTimeStmpL, static_cast<std::uint16_t>(stamp & 0xFFFFU));
-  registers_.Set(sensor::kTimeStmpH, static_cast<std::uint16_t>(stamp >> 16U));
-  registers_.Set(sensor::kRecInfo, capture_.InfoWord());
-  registers_.Increment(sensor::kRecCnt);
-  MeasureSupplyAndTemperature();
-  registers_.SetBits(sensor::kStatus, sensor::kDataReady);
-}
-
-void SimulatedSensor::RequestStop() {
-  if (activity_ != Activity::Capture) return;
-  activity_ = Activity::None;
-  registers_.SetBits(sensor::kStatus, sensor::kRecordingEscape);
-}
-
-void SimulatedSensor::Autonull() {
-  const CaptureSettings now = CaptureSettings::Latch(registers_.Read(sensor::kRecCtrl), 0);
-  const auto meanG = engine_.MeasureMean(scenario_, now.range, SecondsSincePowerUp(begun_));
-  for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
-    const long null = std::clamp(std::lround(-meanG[axis] / kNullLsbG), -32768L, 32767L);
-    registers_.Set(sensor::OfAxis(sensor::kXNull, axis), static_cast<std::uint16_t>(null));
-  }
 }
 
 void SimulatedSensor::MeasureSupplyAndTemperature() {

@@ -4,10 +4,12 @@
 
 #include <chrono>
 #include <cstdint>
-#include <utility>
+#include <optional>
 
 #include "app/clock.h"
+#include "simulator/alarm_bands.h"
 #include "simulator/capture_engine.h"
+#include "simulator/flash_records.h"
 #include "simulator/register_file.h"
 #include "simulator/scenario.h"
 
@@ -32,14 +34,15 @@ class SimulatedSensor {
   void FrameError();
 
   // Changes what is measured from the next capture's end on, and what the sensor's tests find.
-  void SetScenario(Scenario scenario) { scenario_ = std::move(scenario); }
-  void SetFaults(const SensorFaults& faults) { scenario_.faults = faults; }
-  void SetSupply(double volts) { scenario_.supplyV = volts; }
+  void SetScenario(Scenario scenario);
+  void SetFaults(const SensorFaults& faults);
+  void SetSupply(double volts);
   [[nodiscard]] const Scenario& CurrentScenario() const { return scenario_; }
 
   // What the sensor is doing at this moment.
   [[nodiscard]] bool IsCapturing();
-  [[nodiscard]] bool IsBusy();  // with a command other than a capture
+  [[nodiscard]] bool IsInSeries();  // capturing in timer mode, or in the pause between two captures
+  [[nodiscard]] bool IsBusy();      // with a command other than a capture
   [[nodiscard]] bool IsAsleep() const { return asleep_; }
 
  private:
@@ -53,16 +56,30 @@ class SimulatedSensor {
   // Activities: at most one at a time, finished when its time has passed.
   void BeginFrame();
   void FinishWhatIsDue();
-  void Begin(Activity activity, std::chrono::nanoseconds duration);
-  void BeginCapture();
-  void FinishCapture();
+  void Begin(Activity activity, std::chrono::nanoseconds start, std::chrono::nanoseconds duration);
+
+  // Captures, in simulated_sensor_captures.cpp.
+  [[nodiscard]] CaptureSettings LatchSettings() const;
+  [[nodiscard]] bool IsRepeating() const { return nextStart_.has_value(); }
+  void StartRecording();
+  void StopOrRestart();
+  void ClearStatusInSeries();
   void RequestStop();
+  void EndRecording();
+  void ContinueSeries(std::chrono::nanoseconds now);
+  void BeginCapture(std::chrono::nanoseconds start);
+  void FinishCapture();
+  [[nodiscard]] bool IsToBeStored(const CaptureSettings& settings) const;
+  void StoreRecord();
+  void RetrieveRecord();
+  void ClearRecords();
+  void Autonull();
+  void ClearNulls();
 
   // Commands, in simulated_sensor_commands.cpp.
   [[nodiscard]] static const Command& CommandOf(unsigned bit);
   void BeginCommand(std::uint16_t word);
   void FinishCommand();
-  void Autonull();
   void PowerDown();
   void SelfTest();
   void FactoryReset();
@@ -71,6 +88,10 @@ class SimulatedSensor {
   void FlashUpdate();
   void SoftwareReset();
   void ResetBufferPointer();
+  void SaveAlarmBand();
+  void RetrieveAlarmBand();
+  void ClearAlarmBands();
+  [[nodiscard]] bool WriteFlash();
 
   void MeasureSupplyAndTemperature();
   [[nodiscard]] double SecondsSincePowerUp(std::chrono::nanoseconds moment) const;
@@ -80,6 +101,8 @@ class SimulatedSensor {
   std::chrono::nanoseconds powerUp_;
   RegisterFile registers_;
   RegisterFile::Words flash_;
+  FlashRecords records_;
+  AlarmBands bands_;
   CaptureEngine engine_;
   CapturedRecord record_;  // what X_BUF, Y_BUF and Z_BUF show
   std::uint16_t answer_ = 0;
@@ -89,6 +112,8 @@ class SimulatedSensor {
   std::chrono::nanoseconds begun_{0};
   std::chrono::nanoseconds due_{0};
   unsigned commandBit_ = 0;
+  std::optional<std::chrono::nanoseconds> nextStart_;  // while a series goes on
+  bool begunByTimer_ = false;                          // the last capture, not a command
   CaptureSettings capture_;
   CaptureEngine::PerAxis captureCorrectionG_{};
 };

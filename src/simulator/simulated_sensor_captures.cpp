@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "simulator/sensor_registers.h"
 #include "simulator/simulated_sensor.h"
@@ -56,13 +57,15 @@ void SimulatedSensor::EndRecording() {
 }
 
 // Begins the next capture of the series. Of those that would be complete by `now` only the newest
-// can be seen from outside; the ones before it are counted but not computed, unless they fill flash.
+// can be seen from outside; the ones before it are counted but not computed, unless they fill
+// flash.
 void SimulatedSensor::ContinueSeries(nanoseconds now) {
   const CaptureSettings settings = LatchSettings();
   if (!settings.repeats) return EndRecording();
   nanoseconds start = *nextStart_;
   const std::uint64_t complete = settings.CompletedIn(now - start);
-  if (complete > 1 && !CanStore(settings)) {
+  const bool fillsFlash = IsToBeStored(settings) && !scenario_.faults.flashUpdate;
+  if (complete > 1 && !fillsFlash) {
     registers_.Add(sensor::kRecCnt, complete - 1);
     start += static_cast<nanoseconds::rep>(complete - 1) * settings.Interval();
   }
@@ -102,10 +105,6 @@ void SimulatedSensor::FinishCapture() {
 // with the alarm bands.
 bool SimulatedSensor::IsToBeStored(const CaptureSettings& settings) const {
   return settings.storage == RecordStorage::All && !records_.IsFull();
-}
-
-bool SimulatedSensor::CanStore(const CaptureSettings& settings) const {
-  return IsToBeStored(settings) && !scenario_.faults.flashUpdate;
 }
 
 void SimulatedSensor::StoreRecord() {

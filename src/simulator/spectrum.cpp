@@ -51,6 +51,11 @@ void SpectrumAverager::Add(std::span<const double, kFftLength> samples) {
   ++blocks_;
 }
 
+void SpectrumAverager::Clear() {
+  sum_ = {};
+  blocks_ = 0;
+}
+
 std::array<double, kBinCount> SpectrumAverager::Mean() const {
   std::array<double, kBinCount> mean = sum_;
   for (double& magnitude : mean) magnitude /= blocks_;

@@ -24,6 +24,9 @@ class SpectrumAverager {
 
   void Add(std::span<const double, kFftLength> samples);
 
+  // Forgets the blocks added so far.
+  void Clear();
+
   // Mean magnitude of the blocks added so far; at least one.
   [[nodiscard]] std::array<double, kBinCount> Mean() const;
 

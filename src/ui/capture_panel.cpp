@@ -37,15 +37,16 @@ void CapturePanel::LayOut() {
   cmdStart->setMinimumHeight(2 * fontMetrics().height());
   cmdStart->setShortcut(QKeySequence("F5"));
   lblCapturingData_->setAlignment(Qt::AlignCenter);
-  QSizePolicy kept = lblCapturingData_->sizePolicy();
-  kept.setRetainSizeWhenHidden(true);
-  lblCapturingData_->setSizePolicy(kept);
+  KeepPlaceWhileHidden(lblCapturingData_);
   lblCapturingData_->hide();
   txtFileCount->setMaximumWidth(fontMetrics().horizontalAdvance("00000") + 20);
   txtFileCount->setAlignment(Qt::AlignRight);
   progress->setObjectName("prgReadout");
   progress->setAccessibleName(tr("Read-out of the record"));
   progress->setTextVisible(false);
+  progress->setMaximumWidth(24 * fontMetrics().averageCharWidth());
+  // Shown while no layout can happen.
+  KeepPlaceWhileHidden(progress);
   progress->hide();
 
   auto* grid = new QGridLayout(this);

@@ -29,9 +29,7 @@ frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
   PaintGround(LbLBusy_, ToColour(Rgb(240, 240, 0)));
   LbLBusy_->setAlignment(Qt::AlignCenter);
   LbLBusy_->setMargin(3);
-  QSizePolicy kept = LbLBusy_->sizePolicy();
-  kept.setRetainSizeWhenHidden(true);
-  LbLBusy_->setSizePolicy(kept);
+  KeepPlaceWhileHidden(LbLBusy_);
   LbLBusy_->hide();
 
   auto* buttons = new QHBoxLayout;

@@ -49,9 +49,7 @@ QLabel* MakeCursorLabel(const char* name, const QString& widest) {
   QLabel* label = MakeLabel(name, "");
   label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
-  QSizePolicy kept = label->sizePolicy();
-  kept.setRetainSizeWhenHidden(true);
-  label->setSizePolicy(kept);
+  KeepPlaceWhileHidden(label);
   return label;
 }
 

@@ -34,6 +34,7 @@ std::vector<double> Multiples(double low, double high, double step) {
   const double first = std::ceil(low / step - kRounding);
   const double last = std::floor(high / step + kRounding);
   const auto count = static_cast<int>(last - first) + 1;
+  ticks.reserve(static_cast<std::size_t>(std::max(count, 0)));
   for (int i = 0; i < count; ++i) ticks.push_back((first + i) * step + 0.0);
   return ticks;
 }

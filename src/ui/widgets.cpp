@@ -87,6 +87,12 @@ void PaintGround(QWidget* widget, const QColor& ground) {
   widget->setPalette(palette);
 }
 
+void KeepPlaceWhileHidden(QWidget* widget) {
+  QSizePolicy policy = widget->sizePolicy();
+  policy.setRetainSizeWhenHidden(true);
+  widget->setSizePolicy(policy);
+}
+
 QStringList Numbers(int last) {
   QStringList numbers;
   for (int i = 0; i <= last; ++i) numbers << QString::number(i);

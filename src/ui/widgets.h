@@ -36,6 +36,9 @@ namespace kestrel {
 // Text on a coloured ground, black or white, whichever reads better.
 void PaintGround(QWidget* widget, const QColor& ground);
 
+// The layout keeps the widget's room while it is hidden.
+void KeepPlaceWhileHidden(QWidget* widget);
+
 // "0", "1" ... "last".
 [[nodiscard]] QStringList Numbers(int last);
 

@@ -63,7 +63,7 @@ TEST_F(Capture, ShowsItsStatesInOrder) {
   cycle.cmdStart_Click();
   EXPECT_EQ(journal.Only({"caption", "capturing", "status flags"}),
             (Words{"status flags", "capturing shown", "caption Stop", "status flags",
-                   "capturing hidden", "caption Start", "capturing hidden"}));
+                   "capturing hidden", "caption Start", "caption Start", "capturing hidden"}));
 }
 
 TEST_F(Capture, TheSpiFailureOfACaptureIsNotShown) {
@@ -234,6 +234,39 @@ TEST_F(Capture, ALostAdapterIsSearchedAgainByTheNextPress) {
   EXPECT_EQ(RawX(0), 1000);
 }
 
+// What the model holds may be wrong: it was last filled while the sensor was being lost.
+TEST_F(Capture, TheControlRegisterIsReadAgainOnceTheAdapterIsFound) {
+  sensor.Set(address::kRecCtrl, 0x0320);
+  UsbPresent = false;
+  ReadyAtPoll(1);
+  cycle.cmdStart_Click();
+  EXPECT_EQ(TakeFrames(), ReadFrames(address::kRecCtrl) + WaitFrames(1) + ReadoutFrames(255) +
+                              AlarmStatusFrames() + AlarmStatusFrames());
+  EXPECT_EQ(gRecCtrl->SampleRate(), 3);
+  EXPECT_EQ(loop.Intervals(), (Intervals{390ms, 50ms})) << "the wait follows the rate read";
+  EXPECT_EQ(DataX(0), 1000 * 0.0003052) << "the scale follows the range read";
+}
+
+TEST_F(Capture, AnAdapterThatIsThereNeedsNoSecondLook) {
+  ReadyAtPoll(1);
+  readoutView.autoPlot = false;
+  cycle.cmdStart_Click();
+  EXPECT_EQ(sensor.Count(address::kRecCtrl * 256), 0);
+}
+
+TEST_F(Capture, AnAdapterLostAgainBeforeTheControlRegisterIsReadStartsNothing) {
+  const int before = sensor.Requests();
+  InitInterface(core);
+  const int requestsOfTheSearch = sensor.Requests() - before;
+  TakeFrames();
+  UsbPresent = false;
+  sensor.UnplugAtRequest(requestsOfTheSearch + 1);
+  cycle.cmdStart_Click();
+  EXPECT_EQ(messages.Texts(), Words{"Error Writing SPI"});
+  EXPECT_EQ(TakeFrames(), Frames{});
+  EXPECT_TRUE(WindowIsIdle());
+}
+
 TEST_F(Capture, AnAdapterThatIsStillMissingIsNamedOnce) {
   UsbPresent = false;
   sensor.UnplugAtRequest(1);
@@ -277,6 +310,27 @@ TEST_F(Capture, ReadingTheBuffersNeedsNoCapture) {
   cycle.cmdReadBuffer_Click();
   EXPECT_EQ(TakeFrames(), ReadoutFrames(255) + AlarmStatusFrames());
   EXPECT_EQ(journal.Count("draw"), 1);
+}
+
+// They would stop the finished capture or start another one.
+TEST_F(Capture, PressesDuringTheReadOutAreDropped) {
+  ReadyAtPoll(1);
+  readoutView.dataLog = true;
+  bool pressed = false;
+  sensor.OnRead(address::kYBuf, [&] {
+    if (!pressed) {
+      PressAfter(0ms);
+      PressAfter(1ms);
+    }
+    pressed = true;
+    return 0;
+  });
+  cycle.cmdStart_Click();
+  EXPECT_TRUE(loop.ScriptDone());
+  EXPECT_EQ(TakeFrames(),
+            WaitFrames(1) + ReadoutFrames(255) + AlarmStatusFrames() + AlarmStatusFrames());
+  EXPECT_EQ(files.contents.size(), 1U);
+  EXPECT_TRUE(WindowIsIdle());
 }
 
 TEST_F(Capture, ReadingTheBuffersWithoutAnInterfaceAsksForOne) {

@@ -140,6 +140,18 @@ TEST_F(Readout, SupplyTemperatureAndCount) {
   EXPECT_EQ(gRecInfo->FFTAverages().BFValue(), 8);
 }
 
+TEST_F(Readout, TheSampleRateOptionIsThatOfTheRecordKept) {
+  for (const int option : {3, 0, 1, 2}) {
+    sensor.Set(address::kRecInfo, option << 14);
+    readout.ReadCaptureBuffer();
+    EXPECT_EQ(Buff.sampleRateOption, option);
+  }
+  sensor.Set(address::kRecInfo, 3 << 14);
+  sensor.UnplugAtRequest(100);
+  EXPECT_FALSE(readout.ReadCaptureBuffer());
+  EXPECT_EQ(Buff.sampleRateOption, 2);
+}
+
 TEST_F(Readout, ShowsWhatItDoesInOrder) {
   readoutView.dataLog = true;
   readout.ReadCaptureBuffer();

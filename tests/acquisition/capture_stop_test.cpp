@@ -50,7 +50,7 @@ TEST_F(Stopping, DuringTheInitialWait) {
   EXPECT_EQ(loop.Intervals(), (Intervals{360ms, 50ms, 50ms}));
   EXPECT_EQ(journal.Only({"caption", "capturing"}),
             (Words{"capturing shown", "caption Stop", "caption Start", "capturing hidden",
-                   "capturing hidden", "caption Start", "capturing hidden"}));
+                   "capturing hidden", "caption Start", "caption Start", "capturing hidden"}));
   EXPECT_TRUE(WindowIsIdle());
   EXPECT_TRUE(loop.ScriptDone());
 }

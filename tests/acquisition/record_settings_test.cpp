@@ -5,10 +5,13 @@
 #include <cmath>
 
 #include "device/rec_ctrl.h"
+#include "logging/data_log_text.h"
 #include "support/capture_bench.h"
 
 namespace kestrel {
 namespace {
+
+using namespace std::chrono_literals;
 
 class Settings : public CaptureBench {
  protected:
@@ -17,6 +20,7 @@ class Settings : public CaptureBench {
     return ReadFrames(address::kRecCtrl) + ReadFrames(address::kRecCtrl);
   }
 
+  std::chrono::nanoseconds startTime = clock.Monotonic();
   FakeSettingsView view;
   WindowDelay delay{loop};
   RecordSettings settings{core.registers, status, alarms, messages, delay, view};
@@ -159,6 +163,44 @@ TEST_F(Settings, TheExponentOfTheAveragesIsKeptForTheLog) {
   sensor.Set(address::kFftAvg, 100);
   settings.Read_FFTAVGS();
   EXPECT_DOUBLE_EQ(std::exp2(AvgExponent), 100);
+}
+
+TEST_F(Settings, TheLogShowsEveryNumberOfAveragesAsAWholeNumber) {
+  for (int averages = 1; averages <= 255; ++averages) {
+    view.selected[Setting::FftAvgs] = averages;
+    settings.cbxFFTAvgs_Click();
+    const std::string text = DataLogText(FormatFor('.'), "Datalog", "date", "time");
+    const std::size_t begin = text.find("AVG_Cnt,");
+    ASSERT_NE(begin, std::string::npos);
+    EXPECT_EQ(text.substr(begin, text.find('\r', begin) - begin),
+              "AVG_Cnt," + std::to_string(averages));
+  }
+}
+
+TEST_F(Settings, TheWorkingSignStandsInTheFrameForAFifthOfASecond) {
+  std::string during;
+  loop.At(clock.Monotonic() + 100ms, [&] { during = view.fraCap; });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(during, "WRITE/READ CAPT_CTRL");
+  EXPECT_EQ(view.fraCaps, (Words{"WRITE/READ CAPT_CTRL", "Record settings"}));
+  EXPECT_EQ(loop.Intervals(), std::vector{200ms});
+  EXPECT_FALSE(loop.TimerRuns());
+  EXPECT_EQ(TakeFrames(), Frames{});
+}
+
+// The sign of the second change takes the first one's as the caption that it puts back.
+TEST_F(Settings, TheCaptionComesBackWhenAnotherSettingIsChangedMeanwhile) {
+  loop.At(clock.Monotonic() + 100ms, [this] { settings.ShowWorkingCapPrd(); });
+  settings.ShowWorkingCapPrd();
+  EXPECT_TRUE(loop.ScriptDone());
+  EXPECT_EQ(view.fraCap, "Record settings");
+}
+
+TEST_F(Settings, TheCaptionComesBackWhenTheWindowClosesMeanwhile) {
+  loop.At(clock.Monotonic() + 100ms, [this] { delay.Close(); });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(clock.Monotonic(), 100ms + startTime);
+  EXPECT_EQ(view.fraCap, "Record settings");
 }
 
 TEST_F(Settings, ControlSettingsAreWrittenAndReadBack) {

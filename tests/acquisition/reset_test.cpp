@@ -124,7 +124,11 @@ std::vector<Name> CaptureNames() {
           KESTREL_POINTS(RawX),
           KESTREL_POINTS(RawY),
           KESTREL_POINTS(RawZ),
-          {"Buff", [] { Buff.width = 511; }, [] { return Buff.width == 255; }},
+          {"Buff",
+           [] {
+             Buff = {511, 3};
+           },
+           [] { return Buff.width == 255 && Buff.sampleRateOption == 0; }},
           KESTREL_PLAIN(CaptureType, "FFT", "TimeDomain"),
           KESTREL_PLAIN(LsbWeight, 0, 1),
           KESTREL_PLAIN(RangeSetting, 0, 3),

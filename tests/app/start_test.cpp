@@ -112,6 +112,23 @@ TEST_F(Start, QuickStartSkipsTheTrialsAndTheLoadingWindow) {
   EXPECT_EQ(DelayReport, "Delay calibration was skipped.\r\n");
 }
 
+// The waits follow another clock, so the program is usable all the same.
+TEST_F(Start, ATimerThatStandsStillGivesOneMessageAndTheProgramStarts) {
+  clock_.SetSecondsPerIteration(0);
+  boards_.boards[0] = {};
+  Config("Interface = 2\n");
+  Run({});
+  EXPECT_THAT(messages_.Texts(), ElementsAre("CalibrateDelay\nOverflow"));
+  EXPECT_THAT(pointer_.Shown(), ElementsAre("hourglass", "default"));
+  EXPECT_EQ(journal_.Entries().back(), "main window");
+  EXPECT_EQ(InterfaceType, 2);
+  EXPECT_TRUE(UsbPresent);
+  const auto before = clock_.Monotonic();
+  core_.delay.Delay(float{50});
+  EXPECT_EQ(clock_.Monotonic() - before, std::chrono::milliseconds{50});
+  EXPECT_EQ(messages_.Texts().size(), 1U) << "no second calibration";
+}
+
 TEST_F(Start, RegisterTableAndModelsAreThereWhenTheMainWindowShows) {
   Run();
   EXPECT_EQ(RegCount, 57);

@@ -65,6 +65,16 @@ class DataLogFile : public testing::Test {
     return Read(log.LastFile().string());
   }
 
+  // The run-time error of writing a file; empty when there is none.
+  std::string ErrorOfWriting() {
+    try {
+      log.WriteDataFile();
+    } catch (const RuntimeError& error) {
+      return error.what();
+    }
+    return "";
+  }
+
   FakeClock clock;
   ScriptedLoop loop{clock};
   MemoryFiles files;
@@ -193,31 +203,81 @@ TEST_F(DataLogFile, TheCounterIsYellowMeanwhileAndShowsTheFileJustWritten) {
 TEST_F(DataLogFile, AFileThatCannotBeWrittenUsesNoIndex) {
   log.WriteDataFile();
   files.failure = "Permission denied";
-  try {
-    log.WriteDataFile();
-    ADD_FAILURE();
-  } catch (const RuntimeError& error) {
-    EXPECT_STREQ(error.what(), "/program/Datalog_2.csv: Permission denied");
-  }
+  EXPECT_EQ(ErrorOfWriting(), "/program/Datalog_2.csv: Permission denied");
   EXPECT_EQ(DataLogIndex, 2);
   EXPECT_EQ(view.fileCount, "1");
   EXPECT_EQ(view.colours.back(), kWhite);
   EXPECT_EQ(log.LastFile(), "/program/Datalog_1.csv");
 }
 
-TEST_F(DataLogFile, TheLastIndexOverflowsWithoutAFile) {
+// The index cannot count on from here, but its file is whole.
+TEST_F(DataLogFile, TheLastIndexIsWrittenAndThenOverflows) {
   DataLogIndex = 32766;
   log.WriteDataFile();
   EXPECT_EQ(DataLogIndex, 32767);
-  try {
-    log.WriteDataFile();
-    ADD_FAILURE();
-  } catch (const RuntimeError& error) {
-    EXPECT_STREQ(error.what(), "Overflow");
-  }
-  EXPECT_EQ(files.contents.size(), 1U);
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  EXPECT_EQ(Read("/program/Datalog_32767.csv").size(), 268U);
+  EXPECT_EQ(files.contents.size(), 2U);
+  EXPECT_EQ(log.LastFile(), "/program/Datalog_32767.csv");
   EXPECT_EQ(DataLogIndex, 32767);
+  EXPECT_EQ(view.fileCount, "32767");
   EXPECT_EQ(view.colours.back(), kWhite);
+}
+
+TEST_F(DataLogFile, AfterTheLastIndexNothingIsWrittenAndNothingReplaced) {
+  DataLogIndex = 32767;
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  const std::string last = files.contents.at("/program/Datalog_32767.csv");
+  for (int i = 0; i < 3; ++i) {
+    DataX(0) = 77;
+    EXPECT_EQ(ErrorOfWriting(), "Overflow");
+    EXPECT_EQ(files.contents.size(), 1U);
+    EXPECT_EQ(files.contents.at("/program/Datalog_32767.csv"), last);
+    EXPECT_EQ(view.colours.back(), kWhite);
+  }
+}
+
+TEST_F(DataLogFile, OnceTheIndexIsResetLoggingGoesOn) {
+  DataLogIndex = 32767;
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  DataLogIndex = 1;
+  EXPECT_EQ(Write().size(), 268U);
+  EXPECT_EQ(log.LastFile(), "/program/Datalog_1.csv");
+  EXPECT_EQ(DataLogIndex, 2);
+  DataLogIndex = 32767;
+  files.contents.clear();
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  EXPECT_EQ(files.contents.size(), 1U) << "the last index is free again";
+}
+
+TEST_F(DataLogFile, ALastFileThatCannotBeWrittenCanBeTriedAgain) {
+  DataLogIndex = 32767;
+  files.failure = "No space left on device";
+  EXPECT_EQ(ErrorOfWriting(), "/program/Datalog_32767.csv: No space left on device");
+  files.failure.clear();
+  EXPECT_EQ(ErrorOfWriting(), "Overflow");
+  EXPECT_EQ(files.contents.size(), 1U);
+}
+
+TEST_F(DataLogFile, WhereTheProgramsFolderIsReadOnlyFilesGoToTheDocuments) {
+  files.readOnly.insert("/program");
+  log.WriteDataFile();
+  EXPECT_EQ(log.LastFile(), "/documents/Datalog_1.csv");
+  files.readOnly.clear();
+  log.WriteDataFile();
+  EXPECT_EQ(log.LastFile(), "/program/Datalog_2.csv");
+  EXPECT_EQ(files.contents.size(), 2U);
+}
+
+TEST_F(DataLogFile, ANameThatCannotBeAFileNameIsNamedAndNothingWritten) {
+  for (const std::string name : {"../pump", "a\\b", "nul"}) {
+    DataLogName = name;
+    EXPECT_EQ(ErrorOfWriting().substr(0, 12 + name.size()), "File name " + name + ": ");
+    EXPECT_TRUE(files.contents.empty());
+    EXPECT_EQ(DataLogIndex, 1);
+    EXPECT_EQ(view.colours.back(), kWhite);
+  }
 }
 
 TEST(DataLogFormat, FollowsTheDecimalMark) {

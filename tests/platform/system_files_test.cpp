@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "support/environment.h"
 #include "support/other_user.h"
 #include "support/temporary_folder.h"
 
@@ -48,6 +49,67 @@ TEST_F(SystemFilesTest, WorkingFolderThatIsGoneIsNoError) {
   fs::current_path(folder_.path() / "gone");
   fs::remove(folder_.path() / "gone");
   EXPECT_EQ(files_.WorkingFolder(), ".");
+}
+
+TEST_F(SystemFilesTest, DocumentsFolderIsTheOneTheUserChose) {
+  Environment environment;
+  fs::create_directories(folder_.path() / "papers");
+  fs::create_directories(folder_.path() / "home" / "Documents");
+  environment.Set("HOME", (folder_.path() / "home").string());
+  environment.Set("XDG_DOCUMENTS_DIR", (folder_.path() / "papers").string());
+  EXPECT_EQ(files_.DocumentsFolder(), folder_.path() / "papers");
+  for (const char* chosen : {"gone", ""}) {
+    environment.Set("XDG_DOCUMENTS_DIR", *chosen == '\0' ? "" : (folder_.path() / chosen).string());
+    EXPECT_EQ(files_.DocumentsFolder(), folder_.path() / "home" / "Documents") << chosen;
+  }
+}
+
+TEST_F(SystemFilesTest, DocumentsFolderIsInTheHomeFolderOrTheHomeFolderItself) {
+  Environment environment;
+  environment.Set("XDG_DOCUMENTS_DIR", std::nullopt);
+  environment.Set("HOME", folder_.path().string());
+  EXPECT_EQ(files_.DocumentsFolder(), folder_.path());
+  folder_.Write("Documents", "no folder");
+  EXPECT_EQ(files_.DocumentsFolder(), folder_.path());
+  fs::remove(folder_.path() / "Documents");
+  fs::create_directory(folder_.path() / "Documents");
+  EXPECT_EQ(files_.DocumentsFolder(), folder_.path() / "Documents");
+}
+
+TEST_F(SystemFilesTest, WithoutAHomeFolderDocumentsAreInTheWorkingFolder) {
+  Environment environment;
+  environment.Set("XDG_DOCUMENTS_DIR", std::nullopt);
+  fs::current_path(folder_.path());
+  for (const auto& home : {std::optional<std::string>(), std::optional<std::string>("")}) {
+    environment.Set("HOME", home);
+    EXPECT_EQ(files_.DocumentsFolder(), folder_.path());
+  }
+}
+
+TEST_F(SystemFilesTest, OnlyFoldersCanBeWrittenIn) {
+  EXPECT_TRUE(files_.CanWriteIn(folder_.path()));
+  EXPECT_FALSE(files_.CanWriteIn(folder_.path() / "missing"));
+  EXPECT_FALSE(files_.CanWriteIn(fs::path()));
+  const fs::path file = folder_.Write("program", "content");
+  fs::permissions(file, fs::perms::all);
+  EXPECT_FALSE(files_.CanWriteIn(file));
+}
+
+TEST_F(SystemFilesTest, AFolderThatTheUserMayNotWriteInIsTold) {
+  fs::permissions(folder_.path(), fs::perms::all);
+  for (const char* name : {"open", "readOnly", "closed"}) {
+    fs::create_directory(folder_.path() / name);
+  }
+  fs::permissions(folder_.path() / "open", fs::perms::all);
+  fs::permissions(folder_.path() / "readOnly", static_cast<fs::perms>(0555));
+  fs::permissions(folder_.path() / "closed", static_cast<fs::perms>(0666));
+  {
+    const OtherUser user;
+    EXPECT_TRUE(files_.CanWriteIn(folder_.path() / "open"));
+    EXPECT_FALSE(files_.CanWriteIn(folder_.path() / "readOnly"));
+    EXPECT_FALSE(files_.CanWriteIn(folder_.path() / "closed"));
+  }
+  fs::permissions(folder_.path() / "closed", fs::perms::all);
 }
 
 TEST_F(SystemFilesTest, ReadsAWholeFileByteForByte) {

@@ -18,15 +18,20 @@ using namespace std::chrono_literals;
 
 // Byte addresses, written out again here so that a slip in the sensor's own list shows.
 namespace reg {
+inline constexpr std::uint8_t kEndurance = 0x00;
 inline constexpr std::uint8_t kXNull = 0x02;
+inline constexpr std::uint8_t kRecFlshCnt = 0x08;
 inline constexpr std::uint8_t kSupply = 0x0A;
 inline constexpr std::uint8_t kTemp = 0x0C;
 inline constexpr std::uint8_t kFftAvg = 0x0E;
 inline constexpr std::uint8_t kPointer = 0x10;
+inline constexpr std::uint8_t kRecPntr = 0x12;
 inline constexpr std::uint8_t kXBuf = 0x14;
 inline constexpr std::uint8_t kRecCnt = 0x1A;
 inline constexpr std::uint8_t kRecCtrl = 0x1C;
 inline constexpr std::uint8_t kRecPrd = 0x1E;
+inline constexpr std::uint8_t kFLow = 0x20;
+inline constexpr std::uint8_t kAlmPntr = 0x30;
 inline constexpr std::uint8_t kStatus = 0x3C;
 inline constexpr std::uint8_t kCommand = 0x3E;
 inline constexpr std::uint8_t kXPeak = 0x46;
@@ -35,6 +40,26 @@ inline constexpr std::uint8_t kTimeHigh = 0x4E;
 inline constexpr std::uint8_t kXFreq = 0x70;
 inline constexpr std::uint8_t kRecInfo = 0x76;
 }  // namespace reg
+
+// Bits of COMMAND.
+namespace command {
+inline constexpr std::uint16_t kAutonull = 0x0001;
+inline constexpr std::uint16_t kPowerDown = 0x0002;
+inline constexpr std::uint16_t kSelfTest = 0x0004;
+inline constexpr std::uint16_t kFactoryReset = 0x0008;
+inline constexpr std::uint16_t kClearStatus = 0x0010;
+inline constexpr std::uint16_t kFlashTest = 0x0020;
+inline constexpr std::uint16_t kFlashUpdate = 0x0040;
+inline constexpr std::uint16_t kSoftwareReset = 0x0080;
+inline constexpr std::uint16_t kClearRecords = 0x0100;
+inline constexpr std::uint16_t kClearBands = 0x0200;
+inline constexpr std::uint16_t kResetPointer = 0x0400;
+inline constexpr std::uint16_t kStartStop = 0x0800;
+inline constexpr std::uint16_t kSaveBand = 0x1000;
+inline constexpr std::uint16_t kRetrieveRecord = 0x2000;
+inline constexpr std::uint16_t kRetrieveBand = 0x4000;
+inline constexpr std::uint16_t kClearNulls = 0x8000;
+}  // namespace command
 
 // A sensor on a bench, spoken to in SPI frames.
 class Bench {
@@ -64,7 +89,7 @@ class Bench {
       WriteByte(reg::kCommand, static_cast<std::uint8_t>(word));
     }
   }
-  void StartStop() { Give(0x0800); }
+  void StartStop() { Give(command::kStartStop); }
   void StopRequest() { sensor.Exchange(0xE8E8); }
   std::uint16_t Status() { return Read(reg::kStatus); }
   bool DataReady() { return (Status() & 0x80U) != 0; }
@@ -110,8 +135,10 @@ inline double BinHz(double bin, unsigned option) {
 }
 
 // REC_CTRL word.
-inline std::uint16_t RecCtrl(unsigned mode, unsigned range, unsigned option, unsigned window) {
-  return static_cast<std::uint16_t>(window << 12U | option << 8U | range << 4U | mode);
+inline std::uint16_t RecCtrl(unsigned mode, unsigned range, unsigned option, unsigned window,
+                             unsigned storage = 0) {
+  return static_cast<std::uint16_t>(window << 12U | option << 8U | range << 4U | storage << 2U |
+                                    mode);
 }
 
 }  // namespace kestrel

@@ -107,7 +107,7 @@ TEST_F(AdapterTest, DeviceDescriptorNamesVendorAndProduct) {
 TEST_F(AdapterTest, StringsAreReadByLengthThenWhole) {
   const auto device = Open();
   EXPECT_EQ(StringOf(device, 1), "Kestrel");
-  EXPECT_EQ(StringOf(device, 2), "USB to SPI adapter");
+  EXPECT_EQ(StringOf(device, 2), "simulated USB to SPI adapter");
   EXPECT_EQ(StringOf(device, 3), "failed");
   Bytes buffer(4);
   EXPECT_FALSE(Request(device, 0x222044, {1}, buffer)) << "the request has five bytes";

@@ -4,22 +4,14 @@
 
 #include <cmath>
 #include <numeric>
+#include <ostream>
 
 #include "simulator/sensor_fixture.h"
 
 namespace kestrel {
 namespace {
 
-constexpr std::uint16_t kAutonull = 0x0001;
-constexpr std::uint16_t kPowerDown = 0x0002;
-constexpr std::uint16_t kSelfTest = 0x0004;
-constexpr std::uint16_t kFactoryReset = 0x0008;
-constexpr std::uint16_t kClearStatus = 0x0010;
-constexpr std::uint16_t kFlashTest = 0x0020;
-constexpr std::uint16_t kFlashUpdate = 0x0040;
-constexpr std::uint16_t kSoftwareReset = 0x0080;
-constexpr std::uint16_t kResetPointer = 0x0400;
-
+using namespace command;
 using Commands = SensorTest;
 
 double MeanG(Bench& bench, unsigned axis) {
@@ -198,6 +190,64 @@ TEST_F(Commands, EffectShowsWhenTheBusyTimeIsOver) {
   EXPECT_EQ(Read(reg::kFftAvg), 20);
   clock.Advance(1ms);
   EXPECT_EQ(Read(reg::kFftAvg), 8);
+}
+
+struct Work {
+  std::uint16_t word;
+  std::chrono::milliseconds time;
+};
+
+void PrintTo(const Work& work, std::ostream* out) {
+  *out << "COMMAND " << work.word;
+}
+
+class Busy : public ::testing::TestWithParam<Work> {};
+
+TEST_P(Busy, SensorIsForTheTimeThatTheCommandTakes) {
+  Bench bench;
+  bench.Give(GetParam().word);
+  if (GetParam().time > 0ms) {
+    bench.clock.Advance(GetParam().time - 1ns);
+    EXPECT_TRUE(bench.sensor.IsBusy());
+    bench.clock.Advance(1ns);
+  }
+  EXPECT_FALSE(bench.sensor.IsBusy());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Busy,
+                         ::testing::Values(Work{kAutonull, 170ms}, Work{kPowerDown, 0ms},
+                                           Work{kSelfTest, 40ms}, Work{kFactoryReset, 130ms},
+                                           Work{kClearStatus, 0ms}, Work{kFlashTest, 140ms},
+                                           Work{kFlashUpdate, 40ms}, Work{kSoftwareReset, 45ms},
+                                           Work{kClearRecords, 40ms}, Work{kClearBands, 20ms},
+                                           Work{kResetPointer, 0ms}, Work{kSaveBand, 0ms},
+                                           Work{kRetrieveRecord, 2ms}, Work{kRetrieveBand, 1ms},
+                                           Work{kClearNulls, 0ms}));
+
+TEST_F(Commands, NullValuesAreClearedOnAllAxes) {
+  constexpr std::uint8_t kNulls[] = {0x02, 0x04, 0x06};
+  for (const std::uint8_t address : kNulls) Write(address, 0xFF00);
+  Write(reg::kFftAvg, 20);
+  Give(kClearNulls);
+  for (const std::uint8_t address : kNulls) EXPECT_EQ(Read(address), 0) << +address;
+  EXPECT_EQ(Read(reg::kFftAvg), 20);
+}
+
+TEST_F(Commands, FailingFactoryResetIsReportedAndChangesNothing) {
+  Write(reg::kFftAvg, 20);
+  sensor.SetFaults({.flashUpdate = true});
+  Command(kFactoryReset);
+  EXPECT_EQ(Status(), 1 << 2);
+  EXPECT_EQ(Read(reg::kFftAvg), 20);
+  EXPECT_EQ(Read(reg::kEndurance), 0);
+}
+
+TEST_F(Commands, FlashWritesAreCountedModulo65536) {
+  Write(reg::kAlmPntr, 1);
+  for (unsigned i = 0; i < 65535; ++i) Give(kSaveBand);
+  EXPECT_EQ(Read(reg::kEndurance), 65535);
+  Give(kSaveBand);
+  EXPECT_EQ(Read(reg::kEndurance), 0);
 }
 
 TEST_F(Commands, OfSeveralBitsTheLowestCounts) {

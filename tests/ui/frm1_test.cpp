@@ -3,7 +3,8 @@
 #include "ui/frm1.h"
 
 #include <QAction>
-#include <QMenuBar>
+#include <QProgressBar>
+#include <algorithm>
 
 #include "device/capture_data.h"
 #include "device/rec_ctrl.h"
@@ -104,6 +105,27 @@ TEST_F(Frm1, StartTakesASpectrumAndPlotsIt) {
   Window().grab();
   EXPECT_GT(Find<PictureBox>("pic1").TracePaintCount(), before);
   EXPECT_TRUE(messages_.Texts().empty());
+}
+
+TEST_F(Frm1, AProgressBarStandsInTheStatusBarDuringTheReadOut) {
+  Start();
+  ChooseShortCaptures();
+  auto& bar = Find<QProgressBar>("prgReadout");
+  std::vector<QRect> places;
+  std::vector<bool> hourglass;
+  QObject::connect(&bar, &QProgressBar::valueChanged, [&] {
+    places.push_back(bar.geometry());
+    hourglass.push_back(QApplication::overrideCursor() != nullptr);
+  });
+  Press("cmdStart");
+  ASSERT_GE(places.size(), 10U);
+  const QRect room = bar.parentWidget()->rect();
+  for (const QRect& place : places) {
+    EXPECT_TRUE(room.contains(place));
+    EXPECT_GT(place.left(), room.center().x());
+  }
+  EXPECT_EQ(std::count(hourglass.begin(), hourglass.end(), false), 0);
+  EXPECT_TRUE(bar.isHidden());
 }
 
 TEST_F(Frm1, ManualTimeModeTakesATimeRecord) {

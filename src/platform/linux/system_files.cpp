@@ -142,7 +142,9 @@ fs::path SystemFiles::DocumentsFolder() {
 }
 
 bool SystemFiles::CanWriteIn(const fs::path& folder) {
-  return access(folder.c_str(), W_OK | X_OK) == 0;
+  std::error_code error;
+  return fs::is_directory(folder, error) &&
+         faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t limit) {
