@@ -9,11 +9,9 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QComboBox>
-#include <QPushButton>
+#include <QCheckBox>
 #include <QTimer>
-#include <QWindow>
-#include <algorithm>
+#include <QWidget>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
@@ -21,15 +19,8 @@
 #include <string>
 #include <vector>
 
-#include "app/start.h"
 #include "device/rec_ctrl.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/system_files.h"
-#include "platform/linux/system_locale.h"
-#include "simulator/simulated_hardware.h"
-#include "ui/qt_event_loop.h"
-#include "ui/qt_seams.h"
-#include "ui/start_windows.h"
+#include "program.h"
 
 namespace kestrel {
 namespace {
@@ -39,48 +30,6 @@ using std::chrono::steady_clock;
 double Seconds(steady_clock::duration time) {
   return std::chrono::duration<double>(time).count();
 }
-
-double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<long>(values.size() / 2),
-                   values.end());
-  return values[values.size() / 2];
-}
-
-void Expose(QWidget& window) {
-  while (window.windowHandle() == nullptr || !window.windowHandle()->isExposed()) {
-    QApplication::processEvents(QEventLoop::AllEvents, 5);
-  }
-  QApplication::processEvents();
-}
-
-// The program over the simulated sensor, as its entry point builds it.
-class Program {
- public:
-  Program()
-      : hardware_(clock_, RunningMachine()),
-        core_({clock_, loop_, pointer_, messages_, files_, locale_, hardware_.Adapter(),
-               hardware_.Port(), hardware_.Service()}),
-        windows_(core_, [] {}) {
-    Main(core_, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
-  }
-
-  frm1& Window() { return windows_.MainWindow(); }
-  void Choose(const char* list, int index) {
-    Window().findChild<QComboBox*>(list)->setCurrentIndex(index);
-  }
-  void Press(const char* button) { Window().findChild<QPushButton*>(button)->click(); }
-
- private:
-  SystemClock clock_;
-  QtEventLoop loop_;
-  QtMousePointer pointer_;
-  ConsoleMessages messages_;
-  SystemFiles files_;
-  SystemLocale locale_;
-  SimulatedHardware hardware_;
-  Core core_;
-  QtStartWindows windows_;
-};
 
 int ShowEmptyWindow(int argc, char** argv) {
   const QApplication application(argc, argv);

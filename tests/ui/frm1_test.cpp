@@ -16,12 +16,6 @@ namespace {
 
 using Frm1 = WindowBench;
 
-std::vector<std::string> Items(const QComboBox& list) {
-  std::vector<std::string> items;
-  for (int i = 0; i < list.count(); ++i) items.push_back(list.itemText(i).toStdString());
-  return items;
-}
-
 TEST_F(Frm1, LoadsWithItsTitleAndLists) {
   Start();
   EXPECT_EQ(Window().windowTitle(), "Norvale    Kestrel evaluation program");
@@ -74,13 +68,14 @@ TEST_F(Frm1, ShowsTheSensorsSettingsAfterLoading) {
 
 TEST_F(Frm1, MenusOfWindowsThatDoNotExistAreDisabled) {
   Start();
-  for (const char* name : {"mnuDatalog", "mnuParallel", "mnuUsb", "mnuCommand", "mnuAlarmCtrl",
-                           "mnuAlarmSpectrum", "mnuDIOGPIO", "MnuCal", "mnuRegisters"}) {
+  for (const char* name : {"mnuParallel", "mnuUsb", "mnuAlarmCtrl", "mnuAlarmSpectrum",
+                           "mnuDIOGPIO", "MnuCal", "mnuRegisters"}) {
     const auto* action = Window().findChild<QAction*>(name);
     ASSERT_NE(action, nullptr) << name;
     EXPECT_FALSE(action->isEnabled()) << name;
   }
-  for (const char* name : {"mnuSimulated", "mnu31407", "MnuExit", "mnuAbout"}) {
+  for (const char* name : {"mnuSimulated", "mnu31407", "MnuExit", "mnuAbout", "mnuDatalog",
+                           "mnuCommand", "mnuRecInfo"}) {
     EXPECT_TRUE(Window().findChild<QAction*>(name)->isEnabled()) << name;
   }
 }
@@ -229,9 +224,9 @@ TEST_F(Frm1, AFileThatCannotBeWrittenGivesOneMessageAndKeepsTheRecord) {
   files_.failure = "No space left on device";
   Press("cmdStart");
   ASSERT_EQ(messages_.Texts().size(), 1U);
-  EXPECT_EQ(messages_.Texts()[0],
-            "cmdStart_Click\n" + (files_.ProgramFolder() / "Datalog_1.csv").string() +
-                ": No space left on device");
+  EXPECT_EQ(messages_.Texts()[0], "cmdStart_Click\n" +
+                                      (files_.ProgramFolder() / "Datalog_1.csv").string() +
+                                      ": No space left on device");
   EXPECT_EQ(Find<QPushButton>("cmdStart").text(), "Start");
   EXPECT_FALSE(RawX == RecordArray{});
   files_.failure.clear();

@@ -4,15 +4,20 @@
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QProgressBar>
 #include <QPushButton>
-#include <QtTest/QTest>
+#include <QRadioButton>
 #include <QTimer>
+#include <QtTest/QTest>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "app/start.h"
 #include "simulator/simulated_hardware.h"
@@ -60,7 +65,13 @@ class WindowBench : public ::testing::Test {
   QString Text(const char* label) { return Find<QLabel>(label).text(); }
   QString BoxText(const char* box) { return Find<QLineEdit>(box).text(); }
   void Press(const char* button) { Find<QPushButton>(button).click(); }
+  void Trigger(const char* item) { Find<QAction>(item).trigger(); }
   void Choose(const char* list, int index) { Find<QComboBox>(list).setCurrentIndex(index); }
+  static std::vector<std::string> Items(const QComboBox& list) {
+    std::vector<std::string> items;
+    for (int i = 0; i < list.count(); ++i) items.push_back(list.itemText(i).toStdString());
+    return items;
+  }
 
   // One average: the shortest capture.
   void ChooseShortCaptures() { Choose("cbxFFTAvgs", 1); }

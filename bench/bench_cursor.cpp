@@ -1,0 +1,113 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// What one move of the pointer over the plot costs, until read-outs and cross-hair are painted, in
+// the real main window with a time record on the screen.
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <chrono>
+#include <cstdio>
+#include <vector>
+
+#include "device/capture_data.h"
+#include "program.h"
+#include "ui/cross_hair.h"
+#include "ui/picture_box.h"
+
+namespace kestrel {
+namespace {
+
+constexpr QSize kPlot{1600, 900};
+constexpr int kMoves = 401;
+constexpr double kPromisedMs = 2;
+
+// Counts how often a widget is painted.
+class PaintCount : public QObject {
+ public:
+  explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+  [[nodiscard]] int Paints() const { return paints_; }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) ++paints_;
+    return false;
+  }
+
+ private:
+  int paints_ = 0;
+};
+
+QWidget& CrossHairOf(PictureBox& plot) {
+  for (QObject* child : plot.children()) {
+    if (auto* crossHair = dynamic_cast<CrossHair*>(child)) return *crossHair;
+  }
+  qFatal("the plot has no cross-hair");
+}
+
+void EnlargePlot(frm1& window, PictureBox& plot) {
+  window.resize(window.size() + kPlot - plot.size());
+  QApplication::processEvents();
+  window.resize(window.size() + kPlot - plot.size());
+  QApplication::processEvents();
+}
+
+// All over the plot, seldom twice in the same column or row.
+QPointF Place(int move) {
+  return {move * 617 % kPlot.width() + 0.5, move * 389 % kPlot.height() + 0.5};
+}
+
+double MoveMs(PictureBox& plot, const PaintCount& crossHair, const PaintCount& readOut,
+              QPointF at) {
+  using Clock = std::chrono::steady_clock;
+  const int crossHairBefore = crossHair.Paints();
+  const int readOutBefore = readOut.Paints();
+  const auto start = Clock::now();
+  QMouseEvent event(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                    Qt::NoModifier);
+  QCoreApplication::sendEvent(&plot, &event);
+  while (crossHair.Paints() == crossHairBefore || readOut.Paints() == readOutBefore) {
+    QCoreApplication::processEvents();
+  }
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+int Measure() {
+  Program program;
+  frm1& window = program.Window();
+  Expose(window);
+  program.Choose("cbxRecMode", 2);
+  program.Press("cmdStart");
+  PictureBox& plot = *window.findChild<PictureBox*>("pic1");
+  EnlargePlot(window, plot);
+  const bool asPromised = plot.size() == kPlot && Buff.width == kTimeWidth;
+
+  const PaintCount crossHair(CrossHairOf(plot));
+  const PaintCount readOut(*window.findChild<QLabel*>("lblCursorX"));
+  MoveMs(plot, crossHair, readOut, Place(kMoves));
+  const int drawnBefore = plot.TracePaintCount();
+  std::vector<double> times;
+  for (int move = 0; move < kMoves; ++move) {
+    times.push_back(MoveMs(plot, crossHair, readOut, Place(move)));
+  }
+  const int drawnAgain = plot.TracePaintCount() - drawnBefore;
+  const double median = Median(times);
+  const bool kept = asPromised && median <= kPromisedMs && drawnAgain == 0;
+  std::printf(
+      "pointer move over 3 x %d points at %d x %d: %.3f ms median, %.3f ms at most, of %d; traces "
+      "drawn again %d times; promised: at most %.0f ms and never: %s\n",
+      Buff.width + 1, plot.width(), plot.height(), median,
+      *std::max_element(times.begin(), times.end()), kMoves, drawnAgain, kPromisedMs,
+      kept ? "kept" : "BROKEN");
+  return kept ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace kestrel
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  return kestrel::Measure();
+}

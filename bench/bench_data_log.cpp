@@ -1,0 +1,131 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// What a data-log file of a time record costs, against one plain write of the same bytes that is
+// brought to the same disk: that of the temporary folder, which TMPDIR names.
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "device/capture_data.h"
+#include "logging/data_log.h"
+#include "platform/linux/system_files.h"
+#include "platform/linux/system_locale.h"
+#include "support/quiet_views.h"
+#include "support/temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kRounds = 101;
+constexpr double kPromisedRatio = 3;
+
+class FilesIn : public SystemFiles {
+ public:
+  explicit FilesIn(fs::path folder) : folder_(std::move(folder)) {}
+  fs::path ProgramFolder() override { return folder_; }
+
+ private:
+  fs::path folder_;
+};
+
+// Nothing is shown, so nothing has to be painted.
+class NoLoop : public EventLoop {
+ public:
+  void Yield() override {}
+  void YieldUntilEvent() override {}
+  void YieldToPaint() override {}
+  void StartTimer(std::chrono::milliseconds /*interval*/, std::function<void()> /*tick*/) override {
+  }
+  void StopTimer() override {}
+};
+
+void FillRecord() {
+  std::mt19937 random(1);
+  std::uniform_int_distribution<int> word(-32768, 32767);
+  Buff.width = kTimeWidth;
+  for (int i = 0; i <= kTimeWidth; ++i) {
+    for (auto [raw, data] : {std::pair{&RawX, &DataX}, {&RawY, &DataY}, {&RawZ, &DataZ}}) {
+      (*raw)(i) = word(random);
+      (*data)(i) = (*raw)(i)*0.0023842;
+    }
+  }
+  CaptSupply = 3.2996F;
+  CaptTemp = 24.34F;
+  StatusFlagText.fill("OK");
+}
+
+std::string Content(const fs::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void WritePlainly(const fs::path& file, const std::string& content) {
+  const int number = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+  const bool done =
+      number >= 0 &&
+      write(number, content.data(), content.size()) == static_cast<ssize_t>(content.size()) &&
+      fsync(number) == 0 && close(number) == 0;
+  if (!done) throw std::runtime_error("the plain file could not be written");
+}
+
+double Ms(const std::function<void()>& work) {
+  using Clock = std::chrono::steady_clock;
+  const auto start = Clock::now();
+  work();
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double Median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + kRounds / 2, values.end());
+  return values[kRounds / 2];
+}
+
+int Measure() {
+  const TemporaryFolder folder;
+  FilesIn files(folder.path());
+  SystemLocale locale;
+  NoLoop loop;
+  QuietViews view;
+  DataLog log(files, locale, loop, view);
+  FillRecord();
+  log.WriteDataFile();
+  const std::string content = Content(log.LastFile());
+
+  std::vector<double> ours;
+  std::vector<double> plain;
+  for (int round = 0; round < kRounds; ++round) {
+    const fs::path file = folder.path() / ("plain_" + std::to_string(round) + ".csv");
+    plain.push_back(Ms([&] { WritePlainly(file, content); }));
+    ours.push_back(Ms([&] { log.WriteDataFile(); }));
+  }
+  const bool whole = Content(log.LastFile()).size() == content.size();
+  const double ratio = Median(ours) / Median(plain);
+  const bool kept = whole && ratio <= kPromisedRatio;
+  std::printf(
+      "data-log file of %zu bytes: %.2f ms, plain write and fsync %.2f ms, medians of %d, ratio "
+      "%.2f; promised: at most %.0f: %s%s\n",
+      content.size(), Median(ours), Median(plain), kRounds, ratio, kPromisedRatio,
+      kept ? "kept" : "BROKEN", whole ? "" : ", FILE NOT WHOLE");
+  return kept ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace kestrel
+
+int main() {
+  return kestrel::Measure();
+}

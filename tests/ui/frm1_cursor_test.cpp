@@ -1,0 +1,178 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// The cursor on the main window's plot.
+
+#include <QImage>
+#include <QMouseEvent>
+#include <algorithm>
+
+#include "device/capture_data.h"
+#include "numeric/number_format.h"
+#include "ui/frm1.h"
+#include "window_bench.h"
+
+namespace kestrel {
+namespace {
+
+class Frm1Cursor : public WindowBench {
+ protected:
+  PictureBox& Plot() { return Find<PictureBox>("pic1"); }
+
+  // To a place in the plot's coordinates.
+  void MovePointer(double x, double y) {
+    const QPointF at = Plot().ToPixels({x, y});
+    QMouseEvent event(QEvent::MouseMove, at, Plot().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&Plot(), &event);
+  }
+  void LeavePlot() {
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&Plot(), &leave);
+  }
+  void Key(Qt::Key key) { QTest::keyClick(&Plot(), key); }
+
+  void ExpectReadOuts(const char* x, const char* frequency, const char* y) {
+    EXPECT_EQ(Text("lblCursorX"), x);
+    EXPECT_EQ(Text("LblFreq"), frequency);
+    EXPECT_EQ(Text("lblCursorY"), y);
+  }
+  QImage Picture() {
+    QApplication::processEvents();
+    return Plot().grab().toImage();
+  }
+};
+
+TEST_F(Frm1Cursor, ThePointerReadsThePlotOut) {
+  Start();
+  MovePointer(10, 0.25);
+  ExpectReadOuts("10", "1,957 Hz", "0.250");
+  MovePointer(0, 1);
+  ExpectReadOuts("0", "0 Hz", "1.000");
+  MovePointer(255, 0.0004);
+  ExpectReadOuts("255", "49,899 Hz", "0.000");
+}
+
+TEST_F(Frm1Cursor, ATimeRecordHasNegativeValuesAndNoFrequencyShown) {
+  Start();
+  Choose("cbxRecMode", 2);
+  Press("cmdStart");
+  MovePointer(400, -0.75);
+  ExpectReadOuts("400", "78,273 Hz", "-0.750");
+  EXPECT_TRUE(Find<QLabel>("LblFreq").isHidden());
+}
+
+TEST_F(Frm1Cursor, TheFrequencyIsThatOfTheRecordNotOfTheSetting) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  EXPECT_FALSE(Find<QLabel>("LblFreq").isHidden());
+  Find<QCheckBox>("ckBW0").click();
+  MovePointer(10, 0);
+  EXPECT_EQ(Text("LblFreq"), "1,957 Hz");
+  Press("cmdStart");
+  MovePointer(10, 0);
+  EXPECT_EQ(Text("LblFreq"), "245 Hz");
+}
+
+TEST_F(Frm1Cursor, KeysGoFromBinToBinOnTheHighestTrace) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  const auto highest = [](int bin) {
+    return FixedNumber(std::max({DataX(bin), DataY(bin), DataZ(bin)}, std::less<>()), 3);
+  };
+  MovePointer(20, 0.5);
+  struct Step {
+    Qt::Key key;
+    int bin;
+  };
+  const Step steps[] = {{Qt::Key_Right, 21},  {Qt::Key_Right, 22},    {Qt::Key_Left, 21},
+                        {Qt::Key_PageUp, 31}, {Qt::Key_PageDown, 21}, {Qt::Key_End, 255},
+                        {Qt::Key_Right, 255}, {Qt::Key_Home, 0},      {Qt::Key_Left, 0},
+                        {Qt::Key_PageDown, 0}};
+  for (const Step& step : steps) {
+    Key(step.key);
+    EXPECT_EQ(Text("lblCursorX").toInt(), step.bin) << step.key;
+    EXPECT_EQ(Text("lblCursorY").toStdString(), highest(step.bin)) << step.key;
+  }
+}
+
+TEST_F(Frm1Cursor, OtherKeysLeaveTheCursorAlone) {
+  Start();
+  MovePointer(20, 0.5);
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_A, Qt::Key_Space}) Key(key);
+  ExpectReadOuts("20", "3,914 Hz", "0.500");
+}
+
+TEST_F(Frm1Cursor, ThePlotIsReachedByTheTabulator) {
+  Start();
+  EXPECT_TRUE((Plot().focusPolicy() & Qt::TabFocus) != 0);
+  EXPECT_FALSE(Plot().accessibleName().isEmpty());
+}
+
+TEST_F(Frm1Cursor, MovingDrawsNoTraceAgain) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  QApplication::processEvents();
+  const int before = Plot().TracePaintCount();
+  for (int x = 0; x < 256; x += 5) {
+    MovePointer(x, x / 255.0);
+    QApplication::processEvents();
+  }
+  Plot().setFocus();
+  for (int i = 0; i < 20; ++i) Key(Qt::Key_Right);
+  QApplication::processEvents();
+  LeavePlot();
+  QApplication::processEvents();
+  EXPECT_EQ(Plot().TracePaintCount(), before);
+}
+
+TEST_F(Frm1Cursor, ACrossHairFollowsThePointerAndGoesWithIt) {
+  Start();
+  const QImage plain = Picture();
+  MovePointer(100, 0.5);
+  const QImage crossed = Picture();
+  ASSERT_EQ(plain.size(), crossed.size());
+  const QPoint at = Plot().ToPixels({100, 0.5}).toPoint();
+  // Off the grid lines, which are near the cross-hair's colour.
+  int column = 0;
+  int row = 0;
+  int elsewhere = 0;
+  for (int y = 0; y < plain.height(); ++y) {
+    for (int x = 0; x < plain.width(); ++x) {
+      if (plain.pixel(x, y) == crossed.pixel(x, y)) continue;
+      if (x == at.x()) ++column;
+      if (y == at.y()) ++row;
+      if (x != at.x() && y != at.y()) ++elsewhere;
+    }
+  }
+  EXPECT_GE(column, plain.height() * 9 / 10);
+  EXPECT_GE(row, plain.width() * 9 / 10);
+  EXPECT_EQ(elsewhere, 0);
+  MovePointer(200, 0.1);
+  EXPECT_EQ(Picture().pixel(at.x(), 7), plain.pixel(at.x(), 7)) << "the strip it left";
+  LeavePlot();
+  EXPECT_EQ(Picture(), plain);
+}
+
+TEST_F(Frm1Cursor, WorksWhileACaptureIsWaitedForAndAsksTheSensorNothing) {
+  Start();
+  Choose("cbxFFTAvgs", 255);
+  QString during;
+  int requests = -1;
+  During(80, [&] {
+    usb_.FailFrom(0);
+    MovePointer(100, 0.5);
+    Key(Qt::Key_Right);
+    during = Text("lblCursorX");
+    requests = usb_.Requests();
+    Press("cmdStart");
+  });
+  Press("cmdStart");
+  EXPECT_EQ(during, "101");
+  EXPECT_EQ(requests, 0);
+}
+
+}  // namespace
+}  // namespace kestrel

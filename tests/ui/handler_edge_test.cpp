@@ -1,0 +1,68 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/handler_edge.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "numeric/runtime_error.h"
+#include "support/journal.h"
+#include "support/recording_messages.h"
+
+namespace kestrel {
+namespace {
+
+using Words = std::vector<std::string>;
+
+class Edge : public testing::Test {
+ protected:
+  bool busy = false;
+  Journal journal;
+  RecordingMessages messages;
+  HandlerEdge edge{messages,
+                   {.busy = [this] { return busy; },
+                    .refused = [this] { journal.Note("refused"); },
+                    .after = [this] { journal.Note("after"); }}};
+};
+
+TEST_F(Edge, AHandlerRunsAndIsFollowedUp) {
+  edge.Run("cmdRead_Click", [this] { journal.Note("handler"); });
+  EXPECT_EQ(journal.Entries(), (Words{"handler", "after"}));
+  EXPECT_TRUE(messages.Texts().empty());
+}
+
+TEST_F(Edge, ARunTimeErrorEndsTheHandlerWithAMessageThatNamesIt) {
+  edge.Run("cmdRead_Click", [this] {
+    journal.Note("handler");
+    throw RuntimeError(kOverflow);
+  });
+  EXPECT_EQ(messages.Texts(), Words{"cmdRead_Click\nOverflow"});
+  EXPECT_EQ(messages.Titles(), Words{""});
+  EXPECT_EQ(journal.Entries(), (Words{"handler", "after"}));
+  edge.Run("Form_Load", [this] { journal.Note("next"); });
+  EXPECT_EQ(messages.Texts().size(), 1U);
+}
+
+TEST_F(Edge, WhileARegisterSequenceIsUnderWayHandlersAreRefused) {
+  busy = true;
+  edge.Run("cmdRead_Click", [this] { journal.Note("handler"); });
+  EXPECT_EQ(journal.Entries(), Words{"refused"});
+  EXPECT_TRUE(messages.Texts().empty());
+  busy = false;
+  edge.Run("cmdRead_Click", [this] { journal.Note("handler"); });
+  EXPECT_EQ(journal.Entries(), (Words{"refused", "handler", "after"}));
+}
+
+TEST_F(Edge, AHandlerInAHandlerHasAnEdgeOfItsOwn) {
+  edge.Run("mnuRecInfo_Click", [this] {
+    edge.Run("Form_Load", [] { throw RuntimeError(kSubscriptOutOfRange); });
+    journal.Note("outer goes on");
+  });
+  EXPECT_EQ(messages.Texts(), Words{"Form_Load\nSubscript out of range"});
+  EXPECT_EQ(journal.Entries(), (Words{"after", "outer goes on", "after"}));
+}
+
+}  // namespace
+}  // namespace kestrel
