@@ -4,7 +4,6 @@
 
 #include <QGridLayout>
 
-#include "numeric/number_format.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -75,9 +74,10 @@ void CapturePanel::ShowCapturingData(bool shown) {
   lblCapturingData_->setVisible(shown);
 }
 
+// Whole seconds: a text that changed with every poll would lay the panel out anew each time.
 void CapturePanel::ShowElapsed(double seconds) {
-  lblCapturingData_->setText(
-      tr("Capturing data... %1 s").arg(QString::fromStdString(FixedNumber(seconds, 1))));
+  const QString text = tr("Capturing data... %1 s").arg(static_cast<int>(seconds));
+  if (seconds >= 1 && text != lblCapturingData_->text()) lblCapturingData_->setText(text);
 }
 
 std::string CapturePanel::FftAvgsText() {
