@@ -20,6 +20,7 @@ namespace kestrel {
 class SimulatedSensor {
  public:
   SimulatedSensor(Clock& clock, Scenario scenario);
+  ~SimulatedSensor() = default;
   SimulatedSensor(const SimulatedSensor&) = delete;
   SimulatedSensor& operator=(const SimulatedSensor&) = delete;
 

@@ -1,6 +1,7 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-// The whole road without windows: simulated vibration -> sensor -> adapter or port pins -> registers
+// The whole road without windows: simulated vibration -> sensor -> adapter or port pins ->
+// registers
 // -> read-out in g.
 
 #include <gtest/gtest.h>
@@ -93,7 +94,8 @@ class EverySetting : public ::testing::TestWithParam<std::tuple<int, int, int>> 
 
 TEST_P(EverySetting, ASineOnABinCentreReadsBackItsAmplitude) {
   const auto [option, window, range] = GetParam();
-  for (const auto& [bin, part] : {std::pair{12, 0.9}, std::pair{100, 0.37}, std::pair{203, 0.011}}) {
+  for (const auto& [bin, part] :
+       {std::pair{12, 0.9}, std::pair{100, 0.37}, std::pair{203, 0.011}}) {
     const double amplitude = part * kFullScaleG[range];
     Road road(SingleTone(bin * BinWidth(option), amplitude), kUsbAdapter);
     road.Capture(kFftMode, option, window, range, 2);

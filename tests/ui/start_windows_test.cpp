@@ -31,8 +31,7 @@ TEST_F(StartWindowsTest, TheLoadingWindowIsPaintedBeforeTheTrialsBegin) {
   Main(core, windows, {});
   EXPECT_TRUE(clock.visible);
   EXPECT_EQ(clock.caption, "Kestrel evaluation program  ");
-  EXPECT_EQ(clock.text,
-            "\n  LOADING...\n\n  Setting up Delay function\n\n  3 second trial delay.");
+  EXPECT_EQ(clock.text, "\n  LOADING...\n\n  Setting up Delay function\n\n  3 second trial delay.");
   EXPECT_TRUE(windows.MainWindow().isVisible());
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (window->objectName() != "frmMsg") continue;
