@@ -69,14 +69,18 @@ void RecordSettings::Set_RecCtrl() {
 void RecordSettings::Display_RecCtrl() {
   gRecCtrl->ReadRecCtrl();
   if (!RegisterAccess::Usable()) return;
-  view_.Select(Setting::Window, gRecCtrl->Windowing());
+  ShowCode(Setting::Window, gRecCtrl->Windowing());
   for (int bit = 0; bit < kSampleRateBits; ++bit) {
     view_.SetSampleRateBit(bit, (gRecCtrl->SampleRate() >> bit & 1) != 0);
   }
   view_.SetPowerDown(gRecCtrl->PowerDown() != 0);
-  view_.Select(Setting::SignalRange, gRecCtrl->RangeFS());
-  view_.Select(Setting::Storage, gRecCtrl->StrogeMethod());
-  view_.Select(Setting::RecMode, gRecCtrl->RecModeCode());
+  ShowCode(Setting::SignalRange, gRecCtrl->RangeFS());
+  ShowCode(Setting::Storage, gRecCtrl->StrogeMethod());
+  ShowCode(Setting::RecMode, gRecCtrl->RecModeCode());
+}
+
+void RecordSettings::ShowCode(Setting setting, std::int16_t code) {
+  if (!view_.Select(setting, code)) view_.Deselect(setting);
 }
 
 void RecordSettings::Write_RecPrd() {

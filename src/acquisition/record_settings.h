@@ -22,6 +22,8 @@ class RecordSettingsView {
   [[nodiscard]] virtual int Selected(Setting setting) = 0;
   // Selects a list index without triggering a write; false when the list has no such item.
   virtual bool Select(Setting setting, int index) = 0;
+  // Selects nothing, likewise without a write.
+  virtual void Deselect(Setting setting) = 0;
   [[nodiscard]] virtual bool SampleRateBit(int bit) = 0;  // ckBW0..ckBW3
   virtual void SetSampleRateBit(int bit, bool on) = 0;
   [[nodiscard]] virtual bool PowerDownTicked() = 0;
@@ -63,6 +65,9 @@ class RecordSettings {
   void cbxRecPntr_Click();
 
  private:
+  // Shows a code; one that the list does not have leaves nothing selected.
+  void ShowCode(Setting setting, std::int16_t code);
+
   // The list index of a setting; out of `last` shows `complaint` followed by it and gives -1.
   int Accepted(Setting setting, int last, const char* complaint);
 

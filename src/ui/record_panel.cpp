@@ -143,6 +143,11 @@ bool RecordPanel::Select(Setting setting, int index) {
   return true;
 }
 
+void RecordPanel::Deselect(Setting setting) {
+  const QSignalBlocker quiet(List(setting));
+  List(setting)->setCurrentIndex(-1);
+}
+
 bool RecordPanel::SampleRateBit(int bit) {
   return ckBW_.at(static_cast<std::size_t>(bit))->isChecked();
 }

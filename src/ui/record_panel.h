@@ -26,6 +26,7 @@ class RecordPanel : public QGroupBox, public RecordSettingsView {
 
   [[nodiscard]] int Selected(Setting setting) override;
   bool Select(Setting setting, int index) override;
+  void Deselect(Setting setting) override;
   [[nodiscard]] bool SampleRateBit(int bit) override;
   void SetSampleRateBit(int bit, bool on) override;
   [[nodiscard]] bool PowerDownTicked() override;

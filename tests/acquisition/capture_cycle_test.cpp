@@ -312,27 +312,6 @@ TEST_F(Capture, ReadingTheBuffersNeedsNoCapture) {
   EXPECT_EQ(journal.Count("draw"), 1);
 }
 
-// They would stop the finished capture or start another one.
-TEST_F(Capture, PressesDuringTheReadOutAreDropped) {
-  ReadyAtPoll(1);
-  readoutView.dataLog = true;
-  bool pressed = false;
-  sensor.OnRead(address::kYBuf, [&] {
-    if (!pressed) {
-      PressAfter(0ms);
-      PressAfter(1ms);
-    }
-    pressed = true;
-    return 0;
-  });
-  cycle.cmdStart_Click();
-  EXPECT_TRUE(loop.ScriptDone());
-  EXPECT_EQ(TakeFrames(),
-            WaitFrames(1) + ReadoutFrames(255) + AlarmStatusFrames() + AlarmStatusFrames());
-  EXPECT_EQ(files.contents.size(), 1U);
-  EXPECT_TRUE(WindowIsIdle());
-}
-
 TEST_F(Capture, ReadingTheBuffersWithoutAnInterfaceAsksForOne) {
   InterfaceType = kNoInterface;
   cycle.cmdReadBuffer_Click();

@@ -106,6 +106,7 @@ class FakeSettingsView : public RecordSettingsView {
     selected[setting] = index;
     return true;
   }
+  void Deselect(Setting setting) override { selected[setting] = -1; }
   [[nodiscard]] bool SampleRateBit(int bit) override { return rateBits.at(Place(bit)); }
   void SetSampleRateBit(int bit, bool on) override { rateBits.at(Place(bit)) = on; }
   [[nodiscard]] bool PowerDownTicked() override { return powerDown; }

@@ -4,15 +4,31 @@
 
 #include <QImage>
 #include <QMouseEvent>
+#include <QPaintEvent>
 #include <algorithm>
 
 #include "device/capture_data.h"
 #include "numeric/number_format.h"
+#include "ui/cross_hair.h"
 #include "ui/frm1.h"
 #include "window_bench.h"
 
 namespace kestrel {
 namespace {
+
+// All that a widget was asked to paint.
+class PaintedRegion : public QObject {
+ public:
+  explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
+
+  QRegion region;
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
+    return false;
+  }
+};
 
 class Frm1Cursor : public WindowBench {
  protected:
@@ -28,6 +44,12 @@ class Frm1Cursor : public WindowBench {
   void LeavePlot() {
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(&Plot(), &leave);
+  }
+  QWidget& CrossHairWidget() {
+    for (QObject* child : Plot().children()) {
+      if (auto* crossHair = dynamic_cast<CrossHair*>(child)) return *crossHair;
+    }
+    throw std::runtime_error("no cross-hair");
   }
   void Key(Qt::Key key) { QTest::keyClick(&Plot(), key); }
 
@@ -135,7 +157,6 @@ TEST_F(Frm1Cursor, ACrossHairFollowsThePointerAndGoesWithIt) {
   const QImage crossed = Picture();
   ASSERT_EQ(plain.size(), crossed.size());
   const QPoint at = Plot().ToPixels({100, 0.5}).toPoint();
-  // Off the grid lines, which are near the cross-hair's colour.
   int column = 0;
   int row = 0;
   int elsewhere = 0;
@@ -154,6 +175,28 @@ TEST_F(Frm1Cursor, ACrossHairFollowsThePointerAndGoesWithIt) {
   EXPECT_EQ(Picture().pixel(at.x(), 7), plain.pixel(at.x(), 7)) << "the strip it left";
   LeavePlot();
   EXPECT_EQ(Picture(), plain);
+}
+
+TEST_F(Frm1Cursor, AMoveRepaintsTheStripsItLeavesAndGoesToAndNoMore) {
+  Start();
+  MovePointer(100, 0.5);
+  QApplication::processEvents();
+  const QPoint from = Plot().ToPixels({100, 0.5}).toPoint();
+  const QPoint to = Plot().ToPixels({200, 0.1}).toPoint();
+  PaintedRegion painted(CrossHairWidget());
+  MovePointer(200, 0.1);
+  QApplication::processEvents();
+  const QRect box = Plot().rect();
+  for (const QPoint& at : {from, to}) {
+    EXPECT_TRUE(QRegion(at.x(), 0, 1, box.height()).subtracted(painted.region).isEmpty());
+    EXPECT_TRUE(QRegion(0, at.y(), box.width(), 1).subtracted(painted.region).isEmpty());
+  }
+  EXPECT_FALSE(painted.region.contains((from + to) / 2));
+  painted.region = {};
+  LeavePlot();
+  QApplication::processEvents();
+  EXPECT_TRUE(QRegion(to.x(), 0, 1, box.height()).subtracted(painted.region).isEmpty());
+  EXPECT_FALSE(painted.region.contains(from));
 }
 
 TEST_F(Frm1Cursor, WorksWhileACaptureIsWaitedForAndAsksTheSensorNothing) {
