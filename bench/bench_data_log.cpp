@@ -107,17 +107,19 @@ int Measure() {
 
   std::vector<double> ours;
   std::vector<double> plain;
+  std::vector<double> ratios;  // of neighbours: the disk may have others to serve meanwhile
   for (int round = 0; round < kRounds; ++round) {
     const fs::path file = folder.path() / ("plain_" + std::to_string(round) + ".csv");
     plain.push_back(Ms([&] { WritePlainly(file, content); }));
     ours.push_back(Ms([&] { log.WriteDataFile(); }));
+    ratios.push_back(ours.back() / plain.back());
   }
   const bool whole = Content(log.LastFile()).size() == content.size();
-  const double ratio = Median(ours) / Median(plain);
+  const double ratio = Median(ratios);
   const bool kept = whole && ratio <= kPromisedRatio;
   std::printf(
-      "data-log file of %zu bytes: %.2f ms, plain write and fsync %.2f ms, medians of %d, ratio "
-      "%.2f; promised: at most %.0f: %s%s\n",
+      "data-log file of %zu bytes: %.2f ms, plain write and fsync %.2f ms, medians of %d, as is "
+      "their ratio: %.2f; promised: at most %.0f: %s%s\n",
       content.size(), Median(ours), Median(plain), kRounds, ratio, kPromisedRatio,
       kept ? "kept" : "BROKEN", whole ? "" : ", FILE NOT WHOLE");
   return kept ? 0 : 1;

@@ -136,10 +136,17 @@ void RecordSettings::Read_FftAvg() {
 }
 
 void RecordSettings::ShowWorkingCapPrd() {
-  const std::string caption = view_.FraCapCaption();
+  if (!signShown_) savedCaption_ = view_.FraCapCaption();
+  signShown_ = true;
   view_.SetFraCapCaption("WRITE/READ CAPT_CTRL");
   delay_.DelayA(kWorkingSignMs);
-  view_.SetFraCapCaption(caption);
+  HideWorkingSign();
+}
+
+void RecordSettings::HideWorkingSign() {
+  if (!signShown_) return;
+  signShown_ = false;
+  view_.SetFraCapCaption(savedCaption_);
 }
 
 // The sensor averages at least one spectrum.

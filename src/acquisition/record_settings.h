@@ -60,6 +60,8 @@ class RecordSettings {
 
   // A visible sign that the settings were just exchanged with the sensor.
   void ShowWorkingCapPrd();
+  // Ends the sign early: a capture that is started meanwhile lasts longer than it should.
+  void HideWorkingSign();
 
   void cbxFFTAvgs_Click();
   void cbxRecPntr_Click();
@@ -77,6 +79,8 @@ class RecordSettings {
   Messages& messages_;
   WindowDelay& delay_;
   RecordSettingsView& view_;
+  bool signShown_ = false;
+  std::string savedCaption_;  // of the frame, while the sign is shown
 };
 
 }  // namespace kestrel

@@ -13,7 +13,6 @@
 #include "app/config_file.h"
 #include "app/start.h"
 #include "numeric/number_format.h"
-#include "ui/frmFileDir.h"
 #include "ui/interface_text.h"
 #include "ui/widgets.h"
 
@@ -41,7 +40,11 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
                    statusBar()->showMessage(
                        tr("The record is being read. Please try again in a moment."), kNoticeMs);
                  },
-             .after = [this] { SetCommInterfaceIndicators(); }}),
+             .after =
+                 [this] {
+                   SetCommInterfaceIndicators();
+                   if (fileDirWindow_) fileDirWindow_->ShowFileNumber();
+                 }}),
       menu_(new MainMenu(*this)),
       conditions_(new ConditionsPanel),
       record_(new RecordPanel(conditions_->lblRecCount)),
@@ -102,11 +105,16 @@ void frm1::On(Sender* sender, Signal signal, const char* name, Handler handler) 
 
 void frm1::ConnectButtons() {
   const auto clicked = &QPushButton::clicked;
-  On(capture_->cmdStart, clicked, "cmdStart_Click", [this] { cycle_.cmdStart_Click(); });
-  On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click",
-     [this] { cycle_.cmdReadBuffer_Click(); });
-  On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click",
-     [this] { cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr)); });
+  On(capture_->cmdStart, clicked, "cmdStart_Click", [this] {
+    settings_.HideWorkingSign();
+    cycle_.cmdStart_Click();
+  });
+  On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click", [this] {
+    if (IsIdle()) cycle_.cmdReadBuffer_Click();
+  });
+  On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click", [this] {
+    if (IsIdle()) cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
+  });
   On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { mnuRecInfo_Click(); });
   On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
   On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click", [this] { mnuDatalog_Click(); });
@@ -167,6 +175,12 @@ void frm1::Form_Load() {
   SetProductNumber(kProduct31407);
 }
 
+bool frm1::IsIdle() {
+  if (!cycle_.Running()) return true;
+  statusBar()->showMessage(tr("Please wait for the capture or stop it first."), kNoticeMs);
+  return false;
+}
+
 void frm1::SetCommInterfaceIndicators() {
   const InterfaceText text = DescribeInterface();
   lblInterface_->setText(QString::fromStdString(text.line));
@@ -183,11 +197,7 @@ void frm1::SetProductNumber(std::int16_t product) {
 }
 
 void frm1::mnuSimulated_Click() {
-  if (cycle_.Running()) {
-    statusBar()->showMessage(tr("Stop the capture before you choose another interface."),
-                             kNoticeMs);
-    return;
-  }
+  if (!IsIdle()) return;
   connectSimulator_();
   InterfaceType = kUsbAdapter;
   WriteConfigFile(core_.seams.files);
@@ -220,7 +230,8 @@ void frm1::mnuRecInfo_Click() {
 }
 
 void frm1::mnuDatalog_Click() {
-  (new frmFileDir(core_, edge_, this))->open();
+  fileDirWindow_ = new frmFileDir(core_, edge_, this);
+  fileDirWindow_->open();
 }
 
 void frm1::CmdReadStatus_Click() {

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <memory>
 
@@ -15,6 +16,7 @@
 #include "ui/capture_panel.h"
 #include "ui/conditions_panel.h"
 #include "ui/frmCommand.h"
+#include "ui/frmFileDir.h"
 #include "ui/frmRecInfo.h"
 #include "ui/handler_edge.h"
 #include "ui/main_menu.h"
@@ -55,6 +57,9 @@ class frm1 : public QMainWindow {
 
   void Handle(const char* name, const std::function<void()>& handler) { edge_.Run(name, handler); }
 
+  // Whether no capture is waited for; says so in the status bar where one is.
+  bool IsIdle();
+
   void mnuSimulated_Click();
   void mnu31407_Click();
   void mnuAbout_Click();
@@ -90,6 +95,7 @@ class frm1 : public QMainWindow {
   // Made when first opened; they belong to this window.
   frmCommand* commandWindow_ = nullptr;
   frmRecInfo* recInfoWindow_ = nullptr;
+  QPointer<frmFileDir> fileDirWindow_;  // while it is open
 };
 
 }  // namespace kestrel

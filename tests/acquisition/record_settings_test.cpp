@@ -188,11 +188,21 @@ TEST_F(Settings, TheWorkingSignStandsInTheFrameForAFifthOfASecond) {
   EXPECT_EQ(TakeFrames(), Frames{});
 }
 
-// The sign of the second change takes the first one's as the caption that it puts back.
 TEST_F(Settings, TheCaptionComesBackWhenAnotherSettingIsChangedMeanwhile) {
   loop.At(clock.Monotonic() + 100ms, [this] { settings.ShowWorkingCapPrd(); });
   settings.ShowWorkingCapPrd();
   EXPECT_TRUE(loop.ScriptDone());
+  EXPECT_EQ(view.fraCap, "Record settings");
+}
+
+TEST_F(Settings, TheSignCanBeEndedEarly) {
+  std::string afterwards;
+  loop.At(clock.Monotonic() + 100ms, [&] {
+    settings.HideWorkingSign();
+    afterwards = view.fraCap;
+  });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(afterwards, "Record settings");
   EXPECT_EQ(view.fraCap, "Record settings");
 }
 

@@ -84,6 +84,25 @@ TEST_F(Captures, OldRecordStaysReadableUntilTheNewOneIsDone) {
   EXPECT_EQ(Spectrum(0)[40], old[10]);
 }
 
+TEST_F(Captures, WhatChangesAfterTheEndOfACaptureOrCommandDoesNotCount) {
+  sensor.SetScenario(SingleTone(BinHz(10, 0), 5.0));
+  StartStop();
+  clock.Advance(1s);
+  sensor.SetScenario(SingleTone(BinHz(40, 0), 5.0));
+  EXPECT_GT(Spectrum(0)[10], 0);
+  EXPECT_EQ(Spectrum(0)[40], 0);
+
+  StartStop();
+  clock.Advance(1s);
+  sensor.SetSupply(3.0);
+  EXPECT_EQ(Status(), 1 << 7);
+
+  Give(0x0004);  // self-test
+  clock.Advance(1s);
+  sensor.SetFaults({.selfTest = true});
+  EXPECT_EQ(Status(), 1 << 7);
+}
+
 TEST_F(Captures, StopRequestEndsTheCaptureAndRaisesRecordingEscape) {
   sensor.SetScenario(SingleTone(BinHz(10, 0), 5.0));
   Capture();

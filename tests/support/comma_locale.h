@@ -14,7 +14,7 @@
 #if defined(__SANITIZE_ADDRESS__)
 // The C library keeps what it makes of LOCPATH each time a locale is looked up.
 extern "C" __attribute__((used)) inline const char* __lsan_default_suppressions() {
-  return "leak:__argz_add_sep";
+  return "leak:argz_add_sep";  // "__argz_add_sep" where the library's symbols are installed
 }
 #endif
 

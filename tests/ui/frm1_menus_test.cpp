@@ -131,18 +131,55 @@ TEST_F(Frm1Menus, TheFrameShowsThatSettingsAreExchanged) {
 // The sign's wait would end the capture's.
 TEST_F(Frm1Menus, ASettingChangedDuringACaptureDoesNotDisturbIt) {
   Start();
-  Choose("cbxFFTAvgs", 60);
+  Choose("cbxFFTAvgs", 10);
+  const QString before = Find<QGroupBox>("FraCap").title();
   QString during;
   During(60, [&] {
+    During(50, [&] { during = Find<QGroupBox>("FraCap").title(); });
     Choose("cbxRecPntr", 3);
-    during = Find<QGroupBox>("FraCap").title();
   });
   Press("cmdStart");
-  EXPECT_EQ(during, Find<QGroupBox>("FraCap").title());
-  EXPECT_NE(during, "WRITE/READ CAPT_CTRL");
+  EXPECT_EQ(during, before);
   EXPECT_EQ(Text("lblRecCount"), "1");
   core_.registers.ReadReg(row::REC_PNTR);
   EXPECT_EQ(RegValue, 3);
+}
+
+TEST_F(Frm1Menus, WhileACaptureIsWaitedForNoOtherRecordIsRead) {
+  Start();
+  Choose("cbxFFTAvgs", 10);
+  for (const char* button : {"cmdGetRecord", "cmdReadBuffer"}) {
+    QString notice;
+    During(60, [&] {
+      Press(button);
+      notice = Window().statusBar()->currentMessage();
+    });
+    Press("cmdStart");
+    EXPECT_EQ(notice, "Please wait for the capture or stop it first.") << button;
+  }
+  EXPECT_EQ(Text("lblRecCount"), "2");
+}
+
+TEST_F(Frm1Menus, ACaptureStartedDuringTheSignEndsIt) {
+  Start();
+  QString during;
+  During(40, [&] {
+    During(60, [&] { during = Find<QGroupBox>("FraCap").title(); });
+    Press("cmdStart");
+  });
+  Choose("cbxFFTAvgs", 10);
+  EXPECT_EQ(during, "Record settings");
+  EXPECT_EQ(Find<QGroupBox>("FraCap").title(), "Record settings");
+}
+
+TEST_F(Frm1Menus, TheOpenSettingsShowTheNextFileNumberAfterACapture) {
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  Press("cmdConfigDataLog");
+  EXPECT_EQ(Text("lblFileNumber"), "1");
+  Press("cmdStart");
+  EXPECT_EQ(Text("lblFileNumber"), "2");
 }
 
 }  // namespace
