@@ -9,7 +9,7 @@ namespace {
 
 constexpr RegisterFile::Words Column(std::uint16_t sensor::RegisterSpec::*column) {
   RegisterFile::Words words{};
-  for (const auto& spec : sensor::kRegisters) words[spec.address / 2U] = spec.*column;
+  for (const auto& entry : sensor::kRegisters) words[entry.address / 2U] = entry.*column;
   return words;
 }
 
@@ -44,10 +44,10 @@ void RegisterFile::Add(std::uint8_t address, std::uint64_t count) {
 }
 
 void RegisterFile::Restart(const Words& flash) {
-  for (const auto& spec : sensor::kRegisters) {
-    const std::size_t index = Index(spec.address);
-    if (spec.keeps == sensor::Keeps::Settings) words_[index] = flash[index];
-    if (spec.keeps == sensor::Keeps::Nothing) words_[index] = spec.reset;
+  for (const auto& entry : sensor::kRegisters) {
+    const std::size_t index = Index(entry.address);
+    if (entry.keeps == sensor::Keeps::Settings) words_[index] = flash[index];
+    if (entry.keeps == sensor::Keeps::Nothing) words_[index] = entry.reset;
   }
 }
 
