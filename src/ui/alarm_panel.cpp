@@ -50,8 +50,7 @@ void AlarmPanel::BuildRow(Axis axis) {
   grid->addWidget(row.txtPK, number, PeakColumn);
   grid->addWidget(row.txtFreq, number, BinColumn);
   for (int band = 1; band <= kAlarmBands; ++band) {
-    QLabel* indicator = MakeLabel("", QString::number(band));
-    indicator->setObjectName(ArrayName("lblBA", number * 10 + band));
+    QLabel* indicator = MakeLabel(ArrayName("lblBA", number * 10 + band), QString::number(band));
     indicator->setAlignment(Qt::AlignCenter);
     indicator->setToolTip(
         tr("Axis %1, band %2: green no alarm, yellow warning, red fault").arg(letter).arg(band));

@@ -12,7 +12,7 @@ namespace kestrel {
 
 frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
     : QDialog(parent),
-      cbxCommand_(MakeComboBox("cbxCommand", {}, tr("Function"), tr("Function of the sensor"))),
+      cbxCommand_(MakeComboBox("cbxCommand", tr("Function"), tr("Function of the sensor"))),
       LbLBusy_(MakeLabel("LbLBusy", tr("Busy..."))),
       commands_(core.registers, core.delay, core.seams.loop, core.seams.messages, *this) {
   setObjectName("frmCommand");

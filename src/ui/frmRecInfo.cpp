@@ -14,8 +14,7 @@ namespace kestrel {
 namespace {
 
 QLabel* MakeCell(const char* name, std::size_t row) {
-  QLabel* label = MakeLabel("", "");
-  label->setObjectName(ArrayName(name, static_cast<int>(row)));
+  QLabel* label = MakeLabel(ArrayName(name, static_cast<int>(row)), "");
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
   return label;
 }

@@ -65,9 +65,8 @@ PlotPanel::PlotPanel()
       crossHair_(new CrossHair(frame_->pic1)) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
-    QCheckBox* box = MakeCheckBox("", "&" + letter, tr("Show the %1 axis").arg(letter));
-    box->setObjectName("ck" + letter + "trace");
-    traces_[Index(axis)] = box;
+    traces_[Index(axis)] =
+        MakeCheckBox("ck" + letter + "trace", "&" + letter, tr("Show the %1 axis").arg(letter));
   }
   LayOut();
   PictureBox* pic1 = frame_->pic1;

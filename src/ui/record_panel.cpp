@@ -38,7 +38,7 @@ RecordPanel::RecordPanel(QLabel* lblRecCount)
 void RecordPanel::BuildLists() {
   const auto add = [this](Setting setting, const char* name, const QString& what,
                           const QString& toolTip) {
-    lists_[static_cast<std::size_t>(setting)] = MakeComboBox(name, {}, what, toolTip);
+    lists_[static_cast<std::size_t>(setting)] = MakeComboBox(name, what, toolTip);
   };
   add(Setting::RecMode, "cbxRecMode", tr("Record mode"),
       tr("Manual and timer captures give spectra, manual time captures give time records"));
@@ -60,8 +60,7 @@ void RecordPanel::BuildBoxes() {
   for (std::size_t bit = 0; bit < kRateBits; ++bit) {
     const QString name = QString("ckBW%1").arg(bit);
     const QString weight = QString::number(1 << bit);
-    ckBW_[bit] = MakeCheckBox("", weight, tr("Adds %1 to the sample-rate option").arg(weight));
-    ckBW_[bit]->setObjectName(name);
+    ckBW_[bit] = MakeCheckBox(name, weight, tr("Adds %1 to the sample-rate option").arg(weight));
     ckBW_[bit]->setAccessibleName(tr("Sample-rate option plus %1").arg(weight));
   }
   lblSampleRate_ = MakeLabel("lblSampleRate", "");

@@ -21,10 +21,8 @@ StatusPanel::StatusPanel()
   const int flagWidth = fontMetrics().horizontalAdvance("FAIL") + 24;
   for (int bit = 0; bit < static_cast<int>(kStatusFlags); ++bit) {
     const auto at = static_cast<std::size_t>(bit);
-    lblStatusName_[at] = MakeLabel("", "");
-    lblStatusName_[at]->setObjectName(ArrayName("lblStatusName", bit));
-    lblStatusFlag_[at] = MakeLabel("", QString(QChar(0x2013)));
-    lblStatusFlag_[at]->setObjectName(ArrayName("lblStatusFlag", bit));
+    lblStatusName_[at] = MakeLabel(ArrayName("lblStatusName", bit), "");
+    lblStatusFlag_[at] = MakeLabel(ArrayName("lblStatusFlag", bit), QString(QChar(0x2013)));
     lblStatusFlag_[at]->setAlignment(Qt::AlignCenter);
     lblStatusFlag_[at]->setMinimumWidth(flagWidth);
     grid->addWidget(lblStatusName_[at], bit, 0);

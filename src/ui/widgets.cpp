@@ -7,7 +7,7 @@
 namespace kestrel {
 namespace {
 
-void Describe(QWidget* widget, const char* name, const QString& toolTip) {
+void Describe(QWidget* widget, const QString& name, const QString& toolTip) {
   widget->setObjectName(name);
   widget->setToolTip(toolTip);
 }
@@ -39,23 +39,21 @@ QPushButton* MakeButton(const char* name, const QString& caption, const QString&
   return button;
 }
 
-QCheckBox* MakeCheckBox(const char* name, const QString& caption, const QString& toolTip) {
+QCheckBox* MakeCheckBox(const QString& name, const QString& caption, const QString& toolTip) {
   auto* box = new QCheckBox(caption);
   Describe(box, name, toolTip);
   return box;
 }
 
-QComboBox* MakeComboBox(const char* name, const QStringList& items, const QString& accessibleName,
-                        const QString& toolTip) {
+QComboBox* MakeComboBox(const char* name, const QString& accessibleName, const QString& toolTip) {
   auto* box = new QComboBox;
   Describe(box, name, toolTip);
   box->setAccessibleName(accessibleName);
-  box->addItems(items);
   box->setMaxVisibleItems(16);
   return box;
 }
 
-QLabel* MakeLabel(const char* name, const QString& text) {
+QLabel* MakeLabel(const QString& name, const QString& text) {
   auto* label = new QLabel(text);
   label->setObjectName(name);
   label->setTextFormat(Qt::PlainText);

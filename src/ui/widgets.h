@@ -22,12 +22,11 @@ namespace kestrel {
 
 [[nodiscard]] QPushButton* MakeButton(const char* name, const QString& caption,
                                       const QString& toolTip);
-[[nodiscard]] QCheckBox* MakeCheckBox(const char* name, const QString& caption,
+[[nodiscard]] QCheckBox* MakeCheckBox(const QString& name, const QString& caption,
                                       const QString& toolTip);
-// `accessibleName` also serves as the tool tip where that is empty.
-[[nodiscard]] QComboBox* MakeComboBox(const char* name, const QStringList& items,
-                                      const QString& accessibleName, const QString& toolTip);
-[[nodiscard]] QLabel* MakeLabel(const char* name, const QString& text);
+[[nodiscard]] QComboBox* MakeComboBox(const char* name, const QString& accessibleName,
+                                      const QString& toolTip);
+[[nodiscard]] QLabel* MakeLabel(const QString& name, const QString& text);
 // A caption beside a control, whose mnemonic leads to it.
 [[nodiscard]] QLabel* MakeCaption(const QString& text, QWidget* buddy);
 // A text box that only shows.
