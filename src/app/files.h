@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kestrel {
 
@@ -27,9 +28,20 @@ class Files {
   [[nodiscard]] virtual std::optional<std::string> Read(const std::filesystem::path& file,
                                                         std::size_t limit) = 0;
 
+  // Names of the regular files in a folder, in the order the system lists them; none for a folder
+  // that cannot be read.
+  [[nodiscard]] virtual std::vector<std::string> List(const std::filesystem::path& folder) = 0;
+
   // Puts a file with this content in place, whole or not at all, whatever stood there before.
   // Throws RuntimeError with path and reason when it cannot; an earlier file is then untouched.
   virtual void ReplaceWhole(const std::filesystem::path& file, std::string_view content) = 0;
 };
+
+// Where the files that the user works with are kept: beside the program, or with the user's
+// documents where the program's own folder cannot be written.
+[[nodiscard]] inline std::filesystem::path FolderOfUserFiles(Files& files) {
+  const std::filesystem::path program = files.ProgramFolder();
+  return files.CanWriteIn(program) ? program : files.DocumentsFolder();
+}
 
 }  // namespace kestrel

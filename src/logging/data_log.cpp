@@ -61,7 +61,7 @@ void DataLog::WriteDataFile() {
   RefuseBadName(name);
   if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
   const std::filesystem::path file =
-      DataLogFolder(files_) / (name + "_" + std::to_string(DataLogIndex) + format.extension);
+      FolderOfUserFiles(files_) / (name + "_" + std::to_string(DataLogIndex) + format.extension);
   files_.ReplaceWhole(file, DataLogText(format, name, locale_.ShortDate(), locale_.Time()));
   lastFile_ = file;
   view_.SetFileCount(std::to_string(DataLogIndex));

@@ -7,11 +7,6 @@
 
 namespace kestrel {
 
-std::filesystem::path DataLogFolder(Files& files) {
-  const std::filesystem::path program = files.ProgramFolder();
-  return files.CanWriteIn(program) ? program : files.DocumentsFolder();
-}
-
 DataLogSettings::DataLogSettings(Messages& messages)
     : messages_(messages), earlierName_(DataLogName), earlierLsb_(DataFormatLSB) {
   if (DataLogName.empty()) DataLogName = kProposedLogName;

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <filesystem>
 #include <string>
 
-#include "app/files.h"
 #include "app/messages.h"
 
 namespace kestrel {
@@ -13,10 +11,6 @@ namespace kestrel {
 // The base name until the user chooses one, and what the settings window proposes then.
 inline constexpr const char* kDefaultLogName = "Datalog";
 inline constexpr const char* kProposedLogName = "DATALOG";
-
-// Where data-log files go: the program's folder, or the user's documents where that cannot be
-// written.
-[[nodiscard]] std::filesystem::path DataLogFolder(Files& files);
 
 // An edit of the data-log settings. Changes hold at once; Cancel takes back name and format.
 class DataLogSettings {

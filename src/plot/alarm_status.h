@@ -6,12 +6,11 @@
 #include <cstdint>
 #include <string>
 
+#include "alarms/band_table.h"
 #include "device/axis.h"
 #include "transport/register_access.h"
 
 namespace kestrel {
-
-inline constexpr int kAlarmBands = 6;  // numbered 1 to 6
 
 // Where the alarm state of the three axes is shown.
 class AlarmStatusView {

@@ -38,13 +38,15 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
              .refused =
                  [this] {
                    statusBar()->showMessage(
-                       tr("The record is being read. Please try again in a moment."), kNoticeMs);
+                       tr("The sensor is being read or written. Please try again in a moment."),
+                       kNoticeMs);
                  },
              .after =
                  [this] {
                    SetCommInterfaceIndicators();
                    if (fileDirWindow_) fileDirWindow_->ShowFileNumber();
-                 }}),
+                 },
+             .idle = [this] { return IsIdle(); }}),
       menu_(new MainMenu(*this)),
       conditions_(new ConditionsPanel),
       record_(new RecordPanel(conditions_->lblRecCount)),

@@ -81,7 +81,7 @@ void frmFileDir::Load() {
   const DataLogFormat format = FormatFor(core_.seams.locale.DecimalMark());
   txtFileName_->setText(QString::fromStdString(DataLogName));
   lblFileExtension_->setText(QString::fromStdString(format.extension) + "  ");
-  lblFolder_->setText(QString::fromStdString(DataLogFolder(core_.seams.files).string()));
+  lblFolder_->setText(QString::fromStdString(FolderOfUserFiles(core_.seams.files).string()));
   (DataFormatLSB ? opDataFormatLSB_ : OpDataFormatScaled_)->setChecked(true);
   ShowFileNumber();
 }

@@ -7,7 +7,7 @@
 namespace kestrel {
 
 void HandlerEdge::Run(const char* name, const std::function<void()>& handler) {
-  if (surroundings_.busy()) {
+  if (occupied_ > 0 || surroundings_.busy()) {
     surroundings_.refused();
     return;
   }
@@ -17,6 +17,12 @@ void HandlerEdge::Run(const char* name, const std::function<void()>& handler) {
     messages_.Show(std::string(name) + "\n" + error.what());
   }
   surroundings_.after();
+}
+
+void HandlerEdge::RunIdle(const char* name, const std::function<void()>& handler) {
+  Run(name, [&] {
+    if (surroundings_.idle()) handler();
+  });
 }
 
 }  // namespace kestrel

@@ -16,6 +16,20 @@ class HandlerEdge {
     std::function<bool()> busy;     // a register sequence is under way
     std::function<void()> refused;  // says so politely
     std::function<void()> after;    // after every handler
+    // Whether no capture is waited for; says so politely where one is.
+    std::function<bool()> idle = [] { return true; };
+  };
+
+  // While one exists, a handler that lets the event loop run keeps all others out.
+  class Occupation {
+   public:
+    explicit Occupation(HandlerEdge& edge) : edge_(edge) { ++edge_.occupied_; }
+    ~Occupation() { --edge_.occupied_; }
+    Occupation(const Occupation&) = delete;
+    Occupation& operator=(const Occupation&) = delete;
+
+   private:
+    HandlerEdge& edge_;
   };
 
   HandlerEdge(Messages& messages, Surroundings surroundings)
@@ -23,9 +37,13 @@ class HandlerEdge {
 
   void Run(const char* name, const std::function<void()>& handler);
 
+  // For what would disturb a capture: refused while one is waited for.
+  void RunIdle(const char* name, const std::function<void()>& handler);
+
  private:
   Messages& messages_;
   Surroundings surroundings_;
+  int occupied_ = 0;
 };
 
 }  // namespace kestrel

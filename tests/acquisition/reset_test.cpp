@@ -137,6 +137,8 @@ std::vector<Name> CaptureNames() {
           {"StatusFlagText", [] { StatusFlagText.fill("OK"); },
            [] { return StatusFlagText == std::array<std::string, kStatusFlags>{}; }},
           KESTREL_PLAIN(AvgExponent, 0, 3),
+          {"AlarmBandTable", [] { AlarmBandTable(0, 1, 0) = 7; },
+           [] { return AlarmBandTable == BandTable{}; }},
           KESTREL_PLAIN(DataLogIndex, 1, 7),
           KESTREL_PLAIN(DataFormatLSB, false, true),
           KESTREL_PLAIN(DataLogName, "", "pump")};
@@ -163,8 +165,8 @@ std::string DeclaredName(const std::string& line) {
 // The names that the headers of these folders declare.
 std::set<std::string> DeclaredNames() {
   std::set<std::string> names;
-  for (const char* folder :
-       {"numeric", "regmap", "app", "transport", "device", "plot", "logging", "acquisition"}) {
+  for (const char* folder : {"numeric", "regmap", "app", "transport", "device", "alarms", "plot",
+                             "logging", "acquisition"}) {
     const auto path = std::filesystem::path(KESTREL_SOURCE_FOLDER) / folder;
     for (const auto& entry : std::filesystem::directory_iterator(path)) {
       if (entry.path().extension() != ".h") continue;

@@ -137,12 +137,5 @@ TEST_F(LogSettings, ResetBeginsWithFile1AndCancelDoesNotTakeItBack) {
   EXPECT_EQ(DataLogIndex, 1);
 }
 
-TEST(DataLogFolderTest, IsTheProgramsUnlessItIsReadOnly) {
-  MemoryFiles files;
-  EXPECT_EQ(DataLogFolder(files), "/program");
-  files.readOnly.insert("/program");
-  EXPECT_EQ(DataLogFolder(files), "/documents");
-}
-
 }  // namespace
 }  // namespace kestrel

@@ -165,5 +165,19 @@ TEST_F(SystemFilesTest, ReadThatFailsHalfWayReadsAsNothing) {
   EXPECT_EQ(files_.Read("/proc/self/mem", kNoLimit), std::nullopt);
 }
 
+TEST_F(SystemFilesTest, ListsTheRegularFilesOfAFolder) {
+  folder_.Write("one.csv", "");
+  folder_.Write("two", "content");
+  fs::create_directory(folder_.path() / "below");
+  std::vector<std::string> names = files_.List(folder_.path());
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(names, (std::vector<std::string>{"one.csv", "two"}));
+}
+
+TEST_F(SystemFilesTest, AFolderThatCannotBeReadListsAsEmpty) {
+  EXPECT_TRUE(files_.List(folder_.path() / "missing").empty());
+  EXPECT_TRUE(files_.List(folder_.Write("file", "")).empty());
+}
+
 }  // namespace
 }  // namespace kestrel

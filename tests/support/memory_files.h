@@ -9,6 +9,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "app/files.h"
 #include "numeric/runtime_error.h"
@@ -33,6 +34,14 @@ class MemoryFiles : public Files {
     const auto found = contents.find(file);
     if (found == contents.end()) return std::nullopt;
     return found->second.substr(0, limit);
+  }
+
+  [[nodiscard]] std::vector<std::string> List(const std::filesystem::path& folder) override {
+    std::vector<std::string> names;
+    for (const auto& [path, content] : contents) {
+      if (path.parent_path() == folder) names.push_back(path.filename().string());
+    }
+    return names;
   }
 
   void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override {

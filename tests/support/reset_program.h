@@ -3,6 +3,7 @@
 #pragma once
 
 #include "acquisition/window_delay.h"
+#include "alarms/band_table.h"
 #include "app/delay.h"
 #include "app/program_state.h"
 #include "device/alm_ctrl.h"
@@ -29,6 +30,7 @@ inline void ResetProgram() {
   ResetRegisterTable();
   ResetCaptureData();
   ResetDataLogState();
+  ResetAlarmBandTable();
   PlotScale = 0;
   DelayActive = 0;
 }

@@ -97,7 +97,7 @@ TEST_F(Frm1Menus, WhileARecordIsReadOtherHandlersAreRefusedPolitely) {
   QObject::connect(&Find<QProgressBar>("prgReadout"), &QProgressBar::valueChanged, press);
   Press("cmdStart");
   EXPECT_GT(asked, 0);
-  EXPECT_EQ(notice, "The record is being read. Please try again in a moment.");
+  EXPECT_EQ(notice, "The sensor is being read or written. Please try again in a moment.");
   EXPECT_EQ(Window().findChild<frmFileDir*>("frmFileDir"), nullptr);
   EXPECT_TRUE(messages_.Texts().empty());
   EXPECT_GT(RawX(1), 0);

@@ -19,12 +19,14 @@ using Words = std::vector<std::string>;
 class Edge : public testing::Test {
  protected:
   bool busy = false;
+  bool idle = true;
   Journal journal;
   RecordingMessages messages;
   HandlerEdge edge{messages,
                    {.busy = [this] { return busy; },
                     .refused = [this] { journal.Note("refused"); },
-                    .after = [this] { journal.Note("after"); }}};
+                    .after = [this] { journal.Note("after"); },
+                    .idle = [this] { return idle; }}};
 };
 
 TEST_F(Edge, AHandlerRunsAndIsFollowedUp) {
@@ -53,6 +55,23 @@ TEST_F(Edge, WhileARegisterSequenceIsUnderWayHandlersAreRefused) {
   busy = false;
   edge.Run("cmdRead_Click", [this] { journal.Note("handler"); });
   EXPECT_EQ(journal.Entries(), (Words{"refused", "handler", "after"}));
+}
+
+TEST_F(Edge, WhileAHandlerOccupiesItHandlersAreRefused) {
+  edge.Run("cmdReadAll_Click", [this] {
+    const HandlerEdge::Occupation occupation(edge);
+    edge.Run("cmdRead_Click", [this] { journal.Note("handler"); });
+  });
+  edge.Run("cmdRead_Click", [this] { journal.Note("later"); });
+  EXPECT_EQ(journal.Entries(), (Words{"refused", "after", "later", "after"}));
+}
+
+TEST_F(Edge, WhatWouldDisturbACaptureWaitsForItsEnd) {
+  idle = false;
+  edge.RunIdle("cmdReadAll_Click", [this] { journal.Note("handler"); });
+  idle = true;
+  edge.RunIdle("cmdReadAll_Click", [this] { journal.Note("later"); });
+  EXPECT_EQ(journal.Entries(), (Words{"after", "later", "after"}));
 }
 
 TEST_F(Edge, AHandlerInAHandlerHasAnEdgeOfItsOwn) {

@@ -165,6 +165,17 @@ std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t l
   return content;
 }
 
+std::vector<std::string> SystemFiles::List(const fs::path& folder) {
+  std::vector<std::string> names;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
+       entry.increment(error)) {
+    std::error_code unknown;
+    if (entry->is_regular_file(unknown)) names.push_back(entry->path().filename().string());
+  }
+  return names;
+}
+
 void SystemFiles::ReplaceWhole(const fs::path& file, std::string_view content) {
   std::error_code missing;
   const fs::path linked = fs::canonical(file, missing);

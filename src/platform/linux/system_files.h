@@ -18,6 +18,7 @@ class SystemFiles : public Files {
   [[nodiscard]] bool CanWriteIn(const std::filesystem::path& folder) override;
   [[nodiscard]] std::optional<std::string> Read(const std::filesystem::path& file,
                                                 std::size_t limit) override;
+  [[nodiscard]] std::vector<std::string> List(const std::filesystem::path& folder) override;
 
   // A new file gets the user's default permissions, an earlier one's are kept. The content is on
   // the disk before it takes the earlier file's place.

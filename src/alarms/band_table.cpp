@@ -1,0 +1,23 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/band_table.h"
+
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+
+BandTable AlarmBandTable;
+
+void ResetAlarmBandTable() {
+  AlarmBandTable = {};
+}
+
+std::size_t BandTable::Checked(int field, int band, int option) {
+  if (field < 0 || field >= kFields || band < 0 || band >= kBandSlots || option < 0 ||
+      option >= kOptionSlots) {
+    throw RuntimeError(kSubscriptOutOfRange);
+  }
+  return static_cast<std::size_t>((option * kBandSlots + band) * kFields + field);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,20 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "app/files.h"
+
+#include <gtest/gtest.h>
+
+#include "support/memory_files.h"
+
+namespace kestrel {
+namespace {
+
+TEST(FolderOfUserFilesTest, IsTheProgramsUnlessItIsReadOnly) {
+  MemoryFiles files;
+  EXPECT_EQ(FolderOfUserFiles(files), "/program");
+  files.readOnly.insert("/program");
+  EXPECT_EQ(FolderOfUserFiles(files), "/documents");
+}
+
+}  // namespace
+}  // namespace kestrel
