@@ -12,12 +12,9 @@
 #include <memory>
 #include <optional>
 
+#include "app/files_in_folder.h"
 #include "app/start.h"
-#include "platform/hardware_switch.h"
-#include "platform/linux/absent_hardware.h"
-#include "platform/linux/system_clock.h"
-#include "platform/linux/system_files.h"
-#include "platform/linux/system_locale.h"
+#include "platform/system.h"
 #include "simulator/scenario.h"
 #include "simulator/simulated_hardware.h"
 #include "ui/demo.h"
@@ -31,16 +28,6 @@ struct Options {
   bool simulate = false;
   bool quickStart = false;
   std::optional<QString> demoFolder;
-};
-
-// Files of a demo go into its folder instead of the program's.
-class DemoFiles : public kestrel::SystemFiles {
- public:
-  explicit DemoFiles(std::filesystem::path folder) : folder_(std::move(folder)) {}
-  std::filesystem::path ProgramFolder() override { return folder_; }
-
- private:
-  std::filesystem::path folder_;
 };
 
 // Handles --help, --version and wrong options itself by ending the program.
@@ -103,37 +90,34 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
 
 int Run(const Options& options) {
   using namespace kestrel;
-  SystemClock clock;
+  System system;
   QtEventLoop loop;
   QtMousePointer pointer;
-  SystemLocale locale;
-  AbsentUsbDriver noUsb;
-  AbsentPortIo noPort;
-  AbsentDriverService noService;
-  HardwareSwitch hardware({&noUsb, &noPort, &noService});
+  FilesInFolder files(system.SystemFiles());
+  HardwareSwitch hardware(system.Devices());
   std::unique_ptr<SimulatedHardware> simulator;
   const auto connectSimulator = [&] {
-    if (!simulator) simulator = std::make_unique<SimulatedHardware>(clock, RunningMachine());
+    if (!simulator)
+      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(), RunningMachine());
     hardware.Connect({&simulator->Adapter(), &simulator->Port(), &simulator->Service()});
   };
   if (options.simulate) connectSimulator();
 
   const bool demo = options.demoFolder.has_value();
   std::unique_ptr<Messages> messages;
-  std::unique_ptr<SystemFiles> files;
   if (demo) {
     if (!QDir().mkpath(*options.demoFolder)) {
       std::fprintf(stderr, "The folder %s cannot be made.\n", qPrintable(*options.demoFolder));
       return 1;
     }
     messages = std::make_unique<ConsoleMessages>();
-    files = std::make_unique<DemoFiles>(QDir(*options.demoFolder).absolutePath().toStdString());
+    files.SetFolder(QDir(*options.demoFolder).absolutePath().toStdString());
   } else {
     messages = std::make_unique<QtMessages>();
-    files = std::make_unique<SystemFiles>();
   }
 
-  Core core({clock, loop, pointer, *messages, *files, locale, hardware, hardware, hardware});
+  Core core({system.SystemClock(), loop, pointer, *messages, files, system.SystemLocale(), hardware,
+             hardware, hardware});
   QtStartWindows windows(core, connectSimulator);
   Main(core, windows,
        {.quickStart = options.quickStart,

@@ -33,7 +33,7 @@ bool Capture(frm1& window, int recMode, const QString& folder) {
     return false;
   }
   std::printf("  picture    %s\n  data file  %s\n", qPrintable(QDir(picture).absolutePath()),
-              file.c_str());
+              file.string().c_str());
   return true;
 }
 

@@ -1,0 +1,66 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "platform/windows/ezusb_driver.h"
+
+#include <windows.h>
+
+// The system's headers make macros of these names.
+#undef CreateFile
+
+namespace kestrel {
+namespace {
+
+constexpr DWORD kLongestRequestMs = 2000;
+
+HANDLE AsHandle(UsbDriver::Handle device) {
+  return reinterpret_cast<HANDLE>(device);
+}
+
+// Set when a request has ended.
+class Event {
+ public:
+  Event() : handle_(CreateEventA(nullptr, TRUE, FALSE, nullptr)) {}
+  ~Event() { ::CloseHandle(handle_); }
+  Event(const Event&) = delete;
+  Event& operator=(const Event&) = delete;
+  [[nodiscard]] HANDLE handle() const { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+}  // namespace
+
+UsbDriver::Handle EzusbDriver::CreateFile(const std::string& path, std::uint32_t access,
+                                          std::uint32_t share, std::uint32_t creation) {
+  const HANDLE device =
+      CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_FLAG_OVERLAPPED, nullptr);
+  lastError_ = device == INVALID_HANDLE_VALUE ? static_cast<std::int32_t>(GetLastError()) : 0;
+  return device == INVALID_HANDLE_VALUE ? -1 : reinterpret_cast<Handle>(device);
+}
+
+bool EzusbDriver::DeviceIoControl(Handle device, std::uint32_t code,
+                                  std::span<const std::uint8_t> input,
+                                  std::span<std::uint8_t> output, std::uint32_t& returned) {
+  const Event done;
+  OVERLAPPED request{};
+  request.hEvent = done.handle();
+  DWORD moved = 0;
+  BOOL good = ::DeviceIoControl(AsHandle(device), code, const_cast<std::uint8_t*>(input.data()),
+                                static_cast<DWORD>(input.size()), output.data(),
+                                static_cast<DWORD>(output.size()), &moved, &request);
+  if (good == 0 && GetLastError() == ERROR_IO_PENDING) {
+    const bool late = WaitForSingleObject(done.handle(), kLongestRequestMs) != WAIT_OBJECT_0;
+    if (late) CancelIoEx(AsHandle(device), &request);
+    good = GetOverlappedResult(AsHandle(device), &request, &moved, TRUE);
+  }
+  lastError_ = good != 0 ? 0 : static_cast<std::int32_t>(GetLastError());
+  returned = good != 0 ? moved : 0;
+  return good != 0;
+}
+
+void EzusbDriver::CloseHandle(Handle device) {
+  ::CloseHandle(AsHandle(device));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,24 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "transport/driver_service.h"
+
+namespace kestrel {
+
+// The system's registry and processes, as the set-up of the port-access driver needs them.
+class ServiceRegistry : public DriverService {
+ public:
+  [[nodiscard]] std::string ReadRegistryValue(const std::string& key,
+                                              const std::string& name) override;
+  // Nothing is written where the user may not.
+  void WriteRegistryValue(const std::string& key, const std::string& name, std::int32_t type,
+                          const std::string& value) override;
+  [[nodiscard]] std::string ProgramFolder() override;
+  // Throws RuntimeError with path and reason when it cannot.
+  void WriteBatchFile(const std::string& path, const std::string& content) override;
+  // -1 when the command cannot be started.
+  std::int32_t RunAndWait(const std::string& commandLine) override;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,46 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "platform/system.h"
+
+#include <io.h>
+
+#include <cstdio>
+
+#include "platform/windows/ezusb_driver.h"
+#include "platform/windows/port_libraries.h"
+#include "platform/windows/service_registry.h"
+#include "platform/windows/system_clock.h"
+#include "platform/windows/system_files.h"
+#include "platform/windows/system_locale.h"
+
+namespace kestrel {
+
+struct System::Parts {
+  kestrel::SystemClock clock;
+  kestrel::SystemFiles files;
+  kestrel::SystemLocale locale;
+  EzusbDriver usb;
+  PortLibraries port;
+  ServiceRegistry service;
+};
+
+System::System() : parts_(std::make_unique<Parts>()) {}
+System::~System() = default;
+
+Clock& System::SystemClock() {
+  return parts_->clock;
+}
+Files& System::SystemFiles() {
+  return parts_->files;
+}
+Locale& System::SystemLocale() {
+  return parts_->locale;
+}
+Hardware System::Devices() {
+  return {&parts_->usb, &parts_->port, &parts_->service};
+}
+bool System::ErrorIsTerminal() {
+  return _isatty(_fileno(stderr)) != 0;
+}
+
+}  // namespace kestrel

@@ -1,0 +1,17 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/locale.h"
+
+namespace kestrel {
+
+// The user's regional settings.
+class SystemLocale : public Locale {
+ public:
+  [[nodiscard]] char DecimalMark() override;
+  [[nodiscard]] std::string ShortDate() override;
+  [[nodiscard]] std::string Time() override;
+};
+
+}  // namespace kestrel
