@@ -49,6 +49,9 @@ class CaptureCycle {
   // sign of the record that is shown.
   void cmdGetRecord_Click(int record);
 
+  // Width and sign of the records that a record mode (list index) delivers.
+  void SetRecordType(int recMode);
+
   // The window is closing: a running capture ends without touching it or the sensor again.
   void Close();
 
@@ -64,7 +67,6 @@ class CaptureCycle {
   bool WaitForData();
   bool PollDataReady();
   void TakeRecord();
-  void SetRecordType(int recMode);
   [[nodiscard]] double InitialWaitMs();
   [[nodiscard]] double SecondsSince(float start);
   [[nodiscard]] bool GoingOn() const;

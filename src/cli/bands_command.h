@@ -1,0 +1,35 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "alarms/band_transfer.h"
+#include "cli/command.h"
+
+namespace kestrel {
+
+// "bands read|write|clear|load|save".
+class BandsCommand : public Command {
+ public:
+  void AddTo(CLI::App& app) override;
+  [[nodiscard]] bool Chosen() const override { return word_->parsed(); }
+  ExitCode Run(Session& session, const Output& output) override;
+
+ private:
+  static ExitCode Read(Session& session, BandTransfer& transfer, const Output& output);
+  static ExitCode End(Session& session, const Output& output);
+  ExitCode Write(Session& session, BandTransfer& transfer, const Output& output) const;
+  ExitCode Save(Session& session, BandTransfer& transfer, const Output& output) const;
+  [[nodiscard]] bool Load(Session& session) const;
+
+  CLI::App* word_ = nullptr;
+  CLI::App* read_ = nullptr;
+  CLI::App* write_ = nullptr;
+  CLI::App* clear_ = nullptr;
+  CLI::App* load_ = nullptr;
+  CLI::App* save_ = nullptr;
+  std::string file_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,52 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "cli/command.h"
+
+namespace kestrel {
+
+// "capture": records with the settings given, the others as the sensor has them.
+class CaptureCommand : public Command {
+ public:
+  void AddTo(CLI::App& app) override;
+  [[nodiscard]] bool Chosen() const override { return word_->parsed(); }
+  ExitCode Run(Session& session, const Output& output) override;
+
+ private:
+  bool Configure(Session& session) const;
+  bool PrepareFiles(Session& session) const;
+  ExitCode Capture(Session& session, const Output& output, int number);
+
+  CLI::App* word_ = nullptr;
+  std::optional<int> mode_;
+  std::optional<int> averages_;
+  std::optional<int> range_;
+  std::optional<int> option_;
+  std::optional<int> window_;
+  int count_ = 1;
+  double interval_ = 0;  // seconds from start to start
+  std::string folder_;
+  std::string name_;
+  bool withData_ = false;
+};
+
+// "record": a stored record from the sensor's flash.
+class RecordCommand : public Command {
+ public:
+  void AddTo(CLI::App& app) override;
+  [[nodiscard]] bool Chosen() const override { return word_->parsed(); }
+  ExitCode Run(Session& session, const Output& output) override;
+
+ private:
+  CLI::App* word_ = nullptr;
+  int record_ = 0;
+  bool time_ = false;
+  bool withData_ = false;
+};
+
+}  // namespace kestrel

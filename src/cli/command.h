@@ -1,0 +1,37 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/App.hpp>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "cli/exit_code.h"
+#include "cli/session.h"
+
+namespace kestrel {
+
+using Json = nlohmann::ordered_json;
+
+// The result stream: text for people, or one JSON value a result for scripts.
+struct Output {
+  std::ostream& out;
+  bool json = false;
+
+  void Write(const Json& value) const { out << value.dump(2) << '\n'; }
+};
+
+// What one word of the command line does.
+class Command {
+ public:
+  virtual ~Command() = default;
+
+  // Adds the word with its options; what they say is kept in the command.
+  virtual void AddTo(CLI::App& app) = 0;
+  [[nodiscard]] virtual bool Chosen() const = 0;
+  // Whether a sensor has to answer first.
+  [[nodiscard]] virtual bool NeedsSensor() const { return true; }
+  virtual ExitCode Run(Session& session, const Output& output) = 0;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,16 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace kestrel {
+
+// What the command-line program ends with; documented in its manual page.
+enum class ExitCode {
+  Success = 0,
+  Failure = 1,       // a message was shown: a file, a value or a step that failed
+  Usage = 2,         // the command line makes no sense
+  NoSensor = 3,      // no interface, or it was lost
+  Interrupted = 130  // ended by Ctrl-C
+};
+
+}  // namespace kestrel

@@ -1,0 +1,49 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// Entry point of the command-line program.
+
+#include <atomic>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "cli/program.h"
+#include "platform/system.h"
+
+namespace {
+
+std::atomic<bool> pressed{false};
+
+// The second Ctrl-C ends the program at once.
+void OnInterrupt(int /*signal*/) {
+  pressed = true;
+  std::signal(SIGINT, SIG_DFL);
+}
+
+int Run(const std::vector<std::string>& arguments) {
+  kestrel::System system;
+  return static_cast<int>(
+      kestrel::RunProgram(arguments, {.clock = system.SystemClock(),
+                                      .files = system.SystemFiles(),
+                                      .locale = system.SystemLocale(),
+                                      .hardware = system.Devices(),
+                                      .interrupted = [] { return pressed.exchange(false); },
+                                      .out = std::cout,
+                                      .error = std::cerr,
+                                      .showProgress = kestrel::System::ErrorIsTerminal()}));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGINT, OnInterrupt);
+  try {
+    return Run({argv + 1, argv + argc});
+  } catch (const std::exception& error) {
+    std::cerr << "kestrel-cli: " << error.what() << '\n';
+    return static_cast<int>(kestrel::ExitCode::Failure);
+  }
+}

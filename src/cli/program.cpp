@@ -1,0 +1,110 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "cli/program.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "cli/bands_command.h"
+#include "cli/capture_command.h"
+#include "cli/registers_command.h"
+#include "cli/small_commands.h"
+#include "numeric/number_parse.h"
+#include "simulator/scenario.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* kDescription =
+    "Operates one Kestrel tri-axial vibration sensor from the command line.";
+constexpr const char* kFooter =
+    "Ctrl-C ends a capture as the Stop button does.\n"
+    "Exit codes: 0 success, 1 failure, 2 wrong usage, 3 no sensor, 130 ended by Ctrl-C.";
+
+// A parallel port's base address: hexadecimal digits, perhaps after "0x".
+std::int16_t ParsePortAddress(std::string text) {
+  if (text.starts_with("0x") || text.starts_with("0X")) text.erase(0, 2);
+  const auto value = HexadecimalNumber(text);
+  if (!value || *value == 0 || *value > 0x7FFF) {
+    throw CLI::ValidationError("--parallel", "\"" + text + "\" is no port address like 378");
+  }
+  return static_cast<std::int16_t>(*value);
+}
+
+int ParseAdapter(const std::string& text) {
+  const std::string digits = text.starts_with("Ezusb-") ? text.substr(6) : text;
+  if (digits.size() != 1 || digits[0] < '0' || digits[0] > '3') {
+    throw CLI::ValidationError("--adapter", "\"" + text + "\" is none of Ezusb-0 to Ezusb-3");
+  }
+  return digits[0] - '0';
+}
+
+void AddConnection(CLI::App& app, Connection& connection) {
+  auto* simulate =
+      app.add_flag("--simulate", connection.simulate, "Use a simulated sensor; no hardware needed");
+  auto* adapter = app.add_option_function<std::string>(
+      "--adapter", [&](const std::string& text) { connection.adapter = ParseAdapter(text); },
+      "Use this USB adapter, Ezusb-0 to Ezusb-3");
+  auto* parallel = app.add_option_function<std::string>(
+      "--parallel",
+      [&](const std::string& text) { connection.parallelAddress = ParsePortAddress(text); },
+      "Use the parallel port at this hexadecimal address");
+  app.add_option("--scenario", connection.scenario, "What the simulated sensor measures")
+      ->needs(simulate)
+      ->check(CLI::IsMember(ScenarioNames()));
+  parallel->excludes(adapter);
+}
+
+ExitCode RunCommand(Command& command, Session& session, const Output& output) {
+  try {
+    if (command.NeedsSensor()) {
+      if (!session.Connect()) return ExitCode::NoSensor;
+    } else {
+      session.Prepare();
+    }
+    return command.Run(session, output);
+  } catch (const RuntimeError& error) {
+    session.EndProgress();
+    session.messages.Show(error.what());
+    return ExitCode::Failure;
+  }
+}
+
+}  // namespace
+
+ExitCode RunProgram(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
+  CLI::App app(kDescription, "kestrel-cli");
+  Connection connection;
+  Output output{surroundings.out};
+  app.set_version_flag("--version", KESTREL_VERSION);
+  app.add_flag("--json", output.json, "Write results as JSON");
+  AddConnection(app, connection);
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.footer(kFooter);
+  std::array<std::unique_ptr<Command>, 7> commands{
+      std::make_unique<CaptureCommand>(), std::make_unique<RegistersCommand>(),
+      std::make_unique<BandsCommand>(),   std::make_unique<GlobalCommand>(),
+      std::make_unique<RecordCommand>(),  std::make_unique<StatusCommand>(),
+      std::make_unique<AdaptersCommand>()};
+  for (const auto& command : commands) command->AddTo(app);
+  try {
+    app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+  } catch (const CLI::ParseError& error) {
+    const int code = app.exit(error, surroundings.out, surroundings.error);
+    return code == 0 ? ExitCode::Success : ExitCode::Usage;
+  }
+  Session session(surroundings, connection);
+  const auto chosen = std::find_if(commands.begin(), commands.end(),
+                                   [](const auto& command) { return command->Chosen(); });
+  return RunCommand(**chosen, session, output);
+}
+
+}  // namespace kestrel

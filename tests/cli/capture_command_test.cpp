@@ -1,0 +1,89 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "cli/capture_command.h"
+
+#include "program_bench.h"
+
+namespace kestrel {
+namespace {
+
+using Json = nlohmann::json;
+
+class Capture : public ProgramBench {
+ protected:
+  Capture() { files.contents["/data/readme"] = ""; }
+};
+
+TEST_F(Capture, ReportsThePeakOfEveryAxis) {
+  const Json json = SimulateJson({"capture", "--averages", "2"});
+  EXPECT_EQ(json["type"], "spectrum");
+  EXPECT_EQ(json["averages"], 2);
+  for (const char* axis : {"X", "Y", "Z"}) {
+    EXPECT_NEAR(json["axes"][axis]["peak_g"], 0.6, 0.1) << axis;
+    EXPECT_FALSE(json["axes"][axis].contains("data_g"));
+  }
+  EXPECT_FALSE(json["stopped"]);
+  EXPECT_FALSE(json.contains("file"));
+}
+
+TEST_F(Capture, TakesTheSettingsGivenAndReportsEveryPointOnRequest) {
+  const Json json = SimulateJson({"capture", "--mode", "time", "--range", "5", "--window",
+                                  "flattop", "--option", "1", "--data"});
+  EXPECT_EQ(json["type"], "time");
+  EXPECT_EQ(json["sample_rate_option"], 1);
+  EXPECT_EQ(json["axes"]["Z"]["data_g"].size(), 512U);
+}
+
+TEST_F(Capture, WritesANumberedFileOfEachAndNeverOverAnEarlierOne) {
+  files.contents["/data/pump_6.csv"] = "earlier";
+  EXPECT_EQ(
+      Simulate({"capture", "--averages", "1", "--count", "2", "--out", "/data", "--name", "pump"}),
+      ExitCode::Success)
+      << error.str();
+  EXPECT_EQ(files.contents.at("/data/pump_6.csv"), "earlier");
+  EXPECT_TRUE(files.contents.contains("/data/pump_7.csv"));
+  EXPECT_TRUE(files.contents.contains("/data/pump_8.csv"));
+  EXPECT_NE(out.str().find("file /data/pump_8.csv"), std::string::npos);
+}
+
+TEST_F(Capture, AFolderThatCannotBeWrittenIsNamed) {
+  files.readOnly.insert("/data");
+  EXPECT_EQ(Simulate({"capture", "--out", "/data"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "--out: the folder /data cannot be written.\n");
+}
+
+TEST_F(Capture, CapturesKeepTheirInterval) {
+  const auto start = clock.Monotonic();
+  EXPECT_EQ(Simulate({"capture", "--averages", "1", "--count", "3", "--interval", "20"}),
+            ExitCode::Success);
+  EXPECT_GE(clock.Monotonic() - start, std::chrono::seconds{40});
+}
+
+TEST_F(Capture, CtrlCEndsItAsStopDoes) {
+  int asked = 0;
+  interrupted = [&] { return ++asked == 20; };
+  EXPECT_EQ(Simulate({"--json", "capture", "--averages", "255", "--count", "5"}),
+            ExitCode::Interrupted);
+  const Json json = Json::parse(out.str());
+  EXPECT_EQ(json["capture"], 1);
+  EXPECT_TRUE(json["stopped"]);
+  EXPECT_EQ(json["status"]["Recording Esc. Flag"], "OK");
+}
+
+TEST_F(Capture, ProgressGoesToATerminalOnly) {
+  EXPECT_EQ(Simulate({"capture", "--averages", "1"}), ExitCode::Success);
+  EXPECT_EQ(error.str(), "");
+  showProgress = true;
+  EXPECT_EQ(Simulate({"capture", "--averages", "1"}), ExitCode::Success);
+  EXPECT_NE(error.str().find("Reading 50 %"), std::string::npos);
+  EXPECT_EQ(out.str().find("Reading"), std::string::npos);
+}
+
+TEST_F(Capture, AnEmptySlotOfTheFlashReadsAsZeros) {
+  const Json json = SimulateJson({"record", "3"});
+  EXPECT_EQ(json["axes"]["X"]["peak_g"], 0);
+  EXPECT_FALSE(json.contains("capture"));
+}
+
+}  // namespace
+}  // namespace kestrel

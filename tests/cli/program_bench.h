@@ -1,0 +1,65 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "cli/program.h"
+#include "platform/linux/absent_hardware.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/reset_program.h"
+#include "support/swift_clock.h"
+
+namespace kestrel {
+
+// The whole command-line program in swift time, with files in memory.
+class ProgramBench : public testing::Test {
+ protected:
+  ProgramBench() { ResetProgram(); }
+  ~ProgramBench() override { ResetProgram(); }
+
+  ExitCode Run(const std::vector<std::string>& arguments) {
+    ResetProgram();
+    out.str("");
+    error.str("");
+    return RunProgram(arguments, {.clock = clock,
+                                  .files = files,
+                                  .locale = locale,
+                                  .hardware = {&usb, &port, &service},
+                                  .interrupted = interrupted,
+                                  .out = out,
+                                  .error = error,
+                                  .showProgress = showProgress});
+  }
+
+  // On the simulated sensor.
+  ExitCode Simulate(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "--simulate");
+    return Run(arguments);
+  }
+  nlohmann::json SimulateJson(std::vector<std::string> arguments) {
+    arguments.insert(arguments.begin(), "--json");
+    EXPECT_EQ(Simulate(arguments), ExitCode::Success) << error.str();
+    return nlohmann::json::parse(out.str());
+  }
+
+  SwiftClock clock;
+  MemoryFiles files;
+  FixedLocale locale;
+  AbsentUsbDriver usb;
+  AbsentPortIo port;
+  AbsentDriverService service;
+  std::function<bool()> interrupted = [] { return false; };
+  bool showProgress = false;
+  std::ostringstream out;
+  std::ostringstream error;
+};
+
+}  // namespace kestrel

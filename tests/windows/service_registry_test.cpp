@@ -1,0 +1,99 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "platform/windows/service_registry.h"
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "platform/windows/system_files.h"
+#include "support/recording_messages.h"
+#include "transport/port_driver.h"
+
+namespace kestrel {
+namespace {
+
+constexpr const char* kKey = "SOFTWARE\\KestrelTest";
+constexpr const char* kServiceKey = "SYSTEM\\CurrentControlSet\\Services\\giveio";
+
+std::string Content(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+class ServiceRegistryTest : public testing::Test {
+ protected:
+  ServiceRegistryTest() { Clean(); }
+  ~ServiceRegistryTest() override { Clean(); }
+
+  void Clean() {
+    for (const char* key : {kKey, kServiceKey}) RegDeleteKeyA(HKEY_LOCAL_MACHINE, key);
+    for (const char* name : {"instdrv2.txt", "temp.bat"}) {
+      std::filesystem::remove(SystemFiles().ProgramFolder() / name);
+    }
+  }
+
+  ServiceRegistry service;
+};
+
+TEST_F(ServiceRegistryTest, WhatIsNotThereReadsAsNothing) {
+  EXPECT_EQ(service.ReadRegistryValue(kKey, "Start"), "");
+  service.WriteRegistryValue(kKey, "Other", kRegistryString, "x");
+  EXPECT_EQ(service.ReadRegistryValue(kKey, "Start"), "");
+}
+
+TEST_F(ServiceRegistryTest, KeepsTextsAndNumbers) {
+  service.WriteRegistryValue(kKey, "Text", kRegistryString, "two words");
+  service.WriteRegistryValue(kKey, "Number", kRegistryNumber, "2");
+  service.WriteRegistryValue(kKey, "Large", kRegistryNumber, "4294967295");
+  EXPECT_EQ(service.ReadRegistryValue(kKey, "Text"), "two words");
+  EXPECT_EQ(service.ReadRegistryValue(kKey, "Number"), "2");
+  EXPECT_EQ(service.ReadRegistryValue(kKey, "Large"), "4294967295");
+}
+
+TEST_F(ServiceRegistryTest, ANumberIsStoredAsOne) {
+  service.WriteRegistryValue(kKey, "Number", kRegistryNumber, "2");
+  DWORD type = 0;
+  DWORD value = 0;
+  DWORD size = sizeof value;
+  ASSERT_EQ(
+      RegGetValueA(HKEY_LOCAL_MACHINE, kKey, "Number", RRF_RT_REG_DWORD, &type, &value, &size),
+      ERROR_SUCCESS);
+  EXPECT_EQ(type, static_cast<DWORD>(REG_DWORD));
+  EXPECT_EQ(value, 2U);
+}
+
+TEST_F(ServiceRegistryTest, ACommandIsRunToItsEnd) {
+  EXPECT_EQ(service.RunAndWait("cmd.exe /c exit 7"), 7);
+  EXPECT_EQ(service.RunAndWait("\"no such program.exe\""), -1);
+}
+
+// The test runs from a folder with blanks in its name, so every path has to be quoted.
+TEST_F(ServiceRegistryTest, TheDriverIsInstalledByTheBatchFile) {
+  RecordingMessages messages;
+  const std::string folder = service.ProgramFolder();
+  ASSERT_NE(folder.find(' '), std::string::npos);
+  SetupGiveIO(service, messages);
+  EXPECT_EQ(Content(folder + "\\temp.bat"), "\"" + folder + "\\instdrv2\" giveio remove\r\n\"" +
+                                                folder + "\\instdrv2\" giveio \"" + folder +
+                                                "\\Giveio.sys\"\r\n");
+  EXPECT_EQ(Content(folder + "\\instdrv2.txt"),
+            "[giveio][remove]\r\n[giveio][" + folder + "\\Giveio.sys]\r\n");
+  EXPECT_EQ(service.ReadRegistryValue(kServiceKey, "Start"), "2");
+  EXPECT_TRUE(messages.Texts().empty());
+}
+
+TEST_F(ServiceRegistryTest, ADriverThatStartsWithTheSystemIsLeftAlone) {
+  RecordingMessages messages;
+  service.WriteRegistryValue(kServiceKey, "Start", kRegistryNumber, "2");
+  SetupGiveIO(service, messages);
+  EXPECT_FALSE(std::filesystem::exists(service.ProgramFolder() + "\\temp.bat"));
+  EXPECT_TRUE(messages.Texts().empty());
+}
+
+}  // namespace
+}  // namespace kestrel
