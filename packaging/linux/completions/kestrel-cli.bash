@@ -1,0 +1,37 @@
+# Completion of kestrel-cli for bash.
+_kestrel_cli() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  local global="--simulate --scenario --adapter --parallel --json --version --help"
+  local commands="capture registers bands command record status adapters"
+  local words="" word command="" action=""
+  for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    case $word in
+      capture | registers | bands | command | record | status | adapters)
+        [ -n "$command" ] || command=$word ;;
+      list | read | write | dump | clear | load | save) action=$word ;;
+    esac
+  done
+  case $previous in
+    --mode) words="manual timer time" ;;
+    --range) words="1 5 20 70" ;;
+    --option) words="0 1 2 3" ;;
+    --window) words="rectangular hanning flattop" ;;
+    --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
+    --scenario) words="running-machine bearing-fault" ;;
+    --out) COMPREPLY=($(compgen -d -- "$current")); return ;;
+    *)
+      case $command:$action in
+        :) words="$global $commands" ;;
+        capture:) words="--mode --averages --range --option --window --count --interval --out --name --data --help" ;;
+        registers:) words="list read write dump" ;;
+        registers:dump) words="--out" ;;
+        bands:) words="read write clear load save" ;;
+        bands:write | bands:load | bands:save)
+          COMPREPLY=($(compgen -f -- "$current")); return ;;
+        record:) words="--time --data" ;;
+        status:) words="--clear" ;;
+      esac ;;
+  esac
+  COMPREPLY=($(compgen -W "$words" -- "$current"))
+}
+complete -F _kestrel_cli kestrel-cli

@@ -1,0 +1,12 @@
+# Completion of kestrel for bash.
+_kestrel() {
+  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
+  case $previous in
+    --demo) COMPREPLY=($(compgen -d -- "$current")) ;;
+    --scenario) COMPREPLY=($(compgen -W "running-machine bearing-fault" -- "$current")) ;;
+    *)
+      COMPREPLY=($(compgen -W "--simulate --scenario --quick-start --demo --help --version" \
+        -- "$current")) ;;
+  esac
+}
+complete -F _kestrel kestrel
