@@ -6,6 +6,8 @@
 
 namespace kestrel {
 
+inline constexpr const char* kApplicationTitle = "Kestrel evaluation program";
+
 // State of the whole program for the whole run. Start values in brackets.
 
 // How the sensor is reached (kNoInterface). Set by CommPort.cfg and by the interface menus; falls

@@ -10,8 +10,6 @@
 
 namespace kestrel {
 
-inline constexpr const char* kApplicationTitle = "Kestrel evaluation program";
-
 struct StartOptions {
   bool quickStart = false;  // no trials of the delay, no loading window
   // InterfaceType to begin with where there is no CommPort.cfg.

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl.h"
 
+#include <array>
+
 #include "device/field.h"
 #include "numeric/conversions.h"
 #include "regmap/register_table.h"
@@ -22,7 +24,23 @@ constexpr Field kSpectralZ{2, 0x0004};
 constexpr Field kSpectralY{1, 0x0002};
 constexpr Field kSpectralX{0, 0x0001};
 
+constexpr std::array<const char*, 2> kOffOn{"Off", "On"};
+constexpr std::array<const char*, 2> kPolarities{"Less than the limit", "Greater than the limit"};
+constexpr std::array<const char*, 2> kSources{"Power supply", "Temperature"};
+
 }  // namespace
+
+std::vector<cBitFieldProp> DescribeAlmCtrl(std::int32_t word) {
+  return {DescribeField(kResponseDelay, word, "Response Delay"),
+          DescribeField(kLatch, word, "Latch Alarm Flags in STATUS", kOffOn),
+          DescribeField(kDioEnable, word, "Alarms 1 and 2 on DIO1 and DIO2", kOffOn),
+          DescribeField(kSystemPolarity, word, "System Alarm When", kPolarities),
+          DescribeField(kSystemSource, word, "System Alarm Source", kSources),
+          DescribeField(kSystemEnable, word, "System Alarm", kOffOn),
+          DescribeField(kSpectralZ, word, "Spectral Alarm Z", kOffOn),
+          DescribeField(kSpectralY, word, "Spectral Alarm Y", kOffOn),
+          DescribeField(kSpectralX, word, "Spectral Alarm X", kOffOn)};
+}
 
 void cALMCtrl::WriteAlmCtrl() {
   registers_.WriteReg(row::ALM_CTRL,

@@ -4,10 +4,15 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
+#include "regmap/bit_field.h"
 #include "transport/register_access.h"
 
 namespace kestrel {
+
+// The fields of an ALM_CTRL word, highest bits first.
+[[nodiscard]] std::vector<cBitFieldProp> DescribeAlmCtrl(std::int32_t word);
 
 // Model of ALM_CTRL: which alarms are on and what they drive. Fields are 16-bit codes, stored as
 // given without range checks, 0 at the start.

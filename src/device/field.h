@@ -3,8 +3,11 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
+#include <string>
 
 #include "numeric/conversions.h"
+#include "regmap/bit_field.h"
 
 namespace kestrel {
 
@@ -22,5 +25,12 @@ struct Field {
     return static_cast<double>(value) * static_cast<double>(1 << lowestBit);
   }
 };
+
+// The meaning of the codes of a field, from 0 on. A code past the last one has no text.
+using SettingTexts = std::span<const char* const>;
+
+// A field of a word, described for display. Bits read "13:12", or "7" for a single one.
+[[nodiscard]] cBitFieldProp DescribeField(const Field& field, std::int32_t word,
+                                          const std::string& title, SettingTexts settings = {});
 
 }  // namespace kestrel

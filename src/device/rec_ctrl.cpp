@@ -5,6 +5,7 @@
 #include <array>
 
 #include "device/field.h"
+#include "device/rec_info.h"
 #include "numeric/conversions.h"
 #include "regmap/register_table.h"
 
@@ -33,12 +34,30 @@ constexpr std::array<const char*, 4> kRecModes{"Manual", "Timer", kTimeMode, "Re
 
 constexpr double kFullScaleCode = 65535;
 
+constexpr std::array<const char*, 2> kOffOn{"Off", "On"};
+constexpr std::int16_t kLastSampleRate = 3;
+
 const Range* FindRange(std::int16_t code) {
   const auto at = static_cast<std::size_t>(code);
   return code >= 0 && at < kRanges.size() ? &kRanges[at] : nullptr;
 }
 
 }  // namespace
+
+std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word) {
+  cBitFieldProp window = DescribeField(kWindowing, word, "Windowing");
+  window.SettingDecription(WindowText(window.BFValue()));
+  cBitFieldProp rate = DescribeField(kSampleRate, word, "Sample Rate Option");
+  if (rate.BFValue() <= kLastSampleRate) rate.SettingDecription(SampleRateText(rate.BFValue()));
+  cBitFieldProp range = DescribeField(kRange, word, "Signal Range");
+  if (const Range* known = FindRange(range.BFValue())) range.SettingDecription(known->text);
+  return {window,
+          rate,
+          DescribeField(kPowerDown, word, "Power-down", kOffOn),
+          range,
+          DescribeField(kStorage, word, "Storage Method", kStorageMethods),
+          DescribeField(kRecMode, word, "Record Mode", kRecModes)};
+}
 
 void cRecCtrl::PowerDown(std::int16_t /*ignored*/) {
   powerDown_ = gRecCtrl ? gRecCtrl->PowerDown() : std::int16_t{0};

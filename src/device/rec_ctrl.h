@@ -2,13 +2,25 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "regmap/bit_field.h"
 #include "transport/register_access.h"
 
 namespace kestrel {
+
+// Which records the sensor keeps, by storage method code.
+inline constexpr std::array<const char*, 3> kStorageMethods{"None", "Alarm trig", "All"};
+
+// Units of the recording period, by REC_PRD bits 9:8.
+inline constexpr std::array<const char*, 3> kTimeUnits{"Seconds", "Minutes", "Hours"};
+
+// The fields of a REC_CTRL word, highest bits first.
+[[nodiscard]] std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word);
 
 // Model of REC_CTRL: how the sensor records. Fields are 16-bit codes, stored as given; the derived
 // values and texts change only when the register is read. Everything starts at 0 or empty.

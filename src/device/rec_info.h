@@ -2,12 +2,22 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <memory>
+#include <string>
 
 #include "regmap/bit_field.h"
 #include "transport/register_access.h"
 
 namespace kestrel {
+
+// Texts of codes that REC_INFO and REC_CTRL share.
+[[nodiscard]] std::string SampleRateText(std::int16_t code);
+[[nodiscard]] std::string WindowText(std::int16_t code);
+
+// The fields of a REC_INFO word: sample-rate option, window, range, FFT averages.
+[[nodiscard]] std::array<cBitFieldProp, 4> DescribeRecInfo(std::int32_t word);
 
 // Model of REC_INFO: how the record at hand was taken. Each field is described for display.
 class cRecInfo {

@@ -79,4 +79,18 @@ std::optional<std::uint32_t> HexadecimalNumber(std::string_view text) {
   return value;
 }
 
+std::optional<std::uint16_t> HexadecimalWord(std::string_view text) {
+  std::string_view digits = Trim(text);
+  for (const std::string_view prefix : {"0x", "0X", "&H", "&h"}) {
+    if (digits.starts_with(prefix)) {
+      digits.remove_prefix(prefix.size());
+      break;
+    }
+  }
+  if (digits.size() > 4 || digits != Trim(digits)) return std::nullopt;
+  const std::optional<std::uint32_t> number = HexadecimalNumber(digits);
+  if (!number) return std::nullopt;
+  return static_cast<std::uint16_t>(*number);
+}
+
 }  // namespace kestrel

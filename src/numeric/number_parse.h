@@ -18,4 +18,8 @@ namespace kestrel {
 // A whole text of one to eight hexadecimal digits, blanks around it allowed; nothing otherwise.
 [[nodiscard]] std::optional<std::uint32_t> HexadecimalNumber(std::string_view text);
 
+// A whole text of one to four hexadecimal digits, "0x" or "&H" before them and blanks around it
+// allowed; nothing otherwise.
+[[nodiscard]] std::optional<std::uint16_t> HexadecimalWord(std::string_view text);
+
 }  // namespace kestrel

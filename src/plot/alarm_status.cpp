@@ -3,6 +3,7 @@
 #include "plot/alarm_status.h"
 
 #include "app/program_state.h"
+#include "device/alarm_flags.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "regmap/register_table.h"
@@ -36,16 +37,15 @@ void AlarmStatus::DisplaySpectralALarmsStatus() {
 
 // A fault outranks a warning: it is applied after it.
 void AlarmStatus::ShowAxis(Axis axis, std::int32_t word) {
-  constexpr std::int32_t kBandNumber = 7;
   AlarmFlags& warnings = warnings_[Index(axis)];
   AlarmFlags& faults = faults_[Index(axis)];
   bool warned = false;
   bool faulted = false;
-  view_.SetBand(axis, GeneralNumber(word & kBandNumber));
+  view_.SetBand(axis, GeneralNumber(kAlarmBandNumber.Take(word)));
   for (int band = 1; band <= kAlarmBands; ++band) {
     const auto at = static_cast<std::size_t>(band);
-    warnings[at] = Bit(word, 2 * band + 2);
-    faults[at] = Bit(word, 2 * band + 3);
+    warnings[at] = Bit(word, WarningBit(band));
+    faults[at] = Bit(word, FaultBit(band));
     warned = warned || warnings[at] != 0;
     faulted = faulted || faults[at] != 0;
     const double calm = warnings[at] != 0 ? clrYellow : clrGreen;

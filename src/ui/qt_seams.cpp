@@ -6,7 +6,7 @@
 #include <QMessageBox>
 #include <cstdio>
 
-#include "app/start.h"
+#include "app/program_state.h"
 
 namespace kestrel {
 

@@ -5,7 +5,9 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QSignalBlocker>
+#include <span>
 
+#include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "plot/frequency.h"
 #include "ui/widgets.h"
@@ -17,6 +19,10 @@ QHBoxLayout* SideBySide(std::initializer_list<QWidget*> widgets) {
   auto* row = new QHBoxLayout;
   for (QWidget* widget : widgets) row->addWidget(widget);
   return row;
+}
+
+QStringList Texts(std::span<const char* const> texts) {
+  return {texts.begin(), texts.end()};
 }
 
 }  // namespace
@@ -119,8 +125,8 @@ void RecordPanel::FillLists() {
   fill(Setting::RecMode, {"Manual", "Timer", "Manual Time"});
   fill(Setting::Window, {"Rectangular", "Hanning", "Flat Top"});
   fill(Setting::SignalRange, {"0 to 1g", "0 to 5g", "0 to 20g", "0 to 70g"});
-  fill(Setting::Storage, {"None", "Alarm trig", "All"});
-  fill(Setting::Units, {"Seconds", "Minutes", "Hours"});
+  fill(Setting::Storage, Texts(kStorageMethods));
+  fill(Setting::Units, Texts(kTimeUnits));
   fill(Setting::FftAvgs, Numbers(255));
   fill(Setting::RecPntr, Numbers(15));
   fill(Setting::Interval, Numbers(255));

@@ -80,5 +80,21 @@ TEST(HexadecimalNumber, AnyOtherTextIsNone) {
   }
 }
 
+TEST(HexadecimalWord, OneToFourDigitsWithOrWithoutAPrefix) {
+  EXPECT_EQ(HexadecimalWord("0"), 0);
+  EXPECT_EQ(HexadecimalWord("fFfF"), 0xFFFF);
+  EXPECT_EQ(HexadecimalWord(" 0x1F\t"), 0x1F);
+  EXPECT_EQ(HexadecimalWord("0X00FF"), 0xFF);
+  EXPECT_EQ(HexadecimalWord("&hBEEF"), 0xBEEF);
+  EXPECT_EQ(HexadecimalWord("&H1"), 1);
+}
+
+TEST(HexadecimalWord, AnyOtherTextIsNone) {
+  for (const char* text : {"", " ", "10000", "0x", "&H", "0x 1", "0x0x1", "&H12345", "-1", "+1",
+                           "1 2", "G", "H1", "1.", "\xC2\xA0"}) {
+    EXPECT_EQ(HexadecimalWord(text), std::nullopt) << text;
+  }
+}
+
 }  // namespace
 }  // namespace kestrel
