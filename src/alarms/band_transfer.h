@@ -40,9 +40,10 @@ class BandTransfer {
   void ReadFlash(std::int16_t option);
   // All options, then shows option 0.
   void ReadAllFlash();
-  // Copies the six bands of one option from the table into the sensor's flash.
+  // Copies the six bands of one option from the table into the sensor's flash. Nothing is sent when
+  // a value of theirs does not fit its register; a message names it.
   void Write6BandsToFlash(std::int16_t option);
-  // Clears the sensor's bands, then writes all options.
+  // Clears the sensor's bands, then writes all options; with the same check first.
   void cmdWriteAll_Click();
   // Zeroes the table and clears the sensor's bands.
   void cmdClearAll_Click();
@@ -51,11 +52,25 @@ class BandTransfer {
   void Cancel() { cancelled_ = true; }
   [[nodiscard]] bool Running() const { return running_; }
 
-  // What the sensor's flash is known to hold; nothing for a band that has not been transferred
-  // since the start or since a transfer of it failed.
+  // What the sensor's flash is known to hold; nothing for a band that has not been transferred yet,
+  // or whose transfer was broken off.
   [[nodiscard]] std::optional<std::int32_t> InSensor(int field, int band, int option) const;
+  // Another sensor may be connected now.
+  void ForgetSensor() { known_ = {}; }
 
  private:
+  class Run;
+  using Known = std::array<std::array<bool, kAlarmBands + 1>, kSampleRateOptions>;
+
+  bool ReadOption(Run& run, std::int16_t option);
+  bool WriteOption(Run& run, std::int16_t option);
+  bool ReadBand(int band, int option);
+  bool WriteBand(int band, int option);
+  void ClearSensor();
+  [[nodiscard]] bool Writable(int firstOption, int lastOption);
+  [[nodiscard]] bool SensorThere();
+  void RefuseOption(const char* routine, const char* name, const char* valid, std::int16_t option);
+
   RegisterAccess& registers_;
   SoftwareDelay& delay_;
   EventLoop& loop_;
@@ -63,6 +78,8 @@ class BandTransfer {
   BandTransferView& view_;
   bool running_ = false;
   bool cancelled_ = false;
+  BandTable sensor_;  // where known_
+  Known known_{};
 };
 
 }  // namespace kestrel

@@ -1,0 +1,100 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/alarm_files.h"
+
+#include <filesystem>
+#include <optional>
+
+#include "alarms/alarm_file.h"
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::size_t kMostNames = 100;
+constexpr std::size_t kLargestFile = 1U << 20U;  // some thousand times a usual one
+constexpr std::string_view kListedStart = "AlarmSpectrum";
+constexpr std::string_view kListedEnd = ".csv";
+
+// The message window for as long as a file is read, however that ends.
+class ReadingSign {
+ public:
+  ReadingSign(AlarmFilesView& view, const std::string& text) : view_(view) {
+    view_.ShowReading(text);
+  }
+  ~ReadingSign() { view_.HideReading(); }
+  ReadingSign(const ReadingSign&) = delete;
+  ReadingSign& operator=(const ReadingSign&) = delete;
+
+ private:
+  AlarmFilesView& view_;
+};
+
+// A name that leads into another folder, or that some system cannot keep.
+bool HasForbiddenCharacter(const std::string& name) {
+  for (const char c : name) {
+    if (static_cast<unsigned char>(c) < ' ') return true;
+  }
+  return name.find_first_of("/\\:*?\"<>|") != std::string::npos;
+}
+
+}  // namespace
+
+void AlarmFiles::cmdWriteFile_Click(const std::string& name) {
+  if (!IsAlarmFileName(name)) {
+    messages_.Show(
+        "\nError while writting Alarm File"
+        "\nFile Name = " +
+            name +
+            "\n\nThis program requires..."
+            "\n\nA File name preface = AlarmSpectrum_ "
+            "\n\nA file extension = .csv"
+            "\n\nNo file written. Exiting the file write sub routine.",
+        "Error");
+    return;
+  }
+  if (HasForbiddenCharacter(name)) {
+    throw RuntimeError("File Name = " + name +
+                       "\nA file name cannot hold / \\ : * ? \" < > | or control characters. No "
+                       "file written.");
+  }
+  const std::filesystem::path file = FolderOfUserFiles(files_) / name;
+  files_.ReplaceWhole(file, AlarmFileText(AlarmBandTable));
+  view_.SetMessage("24 bands saved to " + file.string() + ".");
+}
+
+// Entries before a bad line stay and are shown, like those of a whole file.
+void AlarmFiles::ReadFile(const std::string& name) {
+  const std::filesystem::path file = FolderOfUserFiles(files_) / name;
+  int taken = 0;
+  {
+    const ReadingSign sign(
+        view_, "\r\n\r\nREADING FILE\r\nFile Name = " + name + "\r\nPath = " + file.string());
+    loop_.YieldToPaint();
+    const std::optional<std::string> content = files_.Read(file, kLargestFile + 1);
+    if (!content) throw RuntimeError(file.string() + ": the file cannot be read.");
+    if (content->size() > kLargestFile) {
+      throw RuntimeError(file.string() + ": the file is too large to be an alarm file.");
+    }
+    try {
+      taken = ReadAlarmFileText(*content, AlarmBandTable);
+    } catch (const RuntimeError& error) {
+      view_.DisplaySelected();
+      throw RuntimeError(file.string() + ", " + error.what());
+    }
+  }
+  view_.DisplaySelected();
+  view_.SetMessage(std::to_string(taken) + " bands loaded from " + file.string() +
+                   ". Not yet written to the sensor.");
+}
+
+std::vector<std::string> AlarmFiles::ListAlarmFiles() {
+  std::vector<std::string> names;
+  for (const std::string& name : files_.List(FolderOfUserFiles(files_))) {
+    if (names.size() == kMostNames) break;
+    if (name.starts_with(kListedStart) && name.ends_with(kListedEnd)) names.push_back(name);
+  }
+  return names;
+}
+
+}  // namespace kestrel

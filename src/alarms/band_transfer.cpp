@@ -1,0 +1,269 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/band_transfer.h"
+
+#include <vector>
+
+#include "regmap/register_table.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::int32_t kClearBands = 512;
+constexpr std::int32_t kSaveBand = 4096;
+constexpr std::int32_t kRetrieveBand = 16384;
+
+// The sensor brings a band from its flash into the registers in this time.
+constexpr float kRetrieveMs = 20;
+// Between loading the pointer and saving.
+constexpr float kBeforeSaveMs = 10;
+constexpr float kClearMs = 30;
+
+constexpr std::int32_t kLastBin = 255;
+constexpr std::int32_t kLargestCode = 65535;
+
+constexpr std::array<const char*, kBandFields.size()> kFieldNames{
+    "F-low",     "F-high",    "alarm 1 X", "alarm 1 Y",
+    "alarm 1 Z", "alarm 2 X", "alarm 2 Y", "alarm 2 Z"};
+
+std::array<std::int16_t, kBandFields.size()> BandRows() {
+  return {row::ALM_F_LOW,  row::ALM_F_HIGH, row::ALM_X_MAG1, row::ALM_Y_MAG1,
+          row::ALM_Z_MAG1, row::ALM_X_MAG2, row::ALM_Y_MAG2, row::ALM_Z_MAG2};
+}
+
+std::int32_t Pointer(int band, int option) {
+  return band + 256 * option;
+}
+
+bool IsOption(std::int16_t option) {
+  return option >= 0 && option < kSampleRateOptions;
+}
+
+}  // namespace
+
+// One transfer: its progress, what it moved, and how it ended.
+class BandTransfer::Run {
+ public:
+  Run(BandTransfer& transfer, const char* activity, int options)
+      : transfer_(transfer), activity_(activity), total_(options * kAlarmBands) {
+    transfer_.running_ = true;
+    transfer_.cancelled_ = false;
+    transfer_.view_.ShowTransfer(activity_, 0, total_);
+  }
+  ~Run() {
+    transfer_.view_.HideTransfer();
+    transfer_.running_ = false;
+    transfer_.cancelled_ = false;
+  }
+  Run(const Run&) = delete;
+  Run& operator=(const Run&) = delete;
+
+  // Between two bands: shows the progress and sees whether the user wants no more.
+  bool GoOn() {
+    transfer_.view_.ShowTransfer(activity_, static_cast<int>(done_.size()), total_);
+    transfer_.loop_.Yield();
+    return !transfer_.cancelled_ && RegisterAccess::Usable();
+  }
+  void Moved(int band, int option) { done_.push_back(Pointer(band, option)); }
+
+  [[nodiscard]] bool Whole() const { return static_cast<int>(done_.size()) == total_; }
+  [[nodiscard]] int Count() const { return static_cast<int>(done_.size()); }
+
+  // "cancelled" or what else kept it from its end.
+  [[nodiscard]] std::string Reason() const {
+    return RegisterAccess::Usable() ? "cancelled" : "failed: the sensor was lost";
+  }
+
+  // "option 0 bands 1 to 6, option 1 band 1", or "none". Bands go in order within an option.
+  [[nodiscard]] std::string Bands() const {
+    std::string text;
+    for (std::size_t first = 0; first < done_.size();) {
+      std::size_t next = first;
+      while (next < done_.size() && done_[next] / 256 == done_[first] / 256) ++next;
+      const std::string last = std::to_string(done_[next - 1] % 256);
+      text += (text.empty() ? "option " : ", option ") + std::to_string(done_[first] / 256) +
+              (next - first == 1 ? " band " + last
+                                 : " bands " + std::to_string(done_[first] % 256) + " to " + last);
+      first = next;
+    }
+    return text.empty() ? "none" : text;
+  }
+
+ private:
+  BandTransfer& transfer_;
+  const char* activity_;
+  int total_;
+  std::vector<int> done_;  // pointers
+};
+
+void BandTransfer::ReadFlash(std::int16_t option) {
+  if (!IsOption(option)) {
+    RefuseOption("ReadFlash()", "StatusRateOption  = ", "StatusRtaeOption", option);
+    return;
+  }
+  if (running_ || !SensorThere()) return;
+  Run run(*this, "Reading", 1);
+  if (ReadOption(run, option)) {
+    view_.SetMessage("6 bands read.");
+  } else {
+    view_.SetMessage("Reading " + run.Reason() + ". Read: " + run.Bands() + ".");
+  }
+}
+
+void BandTransfer::ReadAllFlash() {
+  if (running_ || !SensorThere()) return;
+  Run run(*this, "Reading", kSampleRateOptions);
+  for (std::int16_t option = 0; option < kSampleRateOptions; ++option) {
+    if (!ReadOption(run, option)) break;
+  }
+  view_.DisplaySpectrum(0);
+  if (run.Whole()) {
+    view_.SetMessage(std::to_string(run.Count()) + " bands read.");
+  } else {
+    view_.SetMessage("Reading " + run.Reason() + ". Read: " + run.Bands() + ".");
+  }
+}
+
+void BandTransfer::Write6BandsToFlash(std::int16_t option) {
+  if (!IsOption(option)) {
+    RefuseOption("WriteBandsFlash()", "Status Rate Option  = ", "Status Rate Option", option);
+    return;
+  }
+  if (running_ || !SensorThere() || !Writable(option, option)) return;
+  Run run(*this, "Writing", 1);
+  if (WriteOption(run, option)) {
+    view_.SetMessage("6 bands written.");
+  } else {
+    view_.SetMessage("Writing " + run.Reason() + ". Written: " + run.Bands() + ".");
+  }
+}
+
+void BandTransfer::cmdWriteAll_Click() {
+  if (running_ || !SensorThere() || !Writable(0, kSampleRateOptions - 1)) return;
+  Run run(*this, "Writing", kSampleRateOptions);
+  ClearSensor();
+  delay_.Delay(float{kClearMs});
+  for (std::int16_t option = 0; option < kSampleRateOptions; ++option) {
+    if (!WriteOption(run, option)) break;
+  }
+  if (run.Whole()) {
+    view_.SetMessage(std::to_string(run.Count()) + " bands written.");
+  } else {
+    view_.SetMessage("Writing " + run.Reason() +
+                     ". The sensor's bands were cleared first; written: " + run.Bands() + ".");
+  }
+}
+
+void BandTransfer::cmdClearAll_Click() {
+  if (running_) return;
+  for (int option = 0; option < kSampleRateOptions; ++option) {
+    for (int band = 1; band <= kAlarmBands; ++band) {
+      for (const int field : kBandFields) AlarmBandTable(field, band, option) = 0;
+    }
+  }
+  const bool there = SensorThere();
+  if (there) ClearSensor();
+  view_.DisplaySpectrum(0);
+  if (there) {
+    view_.SetMessage(RegisterAccess::Usable() ? "All bands cleared, in the sensor too."
+                                              : "Clearing failed: the sensor was lost.");
+  }
+}
+
+std::optional<std::int32_t> BandTransfer::InSensor(int field, int band, int option) const {
+  const bool known = known_.at(static_cast<std::size_t>(option)).at(static_cast<std::size_t>(band));
+  return known ? std::optional(sensor_(field, band, option)) : std::nullopt;
+}
+
+bool BandTransfer::ReadOption(Run& run, std::int16_t option) {
+  bool whole = true;
+  for (int band = 1; band <= kAlarmBands && whole; ++band) {
+    whole = run.GoOn() && ReadBand(band, option);
+    if (whole) run.Moved(band, option);
+  }
+  view_.DisplaySpectrum(option);
+  return whole;
+}
+
+bool BandTransfer::WriteOption(Run& run, std::int16_t option) {
+  for (int band = 1; band <= kAlarmBands; ++band) {
+    if (!run.GoOn() || !WriteBand(band, option)) return false;
+    run.Moved(band, option);
+  }
+  return true;
+}
+
+// The band's earlier values stay in the table unless all of it arrives.
+bool BandTransfer::ReadBand(int band, int option) {
+  registers_.WriteReg(row::ALM_PNTR, Pointer(band, option));
+  registers_.WriteReg(row::COMMAND, kRetrieveBand);
+  delay_.Delay(float{kRetrieveMs});
+  const auto rows = BandRows();
+  std::array<std::int32_t, kBandFields.size()> values{};
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    registers_.ReadReg(rows[i]);
+    if (!RegisterAccess::Usable()) return false;
+    values[i] = RegValue;
+  }
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    AlarmBandTable(kBandFields[i], band, option) = values[i];
+    sensor_(kBandFields[i], band, option) = values[i];
+  }
+  known_.at(static_cast<std::size_t>(option)).at(static_cast<std::size_t>(band)) = true;
+  return true;
+}
+
+bool BandTransfer::WriteBand(int band, int option) {
+  bool& known = known_.at(static_cast<std::size_t>(option)).at(static_cast<std::size_t>(band));
+  known = false;
+  const auto rows = BandRows();
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
+    registers_.WriteReg(rows[i], value);
+    sensor_(kBandFields[i], band, option) = value;
+  }
+  registers_.WriteReg(row::ALM_PNTR, Pointer(band, option));
+  delay_.Delay(float{kBeforeSaveMs});
+  registers_.WriteReg(row::COMMAND, kSaveBand);
+  known = RegisterAccess::Usable();
+  return known;
+}
+
+void BandTransfer::ClearSensor() {
+  registers_.WriteReg(row::COMMAND, kClearBands);
+  sensor_ = {};
+  for (auto& option : known_) option.fill(RegisterAccess::Usable());
+}
+
+// A loaded file may hold numbers that no register takes.
+bool BandTransfer::Writable(int firstOption, int lastOption) {
+  for (int option = firstOption; option <= lastOption; ++option) {
+    for (int band = 1; band <= kAlarmBands; ++band) {
+      for (std::size_t i = 0; i < kBandFields.size(); ++i) {
+        const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
+        const std::int32_t largest = kBandFields[i] <= kFHighField ? kLastBin : kLargestCode;
+        if (value >= 0 && value <= largest) continue;
+        messages_.Show("Writing alarm bands: option " + std::to_string(option) + ", band " +
+                       std::to_string(band) + ", " + kFieldNames[i] + " = " +
+                       std::to_string(value) + " is not from 0 to " + std::to_string(largest) +
+                       ". Nothing was written.");
+        return false;
+      }
+    }
+  }
+  return true;
+}
+
+bool BandTransfer::SensorThere() {
+  if (RegisterAccess::Usable()) return true;
+  view_.SetMessage("No sensor can be reached.");
+  return false;
+}
+
+void BandTransfer::RefuseOption(const char* routine, const char* name, const char* valid,
+                                std::int16_t option) {
+  messages_.Show(std::string("Error...\nsub routine = ") + routine + "\n" + name +
+                 std::to_string(option) + "\nValid values for " + valid + " Are 0,1,2,3\n");
+}
+
+}  // namespace kestrel
