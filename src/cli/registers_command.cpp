@@ -139,10 +139,10 @@ ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
 
 ExitCode RegistersCommand::Dump(Session& session, const Output& output) const {
   if (!folder_.empty()) session.files.SetFolder(std::filesystem::absolute(folder_));
-  const std::string list = ReadAllRegisters(session.core.registers);
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
+  const auto listing = ReadAllRegisters(session.core.registers, {});
+  if (!listing) return ExitCode::NoSensor;
   const std::filesystem::path file =
-      WriteRegisterLog(session.files, session.core.seams.locale, list);
+      WriteRegisterLog(session.files, session.core.seams.locale, listing->text);
   if (output.json) {
     output.Write({{"file", file.string()}});
   } else {
