@@ -31,12 +31,12 @@ install_compressed(${linux}/changelog ${CMAKE_INSTALL_DATADIR}/doc/kestrel chang
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kestrel)
-set(CPACK_PACKAGE_CONTACT "The Kestrel evaluation program authors <kestrel@localhost>")
+set(CPACK_PACKAGE_CONTACT "The Kestrel evaluation program authors <kestrel@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bench program for a tri-axial vibration sensor")
 set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
   "Captures averaged spectra and time records of one tri-axial digital vibration
- sensor, plots them, compares them with alarm bands, edits every register and
- logs captures to files. A simulated sensor is built in.")
+sensor, plots them, compares them with alarm bands, edits every register and
+logs captures to files. A simulated sensor is built in.")
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6")
