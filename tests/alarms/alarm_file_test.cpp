@@ -1,0 +1,192 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/alarm_file.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "numeric/runtime_error.h"
+
+namespace kestrel {
+namespace {
+
+const std::string kHeader =
+    "Sample Rate Option,  Band,  F-Low, F-High,  Alm1 X,  ALM1 Y,  ALM1 Z,  ALM2 X,  ALM2 Y,  ALM2 "
+    "Z\r\n";
+
+BandTable RandomTable(unsigned seed) {
+  std::mt19937 random(seed);
+  BandTable table;
+  for (int option = 0; option < 4; ++option) {
+    for (int band = 1; band <= 6; ++band) {
+      for (const int field : kBandFields) {
+        table(field, band, option) = static_cast<std::int32_t>(random());
+      }
+    }
+  }
+  return table;
+}
+
+BandTable Read(const std::string& content) {
+  BandTable table;
+  ReadAlarmFileText(content, table);
+  return table;
+}
+
+std::string Refusal(const std::string& content) {
+  BandTable table;
+  try {
+    ReadAlarmFileText(content, table);
+  } catch (const RuntimeError& error) {
+    return error.what();
+  }
+  return "taken";
+}
+
+TEST(AlarmFileName, MustBeginAndEndInExactlyTheseLetters) {
+  EXPECT_TRUE(IsAlarmFileName("AlarmSpectrum_Default.csv"));
+  EXPECT_TRUE(IsAlarmFileName("AlarmSpectrum_.csv"));
+  EXPECT_FALSE(IsAlarmFileName("AlarmSpectrum_Default.CSV"));
+  EXPECT_FALSE(IsAlarmFileName("alarmspectrum_Default.csv"));
+  EXPECT_FALSE(IsAlarmFileName("AlarmSpectrum.csv"));
+  EXPECT_FALSE(IsAlarmFileName("AlarmSpectrum_Default.csv "));
+  EXPECT_FALSE(IsAlarmFileName(""));
+}
+
+TEST(AlarmFileContent, IsAHeaderAnd24LinesEndedByCarriageReturnAndLineFeed) {
+  BandTable table;
+  table(0, 3, 2) = 40;
+  table(1, 3, 2) = 52;
+  for (const Axis axis : kAxes) {
+    table(Alarm1Field(axis), 3, 2) = 120;
+    table(Alarm2Field(axis), 3, 2) = 200;
+  }
+  table(9, 6, 3) = -1;
+  std::string expected = kHeader;
+  for (int option = 0; option < 4; ++option) {
+    for (int band = 1; band <= 6; ++band) {
+      const std::string start = std::to_string(option) + "," + std::to_string(band);
+      if (option == 2 && band == 3) {
+        expected += "2,3,40,52,120,120,120,200,200,200\r\n";
+      } else if (option == 3 && band == 6) {
+        expected += "3,6,0,0,0,0,0,0,0,-1\r\n";
+      } else {
+        expected += start + ",0,0,0,0,0,0,0,0\r\n";
+      }
+    }
+  }
+  EXPECT_EQ(AlarmFileText(table), expected);
+}
+
+TEST(AlarmFileContent, ReadBackIsTheSameTable) {
+  for (unsigned seed = 1; seed <= 50; ++seed) {
+    const BandTable table = RandomTable(seed);
+    EXPECT_EQ(Read(AlarmFileText(table)), table) << seed;
+  }
+}
+
+TEST(AlarmFileContent, TheFieldsThatAreNotInTheFileStay) {
+  BandTable table;
+  table(2, 1, 0) = 5;
+  table(6, 1, 0) = 6;
+  EXPECT_EQ(ReadAlarmFileText(kHeader + "0,1,1,2,3,4,5,6,7,8\r\n", table), 1);
+  EXPECT_EQ(table(2, 1, 0), 5);
+  EXPECT_EQ(table(6, 1, 0), 6);
+  EXPECT_EQ(table(7, 1, 0), 6);
+  EXPECT_EQ(table(9, 1, 0), 8);
+}
+
+TEST(AlarmFileContent, AHeaderAloneChangesNothing) {
+  BandTable table = RandomTable(1);
+  EXPECT_EQ(ReadAlarmFileText(kHeader, table), 0);
+  EXPECT_EQ(table, RandomTable(1));
+}
+
+TEST(AlarmFileContent, LinesMayComeInAnyOrderAndBeFew) {
+  BandTable table = RandomTable(2);
+  BandTable expected = table;
+  expected(0, 6, 3) = 9;
+  expected(0, 1, 0) = 8;
+  for (const int field : kBandFields) {
+    if (field == 0) continue;
+    expected(field, 6, 3) = 0;
+    expected(field, 1, 0) = 0;
+  }
+  EXPECT_EQ(ReadAlarmFileText(kHeader + "3,6,9,0,0,0,0,0,0,0\r\n0,1,8,0,0,0,0,0,0,0\r\n", table),
+            2);
+  EXPECT_EQ(table, expected);
+}
+
+TEST(AlarmFileContent, TheUnusedSlotsOfTheTableAreInReach) {
+  EXPECT_EQ(Read(kHeader + "4,7,1,0,0,0,0,0,0,0\r\n")(0, 7, 4), 1);
+  EXPECT_EQ(Read(kHeader + "0,0,1,0,0,0,0,0,0,0\r\n")(0, 0, 0), 1);
+}
+
+TEST(AlarmFileContent, WhatSpreadsheetsWriteIsTaken) {
+  const BandTable expected = Read(kHeader + "1,2,3,4,5,6,7,8,9,10\r\n");
+  const std::string header = kHeader.substr(0, kHeader.size() - 2);
+  std::string semicolons = header;
+  std::replace(semicolons.begin(), semicolons.end(), ',', ';');
+  std::string tabs = header;
+  std::replace(tabs.begin(), tabs.end(), ',', '\t');
+  for (const std::string& content : {
+           header + "\n1,2,3,4,5,6,7,8,9,10\n",                   // LF
+           header + "\r1,2,3,4,5,6,7,8,9,10\r",                   // CR
+           header + "\n1,2,3,4,5,6,7,8,9,10",                     // no end of line
+           "\xEF\xBB\xBF" + header + "\r\n1,2,3,4,5,6,7,8,9,10",  // byte-order mark
+           header + "\r\n 1, 2 ,3,\t4,5,6,7,8,9, 10 \r\n",        // blanks
+           header + "\r\n\"1\",\"2\",3,4,5,6,7,8,9,\" 10\"\r\n",  // quotes
+           header + "\r\n\r\n1,2,3,4,5,6,7,8,9,10\r\n\r\n \r\n",  // empty lines
+           header + "\r\n1.0,2,3.4,4,4.5,6.5,7,8,9,1E+1\r\n",     // decimals, half to even
+           semicolons + "\r\n1;2;3;4;5;6;7;8;9;10\r\n",
+           tabs + "\r\n1\t2\t3\t4\t5\t6\t7\t8\t9\t10\r\n",
+       }) {
+    if (content.find("4.5") != std::string::npos) {
+      EXPECT_EQ(Read(content)(3, 2, 1), 4);
+      EXPECT_EQ(Read(content)(4, 2, 1), 6);
+      EXPECT_EQ(Read(content)(9, 2, 1), 10);
+    } else {
+      EXPECT_EQ(Read(content), expected) << content;
+    }
+  }
+}
+
+TEST(AlarmFileContent, AFileThatIsNoneIsRefusedByItsFirstLine) {
+  EXPECT_EQ(Refusal(""), "line 1: no alarm file: it begins with \"\"");
+  EXPECT_EQ(Refusal("Name,Value\r\n1,2\r\n"),
+            "line 1: no alarm file: it begins with \"Name,Value\"");
+  EXPECT_EQ(Refusal("0,1,0,0,0,0,0,0,0,0\r\n"),
+            "line 1: no alarm file: it begins with \"0,1,0,0,0,0,0,0,0,0\"");
+  EXPECT_EQ(Refusal(std::string(100000, 'x')),
+            "line 1: no alarm file: it begins with \"" + std::string(80, 'x') + "\"");
+}
+
+TEST(AlarmFileContent, ABadLineIsNamedWithItsNumberAndValue) {
+  const std::string good = "0,1,0,0,0,0,0,0,0,0\r\n";
+  EXPECT_EQ(Refusal(kHeader + good + "5,1,0,0,0,0,0,0,0,0\r\n"),
+            "line 3: option = 5. Subscript out of range");
+  EXPECT_EQ(Refusal(kHeader + "-1,1,0,0,0,0,0,0,0,0\r\n"),
+            "line 2: option = -1. Subscript out of range");
+  EXPECT_EQ(Refusal(kHeader + good + good + "0,8,0,0,0,0,0,0,0,0\r\n"),
+            "line 4: band = 8. Subscript out of range");
+  EXPECT_EQ(Refusal(kHeader + "0,1,ten,0,0,0,0,0,0,0\r\n"), "line 2: F-low = \"ten\" is no number");
+  EXPECT_EQ(Refusal(kHeader + "0,1,0,0,0,0,0,0,0,\r\n"), "line 2: alarm 2 Z = \"\" is no number");
+  EXPECT_EQ(Refusal(kHeader + "0,1,0,0,2147483648,0,0,0,0,0\r\n"),
+            "line 2: alarm 1 X = 2147483648. Overflow");
+  EXPECT_EQ(Refusal(kHeader + "0,1,0\r\n"), "line 2: 3 values instead of 10 in \"0,1,0\"");
+  EXPECT_EQ(Refusal(kHeader + "0,1,0,0,0,0,0,0,0,0,\r\n"),
+            "line 2: 11 values instead of 10 in \"0,1,0,0,0,0,0,0,0,0,\"");
+}
+
+TEST(AlarmFileContent, EntriesBeforeABadLineStay) {
+  BandTable table;
+  EXPECT_THROW(ReadAlarmFileText(kHeader + "0,1,9,9,9,9,9,9,9,9\r\n0,2,1,1,x,1,1,1,1,1\r\n", table),
+               RuntimeError);
+  EXPECT_EQ(table(0, 1, 0), 9);
+  EXPECT_EQ(table(9, 1, 0), 9);
+  EXPECT_EQ(table(0, 2, 0), 0) << "nothing of the bad line itself";
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,145 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/alarm_files.h"
+
+#include <gtest/gtest.h>
+
+#include "alarms/alarm_file.h"
+#include "alarms/band_table.h"
+#include "numeric/runtime_error.h"
+#include "support/fake_clock.h"
+#include "support/journal.h"
+#include "support/memory_files.h"
+#include "support/recording_messages.h"
+#include "support/scripted_loop.h"
+
+namespace kestrel {
+namespace {
+
+using Words = std::vector<std::string>;
+
+class AlarmFilesTest : public testing::Test, public AlarmFilesView {
+ protected:
+  AlarmFilesTest() { ResetAlarmBandTable(); }
+  ~AlarmFilesTest() override { ResetAlarmBandTable(); }
+
+  void ShowReading(const std::string& text) override { journal.Note("shown:" + text); }
+  void HideReading() override { journal.Note("hidden"); }
+  void DisplaySelected() override { journal.Note("bands"); }
+  void SetMessage(const std::string& text) override { journal.Note(text); }
+
+  std::string Refusal(const std::string& name) {
+    try {
+      files.ReadFile(name);
+    } catch (const RuntimeError& error) {
+      return error.what();
+    }
+    return "read";
+  }
+
+  FakeClock clock;
+  ScriptedLoop loop{clock};
+  RecordingMessages messages;
+  MemoryFiles disk;
+  Journal journal;
+  AlarmFiles files{disk, loop, messages, *this};
+};
+
+TEST_F(AlarmFilesTest, SavesBesideTheProgram) {
+  AlarmBandTable(0, 1, 0) = 12;
+  files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
+  EXPECT_EQ(disk.contents.at("/program/AlarmSpectrum_pump.csv"), AlarmFileText(AlarmBandTable));
+  EXPECT_EQ(journal.Entries(), Words{"24 bands saved to /program/AlarmSpectrum_pump.csv."});
+  disk.readOnly.insert("/program");
+  files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
+  EXPECT_TRUE(disk.contents.contains("/documents/AlarmSpectrum_pump.csv"));
+}
+
+TEST_F(AlarmFilesTest, AnotherNameIsRefusedWithTheRuleAndNothingIsWritten) {
+  for (const char* name : {"bands.csv", "AlarmSpectrum_Default.CSV", ""}) {
+    messages.Clear();
+    files.cmdWriteFile_Click(name);
+    EXPECT_EQ(messages.Texts(),
+              Words{"\nError while writting Alarm File\nFile Name = " + std::string(name) +
+                    "\n\nThis program requires...\n\nA File name preface = AlarmSpectrum_ "
+                    "\n\nA file extension = .csv"
+                    "\n\nNo file written. Exiting the file write sub routine."});
+    EXPECT_EQ(messages.Titles(), Words{"Error"});
+  }
+  EXPECT_TRUE(disk.contents.empty());
+}
+
+TEST_F(AlarmFilesTest, ANameThatLeadsElsewhereIsRefused) {
+  for (const char* name : {"AlarmSpectrum_/../x.csv", "AlarmSpectrum_a\\b.csv",
+                           "AlarmSpectrum_a:b.csv", "AlarmSpectrum_a\nb.csv"}) {
+    EXPECT_THROW(files.cmdWriteFile_Click(name), RuntimeError) << name;
+  }
+  EXPECT_TRUE(disk.contents.empty());
+}
+
+TEST_F(AlarmFilesTest, AFileThatCannotBeWrittenIsNamedWithTheReason) {
+  disk.failure = "No space left on device";
+  try {
+    files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
+    FAIL() << "nothing was thrown";
+  } catch (const RuntimeError& error) {
+    EXPECT_STREQ(error.what(), "/program/AlarmSpectrum_pump.csv: No space left on device");
+  }
+  EXPECT_TRUE(journal.Entries().empty());
+}
+
+TEST_F(AlarmFilesTest, LoadsIntoTheTableBehindAMessageWindow) {
+  BandTable table;
+  table(0, 2, 1) = 33;
+  disk.contents["/program/AlarmSpectrum_pump.csv"] = AlarmFileText(table);
+  files.ReadFile("AlarmSpectrum_pump.csv");
+  EXPECT_EQ(AlarmBandTable, table);
+  EXPECT_EQ(loop.Paints(), 1);
+  EXPECT_EQ(journal.Entries(),
+            (Words{"shown:\r\n\r\nREADING FILE\r\nFile Name = AlarmSpectrum_pump.csv\r\nPath = "
+                   "/program/AlarmSpectrum_pump.csv",
+                   "hidden", "bands",
+                   "24 bands loaded from /program/AlarmSpectrum_pump.csv. Not yet written to the "
+                   "sensor."}));
+}
+
+TEST_F(AlarmFilesTest, AMissingFileIsNamedAndTheTableUntouched) {
+  AlarmBandTable(0, 1, 0) = 5;
+  EXPECT_EQ(Refusal("AlarmSpectrum_none.csv"),
+            "/program/AlarmSpectrum_none.csv: the file cannot be read.");
+  EXPECT_EQ(Refusal("values read from flash mem."),
+            "/program/values read from flash mem.: the file cannot be read.");
+  EXPECT_EQ(AlarmBandTable(0, 1, 0), 5);
+  EXPECT_EQ(journal.Entries().back(), "hidden");
+}
+
+TEST_F(AlarmFilesTest, ABadLineIsNamedWithTheFileAndWhatCameBeforeIsShown) {
+  disk.contents["/program/AlarmSpectrum_bad.csv"] =
+      AlarmFileText(AlarmBandTable).substr(0, 300) + "x";
+  const std::string refusal = Refusal("AlarmSpectrum_bad.csv");
+  EXPECT_EQ(refusal.find("/program/AlarmSpectrum_bad.csv, line "), 0U) << refusal;
+  EXPECT_EQ(Words(journal.Entries().end() - 2, journal.Entries().end()),
+            (Words{"bands", "hidden"}));
+}
+
+TEST_F(AlarmFilesTest, AFileTooLargeIsRefused) {
+  disk.contents["/program/AlarmSpectrum_large.csv"] = std::string((1U << 20U) + 1, '\n');
+  EXPECT_EQ(Refusal("AlarmSpectrum_large.csv"),
+            "/program/AlarmSpectrum_large.csv: the file is too large to be an alarm file.");
+}
+
+TEST_F(AlarmFilesTest, ListsAtMost100FilesByTheirNames) {
+  disk.contents["/program/AlarmSpectrum.csv"] = "";
+  disk.contents["/program/AlarmSpectrum_a.csv"] = "";
+  disk.contents["/program/AlarmSpectrum_b.txt"] = "";
+  disk.contents["/program/Alarm.csv"] = "";
+  disk.contents["/elsewhere/AlarmSpectrum_c.csv"] = "";
+  EXPECT_EQ(files.ListAlarmFiles(), (Words{"AlarmSpectrum.csv", "AlarmSpectrum_a.csv"}));
+  for (int i = 0; i < 200; ++i) {
+    disk.contents["/program/AlarmSpectrum_" + std::to_string(i) + ".csv"] = "";
+  }
+  EXPECT_EQ(files.ListAlarmFiles().size(), 100U);
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,97 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// Bands go into the simulated sensor's flash and come back.
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "alarms/band_transfer.h"
+#include "app/core.h"
+#include "app/program_state.h"
+#include "app/start.h"
+#include "simulator/simulated_hardware.h"
+#include "support/fake_clock.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/recording_messages.h"
+#include "support/recording_pointer.h"
+#include "support/reset_program.h"
+#include "support/scripted_loop.h"
+
+namespace kestrel {
+namespace {
+
+class BandFlash : public testing::Test, public BandTransferView {
+ protected:
+  BandFlash() {
+    ResetProgram();
+    core.delay.SkipCalibration();
+    InterfaceType = kUsbAdapter;
+    InitInterface(core);
+    InitRegisterTable(core.registers);
+  }
+  ~BandFlash() override { ResetProgram(); }
+
+  void DisplaySpectrum(std::int16_t /*option*/) override {}
+  void ShowTransfer(const std::string& /*activity*/, int /*done*/, int /*total*/) override {}
+  void HideTransfer() override {}
+  void SetMessage(const std::string& text) override { message = text; }
+
+  FakeClock clock;
+  SimulatedHardware hardware{clock};
+  ScriptedLoop loop{clock};
+  RecordingPointer pointer;
+  RecordingMessages messages;
+  MemoryFiles files;
+  FixedLocale locale;
+  Core core{{clock, loop, pointer, messages, files, locale, hardware.Adapter(), hardware.Port(),
+             hardware.Service()}};
+  std::string message;
+  BandTransfer transfer{core.registers, core.delay, loop, messages, *this};
+};
+
+TEST_F(BandFlash, EveryValueComesBackAsItWasWritten) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 5; ++round) {
+    BandTable table;
+    for (int option = 0; option < kSampleRateOptions; ++option) {
+      for (int band = 1; band <= kAlarmBands; ++band) {
+        for (const int field : kBandFields) {
+          // The Y axis's alarm 2 register is read with 15 bits.
+          const bool isShort = field == Alarm2Field(Axis::Y);
+          const std::uint32_t most = field <= kFHighField ? 256U : (isShort ? 32768U : 65536U);
+          table(field, band, option) = static_cast<std::int32_t>(random() % most);
+        }
+      }
+    }
+    AlarmBandTable = table;
+    transfer.cmdWriteAll_Click();
+    EXPECT_EQ(message, "24 bands written.");
+    AlarmBandTable = {};
+    transfer.ReadAllFlash();
+    EXPECT_EQ(AlarmBandTable, table) << "round " << round;
+  }
+}
+
+TEST_F(BandFlash, TheLargestCodeOfTheYAxisComesBackWith15Bits) {
+  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 65535;
+  AlarmBandTable(Alarm2Field(Axis::Z), 1, 0) = 65535;
+  transfer.Write6BandsToFlash(0);
+  transfer.ReadFlash(0);
+  EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Y), 1, 0), 32767);
+  EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Z), 1, 0), 65535);
+}
+
+TEST_F(BandFlash, ClearedBandsReadAsZeros) {
+  AlarmBandTable(0, 6, 3) = 9;
+  transfer.cmdWriteAll_Click();
+  transfer.cmdClearAll_Click();
+  clock.Advance(std::chrono::seconds{1});
+  AlarmBandTable(0, 6, 3) = 5;
+  transfer.ReadAllFlash();
+  EXPECT_EQ(AlarmBandTable, BandTable{});
+}
+
+}  // namespace
+}  // namespace kestrel

@@ -1,0 +1,258 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "alarms/band_transfer.h"
+
+#include "transfer_bench.h"
+
+namespace kestrel {
+namespace {
+
+using namespace std::chrono_literals;
+using Words = std::vector<std::string>;
+
+class Transfer : public TransferBench {};
+
+TEST_F(Transfer, ReadingAnOptionRetrievesItsSixBandsOneByOne) {
+  transfer.ReadFlash(2);
+  Frames frames;
+  for (int band = 1; band <= 6; ++band) frames = std::move(frames) + ReadBandFrames(band, 2);
+  EXPECT_EQ(TakeFrames(), frames);
+  EXPECT_EQ(journal.Entries(), Words{"option 2"});
+  EXPECT_EQ(message, "6 bands read.");
+}
+
+TEST_F(Transfer, Band3OfOption2IsAddressedWith515) {
+  transfer.ReadFlash(2);
+  const Frames frames = TakeFrames();
+  const Frames third = ReadBandFrames(3, 2);
+  EXPECT_EQ(Frames(frames.begin() + 2 * static_cast<long>(third.size()),
+                   frames.begin() + 3 * static_cast<long>(third.size())),
+            third);
+  EXPECT_EQ(third.front(), 0xB102);
+  EXPECT_EQ(third[1], 0xB003);
+  EXPECT_EQ(0x0203, 515);
+}
+
+TEST_F(Transfer, TheSensorHas20MsToRetrieveABand) {
+  transfer.ReadFlash(0);
+  const auto commands = sensor.Times(kRetrieveFrame);
+  const auto reads = sensor.Times(0x2000);
+  ASSERT_EQ(commands.size(), 6U);
+  ASSERT_EQ(reads.size(), 6U);
+  for (std::size_t i = 0; i < 6; ++i) {
+    EXPECT_EQ(reads[i] - commands[i], 20ms + 100us) << i;
+  }
+}
+
+TEST_F(Transfer, WhatTheRegistersHoldGoesIntoTheTable) {
+  for (std::size_t i = 0; i < kAddresses.size(); ++i) {
+    sensor.Set(kAddresses[i], 100 + static_cast<int>(i));
+  }
+  AlarmBandTable(2, 1, 1) = 77;
+  transfer.ReadFlash(1);
+  for (int band = 1; band <= 6; ++band) {
+    for (std::size_t i = 0; i < kBandFields.size(); ++i) {
+      EXPECT_EQ(AlarmBandTable(kBandFields[i], band, 1), 100 + static_cast<int>(i));
+      EXPECT_EQ(transfer.InSensor(kBandFields[i], band, 1), 100 + static_cast<int>(i));
+      EXPECT_EQ(AlarmBandTable(kBandFields[i], band, 0), 0);
+      EXPECT_EQ(transfer.InSensor(kBandFields[i], band, 0), std::nullopt);
+    }
+  }
+  EXPECT_EQ(AlarmBandTable(2, 1, 1), 77) << "a field that is never transferred";
+}
+
+TEST_F(Transfer, AnOptionThatIsNoneIsNamedAndTheTableUntouched) {
+  AlarmBandTable = RandomTable(1);
+  const BandTable before = AlarmBandTable;
+  for (const std::int16_t option : {std::int16_t{4}, std::int16_t{-1}}) {
+    messages.Clear();
+    transfer.ReadFlash(option);
+    EXPECT_EQ(messages.Texts(),
+              Words{"Error...\nsub routine = ReadFlash()\nStatusRateOption  = " +
+                    std::to_string(option) + "\nValid values for StatusRtaeOption Are 0,1,2,3\n"});
+    messages.Clear();
+    transfer.Write6BandsToFlash(option);
+    EXPECT_EQ(
+        messages.Texts(),
+        Words{"Error...\nsub routine = WriteBandsFlash()\nStatus Rate Option  = " +
+              std::to_string(option) + "\nValid values for Status Rate Option Are 0,1,2,3\n"});
+  }
+  EXPECT_EQ(AlarmBandTable, before);
+  EXPECT_EQ(TakeFrames(), Frames{});
+  EXPECT_TRUE(journal.Entries().empty());
+}
+
+TEST_F(Transfer, ReadingAllShowsEachOptionAndThenTheFirst) {
+  transfer.ReadAllFlash();
+  Frames frames;
+  for (int option = 0; option < 4; ++option) {
+    for (int band = 1; band <= 6; ++band) frames = std::move(frames) + ReadBandFrames(band, option);
+  }
+  EXPECT_EQ(TakeFrames(), frames);
+  EXPECT_EQ(journal.Entries(), (Words{"option 0", "option 1", "option 2", "option 3", "option 0"}));
+  EXPECT_EQ(message, "24 bands read.");
+  EXPECT_EQ(progress.front(), "Reading 0/24");
+  EXPECT_EQ(progress.back(), "Reading 23/24");
+  EXPECT_FALSE(shown);
+  EXPECT_FALSE(transfer.Running());
+}
+
+TEST_F(Transfer, WritingAnOptionLoadsTheRegistersThenThePointerThenSaves) {
+  AlarmBandTable = RandomTable(2);
+  transfer.Write6BandsToFlash(3);
+  Frames frames;
+  for (int band = 1; band <= 6; ++band) {
+    frames = std::move(frames) + WriteBandFrames(band, 3, AlarmBandTable);
+  }
+  EXPECT_EQ(TakeFrames(), frames);
+  EXPECT_TRUE(journal.Entries().empty());
+}
+
+TEST_F(Transfer, ThePauseOfAWriteIsBeforeTheSaveAndNoneAfterIt) {
+  transfer.Write6BandsToFlash(0);
+  // Eight registers, the pointer, the save: ten transfers a band.
+  ASSERT_EQ(sensor.Transfers().size(), 60U);
+  for (std::size_t band = 0; band < 6; ++band) {
+    EXPECT_EQ(After(10 * band + 8), 10ms + 100us);
+    if (band < 5) {
+      EXPECT_EQ(After(10 * band + 9), 100us);
+    }
+  }
+}
+
+TEST_F(Transfer, WritingAllIsOneClearAnd24Saves) {
+  AlarmBandTable = RandomTable(3);
+  transfer.cmdWriteAll_Click();
+  EXPECT_EQ(sensor.Count(kClearFrame), 1);
+  EXPECT_EQ(sensor.Count(kSaveFrame), 24);
+  EXPECT_EQ(After(0), 30ms + 100us) << "after the clear";
+  Frames frames{kClearFrame};
+  for (int option = 0; option < 4; ++option) {
+    for (int band = 1; band <= 6; ++band) {
+      frames = std::move(frames) + WriteBandFrames(band, option, AlarmBandTable);
+    }
+  }
+  EXPECT_EQ(TakeFrames(), frames);
+  EXPECT_EQ(message, "24 bands written.");
+  EXPECT_EQ(transfer.InSensor(Alarm2Field(Axis::Z), 6, 3),
+            AlarmBandTable(Alarm2Field(Axis::Z), 6, 3));
+}
+
+TEST_F(Transfer, ClearingZeroesTheTableAndSendsOneCommandWithoutAPause) {
+  AlarmBandTable = RandomTable(4);
+  AlarmBandTable(2, 1, 0) = 5;
+  AlarmBandTable(0, 0, 4) = 6;
+  const auto start = clock.Monotonic();
+  transfer.cmdClearAll_Click();
+  EXPECT_EQ(TakeFrames(), Frames{kClearFrame});
+  EXPECT_EQ(clock.Monotonic() - start, 100us);
+  EXPECT_EQ(journal.Entries(), Words{"option 0"});
+  BandTable unused;
+  unused(2, 1, 0) = 5;
+  unused(0, 0, 4) = 6;
+  EXPECT_EQ(AlarmBandTable, unused);
+  EXPECT_EQ(transfer.InSensor(0, 1, 0), 0);
+}
+
+TEST_F(Transfer, AReadCanBeCancelledBetweenAnyTwoBands) {
+  for (int band = 0; band < 24; ++band) {
+    SCOPED_TRACE(band);
+    sensor.ClearFrames();
+    loop.AtYield(loop.Yields() + band + 1, [this] { transfer.Cancel(); });
+    transfer.ReadAllFlash();
+    EXPECT_EQ(sensor.Count(kRetrieveFrame), band);
+    EXPECT_EQ(sensor.AllFrames().size(), static_cast<std::size_t>(band) * 19U) << "half a band";
+    EXPECT_EQ(message.find("Reading cancelled. Read: "), 0U) << message;
+    EXPECT_FALSE(transfer.Running());
+    EXPECT_FALSE(shown);
+  }
+}
+
+TEST_F(Transfer, ACancelledReadTellsWhatWasRead) {
+  loop.AtYield(1, [this] { transfer.Cancel(); });
+  transfer.ReadAllFlash();
+  EXPECT_EQ(message, "Reading cancelled. Read: none.");
+  loop.AtYield(loop.Yields() + 8, [this] { transfer.Cancel(); });
+  transfer.ReadAllFlash();
+  EXPECT_EQ(message, "Reading cancelled. Read: option 0 bands 1 to 6, option 1 band 1.");
+}
+
+TEST_F(Transfer, ACancelledWriteTellsWhatReachedTheSensor) {
+  loop.AtYield(9, [this] { transfer.Cancel(); });
+  transfer.cmdWriteAll_Click();
+  EXPECT_EQ(message,
+            "Writing cancelled. The sensor's bands were cleared first; written: option 0 bands 1 "
+            "to 6, option 1 bands 1 to 2.");
+  EXPECT_EQ(transfer.InSensor(0, 6, 3), 0) << "cleared, and not written since";
+}
+
+TEST_F(Transfer, AnEarlierCancelDoesNotEndTheNextTransfer) {
+  transfer.Cancel();
+  transfer.ReadFlash(0);
+  EXPECT_EQ(message, "6 bands read.");
+}
+
+TEST_F(Transfer, NoTransferBeginsInsideAnother) {
+  loop.AtYield(2, [this] {
+    transfer.cmdWriteAll_Click();
+    transfer.cmdClearAll_Click();
+    transfer.ReadFlash(3);
+    transfer.ReadAllFlash();
+    transfer.Write6BandsToFlash(1);
+  });
+  AlarmBandTable = RandomTable(5);
+  transfer.ReadFlash(0);
+  EXPECT_EQ(sensor.Count(kSaveFrame), 0);
+  EXPECT_EQ(sensor.Count(kClearFrame), 0);
+  EXPECT_EQ(sensor.Count(kRetrieveFrame), 6);
+}
+
+TEST_F(Transfer, WithoutASensorNothingIsSentAndTheLineSaysSo) {
+  InterfaceType = kNoInterface;
+  AlarmBandTable = RandomTable(6);
+  const BandTable before = AlarmBandTable;
+  transfer.ReadAllFlash();
+  EXPECT_EQ(message, "No sensor can be reached.");
+  transfer.cmdWriteAll_Click();
+  transfer.Write6BandsToFlash(0);
+  EXPECT_EQ(AlarmBandTable, before);
+  EXPECT_EQ(TakeFrames(), Frames{});
+  transfer.cmdClearAll_Click();
+  EXPECT_EQ(AlarmBandTable, BandTable{}) << "the table is the host's own";
+}
+
+TEST_F(Transfer, ForgettingTheSensorForgetsEveryBand) {
+  transfer.ReadAllFlash();
+  transfer.ForgetSensor();
+  EXPECT_EQ(transfer.InSensor(0, 1, 0), std::nullopt);
+}
+
+struct BadValue {
+  int field;
+  std::int32_t value;
+  const char* text;
+};
+
+TEST_F(Transfer, AValueThatNoRegisterTakesIsNamedBeforeAnythingIsSent) {
+  for (const BadValue& bad : {BadValue{0, 256, "F-low = 256 is not from 0 to 255"},
+                              BadValue{1, -1, "F-high = -1 is not from 0 to 255"},
+                              BadValue{3, 65536, "alarm 1 X = 65536 is not from 0 to 65535"},
+                              BadValue{9, -5, "alarm 2 Z = -5 is not from 0 to 65535"}}) {
+    messages.Clear();
+    AlarmBandTable = {};
+    AlarmBandTable(bad.field, 4, 2) = bad.value;
+    transfer.cmdWriteAll_Click();
+    EXPECT_EQ(messages.Texts(), Words{"Writing alarm bands: option 2, band 4, " +
+                                      std::string(bad.text) + ". Nothing was written."});
+    transfer.Write6BandsToFlash(2);
+    EXPECT_EQ(messages.Texts().size(), 2U);
+    transfer.Write6BandsToFlash(1);
+    EXPECT_EQ(messages.Texts().size(), 2U) << "another option is not concerned";
+    EXPECT_EQ(sensor.Count(kClearFrame), 0);
+    EXPECT_EQ(sensor.Count(kSaveFrame), 6);
+    sensor.ClearFrames();
+  }
+}
+
+}  // namespace
+}  // namespace kestrel
