@@ -1,0 +1,51 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <array>
+
+#include "app/core.h"
+#include "device/alarm_control.h"
+#include "ui/secondary_window.h"
+
+namespace kestrel {
+
+// Edits ALM_CTRL: which alarms are on, what the system alarm watches, what they drive.
+class frmALM_CTRL : public SecondaryWindow, public AlarmControlView {
+ public:
+  frmALM_CTRL(Core& core, HandlerEdge& edge, QWidget* parent);
+
+  void ShowControls(const std::string& hexWord, const AlarmControls& controls) override;
+  [[nodiscard]] AlarmControls Controls() override;
+
+ protected:
+  void Form_Activate() override;
+
+ private:
+  [[nodiscard]] QWidget* SpectralBox();
+  [[nodiscard]] QWidget* SystemBox();
+  void LayOut();
+  void Connect();
+
+  AlarmControl control_;
+  QLabel* lblHexWord_;
+  QComboBox* cbxResponseDelay_;
+  QCheckBox* ckDIOenable_;
+  std::array<QCheckBox*, 3> spectralEnable_;
+  QCheckBox* ckSystemAlarmEnable_;
+  QRadioButton* opGreaterThan_;
+  QRadioButton* opLessThan_;
+  QRadioButton* opSupply_;
+  QRadioButton* opTemperature_;
+  QLineEdit* txtSAmag_;
+  QButtonGroup* polarity_;
+  QButtonGroup* source_;
+};
+
+}  // namespace kestrel
