@@ -15,6 +15,7 @@ FrameBuffer SpiTx;
 FrameBuffer SpiRx;
 std::uint8_t SpiWordCount = 0;
 std::array<AdapterRecord, kAdapterNames> AdapterRecords;
+std::array<NameFinding, kAdapterNames> NameFindings;
 AdapterRecord SelectedAdapter;
 std::int16_t AdapterCount = 0;
 std::int16_t SelectedAdapterNumber = -1;
@@ -28,6 +29,7 @@ constexpr std::uint32_t kOpenExisting = 3;
 constexpr std::uint32_t kCommandPipe = 0;
 constexpr std::uint32_t kAnswerPipe = 1;
 
+constexpr std::uint8_t kCommandReadSettings = 1;
 constexpr std::uint8_t kCommandSetup = 11;
 constexpr std::uint8_t kCommandBits = 12;
 constexpr std::uint8_t kCommandTransferPerWord = 13;
@@ -72,6 +74,7 @@ void ResetAdapterState() {
   SpiRx = {};
   SpiWordCount = 0;
   AdapterRecords = {};
+  NameFindings = {};
   SelectedAdapter = {};
   AdapterCount = 0;
   SelectedAdapterNumber = -1;
@@ -105,11 +108,17 @@ UsbDriver::Handle UsbAdapter::OpenDevice(const std::string& name) {
 void UsbAdapter::FindAdapters() {
   AdapterCount = 0;
   AdapterRecords = {};
+  NameFindings = {};
   for (int n = 0; n < kAdapterNames; ++n) {
     const std::string name = "Ezusb-" + std::to_string(n);
+    NameFinding& finding = NameFindings[static_cast<std::size_t>(n)];
     const OpenedDevice device(*this, name);
-    if (!device.valid()) continue;
-    const std::string boardType = ReadBoardType(device.handle());
+    finding.opened = device.valid();
+    if (!finding.opened) {
+      finding.openError = static_cast<std::int32_t>(-device.handle());
+      continue;
+    }
+    const std::string boardType = ReadBoardType(device.handle(), finding);
     if (boardType == "None") continue;
     AdapterRecord& record = AdapterRecords[static_cast<std::size_t>(n)];
     ++AdapterCount;
@@ -174,6 +183,20 @@ void UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value, const cha
   if (BulkTransfer(device.handle(), kCommandPipe, block) != 1) Fail(failure);
 }
 
+std::optional<std::array<std::uint8_t, 2>> UsbAdapter::UsbReadSettings() {
+  if (!UsbPresent) return std::nullopt;
+  bool sent = false;
+  std::array<std::uint8_t, 2> answer{};
+  {
+    const OpenedDevice device(*this, SelectedAdapter.deviceName);
+    std::array<std::uint8_t, 1> block{kCommandReadSettings};
+    sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
+    if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) return answer;
+  }
+  Fail(sent ? "Error Reading SPI" : "Error Writing SPI");
+  return std::nullopt;
+}
+
 void UsbAdapter::UsbSpiTransfer(int n) {
   if (!UsbPresent) return;
   if (n < 1 || n > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
@@ -196,6 +219,12 @@ void UsbAdapter::UsbSpiTransfer(int n) {
   Fail(sent ? "Error Reading SPI" : "Error Writing SPI");
 }
 
+bool UsbAdapter::FindLost() {
+  if (!UsbPresent || OpenedDevice(*this, SelectedAdapter.deviceName).valid()) return false;
+  Lose();
+  return true;
+}
+
 // The same request serves both directions: the driver takes the direction from the pipe.
 int UsbAdapter::BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe,
                              std::span<std::uint8_t> buffer) {
@@ -206,9 +235,14 @@ int UsbAdapter::BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe,
   return ok && moved == buffer.size() ? 1 : 0;
 }
 
+void UsbAdapter::Lose() {
+  UsbPresent = false;
+  StopSpiLoop = true;
+}
+
 // Presence falls before the box shows: handlers that run meanwhile must not reach the board.
 void UsbAdapter::Fail(const char* text) {
-  UsbPresent = false;
+  Lose();
   messages_.Show(text);
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -26,6 +27,15 @@ struct AdapterRecord {
   std::string usbVersion;     // "1.1" or "2"
 };
 
+// What the last search met under a device name.
+struct NameFinding {
+  std::int32_t openError = 0;  // system's error code; 0 when it opened, or when none was given
+  bool opened = false;
+  bool described = false;  // the device told its vendor and product
+  std::uint16_t vendor = 0;
+  std::uint16_t product = 0;
+};
+
 // Frame numbers run from 1 to 16.
 class FrameBuffer {
  public:
@@ -41,6 +51,7 @@ extern FrameBuffer SpiTx;          // frames to send (all 0); register access la
 extern FrameBuffer SpiRx;          // answers received (all 0); UsbSpiTransfer
 extern std::uint8_t SpiWordCount;  // frames of the last transfer (0); UsbSpiTransfer
 extern std::array<AdapterRecord, kAdapterNames> AdapterRecords;  // FindAdapters
+extern std::array<NameFinding, kAdapterNames> NameFindings;      // FindAdapters
 extern AdapterRecord SelectedAdapter;       // copy of the record in use; SelectAdapter
 extern std::int16_t AdapterCount;           // boards found by the last search (0)
 extern std::int16_t SelectedAdapterNumber;  // 0..3, -1 when none (-1)
@@ -49,8 +60,8 @@ extern std::int16_t SelectedAdapterNumber;  // 0..3, -1 when none (-1)
 void ResetAdapterState();
 
 // The USB-to-SPI adapter: command blocks to the board's firmware on pipe 0, answers on pipe 1.
-// Every operation opens the board and closes it again. A failed request shows one message and
-// clears UsbPresent; nothing is sent while UsbPresent is false.
+// Every operation opens the board and closes it again. A failed request shows one message, clears
+// UsbPresent and ends the endless transfer loop; nothing is sent while UsbPresent is false.
 class UsbAdapter {
  public:
   UsbAdapter(UsbDriver& driver, Messages& messages) : driver_(driver), messages_(messages) {}
@@ -71,9 +82,17 @@ class UsbAdapter {
   void UsbSetupSpi(std::uint8_t value);    // adapter command 11; 0 is sent as 1
   void UsbSetSpiBits(std::uint8_t value);  // adapter command 12
 
+  // Adapter command 1: the two bytes that the board answers. Nothing without a board or when it
+  // fails.
+  [[nodiscard]] std::optional<std::array<std::uint8_t, 2>> UsbReadSettings();
+
   // Sends SpiTx(1..n) and fills SpiRx(1..n); on failure SpiRx is unchanged. A frame with high byte
   // 255 throws RuntimeError "Overflow".
   void UsbSpiTransfer(int n);
+
+  // Opens the selected board and closes it again, nothing more. When it does not open it counts as
+  // lost, without a message; returns whether it has just been found lost.
+  [[nodiscard]] bool FindLost();
 
   // One bulk request: 1 when all of `buffer` was moved, 0 when not, -2 without a handle.
   int BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe, std::span<std::uint8_t> buffer);
@@ -81,11 +100,12 @@ class UsbAdapter {
  private:
   class OpenedDevice;
 
-  [[nodiscard]] std::string ReadBoardType(UsbDriver::Handle device);
+  [[nodiscard]] std::string ReadBoardType(UsbDriver::Handle device, NameFinding& finding);
   [[nodiscard]] std::string ReadStringDescriptor(UsbDriver::Handle device, std::uint8_t index);
   [[nodiscard]] bool ReadFirmwareVersion(UsbDriver::Handle device, float& version);
   [[nodiscard]] int ReadPacketSize(UsbDriver::Handle device, std::size_t pipe);
   void SendSetting(std::uint8_t command, std::uint8_t value, const char* failure);
+  static void Lose();
   void Fail(const char* text);
 
   UsbDriver& driver_;

@@ -68,15 +68,18 @@ std::string FromUtf16(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
-std::string UsbAdapter::ReadBoardType(UsbDriver::Handle device) {
+std::string UsbAdapter::ReadBoardType(UsbDriver::Handle device, NameFinding& finding) {
   std::array<std::uint8_t, kDeviceDescriptorBuffer> buffer{};
   std::uint32_t returned = 0;
   const std::array<std::uint8_t, kDeviceDescriptorBuffer> request{};
   if (!driver_.DeviceIoControl(device, kGetDeviceDescriptor, request, buffer, returned)) {
     return "None";
   }
-  if (LittleEndian(buffer, kVendorOffset) != kVendor) return "None";
-  switch (LittleEndian(buffer, kProductOffset)) {
+  finding.described = true;
+  finding.vendor = LittleEndian(buffer, kVendorOffset);
+  finding.product = LittleEndian(buffer, kProductOffset);
+  if (finding.vendor != kVendor) return "None";
+  switch (finding.product) {
     case kProductFifo4:
       return "FIFO4";
     case kProductMcp:

@@ -14,6 +14,12 @@ inline constexpr std::uint32_t kGetStringDescriptor = 0x222044;
 inline constexpr std::uint32_t kGetPipeInformation = 0x222000;
 inline constexpr std::uint32_t kBulkTransfer = 0x222051;
 
+// Error codes of an open that failed which tell the user what to do. Systems with other codes of
+// their own hand out these.
+inline constexpr std::int32_t kUsbNotAttached = 2;     // no device of this name
+inline constexpr std::int32_t kUsbNoPermission = 5;    // attached, the user may not use it
+inline constexpr std::int32_t kUsbBusyElsewhere = 32;  // attached, another program uses it
+
 // The operating system's way to the adapter boards: one system call a function.
 class UsbDriver {
  public:

@@ -37,6 +37,10 @@ class HandlerEdge {
 
   void Run(const char* name, const std::function<void()>& handler);
 
+  // Whether no handler is at work and no register sequence is under way: what happens by itself, on
+  // a timer, may use the adapter.
+  [[nodiscard]] bool Resting() const;
+
   // For what would disturb a capture: refused while one is waited for.
   void RunIdle(const char* name, const std::function<void()>& handler);
 
@@ -44,6 +48,7 @@ class HandlerEdge {
   Messages& messages_;
   Surroundings surroundings_;
   int occupied_ = 0;
+  int running_ = 0;  // handlers, one inside another
 };
 
 }  // namespace kestrel

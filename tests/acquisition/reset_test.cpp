@@ -63,6 +63,7 @@ std::vector<Name> StateNames() {
           KESTREL_PLAIN(UsbSpiDelay, 1, 5),
           KESTREL_PLAIN(UsbSpiBits, 120, 1),
           KESTREL_PLAIN(UsbSpiSetupValue, 25, 1),
+          KESTREL_PLAIN(SystemName, "WinNT", "Win95"),
           KESTREL_PLAIN(clrRed, 0, 1),
           KESTREL_PLAIN(clrGreen, 0, 1),
           KESTREL_PLAIN(clrYellow, 0, 1),
@@ -93,6 +94,8 @@ std::vector<Name> TransportNames() {
           SpiFrames("SpiRx", SpiRx),
           {"AdapterRecords", [] { AdapterRecords[3].present = true; },
            [] { return !AdapterRecords[3].present; }},
+          {"NameFindings", [] { NameFindings[3].opened = true; },
+           [] { return !NameFindings[3].opened; }},
           {"SelectedAdapter", [] { SelectedAdapter.deviceName = "Ezusb-1"; },
            [] { return SelectedAdapter.deviceName.empty(); }}};
 }

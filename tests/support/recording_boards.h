@@ -39,7 +39,10 @@ class RecordingBoards : public UsbDriver {
   }
 
   std::map<int, ScriptedBoard> boards;            // by the number in "Ezusb-n"
+  std::map<int, std::int32_t> openErrors;         // names that do not open, with the error code
   std::deque<std::vector<std::uint8_t>> answers;  // what pipe 1 gives, one entry a read
+
+  bool answersZeros = false;  // where no answer is scripted
 
   // The k-th request (opening counts, closing does not) from now on fails, or moves one byte less
   // than asked for; 0 for none.
@@ -70,8 +73,9 @@ class RecordingBoards : public UsbDriver {
     const bool failed = ++requests_ == failAt_;
     const std::string prefix = "\\\\.\\Ezusb-";
     const int number = path.starts_with(prefix) ? std::stoi(path.substr(prefix.size())) : -1;
-    if (failed || openError_ != 0 || !boards.contains(number)) {
-      lastError_ = openError_ != 0 ? openError_ : 2;
+    if (failed || openError_ != 0 || openErrors.contains(number) || !boards.contains(number)) {
+      lastError_ = openErrors.contains(number) ? openErrors.at(number) : 2;
+      if (openError_ != 0) lastError_ = openError_;
       return -1;
     }
     ++opened_;
@@ -99,7 +103,7 @@ class RecordingBoards : public UsbDriver {
       returned = static_cast<std::uint32_t>(output.size());
     } else {
       std::vector<std::uint8_t> data;
-      if (!Answer(board, code, input, data)) return false;
+      if (!Answer(board, code, input, output.size(), data)) return false;
       data.resize(std::min(data.size(), output.size()));
       std::copy(data.begin(), data.end(), output.begin());
       returned = static_cast<std::uint32_t>(data.size());
@@ -147,7 +151,7 @@ class RecordingBoards : public UsbDriver {
   }
 
   bool Answer(const ScriptedBoard& board, std::uint32_t code, std::span<const std::uint8_t> input,
-              std::vector<std::uint8_t>& data) {
+              std::size_t size, std::vector<std::uint8_t>& data) {
     if (code == 0x222004) {
       data = {18,
               1,
@@ -177,6 +181,8 @@ class RecordingBoards : public UsbDriver {
         data[16 + 20 * i] = Low(board.packetSizes[i]);
         data[17 + 20 * i] = High(board.packetSizes[i]);
       }
+    } else if (answers.empty() && answersZeros) {
+      data.assign(size, 0);
     } else if (answers.empty()) {
       ADD_FAILURE() << "no answer is scripted";
       return false;

@@ -6,6 +6,7 @@
 #include "alarms/band_table.h"
 #include "app/delay.h"
 #include "app/program_state.h"
+#include "app/system_name.h"
 #include "device/alm_ctrl.h"
 #include "device/capture_data.h"
 #include "device/rec_ctrl.h"
@@ -24,6 +25,7 @@ inline void ResetProgram() {
   gRecCtrl.reset();
   gAlmCtrl.reset();
   ResetProgramState();
+  ResetSystemName();
   ResetDelayState();
   ResetAdapterState();
   ResetRegisterAccessState();

@@ -74,6 +74,22 @@ TEST_F(Edge, WhatWouldDisturbACaptureWaitsForItsEnd) {
   EXPECT_EQ(journal.Entries(), (Words{"after", "later", "after"}));
 }
 
+TEST_F(Edge, RestsWhileNothingIsAtWork) {
+  EXPECT_TRUE(edge.Resting());
+  busy = true;
+  EXPECT_FALSE(edge.Resting());
+  busy = false;
+  edge.Run("cmdRead_Click", [this] {
+    EXPECT_FALSE(edge.Resting());
+    edge.Run("Form_Load", [] {});
+    EXPECT_FALSE(edge.Resting());
+    throw RuntimeError(kOverflow);
+  });
+  EXPECT_TRUE(edge.Resting());
+  const HandlerEdge::Occupation occupation(edge);
+  EXPECT_FALSE(edge.Resting());
+}
+
 TEST_F(Edge, AHandlerInAHandlerHasAnEdgeOfItsOwn) {
   edge.Run("mnuRecInfo_Click", [this] {
     edge.Run("Form_Load", [] { throw RuntimeError(kSubscriptOutOfRange); });

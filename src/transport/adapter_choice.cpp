@@ -1,0 +1,51 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "transport/adapter_choice.h"
+
+#include "app/config_file.h"
+#include "app/program_state.h"
+
+namespace kestrel {
+namespace {
+
+bool IsPresent(int index) {
+  return index >= 0 && index < kAdapterNames &&
+         AdapterRecords[static_cast<std::size_t>(index)].present;
+}
+
+// The record of this name, else the first one with a board; -1 for none.
+int Preferred(const std::string& name) {
+  int first = -1;
+  for (int n = kAdapterNames - 1; n >= 0; --n) {
+    if (!IsPresent(n)) continue;
+    if (AdapterRecords[static_cast<std::size_t>(n)].deviceName == name) return n;
+    first = n;
+  }
+  return first;
+}
+
+}  // namespace
+
+bool ChooseAdapter(UsbAdapter& usb, Files& files, int index) {
+  if (!IsPresent(index)) {
+    SelectedAdapterNumber = -1;
+    UsbPresent = false;
+    StopSpiLoop = true;
+    return false;
+  }
+  usb.SelectAdapter(index);
+  usb.UsbSetupSpi(UsbSpiSetupValue);
+  usb.UsbSetSpiBits(UsbSpiBits);
+  if (!UsbPresent) return false;
+  InterfaceType = kUsbAdapter;
+  WriteConfigFile(files);
+  return true;
+}
+
+bool ChooseAdapterAgain(UsbAdapter& usb, Files& files) {
+  const std::string earlier = SelectedAdapter.deviceName;
+  usb.FindAdapters();
+  return ChooseAdapter(usb, files, Preferred(earlier));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,40 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "app/files.h"
+#include "app/messages.h"
+#include "transport/driver_service.h"
+#include "transport/parallel_port.h"
+#include "transport/port_io.h"
+
+namespace kestrel {
+
+// Makes a parallel port the interface.
+class PortChoice {
+ public:
+  PortChoice(DriverService& service, PortIo& io, ParallelPort& port, Files& files,
+             Messages& messages)
+      : service_(service), io_(io), port_(port), files_(files), messages_(messages) {}
+
+  // PortAddress as the user sees it, in hexadecimal digits.
+  [[nodiscard]] static std::string AddressText();
+
+  // Takes an address in hexadecimal digits over, selects the parallel port, prepares it where it
+  // has not been prepared yet, and remembers the choice in CommPort.cfg. Any text that is no 16-bit
+  // address is explained and changes nothing. Returns whether the port is selected.
+  bool cmdOK_Click(const std::string& text);
+
+ private:
+  void Prepare();
+
+  DriverService& service_;
+  PortIo& io_;
+  ParallelPort& port_;
+  Files& files_;
+  Messages& messages_;
+};
+
+}  // namespace kestrel
