@@ -9,7 +9,7 @@
 #include "app/program_state.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
-#include "transport/hexadecimal_word.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 namespace {

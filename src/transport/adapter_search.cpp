@@ -3,7 +3,7 @@
 #include "transport/adapter_search.h"
 
 #include "numeric/number_format.h"
-#include "transport/hexadecimal_word.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 namespace {

@@ -7,8 +7,8 @@
 #include "app/system_name.h"
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"
-#include "transport/hexadecimal_word.h"
 #include "transport/port_driver.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 
@@ -22,7 +22,7 @@ bool PortChoice::cmdOK_Click(const std::string& text) {
     messages_.Show(std::string("Port address: enter it in hexadecimal digits.") + kExample);
     return false;
   }
-  const HexadecimalWord address = ReadHexadecimalWord(text);
+  const TypedWord address = ReadTypedWord(text);
   if (!address.fault.empty()) {
     messages_.Show("Port address: " + address.fault + kExample);
     return false;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "transport/hexadecimal_word.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 namespace {
@@ -31,7 +31,7 @@ TypedFrames ReadTypedFrames(const FrameTexts& texts) {
   for (int number = 1; number <= count; ++number) {
     const std::string& text = texts.at(static_cast<std::size_t>(number - 1));
     if (IsBlank(text)) return Fault(number, " is empty. Fill it in, or clear those after it.");
-    const HexadecimalWord word = ReadHexadecimalWord(text);
+    const TypedWord word = ReadTypedWord(text);
     if (!word.fault.empty()) return Fault(number, ": " + word.fault);
     if (word.value > kLastFrame) {
       return Fault(number, ": " + Quoted(text) +

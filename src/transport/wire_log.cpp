@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "numeric/number_format.h"
-#include "transport/hexadecimal_word.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 namespace {

@@ -9,12 +9,12 @@
 namespace kestrel {
 
 // What the user entered as a 16-bit word in hexadecimal digits, "0x" before them allowed.
-struct HexadecimalWord {
+struct TypedWord {
   std::uint16_t value = 0;
   std::string fault;  // the text and why it is no such word; empty when it is one
 };
 
-[[nodiscard]] HexadecimalWord ReadHexadecimalWord(std::string_view text);
+[[nodiscard]] TypedWord ReadTypedWord(std::string_view text);
 
 // A text of the user's in quotation marks, shortened to fit a message.
 [[nodiscard]] std::string Quoted(std::string_view text);

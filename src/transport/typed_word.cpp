@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "transport/hexadecimal_word.h"
+#include "transport/typed_word.h"
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ bool Continues(char byte) {
 
 }  // namespace
 
-HexadecimalWord ReadHexadecimalWord(std::string_view text) {
+TypedWord ReadTypedWord(std::string_view text) {
   std::string_view digits = Trim(text);
   if (digits.starts_with("0x") || digits.starts_with("0X")) digits.remove_prefix(2);
   if (digits.empty() || digits.find_first_not_of(kDigits) != std::string_view::npos) {

@@ -1,0 +1,60 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+
+#include "alarms/band_cells.h"
+#include "alarms/band_history.h"
+
+namespace kestrel {
+
+// How an edit ended.
+struct EditOutcome {
+  bool changed = false;
+  std::string message;  // one line; "" when everything was taken as it was typed
+  std::string details;  // all corrections, one a line, where the message has room for one only
+};
+
+// The user's changes of the band table, each one step of the history.
+class BandEdits {
+ public:
+  explicit BandEdits(BandTable& table) : table_(table), history_(table) {}
+
+  // Option whose bands are edited, range, and the decimal mark of the user's spreadsheet.
+  struct Context {
+    int option = 0;
+    BandScale scale;
+    char decimalMark = '.';
+  };
+
+  // A text was typed into a cell.
+  EditOutcome Enter(BandCell cell, const std::string& text, const Context& context);
+  // Sets the cells of a block to 0.
+  EditOutcome Zero(const CellBlock& block, const Context& context);
+  // Pastes text from the clipboard. A text that fits the block several times fills it; any other
+  // begins in its first cell, and what lies beyond the grid is left out. An empty cell of the text
+  // leaves its target as it is.
+  EditOutcome Paste(const CellBlock& block, const std::string& text, const Context& context);
+  // A band's edges or a threshold were dragged on the plot. `alarm` is 1 or 2.
+  EditOutcome SetEdges(int band, int fLow, int fHigh, const Context& context);
+  EditOutcome SetLevel(int band, int alarm, Axis axis, double g, const Context& context);
+
+  // Takes back or does again one step. `option` becomes one whose bands change by it.
+  EditOutcome Undo(int& option);
+  EditOutcome Redo(int& option);
+
+  // Steps that others made: transfers and files.
+  [[nodiscard]] BandHistory& History() { return history_; }
+
+ private:
+  void Store(BandCell cell, std::int32_t value, int option) {
+    table_(FieldOf(cell.column), cell.band, option) = value;
+  }
+  EditOutcome Turn(bool (BandHistory::*turn)(), const std::string& message, int& option);
+
+  BandTable& table_;
+  BandHistory history_;
+};
+
+}  // namespace kestrel
