@@ -9,14 +9,17 @@
 #include "ui/widgets.h"
 
 namespace kestrel {
+namespace {
+
+constexpr QPoint kPlaceTwips{600, 3300};
+
+}  // namespace
 
 frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
-    : QDialog(parent),
+    : SecondaryWindow("frmCommand", tr("Global commands"), edge, parent, kPlaceTwips),
       cbxCommand_(MakeComboBox("cbxCommand", tr("Function"), tr("Function of the sensor"))),
       LbLBusy_(MakeLabel("LbLBusy", tr("Busy..."))),
       commands_(core.registers, core.delay, core.seams.loop, core.seams.messages, *this) {
-  setObjectName("frmCommand");
-  setWindowTitle(tr("Global commands"));
   cbxCommand_->setPlaceholderText("Select a Function");
   for (const char* item : kCommandItems) cbxCommand_->addItem(item);
   cbxCommand_->setCurrentIndex(-1);
@@ -41,9 +44,8 @@ frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
   all->addWidget(MakeCaption(tr("&Function"), cbxCommand_));
   all->addWidget(cbxCommand_);
   all->addLayout(buttons);
-  connect(cmdWrite, &QPushButton::clicked, this, [this, &edge] {
-    edge.Run("cmdWrite_Click", [this] { commands_.cmdWrite_Click(cbxCommand_->currentIndex()); });
-  });
+  On(cmdWrite, &QPushButton::clicked, "cmdWrite_Click",
+     [this] { commands_.cmdWrite_Click(cbxCommand_->currentIndex()); });
   connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
 }
 

@@ -3,17 +3,16 @@
 #pragma once
 
 #include <QComboBox>
-#include <QDialog>
 #include <QLabel>
 
 #include "app/core.h"
 #include "device/global_commands.h"
-#include "ui/handler_edge.h"
+#include "ui/secondary_window.h"
 
 namespace kestrel {
 
 // Sends one of the sensor's sixteen functions.
-class frmCommand : public QDialog, public BusyView {
+class frmCommand : public SecondaryWindow, public BusyView {
  public:
   frmCommand(Core& core, HandlerEdge& edge, QWidget* parent);
 

@@ -13,6 +13,8 @@
 namespace kestrel {
 namespace {
 
+constexpr QPoint kPlaceTwips{1300, 6700};
+
 QLabel* MakeCell(const char* name, std::size_t row) {
   QLabel* label = MakeLabel(ArrayName(name, static_cast<int>(row)), "");
   label->setTextInteractionFlags(Qt::TextSelectableByMouse);
@@ -21,10 +23,9 @@ QLabel* MakeCell(const char* name, std::size_t row) {
 
 }  // namespace
 
-frmRecInfo::frmRecInfo(HandlerEdge& edge, QWidget* parent)
-    : QDialog(parent), edge_(edge), lblHex_(MakeLabel("lblHex", "")) {
-  setObjectName("frmRecInfo");
-  setWindowTitle(tr("Record information"));
+frmRecInfo::frmRecInfo(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
+    : SecondaryWindow("frmRecInfo", tr("Record information"), edge, parent, kPlaceTwips),
+      lblHex_(MakeLabel("lblHex", "")) {
   LayOut();
 }
 
@@ -54,14 +55,13 @@ void frmRecInfo::LayOut() {
   QPushButton* close = MakeButton("cmdClose", tr("&Close"), tr("Close this window"));
   grid->addWidget(refresh, 6, 2);
   grid->addWidget(close, 6, 3, Qt::AlignRight);
-  connect(refresh, &QPushButton::clicked, this,
-          [this] { edge_.Run("cmdRead_Click", [this] { Read_RecInfo(); }); });
+  On(refresh, &QPushButton::clicked, "cmdRead_Click", [this] { Read_RecInfo(); });
   connect(close, &QPushButton::clicked, this, &QWidget::close);
 }
 
 void frmRecInfo::showEvent(QShowEvent* event) {
-  QDialog::showEvent(event);
-  if (!event->spontaneous()) edge_.Run("Form_Load", [this] { Read_RecInfo(); });
+  SecondaryWindow::showEvent(event);
+  if (!event->spontaneous()) Edge().Run("Form_Load", [this] { Read_RecInfo(); });
 }
 
 void frmRecInfo::Read_RecInfo() {

@@ -2,19 +2,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QDialog>
 #include <QLabel>
 #include <array>
 
+#include "app/core.h"
 #include "regmap/bit_field.h"
-#include "ui/handler_edge.h"
+#include "ui/secondary_window.h"
 
 namespace kestrel {
 
 // How the record at hand was taken: the raw word and its four decoded rows.
-class frmRecInfo : public QDialog {
+class frmRecInfo : public SecondaryWindow {
  public:
-  frmRecInfo(HandlerEdge& edge, QWidget* parent);
+  frmRecInfo(Core& core, HandlerEdge& edge, QWidget* parent);
 
   // Refreshes the display from the sensor.
   void Read_RecInfo();
@@ -33,7 +33,6 @@ class frmRecInfo : public QDialog {
   void LayOut();
   void ShowRow(std::size_t index, const cBitFieldProp& field);
 
-  HandlerEdge& edge_;
   QLabel* lblHex_;
   std::array<Row, 5> rows_{};  // 1 to 4
 };

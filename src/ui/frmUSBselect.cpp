@@ -47,7 +47,7 @@ void frmUSBselect::cmdDebugUsb_Click() {
     debugWindow_ = new frmUSBdebug(core_, Edge(), parentWidget());
     connect(debugWindow_, &frmUSBdebug::InterfaceChosen, this, &frmUSBselect::InterfaceChosen);
   }
-  debugWindow_->Open();
+  debugWindow_->ShowInFront();
 }
 
 }  // namespace kestrel

@@ -14,12 +14,6 @@ QAction* Add(QMenu* menu, const char* name, const QString& text) {
   return action;
 }
 
-QAction* AddLater(QMenu* menu, const char* name, const QString& text) {
-  QAction* action = Add(menu, name, text);
-  action->setEnabled(false);
-  return action;
-}
-
 }  // namespace
 
 MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
@@ -30,9 +24,9 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   MnuExit->setShortcut(QKeySequence::Quit);
 
   QMenu* interfaces = window.menuBar()->addMenu(tr("&Interface"));
-  mnuUsb = AddLater(interfaces, "mnuUsb", tr("&USB adapter..."));
+  mnuUsb = Add(interfaces, "mnuUsb", tr("&USB adapter..."));
   mnuUsb->setCheckable(true);
-  mnuParallel = AddLater(interfaces, "mnuParallel", tr("&Parallel port..."));
+  mnuParallel = Add(interfaces, "mnuParallel", tr("&Parallel port..."));
   mnuParallel->setCheckable(true);
   interfaces->addSeparator();
   mnuSimulated = Add(interfaces, "mnuSimulated", tr("&Simulated sensor"));
@@ -40,11 +34,11 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   QMenu* sensor = window.menuBar()->addMenu(tr("&Sensor"));
   mnuCommand = Add(sensor, "mnuCommand", tr("Global &commands..."));
   mnuRecInfo = Add(sensor, "mnuRecInfo", tr("Record &information..."));
-  mnuAlarmCtrl = AddLater(sensor, "mnuAlarmCtrl", tr("&Alarm control..."));
-  mnuAlarmSpectrum = AddLater(sensor, "mnuAlarmSpectrum", tr("Alarm &spectrum..."));
-  mnuDIOGPIO = AddLater(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));
-  MnuCal = AddLater(sensor, "MnuCal", tr("Ca&libration..."));
-  mnuRegisters = AddLater(sensor, "mnuRegisters", tr("&Registers..."));
+  mnuAlarmCtrl = Add(sensor, "mnuAlarmCtrl", tr("&Alarm control..."));
+  mnuAlarmSpectrum = Add(sensor, "mnuAlarmSpectrum", tr("Alarm &spectrum..."));
+  mnuDIOGPIO = Add(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));
+  MnuCal = Add(sensor, "MnuCal", tr("Ca&libration..."));
+  mnuRegisters = Add(sensor, "mnuRegisters", tr("&Registers..."));
 
   QMenu* product = window.menuBar()->addMenu(tr("&Product"));
   mnu31407 = Add(product, "mnu31407", "31407");

@@ -7,7 +7,7 @@
 
 namespace kestrel {
 
-// The menu bar of the main window. Items whose window does not exist yet are disabled.
+// The menu bar of the main window.
 class MainMenu : public QObject {
  public:
   explicit MainMenu(QMainWindow& window);

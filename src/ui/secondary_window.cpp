@@ -20,7 +20,7 @@ SecondaryWindow::SecondaryWindow(const char* name, const QString& title, Handler
   setWindowTitle(title);
 }
 
-void SecondaryWindow::Open() {
+void SecondaryWindow::ShowInFront() {
   PlaceOnce();
   show();
   raise();

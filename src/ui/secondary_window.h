@@ -14,7 +14,7 @@ namespace kestrel {
 class SecondaryWindow : public QDialog {
  public:
   // Shows the window, in front if it is open already.
-  void Open();
+  void ShowInFront();
 
  protected:
   // `name` is the object name. The offset from the main window's corner is in twips, 1/1440 inch.

@@ -46,7 +46,7 @@ class AlarmEditorBench : public WindowBench {
   }
   frmAlarmSpectrum& Open() {
     if (editor_ == nullptr) Begin();
-    editor_->Open();
+    editor_->ShowInFront();
     // Painting comes first, then the reading.
     for (int i = 0; i < 5; ++i) QApplication::processEvents();
     return *editor_;

@@ -290,7 +290,7 @@ TEST_F(FrmAlarmSpectrum, ACancelledFirstReadingDoesNotClaimToBeFromTheSensor) {
   Start();
   PutIntoSensor(1, 0, kBand);
   Begin();
-  editor_->Open();
+  editor_->ShowInFront();
   QTimer soon;
   QObject::connect(&soon, &QTimer::timeout, editor_, [this] { editor_->CancelTransfer(); });
   soon.start(0);

@@ -20,7 +20,7 @@ class ManualRegBench : public WindowBench {
   frmManualReg& Open() {
     Start();
     window_ = new frmManualReg(core_, Window().Edge(), &Window(), printers_);
-    window_->Open();
+    window_->ShowInFront();
     return *window_;
   }
 

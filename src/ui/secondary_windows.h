@@ -1,0 +1,74 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include "app/core.h"
+#include "plot/band_overlay.h"
+#include "ui/frmALM_CTRL.h"
+#include "ui/frmAlarmSpectrum.h"
+#include "ui/frmCalibration.h"
+#include "ui/frmCommand.h"
+#include "ui/frmDIOGPIO.h"
+#include "ui/frmFileDir.h"
+#include "ui/frmManualReg.h"
+#include "ui/frmPort.h"
+#include "ui/frmRecInfo.h"
+#include "ui/frmUSBselect.h"
+#include "ui/handler_edge.h"
+
+namespace kestrel {
+
+// The windows that the main window's menus open. Each is made when first opened and belongs to the
+// main window.
+class SecondaryWindows : public QObject {
+  Q_OBJECT
+
+ public:
+  SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay, QWidget* mainWindow);
+
+  void OpenCommand();
+  void OpenRecInfo();
+  void OpenDataLog();
+  void OpenAlarmControl();
+  void OpenAlarmSpectrum();
+  void OpenDioGpio();
+  void OpenCalibration();
+  void OpenRegisters();
+  void OpenPort();
+  void OpenUsb();
+
+  // After every handler: what other windows changed shows.
+  void Refresh();
+  // Another sensor may be connected now.
+  void ForgetSensor();
+  // The program is closing: what is under way ends.
+  void CancelTransfers();
+
+ signals:
+  void InterfaceChosen();
+
+ private:
+  template <typename Window>
+  Window& Made(QPointer<Window>& window);
+  void NoteInterface();
+
+  Core& core_;
+  HandlerEdge& edge_;
+  BandOverlay& overlay_;
+  QWidget* mainWindow_;
+  QPointer<frmCommand> command_;
+  QPointer<frmRecInfo> recInfo_;
+  QPointer<frmFileDir> dataLog_;  // while it is open
+  QPointer<frmALM_CTRL> alarmControl_;
+  QPointer<frmAlarmSpectrum> alarmSpectrum_;
+  QPointer<frmDIOGPIO> dioGpio_;
+  QPointer<frmCalibration> calibration_;
+  QPointer<frmManualReg> registers_;
+  QPointer<frmPort> port_;
+  QPointer<frmUSBselect> usb_;
+};
+
+}  // namespace kestrel
