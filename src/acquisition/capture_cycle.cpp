@@ -141,7 +141,9 @@ void CaptureCycle::TakeRecord() {
     SetBuffersSigned(earlierSigned);
   }
   // The record is drawn a second time here, after the read-out's own drawing.
-  if (!closed_) plot_.PlotRecord();
+  if (closed_) return;
+  plot_.PlotRecord();
+  overlay_.RecordRedrawn();
 }
 
 void CaptureCycle::SetRecordType(int recMode) {
@@ -178,6 +180,7 @@ void CaptureCycle::Stop() {
 void CaptureCycle::cmdReadBuffer_Click() {
   if (!InterfaceReady()) return;
   if (!readout_.ReadCaptureBuffer() && !closed_) plot_.PlotRecord();
+  if (!closed_) overlay_.RecordRedrawn();
 }
 
 void CaptureCycle::cmdGetRecord_Click(int record) {

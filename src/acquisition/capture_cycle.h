@@ -8,6 +8,7 @@
 #include "acquisition/status.h"
 #include "acquisition/window_delay.h"
 #include "app/core.h"
+#include "plot/band_overlay.h"
 
 namespace kestrel {
 
@@ -35,8 +36,14 @@ class CaptureView {
 class CaptureCycle {
  public:
   CaptureCycle(Core& core, WindowDelay& delay, StatusDisplay& status, CaptureReadout& readout,
-               SpectrumPlot& plot, CaptureView& view)
-      : core_(core), delay_(delay), status_(status), readout_(readout), plot_(plot), view_(view) {}
+               SpectrumPlot& plot, BandOverlay& overlay, CaptureView& view)
+      : core_(core),
+        delay_(delay),
+        status_(status),
+        readout_(readout),
+        plot_(plot),
+        overlay_(overlay),
+        view_(view) {}
 
   void cmdStart_Click();
   void Form_KeyUp(int keyCode);
@@ -76,6 +83,7 @@ class CaptureCycle {
   StatusDisplay& status_;
   CaptureReadout& readout_;
   SpectrumPlot& plot_;
+  BandOverlay& overlay_;
   CaptureView& view_;
   bool running_ = false;
   bool closed_ = false;

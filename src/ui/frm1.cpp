@@ -57,14 +57,16 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
       lblInterface_(MakeLabel("lblInterface", "")),
       alarms_(core.registers, *alarmPanel_),
       plot_(*plotPanel_, alarms_, core.seams.loop, core.seams.messages),
+      overlay_(plot_, *plotPanel_),
       status_(core.registers, alarms_, core.seams.loop, *statusPanel_),
       log_(core.seams.files, core.seams.locale, core.seams.loop, *capture_),
       delay_(core.seams.loop),
       readout_(core.registers, plot_, *plotPanel_, log_, core.seams.loop, core.seams.messages,
                *capture_),
-      cycle_(core, delay_, status_, readout_, plot_, *capture_),
+      cycle_(core, delay_, status_, readout_, plot_, overlay_, *capture_),
       settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
-      cursor_(*plotPanel_) {
+      cursor_(*plotPanel_),
+      pointer_(*plotPanel_, overlay_, cursor_, edge_) {
   setObjectName("frm1");
   LayOut();
   ConnectButtons();
@@ -141,15 +143,17 @@ void frm1::ConnectSettings() {
 }
 
 void frm1::ConnectPlot() {
-  On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click",
-     [this] { plot_.cmdPlotScale_Click(); });
+  On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click", [this] {
+    plot_.cmdPlotScale_Click();
+    if (overlay_.IsOn()) overlay_.PlotBands();
+  });
   for (const Axis axis : kAxes) {
-    On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace",
-       [this] { plot_.SetPlotTrace(); });
+    On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace", [this] {
+      plot_.SetPlotTrace();
+      overlay_.RecordRedrawn();
+    });
   }
-  // These read nothing from the sensor and may run at any time.
-  connect(plotPanel_, &PlotPanel::PointerMoved, this,
-          [this](double x, double y) { cursor_.pic1_MouseMove(x, y); });
+  // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });
 }
@@ -173,6 +177,7 @@ void frm1::Form_Load() {
   conditions_->LbLTemp->setText("noData");
   plotPanel_->SetStartValues();
   plotPanel_->IniAlarmBandLabels();
+  overlay_.initPlotLines();
   capture_->ckAutoPlot->setChecked(true);
   SetProductNumber(kProduct31407);
 }
@@ -255,6 +260,7 @@ void frm1::closeEvent(QCloseEvent* event) {
 
 // Escape stops a capture whichever control of this window has the focus.
 bool frm1::eventFilter(QObject* watched, QEvent* event) {
+  if (watched->isWidgetType() && pointer_.TakesKey(*event)) return true;
   if (event->type() == QEvent::KeyRelease && capture_->KeyPreview()) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const auto* widget = qobject_cast<QWidget*>(watched);

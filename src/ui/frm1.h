@@ -11,6 +11,7 @@
 #include "acquisition/capture_cycle.h"
 #include "acquisition/record_settings.h"
 #include "app/core.h"
+#include "plot/band_overlay.h"
 #include "plot/cursor.h"
 #include "ui/alarm_panel.h"
 #include "ui/capture_panel.h"
@@ -21,6 +22,7 @@
 #include "ui/handler_edge.h"
 #include "ui/main_menu.h"
 #include "ui/plot_panel.h"
+#include "ui/plot_pointer.h"
 #include "ui/record_panel.h"
 #include "ui/status_panel.h"
 
@@ -37,6 +39,9 @@ class frm1 : public QMainWindow {
 
   void SetCommInterfaceIndicators();
   void SetProductNumber(std::int16_t product);
+
+  // The alarm bands on the plot, as their editor uses them.
+  [[nodiscard]] BandOverlay& Overlay() { return overlay_; }
 
   // The data-log files that captures go to.
   [[nodiscard]] const DataLog& Log() const { return log_; }
@@ -84,6 +89,7 @@ class frm1 : public QMainWindow {
 
   AlarmStatus alarms_;
   SpectrumPlot plot_;
+  BandOverlay overlay_;
   StatusDisplay status_;
   DataLog log_;
   WindowDelay delay_;
@@ -91,6 +97,7 @@ class frm1 : public QMainWindow {
   CaptureCycle cycle_;
   RecordSettings settings_;
   PlotCursor cursor_;
+  PlotPointer pointer_;
 
   // Made when first opened; they belong to this window.
   frmCommand* commandWindow_ = nullptr;

@@ -78,6 +78,10 @@ double PictureBox::ScaleHeight() const {
   return std::abs(top_ - bottom_);
 }
 
+double PictureBox::ScaleWidth() const {
+  return std::abs(right_ - left_);
+}
+
 void PictureBox::Cls() {
   traces_.clear();
   Invalidate();
@@ -224,6 +228,19 @@ void PictureBox::PaintHint(QPainter& painter) const {
   painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, hint_);
 }
 
+bool PictureBox::event(QEvent* event) {
+  switch (event->type()) {
+    case QEvent::WindowDeactivate:
+    case QEvent::UngrabMouse:
+    case QEvent::Hide:
+      emit PointerLost();
+      break;
+    default:
+      break;
+  }
+  return QWidget::event(event);
+}
+
 void PictureBox::changeEvent(QEvent* event) {
   const auto type = event->type();
   if (type == QEvent::PaletteChange || type == QEvent::FontChange || type == QEvent::StyleChange) {
@@ -234,13 +251,14 @@ void PictureBox::changeEvent(QEvent* event) {
 
 void PictureBox::mouseMoveEvent(QMouseEvent* event) {
   const QPointF at = FromPixels(event->position());
-  emit PointerMoved(at.x(), at.y());
+  emit PointerMoved(at.x(), at.y(), event->buttons().testFlag(Qt::LeftButton),
+                    event->modifiers().testFlag(Qt::ShiftModifier));
 }
 
 void PictureBox::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::LeftButton) return QWidget::mousePressEvent(event);
   const QPointF at = FromPixels(event->position());
-  emit PointerPressed(at.x(), at.y());
+  emit PointerPressed(at.x(), at.y(), event->modifiers().testFlag(Qt::ShiftModifier));
 }
 
 void PictureBox::mouseReleaseEvent(QMouseEvent* event) {

@@ -30,8 +30,9 @@ class PictureBox : public QWidget {
 
   // Coordinates of the top left and the bottom right corner. What is drawn already moves along.
   void Scale(double left, double top, double right, double bottom);
-  // Always positive, whichever end is up; 0 for a scale without height.
+  // Always positive, whichever end comes first; 0 for a scale without height or width.
   [[nodiscard]] double ScaleHeight() const;
+  [[nodiscard]] double ScaleWidth() const;
 
   void Cls();
   // A straight line in colour 0xBBGGRR. A colour drawn first stays below the others.
@@ -61,14 +62,17 @@ class PictureBox : public QWidget {
   [[nodiscard]] QSize sizeHint() const override;
 
  signals:
-  // In the scale's coordinates; with a button held down also beyond the box.
-  void PointerMoved(double x, double y);
-  void PointerPressed(double x, double y);
+  // Of the left button, in the scale's coordinates; while it is held down also beyond the box.
+  void PointerMoved(double x, double y, bool isHeld, bool isShift);
+  void PointerPressed(double x, double y, bool isShift);
   void PointerReleased(double x, double y);
   void PointerLeft();
+  // Whatever the pointer was doing ends here: the window is no longer active, or hidden.
+  void PointerLost();
   void ScaleChanged();
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;

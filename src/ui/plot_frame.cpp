@@ -198,9 +198,11 @@ void PlotFrame::PlaceNumbers() {
   }
 }
 
-// Lower edges in a first row and upper ones in a second: adjoining bands share an edge.
+// Lower edges in a first row and upper ones in a second: adjoining bands share an edge. A label goes
+// to the first row from there where it covers no other.
 void PlotFrame::PlaceEdges() {
   const QRect box = pic1->geometry().adjusted(1, 1, -1, -1);
+  std::vector<QRect> taken;
   for (const bool high : {false, true}) {
     for (Edge& edge : edges_.at(high ? 1 : 0)) {
       const bool shown = edge.x.has_value() && !IsBlank(edge.label);
@@ -210,8 +212,12 @@ void PlotFrame::PlaceEdges() {
       const int wished =
           pic1->x() + static_cast<int>(std::lround(pic1->ToPixels({*edge.x, 0}).x()));
       const int x = std::max(box.left(), std::min(wished + 1, box.right() + 1 - size.width()));
-      const int y = box.top() + 2 + (high ? size.height() + 2 : 0);
-      edge.label->setGeometry({QPoint(x, y), size});
+      QRect place(QPoint(x, box.top() + 2), size);
+      const int row = size.height() + 2;
+      if (high) place.translate(0, row);
+      while (!IsFree(place, taken) && place.bottom() + row <= box.bottom()) place.translate(0, row);
+      taken.push_back(place);
+      edge.label->setGeometry(place);
       edge.label->raise();
     }
   }

@@ -44,6 +44,32 @@ std::optional<CursorStep> StepFor(int key) {
   }
 }
 
+Qt::CursorShape GripShape(Grip grip) {
+  switch (grip) {
+    case Grip::Band:
+      return Qt::SizeHorCursor;
+    case Grip::Edge:
+      return Qt::SplitHCursor;
+    case Grip::Level:
+      return Qt::SizeVerCursor;
+    default:
+      return Qt::ArrowCursor;
+  }
+}
+
+QString GripHint(Grip grip) {
+  switch (grip) {
+    case Grip::Band:
+      return PlotPanel::tr("Drag to move the band, with Shift to move this edge only");
+    case Grip::Edge:
+      return PlotPanel::tr("Drag to move this edge only");
+    case Grip::Level:
+      return PlotPanel::tr("Drag to set the alarm level");
+    default:
+      return {};
+  }
+}
+
 // A cursor read-out that keeps its place while hidden and does not move its neighbours.
 QLabel* MakeCursorLabel(const char* name, const QString& widest) {
   QLabel* label = MakeLabel(name, "");
@@ -62,6 +88,7 @@ PlotPanel::PlotPanel()
       LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
       lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
       frame_(new PlotFrame),
+      bandLines_(new BandLines(frame_->pic1)),
       crossHair_(new CrossHair(frame_->pic1)) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
@@ -69,12 +96,20 @@ PlotPanel::PlotPanel()
         MakeCheckBox("ck" + letter + "trace", "&" + letter, tr("Show the %1 axis").arg(letter));
   }
   LayOut();
+  PreparePlot();
+}
+
+void PlotPanel::PreparePlot() {
   PictureBox* pic1 = frame_->pic1;
   pic1->setFocusPolicy(Qt::StrongFocus);
   pic1->setAccessibleName(tr("Plot"));
   pic1->setAccessibleDescription(tr("Arrow, page, home and end keys move the cursor"));
   pic1->installEventFilter(this);
   connect(pic1, &PictureBox::PointerMoved, this, &PlotPanel::PointerMoved);
+  connect(pic1, &PictureBox::PointerPressed, this, &PlotPanel::PointerPressed);
+  connect(pic1, &PictureBox::PointerReleased, this, &PlotPanel::PointerReleased);
+  connect(pic1, &PictureBox::PointerLeft, this, &PlotPanel::PointerLeft);
+  connect(pic1, &PictureBox::PointerLost, this, &PlotPanel::PointerLost);
   connect(pic1, &PictureBox::PointerLeft, crossHair_, &CrossHair::Hide);
 }
 
@@ -176,14 +211,41 @@ void PlotPanel::TickTrace(Axis axis) {
   TraceBox(axis)->setChecked(true);
 }
 
+// The bands belong to FFT records.
 void PlotPanel::SetScale(double left, double top, double right, double bottom) {
   frame_->pic1->Scale(left, top, right, bottom);
+  bandLines_->setVisible(ScaleWidth() == kFftWidth);
 }
 void PlotPanel::ClearPlot() {
   frame_->pic1->Cls();
 }
 void PlotPanel::DrawLine(double x1, double y1, double x2, double y2, double colour) {
   frame_->pic1->Line(x1, y1, x2, y2, colour);
+}
+
+double PlotPanel::ScaleWidth() {
+  return frame_->pic1->ScaleWidth();
+}
+double PlotPanel::ScaleHeight() {
+  return frame_->pic1->ScaleHeight();
+}
+void PlotPanel::ShowLine(int index, const OverlayLine& line) {
+  bandLines_->SetLine(index, line);
+}
+void PlotPanel::PlaceEdgeLabel(bool high, int band, const std::string& text, double x) {
+  frame_->PlaceEdgeLabel(high, band, x);
+  frame_->SetEdgeText(high, band, QString::fromStdString(text));
+}
+void PlotPanel::ShowGrip(Grip grip) {
+  if (grip == grip_) return;
+  grip_ = grip;
+  PictureBox* pic1 = frame_->pic1;
+  pic1->setToolTip(GripHint(grip));
+  if (grip == Grip::None) {
+    pic1->unsetCursor();
+  } else {
+    pic1->setCursor(GripShape(grip));
+  }
 }
 
 void PlotPanel::SetCursorX(const std::string& text) {

@@ -9,14 +9,17 @@
 #include <array>
 
 #include "plot/cursor.h"
+#include "plot/overlay_lines.h"
 #include "plot/spectrum_plot.h"
+#include "ui/band_lines.h"
 #include "ui/cross_hair.h"
 #include "ui/plot_frame.h"
 
 namespace kestrel {
 
-// The plot with the controls that choose what it shows and the read-outs of its cursor.
-class PlotPanel : public QWidget, public PlotView, public CursorView {
+// The plot with the alarm bands over it, the controls that choose what it shows and the read-outs
+// of its cursor.
+class PlotPanel : public QWidget, public PlotView, public CursorView, public BandOverlayView {
   Q_OBJECT
 
  public:
@@ -47,19 +50,31 @@ class PlotPanel : public QWidget, public PlotView, public CursorView {
   void SetCursorY(const std::string& text) override;
   void MoveCrossHair(double x, double y) override;
 
+  [[nodiscard]] double ScaleWidth() override;
+  [[nodiscard]] double ScaleHeight() override;
+  void ShowLine(int index, const OverlayLine& line) override;
+  void PlaceEdgeLabel(bool high, int band, const std::string& text, double x) override;
+  void ShowGrip(Grip grip) override;
+
   [[nodiscard]] QCheckBox* TraceBox(Axis axis) const { return traces_[Index(axis)]; }
 
   QPushButton* cmdPlotScale;
 
  signals:
-  void PointerMoved(double x, double y);  // in the plot's coordinates
-  void CursorStepped(CursorStep step);    // by a key
+  // Of the plot, as the picture box has them.
+  void PointerMoved(double x, double y, bool isHeld, bool isShift);
+  void PointerPressed(double x, double y, bool isShift);
+  void PointerReleased(double x, double y);
+  void PointerLeft();
+  void PointerLost();
+  void CursorStepped(CursorStep step);  // by a key
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void LayOut();
+  void PreparePlot();
   void SetEdgeLabels(const QString& text);
 
   std::array<QCheckBox*, 3> traces_{};
@@ -67,7 +82,9 @@ class PlotPanel : public QWidget, public PlotView, public CursorView {
   QLabel* LblFreq_;
   QLabel* lblCursorY_;
   PlotFrame* frame_;
+  BandLines* bandLines_;
   CrossHair* crossHair_;
+  Grip grip_ = Grip::None;
 };
 
 }  // namespace kestrel

@@ -179,7 +179,7 @@ TEST_F(Stopping, ClosingTheWindowAtAnyYieldEndsTheCapture) {
   for (int n = 1; n <= yields; ++n) {
     SCOPED_TRACE(n);
     WindowDelay ownDelay(loop);
-    CaptureCycle own(core, ownDelay, status, readout, plot, captureView);
+    CaptureCycle own(core, ownDelay, status, readout, plot, overlay, captureView);
     captureView.caption = "Start";
     sensor.Set(address::kStatus, 0);
     sensor.SetAtRead(address::kStatus, 1 + 3, 0x0080);

@@ -15,7 +15,9 @@
 #include "device/capture_data.h"
 #include "logging/data_log.h"
 #include "plot/alarm_status.h"
+#include "plot/band_overlay.h"
 #include "plot/spectrum_plot.h"
+#include "support/fake_band_overlay.h"
 #include "support/fake_log_view.h"
 #include "support/fake_main_views.h"
 #include "support/fake_plot_views.h"
@@ -99,11 +101,13 @@ class CaptureBench : public RegisterBench {
 
   AlarmStatus alarms{core.registers, alarmView};
   SpectrumPlot plot{plotView, alarms, loop, messages};
+  FakeBandOverlayView bandView{journal, plotView};
+  BandOverlay overlay{plot, bandView};
   DataLog log{files, locale, loop, logView};
   StatusDisplay status{core.registers, alarms, loop, statusView};
   CaptureReadout readout{core.registers, plot, plotView, log, loop, messages, readoutView};
   WindowDelay delay{loop};
-  CaptureCycle cycle{core, delay, status, readout, plot, captureView};
+  CaptureCycle cycle{core, delay, status, readout, plot, overlay, captureView};
 };
 
 }  // namespace kestrel
