@@ -43,7 +43,7 @@ SpectrumPeak FindPeak(const std::vector<std::uint16_t>& magnitudes) {
 }
 
 CapturedRecord CaptureEngine::Take(const Scenario& scenario, const CaptureSettings& settings,
-                                   double startSeconds, const PerAxis& correctionG) {
+                                   const Moment& start, const PerAxis& correctionG) {
   CapturedRecord record{.settings = settings, .words = {}};
   const double blockPeriod =
       std::chrono::duration<double>(settings.Duration()).count() / settings.Blocks();
@@ -52,8 +52,8 @@ CapturedRecord CaptureEngine::Take(const Scenario& scenario, const CaptureSettin
   for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
     spectrum.Clear();
     for (unsigned block = 0; block < settings.Blocks(); ++block) {
-      source_.Sample(scenario.axes[axis], startSeconds + block * blockPeriod,
-                     settings.SampleRateHz(), samples);
+      const Moment moment{start.seconds + block * blockPeriod, start.captures};
+      source_.Sample(scenario.axes[axis], moment, settings.SampleRateHz(), samples);
       ClipToRange(settings, samples);
       for (double& sample : samples) sample += correctionG[axis];
       if (!settings.timeRecord) spectrum.Add(samples);
@@ -66,12 +66,12 @@ CapturedRecord CaptureEngine::Take(const Scenario& scenario, const CaptureSettin
 }
 
 CaptureEngine::PerAxis CaptureEngine::MeasureMean(const Scenario& scenario, unsigned range,
-                                                  double startSeconds) {
+                                                  const Moment& start) {
   const CaptureSettings settings{.range = range};
   std::vector<double> samples(32 * kFftLength);
   PerAxis mean{};
   for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
-    source_.Sample(scenario.axes[axis], startSeconds, settings.SampleRateHz(), samples);
+    source_.Sample(scenario.axes[axis], start, settings.SampleRateHz(), samples);
     ClipToRange(settings, samples);
     double weights = 0.0;
     double sum = 0.0;

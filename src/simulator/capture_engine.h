@@ -33,12 +33,12 @@ class CaptureEngine {
 
   explicit CaptureEngine(std::uint64_t noiseSeed) : source_(noiseSeed) {}
 
-  // Takes a record that began startSeconds after power-up; correctionG is added to each sample.
+  // Takes a record that began at `start`; correctionG is added to each sample.
   [[nodiscard]] CapturedRecord Take(const Scenario& scenario, const CaptureSettings& settings,
-                                    double startSeconds, const PerAxis& correctionG);
+                                    const Moment& start, const PerAxis& correctionG);
 
-  // Mean of each axis, uncorrected, over about 0.16 s from startSeconds on.
-  [[nodiscard]] PerAxis MeasureMean(const Scenario& scenario, unsigned range, double startSeconds);
+  // Mean of each axis, uncorrected, over about 0.16 s from `start` on.
+  [[nodiscard]] PerAxis MeasureMean(const Scenario& scenario, unsigned range, const Moment& start);
 
  private:
   VibrationSource source_;

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/scenario.h"
 
+#include <algorithm>
 #include <initializer_list>
+
+#include "simulator/sensor_registers.h"
 
 namespace kestrel {
 namespace {
@@ -13,12 +16,49 @@ constexpr double kSpindleHz = 986.9;
 constexpr double kMeshHz = 23 * kSpindleHz;       // pinion of 23 teeth
 constexpr double kBearingHz = 8.33 * kSpindleHz;  // outer race
 
+// Bands for the running machine at option 0: bins, then warnings of X, Y and Z, then faults, in
+// codes of 1.19 mg. None but band 3 holds a harmonic of the bearing tone.
+constexpr std::array<AlarmBands::Band, AlarmBands::kPerOption> kMachineBands = {{
+    {3, 7, 252, 755, 252, 420, 1091, 420},      // spindle
+    {8, 28, 168, 378, 168, 336, 629, 336},      // its harmonics
+    {40, 44, 168, 168, 738, 336, 336, 1040},    // outer race of the bearing
+    {104, 120, 755, 168, 168, 1091, 336, 336},  // gear mesh
+    {132, 160, 84, 84, 84, 168, 168, 168},      // between mesh and fourth bearing harmonic
+    {218, 255, 84, 84, 84, 168, 168, 168},      // top end
+}};
+
+struct NamedScenario {
+  std::string_view name;
+  Scenario (*make)();
+};
+
+constexpr NamedScenario kNamedScenarios[] = {
+    {"running-machine", RunningMachine},
+    {"bearing-fault", BearingFault},
+    {"overheating", Overheating},
+    {"calibrator", Calibrator},
+    {"at-rest", AtRest},
+};
+
+// A phase that differs from harmonic to harmonic keeps the crest factor of the sum realistic.
+Tone Harmonic(double fundamentalHz, unsigned order, double peakG) {
+  return {fundamentalHz * order, peakG, 0.7 * order * order};
+}
+
 void AddHarmonics(AxisVibration& axis, double fundamentalHz, std::initializer_list<double> peaksG) {
-  double order = 0.0;
-  for (const double peakG : peaksG) {
-    order += 1.0;
-    // A phase that differs from harmonic to harmonic keeps the crest factor of the sum realistic.
-    axis.tones.push_back({fundamentalHz * order, peakG, 0.7 * order * order});
+  unsigned order = 0;
+  for (const double peakG : peaksG) axis.tones.push_back(Harmonic(fundamentalHz, ++order, peakG));
+}
+
+// Tones that are not there at first and grow by these steps.
+void AddGrowth(AxisVibration& axis, double fundamentalHz, std::initializer_list<double> stepsG) {
+  constexpr double kSteps = 11.0;
+  unsigned order = 0;
+  for (const double stepG : stepsG) {
+    Tone tone = Harmonic(fundamentalHz, ++order, 0.0);
+    tone.growthG = stepG;
+    tone.mostG = kSteps * stepG;
+    axis.tones.push_back(tone);
   }
 }
 
@@ -31,6 +71,11 @@ void AddMesh(AxisVibration& axis, double meshG, double innerSidebandG, double ou
 }
 
 }  // namespace
+
+double Tone::AmplitudeAt(std::uint64_t captures) const {
+  if (growthG <= 0.0) return amplitudeG;
+  return std::min(amplitudeG + growthG * static_cast<double>(captures), mostG);
+}
 
 Scenario RunningMachine() {
   Scenario scenario;
@@ -61,6 +106,52 @@ Scenario RunningMachine() {
   AddHarmonics(z, kMotorHz, {0.03, 0.05, 0.02});
   AddHarmonics(z, kBeltHz, {0.03, 0.02, 0.01});
   return scenario;
+}
+
+Scenario BearingFault() {
+  Scenario scenario = RunningMachine();
+  // In phase with the wear that is there already: 0.58 g, 0.70 g, 0.82 g, ... of the bearing tone.
+  AddGrowth(scenario.axes[2], kBearingHz, {0.12, 0.06, 0.035, 0.02, 0.01});
+  scenario.preset.settings = {{sensor::kAlmCtrl, 0x0007}};
+  for (std::uint16_t number = 1; number <= AlarmBands::kPerOption; ++number) {
+    scenario.preset.bands.push_back({number, kMachineBands[number - 1U]});
+  }
+  return scenario;
+}
+
+Scenario Overheating() {
+  constexpr std::uint16_t kFortyDegrees = 1245;  // (625 - 40) / 0.47
+  Scenario scenario = RunningMachine();
+  scenario.warmingC = 45.0;
+  scenario.warmingSeconds = 120.0;
+  // System alarm on, of temperature, when greater.
+  scenario.preset.settings = {{sensor::kAlmSMag, kFortyDegrees}, {sensor::kAlmCtrl, 0x0038}};
+  return scenario;
+}
+
+Scenario Calibrator() {
+  Scenario scenario = AtRest();
+  for (AxisVibration& axis : scenario.axes) axis.tones = {{159.155, 1.4421, 0.0}};
+  return scenario;
+}
+
+Scenario AtRest() {
+  Scenario scenario = RunningMachine();
+  for (AxisVibration& axis : scenario.axes) axis.tones.clear();
+  return scenario;
+}
+
+std::vector<std::string> ScenarioNames() {
+  std::vector<std::string> names;
+  for (const NamedScenario& named : kNamedScenarios) names.emplace_back(named.name);
+  return names;
+}
+
+std::optional<Scenario> ScenarioNamed(std::string_view name) {
+  for (const NamedScenario& named : kNamedScenarios) {
+    if (named.name == name) return named.make();
+  }
+  return std::nullopt;
 }
 
 Scenario SingleTone(double frequencyHz, double amplitudeG) {

@@ -5,17 +5,33 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
+
+#include "simulator/alarm_bands.h"
 
 namespace kestrel {
 
 inline constexpr std::size_t kAxisCount = 3;  // X, Y, Z
 
-// One sine: amplitudeG * sin(2 pi frequencyHz t + phaseRad), t since the sensor's power-up.
+// When a record is taken.
+struct Moment {
+  double seconds = 0.0;        // since the sensor's power-up
+  std::uint64_t captures = 0;  // complete since the scenario began
+};
+
+// One sine: AmplitudeAt * sin(2 pi frequencyHz t + phaseRad), t in seconds since power-up. It grows
+// from capture to capture, but not within one.
 struct Tone {
   double frequencyHz = 0.0;
-  double amplitudeG = 0.0;  // peak
+  double amplitudeG = 0.0;  // peak, at the first capture
   double phaseRad = 0.0;
+  double growthG = 0.0;  // by each capture; 0 or more
+  double mostG = 0.0;    // where growth ends
+
+  [[nodiscard]] double AmplitudeAt(std::uint64_t captures) const;
 };
 
 // What one axis feels.
@@ -32,6 +48,22 @@ struct SensorFaults {
   bool flashUpdate = false;
 };
 
+// What was saved in the sensor's flash when it was delivered to a machine, beside its factory
+// values.
+struct Preset {
+  struct Setting {
+    std::uint8_t address = 0;  // of a register that flash keeps
+    std::uint16_t word = 0;
+  };
+  struct SavedBand {
+    std::uint16_t pointer = 0;  // as ALM_PNTR names it
+    AlarmBands::Band band{};
+  };
+
+  std::vector<Setting> settings;
+  std::vector<SavedBand> bands;
+};
+
 // All that surrounds the sensor. Temperature rises from temperatureC by warmingC, exponentially.
 struct Scenario {
   std::array<AxisVibration, kAxisCount> axes;
@@ -41,11 +73,34 @@ struct Scenario {
   double warmingSeconds = 600.0;
   std::uint64_t noiseSeed = 1;
   SensorFaults faults;
+  Preset preset;
 };
 
 // A belt-driven gear spindle: slow motor shaft, fast spindle with gear mesh and a worn bearing,
 // different on each axis. The largest peak of each axis is about 0.6 g.
 [[nodiscard]] Scenario RunningMachine();
+
+// The running machine while the outer race of its bearing breaks: the bearing tone and its
+// harmonics on Z grow capture by capture. The sensor comes with six bands for option 0 and the
+// alarms of all axes on; with the factory's record settings the fourth capture raises a warning and
+// the seventh a fault, both in band 3 of Z and nowhere else. The thresholds are codes of the 70 g
+// range: in another range the same codes are so much less that the machine alarms from the first
+// capture on.
+[[nodiscard]] Scenario BearingFault();
+
+// The running machine in a housing that gets hot: within a minute or so the temperature passes the
+// limit of 40 degrees that the sensor comes with, and the next capture raises the system alarm.
+[[nodiscard]] Scenario Overheating();
+
+// A hand-held calibrator: 10 m/s2 rms at 159.2 Hz on all axes, with the sensor's offsets and noise.
+[[nodiscard]] Scenario Calibrator();
+
+// Nothing moves: the sensor's offsets and noise.
+[[nodiscard]] Scenario AtRest();
+
+// The scenarios that a user may choose, by name; the first is the usual one.
+[[nodiscard]] std::vector<std::string> ScenarioNames();
+[[nodiscard]] std::optional<Scenario> ScenarioNamed(std::string_view name);
 
 // One tone on all axes; no noise, no offset.
 [[nodiscard]] Scenario SingleTone(double frequencyHz, double amplitudeG);

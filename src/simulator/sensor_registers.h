@@ -23,8 +23,13 @@ inline constexpr std::uint8_t kRecCtrl = 0x1C;
 inline constexpr std::uint8_t kRecPrd = 0x1E;
 inline constexpr std::uint8_t kAlmFLow = 0x20;
 inline constexpr std::uint8_t kAlmPntr = 0x30;
+inline constexpr std::uint8_t kAlmSMag = 0x32;
+inline constexpr std::uint8_t kAlmCtrl = 0x34;
+inline constexpr std::uint8_t kDioCtrl = 0x36;
+inline constexpr std::uint8_t kGpioCtrl = 0x38;
 inline constexpr std::uint8_t kStatus = 0x3C;
 inline constexpr std::uint8_t kCommand = 0x3E;
+inline constexpr std::uint8_t kAlmXStat = 0x40;
 inline constexpr std::uint8_t kAlmXPeak = 0x46;
 inline constexpr std::uint8_t kTimeStmpL = 0x4C;
 inline constexpr std::uint8_t kTimeStmpH = 0x4E;
@@ -35,8 +40,10 @@ inline constexpr std::uint8_t kRecInfo = 0x76;
 inline constexpr std::uint8_t kStopKey = 0xE8;
 
 // Tell about the record that is in the buffers, whether just captured or retrieved from flash.
-inline constexpr std::array kRecordRegisters = {kRecInfo, kSupplyOut, kTempOut, kTimeStmpL,
-                                                kTimeStmpH};
+inline constexpr std::array<std::uint8_t, 14> kRecordRegisters = {
+    kSupplyOut,    kTempOut,      kRecInfo,      kTimeStmpL,   kTimeStmpH,
+    kAlmXStat,     kAlmXStat + 2, kAlmXStat + 4, kAlmXPeak,    kAlmXPeak + 2,
+    kAlmXPeak + 4, kAlmXFreq,     kAlmXFreq + 2, kAlmXFreq + 4};
 
 // STATUS bits.
 inline constexpr std::uint16_t kSupplyLow = 1U << 0;
@@ -47,6 +54,13 @@ inline constexpr std::uint16_t kRecordingEscape = 1U << 4;
 inline constexpr std::uint16_t kSelfTestFailure = 1U << 5;
 inline constexpr std::uint16_t kFlashMemoryFailure = 1U << 6;
 inline constexpr std::uint16_t kDataReady = 1U << 7;
+inline constexpr std::uint16_t kXAlarm1 = 1U << 8;  // then Y and Z
+inline constexpr std::uint16_t kXAlarm2 = 1U << 11;
+inline constexpr std::uint16_t kSystemAlarm = 1U << 14;
+
+inline constexpr std::uint16_t kAlarms1 = 7 * kXAlarm1;
+inline constexpr std::uint16_t kAlarms2 = 7 * kXAlarm2;
+inline constexpr std::uint16_t kAlarmFlags = kAlarms1 | kAlarms2 | kSystemAlarm;
 
 // What a restart does to a register.
 enum class Keeps {

@@ -57,13 +57,19 @@ void SimulatedAdapter::RemoveBoard(std::size_t number) {
 }
 
 void SimulatedAdapter::Unplug(std::size_t number) {
-  if (boards_.at(number)) boards_[number]->plugging = 0;
+  if (!boards_.at(number)) return;
+  boards_[number]->plugging = 0;
+  const bool onePlugged = std::any_of(boards_.begin(), boards_.end(), [](const auto& board) {
+    return board && board->plugging != 0;
+  });
+  if (!onePlugged) sensor_.CutPower();
 }
 
 void SimulatedAdapter::Replug(std::size_t number) {
   if (!boards_.at(number)) return;
   const BoardDescription board = boards_[number]->description;
   SetBoard(number, board);
+  sensor_.RestorePower();
 }
 
 UsbDriver::Handle SimulatedAdapter::CreateFile(const std::string& path, std::uint32_t access,

@@ -27,9 +27,10 @@ class SimulatedAdapter : public UsbDriver {
   void SetBoard(std::size_t number, const BoardDescription& board);
   void RemoveBoard(std::size_t number);
 
-  // Pulls the cable, and puts it back: the board starts afresh.
-  void Unplug(std::size_t number);
-  void Replug(std::size_t number);
+  // Pulls the cable, and puts it back: the board starts afresh. The sensor is powered through the
+  // cables: with the last one it stops, with the first one it starts again from its flash.
+  void Unplug(std::size_t number = 0);
+  void Replug(std::size_t number = 0);
 
   [[nodiscard]] std::size_t OpenHandles() const { return handles_.size(); }
 

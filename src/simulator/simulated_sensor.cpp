@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_sensor.h"
 
-#include <cmath>
+#include <initializer_list>
 #include <utility>
 
 #include "simulator/sensor_registers.h"
@@ -10,29 +10,30 @@
 namespace kestrel {
 namespace {
 
-constexpr double kSupplyLsbV = 0.001220703;
-constexpr double kSupplyLowV = 3.150;
-constexpr double kSupplyHighV = 3.625;
-constexpr double kTempOffsetC = 625.0;
-constexpr double kTempLsbC = -0.47;
+// A set of registers, one bit each.
+using RegisterSet = std::uint64_t;
 
-bool IsBuffer(std::uint8_t address) {
-  return address >= sensor::kXBuf && address <= sensor::kZBuf + 1;
+constexpr RegisterSet SetOf(std::initializer_list<std::uint8_t> addresses) {
+  RegisterSet set = 0;
+  for (const std::uint8_t address : addresses) set |= RegisterSet{1} << (address / 2U);
+  return set;
 }
+
+bool IsIn(RegisterSet set, std::uint8_t address) {
+  return ((set >> (address / 2U)) & 1U) != 0;
+}
+
+constexpr RegisterSet kBuffers = SetOf({sensor::kXBuf, sensor::kXBuf + 2, sensor::kZBuf});
+
+// Those that are more than storage.
+constexpr RegisterSet kActOnRead = kBuffers | SetOf({sensor::kGpioCtrl});
+constexpr RegisterSet kActOnWrite =
+    kBuffers | SetOf({sensor::kCommand, sensor::kStopRequest, sensor::kAlmCtrl});
 
 }  // namespace
 
-SimulatedSensor::SimulatedSensor(Clock& clock, Scenario scenario)
-    : clock_(clock),
-      scenario_(std::move(scenario)),
-      powerUp_(clock.Monotonic()),
-      flash_(RegisterFile::FactoryValues()),
-      engine_(scenario_.noiseSeed),
-      due_(powerUp_) {
-  MeasureSupplyAndTemperature();
-}
-
 std::uint16_t SimulatedSensor::Exchange(std::uint16_t frame) {
+  if (!powered_) return 0;
   BeginFrame();
   const std::uint16_t answer = answer_;
   const auto address = static_cast<std::uint8_t>((frame >> 8U) & 0x7FU);
@@ -46,6 +47,7 @@ std::uint16_t SimulatedSensor::Exchange(std::uint16_t frame) {
 }
 
 void SimulatedSensor::FrameError() {
+  if (!powered_) return;
   BeginFrame();
   answer_ = 0;
   registers_.SetBits(sensor::kStatus, sensor::kSpiFailure);
@@ -54,6 +56,7 @@ void SimulatedSensor::FrameError() {
 void SimulatedSensor::SetScenario(Scenario scenario) {
   FinishWhatIsDue();
   scenario_ = std::move(scenario);
+  capturesOfScenario_ = 0;
 }
 
 void SimulatedSensor::SetFaults(const SensorFaults& faults) {
@@ -82,12 +85,17 @@ bool SimulatedSensor::IsBusy() {
 }
 
 std::uint16_t SimulatedSensor::Read(std::uint8_t address) {
-  if (!IsBuffer(address)) return registers_.Read(address);
+  if (!IsIn(kActOnRead, address)) return registers_.Read(address);
+  if (!IsIn(kBuffers, address)) {
+    return pins_.ReadGpioCtrl(registers_.Read(sensor::kDioCtrl), registers_.Read(address));
+  }
   const std::uint16_t* word = BufferWord(address);
   return word != nullptr ? *word : std::uint16_t{0};
 }
 
 void SimulatedSensor::Write(std::uint8_t address, std::uint8_t data) {
+  if (!IsIn(kActOnWrite, address)) return registers_.WriteByte(address, data);
+  if (IsIn(kBuffers, address)) return WriteBuffer(address, data);
   switch (address) {
     case sensor::kCommand:
       return BeginCommand(data);
@@ -96,10 +104,15 @@ void SimulatedSensor::Write(std::uint8_t address, std::uint8_t data) {
     case sensor::kStopRequest:
       if (data == sensor::kStopKey) RequestStop();
       return;
+    case sensor::kAlmCtrl:
+      registers_.WriteByte(address, data);
+      return WithdrawAlarms();
     default:
-      break;
+      return registers_.WriteByte(address, data);
   }
-  if (!IsBuffer(address)) return registers_.WriteByte(address, data);
+}
+
+void SimulatedSensor::WriteBuffer(std::uint8_t address, std::uint8_t data) {
   if (std::uint16_t* word = BufferWord(address)) {
     const unsigned shift = (address & 1U) * 8U;
     *word = static_cast<std::uint16_t>((*word & ~(0xFFU << shift)) | (unsigned{data} << shift));
@@ -115,17 +128,18 @@ std::uint16_t* SimulatedSensor::BufferWord(std::uint8_t address) {
 
 void SimulatedSensor::BeginFrame() {
   asleep_ = false;
-  FinishWhatIsDue();
+  if (activity_ != Activity::None || IsRepeating()) FinishWhatIsDue();
 }
 
 // The next capture of a series waits for a command that is still at work.
 void SimulatedSensor::FinishWhatIsDue() {
+  std::uint64_t passed = 0;  // captures of the series since the frame before
   while (activity_ != Activity::None || IsRepeating()) {
     const std::chrono::nanoseconds now = clock_.Monotonic();
     if (now < (activity_ != Activity::None ? due_ : *nextStart_)) return;
     switch (std::exchange(activity_, Activity::None)) {
       case Activity::None:
-        ContinueSeries(now);
+        ContinueSeries(now, passed);
         break;
       case Activity::Command:
         FinishCommand();
@@ -142,22 +156,6 @@ void SimulatedSensor::Begin(Activity activity, std::chrono::nanoseconds start,
   activity_ = activity;
   begun_ = start;
   due_ = begun_ + duration;
-}
-
-void SimulatedSensor::MeasureSupplyAndTemperature() {
-  registers_.Set(sensor::kSupplyOut,
-                 static_cast<std::uint16_t>(std::lround(scenario_.supplyV / kSupplyLsbV)));
-  if (scenario_.supplyV < kSupplyLowV) registers_.SetBits(sensor::kStatus, sensor::kSupplyLow);
-  if (scenario_.supplyV > kSupplyHighV) registers_.SetBits(sensor::kStatus, sensor::kSupplyHigh);
-
-  const double warmed = 1.0 - std::exp(-SecondsSincePowerUp(due_) / scenario_.warmingSeconds);
-  const double degrees = scenario_.temperatureC + scenario_.warmingC * warmed;
-  registers_.Set(sensor::kTempOut,
-                 static_cast<std::uint16_t>(std::lround((degrees - kTempOffsetC) / kTempLsbC)));
-}
-
-double SimulatedSensor::SecondsSincePowerUp(std::chrono::nanoseconds moment) const {
-  return std::chrono::duration<double>(moment - powerUp_).count();
 }
 
 }  // namespace kestrel

@@ -57,20 +57,26 @@ void SimulatedSensor::EndRecording() {
 }
 
 // Begins the next capture of the series. Of those that would be complete by `now` only the newest
-// can be seen from outside; the ones before it are counted but not computed, unless they fill
-// flash.
-void SimulatedSensor::ContinueSeries(nanoseconds now) {
+// can be seen from outside; those before it are counted, and computed as far as they leave a trace.
+void SimulatedSensor::ContinueSeries(nanoseconds now, std::uint64_t& passed) {
   const CaptureSettings settings = LatchSettings();
   if (!settings.repeats) return EndRecording();
-  nanoseconds start = *nextStart_;
-  const std::uint64_t complete = settings.CompletedIn(now - start);
-  const bool fillsFlash = IsToBeStored(settings) && !scenario_.faults.flashUpdate;
-  if (complete > 1 && !fillsFlash) {
-    registers_.Add(sensor::kRecCnt, complete - 1);
-    start += static_cast<nanoseconds::rep>(complete - 1) * settings.Interval();
-  }
+  const std::uint64_t omitted = OmissibleCaptures(TracesOf(settings), settings.Blocks(),
+                                                  settings.CompletedIn(now - *nextStart_), passed);
+  registers_.Add(sensor::kRecCnt, omitted);
+  capturesOfScenario_ += omitted;
+  passed += omitted + 1;
   begunByTimer_ = true;
-  BeginCapture(start);
+  BeginCapture(*nextStart_ + static_cast<nanoseconds::rep>(omitted) * settings.Interval());
+}
+
+Traces SimulatedSensor::TracesOf(const CaptureSettings& settings) const {
+  const bool fills = !records_.IsFull();
+  const bool flashFails = scenario_.faults.flashUpdate;
+  if (settings.storage == RecordStorage::All && fills && !flashFails) return Traces::OfEveryRecord;
+  if (!Control().AnyOn()) return Traces::OfTheNewest;
+  const bool storesAlarms = settings.storage == RecordStorage::AlarmTrigger && fills;
+  return Control().Latches() || storesAlarms ? Traces::OfAnyRecord : Traces::OfALatestRun;
 }
 
 void SimulatedSensor::BeginCapture(nanoseconds start) {
@@ -85,7 +91,8 @@ void SimulatedSensor::BeginCapture(nanoseconds start) {
 }
 
 void SimulatedSensor::FinishCapture() {
-  record_ = engine_.Take(scenario_, capture_, SecondsSincePowerUp(begun_), captureCorrectionG_);
+  const Moment start{SecondsSincePowerUp(begun_), capturesOfScenario_++};
+  record_ = engine_.Take(scenario_, capture_, start, captureCorrectionG_);
   for (std::size_t axis = 0; axis < kAxisCount && !capture_.timeRecord; ++axis) {
     const SpectrumPeak peak = FindPeak(record_.words[axis]);
     registers_.Set(sensor::OfAxis(sensor::kAlmXPeak, axis), peak.code);
@@ -96,15 +103,20 @@ void SimulatedSensor::FinishCapture() {
   registers_.Set(sensor::kTimeStmpH, static_cast<std::uint16_t>((stamp >> 16U) & 0xFFFFU));
   registers_.Set(sensor::kRecInfo, capture_.InfoWord());
   registers_.Add(sensor::kRecCnt, 1);
+  if (!capture_.timeRecord) JudgeSpectrum();
   MeasureSupplyAndTemperature();
-  if (IsToBeStored(capture_)) StoreRecord();
+  ShowAlarms();
+  if (IsToBeStored()) StoreRecord();
   registers_.SetBits(sensor::kStatus, sensor::kDataReady);
 }
 
-// The alarm trigger stores a record that raised an alarm. No record does: spectra are not compared
-// with the alarm bands.
-bool SimulatedSensor::IsToBeStored(const CaptureSettings& settings) const {
-  return settings.storage == RecordStorage::All && !records_.IsFull();
+// The alarm trigger stores a record that raised an alarm, be it the system alarm of the supply and
+// temperature that belong to it. A flag that is merely latched is not enough.
+bool SimulatedSensor::IsToBeStored() const {
+  if (records_.IsFull()) return false;
+  if (capture_.storage == RecordStorage::All) return true;
+  const unsigned raisedNow = capture_.timeRecord ? sensor::kSystemAlarm : sensor::kAlarmFlags;
+  return capture_.storage == RecordStorage::AlarmTrigger && (alarms_.Flags() & raisedNow) != 0;
 }
 
 void SimulatedSensor::StoreRecord() {
@@ -122,8 +134,9 @@ void SimulatedSensor::RetrieveRecord() {
   const StoredRecord* stored = records_.At(registers_.Read(sensor::kRecPntr));
   if (stored == nullptr) {
     record_ = {};
-    for (const auto address : {sensor::kRecInfo, sensor::kTimeStmpL, sensor::kTimeStmpH}) {
-      registers_.Set(address, 0);
+    for (const auto address : sensor::kRecordRegisters) {
+      const bool measured = address == sensor::kSupplyOut || address == sensor::kTempOut;
+      if (!measured) registers_.Set(address, 0);
     }
     return;
   }
@@ -140,8 +153,8 @@ void SimulatedSensor::ClearRecords() {
 }
 
 void SimulatedSensor::Autonull() {
-  const auto meanG =
-      engine_.MeasureMean(scenario_, LatchSettings().range, SecondsSincePowerUp(begun_));
+  const auto meanG = engine_.MeasureMean(scenario_, LatchSettings().range,
+                                         {SecondsSincePowerUp(begun_), capturesOfScenario_});
   for (std::size_t axis = 0; axis < kAxisCount; ++axis) {
     const long null = std::clamp(std::lround(-meanG[axis] / kNullLsbG), -32768L, 32767L);
     registers_.Set(sensor::OfAxis(sensor::kXNull, axis), static_cast<std::uint16_t>(null));

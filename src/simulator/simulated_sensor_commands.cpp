@@ -92,6 +92,7 @@ void SimulatedSensor::FactoryReset() {
 
 void SimulatedSensor::ClearStatus() {
   registers_.Set(sensor::kStatus, 0);
+  alarms_.ClearFlags();
 }
 
 void SimulatedSensor::FlashTest() {
@@ -105,10 +106,7 @@ void SimulatedSensor::FlashUpdate() {
 }
 
 void SimulatedSensor::SoftwareReset() {
-  EndRecording();
-  registers_.Restart(flash_);
-  record_ = {};
-  MeasureSupplyAndTemperature();
+  Restart();
 }
 
 void SimulatedSensor::ResetBufferPointer() {
@@ -119,6 +117,7 @@ void SimulatedSensor::SaveAlarmBand() {
   AlarmBands::Band* band = bands_.At(registers_.Read(sensor::kAlmPntr));
   if (band == nullptr || !WriteFlash()) return;
   for (std::size_t i = 0; i < band->size(); ++i) (*band)[i] = registers_.Read(BandRegister(i));
+  alarms_.RestartRuns();
 }
 
 void SimulatedSensor::RetrieveAlarmBand() {
@@ -128,7 +127,9 @@ void SimulatedSensor::RetrieveAlarmBand() {
 }
 
 void SimulatedSensor::ClearAlarmBands() {
-  if (WriteFlash()) bands_.Clear();
+  if (!WriteFlash()) return;
+  bands_.Clear();
+  alarms_.RestartRuns();
 }
 
 // Every write to flash goes through here: counts it, or reports that it failed.

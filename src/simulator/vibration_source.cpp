@@ -10,15 +10,16 @@ namespace {
 
 // Adds a sine by rotating a phasor, which costs four multiplications a sample. The rotation starts
 // afresh at every call, so rounding does not add up over a record.
-void AddTone(const Tone& tone, double startSeconds, double sampleRateHz, std::span<double> out) {
+void AddTone(const Tone& tone, const Moment& start, double sampleRateHz, std::span<double> out) {
   constexpr double kTurn = 2.0 * std::numbers::pi;
-  const double turns = tone.frequencyHz * startSeconds;
+  const double turns = tone.frequencyHz * start.seconds;
   const double phase = kTurn * (turns - std::floor(turns)) + tone.phaseRad;
   const double step = kTurn * tone.frequencyHz / sampleRateHz;
   const double stepCos = std::cos(step);
   const double stepSin = std::sin(step);
-  double re = tone.amplitudeG * std::cos(phase);
-  double im = tone.amplitudeG * std::sin(phase);
+  const double amplitudeG = tone.AmplitudeAt(start.captures);
+  double re = amplitudeG * std::cos(phase);
+  double im = amplitudeG * std::sin(phase);
   for (double& sample : out) {
     sample += im;
     const double nextRe = re * stepCos - im * stepSin;
@@ -29,11 +30,11 @@ void AddTone(const Tone& tone, double startSeconds, double sampleRateHz, std::sp
 
 }  // namespace
 
-void VibrationSource::Sample(const AxisVibration& axis, double startSeconds, double sampleRateHz,
+void VibrationSource::Sample(const AxisVibration& axis, const Moment& start, double sampleRateHz,
                              std::span<double> out) {
   for (double& sample : out) sample = axis.offsetG;
   for (const Tone& tone : axis.tones) {
-    if (tone.frequencyHz < sampleRateHz / 2) AddTone(tone, startSeconds, sampleRateHz, out);
+    if (tone.frequencyHz < sampleRateHz / 2) AddTone(tone, start, sampleRateHz, out);
   }
   if (axis.noiseDensityG <= 0.0) return;
   const double sigma = axis.noiseDensityG * std::sqrt(sampleRateHz / 2);

@@ -15,9 +15,9 @@ class VibrationSource {
  public:
   explicit VibrationSource(std::uint64_t noiseSeed) : random_(noiseSeed) {}
 
-  // Fills `out` with samples in g from startSeconds (since power-up) on. Tones at or above half the
+  // Fills `out` with samples in g from `start` on. Tones at or above half the
   // sample rate are left out; noise has the bandwidth of half the sample rate.
-  void Sample(const AxisVibration& axis, double startSeconds, double sampleRateHz,
+  void Sample(const AxisVibration& axis, const Moment& start, double sampleRateHz,
               std::span<double> out);
 
  private:

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <utility>
@@ -32,8 +33,13 @@ inline constexpr std::uint8_t kRecCtrl = 0x1C;
 inline constexpr std::uint8_t kRecPrd = 0x1E;
 inline constexpr std::uint8_t kFLow = 0x20;
 inline constexpr std::uint8_t kAlmPntr = 0x30;
+inline constexpr std::uint8_t kAlmSMag = 0x32;
+inline constexpr std::uint8_t kAlmCtrl = 0x34;
+inline constexpr std::uint8_t kDioCtrl = 0x36;
+inline constexpr std::uint8_t kGpioCtrl = 0x38;
 inline constexpr std::uint8_t kStatus = 0x3C;
 inline constexpr std::uint8_t kCommand = 0x3E;
+inline constexpr std::uint8_t kXStat = 0x40;
 inline constexpr std::uint8_t kXPeak = 0x46;
 inline constexpr std::uint8_t kTimeLow = 0x4C;
 inline constexpr std::uint8_t kTimeHigh = 0x4E;
@@ -60,6 +66,9 @@ inline constexpr std::uint16_t kRetrieveRecord = 0x2000;
 inline constexpr std::uint16_t kRetrieveBand = 0x4000;
 inline constexpr std::uint16_t kClearNulls = 0x8000;
 }  // namespace command
+
+// The registers ALM_F_LOW to ALM_Z_MAG2: first and last bin, three warnings, three faults.
+using Band = std::array<std::uint16_t, 8>;
 
 // A sensor on a bench, spoken to in SPI frames.
 class Bench {
@@ -99,6 +108,19 @@ class Bench {
     StartStop();
     clock.Advance(limit);
     ASSERT_TRUE(DataReady());
+  }
+  void WriteBandRegisters(const Band& band) {
+    for (unsigned i = 0; i < band.size(); ++i) {
+      Write(static_cast<std::uint8_t>(reg::kFLow + 2 * i), band[i]);
+    }
+  }
+  void SaveBand(std::uint16_t pointer, const Band& band) {
+    WriteBandRegisters(band);
+    Write(reg::kAlmPntr, pointer);
+    Command(command::kSaveBand);
+  }
+  std::uint16_t Stat(unsigned axis) {
+    return Read(static_cast<std::uint8_t>(reg::kXStat + 2 * axis));
   }
   std::vector<std::uint16_t> Buffer(unsigned axis, unsigned length) {
     std::vector<std::uint16_t> words;

@@ -245,6 +245,46 @@ TEST_F(AdapterTest, PendingAnswerIsGoneAfterReplugging) {
   EXPECT_TRUE(Fetch(Open(), 2).empty());
 }
 
+TEST_F(AdapterTest, SensorIsPoweredThroughTheAdapterAndStartsAgainWithIt) {
+  bench_.Write(reg::kFftAvg, 20);
+  bench_.StartStop();
+  adapter_.Unplug();
+  EXPECT_EQ(bench_.Read(0x56), 0);
+  EXPECT_FALSE(bench_.sensor.IsCapturing());
+  adapter_.Replug();
+  EXPECT_EQ(bench_.Read(0x56), 31407);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8) << "what was not saved is lost";
+  EXPECT_FALSE(bench_.sensor.IsCapturing());
+}
+
+TEST_F(AdapterTest, SensorKeepsItsPowerAsLongAsOneCableIsPluggedIn) {
+  adapter_.SetBoard(2, {});
+  bench_.Write(reg::kFftAvg, 20);
+  adapter_.Unplug(0);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
+  adapter_.Replug(0);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
+  adapter_.Unplug(2);
+  adapter_.Unplug(0);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 0);
+  adapter_.Replug(2);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8);
+}
+
+TEST_F(AdapterTest, SensorWithoutABoardHasPowerOfItsOwn) {
+  bench_.Write(reg::kFftAvg, 20);
+  adapter_.RemoveBoard(0);
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
+}
+
+TEST_F(AdapterTest, TransferUnderWayFailsWhenTheCableIsPulled) {
+  const auto device = Open();
+  ASSERT_TRUE(Send(device, {14, 1, 2, 0x56, 0x00, 0x56, 0x00}));
+  adapter_.Unplug();
+  EXPECT_TRUE(Fetch(device, 4).empty());
+  EXPECT_EQ(adapter_.LastError(), 1167);
+}
+
 TEST_F(AdapterTest, BoardsCanBeSetAndRemovedByNumber) {
   adapter_.RemoveBoard(0);
   adapter_.SetBoard(3, {.product = 0xEF00, .firmwareMajor = 2, .firmwareMinor = 7});

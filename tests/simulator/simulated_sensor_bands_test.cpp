@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "simulator/sensor_fixture.h"
 
 namespace kestrel {
@@ -11,18 +9,11 @@ namespace {
 
 using namespace command;
 
-using Band = std::array<std::uint16_t, 8>;
-
 constexpr Band kZeros = {};
 constexpr Band kSome = {10, 20, 0x8001, 0x8002, 0x8003, 0xFFFF, 0xFFFE, 0xFFFD};
 
 class Bands : public SensorTest {
  protected:
-  void WriteRegisters(const Band& band) {
-    for (unsigned i = 0; i < band.size(); ++i) {
-      Write(static_cast<std::uint8_t>(reg::kFLow + 2 * i), band[i]);
-    }
-  }
   Band Registers() {
     Band band{};
     for (unsigned i = 0; i < band.size(); ++i) {
@@ -30,13 +21,8 @@ class Bands : public SensorTest {
     }
     return band;
   }
-  void Save(std::uint16_t pointer, const Band& band) {
-    WriteRegisters(band);
-    Write(reg::kAlmPntr, pointer);
-    Command(kSaveBand);
-  }
   Band Retrieve(std::uint16_t pointer) {
-    WriteRegisters({1, 2, 3, 4, 5, 6, 7, 8});
+    WriteBandRegisters({1, 2, 3, 4, 5, 6, 7, 8});
     Write(reg::kAlmPntr, pointer);
     Command(kRetrieveBand);
     return Registers();
@@ -48,7 +34,7 @@ TEST_F(Bands, AreZeroUntilSaved) {
 }
 
 TEST_F(Bands, SavedBandComesBack) {
-  Save(0x0203, kSome);
+  SaveBand(0x0203, kSome);
   EXPECT_EQ(Retrieve(0x0203), kSome);
 }
 
@@ -63,7 +49,7 @@ Band BandOf(unsigned option, unsigned number) {
 TEST_F(Bands, AreSixForEachOfFourOptions) {
   for (unsigned option = 0; option < 4; ++option) {
     for (unsigned number = 1; number <= 6; ++number) {
-      Save(static_cast<std::uint16_t>(option << 8U | number), BandOf(option, number));
+      SaveBand(static_cast<std::uint16_t>(option << 8U | number), BandOf(option, number));
     }
   }
   for (unsigned option = 0; option < 4; ++option) {
@@ -76,7 +62,7 @@ TEST_F(Bands, AreSixForEachOfFourOptions) {
 
 TEST_F(Bands, CanBeLoadedAndSavedWithoutAPause) {
   for (std::uint16_t number = 1; number <= 6; ++number) {
-    WriteRegisters(BandOf(0, number));
+    WriteBandRegisters(BandOf(0, number));
     Write(reg::kAlmPntr, number);
     Give(kSaveBand);
   }
@@ -88,7 +74,7 @@ TEST_F(Bands, CanBeLoadedAndSavedWithoutAPause) {
 TEST_F(Bands, PointerOutOfRangeIsIgnored) {
   constexpr std::uint16_t kNoBands[] = {0x0000, 0x0007, 0x00FF, 0x0300, 0x0307, 0x0401, 0xFF01};
   for (const std::uint16_t pointer : kNoBands) {
-    Save(pointer, kSome);
+    SaveBand(pointer, kSome);
     EXPECT_EQ(Retrieve(pointer), (Band{1, 2, 3, 4, 5, 6, 7, 8})) << pointer;
   }
   EXPECT_EQ(Read(reg::kEndurance), 0);
@@ -96,8 +82,8 @@ TEST_F(Bands, PointerOutOfRangeIsIgnored) {
 }
 
 TEST_F(Bands, ClearingEmptiesThemAllAndLeavesTheRegisters) {
-  Save(0x0001, kSome);
-  Save(0x0306, kSome);
+  SaveBand(0x0001, kSome);
+  SaveBand(0x0306, kSome);
   Command(kClearBands);
   EXPECT_EQ(Registers(), kSome);
   EXPECT_EQ(Retrieve(0x0001), kZeros);
@@ -105,8 +91,8 @@ TEST_F(Bands, ClearingEmptiesThemAllAndLeavesTheRegisters) {
 }
 
 TEST_F(Bands, EverySaveAndClearIsAFlashWrite) {
-  Save(0x0001, kSome);
-  Save(0x0002, kSome);
+  SaveBand(0x0001, kSome);
+  SaveBand(0x0002, kSome);
   Command(kClearBands);
   EXPECT_EQ(Read(reg::kEndurance), 3);
   static_cast<void>(Retrieve(0x0001));
@@ -114,7 +100,7 @@ TEST_F(Bands, EverySaveAndClearIsAFlashWrite) {
 }
 
 TEST_F(Bands, SurviveASoftwareResetButNotAFactoryReset) {
-  Save(0x0105, kSome);
+  SaveBand(0x0105, kSome);
   Command(kSoftwareReset);
   EXPECT_EQ(Registers(), kZeros) << "the registers are settings and were not saved";
   EXPECT_EQ(Retrieve(0x0105), kSome);
@@ -123,9 +109,9 @@ TEST_F(Bands, SurviveASoftwareResetButNotAFactoryReset) {
 }
 
 TEST_F(Bands, StayAsTheyAreWhileFlashFails) {
-  Save(0x0001, kSome);
+  SaveBand(0x0001, kSome);
   sensor.SetFaults({.flashUpdate = true});
-  Save(0x0001, BandOf(1, 1));
+  SaveBand(0x0001, BandOf(1, 1));
   EXPECT_EQ(Status(), 1 << 2);
   EXPECT_EQ(Retrieve(0x0001), kSome);
   Command(kClearBands);
