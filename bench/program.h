@@ -40,7 +40,7 @@ class Program {
       : hardware_(clock_, RunningMachine()),
         core_({clock_, loop_, pointer_, messages_, files_, locale_, hardware_.Adapter(),
                hardware_.Port(), hardware_.Service()}),
-        windows_(core_, [] {}) {
+        windows_(core_, {}) {
     Main(core_, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   }
 

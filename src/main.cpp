@@ -27,6 +27,7 @@ namespace {
 struct Options {
   bool simulate = false;
   bool quickStart = false;
+  kestrel::Scenario scenario = kestrel::RunningMachine();
   std::optional<QString> demoFolder;
 };
 
@@ -46,7 +47,11 @@ Options ParseOptions() {
       "Take one capture in each record mode without a display, and put a picture and a data file "
       "of each into <folder>.",
       "folder");
-  parser.addOptions({simulate, quick, demo});
+  QStringList names;
+  for (const std::string& name : kestrel::ScenarioNames()) names << QString::fromStdString(name);
+  const QCommandLineOption scenario(
+      "scenario", "What the simulated sensor measures: " + names.join(", ") + ".", "name");
+  parser.addOptions({simulate, quick, scenario, demo});
   parser.process(*QCoreApplication::instance());
   if (!parser.positionalArguments().isEmpty()) {
     std::fprintf(stderr, "kestrel: unexpected argument '%s'. --help lists the options.\n",
@@ -56,6 +61,15 @@ Options ParseOptions() {
   Options options;
   options.simulate = parser.isSet(simulate);
   options.quickStart = parser.isSet(quick);
+  if (parser.isSet(scenario)) {
+    const auto found = kestrel::ScenarioNamed(parser.value(scenario).toStdString());
+    if (!found) {
+      std::fprintf(stderr, "kestrel: there is no scenario '%s'. --help lists them.\n",
+                   qPrintable(parser.value(scenario)));
+      std::exit(1);
+    }
+    options.scenario = *found;
+  }
   if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
   return options;
 }
@@ -96,12 +110,19 @@ int Run(const Options& options) {
   FilesInFolder files(system.SystemFiles());
   HardwareSwitch hardware(system.Devices());
   std::unique_ptr<SimulatedHardware> simulator;
-  const auto connectSimulator = [&] {
-    if (!simulator)
-      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(), RunningMachine());
+  const auto connect = [&] {
+    if (!simulator) {
+      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(), options.scenario);
+    }
+    simulator->Adapter().Replug(0);
     hardware.Connect({&simulator->Adapter(), &simulator->Port(), &simulator->Service()});
   };
-  if (options.simulate) connectSimulator();
+  const SimulatorControl simulatorControl{
+      .connect = connect,
+      .isConnected = [&] { return simulator != nullptr; },
+      .plug =
+          [&](bool in) { in ? simulator->Adapter().Replug(0) : simulator->Adapter().Unplug(0); }};
+  if (options.simulate) connect();
 
   const bool demo = options.demoFolder.has_value();
   std::unique_ptr<Messages> messages;
@@ -118,7 +139,7 @@ int Run(const Options& options) {
 
   Core core({system.SystemClock(), loop, pointer, *messages, files, system.SystemLocale(), hardware,
              hardware, hardware});
-  QtStartWindows windows(core, connectSimulator);
+  QtStartWindows windows(core, simulatorControl);
   Main(core, windows,
        {.quickStart = options.quickStart,
         .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});

@@ -13,6 +13,7 @@
 #include "alarms/band_transfer.h"
 #include "logging/data_log.h"
 #include "plot/alarm_status.h"
+#include "plot/overlay_lines.h"
 #include "plot/spectrum_plot.h"
 
 namespace kestrel {
@@ -21,6 +22,7 @@ namespace kestrel {
 class HiddenWindow : public CaptureView,
                      public StatusView,
                      public PlotView,
+                     public BandOverlayView,
                      public AlarmStatusView,
                      public ReadoutView,
                      public DataLogView,
@@ -80,6 +82,13 @@ class HiddenWindow : public CaptureView,
   void ClearABLabels() override {}
   void DrawLine(double /*x1*/, double /*y1*/, double /*x2*/, double /*y2*/,
                 double /*colour*/) override {}
+
+  [[nodiscard]] double ScaleWidth() override { return kFftWidth; }
+  [[nodiscard]] double ScaleHeight() override { return 1; }
+  void ShowLine(int /*index*/, const OverlayLine& /*line*/) override {}
+  void PlaceEdgeLabel(bool /*high*/, int /*band*/, const std::string& /*text*/,
+                      double /*x*/) override {}
+  void ShowGrip(Grip /*grip*/) override {}
 
   void SetBand(Axis axis, const std::string& text) override { alarms_[Index(axis)].band = text; }
   void SetAlarm(Axis axis, const std::string& text) override { alarms_[Index(axis)].alarm = text; }

@@ -17,6 +17,7 @@
 #include "cli/registers_command.h"
 #include "cli/small_commands.h"
 #include "numeric/number_parse.h"
+#include "simulator/scenario.h"
 
 namespace kestrel {
 namespace {
@@ -46,7 +47,8 @@ int ParseAdapter(const std::string& text) {
 }
 
 void AddConnection(CLI::App& app, Connection& connection) {
-  app.add_flag("--simulate", connection.simulate, "Use a simulated sensor; no hardware needed");
+  auto* simulate =
+      app.add_flag("--simulate", connection.simulate, "Use a simulated sensor; no hardware needed");
   auto* adapter = app.add_option_function<std::string>(
       "--adapter", [&](const std::string& text) { connection.adapter = ParseAdapter(text); },
       "Use this USB adapter, Ezusb-0 to Ezusb-3");
@@ -54,6 +56,9 @@ void AddConnection(CLI::App& app, Connection& connection) {
       "--parallel",
       [&](const std::string& text) { connection.parallelAddress = ParsePortAddress(text); },
       "Use the parallel port at this hexadecimal address");
+  app.add_option("--scenario", connection.scenario, "What the simulated sensor measures")
+      ->needs(simulate)
+      ->check(CLI::IsMember(ScenarioNames()));
   parallel->excludes(adapter);
 }
 

@@ -28,13 +28,15 @@ Session::Session(const Surroundings& surroundings, const Connection& connection)
             hardware_, hardware_}),
       alarms(core.registers, window),
       plot(window, alarms, loop, messages),
+      overlay(plot, window),
       log(files, surroundings.locale, loop, window),
       status(core.registers, alarms, loop, window),
       readout(core.registers, plot, window, log, loop, messages, window),
       delay(loop),
-      cycle(core, delay, status, readout, plot, window) {
+      cycle(core, delay, status, readout, plot, overlay, window) {
   if (connection_.simulate) {
-    simulator_ = std::make_unique<SimulatedHardware>(surroundings.clock, RunningMachine());
+    simulator_ = std::make_unique<SimulatedHardware>(
+        surroundings.clock, ScenarioNamed(connection_.scenario).value_or(RunningMachine()));
     hardware_.Connect({&simulator_->Adapter(), &simulator_->Port(), &simulator_->Service()});
   }
   window.OnProgress([this](const std::string& activity, int done, int total) {

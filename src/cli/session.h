@@ -15,6 +15,7 @@
 #include "cli/console.h"
 #include "cli/hidden_window.h"
 #include "platform/hardware_switch.h"
+#include "plot/band_overlay.h"
 #include "simulator/simulated_hardware.h"
 
 namespace kestrel {
@@ -71,6 +72,7 @@ class Session {
   HiddenWindow window;
   AlarmStatus alarms;
   SpectrumPlot plot;
+  BandOverlay overlay;  // always off
   DataLog log;
   StatusDisplay status;
   CaptureReadout readout;

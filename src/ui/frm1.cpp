@@ -21,18 +21,11 @@ namespace {
 
 constexpr int kNoticeMs = 3000;
 
-// Shows a secondary window, in front if it is open already.
-void Open(QWidget& window) {
-  window.show();
-  window.raise();
-  window.activateWindow();
-}
-
 }  // namespace
 
-frm1::frm1(Core& core, std::function<void()> connectSimulator)
+frm1::frm1(Core& core, SimulatorControl simulator)
     : core_(core),
-      connectSimulator_(std::move(connectSimulator)),
+      simulator_(std::move(simulator)),
       edge_(core.seams.messages,
             {.busy = [this] { return readout_.Busy(); },
              .refused =
@@ -44,7 +37,7 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
              .after =
                  [this] {
                    SetCommInterfaceIndicators();
-                   if (fileDirWindow_) fileDirWindow_->ShowFileNumber();
+                   windows_.Refresh();
                  },
              .idle = [this] { return IsIdle(); }}),
       menu_(new MainMenu(*this)),
@@ -54,6 +47,8 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
       plotPanel_(new PlotPanel),
       statusPanel_(new StatusPanel),
       alarmPanel_(new AlarmPanel),
+      lostNotice_(new LostNotice(core, edge_)),
+      watcher_(new AdapterWatcher(core, edge_, this)),
       lblInterface_(MakeLabel("lblInterface", "")),
       alarms_(core.registers, *alarmPanel_),
       plot_(*plotPanel_, alarms_, core.seams.loop, core.seams.messages),
@@ -66,13 +61,15 @@ frm1::frm1(Core& core, std::function<void()> connectSimulator)
       cycle_(core, delay_, status_, readout_, plot_, overlay_, *capture_),
       settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
       cursor_(*plotPanel_),
-      pointer_(*plotPanel_, overlay_, cursor_, edge_) {
+      pointer_(*plotPanel_, overlay_, cursor_, edge_),
+      windows_(core, edge_, overlay_, this) {
   setObjectName("frm1");
   LayOut();
   ConnectButtons();
   ConnectSettings();
   ConnectPlot();
   ConnectMenu();
+  ConnectWindows();
   qApp->installEventFilter(this);
   Handle("Form_Load", [this] { Form_Load(); });
 }
@@ -95,7 +92,9 @@ void frm1::LayOut() {
   columns->addLayout(middle, 1);
   columns->addLayout(right);
   auto* all = new QWidget;
-  all->setLayout(columns);
+  auto* rows = new QVBoxLayout(all);
+  rows->addLayout(columns, 1);
+  rows->addWidget(lostNotice_);
   setCentralWidget(all);
   statusBar()->addWidget(lblInterface_);
   statusBar()->addPermanentWidget(capture_->progress);
@@ -119,9 +118,10 @@ void frm1::ConnectButtons() {
   On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click", [this] {
     if (IsIdle()) cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
   });
-  On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { mnuRecInfo_Click(); });
+  On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { windows_.OpenRecInfo(); });
   On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
-  On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click", [this] { mnuDatalog_Click(); });
+  On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click",
+     [this] { windows_.OpenDataLog(); });
   On(statusPanel_->CmdReadStatus, clicked, "CmdReadStatus_Click",
      [this] { CmdReadStatus_Click(); });
   On(statusPanel_->cmdClearStatus, clicked, "cmdClearStatus_Click",
@@ -161,12 +161,33 @@ void frm1::ConnectPlot() {
 void frm1::ConnectMenu() {
   const auto chosen = &QAction::triggered;
   On(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
+  On(menu_->mnuUnplug, chosen, "mnuUnplug_Click", [this] { mnuUnplug_Click(); });
   On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
-  On(menu_->mnuCommand, chosen, "mnuCommand_Click", [this] { mnuCommand_Click(); });
-  On(menu_->mnuRecInfo, chosen, "mnuRecInfo_Click", [this] { mnuRecInfo_Click(); });
-  On(menu_->mnuDatalog, chosen, "mnuDatalog_Click", [this] { mnuDatalog_Click(); });
   connect(menu_->mnuAbout, chosen, this, [this] { mnuAbout_Click(); });
   connect(menu_->MnuExit, chosen, this, &QWidget::close);
+  const auto opens = [&](QAction* item, const char* name, void (SecondaryWindows::*open)()) {
+    On(item, chosen, name, [this, open] { (windows_.*open)(); });
+  };
+  using Windows = SecondaryWindows;
+  opens(menu_->mnuDatalog, "mnuDatalog_Click", &Windows::OpenDataLog);
+  opens(menu_->mnuUsb, "mnuUsb_Click", &Windows::OpenUsb);
+  opens(menu_->mnuParallel, "mnuParallel_Click", &Windows::OpenPort);
+  opens(menu_->mnuCommand, "mnuCommand_Click", &Windows::OpenCommand);
+  opens(menu_->mnuRecInfo, "mnuRecInfo_Click", &Windows::OpenRecInfo);
+  opens(menu_->mnuAlarmCtrl, "mnuAlarmCtrl_Click", &Windows::OpenAlarmControl);
+  opens(menu_->mnuAlarmSpectrum, "mnuAlarmSpectrum_Click", &Windows::OpenAlarmSpectrum);
+  opens(menu_->mnuDIOGPIO, "mnuDIOGPIO_Click", &Windows::OpenDioGpio);
+  opens(menu_->MnuCal, "MnuCal_Click", &Windows::OpenCalibration);
+  opens(menu_->mnuRegisters, "mnuRegisters_Click", &Windows::OpenRegisters);
+}
+
+// What tells that the adapter is gone, or that another one has been chosen.
+void frm1::ConnectWindows() {
+  const auto refill = [this] { settings_.ReadMainFormRegisters(); };
+  On(lostNotice_, &LostNotice::SelectWanted, "mnuUsb_Click", [this] { windows_.OpenUsb(); });
+  connect(lostNotice_, &LostNotice::InterfaceChosen, this, refill);
+  connect(&windows_, &SecondaryWindows::InterfaceChosen, this, refill);
+  connect(watcher_, &AdapterWatcher::Lost, this, [this] { SetCommInterfaceIndicators(); });
 }
 
 void frm1::Form_Load() {
@@ -194,6 +215,8 @@ void frm1::SetCommInterfaceIndicators() {
   lblInterface_->setToolTip(QString::fromStdString(text.detail));
   menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
+  menu_->ShowDebug(simulator_.isConnected());
+  lostNotice_->Refresh();
 }
 
 void frm1::SetProductNumber(std::int16_t product) {
@@ -205,7 +228,9 @@ void frm1::SetProductNumber(std::int16_t product) {
 
 void frm1::mnuSimulated_Click() {
   if (!IsIdle()) return;
-  connectSimulator_();
+  simulator_.connect();
+  menu_->mnuUnplug->setChecked(false);
+  windows_.ForgetSensor();
   InterfaceType = kUsbAdapter;
   WriteConfigFile(core_.seams.files);
   InitInterface(core_);
@@ -226,19 +251,9 @@ void frm1::mnuAbout_Click() {
   box->open();
 }
 
-void frm1::mnuCommand_Click() {
-  if (commandWindow_ == nullptr) commandWindow_ = new frmCommand(core_, edge_, this);
-  Open(*commandWindow_);
-}
-
-void frm1::mnuRecInfo_Click() {
-  if (recInfoWindow_ == nullptr) recInfoWindow_ = new frmRecInfo(edge_, this);
-  Open(*recInfoWindow_);
-}
-
-void frm1::mnuDatalog_Click() {
-  fileDirWindow_ = new frmFileDir(core_, edge_, this);
-  fileDirWindow_->open();
+// As if somebody pulled the cable, or put it back: the program has to notice by itself.
+void frm1::mnuUnplug_Click() {
+  simulator_.plug(!menu_->mnuUnplug->isChecked());
 }
 
 void frm1::CmdReadStatus_Click() {
@@ -255,6 +270,7 @@ void frm1::ckDataLog_Click() {
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
 void frm1::closeEvent(QCloseEvent* event) {
   cycle_.Close();
+  windows_.CancelTransfers();
   QMainWindow::closeEvent(event);
 }
 

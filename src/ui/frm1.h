@@ -4,7 +4,6 @@
 
 #include <QLabel>
 #include <QMainWindow>
-#include <QPointer>
 #include <functional>
 #include <memory>
 
@@ -13,17 +12,18 @@
 #include "app/core.h"
 #include "plot/band_overlay.h"
 #include "plot/cursor.h"
+#include "ui/adapter_watcher.h"
 #include "ui/alarm_panel.h"
 #include "ui/capture_panel.h"
 #include "ui/conditions_panel.h"
-#include "ui/frmCommand.h"
-#include "ui/frmFileDir.h"
-#include "ui/frmRecInfo.h"
 #include "ui/handler_edge.h"
+#include "ui/lost_notice.h"
 #include "ui/main_menu.h"
 #include "ui/plot_panel.h"
 #include "ui/plot_pointer.h"
 #include "ui/record_panel.h"
+#include "ui/secondary_windows.h"
+#include "ui/simulator_control.h"
 #include "ui/status_panel.h"
 
 namespace kestrel {
@@ -31,8 +31,7 @@ namespace kestrel {
 // The main window: record settings, capture, plot and status, and the menus to everything else.
 class frm1 : public QMainWindow {
  public:
-  // `connectSimulator` puts the simulated sensor in the place of the system's devices.
-  frm1(Core& core, std::function<void()> connectSimulator);
+  frm1(Core& core, SimulatorControl simulator);
 
   // The edge that the handlers of this and all secondary windows run in.
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }
@@ -56,6 +55,7 @@ class frm1 : public QMainWindow {
   void ConnectSettings();
   void ConnectPlot();
   void ConnectMenu();
+  void ConnectWindows();
   template <typename Sender, typename Signal, typename Handler>
   void On(Sender* sender, Signal signal, const char* name, Handler handler);
   void Form_Load();
@@ -68,14 +68,12 @@ class frm1 : public QMainWindow {
   void mnuSimulated_Click();
   void mnu31407_Click();
   void mnuAbout_Click();
-  void mnuCommand_Click();
-  void mnuRecInfo_Click();
-  void mnuDatalog_Click();
+  void mnuUnplug_Click();
   void CmdReadStatus_Click();
   void ckDataLog_Click();
 
   Core& core_;
-  std::function<void()> connectSimulator_;
+  SimulatorControl simulator_;
   HandlerEdge edge_;
 
   MainMenu* menu_;
@@ -85,6 +83,8 @@ class frm1 : public QMainWindow {
   PlotPanel* plotPanel_;
   StatusPanel* statusPanel_;
   AlarmPanel* alarmPanel_;
+  LostNotice* lostNotice_;
+  AdapterWatcher* watcher_;
   QLabel* lblInterface_;
 
   AlarmStatus alarms_;
@@ -98,11 +98,7 @@ class frm1 : public QMainWindow {
   RecordSettings settings_;
   PlotCursor cursor_;
   PlotPointer pointer_;
-
-  // Made when first opened; they belong to this window.
-  frmCommand* commandWindow_ = nullptr;
-  frmRecInfo* recInfoWindow_ = nullptr;
-  QPointer<frmFileDir> fileDirWindow_;  // while it is open
+  SecondaryWindows windows_;
 };
 
 }  // namespace kestrel

@@ -11,7 +11,7 @@
 #include <array>
 
 #include "app/core.h"
-#include "device/alarm_control.h"
+#include "device/alm_ctrl_editor.h"
 #include "ui/secondary_window.h"
 
 namespace kestrel {
@@ -33,7 +33,7 @@ class frmALM_CTRL : public SecondaryWindow, public AlarmControlView {
   void LayOut();
   void Connect();
 
-  AlarmControl control_;
+  AlmCtrlEditor control_;
   QLabel* lblHexWord_;
   QComboBox* cbxResponseDelay_;
   QCheckBox* ckDIOenable_;

@@ -44,6 +44,11 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnu31407 = Add(product, "mnu31407", "31407");
   mnu31407->setCheckable(true);
 
+  QMenu* debug = window.menuBar()->addMenu(tr("Debug"));
+  debug_ = debug->menuAction();
+  mnuUnplug = Add(debug, "mnuUnplug", tr("&Unplug simulated adapter"));
+  mnuUnplug->setCheckable(true);
+
   QMenu* help = window.menuBar()->addMenu(tr("&Help"));
   mnuAbout = Add(help, "mnuAbout", tr("&About..."));
 }

@@ -26,6 +26,13 @@ class MainMenu : public QObject {
   QAction* mnuRegisters;
   QAction* mnu31407;
   QAction* mnuAbout;
+  QAction* mnuUnplug;
+
+  // The menu of the simulated sensor.
+  void ShowDebug(bool shown) { debug_->setVisible(shown); }
+
+ private:
+  QAction* debug_;
 };
 
 }  // namespace kestrel

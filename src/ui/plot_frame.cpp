@@ -198,8 +198,8 @@ void PlotFrame::PlaceNumbers() {
   }
 }
 
-// Lower edges in a first row and upper ones in a second: adjoining bands share an edge. A label goes
-// to the first row from there where it covers no other.
+// Lower edges in a first row and upper ones in a second: adjoining bands share an edge. A label
+// goes to the first row from there where it covers no other.
 void PlotFrame::PlaceEdges() {
   const QRect box = pic1->geometry().adjusted(1, 1, -1, -1);
   std::vector<QRect> taken;

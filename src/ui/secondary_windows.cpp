@@ -2,15 +2,21 @@
 // SPDX-License-Identifier: MIT
 #include "ui/secondary_windows.h"
 
+#include <array>
+
 namespace kestrel {
 
 SecondaryWindows::SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay,
                                    QWidget* mainWindow)
-    : QObject(mainWindow),
-      core_(core),
-      edge_(edge),
-      overlay_(overlay),
-      mainWindow_(mainWindow) {}
+    : core_(core), edge_(edge), overlay_(overlay), mainWindow_(mainWindow) {}
+
+SecondaryWindows::~SecondaryWindows() {
+  overlay_.SetOwner(nullptr);
+  const std::array<QWidget*, 10> windows{command_,       recInfo_, dataLog_,     alarmControl_,
+                                         alarmSpectrum_, dioGpio_, calibration_, registers_,
+                                         port_,          usb_};
+  for (const QWidget* window : windows) delete window;
+}
 
 template <typename Window>
 Window& SecondaryWindows::Made(QPointer<Window>& window) {

@@ -21,13 +21,16 @@
 
 namespace kestrel {
 
-// The windows that the main window's menus open. Each is made when first opened and belongs to the
-// main window.
+// The windows that the main window's menus open. Each is made when first opened and kept.
 class SecondaryWindows : public QObject {
   Q_OBJECT
 
  public:
   SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay, QWidget* mainWindow);
+  // The windows go before what they use.
+  ~SecondaryWindows() override;
+  SecondaryWindows(const SecondaryWindows&) = delete;
+  SecondaryWindows& operator=(const SecondaryWindows&) = delete;
 
   void OpenCommand();
   void OpenRecInfo();

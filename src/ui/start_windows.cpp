@@ -18,7 +18,7 @@ void QtStartWindows::HideLoading() {
 }
 
 void QtStartWindows::ShowMainWindow() {
-  main_ = std::make_unique<frm1>(core_, connectSimulator_);
+  main_ = std::make_unique<frm1>(core_, simulator_);
   main_->show();
 }
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <functional>
 #include <memory>
 
 #include "app/start.h"
@@ -14,8 +13,8 @@ namespace kestrel {
 // The windows that the start-up brings up.
 class QtStartWindows : public StartWindows {
  public:
-  QtStartWindows(Core& core, std::function<void()> connectSimulator)
-      : core_(core), connectSimulator_(std::move(connectSimulator)) {}
+  QtStartWindows(Core& core, SimulatorControl simulator)
+      : core_(core), simulator_(std::move(simulator)) {}
 
   void ShowLoading(const std::string& caption, const std::string& text) override;
   void SetLoadingText(const std::string& text) override;
@@ -27,7 +26,7 @@ class QtStartWindows : public StartWindows {
 
  private:
   Core& core_;
-  std::function<void()> connectSimulator_;
+  SimulatorControl simulator_;
   std::unique_ptr<frmMsg> loading_;  // only where a start-up shows it
   std::unique_ptr<frm1> main_;
 };

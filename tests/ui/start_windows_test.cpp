@@ -27,7 +27,7 @@ TEST_F(StartWindowsTest, TheLoadingWindowIsPaintedBeforeTheTrialsBegin) {
   } clock;
   Core core({clock, loop_, pointer_, messages_, files_, locale_, usb_, hardware_.Port(),
              hardware_.Service()});
-  QtStartWindows windows(core, [] {});
+  QtStartWindows windows(core, {});
   Main(core, windows, {});
   EXPECT_TRUE(clock.visible);
   EXPECT_EQ(clock.caption, "Kestrel evaluation program  ");

@@ -50,7 +50,14 @@ class WindowBench : public ::testing::Test {
 
   // Starts the program as its entry point does.
   frm1& Start() {
-    windows_ = std::make_unique<QtStartWindows>(core_, [this] { ++simulatorConnected_; });
+    windows_ = std::make_unique<QtStartWindows>(
+        core_, SimulatorControl{.connect = [this] { ++simulatorConnected_; },
+                                .isConnected = [this] { return simulatorConnected_ > 0; },
+                                .plug =
+                                    [this](bool in) {
+                                      in ? hardware_.Adapter().Replug(0)
+                                         : hardware_.Adapter().Unplug(0);
+                                    }});
     Main(core_, *windows_, {.quickStart = true, .interfaceWithoutConfig = kNoInterface});
     return Window();
   }

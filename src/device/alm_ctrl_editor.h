@@ -26,9 +26,9 @@ class AlarmControlView {
 };
 
 // Edits ALM_CTRL through the program-wide model: every change is written at once and read back.
-class AlarmControl {
+class AlmCtrlEditor {
  public:
-  explicit AlarmControl(AlarmControlView& view) : view_(view) {}
+  explicit AlmCtrlEditor(AlarmControlView& view) : view_(view) {}
 
   // Refreshes the controls from the sensor; they stay as they are while it cannot be reached.
   void Display_AlmCtrl();

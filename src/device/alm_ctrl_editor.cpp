@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "device/alarm_control.h"
+#include "device/alm_ctrl_editor.h"
 
 #include <cstdint>
 
@@ -25,7 +25,7 @@ std::optional<bool> Pair(std::int16_t code) {
 
 }  // namespace
 
-void AlarmControl::Display_AlmCtrl() {
+void AlmCtrlEditor::Display_AlmCtrl() {
   const UpdatingFlag updating(updating_);
   gAlmCtrl->ReadAlmCtrl();
   if (!RegisterAccess::Usable()) return;
@@ -41,7 +41,7 @@ void AlarmControl::Display_AlmCtrl() {
   view_.ShowControls(Hex(gAlmCtrl->ReadWord()), controls);
 }
 
-void AlarmControl::Write_AlmCtrl() {
+void AlmCtrlEditor::Write_AlmCtrl() {
   const AlarmControls controls = view_.Controls();
   gAlmCtrl->EnableAlarm1Alarm2onDIO1DIO2(Bit(controls.dioEnable));
   gAlmCtrl->ResponseDelay(ToInteger(controls.responseDelay));
@@ -55,7 +55,7 @@ void AlarmControl::Write_AlmCtrl() {
   Display_AlmCtrl();
 }
 
-void AlarmControl::Changed() {
+void AlmCtrlEditor::Changed() {
   if (!updating_) Write_AlmCtrl();
 }
 
