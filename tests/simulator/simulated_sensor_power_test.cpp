@@ -110,6 +110,7 @@ TEST_F(Power, WithoutItThePinsShowWhatIsDrivenFromOutsideAndTriggerNothing) {
   sensor.DrivePin(2, true);
   EXPECT_TRUE(sensor.PinLevel(1));
   EXPECT_TRUE(sensor.PinLevel(2));
+  EXPECT_FALSE(sensor.IsCapturing());
   sensor.RestorePower();
   EXPECT_FALSE(sensor.IsCapturing());
   EXPECT_FALSE(sensor.PinLevel(2)) << "not busy";
