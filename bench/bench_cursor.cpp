@@ -3,55 +3,20 @@
 // What one move of the pointer over the plot costs, until read-outs and cross-hair are painted, in
 // the real main window with a time record on the screen.
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QLabel>
-#include <QMouseEvent>
 #include <chrono>
 #include <cstdio>
 #include <vector>
 
 #include "device/capture_data.h"
-#include "program.h"
+#include "plot_moves.h"
 #include "ui/cross_hair.h"
-#include "ui/picture_box.h"
 
 namespace kestrel {
 namespace {
 
-constexpr QSize kPlot{1600, 900};
 constexpr int kMoves = 401;
 constexpr double kPromisedMs = 2;
-
-// Counts how often a widget is painted.
-class PaintCount : public QObject {
- public:
-  explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
-  [[nodiscard]] int Paints() const { return paints_; }
-
- protected:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() == QEvent::Paint) ++paints_;
-    return false;
-  }
-
- private:
-  int paints_ = 0;
-};
-
-QWidget& CrossHairOf(PictureBox& plot) {
-  for (QObject* child : plot.children()) {
-    if (auto* crossHair = dynamic_cast<CrossHair*>(child)) return *crossHair;
-  }
-  qFatal("the plot has no cross-hair");
-}
-
-void EnlargePlot(frm1& window, PictureBox& plot) {
-  window.resize(window.size() + kPlot - plot.size());
-  QApplication::processEvents();
-  window.resize(window.size() + kPlot - plot.size());
-  QApplication::processEvents();
-}
 
 // All over the plot, seldom twice in the same column or row.
 QPointF Place(int move) {
@@ -64,9 +29,7 @@ double MoveMs(PictureBox& plot, const PaintCount& crossHair, const PaintCount& r
   const int crossHairBefore = crossHair.Paints();
   const int readOutBefore = readOut.Paints();
   const auto start = Clock::now();
-  QMouseEvent event(QEvent::MouseMove, at, plot.mapToGlobal(at), Qt::NoButton, Qt::NoButton,
-                    Qt::NoModifier);
-  QCoreApplication::sendEvent(&plot, &event);
+  SendMouse(plot, QEvent::MouseMove, at, Qt::NoButton, false);
   while (crossHair.Paints() == crossHairBefore || readOut.Paints() == readOutBefore) {
     QCoreApplication::processEvents();
   }
@@ -83,7 +46,7 @@ int Measure() {
   EnlargePlot(window, plot);
   const bool asPromised = plot.size() == kPlot && Buff.width == kTimeWidth;
 
-  const PaintCount crossHair(CrossHairOf(plot));
+  const PaintCount crossHair(LayerOf<CrossHair>(plot));
   const PaintCount readOut(*window.findChild<QLabel*>("lblCursorX"));
   MoveMs(plot, crossHair, readOut, Place(kMoves));
   const int drawnBefore = plot.TracePaintCount();

@@ -29,6 +29,7 @@ struct Options {
   bool quickStart = false;
   kestrel::Scenario scenario = kestrel::RunningMachine();
   std::optional<QString> demoFolder;
+  QString portDevice;
 };
 
 // Handles --help, --version and wrong options itself by ending the program.
@@ -51,7 +52,10 @@ Options ParseOptions() {
   for (const std::string& name : kestrel::ScenarioNames()) names << QString::fromStdString(name);
   const QCommandLineOption scenario(
       "scenario", "What the simulated sensor measures: " + names.join(", ") + ".", "name");
-  parser.addOptions({simulate, quick, scenario, demo});
+  const QCommandLineOption portDevice(
+      "port-device", "Use this parallel port, for example /dev/parport1, whatever its address.",
+      "device");
+  parser.addOptions({simulate, quick, scenario, demo, portDevice});
   parser.process(*QCoreApplication::instance());
   if (!parser.positionalArguments().isEmpty()) {
     std::fprintf(stderr, "kestrel: unexpected argument '%s'. --help lists the options.\n",
@@ -71,6 +75,7 @@ Options ParseOptions() {
     options.scenario = *found;
   }
   if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
+  options.portDevice = parser.value(portDevice);
   return options;
 }
 
@@ -104,7 +109,8 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
 
 int Run(const Options& options) {
   using namespace kestrel;
-  System system;
+  System system(
+      {.portAddress = [] { return PortAddress; }, .portDevice = options.portDevice.toStdString()});
   QtEventLoop loop;
   QtMousePointer pointer;
   FilesInFolder files(system.SystemFiles());

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "app/program_state.h"
 #include "cli/program.h"
 #include "platform/system.h"
 
@@ -24,7 +25,7 @@ void OnInterrupt(int /*signal*/) {
 }
 
 int Run(const std::vector<std::string>& arguments) {
-  kestrel::System system;
+  kestrel::System system({.portAddress = [] { return kestrel::PortAddress; }, .portDevice = ""});
   return static_cast<int>(
       kestrel::RunProgram(arguments, {.clock = system.SystemClock(),
                                       .files = system.SystemFiles(),

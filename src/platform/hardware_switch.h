@@ -58,6 +58,7 @@ class HardwareSwitch : public UsbDriver, public PortIo, public DriverService {
   std::int32_t RunAndWait(const std::string& commandLine) override {
     return current_.driverService->RunAndWait(commandLine);
   }
+  [[nodiscard]] std::string Explanation() override { return current_.driverService->Explanation(); }
 
  private:
   Hardware current_;

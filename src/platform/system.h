@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -12,10 +14,17 @@
 
 namespace kestrel {
 
+struct SystemOptions {
+  // The parallel port's base address, asked when the port is opened.
+  std::function<std::int16_t()> portAddress;
+  // Names the parallel port's device instead, where the system has such names.
+  std::string portDevice;
+};
+
 // The operating system behind the seams. Make it on the thread that waits.
 class System {
  public:
-  System();
+  explicit System(const SystemOptions& options);
   ~System();
   System(const System&) = delete;
   System& operator=(const System&) = delete;

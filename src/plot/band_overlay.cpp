@@ -89,10 +89,13 @@ void BandOverlay::pic1_MouseDown(const PointerPlace& pointer) {
   drag_.Press(pointer);
 }
 
+// A band that the owner fails to take goes back.
 void BandOverlay::pic1_MouseUp() {
   if (!drag_.Dragging()) return;
   const auto dragged = drag_.Release();
-  if (dragged && IsOn()) Tell(*dragged);
+  RecordRedrawn();
+  if (!dragged || !IsOn()) return;
+  Tell(*dragged);
   RecordRedrawn();
 }
 

@@ -27,6 +27,9 @@ class DriverService {
 
   // Runs a command line to its end and returns its exit code.
   virtual std::int32_t RunAndWait(const std::string& commandLine) = 0;
+
+  // Why the ports cannot be had and what to do about it, where the system tells; empty otherwise.
+  [[nodiscard]] virtual std::string Explanation() { return {}; }
 };
 
 }  // namespace kestrel

@@ -33,7 +33,10 @@ void SetupGiveIO(DriverService& service, Messages& messages) {
     service.WriteRegistryValue(kServiceKey, kStartValue, kRegistryNumber, kStartsWithSystem);
     return;
   }
-  messages.Show("The required I/O drivers could not be installed.", "Error");
+  const std::string explanation = service.Explanation();
+  messages.Show("The required I/O drivers could not be installed." +
+                    (explanation.empty() ? "" : "\n\n" + explanation),
+                "Error");
 }
 
 }  // namespace kestrel

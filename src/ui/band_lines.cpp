@@ -16,8 +16,12 @@ namespace {
 // The levels' own colours, and the highlight, are too light for the paper: a dark casing holds
 // them.
 const QColor kCasing(45, 48, 54);
-constexpr int kLevelThickness = 2;  // in lines of width 1
+constexpr int kCasedThickness = 2;  // in lines of width 1
 constexpr int kMargin = 5;          // pixels that a line with its casing may be off its place
+
+bool HasCasing(int group, const OverlayLine& line) {
+  return line.highlighted || !IsEdge(group);
+}
 
 bool IsInside(double least, double most, int extent) {
   return most >= 0 && least <= extent;
@@ -30,13 +34,15 @@ QRect PixelsOf(const PictureBox& box, int group, const OverlayLine& line, QSize 
   const double left = box.ToPixels({x1, 0}).x();
   const double right = box.ToPixels({x2, 0}).x();
   if (!IsInside(left, right, box.width())) return {};
-  const int column = box.GridColumn(x1, picture.width(), thickness);
-  if (IsEdge(group)) return {column, 0, thickness, picture.height()};
+  const int thick = HasCasing(group, line) ? kCasedThickness * thickness : thickness;
+  if (IsEdge(group)) {
+    return {box.GridColumn(x1, picture.width(), thick), 0, thick, picture.height()};
+  }
   const double y = box.ToPixels({0, line.y1}).y();
   if (!IsInside(y, y, box.height())) return {};
+  const int first = box.GridColumn(x1, picture.width(), thickness);
   const int last = box.GridColumn(x2, picture.width(), thickness) + thickness;
-  const int thick = kLevelThickness * thickness;
-  return {column, box.GridRow(line.y1, picture.height(), thick), last - column, thick};
+  return {first, box.GridRow(line.y1, picture.height(), thick), last - first, thick};
 }
 
 }  // namespace
@@ -91,7 +97,7 @@ void BandLines::PaintLine(QPainter& painter, int group, const OverlayLine& line)
   const auto fill = [&](const QRect& pixels, const QColor& colour) {
     painter.fillRect(toLogical.mapRect(QRectF(pixels.translated(picture.topLeft()))), colour);
   };
-  if (line.highlighted || !IsEdge(group)) {
+  if (HasCasing(group, line)) {
     fill(core.marginsAdded({thickness, thickness, thickness, thickness}), kCasing);
   }
   fill(core, ToColour(line.colour));

@@ -88,8 +88,8 @@ PlotPanel::PlotPanel()
       LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
       lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
       frame_(new PlotFrame),
-      bandLines_(new BandLines(frame_->pic1)),
-      crossHair_(new CrossHair(frame_->pic1)) {
+      crossHair_(new CrossHair(frame_->pic1)),
+      bandLines_(new BandLines(frame_->pic1)) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
     traces_[Index(axis)] =

@@ -82,8 +82,8 @@ class PlotPanel : public QWidget, public PlotView, public CursorView, public Ban
   QLabel* LblFreq_;
   QLabel* lblCursorY_;
   PlotFrame* frame_;
-  BandLines* bandLines_;
   CrossHair* crossHair_;
+  BandLines* bandLines_;  // over the cross-hair, which would dim them
   Grip grip_ = Grip::None;
 };
 

@@ -11,11 +11,12 @@
 #include <vector>
 
 #include "cli/program.h"
-#include "platform/linux/absent_hardware.h"
+#include "support/absent_hardware.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/reset_program.h"
 #include "support/swift_clock.h"
+#include "support/unused_hardware.h"
 
 namespace kestrel {
 
@@ -54,8 +55,8 @@ class ProgramBench : public testing::Test {
   MemoryFiles files;
   FixedLocale locale;
   AbsentUsbDriver usb;
-  AbsentPortIo port;
-  AbsentDriverService service;
+  UnusedPort port;
+  UnusedDriverService service;
   std::function<bool()> interrupted = [] { return false; };
   bool showProgress = false;
   std::ostringstream out;

@@ -4,31 +4,17 @@
 
 #include <QImage>
 #include <QMouseEvent>
-#include <QPaintEvent>
 #include <algorithm>
 
 #include "device/capture_data.h"
 #include "numeric/number_format.h"
+#include "rendering.h"
 #include "ui/cross_hair.h"
 #include "ui/frm1.h"
 #include "window_bench.h"
 
 namespace kestrel {
 namespace {
-
-// All that a widget was asked to paint.
-class PaintedRegion : public QObject {
- public:
-  explicit PaintedRegion(QWidget& widget) { widget.installEventFilter(this); }
-
-  QRegion region;
-
- protected:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() == QEvent::Paint) region += static_cast<QPaintEvent*>(event)->region();
-    return false;
-  }
-};
 
 class Frm1Cursor : public WindowBench {
  protected:

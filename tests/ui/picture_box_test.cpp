@@ -13,6 +13,8 @@
 #include <limits>
 #include <optional>
 
+#include "rendering.h"
+
 namespace kestrel {
 namespace {
 
@@ -48,14 +50,6 @@ int ColouredPixels(const QImage& image) {
   return count;
 }
 
-// As on a screen of that scale, whatever the scale of the screen the test runs on.
-QImage RenderOf(QWidget& widget, qreal ratio) {
-  QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_RGB32);
-  image.setDevicePixelRatio(ratio);
-  widget.render(&image);
-  return image;
-}
-
 class PictureBoxTest : public testing::Test {
  protected:
   PictureBoxTest() {
@@ -88,6 +82,9 @@ TEST_F(PictureBoxTest, ScaleHeightIsPositive) {
   EXPECT_EQ(box.ScaleHeight(), 20);
   box.Scale(0, -3, 1, 4);
   EXPECT_EQ(box.ScaleHeight(), 7);
+  EXPECT_EQ(box.ScaleWidth(), 1);
+  box.Scale(5, 1, -6, 0);
+  EXPECT_EQ(box.ScaleWidth(), 11);
 }
 
 TEST_F(PictureBoxTest, AScaleWithoutHeightDoesNotDivideByZero) {
@@ -340,6 +337,45 @@ TEST_F(PictureBoxTest, PointerIsReportedInTheScalesCoordinates) {
   QEvent leave(QEvent::Leave);
   QApplication::sendEvent(&box, &leave);
   EXPECT_EQ(left, 1);
+}
+
+TEST_F(PictureBoxTest, ButtonAndShiftAreReportedWithThePointer) {
+  struct State {
+    bool held = false;
+    bool shift = false;
+    bool operator==(const State&) const = default;
+  };
+  State moved;
+  State pressed;
+  QObject::connect(&box, &PictureBox::PointerMoved, [&](double, double, bool isHeld, bool isShift) {
+    moved = {isHeld, isShift};
+  });
+  QObject::connect(&box, &PictureBox::PointerPressed, [&](double, double, bool isShift) {
+    pressed = {true, isShift};
+  });
+  for (const bool shift : {false, true}) {
+    const Qt::KeyboardModifiers keys = shift ? Qt::ShiftModifier : Qt::NoModifier;
+    for (const Qt::MouseButton held : {Qt::NoButton, Qt::LeftButton, Qt::RightButton}) {
+      QMouseEvent move(QEvent::MouseMove, {9, 9}, box.mapToGlobal(QPointF(9, 9)), Qt::NoButton,
+                       held, keys);
+      QApplication::sendEvent(&box, &move);
+      EXPECT_EQ(moved, (State{held == Qt::LeftButton, shift}));
+    }
+    QMouseEvent press(QEvent::MouseButtonPress, {9, 9}, box.mapToGlobal(QPointF(9, 9)),
+                      Qt::LeftButton, Qt::LeftButton, keys);
+    QApplication::sendEvent(&box, &press);
+    EXPECT_EQ(pressed, (State{true, shift}));
+  }
+}
+
+TEST_F(PictureBoxTest, ThePointerIsLostWithTheWindowOrTheGrab) {
+  int lost = 0;
+  QObject::connect(&box, &PictureBox::PointerLost, [&] { ++lost; });
+  for (const auto type : {QEvent::WindowDeactivate, QEvent::UngrabMouse, QEvent::Hide}) {
+    QEvent event(type);
+    QApplication::sendEvent(&box, &event);
+  }
+  EXPECT_EQ(lost, 3);
 }
 
 }  // namespace

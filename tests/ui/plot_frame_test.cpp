@@ -13,15 +13,10 @@
 #include <cstdlib>
 #include <vector>
 
+#include "rendering.h"
+
 namespace kestrel {
 namespace {
-
-QImage RenderOf(QWidget& widget, qreal ratio) {
-  QImage image((QSizeF(widget.size()) * ratio).toSize(), QImage::Format_RGB32);
-  image.setDevicePixelRatio(ratio);
-  widget.render(&image);
-  return image;
-}
 
 class PlotFrameTest : public testing::Test {
  protected:
@@ -285,6 +280,26 @@ TEST_F(PlotFrameTest, EdgesSharedByTwoBandsDoNotCoverEachOther) {
   frame.PlaceEdgeLabel(false, 2, 51);
   EXPECT_FALSE(
       frame.EdgeLabel(true, 1)->geometry().intersects(frame.EdgeLabel(false, 2)->geometry()));
+}
+
+TEST_F(PlotFrameTest, EdgeLabelsInOnePlaceAreAllLegible) {
+  ShowSpectrum();
+  for (int band = 1; band <= 6; ++band) {
+    for (const bool high : {false, true}) {
+      frame.SetEdgeText(high, band, QString::number(band));
+      frame.PlaceEdgeLabel(high, band, 0);
+    }
+  }
+  std::vector<QRect> places;
+  for (const bool high : {false, true}) {
+    for (int band = 1; band <= 6; ++band) {
+      const QRect place = frame.EdgeLabel(high, band)->geometry();
+      EXPECT_TRUE(frame.pic1->geometry().contains(place));
+      EXPECT_EQ(place.left(), frame.EdgeLabel(false, 1)->x());
+      for (const QRect& other : places) EXPECT_FALSE(place.intersects(other));
+      places.push_back(place);
+    }
+  }
 }
 
 TEST_F(PlotFrameTest, EdgeLabelIsHiddenWhileBlankOrNotPlaced) {

@@ -4,7 +4,9 @@
 
 #include <unistd.h>
 
-#include "platform/linux/absent_hardware.h"
+#include "platform/linux/libusb_driver.h"
+#include "platform/linux/ppdev_port.h"
+#include "platform/linux/ppdev_service.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
@@ -12,15 +14,18 @@
 namespace kestrel {
 
 struct System::Parts {
+  explicit Parts(const SystemOptions& options)
+      : port(options.portAddress, {.device = options.portDevice}), service(port) {}
+
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
   kestrel::SystemLocale locale;
-  AbsentUsbDriver usb;
-  AbsentPortIo port;
-  AbsentDriverService service;
+  LibusbDriver usb;
+  PpdevPort port;
+  PpdevService service;
 };
 
-System::System() : parts_(std::make_unique<Parts>()) {}
+System::System(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}
 System::~System() = default;
 
 Clock& System::SystemClock() {

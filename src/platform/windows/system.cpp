@@ -24,7 +24,8 @@ struct System::Parts {
   ServiceRegistry service;
 };
 
-System::System() : parts_(std::make_unique<Parts>()) {}
+// The port libraries take addresses, and say nothing of ports that cannot be had.
+System::System(const SystemOptions& /*options*/) : parts_(std::make_unique<Parts>()) {}
 System::~System() = default;
 
 Clock& System::SystemClock() {

@@ -1,0 +1,61 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <map>
+#include <memory>
+
+#include "platform/linux/usb_bus.h"
+#include "transport/usb_driver.h"
+
+struct libusb_device_handle;
+
+namespace kestrel {
+
+inline constexpr std::uint32_t kBulkRead = 0x22204E;  // refuses pipes that lead to the board
+
+// The adapter driver's requests answered through libusb. "\\.\Ezusb-n" is the n-th attached board
+// with the adapter's vendor number in bus order, n from 0 to 3. A handle has its board to itself
+// until it is closed.
+//
+// LastError(): 1 unknown request, 2 not attached, 5 no permission, 6 not an open handle, 31 the
+// device failed, 32 in use by another program, 87 no such pipe, 121 time-out, 122 buffer too small.
+class LibusbDriver : public UsbDriver {
+ public:
+  static constexpr std::chrono::milliseconds kTimeLimit{2000};  // of one request
+
+  explicit LibusbDriver(std::chrono::milliseconds timeLimit = kTimeLimit);
+  ~LibusbDriver() override;
+  LibusbDriver(const LibusbDriver&) = delete;
+  LibusbDriver& operator=(const LibusbDriver&) = delete;
+
+  // The access, share and creation codes make no difference.
+  [[nodiscard]] Handle CreateFile(const std::string& path, std::uint32_t access,
+                                  std::uint32_t share, std::uint32_t creation) override;
+  [[nodiscard]] bool DeviceIoControl(Handle device, std::uint32_t code,
+                                     std::span<const std::uint8_t> input,
+                                     std::span<std::uint8_t> output,
+                                     std::uint32_t& returned) override;
+  void CloseHandle(Handle device) override;
+  [[nodiscard]] std::int32_t LastError() override { return lastError_; }
+
+ private:
+  class OpenBoard;
+
+  bool ReadString(OpenBoard& board, std::uint8_t index, std::span<std::uint8_t> output,
+                  std::uint32_t& returned);
+  bool Bulk(OpenBoard& board, std::uint32_t code, std::span<const std::uint8_t> input,
+            std::span<std::uint8_t> output, std::uint32_t& returned);
+  bool Transfer(OpenBoard& board, const UsbPipe& pipe, std::span<std::uint8_t> buffer,
+                std::uint32_t& moved);
+  bool Fail(std::int32_t error);  // always false
+
+  unsigned timeLimitMs_;
+  UsbBus bus_;  // outlives the handles
+  std::map<Handle, std::unique_ptr<OpenBoard>> open_;
+  Handle lastHandle_ = 0;
+  std::int32_t lastError_ = 0;
+};
+
+}  // namespace kestrel

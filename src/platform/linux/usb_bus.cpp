@@ -1,0 +1,73 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "platform/linux/usb_bus.h"
+
+#include <libusb.h>
+
+#include <algorithm>
+#include <span>
+
+namespace kestrel {
+namespace {
+
+constexpr std::uint16_t kVendor = 0x5A17;
+
+// The devices on all buses, held for as long as the list is looked at.
+class DeviceList {
+ public:
+  explicit DeviceList(libusb_context* context) : count_(libusb_get_device_list(context, &list_)) {}
+  ~DeviceList() { libusb_free_device_list(list_, 1); }
+  DeviceList(const DeviceList&) = delete;
+  DeviceList& operator=(const DeviceList&) = delete;
+
+  [[nodiscard]] std::span<libusb_device*> Devices() const {
+    return {list_, count_ > 0 ? static_cast<std::size_t>(count_) : 0};
+  }
+
+ private:
+  libusb_device** list_ = nullptr;
+  ssize_t count_;
+};
+
+bool IsAdapterVendor(libusb_device* device) {
+  libusb_device_descriptor descriptor{};
+  return libusb_get_device_descriptor(device, &descriptor) == LIBUSB_SUCCESS &&
+         descriptor.idVendor == kVendor;
+}
+
+}  // namespace
+
+void UsbBus::Exit::operator()(libusb_context* context) const {
+  libusb_exit(context);
+}
+
+bool UsbBus::Started() {
+  if (context_) return true;
+  libusb_context* context = nullptr;
+  if (libusb_init(&context) != LIBUSB_SUCCESS) return false;
+  context_.reset(context);
+  return true;
+}
+
+// A board that stays attached keeps its object, and with it what was learnt of it.
+void UsbBus::Refresh() {
+  const DeviceList list(context_.get());
+  std::vector<std::shared_ptr<UsbBoard>> attached;
+  for (libusb_device* device : list.Devices()) {
+    if (!IsAdapterVendor(device)) continue;
+    const auto known = std::find_if(boards_.begin(), boards_.end(),
+                                    [&](const auto& board) { return board->Device() == device; });
+    attached.push_back(known != boards_.end() ? *known : std::make_shared<UsbBoard>(device));
+  }
+  std::sort(attached.begin(), attached.end(),
+            [](const auto& a, const auto& b) { return a->IsBefore(*b); });
+  boards_ = std::move(attached);
+}
+
+std::shared_ptr<UsbBoard> UsbBus::Board(std::size_t number) {
+  if (!Started()) return nullptr;
+  Refresh();
+  return number < boards_.size() ? boards_[number] : nullptr;
+}
+
+}  // namespace kestrel
