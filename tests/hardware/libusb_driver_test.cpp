@@ -7,9 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hardware/mock_usb_bus.h"
-#include "simulator/simulated_sensor.h"
-#include "support/fake_clock.h"
+#include "hardware/libusb_bench.h"
 #include "support/other_user.h"
 
 namespace kestrel {
@@ -17,66 +15,8 @@ namespace {
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
-using testing::SizeIs;
 
-using Bytes = std::vector<std::uint8_t>;
-constexpr std::chrono::milliseconds kShortLimit{400};
-
-MockBoardPlan Board(int bus, const std::string& ports, int address, std::uint16_t product) {
-  MockBoardPlan plan{.bus = bus, .ports = ports, .address = address};
-  plan.description.product = product;
-  return plan;
-}
-
-class LibusbDriverTest : public testing::Test {
- protected:
-  UsbDriver::Handle Open(int n) {
-    return driver.CreateFile("\\\\.\\Ezusb-" + std::to_string(n), 0x40000000, 2, 3);
-  }
-
-  // What the driver says went wrong; 0 when the request succeeded.
-  std::int32_t OpenError(int n) {
-    const UsbDriver::Handle handle = Open(n);
-    if (handle < 1) return driver.LastError();
-    driver.CloseHandle(handle);
-    return 0;
-  }
-
-  std::int32_t Bulk(UsbDriver::Handle handle, std::uint8_t pipe, Bytes& buffer,
-                    std::uint32_t code = kBulkTransfer) {
-    const Bytes input = {pipe, 0, 0, 0};
-    return driver.DeviceIoControl(handle, code, input, buffer, moved) ? 0 : driver.LastError();
-  }
-  std::int32_t Send(UsbDriver::Handle handle, Bytes block) { return Bulk(handle, 0, block); }
-
-  // The firmware's version, which command 0 asks for; empty when that fails.
-  Bytes Version(UsbDriver::Handle handle) {
-    Bytes answer(2);
-    if (Send(handle, {0}) != 0 || Bulk(handle, 1, answer) != 0) return {};
-    return answer;
-  }
-
-  int ProductOf(int n) {
-    const UsbDriver::Handle handle = Open(n);
-    if (handle < 1) return -1;
-    Bytes buffer(147);
-    EXPECT_TRUE(driver.DeviceIoControl(handle, kGetDeviceDescriptor, buffer, buffer, moved));
-    driver.CloseHandle(handle);
-    return buffer[10] + 256 * buffer[11];
-  }
-
-  Bytes PipeInformation(UsbDriver::Handle handle) {
-    Bytes buffer(356);
-    EXPECT_TRUE(driver.DeviceIoControl(handle, kGetPipeInformation, buffer, buffer, moved));
-    return buffer;
-  }
-
-  FakeClock clock;
-  SimulatedSensor sensor{clock, RunningMachine()};
-  MockUsbBus bus{sensor};
-  LibusbDriver driver{kShortLimit};
-  std::uint32_t moved = 0;
-};
+class LibusbDriverTest : public LibusbBench {};
 
 TEST_F(LibusbDriverTest, WithoutABoardEveryNameIsNotAttached) {
   for (int n = 0; n < 4; ++n) EXPECT_EQ(OpenError(n), 2);
@@ -188,91 +128,6 @@ TEST_F(LibusbDriverTest, ABoardWithoutBulkPipesOpensAndHasNoPipes) {
   EXPECT_GE(handle, 1);
   EXPECT_EQ(PipeInformation(handle)[12], 0);
   EXPECT_EQ(Send(handle, {0}), 87);
-}
-
-TEST_F(LibusbDriverTest, ACommandGoesOutOnPipeZeroAndItsAnswerComesBackOnPipeOne) {
-  MockBoard& board = bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  EXPECT_THAT(Version(handle), ElementsAre(1, 2));
-  EXPECT_THAT(board.commands, ElementsAre(Bytes{0}));
-}
-
-TEST_F(LibusbDriverTest, BulkReadFetchesAnswersAndRefusesTheCommandPipe) {
-  MockBoard& board = bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  Bytes answer(2);
-  EXPECT_EQ(Bulk(handle, 0, answer, kBulkRead), 87);
-  EXPECT_THAT(board.commands, SizeIs(0));
-  ASSERT_EQ(Send(handle, {0}), 0);
-  EXPECT_EQ(Bulk(handle, 1, answer, kBulkRead), 0);
-  EXPECT_THAT(answer, ElementsAre(1, 2));
-}
-
-TEST_F(LibusbDriverTest, AShortAnswerIsASuccessWithFewerBytes) {
-  MockBoard& board = bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  board.answerShort = true;
-  ASSERT_EQ(Send(handle, {0}), 0);
-  Bytes answer(2, 0xAA);
-  EXPECT_EQ(Bulk(handle, 1, answer), 0);
-  EXPECT_EQ(moved, 1U);
-  EXPECT_THAT(answer, ElementsAre(1, 0xAA));
-}
-
-TEST_F(LibusbDriverTest, AnAnswerThatDoesNotComeIsATimeOut) {
-  bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  Bytes answer(2);
-  EXPECT_EQ(Bulk(handle, 1, answer), 121);
-  EXPECT_EQ(moved, 0U);
-  EXPECT_THAT(Version(handle), ElementsAre(1, 2));
-}
-
-TEST_F(LibusbDriverTest, ByDefaultARequestIsGivenTwoSeconds) {
-  bus.Plug({});
-  LibusbDriver patient;
-  const UsbDriver::Handle handle = patient.CreateFile("\\\\.\\Ezusb-0", 0, 0, 0);
-  const Bytes pipe = {1, 0, 0, 0};
-  Bytes answer(2);
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_FALSE(patient.DeviceIoControl(handle, kBulkTransfer, pipe, answer, moved));
-  EXPECT_EQ(patient.LastError(), 121);
-  EXPECT_GE(std::chrono::steady_clock::now() - start, LibusbDriver::kTimeLimit);
-}
-
-// A late answer must not be taken for the answer to the next command.
-TEST_F(LibusbDriverTest, AnAnswerThatComesTooLateIsDropped) {
-  MockBoard& board = bus.Plug({});
-  UsbDriver::Handle handle = Open(0);
-  ASSERT_EQ(Send(handle, {12, 120}), 0);
-  ASSERT_EQ(Send(handle, {11, 25}), 0);
-  board.holdAnswers = true;
-  ASSERT_EQ(Send(handle, {0}), 0);
-  Bytes answer(2);
-  ASSERT_EQ(Bulk(handle, 1, answer), 121);
-  driver.CloseHandle(handle);
-  board.holdAnswers = false;
-  handle = Open(0);
-  ASSERT_EQ(Send(handle, {1}), 0);
-  ASSERT_EQ(Bulk(handle, 1, answer), 0);
-  EXPECT_THAT(answer, ElementsAre(120, 25));
-}
-
-TEST_F(LibusbDriverTest, ARefusedCommandFailsAndThePipeTakesTheNextOne) {
-  MockBoard& board = bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  EXPECT_EQ(Send(handle, {99}), 31);
-  EXPECT_EQ(board.haltsCleared, 1);
-  EXPECT_THAT(Version(handle), ElementsAre(1, 2));
-}
-
-TEST_F(LibusbDriverTest, PipesThatDoNotExistAndUnknownRequestsAreRefused) {
-  bus.Plug({});
-  const UsbDriver::Handle handle = Open(0);
-  Bytes buffer(2);
-  EXPECT_EQ(Bulk(handle, 4, buffer), 87);
-  EXPECT_EQ(Bulk(handle, 1, buffer, 0x222014), 1);
-  EXPECT_EQ(Bulk(handle + 1, 1, buffer), 6);
 }
 
 TEST_F(LibusbDriverTest, ABoardIsClaimedWhileItsHandleIsOpen) {

@@ -194,22 +194,30 @@ long MockBoard::SubmitBulk(Transfer transfer) {
     commands.emplace_back(block.begin(), block.end());
     const bool taken = !refuseCommands && firmware_.Accept(block);
     halted_[urb.endpoint] = !taken;
+    QueueAnswer();
     Finish(std::move(transfer), taken ? 0 : -EPIPE, taken ? length : 0);
     AnswerWaiting();
   }
   return 0;
 }
 
+// A board keeps its answers, one packet each, whatever commands come before they are fetched.
+void MockBoard::QueueAnswer() {
+  std::vector<std::uint8_t> packet(64);  // the longest answer is 32 bytes
+  packet.resize(firmware_.Fetch(packet));
+  if (!packet.empty()) answers_.push_back(std::move(packet));
+}
+
 void MockBoard::AnswerWaiting() {
-  while (!waiting_.empty() && !holdAnswers) {
+  while (!waiting_.empty() && !answers_.empty() && !holdAnswers) {
     Transfer& first = waiting_.front();
-    const auto length = static_cast<std::size_t>(Urb(first.urb).buffer_length);
-    std::vector<std::uint8_t> answer(length);
-    std::size_t moved = firmware_.Fetch(answer);
-    if (moved == 0) return;
-    if (answerShort) --moved;
-    std::copy_n(answer.begin(), moved, first.buffer->data);
-    Finish(std::move(first), 0, moved);
+    const auto room = static_cast<std::size_t>(Urb(first.urb).buffer_length);
+    std::vector<std::uint8_t> packet = std::move(answers_.front());
+    answers_.pop_front();
+    if (answerShort) packet.pop_back();
+    const bool fits = packet.size() <= room;
+    if (fits) std::copy(packet.begin(), packet.end(), first.buffer->data);
+    Finish(std::move(first), fits ? 0 : -EOVERFLOW, fits ? packet.size() : 0);
     waiting_.pop_front();
   }
 }

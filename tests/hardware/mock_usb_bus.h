@@ -82,6 +82,7 @@ class MockBoard {
   long Reap(UMockdevIoctlData* argument);
   long Discard(UMockdevIoctlData* argument);
   void Control(Transfer transfer);
+  void QueueAnswer();
   void AnswerWaiting();
   void Finish(Transfer transfer, int status, std::size_t moved);
 
@@ -92,7 +93,8 @@ class MockBoard {
   bool claimed_ = false;
   bool driverBound_;
   std::map<std::uint8_t, bool> halted_;
-  std::deque<Transfer> waiting_;  // for an answer of the board
+  std::deque<std::vector<std::uint8_t>> answers_;  // as packets, until they are fetched
+  std::deque<Transfer> waiting_;                   // for an answer of the board
   std::deque<Transfer> finished_;
   std::unique_ptr<MockNode> node_;  // last: no request comes before the rest is made
 };
