@@ -21,8 +21,9 @@ enum class Traces {
 // Records that leave a trace are all computed as long as no more than kExactBlocks blocks of 512
 // samples come between two frames (half an hour at one block a second, far longer than a program
 // leaves a sensor it works with alone). From there on records are taken ever more thinly, in
-// proportion to the time that nobody has looked, and each stands for those passed by before it; so
-// even a year costs only some ten times the exact part. The last records are a whole run again.
+// proportion to the time that nobody has looked, and each stands for those passed by before it, in
+// the count of the response delay too; so even a year costs less than thirty times the exact part.
+// The last records are a whole run again.
 // Each that is computed is a record that the series really took, at its own moment.
 [[nodiscard]] std::uint64_t OmissibleCaptures(Traces traces, unsigned blocks, std::uint64_t due,
                                               std::uint64_t passed);

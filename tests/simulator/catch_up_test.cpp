@@ -77,7 +77,7 @@ TEST(CatchUp, NewestRecordIsAlwaysComputedAndAWholeRunBeforeIt) {
   }
 }
 
-TEST(CatchUp, AYearCostsSomeTenTimesTheExactBlocks) {
+TEST(CatchUp, AYearCostsLessThanThirtyTimesTheExactBlocks) {
   struct {
     unsigned blocks;
     std::uint64_t due;  // as many captures as a year holds
