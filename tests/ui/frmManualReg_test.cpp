@@ -18,7 +18,7 @@ TEST_F(FrmManualReg, OpeningFillsTheBoxAndListsAllRegistersAndWritesNothing) {
   const std::pair before(InSensor(row::REC_CTRL), InSensor(row::FFT_AVG));
   usb_.FailFrom(0);
   window_ = new frmManualReg(core_, Window().Edge(), &Window(), printers_);
-  window_->Open();
+  window_->ShowInFront();
   EXPECT_EQ(usb_.Requests(), kListRequests) << "only the reads of one listing";
   EXPECT_EQ(List().document()->blockCount(), 2 + 50 + 1);
   const Words items = Items(Find<QComboBox>("cmboRegister"));
@@ -35,7 +35,7 @@ TEST_F(FrmManualReg, ListedNamesShowInTheBoxTheNextTimeTheWindowIsOpened) {
   frmManualReg& window = Open();
   Press("cmdClose");
   EXPECT_FALSE(window.isVisible());
-  window.Open();
+  window.ShowInFront();
   const Words items = Items(Find<QComboBox>("cmboRegister"));
   EXPECT_EQ(items[4], "REC_FLSH_CN");
   EXPECT_EQ(items[40], "REV______");
@@ -47,7 +47,7 @@ TEST_F(FrmManualReg, EveryOpeningReadsTheListAnewAndChoosesNothing) {
   Choose(row::FFT_AVG);
   window.hide();
   core_.registers.WriteReg(row::FFT_AVG, 0xABC);
-  window.Open();
+  window.ShowInFront();
   EXPECT_TRUE(List().toPlainText().contains("FFT_AVG     \tE\t0ABC\n"));
   EXPECT_EQ(OutstandingLines(), Words{"FFT_AVG"});
   EXPECT_EQ(Find<QComboBox>("cmboRegister").currentIndex(), -1);
@@ -206,7 +206,7 @@ TEST_F(FrmManualReg, WithoutAnInterfaceItOpensWithAnEmptyList) {
   Start();
   messages_.Clear();
   window_ = new frmManualReg(core_, Window().Edge(), &Window(), printers_);
-  window_->Open();
+  window_->ShowInFront();
   EXPECT_TRUE(window_->isVisible());
   EXPECT_EQ(List().toPlainText(), "");
   EXPECT_EQ(Text("lblListNote"), "The sensor cannot be reached.");

@@ -16,7 +16,7 @@ class FrmPort : public WindowBench {
   FrmPort() {
     Start();
     window_ = new frmPort(core_, Window().Edge(), &Window());
-    window_->Open();
+    window_->ShowInFront();
   }
 
   void PressOk(const char* text) {
@@ -34,7 +34,7 @@ TEST_F(FrmPort, ShowsTheAddressInHexadecimalWheneverItIsActivated) {
   EXPECT_EQ(BoxText("txtUser"), "378");
   window_->close();
   PortAddress = -8;
-  window_->Open();
+  window_->ShowInFront();
   EXPECT_EQ(BoxText("txtUser"), "FFF8");
 }
 
@@ -89,7 +89,7 @@ TEST_F(FrmPort, ATextThatIsBeingTypedSurvivesALookAtAnotherWindow) {
 
 TEST_F(FrmPort, CancelAndEscapeLeaveAllAsItIs) {
   for (const bool byKey : {false, true}) {
-    window_->Open();
+    window_->ShowInFront();
     Box().clear();
     QTest::keyClicks(&Box(), "27");
     if (byKey) {
@@ -100,7 +100,7 @@ TEST_F(FrmPort, CancelAndEscapeLeaveAllAsItIs) {
     EXPECT_FALSE(window_->isVisible());
     EXPECT_EQ(PortAddress, 888);
     EXPECT_EQ(InterfaceType, kUsbAdapter);
-    window_->Open();
+    window_->ShowInFront();
     EXPECT_EQ(BoxText("txtUser"), "378");
   }
 }

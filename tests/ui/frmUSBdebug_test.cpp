@@ -18,7 +18,7 @@ class FrmUsbDebug : public WindowBench {
   FrmUsbDebug() {
     Start();
     window_ = new frmUSBdebug(core_, Window().Edge(), &Window());
-    window_->Open();
+    window_->ShowInFront();
     Find<QLineEdit>("txtLoopWait").setText("1");
   }
 
@@ -133,7 +133,7 @@ TEST_F(FrmUsbDebug, TheOptionsChooseTheChipSelect) {
   EXPECT_TRUE(UsbCsPerWord);
   UsbCsPerWord = false;
   window_->close();
-  window_->Open();
+  window_->ShowInFront();
   EXPECT_TRUE(Find<QRadioButton>("optSpiChan_1").isChecked());
 }
 
@@ -156,7 +156,7 @@ TEST_F(FrmUsbDebug, EscapeStopsTheLoopAndThenClosesTheWindow) {
 
 TEST_F(FrmUsbDebug, ClosingTheWindowStopsTheLoop) {
   for (const bool byButton : {false, true}) {
-    window_->Open();
+    window_->ShowInFront();
     RunLoop();
     if (byButton) {
       Press("cmdExit");

@@ -18,7 +18,7 @@ class FrmUsbSelect : public WindowBench {
 
   frmUSBselect& Open() {
     if (window_ == nullptr) window_ = new frmUSBselect(core_, Window().Edge(), &Window());
-    window_->Open();
+    window_->ShowInFront();
     return *window_;
   }
   QRadioButton& Option(int index) {
