@@ -67,14 +67,7 @@ void SoftwareDelay::Delay(float& ms) {
 void SoftwareDelay::CalibrateDelay() {
   DelayCalibrated = true;
   LoopsPer10us = kFirstGuess;
-  pointer_.ShowHourglass();
-  struct PointerRestored {
-    MousePointer& pointer;
-    explicit PointerRestored(MousePointer& shown) : pointer(shown) {}
-    PointerRestored(const PointerRestored&) = delete;
-    PointerRestored& operator=(const PointerRestored&) = delete;
-    ~PointerRestored() { pointer.ShowDefault(); }
-  } restored(pointer_);
+  const Hourglass hourglass(pointer_);
 
   const float first = TrialSeconds(kHalfSecondMs);
   float second = 0;

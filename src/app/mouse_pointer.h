@@ -12,4 +12,16 @@ class MousePointer {
   virtual void ShowDefault() = 0;
 };
 
+// Shows the hourglass while it exists.
+class Hourglass {
+ public:
+  explicit Hourglass(MousePointer& pointer) : pointer_(pointer) { pointer_.ShowHourglass(); }
+  ~Hourglass() { pointer_.ShowDefault(); }
+  Hourglass(const Hourglass&) = delete;
+  Hourglass& operator=(const Hourglass&) = delete;
+
+ private:
+  MousePointer& pointer_;
+};
+
 }  // namespace kestrel

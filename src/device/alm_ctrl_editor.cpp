@@ -23,40 +23,58 @@ std::optional<bool> Pair(std::int16_t code) {
   return code == 1;
 }
 
+AlarmControls FromModel(const cALMCtrl& model) {
+  AlarmControls controls;
+  controls.hexWord = Hex(model.ReadWord());
+  controls.dioEnable = model.EnableAlarm1Alarm2onDIO1DIO2() != 0;
+  controls.responseDelay = model.ResponseDelay();
+  controls.spectralEnable = {model.SpectralAlarmXEnable() != 0, model.SpectralAlarmYEnable() != 0,
+                             model.SpectralAlarmZEnable() != 0};
+  controls.greaterThan = Pair(model.SystemAlarmComparisonPolarity());
+  controls.systemEnable = model.SystemAlarmEnable() != 0;
+  controls.temperature = Pair(model.SystemAlarmSource());
+  return controls;
+}
+
+void ToModel(const AlarmControls& controls, cALMCtrl& model) {
+  model.EnableAlarm1Alarm2onDIO1DIO2(Bit(controls.dioEnable));
+  model.ResponseDelay(ToInteger(controls.responseDelay));
+  model.SpectralAlarmXEnable(Bit(controls.spectralEnable[Index(Axis::X)]));
+  model.SpectralAlarmYEnable(Bit(controls.spectralEnable[Index(Axis::Y)]));
+  model.SpectralAlarmZEnable(Bit(controls.spectralEnable[Index(Axis::Z)]));
+  model.SystemAlarmComparisonPolarity(Bit(controls.greaterThan.value_or(false)));
+  model.SystemAlarmEnable(Bit(controls.systemEnable));
+  model.SystemAlarmSource(Bit(controls.temperature.value_or(false)));
+}
+
 }  // namespace
 
 void AlmCtrlEditor::Display_AlmCtrl() {
   const UpdatingFlag updating(updating_);
   gAlmCtrl->ReadAlmCtrl();
-  if (!RegisterAccess::Usable()) return;
-  AlarmControls controls;
-  controls.dioEnable = gAlmCtrl->EnableAlarm1Alarm2onDIO1DIO2() != 0;
-  controls.responseDelay = gAlmCtrl->ResponseDelay();
-  controls.spectralEnable = {gAlmCtrl->SpectralAlarmXEnable() != 0,
-                             gAlmCtrl->SpectralAlarmYEnable() != 0,
-                             gAlmCtrl->SpectralAlarmZEnable() != 0};
-  controls.greaterThan = Pair(gAlmCtrl->SystemAlarmComparisonPolarity());
-  controls.systemEnable = gAlmCtrl->SystemAlarmEnable() != 0;
-  controls.temperature = Pair(gAlmCtrl->SystemAlarmSource());
-  view_.ShowControls(Hex(gAlmCtrl->ReadWord()), controls);
+  current_ = RegisterAccess::Usable();
+  if (current_) read_ = FromModel(*gAlmCtrl);
+  view_.ShowControls(read_);
 }
 
 void AlmCtrlEditor::Write_AlmCtrl() {
-  const AlarmControls controls = view_.Controls();
-  gAlmCtrl->EnableAlarm1Alarm2onDIO1DIO2(Bit(controls.dioEnable));
-  gAlmCtrl->ResponseDelay(ToInteger(controls.responseDelay));
-  gAlmCtrl->SpectralAlarmXEnable(Bit(controls.spectralEnable[Index(Axis::X)]));
-  gAlmCtrl->SpectralAlarmYEnable(Bit(controls.spectralEnable[Index(Axis::Y)]));
-  gAlmCtrl->SpectralAlarmZEnable(Bit(controls.spectralEnable[Index(Axis::Z)]));
-  gAlmCtrl->SystemAlarmComparisonPolarity(Bit(controls.greaterThan.value_or(false)));
-  gAlmCtrl->SystemAlarmEnable(Bit(controls.systemEnable));
-  gAlmCtrl->SystemAlarmSource(Bit(controls.temperature.value_or(false)));
+  ToModel(view_.Controls(), *gAlmCtrl);
   gAlmCtrl->WriteAlmCtrl();
   Display_AlmCtrl();
 }
 
 void AlmCtrlEditor::Changed() {
-  if (!updating_) Write_AlmCtrl();
+  if (updating_) return;
+  if (current_) {
+    Write_AlmCtrl();
+  } else {
+    Display_AlmCtrl();
+  }
+}
+
+void AlmCtrlEditor::ShowLastRead() {
+  const UpdatingFlag updating(updating_);
+  view_.ShowControls(read_);
 }
 
 }  // namespace kestrel

@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "device/calibration.h"
 
-#include <array>
-
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
@@ -33,58 +31,89 @@ float ScaleOf(Axis axis) {
   return RegScale[axis == Axis::X ? row::X_NULL : row::Y_NULL];
 }
 
-class Hourglass {
- public:
-  explicit Hourglass(MousePointer& pointer) : pointer_(pointer) { pointer_.ShowHourglass(); }
-  ~Hourglass() { pointer_.ShowDefault(); }
-  Hourglass(const Hourglass&) = delete;
-  Hourglass& operator=(const Hourglass&) = delete;
+// The register's two's complement, or what is wrong with the value.
+std::int16_t ToNullWord(Axis axis, double value, const std::string& text) {
+  const double counts = value / static_cast<double>(ScaleOf(axis));
+  try {
+    return ToInteger(counts);
+  } catch (const RuntimeError&) {
+    throw RuntimeError(std::string(kOverflow) + ": \"" + text + "\" is " + GeneralNumber(counts) +
+                       " steps of " + RegName[NullRow(axis)] +
+                       ", which holds -32768 to 32767. Nothing was written.");
+  }
+}
 
- private:
-  MousePointer& pointer_;
-};
+std::string NoteOnText(Axis axis, const std::string& text, double taken) {
+  if (WholeTextNumber(text)) return "";
+  std::string note =
+      RegName[NullRow(axis)] + ": \"" + text + "\" was taken as " + GeneralNumber(taken) + ".";
+  if (text.find(',') != std::string::npos) note += " The decimal mark is a point.";
+  return note;
+}
 
 }  // namespace
 
+class Calibration::BusySign {
+ public:
+  BusySign(CalibrationView& view, MousePointer& pointer, const char* text)
+      : view_(view), hourglass_(pointer) {
+    view_.ShowBusy(text);
+  }
+  ~BusySign() { view_.ShowBusy(""); }
+  BusySign(const BusySign&) = delete;
+  BusySign& operator=(const BusySign&) = delete;
+
+ private:
+  CalibrationView& view_;
+  Hourglass hourglass_;
+};
+
 void Calibration::ReadCalRegisters() {
+  std::array<NullTexts, 3> texts;
   for (const Axis axis : kAxes) {
     registers_.ReadReg(NullRow(axis));
-    if (!RegisterAccess::Usable()) return;
-    view_.ShowNull(axis, Hex(NarrowToInteger(RegValue)),
-                   FixedNumber(static_cast<double>(RegScaled), 4));
+    texts[Index(axis)] = {Hex(NarrowToInteger(RegValue)),
+                          FixedNumber(static_cast<double>(RegScaled), 4)};
   }
+  if (!RegisterAccess::Usable()) return;
+  read_ = texts;
+  ShowLastRead();
 }
 
 void Calibration::WriteNull(Axis axis) {
   const std::string text = view_.ValueText(axis);
-  std::int16_t word = 0;
-  try {
-    word = ToInteger(LeadingNumber(text) / static_cast<double>(ScaleOf(axis)));
-  } catch (const RuntimeError& error) {
-    throw RuntimeError("Writing " + RegName[NullRow(axis)] + ": " + error.what() + ", \"" + text +
-                       "\" g does not fit the register.");
-  }
+  const double value = LeadingNumber(text);
+  const std::int16_t word = ToNullWord(axis, value, text);
   registers_.WriteReg(NullRow(axis), word & kWordMask);
   delay_.Delay(float{kAfterWriteMs});
+  if (RegisterAccess::Usable()) view_.ShowNote(NoteOnText(axis, text, value));
   ReadCalRegisters();
 }
 
+void Calibration::Command(std::int32_t word, float waitMs, const char* busy) {
+  const BusySign sign(view_, pointer_, busy);
+  registers_.WriteReg(row::COMMAND, word);
+  delay_.Delay(waitMs);
+}
+
 void Calibration::cmdAutoNull_Click() {
-  registers_.WriteReg(row::COMMAND, kAutonull);
-  delay_.Delay(float{kAutonullMs});
+  Command(kAutonull, kAutonullMs, "The sensor measures its offsets...");
   ReadCalRegisters();
 }
 
 void Calibration::cmdFlashUpdate_Click() {
-  const Hourglass hourglass(pointer_);
-  registers_.WriteReg(row::COMMAND, kFlashUpdate);
-  delay_.Delay(float{kFlashUpdateMs});
+  Command(kFlashUpdate, kFlashUpdateMs, "The sensor writes its flash memory...");
 }
 
 void Calibration::RetrieveAndRead() {
-  registers_.WriteReg(row::COMMAND, kRetrieve);
-  delay_.Delay(float{kRetrieveMs});
+  Command(kRetrieve, kRetrieveMs, "The sensor retrieves from its flash memory...");
   ReadCalRegisters();
+}
+
+void Calibration::ShowLastRead() {
+  for (const Axis axis : kAxes) {
+    view_.ShowNull(axis, read_[Index(axis)].word, read_[Index(axis)].value);
+  }
 }
 
 }  // namespace kestrel

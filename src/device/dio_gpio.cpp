@@ -26,14 +26,31 @@ std::int16_t Code(std::optional<DioFunction> function) {
   return static_cast<std::int16_t>(function.value_or(DioFunction::Gpio));
 }
 
+// The word of the last read with the bits that the register's decoding leaves out.
+std::int32_t WholeWord() {
+  return RegHighByte * 256 + RegLowByte;
+}
+
+DioLine Decode(std::size_t line, std::int32_t dio, std::int32_t gpio) {
+  DioLine shown;
+  shown.function = static_cast<DioFunction>(kFunction.at(line).Take(dio));
+  shown.activeHigh = true;
+  shown.polarityBit = kPolarity.at(line).Take(dio) != 0;
+  if (shown.function == DioFunction::Gpio) {
+    shown.output = kDirection.at(line).Take(gpio) != 0;
+    shown.high = kLevel.at(line).Take(gpio) != 0;
+  }
+  return shown;
+}
+
 }  // namespace
 
 void DioGpio::WriteDIOCTRL() {
-  const DioLines lines = view_.Lines();
+  const DioControls controls = view_.Controls();
   double word = 0;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    word +=
-        kPolarity[i].Place(Code(lines[i].activeHigh)) + kFunction[i].Place(Code(lines[i].function));
+  for (std::size_t i = 0; i < controls.lines.size(); ++i) {
+    word += kPolarity[i].Place(Code(controls.lines[i].activeHigh)) +
+            kFunction[i].Place(Code(controls.lines[i].function));
   }
   registers_.WriteReg(row::DIO_CTRL, ToLong(word));
   delay_.Delay(float{kDioWaitMs});
@@ -41,10 +58,11 @@ void DioGpio::WriteDIOCTRL() {
 }
 
 void DioGpio::WriteGPIOCTRL() {
-  const DioLines lines = view_.Lines();
+  const DioControls controls = view_.Controls();
   double word = 0;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    word += kDirection[i].Place(Code(lines[i].output)) + kLevel[i].Place(Code(lines[i].high));
+  for (std::size_t i = 0; i < controls.lines.size(); ++i) {
+    word += kDirection[i].Place(Code(controls.lines[i].output)) +
+            kLevel[i].Place(Code(controls.lines[i].high));
   }
   registers_.WriteReg(row::GPIO_CTRL, ToLong(word));
   ReadDIOGPIO();
@@ -53,29 +71,38 @@ void DioGpio::WriteGPIOCTRL() {
 void DioGpio::ReadDIOGPIO() {
   const UpdatingFlag updating(updating_);
   registers_.ReadReg(row::DIO_CTRL);
-  const std::int32_t dio = RegValue;
-  if (!RegisterAccess::Usable()) return;
+  const std::int32_t dio = WholeWord();
   registers_.ReadReg(row::GPIO_CTRL);
-  const std::int32_t gpio = RegValue;
-  if (!RegisterAccess::Usable()) return;
-  DioLines lines;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    lines[i].function = static_cast<DioFunction>(kFunction[i].Take(dio));
-    lines[i].activeHigh = true;
-    if (lines[i].function != DioFunction::Gpio) continue;
-    lines[i].output = kDirection[i].Take(gpio) != 0;
-    lines[i].high = kLevel[i].Take(gpio) != 0;
+  const std::int32_t gpio = WholeWord();
+  current_ = RegisterAccess::Usable();
+  if (current_) {
+    for (std::size_t i = 0; i < read_.lines.size(); ++i) read_.lines[i] = Decode(i, dio, gpio);
+    read_.dioCtrl = Hex(dio);
+    read_.gpioCtrl = Hex(gpio);
   }
-  view_.ShowLines(lines);
-  view_.ShowWords(Hex(dio), Hex(gpio));
+  view_.ShowControls(read_);
+}
+
+void DioGpio::Changed(void (DioGpio::*write)()) {
+  if (updating_) return;
+  if (current_) {
+    (this->*write)();
+  } else {
+    ReadDIOGPIO();
+  }
 }
 
 void DioGpio::DioChanged() {
-  if (!updating_) WriteDIOCTRL();
+  Changed(&DioGpio::WriteDIOCTRL);
 }
 
 void DioGpio::GpioChanged() {
-  if (!updating_) WriteGPIOCTRL();
+  Changed(&DioGpio::WriteGPIOCTRL);
+}
+
+void DioGpio::ShowLastRead() {
+  const UpdatingFlag updating(updating_);
+  view_.ShowControls(read_);
 }
 
 }  // namespace kestrel

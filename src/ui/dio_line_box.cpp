@@ -11,106 +11,159 @@
 namespace kestrel {
 namespace {
 
-// The controls of a line. The two lines differ in the case of some names; the handlers are named
-// after them.
-struct Names {
-  std::array<const char*, 4> function;
-  std::array<const char*, 4> functionHandlers;
-  std::array<const char*, 4> captions;  // with mnemonics that are used once in the window
-  std::array<const char*, 2> polarity;  // high, low
-  std::array<const char*, 2> polarityHandlers;
-  std::array<const char*, 2> polarityCaptions;
-  std::array<const char*, 2> direction;  // input, output
-  std::array<const char*, 2> directionHandlers;
-  std::array<const char*, 2> level;  // high, low
-  std::array<const char*, 2> levelHandlers;
-  const char* gpioFrame;
-  const char* directionFrame;
-  const char* levelFrame;
-  const char* info;
-};
+constexpr std::array kFunctionCaptions{"General-purpose I/O", "Alarm output", "Capture trigger",
+                                       "Busy output"};
 
-constexpr std::array<Names, kDioLines> kNames{
-    {{{"opFuncGPIO1", "opFuncAlarm1", "OpFuncCapTrig1", "OpFuncBusy1"},
-      {"opFuncGPIO1_Click", "opFuncAlarm1_Click", "OpFuncCapTrig1_Click", "OpFuncBusy1_Click"},
-      {"General-purpose &I/O", "&Alarm", "Capture &trigger", "&Busy"},
-      {"opActiveHigh1", "opActiveLow1"},
-      {"opActiveHigh1_Click", "opActiveLow1_Click"},
-      {"Active &high", "Active &low"},
-      {"opGInput1", "opGOutput1"},
-      {"opGInput1_Click", "opGOutput1_Click"},
-      {"opGLevelHigh1", "opGLevelLow1"},
-      {"opGLevelHigh1_Click", "opGLevelLow1_Click"},
-      "fraGPIO1",
-      "fraGDirection1",
-      "fraGLevel1",
-      "LbLGPIOinfo1"},
-     {{"OpFuncGPIO2", "OpFuncAlarm2", "OpFuncCapTrig2", "OpFuncBusy2"},
-      {"OpFuncGPIO2_Click", "OpFuncAlarm2_Click", "OpFuncCapTrig2_Click", "OpFuncBusy2_Click"},
-      {"General-p&urpose I/O", "Ala&rm", "Capture tri&gger", "Bus&y"},
-      {"OpActiveHigh2", "OpActiveLow2"},
-      {"OpActiveHigh2_Click", "OpActiveLow2_Click"},
-      {"Acti&ve high", "Active lo&w"},
-      {"opGInput2", "opGOutput2"},
-      {"opGInput2_Click", "opGOutput2_Click"},
-      {"opGLevelHigh2", "opGLevelLow2"},
-      {"opGLevelHigh2_Click", "opGLevelLow2_Click"},
-      "fraGPIO2",
-      "fraGDirection2",
-      "fraGLevel2",
-      "LbLGPIOinfo2"}}};
-
-}  // namespace
-
-DioLineBox::DioLineBox(int line)
-    : QGroupBox(tr("DIO%1").arg(line)),
-      functionGroup_(new QButtonGroup(this)),
-      polarityGroup_(new QButtonGroup(this)),
-      directionGroup_(new QButtonGroup(this)),
-      levelGroup_(new QButtonGroup(this)) {
-  const Names& names = kNames.at(static_cast<std::size_t>(line - 1));
-  QGroupBox* function = MakeFrame("", tr("Function"));
-  for (std::size_t i = 0; i < function_.size(); ++i) {
-    function_[i] = Add(function, functionGroup_, names.function[i], tr(names.captions[i]));
-    dioOptions_.emplace_back(function_[i], names.functionHandlers[i]);
-  }
-  QGroupBox* polarity = MakeFrame("", tr("Polarity"));
-  activeHigh_ = Add(polarity, polarityGroup_, names.polarity[0], tr(names.polarityCaptions[0]));
-  activeLow_ = Add(polarity, polarityGroup_, names.polarity[1], tr(names.polarityCaptions[1]));
-  dioOptions_.emplace_back(activeHigh_, names.polarityHandlers[0]);
-  dioOptions_.emplace_back(activeLow_, names.polarityHandlers[1]);
-
-  fraGPIO_ = MakeFrame(names.gpioFrame, tr("GPIO%1").arg(line));
-  fraGDirection_ = MakeFrame(names.directionFrame, tr("Direction"));
-  input_ = Add(fraGDirection_, directionGroup_, names.direction[0], tr("Input"));
-  output_ = Add(fraGDirection_, directionGroup_, names.direction[1], tr("Output"));
-  gpioOptions_.emplace_back(input_, names.directionHandlers[0]);
-  gpioOptions_.emplace_back(output_, names.directionHandlers[1]);
-  fraGLevel_ = MakeFrame(names.levelFrame, tr("Output level"));
-  high_ = Add(fraGLevel_, levelGroup_, names.level[0], tr("High"));
-  low_ = Add(fraGLevel_, levelGroup_, names.level[1], tr("Low"));
-  gpioOptions_.emplace_back(high_, names.levelHandlers[0]);
-  gpioOptions_.emplace_back(low_, names.levelHandlers[1]);
-
-  LbLGPIOinfo_ = MakeLabel(names.info, tr("Used while the function is general-purpose I/O."));
-  LbLGPIOinfo_->setWordWrap(true);
-  fraGPIO_->layout()->addWidget(fraGDirection_);
-  fraGPIO_->layout()->addWidget(fraGLevel_);
-  fraGPIO_->layout()->addWidget(LbLGPIOinfo_);
-  auto* all = new QVBoxLayout(this);
-  for (QGroupBox* frame : {function, polarity, fraGPIO_}) all->addWidget(frame);
-}
-
-QGroupBox* DioLineBox::MakeFrame(const char* name, const QString& title) {
+QGroupBox* MakeFrame(const char* name, const QString& title) {
   auto* frame = new QGroupBox(title);
   frame->setObjectName(name);
   new QVBoxLayout(frame);
   return frame;
 }
 
+QString PolarityText(std::optional<bool> bit) {
+  if (!bit) return "";
+  return *bit ? QObject::tr("In the sensor: active high")
+              : QObject::tr("In the sensor: active low");
+}
+
+QFont Bold(QFont font, bool bold) {
+  font.setBold(bold);
+  return font;
+}
+
+}  // namespace
+
+// An option button and its handler.
+struct Option {
+  const char* name;
+  const char* handler;
+};
+
+// The controls of a line: the two lines differ in the case of some names. The frames' mnemonics
+// lead to the selected option, which writes nothing.
+struct DioLineBox::Names {
+  const char* line;
+  const char* functionFrame;
+  std::array<Option, 4> function;
+  const char* polarityFrame;
+  std::array<Option, 2> polarity;  // high, low
+  const char* polarityBit;
+  const char* gpioFrame;
+  const char* gpioTitle;
+  const char* directionFrame;
+  const char* directionTitle;
+  std::array<Option, 2> direction;  // input, output
+  const char* levelFrame;
+  const char* levelTitle;
+  std::array<Option, 2> level;  // high, low
+  const char* info;
+};
+
+const std::array<DioLineBox::Names, kDioLines> DioLineBox::kNames{
+    {{"DIO1",
+      "&Function",
+      {{{"opFuncGPIO1", "opFuncGPIO1_Click"},
+        {"opFuncAlarm1", "opFuncAlarm1_Click"},
+        {"OpFuncCapTrig1", "OpFuncCapTrig1_Click"},
+        {"OpFuncBusy1", "OpFuncBusy1_Click"}}},
+      "&Polarity",
+      {{{"opActiveHigh1", "opActiveHigh1_Click"}, {"opActiveLow1", "opActiveLow1_Click"}}},
+      "lblPolarityBit1",
+      "fraGPIO1",
+      "GPIO1",
+      "fraGDirection1",
+      "&Direction",
+      {{{"opGInput1", "opGInput1_Click"}, {"opGOutput1", "opGOutput1_Click"}}},
+      "fraGLevel1",
+      "Output &level",
+      {{{"opGLevelHigh1", "opGLevelHigh1_Click"}, {"opGLevelLow1", "opGLevelLow1_Click"}}},
+      "LbLGPIOinfo1"},
+     {"DIO2",
+      "F&unction",
+      {{{"OpFuncGPIO2", "OpFuncGPIO2_Click"},
+        {"OpFuncAlarm2", "OpFuncAlarm2_Click"},
+        {"OpFuncCapTrig2", "OpFuncCapTrig2_Click"},
+        {"OpFuncBusy2", "OpFuncBusy2_Click"}}},
+      "P&olarity",
+      {{{"OpActiveHigh2", "OpActiveHigh2_Click"}, {"OpActiveLow2", "OpActiveLow2_Click"}}},
+      "lblPolarityBit2",
+      "fraGPIO2",
+      "GPIO2",
+      "fraGDirection2",
+      "D&irection",
+      {{{"opGInput2", "opGInput2_Click"}, {"opGOutput2", "opGOutput2_Click"}}},
+      "fraGLevel2",
+      "Output le&vel",
+      {{{"opGLevelHigh2", "opGLevelHigh2_Click"}, {"opGLevelLow2", "opGLevelLow2_Click"}}},
+      "LbLGPIOinfo2"}}};
+
+DioLineBox::DioLineBox(std::size_t line)
+    : QGroupBox(kNames.at(line).line),
+      functionGroup_(new QButtonGroup(this)),
+      polarityGroup_(new QButtonGroup(this)),
+      directionGroup_(new QButtonGroup(this)),
+      levelGroup_(new QButtonGroup(this)) {
+  BuildDio(kNames[line]);
+  BuildGpio(kNames[line]);
+  LayOut();
+  EnableGpio(false);
+}
+
+void DioLineBox::BuildDio(const Names& names) {
+  fraFunction_ = MakeFrame("", tr(names.functionFrame));
+  for (std::size_t i = 0; i < function_.size(); ++i) {
+    function_[i] =
+        Add(fraFunction_, functionGroup_, names.function[i].name, tr(kFunctionCaptions[i]));
+    dioOptions_.emplace_back(function_[i], names.function[i].handler);
+  }
+  fraPolarity_ = MakeFrame("", tr(names.polarityFrame));
+  activeHigh_ = Add(fraPolarity_, polarityGroup_, names.polarity[0].name, tr("Active high"));
+  activeLow_ = Add(fraPolarity_, polarityGroup_, names.polarity[1].name, tr("Active low"));
+  dioOptions_.emplace_back(activeHigh_, names.polarity[0].handler);
+  dioOptions_.emplace_back(activeLow_, names.polarity[1].handler);
+  lblPolarityBit_ = MakeLabel(names.polarityBit, "");
+  lblPolarityBit_->setToolTip(tr("The polarity bit of DIO_CTRL as it was read"));
+  fraPolarity_->layout()->addWidget(lblPolarityBit_);
+}
+
+void DioLineBox::BuildGpio(const Names& names) {
+  fraGPIO_ = MakeFrame(names.gpioFrame, names.gpioTitle);
+  fraGDirection_ = MakeFrame(names.directionFrame, tr(names.directionTitle));
+  input_ = Add(fraGDirection_, directionGroup_, names.direction[0].name, tr("Input"));
+  output_ = Add(fraGDirection_, directionGroup_, names.direction[1].name, tr("Output"));
+  gpioOptions_.emplace_back(input_, names.direction[0].handler);
+  gpioOptions_.emplace_back(output_, names.direction[1].handler);
+  fraGLevel_ = MakeFrame(names.levelFrame, tr(names.levelTitle));
+  high_ = Add(fraGLevel_, levelGroup_, names.level[0].name, tr("High"));
+  low_ = Add(fraGLevel_, levelGroup_, names.level[1].name, tr("Low"));
+  gpioOptions_.emplace_back(high_, names.level[0].handler);
+  gpioOptions_.emplace_back(low_, names.level[1].handler);
+  LbLGPIOinfo_ = MakeLabel(names.info, tr("For general-purpose I/O only"));
+}
+
+void DioLineBox::LayOut() {
+  auto* gpio = new QHBoxLayout;
+  gpio->addWidget(fraGDirection_);
+  gpio->addWidget(fraGLevel_);
+  static_cast<QVBoxLayout*>(fraGPIO_->layout())->addLayout(gpio);
+  // Outside its frame, where it stays readable when the frame is disabled.
+  auto* all = new QVBoxLayout(this);
+  for (QWidget* part :
+       std::initializer_list<QWidget*>{fraFunction_, fraPolarity_, LbLGPIOinfo_, fraGPIO_}) {
+    all->addWidget(part);
+  }
+  all->addStretch();
+  const QFontMetrics bold(Bold(LbLGPIOinfo_->font(), true));
+  LbLGPIOinfo_->setMinimumWidth(bold.horizontalAdvance(LbLGPIOinfo_->text()));
+  lblPolarityBit_->setMinimumWidth(fontMetrics().horizontalAdvance(PolarityText(true)));
+}
+
 QRadioButton* DioLineBox::Add(QGroupBox* frame, QButtonGroup* group, const char* name,
                               const QString& caption) {
   QRadioButton* option = MakeOption(name, caption, "");
+  // Several options of the window bear the same caption.
+  option->setAccessibleName(title() + " " + caption);
   group->addButton(option);
   frame->layout()->addWidget(option);
   return option;
@@ -122,15 +175,15 @@ void DioLineBox::Show(const DioLine& line) {
   SelectPair(*polarityGroup_, line.activeHigh, activeHigh_, activeLow_);
   SelectPair(*directionGroup_, line.output, output_, input_);
   SelectPair(*levelGroup_, line.high, high_, low_);
+  lblPolarityBit_->setText(PolarityText(line.polarityBit));
   EnableGpio(line.function == DioFunction::Gpio);
 }
 
+// Nothing is disabled in passing: the option that has the focus keeps it.
 void DioLineBox::EnableGpio(bool enabled) {
   for (QGroupBox* frame : {fraGPIO_, fraGDirection_, fraGLevel_}) frame->setEnabled(enabled);
   for (QRadioButton* option : {input_, output_, high_, low_}) option->setEnabled(enabled);
-  QFont font = LbLGPIOinfo_->font();
-  font.setBold(!enabled);
-  LbLGPIOinfo_->setFont(font);
+  LbLGPIOinfo_->setFont(Bold(LbLGPIOinfo_->font(), !enabled));
 }
 
 DioLine DioLineBox::Line() const {

@@ -19,8 +19,8 @@ class DioLineBox : public QGroupBox {
  public:
   using NamedOptions = std::vector<std::pair<QRadioButton*, const char*>>;
 
-  // Line 1 or 2.
-  explicit DioLineBox(int line);
+  // Line 0 is DIO1, line 1 DIO2.
+  explicit DioLineBox(std::size_t line);
 
   void Show(const DioLine& line);
   [[nodiscard]] DioLine Line() const;
@@ -30,10 +30,16 @@ class DioLineBox : public QGroupBox {
   [[nodiscard]] const NamedOptions& GpioOptions() const { return gpioOptions_; }
 
  private:
+  struct Names;
+
+  void BuildDio(const Names& names);
+  void BuildGpio(const Names& names);
+  void LayOut();
   QRadioButton* Add(QGroupBox* frame, QButtonGroup* group, const char* name,
                     const QString& caption);
-  [[nodiscard]] QGroupBox* MakeFrame(const char* name, const QString& title);
   void EnableGpio(bool enabled);
+
+  static const std::array<Names, kDioLines> kNames;
 
   NamedOptions dioOptions_;
   NamedOptions gpioOptions_;
@@ -48,9 +54,12 @@ class DioLineBox : public QGroupBox {
   QButtonGroup* polarityGroup_;
   QButtonGroup* directionGroup_;
   QButtonGroup* levelGroup_;
+  QGroupBox* fraFunction_ = nullptr;
+  QGroupBox* fraPolarity_ = nullptr;
   QGroupBox* fraGPIO_ = nullptr;
   QGroupBox* fraGDirection_ = nullptr;
   QGroupBox* fraGLevel_ = nullptr;
+  QLabel* lblPolarityBit_ = nullptr;
   QLabel* LbLGPIOinfo_ = nullptr;
 };
 

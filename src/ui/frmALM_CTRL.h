@@ -12,25 +12,29 @@
 
 #include "app/core.h"
 #include "device/alm_ctrl_editor.h"
-#include "ui/secondary_window.h"
+#include "ui/sensor_window.h"
 
 namespace kestrel {
 
 // Edits ALM_CTRL: which alarms are on, what the system alarm watches, what they drive.
-class frmALM_CTRL : public SecondaryWindow, public AlarmControlView {
+class frmALM_CTRL : public SensorWindow, public AlarmControlView {
  public:
   frmALM_CTRL(Core& core, HandlerEdge& edge, QWidget* parent);
 
-  void ShowControls(const std::string& hexWord, const AlarmControls& controls) override;
+  void Display_AlmCtrl() { control_.Display_AlmCtrl(); }
+  void Write_AlmCtrl() { control_.Write_AlmCtrl(); }
+
+  void ShowControls(const AlarmControls& controls) override;
   [[nodiscard]] AlarmControls Controls() override;
 
  protected:
-  void Form_Activate() override;
+  void ReadSensor() override { Display_AlmCtrl(); }
+  void ShowLastRead() override { control_.ShowLastRead(); }
 
  private:
   [[nodiscard]] QWidget* SpectralBox();
   [[nodiscard]] QWidget* SystemBox();
-  void LayOut();
+  [[nodiscard]] QWidget* OutputBox();
   void Connect();
 
   AlmCtrlEditor control_;

@@ -4,7 +4,10 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/widgets.h"
 
@@ -24,7 +27,7 @@ struct Names {
 
 constexpr std::array<Names, 3> kNames{
     {{"&X", "lblXnullReg", "txtXnull", "cmdWriteX", "&Write X", "cmdWriteX_Click"},
-     {"AUX&0", "lblAUX0nullReg", "txtAUX0null", "cmdWriteAUX0", "W&rite AUX0",
+     {"AUX&0", "lblAUX0nullReg", "txtAUX0null", "cmdWriteAUX0", "Wri&te AUX0",
       "cmdWriteAUX0_Click"},
      {"AUX&1", "lblAUX1nullReg", "txtAUX1null", "cmdWriteAUX1", "Wr&ite AUX1",
       "cmdWriteAUX1_Click"}}};
@@ -33,34 +36,49 @@ QLineEdit* MakeValueBox(const char* name) {
   auto* box = new QLineEdit;
   box->setObjectName(name);
   box->setAlignment(Qt::AlignRight);
+  box->setToolTip(QObject::tr("Correction in g, with a point as decimal mark; Enter writes it"));
   return box;
 }
 
 }  // namespace
 
 frmCalibration::frmCalibration(Core& core, HandlerEdge& edge, QWidget* parent)
-    : SecondaryWindow("frmCalibration", tr("Calibration"), edge, parent, kPlaceTwips),
+    : SensorWindow("frmCalibration", tr("Calibration"), edge, parent, kPlaceTwips),
       logic_(core.registers, core.delay, core.seams.pointer, *this),
       rows_{},
       cmdAutoNull_(MakeButton("cmdAutoNull", tr("&Auto null"),
                               tr("The sensor measures its offsets and corrects them"))),
       cmdFlashUpdate_(
-          MakeButton("cmdFlashUpdate", tr("&Flash update"), tr("Sends command 12 to the sensor"))) {
-  LayOut();
+          MakeButton("cmdFlashUpdate", tr("&Flash update"), tr("Sends 0x1000 to COMMAND"))) {
+  auto* note = new QLabel(
+      tr("Flash update sends function 12 to the sensor. Function 6 of the Global commands window "
+         "saves the settings."));
+  note->setWordWrap(true);
+  auto* commands = new QHBoxLayout;
+  for (QPushButton* button : {cmdAutoNull_, cmdFlashUpdate_}) {
+    button->setAutoDefault(false);
+    commands->addWidget(button);
+  }
+  commands->addStretch();
+  auto* all = new QVBoxLayout;
+  all->addLayout(Rows());
+  all->addLayout(commands);
+  all->addWidget(note);
+  all->addStretch();
+  LayOut(all);
   Connect();
 }
 
-void frmCalibration::LayOut() {
+QLayout* frmCalibration::Rows() {
   auto* grid = new QGridLayout;
-  grid->addWidget(new QLabel(tr("Null")), 0, 0);
-  grid->addWidget(new QLabel(tr("Word, hex")), 0, 1);
-  grid->addWidget(new QLabel(tr("Value, g")), 0, 2);
+  grid->setHorizontalSpacing(18);
+  grid->addWidget(new QLabel(tr("Register, hex")), 0, 1);
+  grid->addWidget(new QLabel(tr("Correction, g")), 0, 2);
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     const Names& names = kNames[i];
     Row& row = rows_[i];
     row.word = MakeLabel(names.word, "");
     row.word->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    row.word->setMinimumWidth(row.word->fontMetrics().horizontalAdvance("00000000"));
     row.value = MakeValueBox(names.value);
     row.write = MakeButton(names.write, tr(names.writeCaption), tr("Write the value, read back"));
     row.write->setAutoDefault(false);
@@ -70,44 +88,62 @@ void frmCalibration::LayOut() {
     grid->addWidget(row.value, line, 2);
     grid->addWidget(row.write, line, 3);
   }
-  QPushButton* close = MakeButton("cmdClose", tr("&Close"), tr("Close this window"));
-  auto* buttons = new QHBoxLayout;
-  for (QPushButton* button : {cmdAutoNull_, cmdFlashUpdate_, close}) {
-    button->setAutoDefault(false);
-    if (button == close) buttons->addStretch();
-    buttons->addWidget(button);
-  }
-  auto* all = new QVBoxLayout(this);
-  all->addLayout(grid);
-  all->addLayout(buttons);
-  connect(close, &QPushButton::clicked, this, &QWidget::close);
+  grid->setColumnStretch(2, 1);
+  return grid;
 }
 
-// Enter in a value box writes it.
+// A capture takes no command, and a correction that changes in its middle would spoil it.
 void frmCalibration::Connect() {
+  const auto clicked = &QPushButton::clicked;
   for (const Axis axis : kAxes) {
     const Row& row = rows_[Index(axis)];
-    const char* handler = kNames[Index(axis)].handler;
-    On(row.write, &QPushButton::clicked, handler, [this, axis] { logic_.WriteNull(axis); });
-    On(row.value, &QLineEdit::returnPressed, handler, [this, axis] { logic_.WriteNull(axis); });
+    const auto write = [this, axis] { logic_.WriteNull(axis); };
+    OnUse(row.write, clicked, kNames[Index(axis)].handler, write, When::NoCaptureAwaited);
+    connect(row.value, &QLineEdit::returnPressed, row.write, &QPushButton::click);
   }
-  On(cmdAutoNull_, &QPushButton::clicked, "cmdAutoNull_Click",
-     [this] { logic_.cmdAutoNull_Click(); });
-  On(cmdFlashUpdate_, &QPushButton::clicked, "cmdFlashUpdate_Click",
-     [this] { logic_.cmdFlashUpdate_Click(); });
+  OnUse(
+      cmdAutoNull_, clicked, "cmdAutoNull_Click", [this] { logic_.cmdAutoNull_Click(); },
+      When::NoCaptureAwaited);
+  OnUse(
+      cmdFlashUpdate_, clicked, "cmdFlashUpdate_Click", [this] { logic_.cmdFlashUpdate_Click(); },
+      When::NoCaptureAwaited);
 }
 
 void frmCalibration::Form_Activate() {
-  logic_.ReadCalRegisters();
+  const QScopedValueRollback<bool> keep(keepEdits_, true);
+  SensorWindow::Form_Activate();
 }
 
 void frmCalibration::ShowNull(Axis axis, const std::string& word, const std::string& value) {
-  rows_[Index(axis)].word->setText(QString::fromStdString(word));
-  rows_[Index(axis)].value->setText(QString::fromStdString(value));
+  const Row& row = rows_[Index(axis)];
+  row.word->setText(QString::fromStdString(word));
+  if (keepEdits_ && row.value->isModified()) return;
+  row.value->setText(QString::fromStdString(value));
 }
 
 std::string frmCalibration::ValueText(Axis axis) {
   return rows_[Index(axis)].value->text().toStdString();
+}
+
+void frmCalibration::ShowNote(const std::string& text) {
+  Note(QString::fromStdString(text));
+}
+
+void frmCalibration::ShowBusy(const std::string& text) {
+  NoteNow(QString::fromStdString(text));
+}
+
+bool frmCalibration::IsEdited() const {
+  return std::any_of(rows_.begin(), rows_.end(),
+                     [](const Row& row) { return row.value->isModified(); });
+}
+
+void frmCalibration::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && IsEdited()) {
+    logic_.ShowLastRead();
+  } else {
+    SensorWindow::keyPressEvent(event);
+  }
 }
 
 }  // namespace kestrel

@@ -15,65 +15,59 @@ constexpr QPoint kPlaceTwips{300, 2500};
 }  // namespace
 
 frmDIOGPIO::frmDIOGPIO(Core& core, HandlerEdge& edge, QWidget* parent)
-    : SecondaryWindow("frmDIOGPIO", tr("DIO/GPIO"), edge, parent, kPlaceTwips),
+    : SensorWindow("frmDIOGPIO", tr("DIO/GPIO"), edge, parent, kPlaceTwips),
       logic_(core.registers, core.delay, *this),
-      lines_{new DioLineBox(1), new DioLineBox(2)},
+      lines_{new DioLineBox(0), new DioLineBox(1)},
       lblDioWord_(MakeLabel("lblDioWord", "")),
       lblGpioWord_(MakeLabel("lblGpioWord", "")) {
-  LayOut();
+  auto* columns = new QHBoxLayout;
   for (DioLineBox* line : lines_) {
+    columns->addWidget(line);
     for (const auto& [option, name] : line->DioOptions()) {
-      On(option, &QRadioButton::clicked, name, [this] { logic_.DioChanged(); });
+      OnUse(option, &QRadioButton::clicked, name, [this] { logic_.DioChanged(); });
     }
     for (const auto& [option, name] : line->GpioOptions()) {
-      On(option, &QRadioButton::clicked, name, [this] { logic_.GpioChanged(); });
+      OnUse(option, &QRadioButton::clicked, name, [this] { logic_.GpioChanged(); });
     }
   }
-}
-
-void frmDIOGPIO::LayOut() {
-  auto* columns = new QHBoxLayout;
-  for (DioLineBox* line : lines_) columns->addWidget(line);
   auto* note = new QLabel(
-      tr("Polarity always shows as active high after reading; the words below tell what the sensor "
-         "holds: bits 0 and 1 of DIO_CTRL, 1 for active high."));
+      tr("The polarity buttons return to Active high after every reading, whatever the sensor "
+         "holds. Each choice writes both lines as the buttons stand."));
   note->setWordWrap(true);
-  auto* last = new QHBoxLayout;
-  for (QLabel* word : {lblDioWord_, lblGpioWord_}) {
-    word->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  }
-  QPushButton* close = MakeButton("cmdClose", tr("&Close"), tr("Close this window"));
-  close->setAutoDefault(false);
-  last->addWidget(new QLabel(tr("DIO_CTRL")));
-  last->addWidget(lblDioWord_);
-  last->addSpacing(18);
-  last->addWidget(new QLabel(tr("GPIO_CTRL")));
-  last->addWidget(lblGpioWord_);
-  last->addWidget(new QLabel(tr("hexadecimal")));
-  last->addStretch();
-  last->addWidget(close);
-  auto* all = new QVBoxLayout(this);
-  all->addLayout(columns);
+  auto* all = new QVBoxLayout;
+  all->addLayout(columns, 1);
   all->addWidget(note);
-  all->addLayout(last);
-  connect(close, &QPushButton::clicked, this, &QWidget::close);
+  all->addLayout(Words());
+  LayOut(all);
 }
 
-void frmDIOGPIO::Form_Activate() {
-  logic_.ReadDIOGPIO();
+QLayout* frmDIOGPIO::Words() {
+  auto* words = new QHBoxLayout;
+  words->addWidget(new QLabel(tr("Hexadecimal:")));
+  words->addSpacing(12);
+  const int width = fontMetrics().horizontalAdvance("0000  ");
+  for (const auto& [caption, word] :
+       {std::pair{tr("DIO_CTRL"), lblDioWord_}, std::pair{tr("GPIO_CTRL"), lblGpioWord_}}) {
+    word->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    word->setMinimumWidth(width);
+    words->addWidget(new QLabel(caption));
+    words->addWidget(word);
+    words->addSpacing(12);
+  }
+  words->addStretch();
+  return words;
 }
 
-void frmDIOGPIO::ShowLines(const DioLines& lines) {
-  for (std::size_t i = 0; i < lines.size(); ++i) lines_[i]->Show(lines[i]);
+void frmDIOGPIO::ShowControls(const DioControls& controls) {
+  for (std::size_t i = 0; i < lines_.size(); ++i) lines_[i]->Show(controls.lines[i]);
+  lblDioWord_->setText(QString::fromStdString(controls.dioCtrl));
+  lblGpioWord_->setText(QString::fromStdString(controls.gpioCtrl));
 }
 
-void frmDIOGPIO::ShowWords(const std::string& dioCtrl, const std::string& gpioCtrl) {
-  lblDioWord_->setText(QString::fromStdString(dioCtrl));
-  lblGpioWord_->setText(QString::fromStdString(gpioCtrl));
-}
-
-DioLines frmDIOGPIO::Lines() {
-  return {lines_[0]->Line(), lines_[1]->Line()};
+DioControls frmDIOGPIO::Controls() {
+  DioControls controls;
+  for (std::size_t i = 0; i < lines_.size(); ++i) controls.lines[i] = lines_[i]->Line();
+  return controls;
 }
 
 }  // namespace kestrel

@@ -8,24 +8,28 @@
 #include "app/core.h"
 #include "device/dio_gpio.h"
 #include "ui/dio_line_box.h"
-#include "ui/secondary_window.h"
+#include "ui/sensor_window.h"
 
 namespace kestrel {
 
 // Functions, polarity, direction and level of the sensor's two digital lines.
-class frmDIOGPIO : public SecondaryWindow, public DioGpioView {
+class frmDIOGPIO : public SensorWindow, public DioGpioView {
  public:
   frmDIOGPIO(Core& core, HandlerEdge& edge, QWidget* parent);
 
-  void ShowLines(const DioLines& lines) override;
-  void ShowWords(const std::string& dioCtrl, const std::string& gpioCtrl) override;
-  [[nodiscard]] DioLines Lines() override;
+  void ReadDIOGPIO() { logic_.ReadDIOGPIO(); }
+  void WriteDIOCTRL() { logic_.WriteDIOCTRL(); }
+  void WriteGPIOCTRL() { logic_.WriteGPIOCTRL(); }
+
+  void ShowControls(const DioControls& controls) override;
+  [[nodiscard]] DioControls Controls() override;
 
  protected:
-  void Form_Activate() override;
+  void ReadSensor() override { ReadDIOGPIO(); }
+  void ShowLastRead() override { logic_.ShowLastRead(); }
 
  private:
-  void LayOut();
+  [[nodiscard]] QLayout* Words();
 
   DioGpio logic_;
   std::array<DioLineBox*, kDioLines> lines_;

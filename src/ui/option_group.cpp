@@ -14,7 +14,11 @@ QRadioButton* MakeOption(const char* name, const QString& caption, const QString
 // An exclusive group keeps its last option selected.
 void SelectOption(QButtonGroup& group, QRadioButton* option) {
   group.setExclusive(false);
-  for (QAbstractButton* button : group.buttons()) button->setChecked(button == option);
+  for (QAbstractButton* button : group.buttons()) {
+    const bool reached = option == nullptr || button == option;
+    button->setFocusPolicy(reached ? Qt::StrongFocus : Qt::ClickFocus);
+    button->setChecked(button == option);
+  }
   group.setExclusive(true);
 }
 

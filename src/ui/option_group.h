@@ -12,7 +12,8 @@ namespace kestrel {
 [[nodiscard]] QRadioButton* MakeOption(const char* name, const QString& caption,
                                        const QString& toolTip);
 
-// Selects one option of a group, or none at all. No click is seen.
+// Selects one option of a group, or none at all. No click is seen. The tab key leads to the
+// selected one, as it does after a click.
 void SelectOption(QButtonGroup& group, QRadioButton* option);
 
 // Of a pair: the first for true, the second for false, none without a value.

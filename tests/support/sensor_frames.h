@@ -9,6 +9,9 @@ namespace kestrel {
 
 // Byte addresses of the sensor's registers, transcribed apart from the program's table.
 namespace address {
+inline constexpr int kXNull = 0x02;
+inline constexpr int kYNull = 0x04;
+inline constexpr int kZNull = 0x06;
 inline constexpr int kSupplyOut = 0x0A;
 inline constexpr int kTempOut = 0x0C;
 inline constexpr int kFftAvg = 0x0E;
@@ -21,6 +24,8 @@ inline constexpr int kRecCnt = 0x1A;
 inline constexpr int kRecCtrl = 0x1C;
 inline constexpr int kRecPrd = 0x1E;
 inline constexpr int kAlmCtrl = 0x34;
+inline constexpr int kDioCtrl = 0x36;
+inline constexpr int kGpioCtrl = 0x38;
 inline constexpr int kStatus = 0x3C;
 inline constexpr int kAlmXStat = 0x40;
 inline constexpr int kAlmYStat = 0x42;
