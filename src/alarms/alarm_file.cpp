@@ -85,15 +85,37 @@ class LineReader {
   throw RuntimeError("line " + std::to_string(line) + ": " + text);
 }
 
+// Text of a file as a message can show it: one short line.
+std::string Excerpt(std::string_view text) {
+  constexpr std::size_t kMost = 80;
+  const bool cut = text.size() > kMost;
+  if (cut) {
+    std::size_t end = kMost;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80) --end;
+    text = text.substr(0, end);
+  }
+  std::string shown(text);
+  std::replace_if(
+      shown.begin(), shown.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, ' ');
+  return cut ? shown + "..." : shown;
+}
+
+bool IsColumnTitle(std::string_view text, std::string_view lettersOfIt) {
+  std::string letters;
+  for (const char c : text) {
+    if (kBlanks.find(c) != std::string_view::npos) continue;
+    letters += static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  }
+  return letters == lettersOfIt;
+}
+
 // What the header's columns are separated by; spreadsheets of other languages do not use commas.
 std::optional<char> SeparatorOf(std::string_view header) {
   for (const char separator : {',', ';', '\t'}) {
     const std::vector<std::string_view> fields = Split(header, separator);
-    if (fields.size() != kColumns) continue;
-    std::string first(fields.front());
-    std::transform(first.begin(), first.end(), first.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    if (first == "sample rate option") return separator;
+    if (fields.size() == kColumns && IsColumnTitle(fields.front(), "samplerateoption")) {
+      return separator;
+    }
   }
   return std::nullopt;
 }
@@ -102,12 +124,19 @@ std::optional<char> SeparatorOf(std::string_view header) {
 std::int32_t FieldValue(std::string_view text, std::size_t column, int line) {
   const auto describe = [&] { return std::string(kColumnNames[column]) + " = "; };
   const std::optional<double> number = WholeTextNumber(text);
-  if (!number) Refuse(line, describe() + "\"" + std::string(text) + "\" is no number");
+  if (!number) Refuse(line, describe() + "\"" + Excerpt(text) + "\" is no number");
   try {
     return ToLong(*number);
   } catch (const RuntimeError& error) {
-    Refuse(line, describe() + std::string(text) + ". " + error.what());
+    Refuse(line, describe() + Excerpt(text) + ". " + error.what());
   }
+}
+
+// Spreadsheets write an empty row as its separators alone.
+bool IsEmpty(std::string_view line, char separator) {
+  return std::all_of(line.begin(), line.end(), [separator](char c) {
+    return c == separator || kBlanks.find(c) != std::string_view::npos;
+  });
 }
 
 void CheckSlot(std::int32_t value, std::int32_t last, std::size_t column, int line) {
@@ -119,8 +148,8 @@ void CheckSlot(std::int32_t value, std::int32_t last, std::size_t column, int li
 void TakeLine(std::string_view text, char separator, int line, BandTable& table) {
   const std::vector<std::string_view> fields = Split(text, separator);
   if (fields.size() != kColumns) {
-    Refuse(line, std::to_string(fields.size()) + " values instead of 10 in \"" +
-                     std::string(text.substr(0, 80)) + "\"");
+    Refuse(line,
+           std::to_string(fields.size()) + " values instead of 10 in \"" + Excerpt(text) + "\"");
   }
   std::array<std::int32_t, kColumns> values{};
   for (std::size_t i = 0; i < kColumns; ++i) values[i] = FieldValue(fields[i], i, line);
@@ -157,11 +186,11 @@ int ReadAlarmFileText(std::string_view content, BandTable& table) {
   const std::optional<char> separator =
       reader.Next(line) ? SeparatorOf(line) : std::optional<char>{};
   if (!separator) {
-    Refuse(1, "no alarm file: it begins with \"" + std::string(line.substr(0, 80)) + "\"");
+    Refuse(1, "no alarm file: it begins with \"" + Excerpt(line) + "\"");
   }
   int taken = 0;
   while (reader.Next(line)) {
-    if (Trimmed(line).empty()) continue;
+    if (IsEmpty(line, *separator)) continue;
     TakeLine(line, *separator, reader.Number(), table);
     ++taken;
   }

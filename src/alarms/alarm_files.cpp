@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "alarms/alarm_file.h"
+#include "app/file_name.h"
 #include "numeric/runtime_error.h"
 
 namespace kestrel {
@@ -30,14 +31,6 @@ class ReadingSign {
   AlarmFilesView& view_;
 };
 
-// A name that leads into another folder, or that some system cannot keep.
-bool HasForbiddenCharacter(const std::string& name) {
-  for (const char c : name) {
-    if (static_cast<unsigned char>(c) < ' ') return true;
-  }
-  return name.find_first_of("/\\:*?\"<>|") != std::string::npos;
-}
-
 }  // namespace
 
 void AlarmFiles::cmdWriteFile_Click(const std::string& name) {
@@ -53,10 +46,9 @@ void AlarmFiles::cmdWriteFile_Click(const std::string& name) {
         "Error");
     return;
   }
-  if (HasForbiddenCharacter(name)) {
-    throw RuntimeError("File Name = " + name +
-                       "\nA file name cannot hold / \\ : * ? \" < > | or control characters. No "
-                       "file written.");
+  const std::string problem = FileNameProblem(name);
+  if (!problem.empty()) {
+    throw RuntimeError("File Name = " + name + ": " + problem + ". No file written.");
   }
   const std::filesystem::path file = FolderOfUserFiles(files_) / name;
   files_.ReplaceWhole(file, AlarmFileText(AlarmBandTable));
@@ -76,10 +68,14 @@ void AlarmFiles::ReadFile(const std::string& name) {
     if (content->size() > kLargestFile) {
       throw RuntimeError(file.string() + ": the file is too large to be an alarm file.");
     }
+    const BandTable before = AlarmBandTable;
     try {
       taken = ReadAlarmFileText(*content, AlarmBandTable);
     } catch (const RuntimeError& error) {
       view_.DisplaySelected();
+      if (AlarmBandTable != before) {
+        view_.SetMessage("The lines before the bad one are loaded. Not yet written to the sensor.");
+      }
       throw RuntimeError(file.string() + ", " + error.what());
     }
   }

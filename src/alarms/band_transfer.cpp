@@ -19,6 +19,8 @@ constexpr float kRetrieveMs = 20;
 constexpr float kBeforeSaveMs = 10;
 constexpr float kClearMs = 30;
 
+constexpr const char* kNoSensor = "No sensor can be reached.";
+
 constexpr std::int32_t kLastBin = 255;
 constexpr std::int32_t kLargestCode = 65535;
 
@@ -44,11 +46,11 @@ bool IsOption(std::int16_t option) {
 // One transfer: its progress, what it moved, and how it ended.
 class BandTransfer::Run {
  public:
-  Run(BandTransfer& transfer, const char* activity, int options)
+  Run(BandTransfer& transfer, const std::string& activity, int options)
       : transfer_(transfer), activity_(activity), total_(options * kAlarmBands) {
+    transfer_.view_.ShowTransfer(activity_, 0, total_);
     transfer_.running_ = true;
     transfer_.cancelled_ = false;
-    transfer_.view_.ShowTransfer(activity_, 0, total_);
   }
   ~Run() {
     transfer_.view_.HideTransfer();
@@ -60,19 +62,25 @@ class BandTransfer::Run {
 
   // Between two bands: shows the progress and sees whether the user wants no more.
   bool GoOn() {
-    transfer_.view_.ShowTransfer(activity_, static_cast<int>(done_.size()), total_);
+    transfer_.view_.ShowTransfer(activity_, Count(), total_);
     transfer_.loop_.Yield();
     return !transfer_.cancelled_ && RegisterAccess::Usable();
   }
   void Moved(int band, int option) { done_.push_back(Pointer(band, option)); }
 
-  [[nodiscard]] bool Whole() const { return static_cast<int>(done_.size()) == total_; }
-  [[nodiscard]] int Count() const { return static_cast<int>(done_.size()); }
+  // "24 bands read.", or else why not all of them and, behind `listTitle`, which.
+  [[nodiscard]] std::string Outcome(const std::string& done, const std::string& listTitle) const {
+    if (Count() == total_) return std::to_string(total_) + " bands " + done + ".";
+    return activity_ + " " + Reason() + ". " + listTitle + Bands() + ".";
+  }
 
   // "cancelled" or what else kept it from its end.
   [[nodiscard]] std::string Reason() const {
     return RegisterAccess::Usable() ? "cancelled" : "failed: the sensor was lost";
   }
+
+ private:
+  [[nodiscard]] int Count() const { return static_cast<int>(done_.size()); }
 
   // "option 0 bands 1 to 6, option 1 band 1", or "none". Bands go in order within an option.
   [[nodiscard]] std::string Bands() const {
@@ -89,9 +97,8 @@ class BandTransfer::Run {
     return text.empty() ? "none" : text;
   }
 
- private:
   BandTransfer& transfer_;
-  const char* activity_;
+  std::string activity_;
   int total_;
   std::vector<int> done_;  // pointers
 };
@@ -103,11 +110,8 @@ void BandTransfer::ReadFlash(std::int16_t option) {
   }
   if (running_ || !SensorThere()) return;
   Run run(*this, "Reading", 1);
-  if (ReadOption(run, option)) {
-    view_.SetMessage("6 bands read.");
-  } else {
-    view_.SetMessage("Reading " + run.Reason() + ". Read: " + run.Bands() + ".");
-  }
+  ReadOption(run, option);
+  view_.SetMessage(run.Outcome("read", "Read: "));
 }
 
 void BandTransfer::ReadAllFlash() {
@@ -117,11 +121,7 @@ void BandTransfer::ReadAllFlash() {
     if (!ReadOption(run, option)) break;
   }
   view_.DisplaySpectrum(0);
-  if (run.Whole()) {
-    view_.SetMessage(std::to_string(run.Count()) + " bands read.");
-  } else {
-    view_.SetMessage("Reading " + run.Reason() + ". Read: " + run.Bands() + ".");
-  }
+  view_.SetMessage(run.Outcome("read", "Read: "));
 }
 
 void BandTransfer::Write6BandsToFlash(std::int16_t option) {
@@ -131,27 +131,21 @@ void BandTransfer::Write6BandsToFlash(std::int16_t option) {
   }
   if (running_ || !SensorThere() || !Writable(option, option)) return;
   Run run(*this, "Writing", 1);
-  if (WriteOption(run, option)) {
-    view_.SetMessage("6 bands written.");
-  } else {
-    view_.SetMessage("Writing " + run.Reason() + ". Written: " + run.Bands() + ".");
-  }
+  WriteOption(run, option);
+  view_.SetMessage(run.Outcome("written", "Written: "));
 }
 
 void BandTransfer::cmdWriteAll_Click() {
   if (running_ || !SensorThere() || !Writable(0, kSampleRateOptions - 1)) return;
   Run run(*this, "Writing", kSampleRateOptions);
-  ClearSensor();
-  delay_.Delay(float{kClearMs});
-  for (std::int16_t option = 0; option < kSampleRateOptions; ++option) {
+  const bool cleared = ClearSensor();
+  if (cleared) delay_.Delay(float{kClearMs});
+  for (std::int16_t option = 0; cleared && option < kSampleRateOptions; ++option) {
     if (!WriteOption(run, option)) break;
   }
-  if (run.Whole()) {
-    view_.SetMessage(std::to_string(run.Count()) + " bands written.");
-  } else {
-    view_.SetMessage("Writing " + run.Reason() +
-                     ". The sensor's bands were cleared first; written: " + run.Bands() + ".");
-  }
+  view_.SetMessage(cleared ? run.Outcome("written", "Sensor cleared; written: ")
+                           : "Writing " + run.Reason() +
+                                 " while it was cleared; what it holds is not known.");
 }
 
 void BandTransfer::cmdClearAll_Click() {
@@ -161,17 +155,22 @@ void BandTransfer::cmdClearAll_Click() {
       for (const int field : kBandFields) AlarmBandTable(field, band, option) = 0;
     }
   }
-  const bool there = SensorThere();
-  if (there) ClearSensor();
+  const bool there = RegisterAccess::Usable();
+  const bool cleared = ClearSensor();
   view_.DisplaySpectrum(0);
-  if (there) {
-    view_.SetMessage(RegisterAccess::Usable() ? "All bands cleared, in the sensor too."
-                                              : "Clearing failed: the sensor was lost.");
+  if (cleared) {
+    view_.SetMessage("All bands cleared, in the sensor too.");
+  } else {
+    view_.SetMessage(std::string(there ? "Clearing failed: the sensor was lost." : kNoSensor) +
+                     " Only this table is cleared.");
   }
 }
 
 std::optional<std::int32_t> BandTransfer::InSensor(int field, int band, int option) const {
-  const bool known = known_.at(static_cast<std::size_t>(option)).at(static_cast<std::size_t>(band));
+  if (option < 0 || option >= kSampleRateOptions || band < 1 || band > kAlarmBands) {
+    return std::nullopt;
+  }
+  const bool known = known_[static_cast<std::size_t>(option)][static_cast<std::size_t>(band)];
   return known ? std::optional(sensor_(field, band, option)) : std::nullopt;
 }
 
@@ -195,8 +194,9 @@ bool BandTransfer::WriteOption(Run& run, std::int16_t option) {
 
 // The band's earlier values stay in the table unless all of it arrives.
 bool BandTransfer::ReadBand(int band, int option) {
-  registers_.WriteReg(row::ALM_PNTR, Pointer(band, option));
-  registers_.WriteReg(row::COMMAND, kRetrieveBand);
+  if (!Send(row::ALM_PNTR, Pointer(band, option)) || !Send(row::COMMAND, kRetrieveBand)) {
+    return false;
+  }
   delay_.Delay(float{kRetrieveMs});
   const auto rows = BandRows();
   std::array<std::int32_t, kBandFields.size()> values{};
@@ -219,20 +219,26 @@ bool BandTransfer::WriteBand(int band, int option) {
   const auto rows = BandRows();
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
-    registers_.WriteReg(rows[i], value);
+    if (!Send(rows[i], value)) return false;
     sensor_(kBandFields[i], band, option) = value;
   }
-  registers_.WriteReg(row::ALM_PNTR, Pointer(band, option));
+  if (!Send(row::ALM_PNTR, Pointer(band, option))) return false;
   delay_.Delay(float{kBeforeSaveMs});
-  registers_.WriteReg(row::COMMAND, kSaveBand);
-  known = RegisterAccess::Usable();
+  known = Send(row::COMMAND, kSaveBand);
   return known;
 }
 
-void BandTransfer::ClearSensor() {
-  registers_.WriteReg(row::COMMAND, kClearBands);
+bool BandTransfer::ClearSensor() {
+  if (!RegisterAccess::Usable()) return false;
+  const bool cleared = Send(row::COMMAND, kClearBands);
   sensor_ = {};
-  for (auto& option : known_) option.fill(RegisterAccess::Usable());
+  for (auto& option : known_) option.fill(cleared);
+  return cleared;
+}
+
+bool BandTransfer::Send(std::int16_t row, std::int32_t value) {
+  registers_.WriteReg(row, value);
+  return RegisterAccess::Usable();
 }
 
 // A loaded file may hold numbers that no register takes.
@@ -256,7 +262,7 @@ bool BandTransfer::Writable(int firstOption, int lastOption) {
 
 bool BandTransfer::SensorThere() {
   if (RegisterAccess::Usable()) return true;
-  view_.SetMessage("No sensor can be reached.");
+  view_.SetMessage(kNoSensor);
   return false;
 }
 

@@ -53,7 +53,7 @@ class BandTransfer {
   [[nodiscard]] bool Running() const { return running_; }
 
   // What the sensor's flash is known to hold; nothing for a band that has not been transferred yet,
-  // or whose transfer was broken off.
+  // or whose writing was broken off, and for bands and options that are not used.
   [[nodiscard]] std::optional<std::int32_t> InSensor(int field, int band, int option) const;
   // Another sensor may be connected now.
   void ForgetSensor() { known_ = {}; }
@@ -62,11 +62,13 @@ class BandTransfer {
   class Run;
   using Known = std::array<std::array<bool, kAlarmBands + 1>, kSampleRateOptions>;
 
+  // These tell whether the sensor was there to the end.
   bool ReadOption(Run& run, std::int16_t option);
   bool WriteOption(Run& run, std::int16_t option);
   bool ReadBand(int band, int option);
   bool WriteBand(int band, int option);
-  void ClearSensor();
+  bool ClearSensor();
+  bool Send(std::int16_t row, std::int32_t value);
   [[nodiscard]] bool Writable(int firstOption, int lastOption);
   [[nodiscard]] bool SensorThere();
   void RefuseOption(const char* routine, const char* name, const char* valid, std::int16_t option);

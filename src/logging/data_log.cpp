@@ -4,10 +4,10 @@
 
 #include <limits>
 
+#include "app/file_name.h"
 #include "app/program_state.h"
 #include "logging/data_log_settings.h"
 #include "logging/data_log_text.h"
-#include "logging/file_name.h"
 #include "numeric/conversions.h"
 #include "numeric/runtime_error.h"
 

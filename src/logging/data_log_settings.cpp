@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "logging/data_log_settings.h"
 
+#include "app/file_name.h"
 #include "logging/data_log.h"
-#include "logging/file_name.h"
 
 namespace kestrel {
 

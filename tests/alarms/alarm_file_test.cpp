@@ -159,7 +159,84 @@ TEST(AlarmFileContent, AFileThatIsNoneIsRefusedByItsFirstLine) {
   EXPECT_EQ(Refusal("0,1,0,0,0,0,0,0,0,0\r\n"),
             "line 1: no alarm file: it begins with \"0,1,0,0,0,0,0,0,0,0\"");
   EXPECT_EQ(Refusal(std::string(100000, 'x')),
-            "line 1: no alarm file: it begins with \"" + std::string(80, 'x') + "\"");
+            "line 1: no alarm file: it begins with \"" + std::string(80, 'x') + "...\"");
+  EXPECT_EQ(Refusal("Sample Rate Option,Band\r\n0,1\r\n"),
+            "line 1: no alarm file: it begins with \"Sample Rate Option,Band\"");
+  EXPECT_EQ(Refusal("\r\n" + kHeader), "line 1: no alarm file: it begins with \"\"");
+}
+
+TEST(AlarmFileContent, TheHeaderIsKnownByTenTitlesAndTheFirstOfThem) {
+  const std::string line = "0,1,5,0,0,0,0,0,0,0\r\n";
+  for (const char* header : {
+           "sample rate option,b,c,d,e,f,g,h,i,j\r\n",
+           "SAMPLE RATE OPTION,,,,,,,,,\r\n",
+           " \"Sample  Rate\tOption\" ,Band,F-Low,F-High,1,2,3,4,5,6\r\n",
+           "SampleRateOption;Band;F-Low;F-High;1;2;3;4;5;6\r\n",
+       }) {
+    const bool semicolons = std::string(header).find(';') != std::string::npos;
+    std::string content = header + line;
+    if (semicolons) std::replace(content.begin(), content.end(), ',', ';');
+    EXPECT_EQ(Read(content)(0, 1, 0), 5) << header;
+  }
+}
+
+TEST(AlarmFileContent, EveryLineUsesTheSeparatorOfTheHeader) {
+  EXPECT_EQ(Refusal(kHeader + "0;1;0;0;0;0;0;0;0;0\r\n"),
+            "line 2: 1 values instead of 10 in \"0;1;0;0;0;0;0;0;0;0\"");
+}
+
+TEST(AlarmFileContent, RowsOfSeparatorsAloneAreEmpty) {
+  EXPECT_EQ(Read(kHeader + ",,,,,,,,,\r\n0,1,5,0,0,0,0,0,0,0\r\n,,\r\n")(0, 1, 0), 5);
+}
+
+TEST(AlarmFileContent, AMessageShowsOneShortLineOfTheFile) {
+  const std::string digits(5000, '9');
+  EXPECT_EQ(Refusal(kHeader + "0,1," + digits + ",0,0,0,0,0,0,0"),
+            "line 2: F-low = " + std::string(80, '9') + ".... Overflow");
+  EXPECT_EQ(Refusal(kHeader + "0,1,x" + digits + ",0,0,0,0,0,0,0"),
+            "line 2: F-low = \"x" + std::string(79, '9') + "...\" is no number");
+  EXPECT_EQ(Refusal(kHeader + "0,1,\x1B[31m\x7F,0,0,0,0,0,0,0"),
+            "line 2: F-low = \" [31m \" is no number");
+  // Nothing of a character that does not fit whole.
+  EXPECT_EQ(Refusal(std::string(79, 'x') + "\xC3\xA4y"),
+            "line 1: no alarm file: it begins with \"" + std::string(79, 'x') + "...\"");
+}
+
+TEST(AlarmFileContent, NumbersAreRoundedHalfToEvenWithin32Bits) {
+  const std::vector<std::pair<const char*, std::int32_t>> numbers{{"2147483647", 2147483647},
+                                                                  {"-2147483648", -2147483647 - 1},
+                                                                  {"2147483647.4", 2147483647},
+                                                                  {"+5", 5},
+                                                                  {"-.5", 0},
+                                                                  {"0.5", 0},
+                                                                  {"1.5", 2},
+                                                                  {"2.5", 2},
+                                                                  {"-1.5", -2},
+                                                                  {"1E+2", 100},
+                                                                  {"1.2e2", 120},
+                                                                  {"25E-1", 2},
+                                                                  {"007", 7},
+                                                                  {"5.", 5},
+                                                                  {"1E-400", 0}};
+  for (const auto& [text, value] : numbers) {
+    EXPECT_EQ(Read(kHeader + "0,1," + text + ",0,0,0,0,0,0,0")(0, 1, 0), value) << text;
+  }
+  for (const char* text : {"2147483647.5", "-2147483649", "1E+10", "1E+400"}) {
+    EXPECT_EQ(Refusal(kHeader + "0,1," + text + ",0,0,0,0,0,0,0"),
+              "line 2: F-low = " + std::string(text) + ". Overflow");
+  }
+  for (const char* text : {"0x10", "1 2", "--1", "1E", "inf", "nan", ".", "1.2.3"}) {
+    EXPECT_EQ(Refusal(kHeader + "0,1," + text + ",0,0,0,0,0,0,0"),
+              "line 2: F-low = \"" + std::string(text) + "\" is no number");
+  }
+}
+
+TEST(AlarmFileContent, OptionAndBandAreRoundedBeforeTheyAreJudged) {
+  EXPECT_EQ(Read(kHeader + "0.5,6.5,9,0,0,0,0,0,0,0")(0, 6, 0), 9);
+  EXPECT_EQ(Read(kHeader + "4.4,-0.4,9,0,0,0,0,0,0,0")(0, 0, 4), 9);
+  EXPECT_EQ(Refusal(kHeader + "4.6,1,9,0,0,0,0,0,0,0"),
+            "line 2: option = 5. Subscript out of range");
+  EXPECT_EQ(Refusal(kHeader + "0,7.5,9,0,0,0,0,0,0,0"), "line 2: band = 8. Subscript out of range");
 }
 
 TEST(AlarmFileContent, ABadLineIsNamedWithItsNumberAndValue) {

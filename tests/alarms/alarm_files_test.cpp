@@ -74,6 +74,15 @@ TEST_F(AlarmFilesTest, ANameThatLeadsElsewhereIsRefused) {
                            "AlarmSpectrum_a:b.csv", "AlarmSpectrum_a\nb.csv"}) {
     EXPECT_THROW(files.cmdWriteFile_Click(name), RuntimeError) << name;
   }
+  try {
+    files.cmdWriteFile_Click("AlarmSpectrum_a/b.csv");
+  } catch (const RuntimeError& error) {
+    EXPECT_STREQ(error.what(),
+                 "File Name = AlarmSpectrum_a/b.csv: the character / cannot stand in a file name. "
+                 "No file written.");
+  }
+  EXPECT_THROW(files.cmdWriteFile_Click("AlarmSpectrum_" + std::string(250, 'n') + ".csv"),
+               RuntimeError);
   EXPECT_TRUE(disk.contents.empty());
 }
 
@@ -120,6 +129,36 @@ TEST_F(AlarmFilesTest, ABadLineIsNamedWithTheFileAndWhatCameBeforeIsShown) {
   EXPECT_EQ(refusal.find("/program/AlarmSpectrum_bad.csv, line "), 0U) << refusal;
   EXPECT_EQ(Words(journal.Entries().end() - 2, journal.Entries().end()),
             (Words{"bands", "hidden"}));
+}
+
+TEST_F(AlarmFilesTest, WhatABadLineLeavesBehindIsTold) {
+  disk.contents["/program/AlarmSpectrum_bad.csv"] = AlarmFileText({}) + "9,9,9,9,9,9,9,9,9,9";
+  AlarmBandTable(0, 1, 0) = 5;
+  EXPECT_EQ(Refusal("AlarmSpectrum_bad.csv"),
+            "/program/AlarmSpectrum_bad.csv, line 26: option = 9. Subscript out of range");
+  EXPECT_EQ(AlarmBandTable(0, 1, 0), 0);
+  EXPECT_EQ(
+      Words(journal.Entries().end() - 3, journal.Entries().end()),
+      (Words{"bands", "The lines before the bad one are loaded. Not yet written to the sensor.",
+             "hidden"}));
+}
+
+TEST_F(AlarmFilesTest, AFileWithOnlyTheHeaderLoadsNothing) {
+  AlarmBandTable(0, 1, 0) = 5;
+  const std::string whole = AlarmFileText({});
+  disk.contents["/program/AlarmSpectrum_empty.csv"] = whole.substr(0, whole.find('\n') + 1);
+  files.ReadFile("AlarmSpectrum_empty.csv");
+  EXPECT_EQ(AlarmBandTable(0, 1, 0), 5);
+  EXPECT_EQ(journal.Entries().back(),
+            "0 bands loaded from /program/AlarmSpectrum_empty.csv. Not yet written to the sensor.");
+}
+
+TEST_F(AlarmFilesTest, AFileOfExactlyOneMegabyteIsStillRead) {
+  const std::string text = AlarmFileText({});
+  disk.contents["/program/AlarmSpectrum_large.csv"] =
+      text + std::string((1U << 20U) - text.size(), '\n');
+  files.ReadFile("AlarmSpectrum_large.csv");
+  EXPECT_EQ(journal.Entries().back().find("24 bands loaded"), 0U);
 }
 
 TEST_F(AlarmFilesTest, AFileTooLargeIsRefused) {

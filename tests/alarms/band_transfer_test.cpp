@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "alarms/band_transfer.h"
 
+#include "numeric/runtime_error.h"
 #include "transfer_bench.h"
 
 namespace kestrel {
@@ -23,14 +24,11 @@ TEST_F(Transfer, ReadingAnOptionRetrievesItsSixBandsOneByOne) {
 
 TEST_F(Transfer, Band3OfOption2IsAddressedWith515) {
   transfer.ReadFlash(2);
-  const Frames frames = TakeFrames();
-  const Frames third = ReadBandFrames(3, 2);
-  EXPECT_EQ(Frames(frames.begin() + 2 * static_cast<long>(third.size()),
-                   frames.begin() + 3 * static_cast<long>(third.size())),
-            third);
-  EXPECT_EQ(third.front(), 0xB102);
-  EXPECT_EQ(third[1], 0xB003);
-  EXPECT_EQ(0x0203, 515);
+  const Frames third = WriteFrames(kPointer, 515);
+  EXPECT_EQ(sensor.Transfers().at(2 * 10).frames, third) << "ten transfers a band";
+  sensor.ClearFrames();
+  transfer.Write6BandsToFlash(2);
+  EXPECT_EQ(sensor.Transfers().at(2 * 10 + 8).frames, third) << "after eight registers";
 }
 
 TEST_F(Transfer, TheSensorHas20MsToRetrieveABand) {
@@ -168,6 +166,29 @@ TEST_F(Transfer, AReadCanBeCancelledBetweenAnyTwoBands) {
   }
 }
 
+TEST_F(Transfer, AWriteCanBeCancelledBetweenAnyTwoBands) {
+  AlarmBandTable = RandomTable(7);
+  for (int band = 0; band < 24; ++band) {
+    SCOPED_TRACE(band);
+    transfer.ForgetSensor();
+    sensor.ClearFrames();
+    loop.AtYield(loop.Yields() + band + 1, [this] { transfer.Cancel(); });
+    transfer.cmdWriteAll_Click();
+    Frames frames{kClearFrame};
+    for (int i = 0; i < band; ++i) {
+      frames = std::move(frames) + WriteBandFrames(i % 6 + 1, i / 6, AlarmBandTable);
+    }
+    EXPECT_EQ(TakeFrames(), frames) << "half a band";
+    EXPECT_EQ(message.find("Writing cancelled. Sensor cleared; written: "), 0U) << message;
+    for (int i = 0; i < 24; ++i) {
+      const int expected = i < band ? AlarmBandTable(3, i % 6 + 1, i / 6) : 0;
+      EXPECT_EQ(transfer.InSensor(3, i % 6 + 1, i / 6), expected) << i;
+    }
+    EXPECT_FALSE(transfer.Running());
+    EXPECT_FALSE(shown);
+  }
+}
+
 TEST_F(Transfer, ACancelledReadTellsWhatWasRead) {
   loop.AtYield(1, [this] { transfer.Cancel(); });
   transfer.ReadAllFlash();
@@ -181,9 +202,31 @@ TEST_F(Transfer, ACancelledWriteTellsWhatReachedTheSensor) {
   loop.AtYield(9, [this] { transfer.Cancel(); });
   transfer.cmdWriteAll_Click();
   EXPECT_EQ(message,
-            "Writing cancelled. The sensor's bands were cleared first; written: option 0 bands 1 "
-            "to 6, option 1 bands 1 to 2.");
+            "Writing cancelled. Sensor cleared; written: option 0 bands 1 to 6, option 1 bands 1 "
+            "to 2.");
   EXPECT_EQ(transfer.InSensor(0, 6, 3), 0) << "cleared, and not written since";
+}
+
+TEST_F(Transfer, ACancelledWriteOfOneOptionTellsWhatReachedTheSensor) {
+  loop.AtYield(4, [this] { transfer.Cancel(); });
+  transfer.Write6BandsToFlash(3);
+  EXPECT_EQ(message, "Writing cancelled. Written: option 3 bands 1 to 3.");
+  EXPECT_EQ(sensor.Count(kClearFrame), 0);
+  transfer.Write6BandsToFlash(3);
+  EXPECT_EQ(message, "6 bands written.");
+}
+
+TEST_F(Transfer, ProgressGoesOnceOverAllBands) {
+  transfer.ReadFlash(1);
+  EXPECT_EQ(progress, (Words{"Reading 0/6", "Reading 0/6", "Reading 1/6", "Reading 2/6",
+                             "Reading 3/6", "Reading 4/6", "Reading 5/6"}));
+  progress.clear();
+  transfer.cmdWriteAll_Click();
+  ASSERT_EQ(progress.size(), 25U);
+  EXPECT_EQ(progress[0], "Writing 0/24") << "while the sensor is cleared";
+  for (std::size_t i = 1; i < 25; ++i) {
+    EXPECT_EQ(progress[i], "Writing " + std::to_string(i - 1) + "/24");
+  }
 }
 
 TEST_F(Transfer, AnEarlierCancelDoesNotEndTheNextTransfer) {
@@ -219,12 +262,42 @@ TEST_F(Transfer, WithoutASensorNothingIsSentAndTheLineSaysSo) {
   EXPECT_EQ(TakeFrames(), Frames{});
   transfer.cmdClearAll_Click();
   EXPECT_EQ(AlarmBandTable, BandTable{}) << "the table is the host's own";
+  EXPECT_EQ(TakeFrames(), Frames{});
+  EXPECT_EQ(journal.Entries(), Words{"option 0"});
+  EXPECT_EQ(message, "No sensor can be reached. Only this table is cleared.");
+  EXPECT_EQ(transfer.InSensor(0, 1, 0), std::nullopt);
+}
+
+TEST_F(Transfer, OfBandsThatAreNotUsedNothingIsKnown) {
+  transfer.ReadAllFlash();
+  for (const int band : {-1, 0, 7, 8}) EXPECT_EQ(transfer.InSensor(0, band, 0), std::nullopt);
+  for (const int option : {-1, 4, 5}) EXPECT_EQ(transfer.InSensor(0, 1, option), std::nullopt);
+  EXPECT_EQ(transfer.InSensor(0, 6, 3), 0);
+}
+
+TEST_F(Transfer, TheShadowHoldsWhatWasWrittenAndThenWhatIsRead) {
+  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 65535;
+  transfer.Write6BandsToFlash(0);
+  EXPECT_EQ(transfer.InSensor(Alarm2Field(Axis::Y), 1, 0), 65535);
+  sensor.Set(0x2C, 65535);
+  transfer.ReadFlash(0);
+  EXPECT_EQ(transfer.InSensor(Alarm2Field(Axis::Y), 1, 0), 32767) << "read with 15 bits";
+  EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Y), 1, 0), 32767);
 }
 
 TEST_F(Transfer, ForgettingTheSensorForgetsEveryBand) {
   transfer.ReadAllFlash();
   transfer.ForgetSensor();
   EXPECT_EQ(transfer.InSensor(0, 1, 0), std::nullopt);
+}
+
+TEST_F(Transfer, AnErrorOfTheWindowLeavesNoTransferRunning) {
+  loop.AtYield(3, [] { throw RuntimeError("Overflow"); });
+  EXPECT_THROW(transfer.ReadAllFlash(), RuntimeError);
+  EXPECT_FALSE(transfer.Running());
+  EXPECT_FALSE(shown);
+  transfer.ReadAllFlash();
+  EXPECT_EQ(message, "24 bands read.");
 }
 
 struct BadValue {

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "logging/file_name.h"
+#include "app/file_name.h"
 
 #include <gtest/gtest.h>
 
