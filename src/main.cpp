@@ -27,7 +27,7 @@ namespace {
 struct Options {
   bool simulate = false;
   bool quickStart = false;
-  kestrel::Scenario scenario = kestrel::RunningMachine();
+  std::optional<kestrel::Scenario> scenario;  // where one is named
   std::optional<QString> demoFolder;
   QString portDevice;
 };
@@ -45,8 +45,8 @@ Options ParseOptions() {
                                  "Show the main window at once, without the delay's trials.");
   const QCommandLineOption demo(
       "demo",
-      "Take one capture in each record mode without a display, and put a picture and a data file "
-      "of each into <folder>.",
+      "Take captures without a display, and put pictures and data files of them into <folder>: "
+      "one in each record mode or, with --scenario, spectra with their alarms.",
       "folder");
   QStringList names;
   for (const std::string& name : kestrel::ScenarioNames()) names << QString::fromStdString(name);
@@ -72,7 +72,7 @@ Options ParseOptions() {
                    qPrintable(parser.value(scenario)));
       std::exit(1);
     }
-    options.scenario = *found;
+    options.scenario = found;
   }
   if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
   options.portDevice = parser.value(portDevice);
@@ -118,7 +118,8 @@ int Run(const Options& options) {
   std::unique_ptr<SimulatedHardware> simulator;
   const auto connect = [&] {
     if (!simulator) {
-      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(), options.scenario);
+      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(),
+                                                      options.scenario.value_or(RunningMachine()));
     }
     simulator->Adapter().Replug(0);
     hardware.Connect({&simulator->Adapter(), &simulator->Port(), &simulator->Service()});
@@ -149,7 +150,9 @@ int Run(const Options& options) {
   Main(core, windows,
        {.quickStart = options.quickStart,
         .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});
-  return demo ? RunDemo(windows.MainWindow(), *options.demoFolder) : QApplication::exec();
+  if (!demo) return QApplication::exec();
+  const auto run = options.scenario ? RunAlarmDemo : RunDemo;
+  return run(windows.MainWindow(), *options.demoFolder);
 }
 
 }  // namespace

@@ -127,9 +127,13 @@ ExitCode BandsCommand::Write(Session& session, BandTransfer& transfer, const Out
 // Numbers are codes of the range in use, so the table goes through unchanged.
 bool BandsCommand::Load(Session& session) const {
   const std::filesystem::path file = std::filesystem::absolute(file_);
-  const auto content = session.files.Read(file, kLargestFile);
+  const auto content = session.files.Read(file, kLargestFile + 1);
   if (!content) {
     session.messages.Show("The file " + file.string() + " cannot be read.");
+    return false;
+  }
+  if (content->size() > kLargestFile) {
+    session.messages.Show("The file " + file.string() + " is too large to be an alarm file.");
     return false;
   }
   try {

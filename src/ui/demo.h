@@ -13,4 +13,8 @@ namespace kestrel {
 // the exit code of the program, 0 when every capture gave both.
 int RunDemo(frm1& window, const QString& folder);
 
+// Takes spectra and prints the alarm state of each, with a picture whenever it changes. Returns the
+// program's exit code.
+[[nodiscard]] int RunAlarmDemo(frm1& window, const QString& folder);
+
 }  // namespace kestrel

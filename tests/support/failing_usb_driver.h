@@ -3,6 +3,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <span>
 
 #include "transport/usb_driver.h"
 
@@ -20,6 +22,11 @@ class FailingUsbDriver : public UsbDriver {
     requests_ = 0;
   }
   void Mend() { failFrom_ = 0; }
+
+  // Sees every command block that goes out.
+  void OnBlock(std::function<void(std::span<const std::uint8_t>)> watch) {
+    onBlock_ = std::move(watch);
+  }
   [[nodiscard]] int Requests() const { return requests_; }
 
   [[nodiscard]] Handle CreateFile(const std::string& path, std::uint32_t access,
@@ -32,6 +39,7 @@ class FailingUsbDriver : public UsbDriver {
                                      std::span<std::uint8_t> output,
                                      std::uint32_t& returned) override {
     if (Fails()) return false;
+    if (onBlock_ && code == kBulkTransfer && !input.empty() && input[0] == 0) onBlock_(output);
     return inner_.DeviceIoControl(device, code, input, output, returned);
   }
   void CloseHandle(Handle device) override { inner_.CloseHandle(device); }
@@ -41,6 +49,7 @@ class FailingUsbDriver : public UsbDriver {
   bool Fails() { return ++requests_ >= failFrom_ && failFrom_ > 0; }
 
   UsbDriver& inner_;
+  std::function<void(std::span<const std::uint8_t>)> onBlock_;
   int failFrom_ = 0;
   int requests_ = 0;
 };

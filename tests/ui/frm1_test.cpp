@@ -66,20 +66,6 @@ TEST_F(Frm1, ShowsTheSensorsSettingsAfterLoading) {
   EXPECT_TRUE(messages_.Texts().empty());
 }
 
-TEST_F(Frm1, MenusOfWindowsThatDoNotExistAreDisabled) {
-  Start();
-  for (const char* name : {"mnuParallel", "mnuUsb", "mnuAlarmCtrl", "mnuAlarmSpectrum",
-                           "mnuDIOGPIO", "MnuCal", "mnuRegisters"}) {
-    const auto* action = Window().findChild<QAction*>(name);
-    ASSERT_NE(action, nullptr) << name;
-    EXPECT_FALSE(action->isEnabled()) << name;
-  }
-  for (const char* name : {"mnuSimulated", "mnu31407", "MnuExit", "mnuAbout", "mnuDatalog",
-                           "mnuCommand", "mnuRecInfo"}) {
-    EXPECT_TRUE(Window().findChild<QAction*>(name)->isEnabled()) << name;
-  }
-}
-
 TEST_F(Frm1, StartTakesASpectrumAndPlotsIt) {
   Start();
   ChooseShortCaptures();

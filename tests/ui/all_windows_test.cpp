@@ -1,0 +1,161 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// The windows together: opened from the menus, over one sensor that may be pulled out.
+
+#include <QFrame>
+#include <QTableView>
+
+#include "alarms/band_table.h"
+#include "all_windows_bench.h"
+#include "device/rec_ctrl.h"
+#include "ui/frmAlarmSpectrum.h"
+
+namespace kestrel {
+namespace {
+
+class AllWindows : public AllWindowsBench {};
+
+TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) {
+  Start();
+  Settle();
+  for (const Item& item : kItems) {
+    SCOPED_TRACE(item.window);
+    frames.clear();
+    QDialog& window = Open(item);
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(Writes(), std::vector<int>{});
+    if (std::string(item.window) == "frmFileDir") {
+      window.close();  // modal
+      continue;
+    }
+    Trigger(item.action);
+    EXPECT_EQ(Window().findChildren<QDialog*>(item.window).size(), 1);
+  }
+  EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
+}
+
+TEST_F(AllWindows, TheProgramClosesWithAllOfThemOpen) {
+  Start();
+  for (const Item& item : kItems) {
+    if (std::string(item.window) != "frmFileDir") Open(item);
+  }
+  EXPECT_TRUE(Window().close());
+  Settle();
+  windows_.reset();
+  EXPECT_TRUE(messages_.Texts().empty());
+}
+
+TEST_F(AllWindows, APulledAdapterShowsWithoutABoxAndIsSelectedAgainAfterReplugging) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  const double before = DataX(5);
+  hardware_.Adapter().Unplug(0);
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Find<QFrame>("lostNotice").isVisible(); }));
+  EXPECT_EQ(Text("lblInterface"), "USB adapter lost");
+  EXPECT_EQ(DataX(5), before);
+  Press("cmdLostSelect");
+  EXPECT_TRUE(Find<QDialog>("frmUSBselect").isVisible());
+  Press("cmdLostRetry");
+  EXPECT_TRUE(Find<QFrame>("lostNotice").isVisible()) << "it is still out";
+  hardware_.Adapter().Replug(0);
+  Press("cmdFindEzUsb");
+  Find<QRadioButton>("optUsbPort_0").click();
+  EXPECT_FALSE(Find<QFrame>("lostNotice").isVisible());
+  Press("cmdStart");
+  EXPECT_EQ(Text("lblStatusFlag_7"), "SET");
+  EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
+}
+
+TEST_F(AllWindows, TheDebugMenuIsThereWithTheSimulatedSensorAlone) {
+  Start();
+  const auto* menu = Find<QAction>("mnuUnplug").associatedObjects().constFirst();
+  EXPECT_FALSE(qobject_cast<const QMenu*>(menu)->menuAction()->isVisible());
+  Trigger("mnuSimulated");
+  EXPECT_TRUE(qobject_cast<const QMenu*>(menu)->menuAction()->isVisible());
+  Trigger("mnuUnplug");
+  ASSERT_TRUE(QTest::qWaitFor([this] { return Find<QFrame>("lostNotice").isVisible(); }));
+  Trigger("mnuUnplug");
+  Press("cmdLostRetry");
+  EXPECT_FALSE(Find<QFrame>("lostNotice").isVisible());
+}
+
+// The editor's bands over the main window's plot.
+class BandsOnThePlot : public AllWindowsBench {
+ protected:
+  void SetUp() override {
+    Start();
+    Window().resize(1200, 700);
+    ChooseShortCaptures();
+    Press("cmdStart");
+    Open({"mnuAlarmSpectrum", "frmAlarmSpectrum"});
+    AlarmBandTable(kFLowField, 2, 0) = 60;
+    AlarmBandTable(kFHighField, 2, 0) = 90;
+    AlarmBandTable(Alarm1Field(Axis::Y), 2, 0) = 400;
+    AlarmBandTable(Alarm2Field(Axis::Y), 2, 0) = 700;
+    Find<frmAlarmSpectrum>("frmAlarmSpectrum").DisplaySpectrum(0);
+    Find<QRadioButton>("opY").click();
+    Settle();
+  }
+
+  [[nodiscard]] const OverlayLine& Line(int group, int band) {
+    return Window().Overlay().Lines()(group, band);
+  }
+  // A place on the plot in bins and g.
+  QPoint At(double bin, double g) { return Find<PictureBox>("pic1").ToPixels({bin, g}).toPoint(); }
+  void Drag(QPoint from, QPoint to) {
+    auto* plot = &Find<PictureBox>("pic1");
+    QTest::mouseMove(plot, from);
+    QTest::mousePress(plot, Qt::LeftButton, {}, from);
+    QTest::mouseMove(plot, (from + to) / 2);
+    QTest::mouseMove(plot, to);
+    QTest::mouseRelease(plot, Qt::LeftButton, {}, to);
+    Settle();
+  }
+};
+
+TEST_F(BandsOnThePlot, TheChosenAxisShowsItsThresholdsInG) {
+  EXPECT_TRUE(Line(3, 2).visible);
+  EXPECT_DOUBLE_EQ(Line(1, 2).x1, 60);
+  EXPECT_DOUBLE_EQ(Line(2, 2).x1, 90);
+  EXPECT_NEAR(Line(3, 2).y1, 400 * 1.1921e-3, 1e-12);
+  EXPECT_NEAR(Line(4, 2).y1, 700 * 1.1921e-3, 1e-12);
+}
+
+TEST_F(BandsOnThePlot, ADraggedBandGoesIntoTheTableAndUndoBringsItBack) {
+  Drag(At(60, 0.2), At(80, 0.2));
+  EXPECT_EQ(AlarmBandTable(kFLowField, 2, 0), 80);
+  EXPECT_EQ(AlarmBandTable(kFHighField, 2, 0), 110);
+  EXPECT_DOUBLE_EQ(Line(2, 2).x1, 110);
+  Press("cmdUndo");
+  Settle();
+  EXPECT_EQ(AlarmBandTable(kFLowField, 2, 0), 60);
+  EXPECT_DOUBLE_EQ(Line(1, 2).x1, 60);
+}
+
+TEST_F(BandsOnThePlot, ADraggedLevelSetsTheThreshold) {
+  Drag(At(75, 400 * 1.1921e-3), At(75, 0.6));
+  EXPECT_NEAR(AlarmBandTable(Alarm1Field(Axis::Y), 2, 0) * 1.1921e-3, 0.6, 0.01);
+  EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Y), 2, 0), 700);
+}
+
+TEST_F(BandsOnThePlot, TheyGoWithTheEditor) {
+  Find<QDialog>("frmAlarmSpectrum").close();
+  Settle();
+  for (int group = 0; group < 5; ++group) EXPECT_FALSE(Line(group, 2).visible);
+  EXPECT_TRUE(Find<QLabel>("lblABLow_2").isHidden());
+  Press("cmdPlotScale");
+  EXPECT_FALSE(Line(1, 2).visible);
+}
+
+TEST_F(BandsOnThePlot, TheyStayOverTheNextRecordAndAnotherScale) {
+  Press("cmdStart");
+  EXPECT_TRUE(Line(1, 2).visible);
+  EXPECT_FALSE(Find<QLabel>("lblABLow_2").isHidden());
+  Press("cmdPlotScale");
+  EXPECT_TRUE(Line(1, 2).visible);
+  EXPECT_FALSE(Find<QLabel>("lblABLow_2").isHidden());
+}
+
+}  // namespace
+}  // namespace kestrel
