@@ -189,7 +189,8 @@ class Soak {
   StatusDisplay status_{core_.registers, alarms_, loop_, views_};
   CaptureReadout readout_{core_.registers, plot_, views_, log_, loop_, messages_, views_};
   WindowDelay delay_{loop_};
-  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, views_};
+  BandOverlay overlay_{plot_, views_};
+  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, overlay_, views_};
 };
 
 int Run() {

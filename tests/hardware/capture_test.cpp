@@ -87,7 +87,8 @@ class Program {
   StatusDisplay status_{core_.registers, alarms_, loop_, statusView_};
   CaptureReadout readout_{core_.registers, plot_, quiet_, log_, loop_, messages, readoutView_};
   WindowDelay delay_{loop_};
-  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, views_};
+  BandOverlay overlay_{plot_, quiet_};
+  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, overlay_, views_};
 };
 
 Scenario Tone() {

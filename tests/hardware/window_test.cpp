@@ -40,7 +40,7 @@ class WindowOverUsb : public testing::Test {
     ResetProgram();
     files_.contents[files_.WorkingFolder() / "CommPort.cfg"] =
         "Interface = 2\nPort Address = 888\nProductNumber = 31407\n";
-    windows_ = std::make_unique<QtStartWindows>(core_, [] {});
+    windows_ = std::make_unique<QtStartWindows>(core_, SimulatorControl{});
     Main(core_, *windows_, {.quickStart = true, .interfaceWithoutConfig = kNoInterface});
   }
   ~WindowOverUsb() override {

@@ -4,12 +4,17 @@
 
 #include "acquisition/capture_readout.h"
 #include "logging/data_log.h"
+#include "plot/overlay_lines.h"
 #include "plot/spectrum_plot.h"
 
 namespace kestrel {
 
 // Views of a read-out that show nothing, with auto-plot and data log off.
-class QuietViews : public PlotView, public AlarmStatusView, public ReadoutView, public DataLogView {
+class QuietViews : public PlotView,
+                   public BandOverlayView,
+                   public AlarmStatusView,
+                   public ReadoutView,
+                   public DataLogView {
  public:
   void SetUnit(const std::string& /*text*/) override {}
   void ShowFrequency(bool /*shown*/) override {}
@@ -27,6 +32,13 @@ class QuietViews : public PlotView, public AlarmStatusView, public ReadoutView, 
   void ClearABLabels() override {}
   void DrawLine(double /*x1*/, double /*y1*/, double /*x2*/, double /*y2*/,
                 double /*colour*/) override {}
+
+  double ScaleWidth() override { return kFftWidth; }
+  double ScaleHeight() override { return 1; }
+  void ShowLine(int /*index*/, const OverlayLine& /*line*/) override {}
+  void PlaceEdgeLabel(bool /*high*/, int /*band*/, const std::string& /*text*/,
+                      double /*x*/) override {}
+  void ShowGrip(Grip /*grip*/) override {}
 
   void SetBand(Axis /*axis*/, const std::string& /*text*/) override {}
   void SetAlarm(Axis /*axis*/, const std::string& /*text*/) override {}

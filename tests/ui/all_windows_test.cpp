@@ -3,6 +3,7 @@
 // The windows together: opened from the menus, over one sensor that may be pulled out.
 
 #include <QFrame>
+#include <QMenu>
 #include <QTableView>
 
 #include "alarms/band_table.h"
