@@ -67,13 +67,9 @@ QWidget* frmALM_CTRL::SpectralBox() {
 
 QWidget* frmALM_CTRL::SystemBox() {
   auto* box = new QGroupBox(tr("System alarm"));
-  auto* note = new QLabel(
-      tr("The limit typed here is not sent to the sensor. Set it in register ALM_S_MAG, in the "
-         "Registers window."));
-  note->setWordWrap(true);
-  auto* limit = new QHBoxLayout;
-  limit->addWidget(MakeCaption(tr("Li&mit"), txtSAmag_));
-  limit->addWidget(txtSAmag_, 1);
+  auto* note =
+      new QLabel(tr("The limit typed here is not sent to the sensor.\n"
+                    "Set it in register ALM_S_MAG, in the Registers window."));
   auto* grid = new QGridLayout(box);
   grid->setHorizontalSpacing(24);
   grid->addWidget(ckSystemAlarmEnable_, 0, 0, 1, 2);
@@ -81,7 +77,8 @@ QWidget* frmALM_CTRL::SystemBox() {
   grid->addWidget(opTemperature_, 2, 0);
   grid->addWidget(opGreaterThan_, 1, 1);
   grid->addWidget(opLessThan_, 2, 1);
-  grid->addLayout(limit, 3, 0, 1, 2);
+  grid->addWidget(MakeCaption(tr("Li&mit"), txtSAmag_), 3, 0);
+  grid->addWidget(txtSAmag_, 3, 1);
   grid->addWidget(note, 4, 0, 1, 2);
   grid->setColumnStretch(1, 1);
   return box;

@@ -15,6 +15,7 @@ namespace kestrel {
 namespace {
 
 constexpr QPoint kPlaceTwips{300, 3000};
+constexpr int kMostCharacters = 24;  // a note must have room for them
 
 struct Names {
   const char* caption;
@@ -36,6 +37,7 @@ QLineEdit* MakeValueBox(const char* name) {
   auto* box = new QLineEdit;
   box->setObjectName(name);
   box->setAlignment(Qt::AlignRight);
+  box->setMaxLength(kMostCharacters);
   box->setToolTip(QObject::tr("Correction in g, with a point as decimal mark; Enter writes it"));
   return box;
 }
@@ -50,10 +52,9 @@ frmCalibration::frmCalibration(Core& core, HandlerEdge& edge, QWidget* parent)
                               tr("The sensor measures its offsets and corrects them"))),
       cmdFlashUpdate_(
           MakeButton("cmdFlashUpdate", tr("&Flash update"), tr("Sends 0x1000 to COMMAND"))) {
-  auto* note = new QLabel(
-      tr("Flash update sends function 12 to the sensor. Function 6 of the Global commands window "
-         "saves the settings."));
-  note->setWordWrap(true);
+  auto* note =
+      new QLabel(tr("Flash update sends function 12 to the sensor.\n"
+                    "Function 6 of the Global commands window saves the settings."));
   auto* commands = new QHBoxLayout;
   for (QPushButton* button : {cmdAutoNull_, cmdFlashUpdate_}) {
     button->setAutoDefault(false);
@@ -79,6 +80,7 @@ QLayout* frmCalibration::Rows() {
     Row& row = rows_[i];
     row.word = MakeLabel(names.word, "");
     row.word->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    row.word->setMinimumWidth(row.word->fontMetrics().horizontalAdvance("FFFF"));
     row.value = MakeValueBox(names.value);
     row.write = MakeButton(names.write, tr(names.writeCaption), tr("Write the value, read back"));
     row.write->setAutoDefault(false);

@@ -30,10 +30,9 @@ frmDIOGPIO::frmDIOGPIO(Core& core, HandlerEdge& edge, QWidget* parent)
       OnUse(option, &QRadioButton::clicked, name, [this] { logic_.GpioChanged(); });
     }
   }
-  auto* note = new QLabel(
-      tr("The polarity buttons return to Active high after every reading, whatever the sensor "
-         "holds. Each choice writes both lines as the buttons stand."));
-  note->setWordWrap(true);
+  auto* note =
+      new QLabel(tr("After every reading the polarity buttons show Active high, whatever "
+                    "the sensor holds.\nEach choice writes both lines as the buttons stand."));
   auto* all = new QVBoxLayout;
   all->addLayout(columns, 1);
   all->addWidget(note);

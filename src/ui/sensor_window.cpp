@@ -17,8 +17,9 @@ SensorWindow::SensorWindow(const char* name, const QString& title, HandlerEdge& 
     : SecondaryWindow(name, title, edge, parent, offsetTwips), lblNote_(MakeLabel("lblNote", "")) {
   lblNote_->setWordWrap(true);
   lblNote_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  // Room for two lines, so that nothing moves when there is something to tell.
-  lblNote_->setMinimumHeight(2 * lblNote_->fontMetrics().lineSpacing());
+  // Room for the longest note, so that nothing moves when there is something to tell.
+  lblNote_->setMinimumSize(36 * lblNote_->fontMetrics().averageCharWidth(),
+                           3 * lblNote_->fontMetrics().lineSpacing());
 }
 
 void SensorWindow::LayOut(QLayout* controls) {

@@ -162,6 +162,8 @@ TEST_F(FrmDioGpio, OptionsCanBeUsedFromTheKeyboardAndKeepTheFocus) {
   Key(Find("opGInput1"), Qt::Key_Down);
   EXPECT_EQ(sensor.Word(address::kGpioCtrl), 0x0001);
   EXPECT_TRUE(Find("opGOutput1").hasFocus());
+  Key(Find("opGOutput1"), Qt::Key_Space);
+  EXPECT_TRUE(Find("opGOutput1").hasFocus()) << "the refresh disables nothing in passing";
   Find("opFuncGPIO1").setFocus();
   Key(Find("opFuncGPIO1"), Qt::Key_Down);
   EXPECT_EQ(sensor.Word(address::kDioCtrl), 0x0007);
