@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QTableView>
 
+#include "alarms/alarm_file.h"
 #include "alarms/band_table.h"
 #include "all_windows_bench.h"
 #include "device/rec_ctrl.h"
@@ -90,11 +91,14 @@ class BandsOnThePlot : public AllWindowsBench {
     ChooseShortCaptures();
     Press("cmdStart");
     Open({"mnuAlarmSpectrum", "frmAlarmSpectrum"});
-    AlarmBandTable(kFLowField, 2, 0) = 60;
-    AlarmBandTable(kFHighField, 2, 0) = 90;
-    AlarmBandTable(Alarm1Field(Axis::Y), 2, 0) = 400;
-    AlarmBandTable(Alarm2Field(Axis::Y), 2, 0) = 700;
-    Find<frmAlarmSpectrum>("frmAlarmSpectrum").DisplaySpectrum(0);
+    BandTable table;
+    table(kFLowField, 2, 0) = 60;
+    table(kFHighField, 2, 0) = 90;
+    table(Alarm1Field(Axis::Y), 2, 0) = 400;
+    table(Alarm2Field(Axis::Y), 2, 0) = 700;
+    files_.contents["/program/AlarmSpectrum_test.csv"] = AlarmFileText(table);
+    Find<QComboBox>("cbxAfiles").setEditText("AlarmSpectrum_test.csv");
+    Press("cmdReadFile");
     Find<QRadioButton>("opY").click();
     Settle();
   }

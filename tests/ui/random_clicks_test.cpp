@@ -22,7 +22,8 @@ class RandomClicks : public AllWindowsBench, public testing::WithParamInterface<
           "Please Select a Buffer first",     // no board selected
           "the file cannot be read",          // no alarm file chosen
           "Error while writting Alarm File",  // nor a name for one
-          "Writing ", "Value to write", "frame", "Frame", "Data log"}) {
+          "Save: nothing has been sent yet.", "Writing ", "Value to write", "frame", "Frame",
+          "Data log"}) {
       if (text.find(cause) != std::string::npos) return true;
     }
     return false;
