@@ -111,6 +111,7 @@ int Run(const Options& options) {
   using namespace kestrel;
   System system(
       {.portAddress = [] { return PortAddress; }, .portDevice = options.portDevice.toStdString()});
+  iniSystem2(System::Version());
   QtEventLoop loop;
   QtMousePointer pointer;
   FilesInFolder files(system.SystemFiles());
@@ -139,7 +140,8 @@ int Run(const Options& options) {
       return 1;
     }
     messages = std::make_unique<ConsoleMessages>();
-    files.SetFolder(QDir(*options.demoFolder).absolutePath().toStdString());
+    files.SetFolder(std::filesystem::path(QDir(*options.demoFolder).absolutePath().toStdString())
+                        .make_preferred());
   } else {
     messages = std::make_unique<QtMessages>();
   }

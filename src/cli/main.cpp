@@ -26,6 +26,7 @@ void OnInterrupt(int /*signal*/) {
 
 int Run(const std::vector<std::string>& arguments) {
   kestrel::System system({.portAddress = [] { return kestrel::PortAddress; }, .portDevice = ""});
+  kestrel::iniSystem2(kestrel::System::Version());
   return static_cast<int>(
       kestrel::RunProgram(arguments, {.clock = system.SystemClock(),
                                       .files = system.SystemFiles(),

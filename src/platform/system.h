@@ -10,6 +10,7 @@
 #include "app/clock.h"
 #include "app/files.h"
 #include "app/locale.h"
+#include "app/system_name.h"
 #include "platform/hardware_switch.h"
 
 namespace kestrel {
@@ -33,6 +34,9 @@ class System {
   [[nodiscard]] Files& SystemFiles();
   [[nodiscard]] Locale& SystemLocale();
   [[nodiscard]] Hardware Devices();
+
+  // For iniSystem2.
+  [[nodiscard]] static SystemVersion Version();
 
   // Whether somebody watches what goes to the error stream.
   [[nodiscard]] static bool ErrorIsTerminal();

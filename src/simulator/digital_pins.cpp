@@ -13,11 +13,11 @@ namespace {
 enum class Function : unsigned { GeneralPurpose = 0, Alarm = 1, CaptureTrigger = 2, Busy = 3 };
 
 Function FunctionOf(std::size_t index, std::uint16_t dioCtrl) {
-  return static_cast<Function>((dioCtrl >> (2 + 2 * index)) & 3U);
+  return static_cast<Function>((unsigned{dioCtrl} >> (2 + 2 * index)) & 3U);
 }
 
 bool Bit(std::size_t bit, std::uint16_t word) {
-  return ((word >> bit) & 1U) != 0;
+  return ((unsigned{word} >> bit) & 1U) != 0;
 }
 
 bool IsActiveHigh(std::size_t index, std::uint16_t dioCtrl) {

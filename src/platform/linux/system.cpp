@@ -40,6 +40,10 @@ Locale& System::SystemLocale() {
 Hardware System::Devices() {
   return {&parts_->usb, &parts_->port, &parts_->service};
 }
+SystemVersion System::Version() {
+  return {};
+}
+
 bool System::ErrorIsTerminal() {
   return isatty(STDERR_FILENO) == 1;
 }

@@ -3,6 +3,7 @@
 #include "platform/system.h"
 
 #include <io.h>
+#include <windows.h>
 
 #include <cstdio>
 
@@ -40,6 +41,20 @@ Locale& System::SystemLocale() {
 Hardware System::Devices() {
   return {&parts_->usb, &parts_->port, &parts_->service};
 }
+// GetVersionEx tells programs without a manifest of their own an old version.
+SystemVersion System::Version() {
+  using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
+  const auto getVersion = reinterpret_cast<RtlGetVersion>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleA("ntdll.dll"), "RtlGetVersion")));
+  OSVERSIONINFOW info{};
+  info.dwOSVersionInfoSize = sizeof info;
+  if (getVersion == nullptr || getVersion(&info) != 0) {
+    return {SystemVersion::Family::Windows9x, 4, 0};
+  }
+  return {SystemVersion::Family::WindowsNt, static_cast<int>(info.dwMajorVersion),
+          static_cast<int>(info.dwMinorVersion)};
+}
+
 bool System::ErrorIsTerminal() {
   return _isatty(_fileno(stderr)) != 0;
 }
