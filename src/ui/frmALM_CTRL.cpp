@@ -60,8 +60,8 @@ frmALM_CTRL::frmALM_CTRL(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
 
 QWidget* frmALM_CTRL::SpectralBox() {
   auto* box = new QGroupBox(tr("Spectral alarms"));
-  auto* axes = new QHBoxLayout(box);
-  for (QCheckBox* axis : spectralEnable_) axes->addWidget(axis);
+  box->setLayout(new QHBoxLayout);
+  for (QCheckBox* axis : spectralEnable_) box->layout()->addWidget(axis);
   return box;
 }
 

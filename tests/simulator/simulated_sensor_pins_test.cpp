@@ -33,7 +33,7 @@ TEST_F(Pins, GeneralPurposeOutputsHaveTheLevelsThatAreSetWhateverThePolarity) {
   for (const bool activeHigh : {false, true}) {
     SetFunction(kGpio, activeHigh);
     for (std::uint16_t levels = 0; levels < 4; ++levels) {
-      Write(reg::kGpioCtrl, static_cast<std::uint16_t>(levels << 8U | 3U));
+      Write(reg::kGpioCtrl, static_cast<std::uint16_t>(unsigned{levels} << 8U | 3U));
       EXPECT_EQ(Levels(), levels);
       EXPECT_EQ(Read(reg::kGpioCtrl), levels << 8 | 3);
     }
