@@ -17,7 +17,8 @@ std::size_t BandTable::Checked(int field, int band, int option) {
       option >= kOptionSlots) {
     throw RuntimeError(kSubscriptOutOfRange);
   }
-  return static_cast<std::size_t>((option * kBandSlots + band) * kFields + field);
+  const int index = (option * kBandSlots + band) * kFields + field;
+  return static_cast<std::size_t>(index);
 }
 
 }  // namespace kestrel

@@ -42,7 +42,7 @@ class CliOverUsb : public LibusbBench {
 
 TEST_F(CliOverUsb, AWholeCaptureGoesThroughTheBoardThatWasNamed) {
   bus.Plug(Board(1, "1", 4, 0xED03));
-  bus.Plug(Board(1, "2", 5, 0xEF00));
+  bus.Plug(Board(1, "3", 5, 0xEF00));
   ASSERT_EQ(Run({"--json", "--adapter", "Ezusb-1", "capture", "--averages", "1"}),
             ExitCode::Success)
       << error.str();
@@ -53,7 +53,7 @@ TEST_F(CliOverUsb, AWholeCaptureGoesThroughTheBoardThatWasNamed) {
 
 TEST_F(CliOverUsb, TheBoardsAreListed) {
   bus.Plug(Board(1, "1", 4, 0xED03));
-  bus.Plug(Board(1, "2", 5, 0xEF00));
+  bus.Plug(Board(1, "3", 5, 0xEF00));
   ASSERT_EQ(Run({"--json", "adapters"}), ExitCode::Success) << error.str();
   const auto json = nlohmann::json::parse(out.str());
   ASSERT_EQ(json.size(), 2U);
