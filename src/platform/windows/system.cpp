@@ -3,7 +3,6 @@
 #include "platform/system.h"
 
 #include <io.h>
-#include <windows.h>
 
 #include <cstdio>
 
@@ -13,6 +12,9 @@
 #include "platform/windows/system_clock.h"
 #include "platform/windows/system_files.h"
 #include "platform/windows/system_locale.h"
+
+// Last: it makes macros of names that the program uses.
+#include <windows.h>
 
 namespace kestrel {
 
