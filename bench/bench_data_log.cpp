@@ -18,11 +18,11 @@
 #include <string>
 #include <vector>
 
+#include "acquisition/quiet_views.h"
 #include "device/capture_data.h"
 #include "logging/data_log.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
-#include "support/quiet_views.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {

@@ -13,6 +13,7 @@
 #include <string>
 
 #include "acquisition/capture_cycle.h"
+#include "acquisition/quiet_views.h"
 #include "app/start.h"
 #include "device/capture_data.h"
 #include "device/rec_ctrl.h"
@@ -20,7 +21,6 @@
 #include "platform/linux/system_files.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fixed_locale.h"
-#include "support/quiet_views.h"
 #include "support/recording_messages.h"
 #include "support/temporary_folder.h"
 

@@ -8,24 +8,17 @@
 #include <vector>
 
 #include "acquisition/capture_cycle.h"
-#include "acquisition/capture_readout.h"
+#include "acquisition/quiet_views.h"
 #include "acquisition/status.h"
 #include "alarms/band_transfer.h"
-#include "logging/data_log.h"
 #include "plot/alarm_status.h"
-#include "plot/overlay_lines.h"
-#include "plot/spectrum_plot.h"
 
 namespace kestrel {
 
 // The main window of a program that has none: it keeps what the logic shows for a report.
 class HiddenWindow : public CaptureView,
                      public StatusView,
-                     public PlotView,
-                     public BandOverlayView,
-                     public AlarmStatusView,
-                     public ReadoutView,
-                     public DataLogView,
+                     public QuietViews,
                      public BandTransferView {
  public:
   struct AlarmState {
@@ -66,48 +59,14 @@ class HiddenWindow : public CaptureView,
     FlagAt(bit).state = text;
   }
 
-  void SetUnit(const std::string& /*text*/) override {}
-  void ShowFrequency(bool /*shown*/) override {}
-  void SetXmax(const std::string& /*text*/) override {}
-  void SetYmax(const std::string& /*text*/) override {}
-  void SetYmid(const std::string& /*text*/) override {}
-  void SetYmin(const std::string& /*text*/) override {}
-  std::string Ymax() override { return "1"; }
-  std::string ScaleCaption() override { return "1"; }
-  void SetScaleCaption(const std::string& /*text*/) override {}
-  bool TraceTicked(Axis /*axis*/) override { return false; }
-  void TickTrace(Axis /*axis*/) override {}
-  void SetScale(double /*left*/, double /*top*/, double /*right*/, double /*bottom*/) override {}
-  void ClearPlot() override {}
-  void ClearABLabels() override {}
-  void DrawLine(double /*x1*/, double /*y1*/, double /*x2*/, double /*y2*/,
-                double /*colour*/) override {}
-
-  [[nodiscard]] double ScaleWidth() override { return kFftWidth; }
-  [[nodiscard]] double ScaleHeight() override { return 1; }
-  void ShowLine(int /*index*/, const OverlayLine& /*line*/) override {}
-  void PlaceEdgeLabel(bool /*high*/, int /*band*/, const std::string& /*text*/,
-                      double /*x*/) override {}
-  void ShowGrip(Grip /*grip*/) override {}
-
   void SetBand(Axis axis, const std::string& text) override { alarms_[Index(axis)].band = text; }
   void SetAlarm(Axis axis, const std::string& text) override { alarms_[Index(axis)].alarm = text; }
-  void SetIndicator(Axis /*axis*/, int /*band*/, double /*colour*/) override {}
   void SetPeak(Axis axis, const std::string& text) override { alarms_[Index(axis)].peak = text; }
   void SetPeakBin(Axis axis, const std::string& text) override {
     alarms_[Index(axis)].peakBin = text;
   }
 
-  void SetRecCount(const std::string& /*text*/) override {}
-  void SetSupply(const std::string& /*text*/) override {}
-  void SetTemp(const std::string& /*text*/) override {}
-  void ShowHourglass(bool /*shown*/) override {}
   void ShowProgress(int done, int total) override { Report("Reading", done, total); }
-  void HideProgress() override {}
-
-  void SetFileCountColour(double /*colour*/) override {}
-  void SetFileCount(const std::string& /*text*/) override {}
-
   void DisplaySpectrum(std::int16_t /*option*/) override {}
   void ShowTransfer(const std::string& activity, int done, int total) override {
     Report(activity, done, total);

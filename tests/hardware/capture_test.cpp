@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/capture_cycle.h"
+#include "acquisition/quiet_views.h"
 #include "app/core.h"
 #include "app/start.h"
 #include "device/rec_ctrl.h"
@@ -18,7 +19,6 @@
 #include "support/fake_main_views.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
-#include "support/quiet_views.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"

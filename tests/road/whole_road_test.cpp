@@ -10,6 +10,7 @@
 #include <tuple>
 
 #include "acquisition/capture_readout.h"
+#include "acquisition/quiet_views.h"
 #include "app/core.h"
 #include "app/start.h"
 #include "device/rec_ctrl.h"
@@ -19,7 +20,6 @@
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
-#include "support/quiet_views.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <utility>
@@ -144,6 +145,33 @@ class AlarmEditorBench : public WindowBench {
     return {row::ALM_F_LOW,  row::ALM_F_HIGH, row::ALM_X_MAG1, row::ALM_Y_MAG1,
             row::ALM_Z_MAG1, row::ALM_X_MAG2, row::ALM_Y_MAG2, row::ALM_Z_MAG2};
   }
+};
+
+using Words = std::vector<std::string>;
+
+// Columns of the table.
+constexpr int kFLow = 1;
+constexpr int kFHigh = 2;
+
+constexpr const char* kProposed = "AlarmSpectrum_Default.csv";
+inline const std::filesystem::path kProposedFile = "/program/AlarmSpectrum_Default.csv";
+
+class FrmAlarmSpectrum : public AlarmEditorBench {
+ protected:
+  static constexpr Row kBand{40, 52, 120, 121, 122, 200, 201, 202};
+
+  void OpenWithBand() {
+    Start();
+    PutIntoSensor(3, 2, kBand);
+    Open();
+  }
+  void Reopen() {
+    editor_->close();
+    overlay_.Take();
+    Open();
+  }
+  QComboBox& Files() { return Get<QComboBox>("cbxAfiles"); }
+  void ChooseFile(const char* name) { Files().setEditText(name); }
 };
 
 }  // namespace kestrel

@@ -10,10 +10,6 @@
 namespace kestrel {
 namespace {
 
-using Words = std::vector<std::string>;
-
-constexpr int kFLow = 1;
-constexpr int kFHigh = 2;
 constexpr int kAlarm1X = 3;
 constexpr int kAlarm2Z = 8;
 

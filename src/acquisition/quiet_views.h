@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-// Views of a read-out that show nothing, with auto-plot and data log off.
+// The views of a read-out where nobody looks: nothing is shown, auto-plot and data log are off.
 class QuietViews : public PlotView,
                    public BandOverlayView,
                    public AlarmStatusView,
