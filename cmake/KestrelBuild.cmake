@@ -23,6 +23,12 @@ if(KESTREL_SANITIZE)
   target_link_options(kestrel_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+option(KESTREL_COVERAGE "Count the lines and branches that are run" OFF)
+if(KESTREL_COVERAGE)
+  target_compile_options(kestrel_flags INTERFACE --coverage)
+  add_link_options(--coverage)
+endif()
+
 option(KESTREL_FUZZ "Build the fuzz targets and nothing else; needs clang" OFF)
 if(KESTREL_FUZZ)
   # Into the folders' code too; the targets add the fuzzer itself.

@@ -24,8 +24,8 @@ bool IsSpectrum() {
 }
 
 const RecordArray& DataOf(Axis axis) {
-  const std::array<const RecordArray*, 3> data{&DataX, &DataY, &DataZ};
-  return *data[Index(axis)];
+  static const std::array<const RecordArray*, 3> kData{&DataX, &DataY, &DataZ};
+  return *kData[Index(axis)];
 }
 
 // The largest magnitude apart from bin 0, which holds the mean; of a time record the sample that is
@@ -96,8 +96,9 @@ void PrintPoints(std::ostream& out) {
 }
 
 void PrintRecord(std::ostream& out, const HiddenWindow& window, const RecordReport& report) {
-  if (report.number > 0) out << "Capture " << report.number << (report.stopped ? ", stopped" : "");
-  if (report.number > 0) out << '\n';
+  if (report.number > 0) {
+    out << "Capture " << report.number << (report.stopped ? ", stopped" : "") << '\n';
+  }
   out << (IsSpectrum() ? "Spectrum" : "Time record") << ", "
       << gRecInfo->SignalRange().SettingDecription() << ", "
       << gRecInfo->Windowing().SettingDecription() << ", sample rate option "

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "regmap/register_table.h"
 
+#include <array>
 #include <bit>
 #include <cstddef>
 
@@ -129,11 +130,14 @@ constexpr bool AddressesFit() {
 }
 static_assert(AddressesFit(), "an address has 7 bits, and the high byte follows the low byte");
 
+#define KESTREL_ROW_VARIABLE(name) &row::name,
+constexpr std::array kRowVariables{KESTREL_REGISTER_NAMES(KESTREL_ROW_VARIABLE)};
+#undef KESTREL_ROW_VARIABLE
+
 void SetRowVariables() {
-  std::int16_t next = 0;
-#define KESTREL_SET_ROW(name) row::name = next++;
-  KESTREL_REGISTER_NAMES(KESTREL_SET_ROW)
-#undef KESTREL_SET_ROW
+  for (std::size_t i = 0; i < kRowVariables.size(); ++i) {
+    *kRowVariables[i] = static_cast<std::int16_t>(i);
+  }
 }
 
 void FillRow(std::size_t index, const Entry& entry) {
@@ -161,9 +165,7 @@ void BuildRegisterTable() {
 }
 
 void ResetRegisterTable() {
-#define KESTREL_CLEAR_ROW(name) row::name = -1;
-  KESTREL_REGISTER_NAMES(KESTREL_CLEAR_ROW)
-#undef KESTREL_CLEAR_ROW
+  for (std::int16_t* row : kRowVariables) *row = -1;
   RegName = {};
   RegAddr = {};
   RegGroup = {};

@@ -186,9 +186,9 @@ void UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value, const cha
 std::optional<std::array<std::uint8_t, 2>> UsbAdapter::UsbReadSettings() {
   if (!UsbPresent) return std::nullopt;
   bool sent = false;
-  std::array<std::uint8_t, 2> answer{};
   {
     const OpenedDevice device(*this, SelectedAdapter.deviceName);
+    std::array<std::uint8_t, 2> answer{};
     std::array<std::uint8_t, 1> block{kCommandReadSettings};
     sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
     if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) return answer;

@@ -12,7 +12,7 @@ QRadioButton* MakeOption(const char* name, const QString& caption, const QString
 }
 
 // An exclusive group keeps its last option selected.
-void SelectOption(QButtonGroup& group, QRadioButton* option) {
+void SelectOption(QButtonGroup& group, const QRadioButton* option) {
   group.setExclusive(false);
   for (QAbstractButton* button : group.buttons()) {
     const bool reached = option == nullptr || button == option;

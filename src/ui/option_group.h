@@ -14,7 +14,7 @@ namespace kestrel {
 
 // Selects one option of a group, or none at all. No click is seen. The tab key leads to the
 // selected one, as it does after a click.
-void SelectOption(QButtonGroup& group, QRadioButton* option);
+void SelectOption(QButtonGroup& group, const QRadioButton* option);
 
 // Of a pair: the first for true, the second for false, none without a value.
 void SelectPair(QButtonGroup& group, std::optional<bool> value, QRadioButton* first,
