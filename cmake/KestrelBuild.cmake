@@ -16,11 +16,11 @@ target_compile_options(kestrel_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Werror -ffp-contract=off)
 
-option(KESTREL_SANITIZE "Address and undefined-behaviour sanitizers" OFF)
+set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers: \"address,undefined\" or \"thread\"")
 if(KESTREL_SANITIZE)
   target_compile_options(kestrel_flags INTERFACE
-    -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  target_link_options(kestrel_flags INTERFACE -fsanitize=address,undefined)
+    -fsanitize=${KESTREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(kestrel_flags INTERFACE -fsanitize=${KESTREL_SANITIZE})
 endif()
 
 option(KESTREL_COVERAGE "Count the lines and branches that are run" OFF)
@@ -42,6 +42,6 @@ function(kestrel_folder name)
   target_include_directories(kestrel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(kestrel_${name} PUBLIC ${ARG_LINKS} PRIVATE kestrel_flags)
   if(KESTREL_SANITIZE)
-    target_link_options(kestrel_${name} PUBLIC -fsanitize=address,undefined)
+    target_link_options(kestrel_${name} PUBLIC -fsanitize=${KESTREL_SANITIZE})
   endif()
 endfunction()
