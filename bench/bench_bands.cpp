@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "figure.h"
 #include "program.h"
 
 namespace kestrel {
@@ -31,8 +32,9 @@ QPushButton* OpenEditor(Program& program, const char* button) {
   return program.Window().findChild<QPushButton*>(button);
 }
 
-// Whether every press ended with this message, within its promise.
-bool Measure(Program& program, const char* button, const std::string& message, double floor) {
+// Whether every press ended with this message.
+bool Measure(Program& program, const char* name, const char* button, const std::string& message,
+             double floor) {
   QPushButton* press = OpenEditor(program, button);
   const auto* label = program.Window().findChild<QLabel*>("lblmsg");
   std::vector<double> times;
@@ -44,10 +46,13 @@ bool Measure(Program& program, const char* button, const std::string& message, d
     whole = whole && label->text().toStdString() == message;
   }
   const double median = Median(times);
-  std::printf("%-36s %7.1f ms  floor of waits %5.1f ms  ratio %.3f  (at most %.2f)%s\n",
-              message.c_str(), median * 1e3, floor * 1e3, median / floor, kMost,
-              whole ? "" : "  NOT DONE");
-  return whole && median / floor <= kMost;
+  Print({.name = name,
+         .measured = Amount(median * 1e3, 1, "ms"),
+         .peer = "its waits: " + Amount(floor * 1e3, 1, "ms"),
+         .ratio = median / floor,
+         .promise = "at most 1.15 x",
+         .kept = median / floor <= kMost});
+  return whole;
 }
 
 }  // namespace
@@ -60,8 +65,10 @@ int main(int argc, char** argv) {
   Expose(program.Window());
   // A band read: pointer, command, eight registers. A band written: these too, in another order.
   const double accesses = kBands * 10 * kAccess;
-  const bool read = Measure(program, "cmdReadAll", "24 bands read.", accesses + kBands * kRetrieve);
-  const bool written = Measure(program, "cmdWriteAll", "24 bands written.",
-                               accesses + kBands * kBeforeSave + kAccess + kClear);
-  return read && written ? 0 : 1;
+  const bool read = Measure(program, "reading all alarm bands", "cmdReadAll", "24 bands read.",
+                            accesses + kBands * kRetrieve);
+  const bool written =
+      Measure(program, "writing all alarm bands", "cmdWriteAll", "24 bands written.",
+              accesses + kBands * kBeforeSave + kAccess + kClear);
+  return Done(read && written, "the bands were not transferred");
 }

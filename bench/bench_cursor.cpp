@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "device/capture_data.h"
+#include "figure.h"
 #include "plot_moves.h"
 #include "ui/cross_hair.h"
 
@@ -44,7 +45,7 @@ int Measure() {
   program.Press("cmdStart");
   PictureBox& plot = *window.findChild<PictureBox*>("pic1");
   EnlargePlot(window, plot);
-  const bool asPromised = plot.size() == kPlot && Buff.width == kTimeWidth;
+  const bool prepared = plot.size() == kPlot && Buff.width == kTimeWidth;
 
   const PaintCount crossHair(LayerOf<CrossHair>(plot));
   const PaintCount readOut(*window.findChild<QLabel*>("lblCursorX"));
@@ -56,14 +57,11 @@ int Measure() {
   }
   const int drawnAgain = plot.TracePaintCount() - drawnBefore;
   const double median = Median(times);
-  const bool kept = asPromised && median <= kPromisedMs && drawnAgain == 0;
-  std::printf(
-      "pointer move over 3 x %d points at %d x %d: %.3f ms median, %.3f ms at most, of %d; traces "
-      "drawn again %d times; promised: at most %.0f ms and never: %s\n",
-      Buff.width + 1, plot.width(), plot.height(), median,
-      *std::max_element(times.begin(), times.end()), kMoves, drawnAgain, kPromisedMs,
-      kept ? "kept" : "BROKEN");
-  return kept ? 0 : 1;
+  Print({.name = "pointer move over 3 x 512 points, 1600 x 900",
+         .measured = Amount(median, 2, "ms"),
+         .promise = "at most 2 ms",
+         .kept = median <= kPromisedMs});
+  return Done(prepared && drawnAgain == 0, "the plot is not prepared, or traces were drawn again");
 }
 
 }  // namespace

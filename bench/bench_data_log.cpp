@@ -20,6 +20,7 @@
 
 #include "acquisition/quiet_views.h"
 #include "device/capture_data.h"
+#include "figure.h"
 #include "logging/data_log.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
@@ -116,13 +117,13 @@ int Measure() {
   }
   const bool whole = Content(log.LastFile()).size() == content.size();
   const double ratio = Median(ratios);
-  const bool kept = whole && ratio <= kPromisedRatio;
-  std::printf(
-      "data-log file of %zu bytes: %.2f ms, plain write and fsync %.2f ms, medians of %d, as is "
-      "their ratio: %.2f; promised: at most %.0f: %s%s\n",
-      content.size(), Median(ours), Median(plain), kRounds, ratio, kPromisedRatio,
-      kept ? "kept" : "BROKEN", whole ? "" : ", FILE NOT WHOLE");
-  return kept ? 0 : 1;
+  Print({.name = "data-log file of a time record",
+         .measured = Amount(Median(ours), 2, "ms"),
+         .peer = "write and fsync: " + Amount(Median(plain), 2, "ms"),
+         .ratio = ratio,
+         .promise = "at most 3 x",
+         .kept = ratio <= kPromisedRatio});
+  return Done(whole, "the data-log file is not whole");
 }
 
 }  // namespace

@@ -6,12 +6,17 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <functional>
+#include <thread>
 #include <vector>
 
+#include "figure.h"
 #include "platform/linux/system_clock.h"
 
 namespace {
 
+using kestrel::Amount;
+using kestrel::PrintNote;
 using std::chrono::nanoseconds;
 
 double ProcessorSeconds() {
@@ -24,20 +29,30 @@ double Seconds(nanoseconds time) {
   return std::chrono::duration<double>(time).count();
 }
 
-void PrintLateness(kestrel::Clock& clock, nanoseconds wait, int rounds) {
-  std::vector<double> lateUs;
+using Lateness = std::vector<double>;  // us, sorted
+
+Lateness Measure(kestrel::Clock& clock, nanoseconds wait, int rounds,
+                 const std::function<void(nanoseconds deadline)>& waitUntil) {
+  Lateness late;
   for (int i = 0; i < rounds; ++i) {
     const nanoseconds deadline = clock.Monotonic() + wait;
-    clock.WaitUntil(deadline);
-    lateUs.push_back(Seconds(clock.Monotonic() - deadline) * 1e6);
+    waitUntil(deadline);
+    late.push_back(Seconds(clock.Monotonic() - deadline) * 1e6);
   }
-  std::sort(lateUs.begin(), lateUs.end());
-  const auto at = [&](double part) {
-    return lateUs[static_cast<std::size_t>(part * static_cast<double>(lateUs.size() - 1))];
-  };
-  std::printf(
-      "%8.0f us wait, %5d rounds: late by %.2f us median, %.2f 95 %%, %.2f 99 %%, %.2f max\n",
-      Seconds(wait) * 1e6, rounds, at(0.5), at(0.95), at(0.99), at(1.0));
+  std::sort(late.begin(), late.end());
+  return late;
+}
+
+double At(const Lateness& late, double part) {
+  return late[static_cast<std::size_t>(part * static_cast<double>(late.size() - 1))];
+}
+
+Lateness PrintLateness(kestrel::Clock& clock, nanoseconds wait, int rounds) {
+  Lateness late = Measure(clock, wait, rounds, [&](nanoseconds end) { clock.WaitUntil(end); });
+  PrintNote("A wait of " + Amount(Seconds(wait) * 1e6, 0, "us is late by ") +
+            Amount(At(late, 0.5), 2, "us (median), ") + Amount(At(late, 0.95), 2, "us (95 %), ") +
+            Amount(At(late, 0.99), 2, "us (99 %)."));
+  return late;
 }
 
 void PrintCost(kestrel::Clock& clock, nanoseconds wait) {
@@ -45,15 +60,35 @@ void PrintCost(kestrel::Clock& clock, nanoseconds wait) {
   const nanoseconds start = clock.Monotonic();
   clock.WaitUntil(start + wait);
   const double share = (ProcessorSeconds() - usedBefore) / Seconds(clock.Monotonic() - start);
-  std::printf("%8.0f us wait: %.3f %% of a core\n", Seconds(wait) * 1e6, share * 100);
+  PrintNote("A wait of " + Amount(Seconds(wait) * 1e3, 0, "ms costs ") +
+            Amount(share * 100, 2, "% of a core."));
+}
+
+// The waits between register accesses, beside the system's own sleep.
+void PrintShortWait(kestrel::Clock& clock) {
+  constexpr nanoseconds kWait = std::chrono::microseconds{100};
+  constexpr double kPromisedUs = 5;
+  const double ours = At(PrintLateness(clock, kWait, 20000), 0.5);
+  const double sleep = At(Measure(clock, kWait, 2000,
+                                  [](nanoseconds end) {
+                                    using std::chrono::steady_clock;
+                                    std::this_thread::sleep_until(steady_clock::time_point(end));
+                                  }),
+                          0.5);
+  kestrel::Print({.name = "lateness of a 100 us wait, median",
+                  .measured = Amount(ours, 2, "us"),
+                  .peer = "plain sleep: " + Amount(sleep, 1, "us"),
+                  .ratio = ours / sleep,
+                  .promise = "at most 5 us",
+                  .kept = ours <= kPromisedUs});
 }
 
 }  // namespace
 
 int main() {
   kestrel::SystemClock clock;
+  PrintShortWait(clock);
   PrintLateness(clock, std::chrono::microseconds{10}, 20000);
-  PrintLateness(clock, std::chrono::microseconds{100}, 20000);
   PrintLateness(clock, std::chrono::milliseconds{5}, 400);
   PrintLateness(clock, std::chrono::milliseconds{50}, 60);
   for (const int ms : {5, 50, 500}) PrintCost(clock, std::chrono::milliseconds{ms});

@@ -13,6 +13,7 @@
 #include <functional>
 #include <vector>
 
+#include "figure.h"
 #include "hardware/mock_usb_bus.h"
 #include "platform/linux/libusb_driver.h"
 #include "support/fake_clock.h"
@@ -109,12 +110,15 @@ int main() {
     through.push_back(Microseconds([&](Answer& a) { return DriverRead(driver, a); }, correct));
   }
   const double ratio = Median(through) / Median(bare);
-  std::printf(
-      "register read over USB: %.0f us, bare libusb calls %.0f us; ratio %.2f, allowed "
-      "%.1f; finding the board %.1f us of it%s\n",
-      Median(through), Median(bare), ratio, kAllowed, SearchMicroseconds(driver),
-      correct ? "" : "; ANSWERS WRONG");
+  Print({.name = "register read through libusb",
+         .measured = Amount(Median(through), 0, "us"),
+         .peer = "bare calls: " + Amount(Median(bare), 0, "us"),
+         .ratio = ratio,
+         .promise = "at most 1.2 x",
+         .kept = ratio <= kAllowed});
+  PrintNote("Finding the board on the mock bus takes " +
+            Amount(SearchMicroseconds(driver), 1, "us") + " of a register read.");
   libusb_unref_device(device);
   libusb_exit(context);
-  return correct && ratio <= kAllowed ? 0 : 1;
+  return Done(correct, "registers were read wrong");
 }

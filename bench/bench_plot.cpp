@@ -16,6 +16,7 @@
 #include <random>
 #include <vector>
 
+#include "figure.h"
 #include "ui/picture_box.h"
 
 namespace {
@@ -116,11 +117,15 @@ bool Compare(const char* name, const Record& record, double bottom) {
   const bool redrawn = box.TracePaintCount() == before + kRounds;
   const double again = MedianMs([&] { box.render(&window); });
   const double ratio = ours / bare;
-  const bool kept = redrawn && (ours <= kPromisedMs || ratio <= kPromisedRatio);
-  std::printf("%-9s plot box %.2f ms, bare painter %.2f ms, ratio %.2f; repaint %.2f ms: %s%s\n",
-              name, ours, bare, ratio, again, kept ? "kept" : "BROKEN",
-              redrawn ? "" : ", TRACES NOT REDRAWN");
-  return kept;
+  kestrel::Print({.name = std::string("plot of 3 x 512 points, 1600 x 900, ") + name,
+                  .measured = kestrel::Amount(ours, 2, "ms"),
+                  .peer = "bare painter: " + kestrel::Amount(bare, 2, "ms"),
+                  .ratio = ratio,
+                  .promise = "at most 4 ms or 2 x",
+                  .kept = ours <= kPromisedMs || ratio <= kPromisedRatio});
+  kestrel::PrintNote(std::string("Painting again what has not changed (") + name + ") takes " +
+                     kestrel::Amount(again, 2, "ms") + ".");
+  return redrawn;
 }
 
 // Without a promise: four times the pixels, and lines of two.
@@ -130,7 +135,8 @@ void PrintFineScreen(const Record& record) {
   kestrel::PictureBox box;
   box.resize(kSize);
   const double ours = MedianMs([&] { DrawBox(box, window, record, -1); });
-  std::printf("time on a screen of twice the scale: plot box %.2f ms\n", ours);
+  kestrel::PrintNote("The plot of a time record on a screen of twice the scale takes " +
+                     kestrel::Amount(ours, 2, "ms") + ".");
 }
 
 }  // namespace
@@ -138,10 +144,8 @@ void PrintFineScreen(const Record& record) {
 int main(int argc, char** argv) {
   if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const QApplication application(argc, argv);
-  std::printf("3 x %d points at %d x %d, median of %d; promised: at most %.0f ms or %.0f x bare\n",
-              kPoints, kSize.width(), kSize.height(), kRounds, kPromisedMs, kPromisedRatio);
-  const bool spectrum = Compare("spectrum:", Spectrum(), 0);
-  const bool vibration = Compare("time:", Vibration(), -1);
+  const bool spectrum = Compare("spectrum", Spectrum(), 0);
+  const bool vibration = Compare("time record", Vibration(), -1);
   PrintFineScreen(Vibration());
-  return spectrum && vibration ? 0 : 1;
+  return kestrel::Done(spectrum && vibration, "the traces were not drawn again");
 }

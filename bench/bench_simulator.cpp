@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "app/clock.h"
+#include "figure.h"
 #include "simulator/simulated_hardware.h"
 
 namespace {
@@ -118,7 +119,16 @@ void PrintSpectra() {
     off = std::min(off, MicrosecondsPerSpectrum(0x00));
     on = std::min(on, MicrosecondsPerSpectrum(0x07));
   }
-  std::printf("Microseconds per spectrum: alarms off %.1f, on %.1f\n", off, on);
+  kestrel::PrintNote("The simulated sensor computes a spectrum in " +
+                     kestrel::Amount(off, 1, "us, and compares it with bands in ") +
+                     kestrel::Amount(on - off, 1, "us."));
+}
+
+void PrintWords(const char* name, double perSecond) {
+  kestrel::Print({.name = name,
+                  .measured = kestrel::Amount(perSecond / 1e6, 1, "M words/s"),
+                  .promise = "at least 1 M words/s",
+                  .kept = perSecond >= kRequiredPerSecond});
 }
 
 }  // namespace
@@ -129,8 +139,8 @@ int main() {
   bool correct = true;
   const double direct = DirectWordsPerSecond(bench.Sensor(), correct);
   const double adapter = AdapterWordsPerSecond(bench.Adapter(), correct);
-  std::printf("SPI words per second: sensor %.0f, through the adapter %.0f; required %.0f%s\n",
-              direct, adapter, kRequiredPerSecond, correct ? "" : "; ANSWERS WRONG");
+  PrintWords("simulated sensor", direct);
+  PrintWords("simulated sensor through its adapter", adapter);
   PrintSpectra();
-  return correct && direct >= kRequiredPerSecond && adapter >= kRequiredPerSecond ? 0 : 1;
+  return kestrel::Done(correct, "the simulated sensor answered wrong");
 }

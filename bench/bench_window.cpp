@@ -14,12 +14,14 @@
 #include <QWidget>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
 
 #include "device/rec_ctrl.h"
+#include "figure.h"
 #include "program.h"
 
 namespace kestrel {
@@ -61,10 +63,12 @@ int MeasureReadout(int argc, char** argv) {
   }
   constexpr double kFloor = 3 * 512 * 2 * 100e-6;
   const double median = Median(times);
-  std::printf(
-      "read-out of 3 x 512, plot included   %7.1f ms  floor of waits %5.1f ms  ratio %.3f"
-      "  (at most 1.15)\n",
-      median * 1e3, kFloor * 1e3, median / kFloor);
+  Print({.name = "read-out of 3 x 512 points, with its plot",
+         .measured = Amount(median * 1e3, 1, "ms"),
+         .peer = "its waits: " + Amount(kFloor * 1e3, 1, "ms"),
+         .ratio = median / kFloor,
+         .promise = "at most 1.15 x",
+         .kept = median / kFloor <= 1.15});
   return 0;
 }
 
@@ -100,8 +104,10 @@ int MeasureWaiting(int argc, char** argv) {
   QTimer::singleShot(14000, [&] {
     const double part =
         (ProcessorSeconds() - processorAtStart) / Seconds(steady_clock::now() - start);
-    std::printf("processor while a capture is waited for %6.2f %% of a core  (less than 3 %%)\n",
-                part * 100);
+    Print({.name = "processor while a capture is waited for",
+           .measured = Amount(part * 100, 2, "% of a core"),
+           .promise = "at most 3 %",
+           .kept = part <= 0.03});
     program.Window().close();
   });
   // Option 1: 255 averages take about 20 s, of which 11.5 s are waited for before the first poll.
@@ -115,12 +121,15 @@ int MeasureMemory(int argc, char** argv) {
   Program program;
   Expose(program.Window());
   for (int i = 0; i < 3; ++i) program.Press("cmdStart");
-  std::printf("resident memory after three captures %7.1f MB  (below 100 MB)\n",
-              ResidentMegabytes());
+  const double resident = ResidentMegabytes();
+  Print({.name = "resident memory after three captures",
+         .measured = Amount(resident, 1, "MB"),
+         .promise = "at most 100 MB",
+         .kept = resident <= 100});
   return 0;
 }
 
-// Wall time of a whole child process doing one of the above.
+// Wall time of a whole child process doing one of the above. Ends this one where that failed.
 double TimeChild(char* self, const char* what) {
   const auto start = steady_clock::now();
   const pid_t child = fork();
@@ -130,7 +139,7 @@ double TimeChild(char* self, const char* what) {
   }
   int status = 0;
   waitpid(child, &status, 0);
-  if (status != 0) std::printf("%s failed\n", what);
+  if (status != 0) std::exit(Done(false, what));
   return Seconds(steady_clock::now() - start);
 }
 
@@ -141,10 +150,13 @@ void CompareStartUp(char* self) {
     empty.push_back(TimeChild(self, "empty"));
     program.push_back(TimeChild(self, "program"));
   }
-  std::printf(
-      "main window visible, quick start     %7.1f ms  empty window  %5.1f ms  ratio %.2f"
-      "  (at most 2.5)\n",
-      Median(program) * 1e3, Median(empty) * 1e3, Median(program) / Median(empty));
+  const double ratio = Median(program) / Median(empty);
+  Print({.name = "main window on the screen, --quick-start",
+         .measured = Amount(Median(program) * 1e3, 0, "ms"),
+         .peer = "empty window: " + Amount(Median(empty) * 1e3, 0, "ms"),
+         .ratio = ratio,
+         .promise = "at most 2.5 x",
+         .kept = ratio <= 2.5});
 }
 
 }  // namespace
@@ -159,7 +171,6 @@ int main(int argc, char** argv) {
   if (what == "waiting") return MeasureWaiting(argc, argv);
   if (what == "memory") return MeasureMemory(argc, argv);
   CompareStartUp(argv[0]);
-  std::fflush(stdout);
   for (const char* figure : {"readout", "waiting", "memory"}) TimeChild(argv[0], figure);
   return 0;
 }

@@ -109,8 +109,8 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
 
 int Run(const Options& options) {
   using namespace kestrel;
-  System system(
-      {.portAddress = [] { return PortAddress; }, .portDevice = options.portDevice.toStdString()});
+  System system({.portAddress = [] { return PortAddress; }});
+  system.UsePortDevice(options.portDevice.toStdString());
   iniSystem2(System::Version());
   QtEventLoop loop;
   QtMousePointer pointer;

@@ -25,17 +25,18 @@ void OnInterrupt(int /*signal*/) {
 }
 
 int Run(const std::vector<std::string>& arguments) {
-  kestrel::System system({.portAddress = [] { return kestrel::PortAddress; }, .portDevice = ""});
+  kestrel::System system({.portAddress = [] { return kestrel::PortAddress; }});
   kestrel::iniSystem2(kestrel::System::Version());
-  return static_cast<int>(
-      kestrel::RunProgram(arguments, {.clock = system.SystemClock(),
-                                      .files = system.SystemFiles(),
-                                      .locale = system.SystemLocale(),
-                                      .hardware = system.Devices(),
-                                      .interrupted = [] { return pressed.exchange(false); },
-                                      .out = std::cout,
-                                      .error = std::cerr,
-                                      .showProgress = kestrel::System::ErrorIsTerminal()}));
+  return static_cast<int>(kestrel::RunProgram(
+      arguments, {.clock = system.SystemClock(),
+                  .files = system.SystemFiles(),
+                  .locale = system.SystemLocale(),
+                  .hardware = system.Devices(),
+                  .usePortDevice = [&](const auto& device) { system.UsePortDevice(device); },
+                  .interrupted = [] { return pressed.exchange(false); },
+                  .out = std::cout,
+                  .error = std::cerr,
+                  .showProgress = kestrel::System::ErrorIsTerminal()}));
 }
 
 }  // namespace

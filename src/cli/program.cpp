@@ -56,10 +56,14 @@ void AddConnection(CLI::App& app, Connection& connection) {
       "--parallel",
       [&](const std::string& text) { connection.parallelAddress = ParsePortAddress(text); },
       "Use the parallel port at this hexadecimal address");
+  auto* device =
+      app.add_option("--port-device", connection.portDevice,
+                     "Use this parallel port, for example /dev/parport1, whatever its address");
   app.add_option("--scenario", connection.scenario, "What the simulated sensor measures")
       ->needs(simulate)
       ->check(CLI::IsMember(ScenarioNames()));
   parallel->excludes(adapter);
+  device->excludes(adapter)->excludes(simulate);
 }
 
 ExitCode RunCommand(Command& command, Session& session, const Output& output) {

@@ -54,13 +54,17 @@ void Session::Prepare() {
 
 bool Session::Connect() {
   Prepare();
-  if (connection_.parallelAddress) {
+  if (!connection_.portDevice.empty()) surroundings_.usePortDevice(connection_.portDevice);
+  if (connection_.parallelAddress || !connection_.portDevice.empty()) {
     InterfaceType = kParallelPort;
-    PortAddress = *connection_.parallelAddress;
+    PortAddress = connection_.parallelAddress.value_or(PortAddress);
   } else if (connection_.simulate || connection_.adapter || !ReadConfigFile(files, messages)) {
     InterfaceType = kUsbAdapter;
   }
   InitInterface(core);
+  if (InterfaceType == kParallelPort && !core.seams.driverService.Explanation().empty()) {
+    return false;
+  }
   if (connection_.adapter && UsbPresent) {
     if (!AdapterRecords.at(static_cast<std::size_t>(*connection_.adapter)).present) {
       messages.Show("There is no adapter Ezusb-" + std::to_string(*connection_.adapter) + ".");

@@ -25,7 +25,9 @@ struct Surroundings {
   Clock& clock;
   Files& files;
   Locale& locale;
-  Hardware hardware;                  // the system's devices
+  Hardware hardware;  // the system's devices
+  // Takes a device for the parallel port, where the system has names for ports.
+  std::function<void(const std::string& device)> usePortDevice = [](const std::string&) {};
   std::function<bool()> interrupted;  // Ctrl-C since last asked
   std::ostream& out;
   std::ostream& error;
@@ -39,6 +41,7 @@ struct Connection {
   std::string scenario;        // of the simulated sensor; empty for the usual one
   std::optional<int> adapter;  // 0..3
   std::optional<std::int16_t> parallelAddress;
+  std::string portDevice;  // of the parallel port, whatever its address; empty for that address's
 };
 
 // The program's logic, connected to a sensor.

@@ -18,8 +18,6 @@ namespace kestrel {
 struct SystemOptions {
   // The parallel port's base address, asked when the port is opened.
   std::function<std::int16_t()> portAddress;
-  // Names the parallel port's device instead, where the system has such names.
-  std::string portDevice;
 };
 
 // The operating system behind the seams. Make it on the thread that waits.
@@ -34,6 +32,10 @@ class System {
   [[nodiscard]] Files& SystemFiles();
   [[nodiscard]] Locale& SystemLocale();
   [[nodiscard]] Hardware Devices();
+
+  // Takes this device for the parallel port, whatever its address, where the system has names for
+  // ports ("/dev/parport1"). Call it before the port is opened; "" goes back to the address.
+  void UsePortDevice(const std::string& device);
 
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();

@@ -34,6 +34,7 @@ class ProgramBench : public testing::Test {
                                   .files = files,
                                   .locale = locale,
                                   .hardware = {&usb, &port, &service},
+                                  .usePortDevice = [this](const auto& d) { portDevice = d; },
                                   .interrupted = interrupted,
                                   .out = out,
                                   .error = error,
@@ -59,6 +60,7 @@ class ProgramBench : public testing::Test {
   UnusedDriverService service;
   std::function<bool()> interrupted = [] { return false; };
   bool showProgress = false;
+  std::string portDevice;  // that the program asked for
   std::ostringstream out;
   std::ostringstream error;
 };

@@ -15,34 +15,38 @@ class Program : public ProgramBench {};
 
 TEST_F(Program, HelpNamesEveryCommandAndTheExitCodes) {
   EXPECT_EQ(Run({"--help"}), ExitCode::Success);
-  for (const char* word : {"capture", "registers", "bands", "command", "record", "status",
-                           "adapters", "--simulate", "--adapter", "--parallel", "--json", "130"}) {
+  for (const char* word :
+       {"capture", "registers", "bands", "command", "record", "status", "adapters", "--simulate",
+        "--adapter", "--parallel", "--port-device", "--json", "130"}) {
     EXPECT_NE(out.str().find(word), std::string::npos) << word;
   }
   EXPECT_EQ(error.str(), "");
 }
 
 TEST_F(Program, AWrongCommandLineIsRefusedBeforeAnythingIsDone) {
-  for (const std::vector<std::string>& arguments :
-       std::vector<std::vector<std::string>>{{},
-                                             {"fly"},
-                                             {"capture", "--averages", "256"},
-                                             {"capture", "--averages", "many"},
-                                             {"capture", "--mode", "reserved"},
-                                             {"capture", "--option", "4"},
-                                             {"capture", "--count", "0"},
-                                             {"capture", "--name", "pump"},
-                                             {"record", "16"},
-                                             {"command", "-1"},
-                                             {"registers"},
-                                             {"bands", "load"},
-                                             {"--adapter", "Ezusb-4", "status"},
-                                             {"--parallel", "xyz", "status"},
-                                             {"--parallel", "10000", "status"},
-                                             {"--scenario", "none", "status"}}) {
+  for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+           {},
+           {"fly"},
+           {"capture", "--averages", "256"},
+           {"capture", "--averages", "many"},
+           {"capture", "--mode", "reserved"},
+           {"capture", "--option", "4"},
+           {"capture", "--count", "0"},
+           {"capture", "--name", "pump"},
+           {"record", "16"},
+           {"command", "-1"},
+           {"registers"},
+           {"bands", "load"},
+           {"--adapter", "Ezusb-4", "status"},
+           {"--parallel", "xyz", "status"},
+           {"--parallel", "10000", "status"},
+           {"--port-device", "/dev/parport1", "--adapter", "Ezusb-1", "status"},
+           {"--simulate", "--port-device", "/dev/parport1", "status"},
+           {"--scenario", "none", "status"}}) {
     EXPECT_EQ(Run(arguments), ExitCode::Usage) << testing::PrintToString(arguments);
     EXPECT_NE(error.str(), "");
     EXPECT_EQ(out.str(), "");
+    EXPECT_EQ(portDevice, "");
   }
 }
 

@@ -1,15 +1,18 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-// The command-line program over a board on a mock USB bus.
+// The command-line program over a board on a mock USB bus and over a mock parallel port.
 
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/program.h"
 #include "hardware/libusb_bench.h"
+#include "hardware/mock_parallel_port.h"
+#include "platform/system.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/reset_program.h"
+#include "support/swift_clock.h"
 #include "support/unused_hardware.h"
 
 namespace kestrel {
@@ -63,6 +66,54 @@ TEST_F(CliOverUsb, TheBoardsAreListed) {
 
 TEST_F(CliOverUsb, WithNothingAttachedItEndsWithACodeOfItsOwn) {
   EXPECT_EQ(Run({"status"}), ExitCode::NoSensor);
+}
+
+// Over two parallel ports of which the system tells no address.
+class CliOverParallelPort : public testing::Test {
+ protected:
+  CliOverParallelPort() { ResetProgram(); }
+  ~CliOverParallelPort() override { ResetProgram(); }
+
+  ExitCode Run(const std::vector<std::string>& arguments) {
+    return RunProgram(
+        arguments,
+        {.clock = clock,
+         .files = files,
+         .locale = locale,
+         .hardware = system.Devices(),
+         .usePortDevice = [this](const std::string& device) { system.UsePortDevice(device); },
+         .interrupted = [] { return false; },
+         .out = out,
+         .error = error});
+  }
+
+  SwiftClock clock;
+  SimulatedSensor sensor{clock, RunningMachine()};
+  MockTestbed testbed;
+  MockParallelPort first{testbed, 0, sensor};
+  MockParallelPort second{testbed, 1, sensor};
+  System system{{.portAddress = [] { return PortAddress; }}};
+  MemoryFiles files;
+  FixedLocale locale;
+  std::ostringstream out;
+  std::ostringstream error;
+};
+
+TEST_F(CliOverParallelPort, TheDeviceThatWasNamedIsUsed) {
+  ASSERT_EQ(Run({"--json", "--port-device", "/dev/parport1", "registers", "read", "PROD_ID"}),
+            ExitCode::Success)
+      << error.str();
+  EXPECT_EQ(nlohmann::json::parse(out.str())["value"], 31407);
+  EXPECT_EQ(error.str(), "");
+  EXPECT_FALSE(first.Claimed());
+  EXPECT_TRUE(second.Claimed());
+}
+
+TEST_F(CliOverParallelPort, APortThatCannotBeHadIsNoSensor) {
+  EXPECT_EQ(Run({"--port-device", "/dev/parport7", "registers", "read", "PROD_ID"}),
+            ExitCode::NoSensor);
+  EXPECT_NE(error.str().find("/dev/parport7 does not exist"), std::string::npos) << error.str();
+  EXPECT_EQ(out.str(), "");
 }
 
 }  // namespace

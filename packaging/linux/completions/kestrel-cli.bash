@@ -1,7 +1,7 @@
 # Completion of kestrel-cli for bash.
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local global="--simulate --scenario --adapter --parallel --json --version --help"
+  local global="--simulate --scenario --adapter --parallel --port-device --json --version --help"
   local commands="capture registers bands command record status adapters"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
@@ -17,7 +17,8 @@ _kestrel_cli() {
     --option) words="0 1 2 3" ;;
     --window) words="rectangular hanning flattop" ;;
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
-    --scenario) words="running-machine bearing-fault" ;;
+    --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
+    --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
     --out) COMPREPLY=($(compgen -d -- "$current")); return ;;
     *)
       case $command:$action in
@@ -28,8 +29,8 @@ _kestrel_cli() {
         bands:) words="read write clear load save" ;;
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
-        record:) words="--time --data" ;;
-        status:) words="--clear" ;;
+        record:) words="--time --data --help" ;;
+        status:) words="--clear --help" ;;
       esac ;;
   esac
   COMPREPLY=($(compgen -W "$words" -- "$current"))

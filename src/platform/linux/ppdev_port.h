@@ -5,6 +5,7 @@
 #include <chrono>
 #include <functional>
 #include <string>
+#include <utility>
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/parallel_ports.h"
@@ -30,6 +31,9 @@ class PpdevPort : public PortIo {
   ~PpdevPort() override;
   PpdevPort(const PpdevPort&) = delete;
   PpdevPort& operator=(const PpdevPort&) = delete;
+
+  // As Options::device; a port that is held already is kept.
+  void UseDevice(std::filesystem::path device) { options_.device = std::move(device); }
 
   // Takes hold of the port that is wanted, giving up one held at another address.
   void giveio() override { static_cast<void>(Claim()); }

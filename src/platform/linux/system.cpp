@@ -15,7 +15,7 @@ namespace kestrel {
 
 struct System::Parts {
   explicit Parts(const SystemOptions& options)
-      : port(options.portAddress, {.device = options.portDevice}), service(port) {}
+      : port(options.portAddress), service(port) {}
 
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
@@ -39,6 +39,9 @@ Locale& System::SystemLocale() {
 }
 Hardware System::Devices() {
   return {&parts_->usb, &parts_->port, &parts_->service};
+}
+void System::UsePortDevice(const std::string& device) {
+  parts_->port.UseDevice(device);
 }
 SystemVersion System::Version() {
   return {};

@@ -43,6 +43,8 @@ Locale& System::SystemLocale() {
 Hardware System::Devices() {
   return {&parts_->usb, &parts_->port, &parts_->service};
 }
+// Ports have no names here, only addresses.
+void System::UsePortDevice(const std::string& /*device*/) {}
 // GetVersionEx tells programs without a manifest of their own an old version.
 SystemVersion System::Version() {
   using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
