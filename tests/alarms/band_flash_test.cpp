@@ -18,6 +18,7 @@
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"
 #include "support/scripted_loop.h"
+#include "support/seeds.h"
 
 namespace kestrel {
 namespace {
@@ -72,6 +73,38 @@ TEST_F(BandFlash, EveryValueComesBackAsItWasWritten) {
     transfer.ReadAllFlash();
     EXPECT_EQ(AlarmBandTable, table) << "round " << round;
   }
+}
+
+// Whatever was transferred before, and in whatever order.
+TEST_F(BandFlash, EveryTransferOfOneOptionLeavesTheOthersAlone) {
+  WithSeeds(6, [this](Random& random) {
+    transfer.cmdClearAll_Click();
+    clock.Advance(std::chrono::seconds{1});
+    BandTable held;  // by the sensor
+    for (int step = 0; step < 12; ++step) {
+      SCOPED_TRACE("step " + std::to_string(step));
+      const auto option = static_cast<std::int16_t>(random.Below(kSampleRateOptions));
+      for (int changes = 10; changes > 0; --changes) {
+        const int field = random.Of(kBandFields);
+        AlarmBandTable(field, random.Between(1, kAlarmBands), random.Below(kSampleRateOptions)) =
+            random.Below(field <= kFHighField ? 256 : 0x8000);
+      }
+      const BandTable edited = AlarmBandTable;
+      const bool writes = random.OneIn(2);
+      writes ? transfer.Write6BandsToFlash(option) : transfer.ReadFlash(option);
+      for (int band = 1; band <= kAlarmBands; ++band) {
+        for (const int field : kBandFields) {
+          if (writes) held(field, band, option) = edited(field, band, option);
+          EXPECT_EQ(AlarmBandTable(field, band, option), held(field, band, option));
+        }
+      }
+      const BandTable unsaved = AlarmBandTable;
+      transfer.ReadAllFlash();
+      EXPECT_EQ(AlarmBandTable, held);
+      AlarmBandTable = unsaved;
+    }
+    EXPECT_TRUE(messages.Texts().empty());
+  });
 }
 
 TEST_F(BandFlash, TheLargestCodeOfTheYAxisComesBackWith15Bits) {

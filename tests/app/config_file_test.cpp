@@ -11,6 +11,7 @@
 #include "app/program_state.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
+#include "support/seeds.h"
 
 namespace kestrel {
 namespace {
@@ -193,6 +194,49 @@ TEST_F(ConfigFile, FileThatCannotBeWrittenIsNotReported) {
   EXPECT_NO_THROW(WriteConfigFile(files_));
   EXPECT_THAT(files_.contents, IsEmpty());
   EXPECT_THAT(Settings(), ElementsAre(100, 200, 300));
+}
+
+// Whole numbers of any size, letters and nothing, in any order: each setting has its last good
+// value and the first bad line is named.
+TEST_F(ConfigFile, RandomLinesAreTakenOrNamed) {
+  const std::vector<std::string> keys{"Interface", "Port Address", "ProductNumber"};
+  const std::vector<std::string> texts{"", "x", "12 mm", "1,5", "0x10", "--1", "nan"};
+  WithSeeds(200, [&](Random& random) {
+    messages_.Clear();
+    std::vector<int> expected = Settings();
+    std::string content;
+    int firstBad = 0;
+    for (int line = 1; line <= 8; ++line) {
+      const auto key = static_cast<std::size_t>(random.Below(3));
+      const int value = random.Between(-40000, 40000);
+      const bool isNumber = !random.OneIn(4);
+      const bool fits = isNumber && value >= -32768 && value <= 32767;
+      content += keys[key] + " = " + (isNumber ? std::to_string(value) : random.Of(texts)) +
+                 (random.OneIn(2) ? "\n" : "\r\n");
+      if (fits) expected[key] = value;
+      if (!fits && firstBad == 0) firstBad = line;
+    }
+    EXPECT_TRUE(Read(content));
+    EXPECT_EQ(Settings(), expected) << content;
+    ASSERT_EQ(messages_.Texts().size(), firstBad == 0 ? 0U : 1U);
+    if (firstBad == 0) return;
+    const std::string named = "\nLine " + std::to_string(firstBad) + ": ";
+    EXPECT_NE(messages_.Texts()[0].find(named), std::string::npos) << messages_.Texts()[0];
+  });
+}
+
+TEST_F(ConfigFile, AnySettingsReadBack) {
+  WithSeeds(100, [this](Random& random) {
+    InterfaceType = static_cast<std::int16_t>(random.Word());
+    PortAddress = static_cast<std::int16_t>(random.Word());
+    ProductNumber = static_cast<std::int16_t>(random.Word());
+    const std::vector<int> written = Settings();
+    WriteConfigFile(files_);
+    ResetProgramState();
+    EXPECT_TRUE(ReadConfigFile(files_, messages_));
+    EXPECT_EQ(Settings(), written);
+    EXPECT_THAT(messages_.Texts(), IsEmpty());
+  });
 }
 
 }  // namespace

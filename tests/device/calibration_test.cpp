@@ -243,5 +243,19 @@ TEST_F(Null, WhatWasTypedCanBeTakenBack) {
   EXPECT_EQ(values[0], "0.0048");
 }
 
+// The four decimals shown are enough to tell all words apart.
+TEST_F(Null, WritingWhatIsShownKeepsTheWord) {
+  for (int word = 0; word < 0x10000; word += 11) {
+    Hold(word, 0xFFFF - word, word ^ 0x5555);
+    logic.ReadCalRegisters();
+    for (const Axis axis : kAxes) {
+      const int held = sensor.Word(kAddresses.at(Index(axis)));
+      ASSERT_EQ(WordOf(axis, values.at(Index(axis))), held);
+    }
+    TakeFrames();
+    clock.ClearWaits();
+  }
+}
+
 }  // namespace
 }  // namespace kestrel

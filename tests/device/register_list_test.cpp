@@ -2,8 +2,13 @@
 // SPDX-License-Identifier: MIT
 #include "device/register_list.h"
 
+#include <set>
+#include <sstream>
+
+#include "device/register_log.h"
 #include "regmap/register_table.h"
 #include "support/register_bench.h"
+#include "support/seeds.h"
 
 namespace kestrel {
 namespace {
@@ -147,6 +152,34 @@ TEST_F(RegisterList, ASensorLostAtAnyRequestGivesNoListOneMessageAndNoNewNames) 
     EXPECT_EQ(messages.Texts().size(), 1U);
     EXPECT_EQ(RegName[row::REV], "REV");
   }
+}
+
+// The file, read again line by line, tells each register's address and the word that it held.
+TEST_F(RegisterList, TheLogFileHoldsWhateverTheRegistersHeld) {
+  WithSeeds(20, [this](Random& random) {
+    for (int address = 0; address < 0x78; address += 2) sensor.Set(address, random.Word());
+    const auto file = WriteRegisterLog(files, locale, List().text);
+    std::istringstream lines(files.contents.at(file));
+    std::set<int> addresses;
+    for (std::string line; std::getline(lines, line);) {
+      ASSERT_TRUE(line.ends_with("\r"));
+      std::string name;
+      int address = 0;
+      int word = 0;
+      std::istringstream cells(line);
+      if (!(cells >> name >> std::hex >> address >> word)) continue;  // the heading
+      ASSERT_TRUE(addresses.insert(address).second) << line;
+      const int held = sensor.Word(address);
+      int shown = held;
+      if (name == "REC_PNTR") shown &= 0xF;
+      if (name == "DIO_CTRL") shown &= 0xFF;
+      if (name == "ALM_Y_MAG2") shown &= 0x7FFF;
+      if (name == "COMMAND") shown = 0;
+      EXPECT_EQ(word, shown) << line;
+    }
+    EXPECT_EQ(addresses.size(), 50U);
+    sensor.ClearFrames();
+  });
 }
 
 }  // namespace

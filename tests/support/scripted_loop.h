@@ -33,6 +33,12 @@ class ScriptedLoop : public EventLoop {
   void At(Time time, Handler handler) { byTime_.emplace(time, std::move(handler)); }
   void AtYield(int number, Handler handler) { byYield_.emplace(number, std::move(handler)); }
 
+  // What has not happened by now does not happen any more.
+  void ForgetScript() {
+    byTime_.clear();
+    byYield_.clear();
+  }
+
   void Yield() override {
     CountYield();
     while (RunByYield() || RunDue()) {

@@ -5,6 +5,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sstream>
+
+#include "support/seeds.h"
+
 namespace kestrel {
 namespace {
 
@@ -54,6 +58,35 @@ TEST(SpiFrames, AHighByteOfFfIsRefusedBeforeItOverflows) {
       " cannot be sent: a high byte of FF overflows in the adapter's block. Frames go up to FEFF.";
   ExpectFault({"1", "FF00"}, 2, "Frame 2: \"FF00\"" + why);
   ExpectFault({"ffff"}, 1, "Frame 1: \"ffff\"" + why);
+}
+
+// However they are typed: in small letters or capitals, with zeros or a prefix before them.
+TEST(SpiFrames, AnyFramesAreTakenAsTyped) {
+  WithSeeds(200, [](Random& random) {
+    const std::vector<std::string> starts{"", "0", "0x", "0X00", "  ", "\t"};
+    FrameTexts texts;
+    std::vector<std::uint16_t> frames;
+    for (int count = random.Between(1, kFramesPerTransfer); count > 0; --count) {
+      frames.push_back(static_cast<std::uint16_t>(random.Below(0xFF00)));
+      std::ostringstream text;
+      text << random.Of(starts) << std::hex << (random.OneIn(2) ? std::uppercase : std::nouppercase)
+           << frames.back() << (random.OneIn(2) ? " " : "");
+      texts.at(frames.size() - 1) = text.str();
+    }
+    EXPECT_EQ(ReadTypedFrames(texts).frames, frames);
+    const auto at = static_cast<std::size_t>(random.Below(static_cast<int>(frames.size())));
+    const std::vector<std::string> faults{"", "G", "ff00", "12345", "1 2", "-1"};
+    texts.at(at) = random.Of(faults);
+    const bool isLast = at + 1 == frames.size();
+    const TypedFrames typed = ReadTypedFrames(texts);
+    if (texts.at(at).empty() && isLast && at > 0) {
+      frames.pop_back();
+      EXPECT_EQ(typed.frames, frames);
+    } else {
+      EXPECT_EQ(typed.faultyFrame, static_cast<int>(at) + 1);
+      EXPECT_THAT(typed.frames, IsEmpty());
+    }
+  });
 }
 
 }  // namespace

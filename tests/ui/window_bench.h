@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "app/start.h"
+#include "pass_loop.h"
 #include "simulator/simulated_hardware.h"
 #include "support/failing_usb_driver.h"
 #include "support/fixed_locale.h"
@@ -28,7 +29,6 @@
 #include "support/reset_program.h"
 #include "support/swift_clock.h"
 #include "ui/picture_box.h"
-#include "ui/qt_event_loop.h"
 #include "ui/qt_seams.h"
 #include "ui/start_windows.h"
 
@@ -91,7 +91,7 @@ class WindowBench : public ::testing::Test {
   SwiftClock clock_;
   SimulatedHardware hardware_;
   FailingUsbDriver usb_;
-  QtEventLoop loop_;
+  PassLoop loop_;
   QtMousePointer pointer_;
   RecordingMessages messages_;
   MemoryFiles files_;

@@ -1,0 +1,72 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractButton>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "all_windows_bench.h"
+#include "support/seeds.h"
+
+namespace kestrel {
+
+// Everything that can be clicked, in any order.
+class RandomUseBench : public AllWindowsBench {
+ protected:
+  // Boxes that have their cause in what a click can do: nothing is typed here.
+  static bool HasACause(const std::string& text) {
+    for (const char* cause :
+         {"Error: Index must be between 0 and 15   idx = -1",  // no function chosen
+          "Please select an interface before taking data",
+          "Please Select a Buffer first",     // no board selected
+          "the file cannot be read",          // no alarm file chosen
+          "Error while writting Alarm File",  // nor a name for one
+          "Save: nothing has been sent yet.", "Writing ", "Value to write", "frame", "Frame",
+          "Data log"}) {
+      if (text.find(cause) != std::string::npos) return true;
+    }
+    return false;
+  }
+
+  // What opens the system's own dialogs, or ends the program.
+  static bool IsLeftOut(const QString& name) {
+    static const std::set<QString> kLeftOut{"MnuExit", "mnuAbout", "cmdPrint"};
+    return kLeftOut.contains(name);
+  }
+
+  std::vector<QWidget*> Clickable() {
+    std::vector<QWidget*> found;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (!window->isVisible()) continue;
+      for (auto* button : window->findChildren<QAbstractButton*>()) {
+        if (button->isVisible() && button->isEnabled() && !IsLeftOut(button->objectName()) &&
+            !button->objectName().startsWith("qt_")) {
+          found.push_back(button);
+        }
+      }
+      for (auto* list : window->findChildren<QComboBox*>()) {
+        if (list->isVisible() && list->isEnabled() && list->count() > 0) found.push_back(list);
+      }
+    }
+    return found;
+  }
+
+  void Click(QWidget* widget, Random& random) {
+    if (auto* list = qobject_cast<QComboBox*>(widget)) {
+      // Few averages, or a capture takes long.
+      const int most = list->objectName() == "cbxFFTAvgs" ? 3 : list->count();
+      list->setCurrentIndex(random.Below(most));
+    } else {
+      static_cast<QAbstractButton*>(widget)->click();
+    }
+  }
+
+  void OpenSomething(Random& random) {
+    const Item& item = random.Of(kItems);
+    if (QApplication::activeModalWidget() == nullptr) Trigger(item.action);
+  }
+};
+
+}  // namespace kestrel
