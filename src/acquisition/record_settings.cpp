@@ -44,6 +44,7 @@ int RecordSettings::Accepted(Setting setting, int last, const char* complaint) {
 }
 
 void RecordSettings::Set_RecCtrl() {
+  const cRecCtrl earlier = *gRecCtrl;
   const auto code = [](int index) { return static_cast<std::int16_t>(index); };
   const int window = Accepted(Setting::Window, 2, "Error Windowing ComboBox box index = ");
   if (window >= 0) gRecCtrl->Windowing(code(window));
@@ -64,29 +65,60 @@ void RecordSettings::Set_RecCtrl() {
 
   gRecCtrl->WriteRecCtrl();
   Display_RecCtrl();
+  if (!RegisterAccess::Usable()) *gRecCtrl = earlier;
+  ShowLastReadIfLost();
 }
 
+// What a lost sensor seems to answer must not become the scale that the windows show.
 void RecordSettings::Display_RecCtrl() {
+  const cRecCtrl earlier = *gRecCtrl;
   gRecCtrl->ReadRecCtrl();
-  if (!RegisterAccess::Usable()) return;
-  ShowCode(Setting::Window, gRecCtrl->Windowing());
-  for (int bit = 0; bit < kSampleRateBits; ++bit) {
-    view_.SetSampleRateBit(bit, (gRecCtrl->SampleRate() >> bit & 1) != 0);
+  const std::int16_t storage = RegisterAccess::Usable() ? gRecCtrl->StrogeMethod() : 0;
+  if (!RegisterAccess::Usable()) {
+    *gRecCtrl = earlier;
+    return;
   }
-  view_.SetPowerDown(gRecCtrl->PowerDown() != 0);
+  ShowCode(Setting::Window, gRecCtrl->Windowing());
+  readBits_ = gRecCtrl->SampleRate();
+  readPowerDown_ = gRecCtrl->PowerDown() != 0;
+  ShowBoxes();
   ShowCode(Setting::SignalRange, gRecCtrl->RangeFS());
-  ShowCode(Setting::Storage, gRecCtrl->StrogeMethod());
+  ShowCode(Setting::Storage, storage);
   ShowCode(Setting::RecMode, gRecCtrl->RecModeCode());
 }
 
+void RecordSettings::ShowBoxes() {
+  for (int bit = 0; bit < kSampleRateBits; ++bit) {
+    view_.SetSampleRateBit(bit, (readBits_ >> bit & 1) != 0);
+  }
+  view_.SetPowerDown(readPowerDown_);
+}
+
 void RecordSettings::ShowCode(Setting setting, std::int16_t code) {
-  if (!view_.Select(setting, code)) view_.Deselect(setting);
+  if (Show(setting, code)) return;
+  view_.Deselect(setting);
+  read_[setting] = -1;
+}
+
+bool RecordSettings::Show(Setting setting, int index) {
+  if (!view_.Select(setting, index)) return false;
+  read_[setting] = index;
+  return true;
+}
+
+void RecordSettings::ShowLastReadIfLost() {
+  if (RegisterAccess::Usable()) return;
+  for (const auto& [setting, index] : read_) {
+    if (!view_.Select(setting, index)) view_.Deselect(setting);
+  }
+  if (read_.contains(Setting::RecMode)) ShowBoxes();
 }
 
 void RecordSettings::Write_RecPrd() {
   registers_.WriteReg(row::REC_PRD,
                       view_.Selected(Setting::Interval) + view_.Selected(Setting::Units) * 256);
   Read_RecPrd();
+  ShowLastReadIfLost();
 }
 
 void RecordSettings::Read_RecPrd() {
@@ -94,7 +126,7 @@ void RecordSettings::Read_RecPrd() {
   if (!RegisterAccess::Usable()) return;
   const std::int32_t value = RegValue;
   const std::int32_t count = value & 0xFF;
-  if (!view_.Select(Setting::Interval, count)) {
+  if (!Show(Setting::Interval, count)) {
     messages_.Show("Error setting timer value cbx box\nValue = " + GeneralNumber(count) +
                    " is not valid.");
   }
@@ -105,7 +137,7 @@ void RecordSettings::Read_RecPrd() {
         GeneralNumber(unit) + "\nThis value should not be greater than 2.");
     return;
   }
-  view_.Select(Setting::Units, unit);
+  Show(Setting::Units, unit);
 }
 
 void RecordSettings::Read_RecPtrCnt() {
@@ -115,7 +147,7 @@ void RecordSettings::Read_RecPtrCnt() {
     messages_.Show("\n\nError reading Record Pointer (REC_PNTR) register\nvalue = " +
                    GeneralNumber(RegValue) + "\nValid values are 0 to 15.");
   } else {
-    view_.Select(Setting::RecPntr, RegValue);
+    Show(Setting::RecPntr, RegValue);
   }
   registers_.ReadReg(row::REC_CNT);
   if (!RegisterAccess::Usable()) return;
@@ -126,13 +158,13 @@ void RecordSettings::Read_FFTAVGS() {
   registers_.ReadReg(row::FFT_AVG);
   if (!RegisterAccess::Usable()) return;
   SetAverages(RegValue);
-  if (RegValue >= 1 && RegValue <= 255) view_.Select(Setting::FftAvgs, RegValue);
+  if (RegValue >= 1 && RegValue <= 255) Show(Setting::FftAvgs, RegValue);
 }
 
 void RecordSettings::Read_FftAvg() {
   registers_.ReadReg(row::FFT_AVG);
   if (!RegisterAccess::Usable()) return;
-  view_.Select(Setting::FftAvgs, RegValue);
+  Show(Setting::FftAvgs, RegValue);
 }
 
 void RecordSettings::ShowWorkingCapPrd() {
@@ -153,11 +185,13 @@ void RecordSettings::HideWorkingSign() {
 void RecordSettings::cbxFFTAvgs_Click() {
   registers_.WriteReg(row::FFT_AVG, std::max(view_.Selected(Setting::FftAvgs), 1));
   Read_FFTAVGS();
+  ShowLastReadIfLost();
 }
 
 void RecordSettings::cbxRecPntr_Click() {
   registers_.WriteReg(row::REC_PNTR, view_.Selected(Setting::RecPntr));
   Read_RecPtrCnt();
+  ShowLastReadIfLost();
 }
 
 }  // namespace kestrel

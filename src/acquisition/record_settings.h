@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <map>
 #include <string>
 
 #include "acquisition/status.h"
@@ -35,7 +36,8 @@ class RecordSettingsView {
 };
 
 // Keeps the record settings of the window and the sensor's registers the same: what the user
-// changes is written at once and read back.
+// changes is written at once and read back. When the sensor is lost meanwhile, what was read last
+// shows again, and the model of REC_CTRL is what it was.
 class RecordSettings {
  public:
   RecordSettings(RegisterAccess& registers, StatusDisplay& status, AlarmStatus& alarms,
@@ -67,6 +69,13 @@ class RecordSettings {
   void cbxRecPntr_Click();
 
  private:
+  // Shows what was read; false when the list has no such item.
+  bool Show(Setting setting, int index);
+  // What could not be written is not shown either.
+  void ShowLastReadIfLost();
+
+  void ShowBoxes();
+
   // Shows a code; one that the list does not have leaves nothing selected.
   void ShowCode(Setting setting, std::int16_t code);
 
@@ -79,6 +88,9 @@ class RecordSettings {
   Messages& messages_;
   WindowDelay& delay_;
   RecordSettingsView& view_;
+  std::map<Setting, int> read_;  // list indices as they were read last, -1 for nothing selected
+  int readBits_ = 0;             // ckBW0..ckBW3 likewise, while read_ holds the lists beside them
+  bool readPowerDown_ = false;
   bool signShown_ = false;
   std::string savedCaption_;  // of the frame, while the sign is shown
 };

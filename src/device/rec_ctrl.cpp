@@ -69,14 +69,14 @@ std::int16_t cRecCtrl::StrogeMethod() {
 }
 
 void cRecCtrl::WriteRecCtrl() {
-  registers_.WriteReg(row::REC_CTRL,
-                      ToLong(kWindowing.Place(windowing_) + kSampleRate.Place(sampleRate_) +
-                             kPowerDown.Place(powerDown_) + kRange.Place(rangeFS_) +
-                             kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_)));
+  registers_->WriteReg(row::REC_CTRL,
+                       ToLong(kWindowing.Place(windowing_) + kSampleRate.Place(sampleRate_) +
+                              kPowerDown.Place(powerDown_) + kRange.Place(rangeFS_) +
+                              kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_)));
 }
 
 void cRecCtrl::ReadRecCtrl() {
-  registers_.ReadReg(row::REC_CTRL);
+  registers_->ReadReg(row::REC_CTRL);
   const std::int32_t word = RegValue;
   windowing_ = kWindowing.Take(word);
   sampleRate_ = kSampleRate.Take(word);

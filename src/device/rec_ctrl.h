@@ -26,7 +26,7 @@ inline constexpr std::array<const char*, 3> kTimeUnits{"Seconds", "Minutes", "Ho
 // values and texts change only when the register is read. Everything starts at 0 or empty.
 class cRecCtrl {
  public:
-  explicit cRecCtrl(RegisterAccess& registers) : registers_(registers) {}
+  explicit cRecCtrl(RegisterAccess& registers) : registers_(&registers) {}
 
   [[nodiscard]] std::int16_t RecModeCode() const { return recModeCode_; }
   void RecModeCode(std::int16_t code) { recModeCode_ = code; }
@@ -66,7 +66,7 @@ class cRecCtrl {
   void ReadRecCtrl();
 
  private:
-  RegisterAccess& registers_;
+  RegisterAccess* registers_;  // a pointer, so that a state can be kept and put back
   std::int16_t recModeCode_ = 0;
   std::string recModeText_;
   std::int16_t powerDown_ = 0;

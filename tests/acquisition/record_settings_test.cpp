@@ -322,6 +322,57 @@ TEST_F(Settings, ALostSensorLeavesWhatWasNotRead) {
   }
 }
 
+// What a lost sensor seems to answer is what was received last, whatever that was.
+TEST_F(Settings, ALostSensorLeavesTheScale) {
+  sensor.Set(address::kRecCtrl, 0x0030);
+  sensor.Set(address::kFftAvg, 0x0011);
+  settings.ReadMainFormRegisters();
+  const double scale = gRecCtrl->gLsb();
+  const std::string range = gRecCtrl->RangeString();
+  ASSERT_EQ(range, "0 - 70g");
+  for (int request = 1; request <= 6; ++request) {
+    SCOPED_TRACE(request);
+    settings.Read_FftAvg();
+    sensor.UnplugAtRequest(request);
+    settings.Display_RecCtrl();
+    EXPECT_DOUBLE_EQ(gRecCtrl->gLsb(), scale);
+    EXPECT_EQ(gRecCtrl->RangeString(), range);
+    EXPECT_EQ(gRecCtrl->RecModeCode(), 0);
+    sensor.PlugInAgain();
+    core.usb.SelectUsbAdapter();
+  }
+}
+
+TEST_F(Settings, AChoiceThatIsNotWrittenDoesNotStayOnTheScreen) {
+  sensor.Set(address::kRecCtrl, 0x1030);
+  sensor.Set(address::kRecPrd, 0x010A);
+  settings.ReadMainFormRegisters();
+  const auto lists = view.selected;
+  struct Row {
+    Setting setting;
+    void (RecordSettings::*write)();
+  };
+  for (const Row& row : {Row{Setting::RecMode, &RecordSettings::Set_RecCtrl},
+                         Row{Setting::SignalRange, &RecordSettings::Set_RecCtrl},
+                         Row{Setting::Interval, &RecordSettings::Write_RecPrd},
+                         Row{Setting::FftAvgs, &RecordSettings::cbxFFTAvgs_Click},
+                         Row{Setting::RecPntr, &RecordSettings::cbxRecPntr_Click}}) {
+    for (int request = 1; request <= 3; ++request) {
+      SCOPED_TRACE(static_cast<int>(row.setting));
+      view.selected[row.setting] = 2;
+      view.SetPowerDown(true);
+      sensor.UnplugAtRequest(request);
+      (settings.*row.write)();
+      EXPECT_EQ(view.selected, lists);
+      EXPECT_EQ(gRecCtrl->RecModeCode(), 0);
+      EXPECT_EQ(gRecCtrl->RangeFS(), 3);
+      sensor.PlugInAgain();
+      core.usb.SelectUsbAdapter();
+    }
+  }
+  EXPECT_FALSE(view.PowerDownTicked());
+}
+
 TEST_F(Settings, WithoutAnInterfaceNothingIsSentOrShown) {
   InterfaceType = kNoInterface;
   view.selected[Setting::Window] = 2;

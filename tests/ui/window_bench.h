@@ -91,7 +91,7 @@ class WindowBench : public ::testing::Test {
   SwiftClock clock_;
   SimulatedHardware hardware_;
   FailingUsbDriver usb_;
-  PassLoop loop_;
+  PassLoop loop_{clock_};
   QtMousePointer pointer_;
   RecordingMessages messages_;
   MemoryFiles files_;

@@ -25,6 +25,15 @@ namespace fs = std::filesystem;
   throw std::system_error(error, std::generic_category());
 }
 
+// A call that a signal has interrupted is made again.
+template <typename Call>
+auto Retried(const Call& call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
+
 class Descriptor {
  public:
   explicit Descriptor(int number) : number_(number) {}
@@ -61,15 +70,18 @@ class TemporaryFile {
 
   void Write(std::string_view content) {
     while (!content.empty()) {
-      const ssize_t written = write(file_.number(), content.data(), content.size());
-      if (written < 0 && errno != EINTR) ThrowErrno(errno);
-      if (written > 0) content.remove_prefix(static_cast<std::size_t>(written));
+      const ssize_t written =
+          Retried([&] { return write(file_.number(), content.data(), content.size()); });
+      if (written < 0) ThrowErrno(errno);
+      if (written == 0) ThrowErrno(ENOSPC);  // or it would be tried for ever
+      content.remove_prefix(static_cast<std::size_t>(written));
     }
   }
 
   void MoveTo(const fs::path& target) {
     // Some file systems cannot synchronise; their files are as safe as they get.
-    if (fsync(file_.number()) != 0 && errno != EINVAL && errno != ENOSYS) ThrowErrno(errno);
+    const int synchronised = Retried([&] { return fsync(file_.number()); });
+    if (synchronised != 0 && errno != EINVAL && errno != ENOSYS) ThrowErrno(errno);
     if (file_.Close() != 0) ThrowErrno(errno);
     if (rename(path_.c_str(), target.c_str()) != 0) ThrowErrno(errno);
     path_.clear();
@@ -81,7 +93,8 @@ class TemporaryFile {
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
       const fs::path path = folder_ / (".kestrel-" + std::to_string(getpid()) + "-" +
                                        std::to_string(attempt) + ".tmp");
-      const int number = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+      const int number = Retried(
+          [&] { return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); });
       if (number >= 0) {
         path_ = path;
         return number;
@@ -107,6 +120,8 @@ void Replace(const fs::path& target, std::string_view content) {
   const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
   struct stat earlier {};
   const bool existed = stat(target.c_str(), &earlier) == 0;
+  // One that cannot be looked at is not taken for none: it may be write-protected.
+  if (!existed && errno != ENOENT) ThrowErrno(errno);
   if (existed && S_ISDIR(earlier.st_mode)) ThrowErrno(EISDIR);
   if (existed && !S_ISREG(earlier.st_mode)) ThrowErrno(EINVAL);
   if (existed && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) ThrowErrno(errno);
@@ -150,17 +165,18 @@ bool SystemFiles::CanWriteIn(const fs::path& folder) {
 std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t limit) {
   constexpr std::size_t kChunk = 65536;
   // Not blocking: opening a pipe would wait for its writer.
-  const Descriptor opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const Descriptor opened(
+      Retried([&] { return open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK); }));
   if (!opened.valid() || !IsRegular(opened)) return std::nullopt;
   std::string content;
   while (content.size() < limit) {
     const std::size_t filled = content.size();
     content.resize(filled + std::min(kChunk, limit - filled));
-    const ssize_t got = read(opened.number(), content.data() + filled, content.size() - filled);
-    const int error = errno;
-    content.resize(filled + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    const ssize_t got = Retried(
+        [&] { return read(opened.number(), content.data() + filled, content.size() - filled); });
+    if (got < 0) return std::nullopt;
+    content.resize(filled + static_cast<std::size_t>(got));
     if (got == 0) break;
-    if (got < 0 && error != EINTR) return std::nullopt;
   }
   return content;
 }
