@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@
 namespace kestrel {
 
 inline constexpr const char* kDefaultAlarmFile = "AlarmSpectrum_Default.csv";
+
+// Bytes; some thousand times a usual one.
+inline constexpr std::size_t kLargestAlarmFile = 1U << 20U;
 
 // "AlarmSpectrum_" at the start and ".csv" at the end, both in exactly these letters.
 [[nodiscard]] bool IsAlarmFileName(std::string_view name);

@@ -13,7 +13,6 @@ namespace kestrel {
 namespace {
 
 constexpr std::size_t kMostNames = 100;
-constexpr std::size_t kLargestFile = 1U << 20U;  // some thousand times a usual one
 constexpr std::string_view kListedStart = "AlarmSpectrum";
 constexpr std::string_view kListedEnd = ".csv";
 
@@ -63,9 +62,9 @@ void AlarmFiles::ReadFile(const std::string& name) {
     const ReadingSign sign(
         view_, "\r\n\r\nREADING FILE\r\nFile Name = " + name + "\r\nPath = " + file.string());
     loop_.YieldToPaint();
-    const std::optional<std::string> content = files_.Read(file, kLargestFile + 1);
+    const std::optional<std::string> content = files_.Read(file, kLargestAlarmFile + 1);
     if (!content) throw RuntimeError(file.string() + ": the file cannot be read.");
-    if (content->size() > kLargestFile) {
+    if (content->size() > kLargestAlarmFile) {
       throw RuntimeError(file.string() + ": the file is too large to be an alarm file.");
     }
     const BandTable before = AlarmBandTable;

@@ -78,7 +78,7 @@ Target FindTarget(const CellBlock& block, const TextBlock& texts) {
   return target;
 }
 
-// An option whose bands differ, `shown` where it does.
+// An option in which two tables that are not the same differ: `shown` where it does.
 int DifferingOption(const BandTable& a, const BandTable& b, int shown) {
   const auto differs = [&](int option) {
     for (int band = 1; band <= kAlarmBands; ++band) {
@@ -89,10 +89,9 @@ int DifferingOption(const BandTable& a, const BandTable& b, int shown) {
     return false;
   };
   if (differs(shown)) return shown;
-  for (int option = 0; option < kSampleRateOptions; ++option) {
-    if (differs(option)) return option;
-  }
-  return shown;
+  int option = 0;
+  while (option < kSampleRateOptions - 1 && !differs(option)) ++option;
+  return option;
 }
 
 }  // namespace

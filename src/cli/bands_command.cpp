@@ -19,7 +19,6 @@ namespace {
 constexpr std::array<const char*, kBandFields.size()> kNames{
     "f_low", "f_high", "alarm1_x", "alarm1_y", "alarm1_z", "alarm2_x", "alarm2_y", "alarm2_z"};
 constexpr std::size_t kBins = 2;  // the fields before the thresholds
-constexpr std::size_t kLargestFile = 1U << 20U;
 
 Json BandJson(int band, int option) {
   Json json{{"option", option}, {"band", band}};
@@ -127,12 +126,12 @@ ExitCode BandsCommand::Write(Session& session, BandTransfer& transfer, const Out
 // Numbers are codes of the range in use, so the table goes through unchanged.
 bool BandsCommand::Load(Session& session) const {
   const std::filesystem::path file = std::filesystem::absolute(file_);
-  const auto content = session.files.Read(file, kLargestFile + 1);
+  const auto content = session.files.Read(file, kLargestAlarmFile + 1);
   if (!content) {
     session.messages.Show("The file " + file.string() + " cannot be read.");
     return false;
   }
-  if (content->size() > kLargestFile) {
+  if (content->size() > kLargestAlarmFile) {
     session.messages.Show("The file " + file.string() + " is too large to be an alarm file.");
     return false;
   }

@@ -62,7 +62,7 @@ ExitCode CaptureCommand::Run(Session& session, const Output& output) {
   if (!Configure(session)) return ExitCode::NoSensor;
   if (!PrepareFiles(session)) return ExitCode::Failure;
   Clock& clock = session.core.seams.clock;
-  for (int number = 1; number <= count_; ++number) {
+  for (int number = 1;; ++number) {
     const auto start = clock.Monotonic();
     const ExitCode end = Capture(session, output, number);
     if (end != ExitCode::Success || number == count_) return end;
@@ -70,7 +70,6 @@ ExitCode CaptureCommand::Run(Session& session, const Output& output) {
     session.loop.Pause(next - clock.Monotonic());
     if (session.loop.WasInterrupted()) return ExitCode::Interrupted;
   }
-  return ExitCode::Success;
 }
 
 // Writes what was asked for, and takes over how the sensor records.

@@ -41,7 +41,6 @@ class FrameBuffer {
  public:
   // Throws RuntimeError "Subscript out of range" outside 1..16.
   std::int32_t& operator()(int number);
-  std::int32_t operator()(int number) const;
 
  private:
   std::array<std::int32_t, kFramesPerTransfer> frames_{};

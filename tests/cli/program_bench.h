@@ -33,7 +33,7 @@ class ProgramBench : public testing::Test {
     return RunProgram(arguments, {.clock = clock,
                                   .files = files,
                                   .locale = locale,
-                                  .hardware = {&usb, &port, &service},
+                                  .hardware = {driver, &port, &service},
                                   .usePortDevice = [this](const auto& d) { portDevice = d; },
                                   .interrupted = interrupted,
                                   .out = out,
@@ -56,6 +56,7 @@ class ProgramBench : public testing::Test {
   MemoryFiles files;
   FixedLocale locale;
   AbsentUsbDriver usb;
+  UsbDriver* driver = &usb;
   UnusedPort port;
   UnusedDriverService service;
   std::function<bool()> interrupted = [] { return false; };

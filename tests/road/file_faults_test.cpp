@@ -10,6 +10,7 @@
 #include <cstring>
 #include <functional>
 
+#include "acquisition/quiet_views.h"
 #include "alarms/alarm_file.h"
 #include "alarms/alarm_files.h"
 #include "app/config_file.h"
@@ -26,7 +27,6 @@
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
 #include "support/killed_child.h"
-#include "support/quiet_views.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"

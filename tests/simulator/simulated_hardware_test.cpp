@@ -44,7 +44,8 @@ TEST(SimulatedHardware, DriverServiceIsInstalledAndNeedsNothingRun) {
   service.WriteRegistryValue(key, "Start", kRegistryNumber, "3");
   EXPECT_EQ(service.ReadRegistryValue(key, "Start"), "3");
   EXPECT_LT(service.RunAndWait("installer"), 0);
-  EXPECT_EQ(service.Changes(), 2);
+  service.WriteBatchFile(service.ProgramFolder() + "\\install.bat", "installer");
+  EXPECT_EQ(service.Changes(), 3);
 }
 
 }  // namespace

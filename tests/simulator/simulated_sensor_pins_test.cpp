@@ -94,6 +94,15 @@ TEST_F(Pins, LevelBitsOfLinesWithAnotherFunctionReadAsWritten) {
   }
 }
 
+TEST_F(Pins, ALineThatTriggersCapturesHasTheLevelDrivenFromOutside) {
+  SetFunction(kTrigger);
+  EXPECT_EQ(Levels(), 0U);
+  sensor.DrivePin(2, true);
+  EXPECT_EQ(Levels(), 2U);
+  sensor.DrivePin(2, false);
+  EXPECT_EQ(Levels(), 0U);
+}
+
 TEST_F(Pins, FromTheFactoryLine1ShowsBusyAndLine2IsAnInput) {
   EXPECT_EQ(Levels(), 0U);
   sensor.DrivePin(2, true);
