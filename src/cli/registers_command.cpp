@@ -138,7 +138,15 @@ ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
 }
 
 ExitCode RegistersCommand::Dump(Session& session, const Output& output) const {
-  if (!folder_.empty()) session.files.SetFolder(std::filesystem::absolute(folder_));
+  if (!folder_.empty()) {
+    const std::filesystem::path folder = std::filesystem::absolute(folder_);
+    // The list would go to the user's documents instead.
+    if (!session.files.CanWriteIn(folder)) {
+      session.messages.Show("--out: the folder " + folder.string() + " cannot be written.");
+      return ExitCode::Failure;
+    }
+    session.files.SetFolder(folder);
+  }
   const auto listing = ReadAllRegisters(session.core.registers, {});
   if (!listing) return ExitCode::NoSensor;
   const std::filesystem::path file =

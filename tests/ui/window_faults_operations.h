@@ -65,13 +65,20 @@ inline Operations CaptureOperations() {
           Capturing("WithoutPlot", 0, false)};
 }
 
+// Takes a capture and stops it as soon as it is waited for.
+inline void CaptureAndStop(Bench& bench) {
+  QTimer user;
+  QObject::connect(&user, &QTimer::timeout, [&] {
+    if (bench.Find<QPushButton>("cmdStart").text() != "Stop") return;
+    user.stop();
+    bench.Press("cmdStart");
+  });
+  user.start(0);
+  bench.Press("cmdStart");
+}
+
 inline Operations StopOperations() {
-  return {{"stopping",
-           [](Bench& bench) {
-             QTimer::singleShot(0, [&bench] { bench.Press("cmdStart"); });
-             bench.Press("cmdStart");
-           },
-           [](Bench& bench) {
+  return {{"stopping", CaptureAndStop, [](Bench& bench) {
              bench.Choose("cbxFFTAvgs", 20);
              bench.Find<QCheckBox>("ckAutoPlot").setChecked(false);
            }}};

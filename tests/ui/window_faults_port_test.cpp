@@ -1,0 +1,134 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// The windows over a parallel port that is not held, or that goes in the middle of an operation.
+// The port tells of no failure: nothing is there, so every answer reads 0.
+
+#include <random>
+
+#include "window_faults_operations.h"
+
+namespace kestrel {
+namespace {
+
+using Words = std::vector<std::string>;
+
+// A port that has nothing behind it from the n-th access on, the first being 1.
+class FailingPort : public PortIo {
+ public:
+  explicit FailingPort(PortIo& inner) : inner_(inner) {}
+
+  void FailFrom(int number) {
+    failFrom_ = number;
+    accesses_ = 0;
+  }
+  [[nodiscard]] int Accesses() const { return accesses_; }
+
+  void giveio() override { inner_.giveio(); }
+  void vbOut(std::int16_t port, std::int16_t value) override {
+    if (!Fails()) inner_.vbOut(port, value);
+  }
+  [[nodiscard]] std::int16_t vbInp(std::int16_t port) override {
+    return Fails() ? std::int16_t{0xFF} : inner_.vbInp(port);
+  }
+
+ private:
+  bool Fails() { return ++accesses_ >= failFrom_ && failFrom_ > 0; }
+
+  PortIo& inner_;
+  int failFrom_ = 0;
+  int accesses_ = 0;
+};
+
+Operations OneOfEachWindow() {
+  Operations all{{"a capture that is stopped", CaptureAndStop,
+                  [](Bench& bench) { bench.Find<QCheckBox>("ckAutoPlot").setChecked(false); }},
+                 {"cmdReadBuffer", [](Bench& bench) { bench.Press("cmdReadBuffer"); }},
+                 Choosing("cbxSignalRange", 1),
+                 {"CmdReadStatus", [](Bench& bench) { bench.Press("CmdReadStatus"); }},
+                 Clicking("frmAlarmSpectrum", "mnuAlarmSpectrum", "cmdReadAll"),
+                 Clicking("frmAlarmSpectrum", "mnuAlarmSpectrum", "cmdWriteAll"),
+                 Clicking("frmALM_CTRL", "mnuAlarmCtrl", "ckXenable"),
+                 Opening("frmManualReg", "mnuRegisters"),
+                 Clicking("frmDIOGPIO", "mnuDIOGPIO", "OpFuncAlarm2"),
+                 Clicking("frmCalibration", "MnuCal", "cmdAutoNull"),
+                 Clicking("frmRecInfo", "mnuRecInfo", "cmdRead"),
+                 CommandOperations().at(4),
+                 {"the port's window", [](Bench& bench) { bench.Click("frmPort", "cmdOK"); },
+                  [](Bench& bench) { bench.OpenWindow("mnuParallel"); }}};
+  return all;
+}
+
+class PortFaults : public FaultBench, public testing::WithParamInterface<std::size_t> {
+ protected:
+  PortFaults() {
+    files_.contents[files_.WorkingFolder() / "CommPort.cfg"] =
+        "Interface = 1\nPort Address = 888\nProductNumber = 31407\n";
+  }
+  // The windows belong to the road over the port.
+  ~PortFaults() override { windows_.reset(); }
+
+  void StartOverPort() {
+    windows_ = std::make_unique<QtStartWindows>(
+        overPort_, SimulatorControl{[] {}, [] { return false; }, [](bool /*in*/) {}});
+    Main(overPort_, *windows_, {.quickStart = true, .interfaceWithoutConfig = kNoInterface});
+    ASSERT_EQ(InterfaceType, kParallelPort);
+  }
+
+  void BeginOverPort(const Operation& operation) {
+    port_.FailFrom(0);
+    Bound();
+    CloseWindows();
+    Press("CmdReadStatus");
+    operation.open(*this);
+    Settle();
+    messages_.Clear();
+  }
+
+  void ExpectCalm() {
+    EXPECT_EQ(messages_.Texts(), Words());
+    EXPECT_EQ(InterfaceType, kParallelPort);
+    EXPECT_TRUE(Find<QFrame>("lostNotice").isHidden());
+    ExpectIdle();
+  }
+
+  FailingPort port_{hardware_.Port()};
+  Core overPort_{
+      {clock_, loop_, pointer_, messages_, files_, locale_, usb_, port_, hardware_.Service()}};
+};
+
+TEST_P(PortFaults, NothingHangsAndTheNextTimeItWorks) {
+  const Operation operation = OneOfEachWindow().at(GetParam());
+  SCOPED_TRACE(operation.name);
+  StartOverPort();
+  BeginOverPort(operation);
+  port_.FailFrom(0);
+  operation.press(*this);
+  const int accesses = port_.Accesses();
+  ASSERT_GT(accesses, 0);
+  ExpectCalm();
+  std::mt19937 random(static_cast<unsigned>(accesses));
+  std::vector<int> places{1, 2, accesses};
+  for (int i = 0; i < 5; ++i) places.push_back(static_cast<int>(random() % 1000003) % accesses + 1);
+  for (const int number : places) {
+    SCOPED_TRACE(number);
+    BeginOverPort(operation);
+    port_.FailFrom(number);
+    operation.press(*this);
+    Settle();
+    ExpectCalm();
+    port_.FailFrom(0);
+    Press("CmdReadStatus");
+    overPort_.registers.ReadReg(row::PROD_ID);
+    EXPECT_EQ(RegValue, 31407) << "the sensor answers again";
+    operation.open(*this);
+    operation.press(*this);
+    Settle();
+    ExpectCalm();
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, PortFaults,
+                         testing::Range(std::size_t{0}, OneOfEachWindow().size()));
+
+}  // namespace
+}  // namespace kestrel
