@@ -99,8 +99,7 @@ void CaptureCycle::Capture() {
 bool CaptureCycle::InterfaceReady() {
   if (RegisterAccess::Usable()) return true;
   InitInterface(core_);
-  // What the model took over while the sensor was being lost may be wrong.
-  if (RegisterAccess::Usable()) gRecCtrl->ReadRecCtrl();
+  if (RegisterAccess::Usable()) foundAgain_();
   return RegisterAccess::Usable();
 }
 

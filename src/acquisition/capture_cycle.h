@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
 #include <string>
+#include <utility>
 
 #include "acquisition/capture_readout.h"
 #include "acquisition/status.h"
 #include "acquisition/window_delay.h"
 #include "app/core.h"
+#include "device/rec_ctrl.h"
 #include "plot/band_overlay.h"
 
 namespace kestrel {
@@ -59,6 +62,10 @@ class CaptureCycle {
   // Width and sign of the records that a record mode (list index) delivers.
   void SetRecordType(int recMode);
 
+  // What is read of a lost sensor that was found again, before data are taken: it may have started
+  // anew with other settings. REC_CTRL if nothing is said.
+  void OnFoundAgain(std::function<void()> read) { foundAgain_ = std::move(read); }
+
   // The window is closing: a running capture ends without touching it or the sensor again.
   void Close();
 
@@ -85,6 +92,7 @@ class CaptureCycle {
   SpectrumPlot& plot_;
   BandOverlay& overlay_;
   CaptureView& view_;
+  std::function<void()> foundAgain_ = [] { gRecCtrl->ReadRecCtrl(); };
   bool running_ = false;
   bool closed_ = false;
 };

@@ -187,6 +187,7 @@ void frm1::ConnectWindows() {
   On(lostNotice_, &LostNotice::SelectWanted, "mnuUsb_Click", [this] { windows_.OpenUsb(); });
   connect(lostNotice_, &LostNotice::InterfaceChosen, this, refill);
   connect(&windows_, &SecondaryWindows::InterfaceChosen, this, refill);
+  cycle_.OnFoundAgain(refill);
   connect(watcher_, &AdapterWatcher::Lost, this, [this] { SetCommInterfaceIndicators(); });
 }
 

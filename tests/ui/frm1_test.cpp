@@ -335,5 +335,20 @@ TEST_F(Frm1, ExitClosesTheWindow) {
   EXPECT_FALSE(Window().isVisible());
 }
 
+TEST_F(Frm1, ASensorThatIsFoundAgainAtStartShowsItsOwnSettings) {
+  Start();
+  ChooseShortCaptures();
+  Choose("cbxRecMode", 2);
+  hardware_.Adapter().Unplug(0);
+  Press("CmdReadStatus");
+  EXPECT_FALSE(UsbPresent);
+  hardware_.Adapter().Replug(0);  // with the settings it starts with: spectra
+  loop_.SkipWaits(10'000, [this] { Window().close(); });
+  Press("cmdStart");
+  EXPECT_TRUE(UsbPresent);
+  EXPECT_EQ(Find<QComboBox>("cbxRecMode").currentIndex(), 0);
+  EXPECT_EQ(CaptureType, "FFT");
+}
+
 }  // namespace
 }  // namespace kestrel
