@@ -20,10 +20,6 @@ constexpr std::int32_t kRecords = 16;
 constexpr int kSampleRateBits = 4;
 constexpr double kWorkingSignMs = 200;  // long enough to be seen
 
-void SetAverages(std::int32_t averages) {
-  AvgExponent = averages > 0 ? std::log2(static_cast<double>(averages)) : 0;
-}
-
 }  // namespace
 
 void RecordSettings::ReadMainFormRegisters() {
@@ -157,7 +153,7 @@ void RecordSettings::Read_RecPtrCnt() {
 void RecordSettings::Read_FFTAVGS() {
   registers_.ReadReg(row::FFT_AVG);
   if (!RegisterAccess::Usable()) return;
-  SetAverages(RegValue);
+  NoteAverages(RegValue);
   if (RegValue >= 1 && RegValue <= 255) Show(Setting::FftAvgs, RegValue);
 }
 

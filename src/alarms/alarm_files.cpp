@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 
@@ -51,6 +52,7 @@ void AlarmFiles::cmdWriteFile_Click(const std::string& name) {
   }
   const std::filesystem::path file = FolderOfUserFiles(files_) / name;
   files_.ReplaceWhole(file, AlarmFileText(AlarmBandTable));
+  inFile_ = AlarmBandTable;
   view_.SetMessage("24 bands saved to " + file.string() + ".");
 }
 
@@ -77,10 +79,26 @@ void AlarmFiles::ReadFile(const std::string& name) {
       }
       throw RuntimeError(file.string() + ", " + error.what());
     }
+    // A file of fewer bands may not hold all of the table.
+    BandTable alone;
+    ReadAlarmFileText(*content, alone);
+    inFile_ = alone;
   }
   view_.DisplaySelected();
   view_.SetMessage(std::to_string(taken) + " bands loaded from " + file.string() +
                    ". Not yet written to the sensor.");
+}
+
+std::string AlarmFiles::NameToSaveUnder(const std::string& wished) {
+  if (IsAlarmFileName(wished) && FileNameProblem(wished).empty()) return wished;
+  const std::vector<std::string> taken = files_.List(FolderOfUserFiles(files_));
+  const std::string proposed = kDefaultAlarmFile;
+  std::string name = proposed;
+  for (int i = 2; std::ranges::find(taken, name) != taken.end(); ++i) {
+    name = proposed.substr(0, proposed.size() - kListedEnd.size()) + "_" + std::to_string(i) +
+           std::string(kListedEnd);
+  }
+  return name;
 }
 
 std::vector<std::string> AlarmFiles::ListAlarmFiles() {

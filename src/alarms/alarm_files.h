@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "alarms/band_table.h"
 #include "app/event_loop.h"
 #include "app/files.h"
 #include "app/messages.h"
@@ -37,6 +39,12 @@ class AlarmFiles {
   // fault.
   void ReadFile(const std::string& name);
 
+  // Whether the file that was last saved or loaded holds the table as it is now.
+  [[nodiscard]] bool HoldTable() const { return inFile_ == AlarmBandTable; }
+
+  // The wished name where it is one of an alarm file, or else one that no file has yet.
+  [[nodiscard]] std::string NameToSaveUnder(const std::string& wished);
+
   // At most 100 names of files "AlarmSpectrum*.csv", in the order the system lists them.
   [[nodiscard]] std::vector<std::string> ListAlarmFiles();
 
@@ -45,6 +53,7 @@ class AlarmFiles {
   EventLoop& loop_;
   Messages& messages_;
   AlarmFilesView& view_;
+  std::optional<BandTable> inFile_;  // what a file is known to hold
 };
 
 }  // namespace kestrel

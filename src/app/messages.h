@@ -6,13 +6,19 @@
 
 namespace kestrel {
 
-// Message boxes with an OK button; they return once the user has dismissed them.
+// What the user wants done with changes that would be lost.
+enum class Unsaved { Save, Discard, Cancel };
+
+// Message boxes; they return once the user has dismissed them.
 class Messages {
  public:
   virtual ~Messages() = default;
 
   virtual void Show(const std::string& text, const std::string& title) = 0;
   void Show(const std::string& text) { Show(text, ""); }
+
+  // Where nobody can be asked, changes are discarded.
+  virtual Unsaved AskToSave(const std::string& /*text*/) { return Unsaved::Discard; }
 };
 
 }  // namespace kestrel

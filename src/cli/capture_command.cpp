@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <map>
 
 #include "cli/record_report.h"
 #include "device/capture_data.h"
@@ -21,7 +20,8 @@
 namespace kestrel {
 namespace {
 
-using Codes = std::map<std::string, int>;
+// In the order in which help names them.
+using Codes = std::vector<std::pair<std::string, int>>;
 
 const Codes kModes{{"manual", 0}, {"timer", 1}, {"time", 2}};
 const Codes kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
@@ -43,7 +43,10 @@ void AddChoice(CLI::App& app, const char* name, std::optional<int>& code, const 
   std::string words;
   for (const auto& [word, value] : codes) words += (words.empty() ? "" : ", ") + word;
   app.add_option_function<std::string>(
-         name, [&code, &codes](const std::string& word) { code = codes.at(word); },
+         name,
+         [&code, &codes](const std::string& word) {
+           code = std::ranges::find(codes, word, &Codes::value_type::first)->second;
+         },
          std::string(description) + ": " + words)
       ->check(CLI::IsMember(codes))
       ->type_name("WORD");
@@ -96,6 +99,7 @@ bool CaptureCommand::Configure(Session& session) const {
   if (averages_) registers.WriteReg(row::FFT_AVG, *averages_);
   registers.ReadReg(row::FFT_AVG);
   session.window.averages = RegValue;
+  NoteAverages(RegValue);
   session.window.recMode = gRecCtrl->RecModeCode();
   return RegisterAccess::Usable();
 }
@@ -104,7 +108,7 @@ bool CaptureCommand::Configure(Session& session) const {
 bool CaptureCommand::PrepareFiles(Session& session) const {
   session.window.dataLog = !folder_.empty();
   if (folder_.empty()) return true;
-  const std::filesystem::path folder = std::filesystem::absolute(folder_);
+  const std::filesystem::path folder = std::filesystem::absolute(folder_).lexically_normal();
   if (!session.files.CanWriteIn(folder)) {
     session.messages.Show("--out: the folder " + folder.string() + " cannot be written.");
     return false;

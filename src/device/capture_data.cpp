@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/capture_data.h"
 
+#include <cmath>
+
 namespace kestrel {
 
 CaptureBuffer Buff;
@@ -18,6 +20,10 @@ float CaptSupply = 0;
 float CaptTemp = 0;
 std::array<std::string, kStatusFlags> StatusFlagText;
 double AvgExponent = 0;
+
+void NoteAverages(std::int32_t averages) {
+  AvgExponent = averages > 0 ? std::log2(static_cast<double>(averages)) : 0;
+}
 
 void ResetCaptureData() {
   Buff = {};

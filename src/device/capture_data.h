@@ -59,6 +59,9 @@ extern std::array<std::string, kStatusFlags> StatusFlagText;
 // 2 to this power is the number of FFT averages (0); record settings.
 extern double AvgExponent;
 
+// Keeps the number of FFT averages, 1 to 255, for the data-log files' headers.
+void NoteAverages(std::int32_t averages);
+
 // Back to the start values in brackets.
 void ResetCaptureData();
 

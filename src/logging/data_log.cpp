@@ -8,6 +8,7 @@
 #include "app/program_state.h"
 #include "logging/data_log_settings.h"
 #include "logging/data_log_text.h"
+#include "logging/log_files.h"
 #include "numeric/conversions.h"
 #include "numeric/runtime_error.h"
 
@@ -60,8 +61,7 @@ void DataLog::WriteDataFile() {
   const std::string name = DataLogName.empty() ? kDefaultLogName : DataLogName;
   RefuseBadName(name);
   if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
-  const std::filesystem::path file =
-      FolderOfUserFiles(files_) / (name + "_" + std::to_string(DataLogIndex) + format.extension);
+  const std::filesystem::path file = NextLogFile(files_, locale_);
   files_.ReplaceWhole(file, DataLogText(format, name, locale_.ShortDate(), locale_.Time()));
   lastFile_ = file;
   view_.SetFileCount(std::to_string(DataLogIndex));

@@ -12,6 +12,7 @@
 
 #include "app/config_file.h"
 #include "app/start.h"
+#include "logging/log_files.h"
 #include "numeric/number_format.h"
 #include "ui/interface_text.h"
 #include "ui/widgets.h"
@@ -20,6 +21,7 @@ namespace kestrel {
 namespace {
 
 constexpr int kNoticeMs = 3000;
+constexpr int kFileMs = 10000;  // long enough to read a path
 
 }  // namespace
 
@@ -38,6 +40,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
                  [this] {
                    SetCommInterfaceIndicators();
                    windows_.Refresh();
+                   ShowLastFile();
                  },
              .idle = [this] { return IsIdle(); }}),
       menu_(new MainMenu(*this)),
@@ -264,12 +267,34 @@ void frm1::CmdReadStatus_Click() {
 
 void frm1::ckDataLog_Click() {
   capture_->ShowDataLogState();
+  if (capture_->ckDataLog->isChecked()) ShowNextFile();
   status_.ReadStatus("ckDataLog");
   settings_.ReadMainFormRegisters();
 }
 
+// Where captures are going to be written.
+void frm1::ShowNextFile() {
+  Files& files = core_.seams.files;
+  Locale& locale = core_.seams.locale;
+  const std::string next = "Next file: " + NextLogFile(files, locale).string() + ". ";
+  statusBar()->showMessage(QString::fromStdString(next + WarningOfFilesInTheWay(files, locale)),
+                           kFileMs);
+}
+
+// Where the last capture was written.
+void frm1::ShowLastFile() {
+  const QString file = QString::fromStdString(log_.LastFile().string());
+  if (file == capture_->txtFileCount->toolTip()) return;
+  capture_->txtFileCount->setToolTip(file);
+  statusBar()->showMessage(tr("Written: %1").arg(file), kFileMs);
+}
+
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
 void frm1::closeEvent(QCloseEvent* event) {
+  if (!windows_.MayClose()) {
+    event->ignore();
+    return;
+  }
   cycle_.Close();
   windows_.CancelTransfers();
   QMainWindow::closeEvent(event);

@@ -71,6 +71,8 @@ class frm1 : public QMainWindow {
   void mnuUnplug_Click();
   void CmdReadStatus_Click();
   void ckDataLog_Click();
+  void ShowNextFile();
+  void ShowLastFile();
 
   Core& core_;
   SimulatorControl simulator_;

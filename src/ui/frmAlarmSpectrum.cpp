@@ -19,7 +19,6 @@ namespace kestrel {
 namespace {
 
 constexpr QPoint kOffsetTwips{300, 3000};
-constexpr const char* kReadFromFlash = "values read from flash mem.";
 
 bool IsOption(int option) {
   return option >= 0 && option < kSampleRateOptions;
@@ -145,6 +144,12 @@ void frmAlarmSpectrum::Form_Load() {
   DisplaySelected();
   ListFiles();
   panel_->cbxAfiles->setEditText(read ? kReadFromFlash : "");
+}
+
+// Files may have come or gone meanwhile.
+void frmAlarmSpectrum::Form_Activate() {
+  ListFiles();
+  Refresh();
 }
 
 void frmAlarmSpectrum::Form_Unload() {

@@ -21,6 +21,9 @@
 
 namespace kestrel {
 
+// Stands in the place of a file's name after the sensor was read.
+inline constexpr const char* kReadFromFlash = "values read from flash mem.";
+
 // The editor of the spectral alarm bands: their table, its way to and from the sensor and files,
 // and their lines on the main window's plot.
 class frmAlarmSpectrum : public SecondaryWindow,
@@ -36,6 +39,10 @@ class frmAlarmSpectrum : public SecondaryWindow,
   void CancelTransfer();
   // Another sensor may be connected now.
   void ForgetSensor();
+
+  // Asks about bands that are neither in the sensor nor in a file. False where the user would
+  // rather go on with them, or where they could not be saved.
+  [[nodiscard]] bool MayBeLost();
 
   // OverlayOwner
   [[nodiscard]] std::optional<Axis> OverlayAxis() override;
@@ -55,7 +62,7 @@ class frmAlarmSpectrum : public SecondaryWindow,
   void reject() override;
 
  protected:
-  void Form_Activate() override { Refresh(); }
+  void Form_Activate() override;
   void showEvent(QShowEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
@@ -89,6 +96,7 @@ class frmAlarmSpectrum : public SecondaryWindow,
   bool Transfer(const char* name, const std::string& step, const std::function<void()>& transfer);
   bool ReadAll(const char* name);
   void ListFiles();
+  bool SaveAs(const std::string& name);
   void RedrawOverlay();
 
   void ShowSteps();

@@ -111,6 +111,14 @@ void frmAlarmSpectrum::HideTransfer() {
 // What a bad line leaves behind is one step, too.
 void frmAlarmSpectrum::cmdReadFile_Click() {
   const std::string name = panel_->cbxAfiles->currentText().toStdString();
+  if (name.empty() || name == kReadFromFlash) {
+    ListFiles();
+    SetMessage(panel_->cbxAfiles->count() == 0
+                   ? "Not loaded: there is no alarm file yet in " +
+                         FolderOfUserFiles(core_.seams.files).string() + "."
+                   : "Not loaded. Choose an alarm file from the list first.");
+    return;
+  }
   Edge().Run("cmdReadFile_Click", [&] { files_.ReadFile(name); });
   HideReading();
   if (KeepStep("loading " + name)) RedrawOverlay();
@@ -123,6 +131,38 @@ void frmAlarmSpectrum::cmdWriteFile_Click() {
   if (IsAlarmFileName(name)) return;
   SetMessage("Not saved. Type a file name, or press Use name to take \"" +
              panel_->txtFileName->text().toStdString() + "\".");
+}
+
+bool frmAlarmSpectrum::SaveAs(const std::string& name) {
+  try {
+    files_.cmdWriteFile_Click(name);
+    return true;
+  } catch (const RuntimeError& error) {
+    core_.seams.messages.Show(error.what());
+    return false;
+  }
+}
+
+bool frmAlarmSpectrum::MayBeLost() {
+  BandHistory& history = edits_.History();
+  const bool changed = !history.NextUndo().empty() || !history.NextRedo().empty();
+  if (!changed || files_.HoldTable() || EditedValues(AlarmBandTable, SensorHolds()).empty()) {
+    return true;
+  }
+  const std::string name = files_.NameToSaveUnder(panel_->cbxAfiles->currentText().toStdString());
+  const std::string file = (FolderOfUserFiles(core_.seams.files) / name).string();
+  switch (core_.seams.messages.AskToSave(
+      "The alarm bands were changed, and are neither in the sensor nor in a file.\n\n"
+      "Save them as " +
+      file + " before closing?")) {
+    case Unsaved::Save:
+      return SaveAs(name);
+    case Unsaved::Discard:
+      return true;
+    case Unsaved::Cancel:
+      return false;
+  }
+  return false;
 }
 
 void frmAlarmSpectrum::ListFiles() {

@@ -10,6 +10,7 @@
 
 #include "logging/data_log.h"
 #include "logging/data_log_text.h"
+#include "logging/log_files.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -32,6 +33,7 @@ frmFileDir::frmFileDir(Core& core, HandlerEdge& edge, QWidget* parent)
       txtFileName_(new QLineEdit),
       lblFileNumber_(MakeLabel("lblFileNumber", "")),
       lblFileExtension_(MakeLabel("lblFileExtension", "")),
+      lblInTheWay_(MakeLabel("lblInTheWay", "")),
       lblFolder_(MakeLabel("lblFolder", "")),
       opDataFormatLSB_(MakeOption("opDataFormatLSB", tr("&LSB counts"),
                                   tr("Raw words as the sensor gave them"))),
@@ -64,11 +66,14 @@ void frmFileDir::LayOut() {
   buttons->addWidget(cmdOK_);
   buttons->addWidget(cmdCancel_);
   cmdOK_->setDefault(true);
+  lblInTheWay_->setWordWrap(true);
+  lblInTheWay_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when it shows
   lblFolder_->setWordWrap(true);
   lblFolder_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto* form = new QFormLayout(this);
   form->addRow(MakeCaption(tr("File &name"), txtFileName_), name);
   form->addRow(tr("Next number"), number);
+  form->addRow("", lblInTheWay_);
   form->addRow(tr("Values"), opDataFormatLSB_);
   form->addRow("", OpDataFormatScaled_);
   form->addRow(tr("Folder"), lblFolder_);
@@ -87,8 +92,10 @@ void frmFileDir::Load() {
 }
 
 void frmFileDir::Connect() {
-  connect(txtFileName_, &QLineEdit::textChanged, this,
-          [this](const QString& text) { settings_.txtFileName_Change(text.toStdString()); });
+  connect(txtFileName_, &QLineEdit::textChanged, this, [this](const QString& text) {
+    settings_.txtFileName_Change(text.toStdString());
+    ShowFileNumber();
+  });
   connect(cmdReSetFileIndex_, &QPushButton::clicked, this, [this] {
     settings_.cmdReSetFileIndex_Click();
     ShowFileNumber();
@@ -108,6 +115,8 @@ void frmFileDir::Connect() {
 
 void frmFileDir::ShowFileNumber() {
   lblFileNumber_->setText(QString::number(DataLogIndex));
+  lblInTheWay_->setText(
+      QString::fromStdString(WarningOfFilesInTheWay(core_.seams.files, core_.seams.locale)));
 }
 
 void frmFileDir::reject() {

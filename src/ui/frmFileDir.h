@@ -34,6 +34,7 @@ class frmFileDir : public QDialog {
   QLineEdit* txtFileName_;
   QLabel* lblFileNumber_;
   QLabel* lblFileExtension_;
+  QLabel* lblInTheWay_;  // earlier files that will be replaced
   QLabel* lblFolder_;
   QRadioButton* opDataFormatLSB_;
   QRadioButton* OpDataFormatScaled_;

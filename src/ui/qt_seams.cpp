@@ -10,17 +10,35 @@
 
 namespace kestrel {
 
-void QtMessages::Show(const std::string& text, const std::string& title) {
+namespace {
+
+// The button that was pressed. The hourglass of a waiting handler must not cover the box.
+int ShowBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
+            QMessageBox::StandardButtons buttons) {
   QMessageBox box(QApplication::activeWindow());
-  box.setIcon(title == "Error" ? QMessageBox::Critical : QMessageBox::Information);
-  box.setWindowTitle(QString::fromStdString(title.empty() ? kApplicationTitle : title));
+  box.setIcon(icon);
+  box.setWindowTitle(QString::fromStdString(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(text));
-  box.setStandardButtons(QMessageBox::Ok);
-  // The hourglass of a waiting handler must not cover the box.
+  box.setStandardButtons(buttons);
   QApplication::setOverrideCursor(Qt::ArrowCursor);
-  box.exec();
+  const int pressed = box.exec();
   QApplication::restoreOverrideCursor();
+  return pressed;
+}
+
+}  // namespace
+
+void QtMessages::Show(const std::string& text, const std::string& title) {
+  ShowBox(title == "Error" ? QMessageBox::Critical : QMessageBox::Information,
+          title.empty() ? kApplicationTitle : title, text, QMessageBox::Ok);
+}
+
+Unsaved QtMessages::AskToSave(const std::string& text) {
+  const int pressed = ShowBox(QMessageBox::Question, kApplicationTitle, text,
+                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  if (pressed == QMessageBox::Save) return Unsaved::Save;
+  return pressed == QMessageBox::Discard ? Unsaved::Discard : Unsaved::Cancel;
 }
 
 void ConsoleMessages::Show(const std::string& text, const std::string& title) {

@@ -7,11 +7,12 @@
 
 namespace kestrel {
 
-// Real message boxes..
+// Real message boxes.
 class QtMessages : public Messages {
  public:
   using Messages::Show;
   void Show(const std::string& text, const std::string& title) override;
+  Unsaved AskToSave(const std::string& text) override;
 };
 
 // Messages on standard error, for runs without a display.

@@ -187,7 +187,8 @@ QString RecordPanel::FftAvgsText() const {
 void RecordPanel::ShowSampleRate() {
   const int option = (ckBW_[0]->isChecked() ? 1 : 0) + (ckBW_[1]->isChecked() ? 2 : 0);
   lblSampleRate_->setText(
-      QString("%1 samples/s")
+      tr("%1: %2 samples/s")
+          .arg(option)
           .arg(QString::fromStdString(GroupedWholeNumber(SampleFrequency(option)))));
 }
 

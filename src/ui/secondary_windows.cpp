@@ -90,6 +90,10 @@ void SecondaryWindows::ForgetSensor() {
   if (alarmSpectrum_) alarmSpectrum_->ForgetSensor();
 }
 
+bool SecondaryWindows::MayClose() {
+  return !alarmSpectrum_ || alarmSpectrum_->MayBeLost();
+}
+
 void SecondaryWindows::CancelTransfers() {
   if (alarmSpectrum_) alarmSpectrum_->CancelTransfer();
 }

@@ -47,6 +47,8 @@ class SecondaryWindows : public QObject {
   void Refresh();
   // Another sensor may be connected now.
   void ForgetSensor();
+  // Whether the program may close. Asks the user about changes that would be lost.
+  [[nodiscard]] bool MayClose();
   // The program is closing: what is under way ends.
   void CancelTransfers();
 

@@ -180,5 +180,34 @@ TEST_F(AlarmFilesTest, ListsAtMost100FilesByTheirNames) {
   EXPECT_EQ(files.ListAlarmFiles().size(), 100U);
 }
 
+TEST_F(AlarmFilesTest, AFileHoldsTheTableUntilItIsEditedFurther) {
+  EXPECT_FALSE(files.HoldTable());
+  AlarmBandTable(0, 1, 0) = 12;
+  files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
+  EXPECT_TRUE(files.HoldTable());
+  AlarmBandTable(0, 1, 0) = 13;
+  EXPECT_FALSE(files.HoldTable());
+  files.ReadFile("AlarmSpectrum_pump.csv");
+  EXPECT_TRUE(files.HoldTable());
+}
+
+TEST_F(AlarmFilesTest, AFileOfSomeBandsDoesNotHoldTheOthers) {
+  AlarmBandTable(0, 1, 0) = 12;
+  disk.contents["/program/AlarmSpectrum_one.csv"] =
+      AlarmFileText(BandTable{}).substr(0, AlarmFileText(BandTable{}).find('\n') + 1) +
+      "3,6,10,20,0,0,0,0,0,0\r\n";
+  files.ReadFile("AlarmSpectrum_one.csv");
+  EXPECT_FALSE(files.HoldTable());
+}
+
+TEST_F(AlarmFilesTest, SavesUnderTheWishedNameOrOneThatIsFree) {
+  EXPECT_EQ(files.NameToSaveUnder("AlarmSpectrum_pump.csv"), "AlarmSpectrum_pump.csv");
+  EXPECT_EQ(files.NameToSaveUnder("values read from flash mem."), "AlarmSpectrum_Default.csv");
+  disk.contents["/program/AlarmSpectrum_Default.csv"] = "";
+  EXPECT_EQ(files.NameToSaveUnder(""), "AlarmSpectrum_Default_2.csv");
+  disk.contents["/program/AlarmSpectrum_Default_2.csv"] = "";
+  EXPECT_EQ(files.NameToSaveUnder("AlarmSpectrum_a/b.csv"), "AlarmSpectrum_Default_3.csv");
+}
+
 }  // namespace
 }  // namespace kestrel

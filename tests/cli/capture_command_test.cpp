@@ -46,6 +46,12 @@ TEST_F(Capture, WritesANumberedFileOfEachAndNeverOverAnEarlierOne) {
   EXPECT_NE(out.str().find("file /data/pump_8.csv"), std::string::npos);
 }
 
+TEST_F(Capture, ItsFileTellsTheAverages) {
+  EXPECT_EQ(Simulate({"capture", "--averages", "12", "--out", "/data/./"}), ExitCode::Success);
+  EXPECT_NE(files.contents.at("/data/Datalog_1.csv").find("AVG_Cnt,12\r\n"), std::string::npos);
+  EXPECT_NE(out.str().find("file /data/Datalog_1.csv"), std::string::npos) << out.str();
+}
+
 TEST_F(Capture, AFolderThatCannotBeWrittenIsNamed) {
   files.readOnly.insert("/data");
   EXPECT_EQ(Simulate({"capture", "--out", "/data"}), ExitCode::Failure);

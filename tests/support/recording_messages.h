@@ -22,6 +22,14 @@ class RecordingMessages : public Messages {
     if (whileShown_) whileShown_();
   }
 
+  Unsaved AskToSave(const std::string& text) override {
+    questions.push_back(text);
+    return answer;
+  }
+
+  std::vector<std::string> questions;
+  Unsaved answer = Unsaved::Discard;
+
   [[nodiscard]] const std::vector<std::string>& Texts() const { return texts_; }
   [[nodiscard]] const std::vector<std::string>& Titles() const { return titles_; }
 

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/frm1.h"
 
+#include <QStatusBar>
+
 #include <QAction>
 #include <QProgressBar>
 #include <algorithm>
@@ -229,7 +231,7 @@ TEST_F(Frm1, ASettingIsWrittenAndReadBack) {
   Find<QCheckBox>("ckBW1").click();
   core_.registers.ReadReg(row::REC_CTRL);
   EXPECT_EQ(RegValue, 0x2210);
-  EXPECT_EQ(Text("lblSampleRate"), "1,565 samples/s");
+  EXPECT_EQ(Text("lblSampleRate"), "2: 1,565 samples/s");
   Choose("cbxInterval", 10);
   Choose("cbxUnits", 1);
   core_.registers.ReadReg(row::REC_PRD);
@@ -348,6 +350,24 @@ TEST_F(Frm1, ASensorThatIsFoundAgainAtStartShowsItsOwnSettings) {
   EXPECT_TRUE(UsbPresent);
   EXPECT_EQ(Find<QComboBox>("cbxRecMode").currentIndex(), 0);
   EXPECT_EQ(CaptureType, "FFT");
+}
+
+TEST_F(Frm1, SwitchingTheLogOnTellsWhereFilesGoAndWhatTheyReplace) {
+  files_.contents["/program/Datalog_1.csv"] = "earlier";
+  Start();
+  Find<QCheckBox>("ckDataLog").click();
+  EXPECT_EQ(Window().statusBar()->currentMessage(),
+            "Next file: /program/Datalog_1.csv. Earlier files with this or a higher number, which "
+            "new ones will replace: 1.");
+}
+
+TEST_F(Frm1, TheLastFileIsNamed) {
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  Press("cmdStart");
+  EXPECT_EQ(Window().statusBar()->currentMessage(), "Written: /program/Datalog_1.csv");
+  EXPECT_EQ(Find<QLineEdit>("txtFileCount").toolTip(), "/program/Datalog_1.csv");
 }
 
 }  // namespace

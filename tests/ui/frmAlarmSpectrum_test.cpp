@@ -242,5 +242,16 @@ TEST_F(FrmAlarmSpectrum, FitsASmallScreen) {
   EXPECT_LE(editor_->minimumSizeHint().width(), 853);
 }
 
+TEST_F(FrmAlarmSpectrum, LoadingBeforeAFileIsChosenSaysWhatToDo) {
+  Open();
+  Click("cmdReadFile");
+  EXPECT_EQ(Message(), "Not loaded: there is no alarm file yet in /program.");
+  files_.contents["/program/AlarmSpectrum_pump.csv"] = AlarmFileText(BandTable{});
+  Click("cmdReadFile");
+  EXPECT_EQ(Message(), "Not loaded. Choose an alarm file from the list first.");
+  EXPECT_EQ(Items(Files()), Words{"AlarmSpectrum_pump.csv"});
+  EXPECT_TRUE(messages_.Texts().empty());
+}
+
 }  // namespace
 }  // namespace kestrel

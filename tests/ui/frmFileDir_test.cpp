@@ -165,5 +165,14 @@ TEST_F(FrmFileDir, AFullSeriesIsToldAndResettingTheIndexLetsItGoOn) {
   EXPECT_EQ(files_.contents.count("/program/DATALOG_1.csv"), 1U);
 }
 
+TEST_F(FrmFileDir, EarlierFilesThatWillBeReplacedAreCounted) {
+  files_.contents["/program/DATALOG_2.csv"] = "earlier";
+  Open();
+  EXPECT_EQ(Text("lblInTheWay"),
+            "Earlier files with this or a higher number, which new ones will replace: 1.");
+  TypeName("pump");
+  EXPECT_EQ(Text("lblInTheWay"), "");
+}
+
 }  // namespace
 }  // namespace kestrel

@@ -74,5 +74,29 @@ TEST(QtEventLoop, YieldingToPaintPaintsWhatChanged) {
   EXPECT_EQ(widget.paints, before + 1);
 }
 
+TEST(QtMessages, AskedToSaveTheUserHasThreeAnswers) {
+  QtMessages messages;
+  const std::pair<QMessageBox::StandardButton, Unsaved> answers[] = {
+      {QMessageBox::Save, Unsaved::Save},
+      {QMessageBox::Discard, Unsaved::Discard},
+      {QMessageBox::Cancel, Unsaved::Cancel}};
+  for (const auto& [button, answer] : answers) {
+    QTimer::singleShot(0, [button = button] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      EXPECT_EQ(box->text(), "Save them?");
+      box->button(button)->click();
+    });
+    EXPECT_EQ(messages.AskToSave("Save them?"), answer);
+  }
+  QTimer::singleShot(0, [] { QApplication::activeModalWidget()->close(); });
+  EXPECT_EQ(messages.AskToSave("Save them?"), Unsaved::Cancel);
+}
+
+TEST(ConsoleMessages, WhereNobodyCanBeAskedChangesAreDiscarded) {
+  ConsoleMessages messages;
+  EXPECT_EQ(messages.AskToSave("Save them?"), Unsaved::Discard);
+}
+
 }  // namespace
 }  // namespace kestrel

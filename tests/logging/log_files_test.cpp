@@ -1,0 +1,48 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "logging/log_files.h"
+
+#include <gtest/gtest.h>
+
+#include "logging/data_log.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/reset_program.h"
+
+namespace kestrel {
+namespace {
+
+class LogFiles : public testing::Test {
+ protected:
+  LogFiles() { ResetProgram(); }
+  ~LogFiles() override { ResetProgram(); }
+
+  MemoryFiles files;
+  FixedLocale locale;
+};
+
+TEST_F(LogFiles, TheNextFileHasNameNumberAndFolder) {
+  EXPECT_EQ(NextLogFile(files, locale), "/program/Datalog_1.csv");
+  DataLogName = "pump";
+  DataLogIndex = 12;
+  files.readOnly.insert("/program");
+  EXPECT_EQ(NextLogFile(files, locale), "/documents/pump_12.csv");
+}
+
+TEST_F(LogFiles, FilesOfTheNextNumberAndHigherAreInTheWay) {
+  EXPECT_EQ(WarningOfFilesInTheWay(files, locale), "");
+  for (const char* name :
+       {"Datalog_3.csv", "Datalog_4.csv", "Datalog_11.csv", "Datalog_12.txt", "Datalog_013.csv",
+        "Datalog_x.csv", "Datalog_.csv", "pump_5.csv", "Datalog_5.csv.old"}) {
+    files.contents[std::filesystem::path("/program") / name] = "earlier";
+  }
+  DataLogIndex = 4;
+  EXPECT_EQ(LogFilesInTheWay(files, locale), 2);
+  EXPECT_EQ(WarningOfFilesInTheWay(files, locale),
+            "Earlier files with this or a higher number, which new ones will replace: 2.");
+  DataLogName = "pump";
+  EXPECT_EQ(LogFilesInTheWay(files, locale), 1);
+}
+
+}  // namespace
+}  // namespace kestrel
