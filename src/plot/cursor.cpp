@@ -40,10 +40,14 @@ void PlotCursor::pic1_MouseMove(double x, double y) {
 }
 
 void PlotCursor::Step(CursorStep step) {
-  const double index = std::clamp(index_ + Offset(step), 0, static_cast<int>(Buff.width));
-  const double y = HighestAt(static_cast<int>(index));
-  ReadOut(index, y);
-  view_.MoveCrossHair(index, y);
+  GoTo(index_ + Offset(step));
+}
+
+void PlotCursor::GoTo(int index) {
+  const int there = std::clamp(index, 0, static_cast<int>(Buff.width));
+  const double y = HighestAt(there);
+  ReadOut(there, y);
+  view_.MoveCrossHair(there, y);
 }
 
 // The frequency is filled for time records too, where its label is hidden.

@@ -32,6 +32,8 @@ class PlotCursor {
 
   // Moves to another bin or sample, on the highest of the traces shown there.
   void Step(CursorStep step);
+  // To this bin or sample, or the nearest one that the record has.
+  void GoTo(int index);
 
  private:
   void ReadOut(double x, double y);

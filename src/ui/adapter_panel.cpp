@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::array kColumnNames{"lblBoardType", "lblString1", "lblString2", "lblFirmware",
                                   "lblUsbVersion"};
+constexpr std::array kHeadings{"Board", "Type", "String 1", "String 2", "Firmware", "USB"};
 constexpr int kFindingLine = kAdapterNames + 1;
-constexpr int kColumns = 6;
+constexpr int kColumns = static_cast<int>(kHeadings.size());
 
 QLabel* MakeHeading(const QString& text) {
   auto* heading = new QLabel(text);
@@ -49,10 +50,7 @@ void AdapterPanel::LayOut() {
   grid->setContentsMargins(0, 0, 0, 0);
   grid->setHorizontalSpacing(18);
   int column = 0;
-  for (const QString& heading :
-       {tr("Board"), tr("Type"), tr("String 1"), tr("String 2"), tr("Firmware"), tr("USB")}) {
-    grid->addWidget(MakeHeading(heading), 0, column++);
-  }
+  for (const char* heading : kHeadings) grid->addWidget(MakeHeading(tr(heading)), 0, column++);
   for (int index = 0; index < kAdapterNames; ++index) {
     const Row row = MakeRow(index);
     rows_[static_cast<std::size_t>(index)] = row;
@@ -75,6 +73,8 @@ AdapterPanel::Row AdapterPanel::MakeRow(int index) {
   options_->addButton(row.optUsbPort, index);
   for (std::size_t i = 0; i < row.columns.size(); ++i) {
     row.columns[i] = MakeLabel(ArrayName(kColumnNames[i], index), "");
+    row.columns[i]->setAccessibleDescription(
+        tr("%1 of Ezusb-%2").arg(tr(kHeadings[i + 1])).arg(index));
   }
   return row;
 }

@@ -4,12 +4,20 @@
 
 #include <QGridLayout>
 
+#include "app/program_state.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
 namespace {
 
 enum Column { AxisName, AlarmColumn, BandColumn, PeakColumn, BinColumn, FirstIndicator };
+
+// The colour alone would not tell everybody.
+QString StateText(double colour) {
+  if (colour == clrRed) return AlarmPanel::tr("fault");
+  if (colour == clrYellow) return AlarmPanel::tr("warning");
+  return AlarmPanel::tr("no alarm");
+}
 
 QLabel* Heading(const QString& text) {
   auto* label = new QLabel(text);
@@ -54,6 +62,7 @@ void AlarmPanel::BuildRow(Axis axis) {
     indicator->setAlignment(Qt::AlignCenter);
     indicator->setToolTip(
         tr("Axis %1, band %2: green no alarm, yellow warning, red fault").arg(letter).arg(band));
+    indicator->setAccessibleDescription(tr("Axis %1, band %2: not read yet").arg(letter).arg(band));
     grid->addWidget(indicator, number, FirstIndicator + band);
     row.lblBA[static_cast<std::size_t>(band)] = indicator;
   }
@@ -68,7 +77,12 @@ void AlarmPanel::SetAlarm(Axis axis, const std::string& text) {
 }
 
 void AlarmPanel::SetIndicator(Axis axis, int band, double colour) {
-  PaintGround(rows_[Index(axis)].lblBA.at(static_cast<std::size_t>(band)), ToColour(colour));
+  QLabel* indicator = rows_[Index(axis)].lblBA.at(static_cast<std::size_t>(band));
+  PaintGround(indicator, ToColour(colour));
+  indicator->setAccessibleDescription(tr("Axis %1, band %2: %3")
+                                          .arg(QChar('X' + static_cast<int>(Index(axis))))
+                                          .arg(band)
+                                          .arg(StateText(colour)));
 }
 
 void AlarmPanel::SetPeak(Axis axis, const std::string& text) {

@@ -6,6 +6,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
+#include <array>
 
 #include "ui/widgets.h"
 
@@ -84,6 +85,11 @@ BandEditorPanel::BandEditorPanel(BandGridModel& model)
   cbxAfiles->setInsertPolicy(QComboBox::NoInsert);
   cbxAfiles->setCompleter(nullptr);
   opOFF->setChecked(true);
+  cbxAfiles->lineEdit()->setAccessibleName(tr("Alarm file"));
+  const std::array axes{opX, opY, opZ};
+  for (QRadioButton* option : axes) {
+    option->setAccessibleName(tr("Bands of axis %1").arg(option->text().remove('&')));
+  }
   LayOut();
   // Enter moves in the grid and presses no button.
   for (QPushButton* button : findChildren<QPushButton*>()) button->setAutoDefault(false);

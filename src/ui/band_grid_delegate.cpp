@@ -9,21 +9,13 @@
 #include <algorithm>
 
 #include "ui/band_grid_model.h"
+#include "ui/contrast.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
 namespace {
 
 constexpr QColor kAlert(230, 0, 0);
-
-QColor Mix(const QColor& a, const QColor& b, double part) {
-  const auto mix = [part](float from, float to) {
-    return static_cast<float>((1 - part) * static_cast<double>(from) +
-                              part * static_cast<double>(to));
-  };
-  return QColor::fromRgbF(mix(a.redF(), b.redF()), mix(a.greenF(), b.greenF()),
-                          mix(a.blueF(), b.blueF()));
-}
 
 int Margin(const QFontMetrics& metrics) {
   return std::max(3, metrics.averageCharWidth() * 2 / 3);
@@ -89,7 +81,7 @@ void BandGridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
   }
   if (!note.isEmpty()) {
     painter->setFont(cell.font);
-    painter->setPen(Mix(text, ground, 0.4));
+    painter->setPen(Mix(text, ground, selected ? 0 : 0.35));
     painter->drawText(room, Qt::AlignRight | Qt::AlignVCenter, note);
     room.setRight(room.right() - NoteWidth(cell.fontMetrics) - 2 * margin);
   }

@@ -25,6 +25,7 @@ CapturePanel::CapturePanel(RecordPanel& record, ConditionsPanel& conditions, Mou
       lblCapturingData_(MakeLabel("lblCapturingData", tr("Capturing data..."))) {
   setTitle(tr("Capture"));
   LayOut();
+  cmdConfigDataLog->setAccessibleName(tr("Data-log settings..."));
   ShowDataLogState();
 }
 

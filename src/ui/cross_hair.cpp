@@ -8,7 +8,7 @@
 namespace kestrel {
 namespace {
 
-const QColor kLineColour(70, 76, 84, 150);
+const QColor kLineColour(70, 76, 84, 190);
 
 }  // namespace
 

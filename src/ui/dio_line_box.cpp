@@ -112,12 +112,14 @@ DioLineBox::DioLineBox(std::size_t line)
 
 void DioLineBox::BuildDio(const Names& names) {
   fraFunction_ = MakeFrame("", tr(names.functionFrame));
+  fraFunction_->setAccessibleName(tr("%1 function").arg(names.line));
   for (std::size_t i = 0; i < function_.size(); ++i) {
     function_[i] =
         Add(fraFunction_, functionGroup_, names.function[i].name, tr(kFunctionCaptions[i]));
     dioOptions_.emplace_back(function_[i], names.function[i].handler);
   }
   fraPolarity_ = MakeFrame("", tr(names.polarityFrame));
+  fraPolarity_->setAccessibleName(tr("%1 polarity").arg(names.line));
   activeHigh_ = Add(fraPolarity_, polarityGroup_, names.polarity[0].name, tr("Active high"));
   activeLow_ = Add(fraPolarity_, polarityGroup_, names.polarity[1].name, tr("Active low"));
   dioOptions_.emplace_back(activeHigh_, names.polarity[0].handler);
@@ -129,12 +131,15 @@ void DioLineBox::BuildDio(const Names& names) {
 
 void DioLineBox::BuildGpio(const Names& names) {
   fraGPIO_ = MakeFrame(names.gpioFrame, names.gpioTitle);
+  fraGPIO_->setAccessibleName(names.gpioTitle);
   fraGDirection_ = MakeFrame(names.directionFrame, tr(names.directionTitle));
+  fraGDirection_->setAccessibleName(tr("%1 direction").arg(names.gpioTitle));
   input_ = Add(fraGDirection_, directionGroup_, names.direction[0].name, tr("Input"));
   output_ = Add(fraGDirection_, directionGroup_, names.direction[1].name, tr("Output"));
   gpioOptions_.emplace_back(input_, names.direction[0].handler);
   gpioOptions_.emplace_back(output_, names.direction[1].handler);
   fraGLevel_ = MakeFrame(names.levelFrame, tr(names.levelTitle));
+  fraGLevel_->setAccessibleName(tr("%1 output level").arg(names.gpioTitle));
   high_ = Add(fraGLevel_, levelGroup_, names.level[0].name, tr("High"));
   low_ = Add(fraGLevel_, levelGroup_, names.level[1].name, tr("Low"));
   gpioOptions_.emplace_back(high_, names.level[0].handler);

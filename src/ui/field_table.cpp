@@ -64,7 +64,11 @@ void FieldTable::AddLine(const QString& bits, const QString& title, const QStrin
   insertRow(line);
   int column = 0;
   for (const QString& text : {bits, title, read, toWrite}) {
-    setItem(line, column++, new QTableWidgetItem(text));
+    auto* cell = new QTableWidgetItem(text);
+    cell->setData(Qt::AccessibleTextRole, tr("%1, %2: %3")
+                                              .arg(title, horizontalHeaderItem(column)->text(),
+                                                   text.isEmpty() ? tr("nothing") : text));
+    setItem(line, column++, cell);
   }
   if (toWrite.isEmpty() || read.isEmpty() || toWrite == read) return;
   QFont bold = font();

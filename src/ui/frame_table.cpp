@@ -53,7 +53,7 @@ void FrameTable::LayOut() {
     const int line = i % kLines + 1;
     const int column = kGridColumns * (i / kLines);
     const Row& row = rows_[static_cast<std::size_t>(i)];
-    grid->addWidget(new QLabel(QString::number(i + 1)), line, column, Qt::AlignRight);
+    grid->addWidget(MakeCaption(QString::number(i + 1), row.txtTx), line, column, Qt::AlignRight);
     grid->addWidget(row.txtTx, line, column + 1);
     grid->addWidget(row.txtRx, line, column + 2);
   }

@@ -14,7 +14,9 @@
 #include "app/start.h"
 #include "logging/log_files.h"
 #include "numeric/number_format.h"
+#include "ui/fit_screen.h"
 #include "ui/interface_text.h"
+#include "ui/line_label.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -52,7 +54,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       alarmPanel_(new AlarmPanel),
       lostNotice_(new LostNotice(core, edge_)),
       watcher_(new AdapterWatcher(core, edge_, this)),
-      lblInterface_(MakeLabel("lblInterface", "")),
+      lblInterface_(new LineLabel),
       alarms_(core.registers, *alarmPanel_),
       plot_(*plotPanel_, alarms_, core.seams.loop, core.seams.messages),
       overlay_(plot_, *plotPanel_),
@@ -67,6 +69,8 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       pointer_(*plotPanel_, overlay_, cursor_, edge_),
       windows_(core, edge_, overlay_, this) {
   setObjectName("frm1");
+  lblInterface_->setObjectName("lblInterface");
+  lblInterface_->setTextFormat(Qt::PlainText);
   LayOut();
   ConnectButtons();
   ConnectSettings();
@@ -75,6 +79,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
   ConnectWindows();
   qApp->installEventFilter(this);
   Handle("Form_Load", [this] { Form_Load(); });
+  FitScreen(*this);
 }
 
 void frm1::LayOut() {
@@ -99,7 +104,7 @@ void frm1::LayOut() {
   rows->addLayout(columns, 1);
   rows->addWidget(lostNotice_);
   setCentralWidget(all);
-  statusBar()->addWidget(lblInterface_);
+  statusBar()->addWidget(lblInterface_, 1);
   statusBar()->addPermanentWidget(capture_->progress);
   resize(1240, 690);
 }
@@ -159,6 +164,7 @@ void frm1::ConnectPlot() {
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });
+  connect(plotPanel_, &PlotPanel::CursorPlaced, this, [this](int index) { cursor_.GoTo(index); });
 }
 
 void frm1::ConnectMenu() {
@@ -216,7 +222,8 @@ bool frm1::IsIdle() {
 void frm1::SetCommInterfaceIndicators() {
   const InterfaceText text = DescribeInterface();
   lblInterface_->setText(QString::fromStdString(text.line));
-  lblInterface_->setToolTip(QString::fromStdString(text.detail));
+  // Where the status bar is too narrow for the line, the tip still has all of it.
+  lblInterface_->setToolTip(QString::fromStdString(text.line + "\n" + text.detail).trimmed());
   menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
   menu_->ShowDebug(simulator_.isConnected());

@@ -50,7 +50,7 @@ frmALM_CTRL::frmALM_CTRL(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
   auto* all = new QVBoxLayout;
   for (QWidget* box : {SpectralBox(), SystemBox(), OutputBox()}) all->addWidget(box);
   auto* word = new QHBoxLayout;
-  word->addWidget(new QLabel(tr("ALM_CTRL, hexadecimal")));
+  word->addWidget(MakeCaption(tr("ALM_CTRL, hexadecimal"), lblHexWord_));
   word->addWidget(lblHexWord_, 1);
   all->addLayout(word);
   all->addStretch();

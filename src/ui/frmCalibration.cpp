@@ -82,6 +82,9 @@ QLayout* frmCalibration::Rows() {
     row.word->setTextInteractionFlags(Qt::TextSelectableByMouse);
     row.word->setMinimumWidth(row.word->fontMetrics().horizontalAdvance("FFFF"));
     row.value = MakeValueBox(names.value);
+    const QString axis = QString(tr(names.caption)).remove('&');
+    row.word->setAccessibleDescription(tr("Register of %1, hexadecimal").arg(axis));
+    row.value->setAccessibleName(tr("Correction of %1 in g").arg(axis));
     row.write = MakeButton(names.write, tr(names.writeCaption), tr("Write the value, read back"));
     row.write->setAutoDefault(false);
     const int line = static_cast<int>(i) + 1;

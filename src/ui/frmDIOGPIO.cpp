@@ -49,7 +49,7 @@ QLayout* frmDIOGPIO::Words() {
        {std::pair{tr("DIO_CTRL"), lblDioWord_}, std::pair{tr("GPIO_CTRL"), lblGpioWord_}}) {
     word->setTextInteractionFlags(Qt::TextSelectableByMouse);
     word->setMinimumWidth(width);
-    words->addWidget(new QLabel(caption));
+    words->addWidget(MakeCaption(caption, word));
     words->addWidget(word);
     words->addSpacing(12);
   }

@@ -49,6 +49,8 @@ frmFileDir::frmFileDir(Core& core, HandlerEdge& edge, QWidget* parent)
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(tr("Data log"));
   txtFileName_->setObjectName("txtFileName");
+  txtFileName_->setToolTip(tr("Each file's name is this text and a number"));
+  lblFileExtension_->setAccessibleDescription(tr("Extension of the file names"));
   LayOut();
   Load();
   Connect();
@@ -72,7 +74,7 @@ void frmFileDir::LayOut() {
   lblFolder_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   auto* form = new QFormLayout(this);
   form->addRow(MakeCaption(tr("File &name"), txtFileName_), name);
-  form->addRow(tr("Next number"), number);
+  form->addRow(MakeCaption(tr("Next number"), lblFileNumber_), number);
   form->addRow("", lblInTheWay_);
   form->addRow(tr("Values"), opDataFormatLSB_);
   form->addRow("", OpDataFormatScaled_);

@@ -32,7 +32,7 @@ frmRecInfo::frmRecInfo(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
 void frmRecInfo::LayOut() {
   auto* grid = new QGridLayout(this);
   grid->setHorizontalSpacing(18);
-  grid->addWidget(new QLabel(tr("Record information word, hexadecimal")), 0, 0, 1, 3);
+  grid->addWidget(MakeCaption(tr("Record information word, hexadecimal"), lblHex_), 0, 0, 1, 3);
   grid->addWidget(lblHex_, 0, 3);
   int column = 0;
   for (const QString& heading : {tr("Bits"), tr("Parameter"), tr("Value"), tr("Setting")}) {
@@ -45,6 +45,7 @@ void frmRecInfo::LayOut() {
   for (std::size_t row = 4; row >= 1; --row) {
     rows_[row] = {MakeCell("lblBits", row), MakeCell("lblParam", row), MakeCell("lblValue", row),
                   MakeCell("lblSetting", row)};
+    rows_[row].lblParam->setBuddy(rows_[row].lblValue);
     const int line = 6 - static_cast<int>(row);
     grid->addWidget(rows_[row].lblBits, line, 0);
     grid->addWidget(rows_[row].lblParam, line, 1);
@@ -76,9 +77,12 @@ void frmRecInfo::Read_RecInfo() {
 
 void frmRecInfo::ShowRow(std::size_t index, const cBitFieldProp& field) {
   const auto show = [](QLabel* label, const QString& text) { label->setText(text + "  "); };
+  const QString title = QString::fromStdString(field.BFTitle());
+  rows_[index].lblBits->setAccessibleDescription(tr("Bits of %1").arg(title));
   show(rows_[index].lblBits, QString::fromStdString(field.BFRange()));
-  show(rows_[index].lblParam, QString::fromStdString(field.BFTitle()));
+  show(rows_[index].lblParam, title);
   show(rows_[index].lblValue, QString::number(field.BFValue()));
+  rows_[index].lblSetting->setAccessibleDescription(tr("Setting of %1").arg(title));
   show(rows_[index].lblSetting, QString::fromStdString(field.SettingDecription()));
 }
 

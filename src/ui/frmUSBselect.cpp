@@ -6,6 +6,7 @@
 #include <QShowEvent>
 #include <QVBoxLayout>
 
+#include "ui/fit_screen.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -35,7 +36,8 @@ void frmUSBselect::showEvent(QShowEvent* event) {
   SecondaryWindow::showEvent(event);
   if (event->spontaneous()) return;
   adapters_->Search();
-  resize(size().expandedTo(sizeHint()));
+  FitScreen(*this);
+  resize(size().expandedTo(sizeHint()).boundedTo(RoomOnScreen(*this)));
 }
 
 void frmUSBselect::Form_Activate() {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/lost_notice.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -28,6 +29,7 @@ LostNotice::LostNotice(Core& core, HandlerEdge& edge)
       cmdLostRetry_(MakeButton("cmdLostRetry", tr("Try again"),
                                tr("Search for the adapter again (Ctrl+R)"))) {
   setObjectName("lostNotice");
+  setAccessibleName(tr("USB adapter lost"));
   LayOut();
   hide();
   connect(cmdLostSelect_, &QPushButton::clicked, this, &LostNotice::SelectWanted);
@@ -56,8 +58,10 @@ void LostNotice::Refresh() {
   if (RegisterAccess::Usable()) {
     hide();
     lblLostReason_->hide();
-  } else if (InterfaceType == kUsbAdapter) {
+  } else if (InterfaceType == kUsbAdapter && isHidden()) {
     show();
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
   }
 }
 

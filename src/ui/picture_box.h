@@ -38,6 +38,8 @@ class PictureBox : public QWidget {
   // A straight line in colour 0xBBGGRR. A colour drawn first stays below the others.
   void Line(double x1, double y1, double x2, double y2, double colour);
 
+  [[nodiscard]] bool IsEmpty() const { return traces_.empty(); }
+
   // Shown in the middle while nothing is drawn.
   void SetHint(const QString& text);
 

@@ -11,6 +11,7 @@
 #include <cmath>
 
 #include "numeric/number_format.h"
+#include "ui/contrast.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -24,13 +25,6 @@ int TickLength(const QFontMetrics& font) {
 }
 int Gap(const QFontMetrics& font) {
   return TickLength(font) + std::max(4, font.height() / 4);
-}
-
-QColor Blend(const QColor& a, const QColor& b, double partOfB) {
-  const auto mix = [=](int from, int to) {
-    return static_cast<int>(std::lround(from + (to - from) * partOfB));
-  };
-  return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
 QRect CentredAt(QPoint centre, QSize size) {
@@ -59,13 +53,18 @@ QString Text(double value) {
 
 PlotFrame::PlotFrame(QWidget* parent) : QWidget(parent), pic1(new PictureBox(this)) {
   pic1->setObjectName("pic1");
-  pic1->setAccessibleName("Plot");
   lblYmax = AddLabel("lblYmax", "1");
   LbLYmid = AddLabel("LbLYmid", "0.5");
   lblYmin = AddLabel("lblYmin", "0");
   lblXmin = AddLabel("lblXmin", "0");
   lblXmax = AddLabel("lblXmax", "255");
   Label5 = AddLabel("Label5", "bin");
+  lblYmax->setAccessibleDescription(tr("Top of the vertical axis, g"));
+  LbLYmid->setAccessibleDescription(tr("Middle of the vertical axis, g"));
+  lblYmin->setAccessibleDescription(tr("Bottom of the vertical axis, g"));
+  lblXmin->setAccessibleDescription(tr("Left end of the horizontal axis"));
+  lblXmax->setAccessibleDescription(tr("Right end of the horizontal axis"));
+  Label5->setAccessibleDescription(tr("Unit of the horizontal axis"));
   for (QLabel* label : {lblYmax, LbLYmid, lblYmin}) {
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   }
@@ -91,6 +90,8 @@ void PlotFrame::AddEdge(bool high, int band) {
   label->setAttribute(Qt::WA_TransparentForMouseEvents);
   label->setAutoFillBackground(true);
   label->setContentsMargins(3, 0, 3, 0);
+  label->setAccessibleDescription(
+      (high ? tr("Upper edge of alarm band %1") : tr("Lower edge of alarm band %1")).arg(band));
   label->hide();
   EdgeOf(high, band).label = label;
 }
@@ -240,8 +241,8 @@ void PlotFrame::ColourEdges() {
 void PlotFrame::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QColor text = palette().color(QPalette::WindowText);
-  const QColor muted = Blend(text, palette().color(QPalette::Window), 0.3);
-  PaintTickMarks(painter, Blend(text, palette().color(QPalette::Window), 0.5));
+  const QColor muted = Mix(text, palette().color(QPalette::Window), 0.3);
+  PaintTickMarks(painter, Mix(text, palette().color(QPalette::Window), 0.5));
   painter.setPen(muted);
   for (const auto* numbers : {&xNumbers_, &yNumbers_}) {
     for (const Number& number : *numbers) {

@@ -4,12 +4,14 @@
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <optional>
 
 #include "app/program_state.h"
 #include "device/capture_data.h"
 #include "plot/alarm_status.h"
+#include "plot/plot_summary.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -97,13 +99,23 @@ PlotPanel::PlotPanel()
   }
   LayOut();
   PreparePlot();
+  NameParts();
+}
+
+void PlotPanel::NameParts() {
+  for (const Axis axis : kAxes) {
+    TraceBox(axis)->setAccessibleName(
+        tr("Trace of axis %1").arg(QChar('X' + static_cast<int>(Index(axis)))));
+  }
+  lblCursorX_->setAccessibleDescription(tr("Cursor, bin or sample"));
+  LblFreq_->setAccessibleDescription(tr("Cursor, frequency"));
+  lblCursorY_->setAccessibleDescription(tr("Cursor, acceleration in g"));
+  PlotAccessible::Attach(frame_->pic1, *this);
 }
 
 void PlotPanel::PreparePlot() {
   PictureBox* pic1 = frame_->pic1;
   pic1->setFocusPolicy(Qt::StrongFocus);
-  pic1->setAccessibleName(tr("Plot"));
-  pic1->setAccessibleDescription(tr("Arrow, page, home and end keys move the cursor"));
   pic1->installEventFilter(this);
   connect(pic1, &PictureBox::PointerMoved, this, &PlotPanel::PointerMoved);
   connect(pic1, &PictureBox::PointerPressed, this, &PlotPanel::PointerPressed);
@@ -126,7 +138,6 @@ bool PlotPanel::eventFilter(QObject* watched, QEvent* event) {
 
 void PlotPanel::LayOut() {
   auto* strip = new QHBoxLayout;
-  cmdPlotScale->setAccessibleDescription(tr("Vertical full scale in g"));
   strip->addWidget(new QLabel(tr("Full scale, g")));
   strip->addWidget(cmdPlotScale);
   strip->addSpacing(16);
@@ -151,7 +162,7 @@ void PlotPanel::SetStartValues() {
   LblFreq_->setText(QString("0") + " Hz");
   lblCursorY_->setText("0.00");
   frame_->lblXmin->setText("0");
-  cmdPlotScale->setText(kStartScale);
+  SetScaleCaption(kStartScale);
   SetYmax(kStartScale);
   SetYmid("0.5");
   SetYmin("0");
@@ -201,7 +212,9 @@ std::string PlotPanel::ScaleCaption() {
   return cmdPlotScale->text().toStdString();
 }
 void PlotPanel::SetScaleCaption(const std::string& text) {
-  cmdPlotScale->setText(QString::fromStdString(text));
+  const QString scale = QString::fromStdString(text);
+  cmdPlotScale->setText(scale);
+  cmdPlotScale->setAccessibleName(tr("Full scale %1 g").arg(scale));
 }
 
 bool PlotPanel::TraceTicked(Axis axis) {
@@ -216,8 +229,10 @@ void PlotPanel::SetScale(double left, double top, double right, double bottom) {
   frame_->pic1->Scale(left, top, right, bottom);
   bandLines_->setVisible(ScaleWidth() == kFftWidth);
 }
+// Told when the new picture is complete.
 void PlotPanel::ClearPlot() {
   frame_->pic1->Cls();
+  QTimer::singleShot(0, this, [this] { PlotAccessible::PictureChanged(frame_->pic1); });
 }
 void PlotPanel::DrawLine(double x1, double y1, double x2, double y2, double colour) {
   frame_->pic1->Line(x1, y1, x2, y2, colour);
@@ -259,6 +274,31 @@ void PlotPanel::SetCursorY(const std::string& text) {
 }
 void PlotPanel::MoveCrossHair(double x, double y) {
   crossHair_->Move(x, y);
+  PlotAccessible::CursorMoved(frame_->pic1, CursorIndex());
+}
+
+QString PlotPanel::CursorInWords() {
+  const QString frequency = LblFreq_->isHidden() ? QString() : LblFreq_->text() + ", ";
+  return tr("Plot, cursor at %1 %2, %3%4 g")
+      .arg(frame_->Label5->text(), lblCursorX_->text(), frequency, lblCursorY_->text());
+}
+
+QString PlotPanel::PictureInWords() {
+  const QString keys = tr("Arrow, page, home and end keys move the cursor.");
+  if (frame_->pic1->IsEmpty()) return tr("No record yet.") + " " + keys;
+  std::array<bool, 3> shown{};
+  for (const Axis axis : kAxes) shown[Index(axis)] = TraceTicked(axis);
+  return QString::fromStdString(PlotSummary(shown)) + " " + keys;
+}
+
+int PlotPanel::CursorIndex() {
+  return lblCursorX_->text().toInt();
+}
+int PlotPanel::LastIndex() {
+  return static_cast<int>(ScaleWidth());
+}
+void PlotPanel::PlaceCursor(int index) {
+  emit CursorPlaced(index);
 }
 
 }  // namespace kestrel

@@ -13,13 +13,18 @@
 #include "plot/spectrum_plot.h"
 #include "ui/band_lines.h"
 #include "ui/cross_hair.h"
+#include "ui/plot_accessible.h"
 #include "ui/plot_frame.h"
 
 namespace kestrel {
 
 // The plot with the alarm bands over it, the controls that choose what it shows and the read-outs
 // of its cursor.
-class PlotPanel : public QWidget, public PlotView, public CursorView, public BandOverlayView {
+class PlotPanel : public QWidget,
+                  public PlotView,
+                  public CursorView,
+                  public BandOverlayView,
+                  public PictureTeller {
   Q_OBJECT
 
  public:
@@ -56,6 +61,12 @@ class PlotPanel : public QWidget, public PlotView, public CursorView, public Ban
   void PlaceEdgeLabel(bool high, int band, const std::string& text, double x) override;
   void ShowGrip(Grip grip) override;
 
+  [[nodiscard]] QString CursorInWords() override;
+  [[nodiscard]] QString PictureInWords() override;
+  [[nodiscard]] int CursorIndex() override;
+  [[nodiscard]] int LastIndex() override;
+  void PlaceCursor(int index) override;
+
   [[nodiscard]] QCheckBox* TraceBox(Axis axis) const { return traces_[Index(axis)]; }
 
   QPushButton* cmdPlotScale;
@@ -68,6 +79,7 @@ class PlotPanel : public QWidget, public PlotView, public CursorView, public Ban
   void PointerLeft();
   void PointerLost();
   void CursorStepped(CursorStep step);  // by a key
+  void CursorPlaced(int index);         // by an assistive technology
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -75,6 +87,7 @@ class PlotPanel : public QWidget, public PlotView, public CursorView, public Ban
  private:
   void LayOut();
   void PreparePlot();
+  void NameParts();
   void SetEdgeLabels(const QString& text);
 
   std::array<QCheckBox*, 3> traces_{};

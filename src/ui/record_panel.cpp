@@ -15,8 +15,11 @@
 namespace kestrel {
 namespace {
 
+constexpr int kGap = 6;  // the form's tighter lines would leave none
+
 QHBoxLayout* SideBySide(std::initializer_list<QWidget*> widgets) {
   auto* row = new QHBoxLayout;
+  row->setSpacing(kGap);
   for (QWidget* widget : widgets) row->addWidget(widget);
   return row;
 }
@@ -35,6 +38,7 @@ RecordPanel::RecordPanel(QLabel* lblRecCount)
       lblRecCount_(lblRecCount) {
   setObjectName("FraCap");
   setTitle(tr("Record settings"));
+  cmdRecInfo->setAccessibleName(tr("Record information..."));
   BuildLists();
   BuildBoxes();
   LayOut();
@@ -91,6 +95,7 @@ void RecordPanel::LayOut() {
   form->addRow("", lblSampleRate_);
   form->addRow(MakeCaption(tr("&Every"), List(Setting::Interval)),
                SideBySide({List(Setting::Interval), List(Setting::Units)}));
+  NameUnseen(tr("Time unit"), List(Setting::Units));
   add(tr("Stored re&cord"), Setting::RecPntr);
   form->addRow(SideBySide({cmdGetRecord, cmdRecInfo}));
   form->addRow(ckPowerDown_);

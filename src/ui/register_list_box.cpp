@@ -15,18 +15,14 @@
 #include <algorithm>
 #include <memory>
 
+#include "ui/contrast.h"
+
 namespace kestrel {
 namespace {
 
 constexpr double kWidthCharacters = 40;
 constexpr double kMarginCharacters = 2;  // room for the mark
 constexpr double kTint = 0.25;           // of the highlight colour
-
-QColor Blend(const QColor& ground, const QColor& tint) {
-  const auto mix = [](float a, float b) { return a + static_cast<float>(kTint) * (b - a); };
-  return QColor::fromRgbF(mix(ground.redF(), tint.redF()), mix(ground.greenF(), tint.greenF()),
-                          mix(ground.blueF(), tint.blueF()));
-}
 
 // Points at the line from the left.
 QPolygonF Mark(const QRectF& line, double width) {
@@ -128,7 +124,7 @@ void RegisterListBox::paintEvent(QPaintEvent* event) {
       if (!StandsOut(block.blockNumber() - kListHeadingLines)) continue;
       painter.fillRect(
           QRectF(0, line.top(), viewport()->width(), line.height()),
-          Blend(palette().color(QPalette::Base), palette().color(QPalette::Highlight)));
+          Mix(palette().color(QPalette::Base), palette().color(QPalette::Highlight), kTint));
       painter.setBrush(palette().color(QPalette::Text));
       painter.drawPolygon(Mark(line, document()->documentMargin()));
     }

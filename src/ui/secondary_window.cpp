@@ -6,6 +6,8 @@
 #include <QScreen>
 #include <algorithm>
 
+#include "ui/fit_screen.h"
+
 namespace kestrel {
 namespace {
 
@@ -32,6 +34,7 @@ void SecondaryWindow::PlaceOnce() {
   if (placed_ || parentWidget() == nullptr) return;
   placed_ = true;
   adjustSize();
+  FitScreen(*this);
   const QRect room = parentWidget()->screen()->availableGeometry();
   const QPoint wished = parentWidget()->pos() + offsetTwips_ / kTwipsPerPixel;
   move(std::max(room.left(), std::min(wished.x(), room.right() - width())),
@@ -40,6 +43,8 @@ void SecondaryWindow::PlaceOnce() {
 
 bool SecondaryWindow::event(QEvent* event) {
   const bool done = QDialog::event(event);
+  // What is read may need more room than what was shown before.
+  if (event->type() == QEvent::LayoutRequest && placed_) FitScreen(*this);
   if (event->type() == QEvent::WindowActivate) {
     edge_.Run("Form_Activate", [this] { Form_Activate(); });
   }

@@ -4,6 +4,8 @@
 
 #include <array>
 
+#include "ui/fit_screen.h"
+
 namespace kestrel {
 
 SecondaryWindows::SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay,
@@ -35,6 +37,7 @@ void SecondaryWindows::OpenRecInfo() {
 // A dialog of its own each time, since Cancel goes back to what it began with.
 void SecondaryWindows::OpenDataLog() {
   dataLog_ = new frmFileDir(core_, edge_, mainWindow_);
+  FitScreen(*dataLog_);
   dataLog_->open();
 }
 

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/start_windows.h"
 
+#include "ui/clear_style.h"
+
 namespace kestrel {
 
 void QtStartWindows::ShowLoading(const std::string& caption, const std::string& text) {
+  ClearStyle::Use();
   loading_ = std::make_unique<frmMsg>();
   loading_->ShowPainted(caption, text);
 }
@@ -18,6 +21,7 @@ void QtStartWindows::HideLoading() {
 }
 
 void QtStartWindows::ShowMainWindow() {
+  ClearStyle::Use();
   main_ = std::make_unique<frm1>(core_, simulator_);
   main_->show();
 }

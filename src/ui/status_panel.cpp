@@ -25,10 +25,12 @@ StatusPanel::StatusPanel()
     lblStatusFlag_[at] = MakeLabel(ArrayName("lblStatusFlag", bit), QString(QChar(0x2013)));
     lblStatusFlag_[at]->setAlignment(Qt::AlignCenter);
     lblStatusFlag_[at]->setMinimumWidth(flagWidth);
+    lblStatusName_[at]->setBuddy(lblStatusFlag_[at]);
     grid->addWidget(lblStatusName_[at], bit, 0);
     grid->addWidget(lblStatusFlag_[at], bit, 1);
   }
   auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(6);  // the grid's tighter lines would leave none
   buttons->addWidget(CmdReadStatus);
   buttons->addWidget(cmdClearStatus);
   grid->addLayout(buttons, grid->rowCount(), 0, 1, 2);

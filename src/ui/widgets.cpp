@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/widgets.h"
 
-#include <cmath>
+#include "ui/contrast.h"
 
 namespace kestrel {
 namespace {
@@ -10,15 +10,6 @@ namespace {
 void Describe(QWidget* widget, const QString& name, const QString& toolTip) {
   widget->setObjectName(name);
   widget->setToolTip(toolTip);
-}
-
-// Relative luminance of sRGB, 0 black to 1 white.
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
-         0.0722 * linear(colour.blueF());
 }
 
 }  // namespace
@@ -66,6 +57,12 @@ QLabel* MakeCaption(const QString& text, QWidget* buddy) {
   return caption;
 }
 
+void NameUnseen(const QString& text, QWidget* control) {
+  QLabel* caption = MakeCaption(text, control);
+  caption->setParent(control->parentWidget());
+  caption->hide();
+}
+
 QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
   auto* box = new QLineEdit;
   box->setObjectName(name);
@@ -75,10 +72,9 @@ QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
 }
 
 void PaintGround(QWidget* widget, const QColor& ground) {
-  // Above this luminance black text has the higher contrast, below it white text.
-  constexpr double kEvenContrast = 0.179;
   QPalette palette = widget->palette();
-  const QColor text = Luminance(ground) > kEvenContrast ? Qt::black : Qt::white;
+  const QColor text =
+      Contrast(ground, Qt::black) > Contrast(ground, Qt::white) ? Qt::black : Qt::white;
   for (const auto role : {QPalette::Window, QPalette::Base}) palette.setColor(role, ground);
   for (const auto role : {QPalette::WindowText, QPalette::Text}) palette.setColor(role, text);
   widget->setAutoFillBackground(true);

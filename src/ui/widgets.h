@@ -29,6 +29,9 @@ namespace kestrel {
 [[nodiscard]] QLabel* MakeLabel(const QString& name, const QString& text);
 // A caption beside a control, whose mnemonic leads to it.
 [[nodiscard]] QLabel* MakeCaption(const QString& text, QWidget* buddy);
+// Names a control that has no room for a caption to those who are told about it. A combo box tells
+// its current item only; its name is what labels it.
+void NameUnseen(const QString& text, QWidget* control);
 // A text box that only shows.
 [[nodiscard]] QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName);
 

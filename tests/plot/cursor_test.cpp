@@ -183,5 +183,15 @@ TEST_F(Cursor, ALaterLookAtTheRecordInformationChangesNoFrequency) {
   EXPECT_EQ(view.frequency, "97 Hz");
 }
 
+TEST_F(Cursor, GoesToABinOrTheNearestThatTheRecordHas) {
+  cursor.GoTo(100);
+  EXPECT_EQ(view.x, "100");
+  EXPECT_EQ(view.y, "900.000");
+  cursor.GoTo(400);
+  EXPECT_EQ(view.x, "255");
+  cursor.GoTo(-3);
+  EXPECT_EQ(view.x, "0");
+}
+
 }  // namespace
 }  // namespace kestrel

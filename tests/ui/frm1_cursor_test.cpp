@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The cursor on the main window's plot.
 
+#include <QAccessible>
 #include <QImage>
 #include <QMouseEvent>
 #include <algorithm>
@@ -46,7 +47,7 @@ class Frm1Cursor : public WindowBench {
   }
   QImage Picture() {
     QApplication::processEvents();
-    return Plot().grab().toImage();
+    return RenderOf(Plot(), 1);
   }
 };
 
@@ -115,7 +116,38 @@ TEST_F(Frm1Cursor, OtherKeysLeaveTheCursorAlone) {
 TEST_F(Frm1Cursor, ThePlotIsReachedByTheTabulator) {
   Start();
   EXPECT_TRUE((Plot().focusPolicy() & Qt::TabFocus) != 0);
-  EXPECT_FALSE(Plot().accessibleName().isEmpty());
+}
+
+TEST_F(Frm1Cursor, ThePlotTellsItsPeaksAndItsCursorAsAChart) {
+  Start();
+  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&Plot());
+  ASSERT_NE(told, nullptr);
+  EXPECT_EQ(told->role(), QAccessible::Chart);
+  EXPECT_EQ(told->childCount(), 0) << "the layers over the picture say nothing";
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("No record yet."));
+  ChooseShortCaptures();
+  Press("cmdStart");
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("Spectrum, bins 0 to 255. X: "));
+  Find<QCheckBox>("ckXtrace").click();
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("Spectrum, bins 0 to 255. Y: "));
+  MovePointer(10, 0.25);
+  EXPECT_EQ(told->text(QAccessible::Name), "Plot, cursor at bin 10, 1,957 Hz, 0.250 g");
+}
+
+TEST_F(Frm1Cursor, TheChartsValueIsTheCursorsPlaceAndCanBeSet) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  QAccessibleValueInterface* value =
+      QAccessible::queryAccessibleInterface(&Plot())->valueInterface();
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->minimumValue(), 0);
+  EXPECT_EQ(value->maximumValue(), 255);
+  value->setCurrentValue(116);
+  EXPECT_EQ(value->currentValue(), 116);
+  EXPECT_EQ(Text("lblCursorX"), "116");
+  value->setCurrentValue(999);
+  EXPECT_EQ(value->currentValue(), 255);
 }
 
 TEST_F(Frm1Cursor, MovingDrawsNoTraceAgain) {
@@ -173,15 +205,16 @@ TEST_F(Frm1Cursor, AMoveRepaintsTheStripsItLeavesAndGoesToAndNoMore) {
   MovePointer(200, 0.1);
   QApplication::processEvents();
   const QRect box = Plot().rect();
+  const auto seen = [this](const QRect& strip) { return Plot().visibleRegion() & strip; };
   for (const QPoint& at : {from, to}) {
-    EXPECT_TRUE(QRegion(at.x(), 0, 1, box.height()).subtracted(painted.region).isEmpty());
-    EXPECT_TRUE(QRegion(0, at.y(), box.width(), 1).subtracted(painted.region).isEmpty());
+    EXPECT_TRUE(seen(QRect(at.x(), 0, 1, box.height())).subtracted(painted.region).isEmpty());
+    EXPECT_TRUE(seen(QRect(0, at.y(), box.width(), 1)).subtracted(painted.region).isEmpty());
   }
   EXPECT_FALSE(painted.region.contains((from + to) / 2));
   painted.region = {};
   LeavePlot();
   QApplication::processEvents();
-  EXPECT_TRUE(QRegion(to.x(), 0, 1, box.height()).subtracted(painted.region).isEmpty());
+  EXPECT_TRUE(seen(QRect(to.x(), 0, 1, box.height())).subtracted(painted.region).isEmpty());
   EXPECT_FALSE(painted.region.contains(from));
 }
 

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "manual_reg_bench.h"
+#include "rendering.h"
 
 namespace kestrel {
 namespace {
@@ -90,7 +91,7 @@ TEST_F(FrmManualRegList, CopiesTheSelectionByButtonAndKey) {
 // The mark is painted into the list's margin, so that it does not depend on colour alone.
 TEST_F(FrmManualRegList, AChangedLineIsPaintedWithAMarkAndATint) {
   Open();
-  const auto painted = [this] { return List().viewport()->grab().toImage(); };
+  const auto painted = [this] { return RenderOf(*List().viewport(), 1); };
   const QImage calm = painted();
   core_.registers.WriteReg(row::Y_NULL, 0);
   Press("cmdReadAllReg");

@@ -26,6 +26,7 @@ class OverlayWindowBench : public WindowBench {
   // A spectrum, and over it six bands 40 bins apart and 20 wide, with levels near 0.2 and 0.6 g.
   void StartWithBands() {
     Start();
+    Window().resize(1240, 690);  // all of the plot in sight, however small the screen
     ChooseShortCaptures();
     Press("cmdStart");
     for (int band = 1; band <= 6; ++band) {

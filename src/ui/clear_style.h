@@ -1,0 +1,33 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QProxyStyle>
+
+namespace kestrel {
+
+// The toolkit's own style with edges that can be seen: in it, boxes to tick and to type in hardly
+// stand out from a dark window, and selected text hardly from its ground, and the focus of the
+// default button is not shown.
+class ClearStyle : public QProxyStyle {
+ public:
+  ClearStyle();
+
+  // Puts it over the toolkit's own style; a style of the desktop stays as it is.
+  static void Use();
+
+  void polish(QPalette& palette) override;
+  using QProxyStyle::polish;
+
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
+
+ private:
+  void DrawButton(const QStyleOption& option, QPainter* painter, const QWidget* widget) const;
+  void DrawEdged(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                 const QWidget* widget) const;
+};
+
+}  // namespace kestrel

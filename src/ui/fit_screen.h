@@ -1,0 +1,18 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <QMainWindow>
+
+namespace kestrel {
+
+// Room for a window's content on its screen, in the toolkit's unscaled pixels.
+[[nodiscard]] QSize RoomOnScreen(const QWidget& window);
+
+// Where the screen is too small for a window, as with a large scale or a large font, its content
+// scrolls. To be asked before the window is shown; the window is left as it is where it fits.
+void FitScreen(QDialog& window);
+void FitScreen(QMainWindow& window);
+
+}  // namespace kestrel
