@@ -36,10 +36,13 @@ inline void Expose(QWidget& window) {
 // The program over the simulated sensor, as its entry point builds it.
 class Program {
  public:
-  Program()
-      : hardware_(clock_, RunningMachine()),
-        core_({clock_, loop_, pointer_, messages_, files_, locale_, hardware_.Adapter(),
-               hardware_.Port(), hardware_.Service()}),
+  Program() : Program(RunningMachine(), nullptr) {}
+
+  // With other files than the system's where they are given.
+  Program(const Scenario& scenario, Files* files)
+      : hardware_(clock_, scenario),
+        core_({clock_, loop_, pointer_, messages_, files != nullptr ? *files : files_, locale_,
+               hardware_.Adapter(), hardware_.Port(), hardware_.Service()}),
         windows_(core_, {}) {
     Main(core_, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   }
@@ -48,6 +51,7 @@ class Program {
   void Choose(const char* list, int index) {
     Window().findChild<QComboBox*>(list)->setCurrentIndex(index);
   }
+  void Unplug() { hardware_.Adapter().Unplug(0); }
   void Press(const char* button) { Window().findChild<QPushButton*>(button)->click(); }
 
  private:

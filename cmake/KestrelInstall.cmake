@@ -9,6 +9,8 @@ install(FILES ${linux}/io.kestrel.evaluation.metainfo.xml DESTINATION ${CMAKE_IN
 install(FILES ${linux}/kestrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES ${linux}/70-kestrel.rules DESTINATION lib/udev/rules.d)
 install(FILES ${linux}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestrel)
+# Not with the documents, which some systems leave out: the program opens it.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/guide DESTINATION ${CMAKE_INSTALL_DATADIR}/kestrel)
 foreach(program kestrel kestrel-cli)
   install(FILES ${linux}/completions/${program}.bash RENAME ${program}
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)

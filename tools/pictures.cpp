@@ -1,31 +1,190 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-// Draws the documents' pictures from the real main window over the simulated sensor:
-// kestrel_pictures FILE MODE [dark]. Sharpness follows QT_SCALE_FACTOR.
+// Draws the documents' pictures from the real windows over the simulated sensor, into a folder:
+// kestrel_pictures FOLDER. Sharpness follows QT_SCALE_FACTOR.
 
-#include <QPixmap>
-#include <QString>
+#include <QAction>
+#include <QCheckBox>
+#include <QDialog>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFrame>
+#include <QImage>
+#include <QRadioButton>
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
+#include <functional>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "../bench/program.h"
+#include "picture_list.h"
 #include "support/dark_palette.h"
+#include "support/memory_files.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kAlarmCaptures = 5;  // until the bearing's warning
+
+// An installed program's: none of the machine's own paths shows.
+class UserFiles : public MemoryFiles {
+ public:
+  UserFiles() { readOnly.insert(ProgramFolder()); }
+  [[nodiscard]] std::filesystem::path DocumentsFolder() override { return "/home/me/Documents"; }
+};
+
+constexpr std::size_t kPaletteSize = 256;
+
+int Distance(QRgb a, QRgb b) {
+  const auto square = [](int difference) { return difference * difference; };
+  return square(qRed(a) - qRed(b)) + square(qGreen(a) - qGreen(b)) + square(qBlue(a) - qBlue(b));
+}
+
+// For a small file: the most frequent colours make a palette, others become the nearest of these.
+QImage Shrunk(const QPixmap& picture) {
+  QImage image = picture.toImage().convertToFormat(QImage::Format_RGB32);
+  std::map<QRgb, int> counts;
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) ++counts[image.pixel(x, y)];
+  }
+  std::vector<std::pair<int, QRgb>> byCount;
+  for (const auto& [colour, count] : counts) byCount.emplace_back(count, colour);
+  std::ranges::sort(byCount, std::greater());
+  byCount.resize(std::min(byCount.size(), kPaletteSize));
+  std::map<QRgb, QRgb> nearest;
+  for (const auto& [colour, count] : counts) {
+    nearest[colour] = std::ranges::min(byCount, {}, [colour = colour](const auto& entry) {
+                        return Distance(colour, entry.second);
+                      }).second;
+  }
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, nearest[image.pixel(x, y)]);
+  }
+  return image.convertToFormat(QImage::Format_Indexed8, Qt::AvoidDither);
+}
+
+// Windows read the sensor once they are painted.
+void Settle(int ms = 300) {
+  QElapsedTimer passed;
+  passed.start();
+  while (passed.elapsed() < ms) QApplication::processEvents(QEventLoop::AllEvents, 10);
+}
+
+class Studio {
+ public:
+  explicit Studio(const Scenario& scenario) : program_(scenario, &files_) {
+    Expose(program_.Window());
+  }
+
+  frm1& Window() { return program_.Window(); }
+  void ChooseMode(const char* mode) {
+    auto* list = Window().findChild<QComboBox*>("cbxRecMode");
+    list->setCurrentIndex(list->findText(mode));
+  }
+  void Capture(int count, const char* scaleG) {
+    for (int i = 0; i < count; ++i) program_.Press("cmdStart");
+    auto* scale = Window().findChild<QPushButton*>("cmdPlotScale");
+    while (scale->text() != scaleG) scale->click();
+  }
+  void Trigger(const char* item) { Window().findChild<QAction*>(item)->trigger(); }
+  template <typename Control>
+  Control& Find(const char* name) {
+    return *Window().findChild<Control*>(name);
+  }
+  // A window by its menu item, loaded.
+  QDialog& Open(const char* item, const char* window) {
+    Trigger(item);
+    Settle();
+    return Find<QDialog>(window);
+  }
+  void LoseAdapter() {
+    program_.Unplug();
+    while (Find<QFrame>("lostNotice").isHidden()) Settle(50);
+  }
+
+ private:
+  UserFiles files_;
+  Program program_;
+};
+
+class Gallery {
+ public:
+  explicit Gallery(const QString& folder) : folder_(folder) {}
+
+  void Add(const char* name, QWidget& window) {
+    Settle();
+    drawn_[name] = Shrunk(window.grab()).save(folder_ + "/" + name);
+  }
+  // Whether every picture of the list was drawn, and no other.
+  [[nodiscard]] bool Complete() const {
+    bool complete = drawn_.size() == kPictures.size();
+    for (const char* name : kPictures) {
+      const auto found = drawn_.find(name);
+      if (found != drawn_.end() && found->second) continue;
+      std::fprintf(stderr, "%s was not drawn\n", name);
+      complete = false;
+    }
+    return complete;
+  }
+
+ private:
+  QString folder_;
+  std::map<std::string, bool> drawn_;
+};
+
+void DrawBands(Gallery& gallery) {
+  Studio studio(BearingFault());
+  studio.Capture(kAlarmCaptures, "2");
+  QDialog& editor = studio.Open("mnuAlarmSpectrum", "frmAlarmSpectrum");
+  studio.Find<QRadioButton>("opZ").click();
+  gallery.Add("alarm_spectrum.png", editor);
+  gallery.Add("bands_on_plot.png", studio.Window());
+  gallery.Add("alarm_control.png", studio.Open("mnuAlarmCtrl", "frmALM_CTRL"));
+}
+
+void DrawWindows(Gallery& gallery) {
+  Studio studio(RunningMachine());
+  studio.Capture(1, "1");
+  gallery.Add("spectrum.png", studio.Window());
+  QDialog& log = studio.Open("mnuDatalog", "frmFileDir");
+  gallery.Add("data_log.png", log);
+  log.close();
+  QDialog& registers = studio.Open("mnuRegisters", "frmManualReg");
+  auto* list = registers.findChild<QComboBox*>("cmboRegister");
+  list->setCurrentIndex(list->findText("REC_CTRL"));
+  registers.findChild<QPushButton*>("cmdReadAllReg")->click();
+  gallery.Add("registers.png", registers);
+  gallery.Add("dio_gpio.png", studio.Open("mnuDIOGPIO", "frmDIOGPIO"));
+  gallery.Add("calibration.png", studio.Open("MnuCal", "frmCalibration"));
+  gallery.Add("usb_adapter.png", studio.Open("mnuUsb", "frmUSBselect"));
+  studio.LoseAdapter();
+  gallery.Add("adapter_lost.png", studio.Find<QFrame>("lostNotice"));
+}
+
+void DrawDark(Gallery& gallery) {
+  QApplication::setPalette(DarkPalette());
+  Studio studio(RunningMachine());
+  studio.ChooseMode("Manual Time");
+  studio.Capture(1, "2");
+  gallery.Add("time_record_dark.png", studio.Window());
+}
+
+}  // namespace
+}  // namespace kestrel
 
 int main(int argc, char** argv) {
   using namespace kestrel;
-  if (argc < 3) {
-    std::fprintf(stderr, "usage: kestrel_pictures FILE MODE [dark]\n");
+  if (argc != 2 || !QDir(argv[1]).exists()) {
+    std::fprintf(stderr, "usage: kestrel_pictures FOLDER\n");
     return 2;
   }
   const QApplication application(argc, argv);
-  if (argc > 3 && std::strcmp(argv[3], "dark") == 0) QApplication::setPalette(DarkPalette());
-  Program program;
-  auto* mode = program.Window().findChild<QComboBox*>("cbxRecMode");
-  mode->setCurrentIndex(mode->findText(argv[2]));
-  program.Press("cmdStart");
-  auto* scale = program.Window().findChild<QPushButton*>("cmdPlotScale");
-  const QString wanted =
-      mode->currentText() == "Manual Time" ? "2" : "1";  // g, the record fills it
-  while (scale->text() != wanted) scale->click();
-  return program.Window().grab().save(argv[1]) ? 0 : 1;
+  Gallery gallery(argv[1]);
+  DrawWindows(gallery);
+  DrawBands(gallery);
+  DrawDark(gallery);
+  return gallery.Complete() ? 0 : 1;
 }

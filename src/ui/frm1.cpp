@@ -17,6 +17,7 @@
 #include "ui/fit_screen.h"
 #include "ui/interface_text.h"
 #include "ui/line_label.h"
+#include "ui/user_guide.h"
 #include "ui/widgets.h"
 
 namespace kestrel {
@@ -172,6 +173,8 @@ void frm1::ConnectMenu() {
   On(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
   On(menu_->mnuUnplug, chosen, "mnuUnplug_Click", [this] { mnuUnplug_Click(); });
   On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
+  connect(menu_->mnuGuide, chosen, this,
+          [this] { OpenUserGuide(core_.seams.files, core_.seams.messages); });
   connect(menu_->mnuAbout, chosen, this, [this] { mnuAbout_Click(); });
   connect(menu_->MnuExit, chosen, this, &QWidget::close);
   const auto opens = [&](QAction* item, const char* name, void (SecondaryWindows::*open)()) {

@@ -21,7 +21,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuDatalog = Add(file, "mnuDatalog", tr("&Data log..."));
   file->addSeparator();
   MnuExit = Add(file, "MnuExit", tr("E&xit"));
-  MnuExit->setShortcut(QKeySequence::Quit);
+  MnuExit->setShortcut(Qt::CTRL | Qt::Key_Q);  // systems differ in having a standard one
 
   QMenu* interfaces = window.menuBar()->addMenu(tr("&Interface"));
   mnuUsb = Add(interfaces, "mnuUsb", tr("&USB adapter..."));
@@ -50,6 +50,9 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuUnplug->setCheckable(true);
 
   QMenu* help = window.menuBar()->addMenu(tr("&Help"));
+  mnuGuide = Add(help, "mnuGuide", tr("User &guide"));
+  mnuGuide->setShortcut(Qt::Key_F1);
+  mnuGuide->setShortcutContext(Qt::ApplicationShortcut);
   mnuAbout = Add(help, "mnuAbout", tr("&About..."));
 }
 

@@ -25,6 +25,7 @@ class MainMenu : public QObject {
   QAction* MnuCal;
   QAction* mnuRegisters;
   QAction* mnu31407;
+  QAction* mnuGuide;
   QAction* mnuAbout;
   QAction* mnuUnplug;
 

@@ -1,0 +1,15 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+
+namespace kestrel {
+
+// Every picture of README.md and docs/guide.md, in docs/pictures.
+inline constexpr std::array kPictures{
+    "spectrum.png",      "time_record_dark.png", "bands_on_plot.png", "alarm_spectrum.png",
+    "alarm_control.png", "data_log.png",         "registers.png",     "dio_gpio.png",
+    "calibration.png",   "usb_adapter.png",      "adapter_lost.png"};
+
+}  // namespace kestrel
