@@ -4,9 +4,9 @@
 
 #include <QApplication>
 #include <QPainter>
-#include <QStyleFactory>
 #include <QStyleOption>
 #include <algorithm>
+#include <memory>
 
 #include "ui/contrast.h"
 
@@ -68,7 +68,9 @@ ClearStyle::ClearStyle() : QProxyStyle(kToolkitStyle) {}
 
 void ClearStyle::Use() {
   if (dynamic_cast<ClearStyle*>(QApplication::style()) != nullptr) return;
-  if (QApplication::style()->name() == kToolkitStyle) QApplication::setStyle(new ClearStyle);
+  if (QApplication::style()->name() != kToolkitStyle) return;
+  auto style = std::make_unique<ClearStyle>();
+  QApplication::setStyle(style.release());  // the application's from here on
 }
 
 void ClearStyle::polish(QPalette& palette) {

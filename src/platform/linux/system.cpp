@@ -14,8 +14,7 @@
 namespace kestrel {
 
 struct System::Parts {
-  explicit Parts(const SystemOptions& options)
-      : port(options.portAddress), service(port) {}
+  explicit Parts(const SystemOptions& options) : port(options.portAddress), service(port) {}
 
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
