@@ -6,14 +6,13 @@
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QMessageBox>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
 #include "app/config_file.h"
 #include "app/start.h"
-#include "logging/log_files.h"
 #include "numeric/number_format.h"
+#include "ui/about_box.h"
 #include "ui/fit_screen.h"
 #include "ui/interface_text.h"
 #include "ui/line_label.h"
@@ -24,7 +23,6 @@ namespace kestrel {
 namespace {
 
 constexpr int kNoticeMs = 3000;
-constexpr int kFileMs = 10000;  // long enough to read a path
 
 }  // namespace
 
@@ -43,7 +41,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
                  [this] {
                    SetCommInterfaceIndicators();
                    windows_.Refresh();
-                   ShowLastFile();
+                   logNotice_.ShowLast();
                  },
              .idle = [this] { return IsIdle(); }}),
       menu_(new MainMenu(*this)),
@@ -61,6 +59,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       overlay_(plot_, *plotPanel_),
       status_(core.registers, alarms_, core.seams.loop, *statusPanel_),
       log_(core.seams.files, core.seams.locale, core.seams.loop, *capture_),
+      logNotice_(core, log_, *capture_, *statusBar()),
       delay_(core.seams.loop),
       readout_(core.registers, plot_, *plotPanel_, log_, core.seams.loop, core.seams.messages,
                *capture_),
@@ -175,7 +174,7 @@ void frm1::ConnectMenu() {
   On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
   connect(menu_->mnuGuide, chosen, this,
           [this] { OpenUserGuide(core_.seams.files, core_.seams.messages); });
-  connect(menu_->mnuAbout, chosen, this, [this] { mnuAbout_Click(); });
+  connect(menu_->mnuAbout, chosen, this, [this] { ShowAboutBox(*this); });
   connect(menu_->MnuExit, chosen, this, &QWidget::close);
   const auto opens = [&](QAction* item, const char* name, void (SecondaryWindows::*open)()) {
     On(item, chosen, name, [this, open] { (windows_.*open)(); });
@@ -256,15 +255,6 @@ void frm1::mnu31407_Click() {
   WriteConfigFile(core_.seams.files);
 }
 
-void frm1::mnuAbout_Click() {
-  auto* box = new QMessageBox(QMessageBox::Information, tr("About"),
-                              tr("%1 %2\n\nBench program for one tri-axial vibration sensor.")
-                                  .arg(kApplicationTitle, QApplication::applicationVersion()),
-                              QMessageBox::Ok, this);
-  box->setAttribute(Qt::WA_DeleteOnClose);
-  box->open();
-}
-
 // As if somebody pulled the cable, or put it back: the program has to notice by itself.
 void frm1::mnuUnplug_Click() {
   simulator_.plug(!menu_->mnuUnplug->isChecked());
@@ -277,26 +267,9 @@ void frm1::CmdReadStatus_Click() {
 
 void frm1::ckDataLog_Click() {
   capture_->ShowDataLogState();
-  if (capture_->ckDataLog->isChecked()) ShowNextFile();
+  if (capture_->ckDataLog->isChecked()) logNotice_.ShowNext();
   status_.ReadStatus("ckDataLog");
   settings_.ReadMainFormRegisters();
-}
-
-// Where captures are going to be written.
-void frm1::ShowNextFile() {
-  Files& files = core_.seams.files;
-  Locale& locale = core_.seams.locale;
-  const std::string next = "Next file: " + NextLogFile(files, locale).string() + ". ";
-  statusBar()->showMessage(QString::fromStdString(next + WarningOfFilesInTheWay(files, locale)),
-                           kFileMs);
-}
-
-// Where the last capture was written.
-void frm1::ShowLastFile() {
-  const QString file = QString::fromStdString(log_.LastFile().string());
-  if (file == capture_->txtFileCount->toolTip()) return;
-  capture_->txtFileCount->setToolTip(file);
-  statusBar()->showMessage(tr("Written: %1").arg(file), kFileMs);
 }
 
 // A capture that is waited for ends first; its handler then unwinds without touching the window.

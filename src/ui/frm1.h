@@ -17,6 +17,7 @@
 #include "ui/capture_panel.h"
 #include "ui/conditions_panel.h"
 #include "ui/handler_edge.h"
+#include "ui/log_notice.h"
 #include "ui/lost_notice.h"
 #include "ui/main_menu.h"
 #include "ui/plot_panel.h"
@@ -67,12 +68,9 @@ class frm1 : public QMainWindow {
 
   void mnuSimulated_Click();
   void mnu31407_Click();
-  void mnuAbout_Click();
   void mnuUnplug_Click();
   void CmdReadStatus_Click();
   void ckDataLog_Click();
-  void ShowNextFile();
-  void ShowLastFile();
 
   Core& core_;
   SimulatorControl simulator_;
@@ -94,6 +92,7 @@ class frm1 : public QMainWindow {
   BandOverlay overlay_;
   StatusDisplay status_;
   DataLog log_;
+  LogNotice logNotice_;
   WindowDelay delay_;
   CaptureReadout readout_;
   CaptureCycle cycle_;

@@ -144,7 +144,7 @@ bool frmAlarmSpectrum::SaveAs(const std::string& name) {
 }
 
 bool frmAlarmSpectrum::MayBeLost() {
-  BandHistory& history = edits_.History();
+  const BandHistory& history = edits_.History();
   const bool changed = !history.NextUndo().empty() || !history.NextRedo().empty();
   if (!changed || files_.HoldTable() || EditedValues(AlarmBandTable, SensorHolds()).empty()) {
     return true;

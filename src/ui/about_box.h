@@ -1,0 +1,12 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+namespace kestrel {
+
+// Opens a box over the window that tells the program's name and version; it closes itself.
+void ShowAboutBox(QWidget& window);
+
+}  // namespace kestrel
