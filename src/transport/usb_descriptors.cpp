@@ -17,6 +17,7 @@ constexpr std::uint16_t kProductMcp = 0xEF00;
 constexpr std::size_t kDeviceDescriptorBuffer = 147;
 constexpr std::size_t kVendorOffset = 8;  // USB standard layout
 constexpr std::size_t kProductOffset = 10;
+constexpr std::size_t kIdsEnd = 12;
 
 // Interface information as the system lays it out: a 16-byte head whose last 4 bytes count the
 // pipes, then 20 bytes a pipe that begin with its maximum packet size.
@@ -68,11 +69,14 @@ std::string FromUtf16(std::span<const std::uint8_t> bytes) {
 
 }  // namespace
 
+// Nothing is concluded from bytes that a request did not deliver.
+
 std::string UsbAdapter::ReadBoardType(UsbDriver::Handle device, NameFinding& finding) {
   std::array<std::uint8_t, kDeviceDescriptorBuffer> buffer{};
   std::uint32_t returned = 0;
   const std::array<std::uint8_t, kDeviceDescriptorBuffer> request{};
-  if (!driver_.DeviceIoControl(device, kGetDeviceDescriptor, request, buffer, returned)) {
+  if (!driver_.DeviceIoControl(device, kGetDeviceDescriptor, request, buffer, returned) ||
+      returned < kIdsEnd) {
     return "None";
   }
   finding.described = true;
@@ -95,12 +99,13 @@ std::string UsbAdapter::ReadStringDescriptor(UsbDriver::Handle device, std::uint
   const std::array<std::uint8_t, 5> request{index};
   std::array<std::uint8_t, 4> start{};
   std::uint32_t returned = 0;
-  if (!driver_.DeviceIoControl(device, kGetStringDescriptor, request, start, returned)) {
+  if (!driver_.DeviceIoControl(device, kGetStringDescriptor, request, start, returned) ||
+      returned == 0 || start[0] < kHead) {
     return "None";
   }
-  if (start[0] < kHead) return "None";
   std::vector<std::uint8_t> descriptor(start[0]);
-  if (!driver_.DeviceIoControl(device, kGetStringDescriptor, request, descriptor, returned)) {
+  if (!driver_.DeviceIoControl(device, kGetStringDescriptor, request, descriptor, returned) ||
+      returned < descriptor.size()) {
     return "None";
   }
   return FromUtf16(std::span(descriptor).subspan(kHead));
@@ -120,8 +125,9 @@ int UsbAdapter::ReadPacketSize(UsbDriver::Handle device, std::size_t pipe) {
   const std::array<std::uint8_t, kPipeBuffer> request{};
   std::uint32_t returned = 0;
   if (!driver_.DeviceIoControl(device, kGetPipeInformation, request, buffer, returned)) return 0;
-  if (LittleEndian(buffer, kPipeCountOffset) <= pipe) return 0;
-  return LittleEndian(buffer, kPipeHead + pipe * kPipeSize);
+  const std::size_t at = kPipeHead + pipe * kPipeSize;
+  if (returned < at + 2 || LittleEndian(buffer, kPipeCountOffset) <= pipe) return 0;
+  return LittleEndian(buffer, at);
 }
 
 }  // namespace kestrel

@@ -48,6 +48,8 @@ class RecordingBoards : public UsbDriver {
   // than asked for; 0 for none.
   void FailAt(int k) { failAt_ = k == 0 ? 0 : requests_ + k; }
   void ShortAt(int k) { shortAt_ = k == 0 ? 0 : requests_ + k; }
+  // The k-th request from now on delivers so many bytes at most.
+  void CutAt(int k, std::size_t bytes) { cutAt_[requests_ + k] = bytes; }
   // All opens fail, with this error code.
   void RefuseOpening(std::int32_t code) { openError_ = code; }
 
@@ -104,7 +106,9 @@ class RecordingBoards : public UsbDriver {
     } else {
       std::vector<std::uint8_t> data;
       if (!Answer(board, code, input, output.size(), data)) return false;
-      data.resize(std::min(data.size(), output.size()));
+      const auto cut = cutAt_.find(requests_);
+      const std::size_t most = cut == cutAt_.end() ? output.size() : cut->second;
+      data.resize(std::min({data.size(), output.size(), most}));
       std::copy(data.begin(), data.end(), output.begin());
       returned = static_cast<std::uint32_t>(data.size());
     }
@@ -216,6 +220,7 @@ class RecordingBoards : public UsbDriver {
   int closed_ = 0;
   int failAt_ = 0;
   int shortAt_ = 0;
+  std::map<int, std::size_t> cutAt_;
   std::int32_t openError_ = 0;
   std::int32_t lastError_ = 0;
 };

@@ -124,5 +124,35 @@ TEST_F(UsbFaults, HandlersThatRunWhileTheMessageShowsFindTheBoardClosedAndGone) 
   EXPECT_TRUE(seen);
 }
 
+TEST_F(UsbFaults, AVendorOrProductDeliveredInPartIsNotTakenForOne) {
+  boards_.CutAt(2, 11);
+  usb_.FindAdapters();
+  EXPECT_FALSE(AdapterRecords[0].present);
+  EXPECT_FALSE(NameFindings[0].described);
+  EXPECT_EQ(NameFindings[0].vendor, 0);
+}
+
+TEST_F(UsbFaults, AStringDeliveredInPartIsNone) {
+  boards_.CutAt(4, 11);
+  usb_.FindAdapters();
+  EXPECT_TRUE(AdapterRecords[0].present);
+  EXPECT_EQ(AdapterRecords[0].string1, "None");
+  EXPECT_THAT(messages_.Texts(), ElementsAre("Error getting Board Info"));
+}
+
+TEST_F(UsbFaults, AStringWhoseLengthIsNotDeliveredIsNone) {
+  boards_.CutAt(3, 0);
+  usb_.FindAdapters();
+  EXPECT_EQ(AdapterRecords[0].string1, "None");
+}
+
+TEST_F(UsbFaults, APacketSizeDeliveredInPartIsNotKnown) {
+  boards_.boards[0] = {.packetSizes = {512, 512, 512, 0x0141}};
+  boards_.CutAt(9, 77);
+  usb_.FindAdapters();
+  EXPECT_EQ(AdapterRecords[0].usbVersion, "1.1");
+  EXPECT_THAT(messages_.Texts(), ElementsAre("Error getting Board Info"));
+}
+
 }  // namespace
 }  // namespace kestrel
