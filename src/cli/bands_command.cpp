@@ -73,7 +73,9 @@ void BandsCommand::AddTo(CLI::App& app) {
   load_ = word_->add_subcommand("load", "Check an alarm file and report its bands");
   save_ = word_->add_subcommand("save", "Save the sensor's bands to a file");
   for (CLI::App* word : {write_, load_, save_}) {
-    word->add_option("file", file_, "AlarmSpectrum_<name>.csv")->required();
+    word->add_option("file", file_, "AlarmSpectrum_<name>.csv")
+        ->required()
+        ->check([](const std::string& file) { return file.empty() ? "A file has a name" : ""; });
   }
 }
 

@@ -15,6 +15,7 @@
 #include "device/rec_ctrl.h"
 #include "logging/data_log.h"
 #include "logging/data_log_settings.h"
+#include "numeric/number_parse.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
@@ -27,6 +28,14 @@ const Codes kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
 const Codes kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
 
 constexpr double kLongestInterval = 86400;
+
+// Why a text cannot be the interval; empty when it can. A range check of the argument parser would
+// let "nan" pass.
+std::string IntervalProblem(const std::string& text) {
+  const auto seconds = WholeTextNumber(text);
+  if (seconds && *seconds >= 0 && *seconds <= kLongestInterval) return {};
+  return "\"" + text + "\" is no number of seconds from 0 to 86400";
+}
 
 // An option whose argument is one of a few words.
 void AddChoice(CLI::App& app, const char* name, std::optional<int>& code, const Codes& codes,
@@ -50,8 +59,10 @@ void CaptureCommand::AddTo(CLI::App& app) {
   word_->add_option("--averages", averages_, "FFT averages, 1 to 255")->check(CLI::Range(1, 255));
   word_->add_option("--option", option_, "Sample-rate option, 0 to 3")->check(CLI::Range(0, 3));
   word_->add_option("--count", count_, "Number of captures")->check(CLI::PositiveNumber);
-  word_->add_option("--interval", interval_, "Seconds from the start of a capture to the next")
-      ->check(CLI::Range(0.0, kLongestInterval));
+  word_
+      ->add_option("--interval", interval_,
+                   "Seconds from the start of a capture to the next, 0 to 86400")
+      ->check(IntervalProblem);
   word_->add_option("--out", folder_, "Write a data file of each capture into this folder")
       ->type_name("FOLDER");
   word_->add_option("--name", name_, "Base name of the data files")->needs("--out");

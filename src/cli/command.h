@@ -18,7 +18,10 @@ struct Output {
   std::ostream& out;
   bool json = false;
 
-  void Write(const Json& value) const { out << value.dump(2) << '\n'; }
+  // A byte that is no text, as a file's name may have, becomes the replacement character.
+  void Write(const Json& value) const {
+    out << value.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  }
 };
 
 // What one word of the command line does.

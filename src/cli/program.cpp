@@ -10,6 +10,7 @@
 #include <array>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 
 #include "cli/bands_command.h"
@@ -70,7 +71,7 @@ ExitCode RunCommand(Command& command, Session& session, const Output& output) {
       session.Prepare();
     }
     return command.Run(session, output);
-  } catch (const RuntimeError& error) {
+  } catch (const std::runtime_error& error) {  // the system's own errors of files among them
     session.EndProgress();
     session.messages.Show(error.what());
     return ExitCode::Failure;

@@ -59,6 +59,14 @@ TEST_F(Capture, CapturesKeepTheirInterval) {
   EXPECT_GE(clock.Monotonic() - start, std::chrono::seconds{40});
 }
 
+TEST_F(Capture, AnIntervalThatIsNoTimeIsRefused) {
+  for (const char* interval : {"nan", "inf", "-1", "86401", "0x10", "soon", ""}) {
+    EXPECT_EQ(Simulate({"capture", "--count", "2", "--interval", interval}), ExitCode::Usage)
+        << interval;
+    EXPECT_NE(error.str().find("no number of seconds"), std::string::npos) << error.str();
+  }
+}
+
 TEST_F(Capture, CtrlCEndsItAsStopDoes) {
   int asked = 0;
   interrupted = [&] { return ++asked == 20; };

@@ -148,5 +148,37 @@ TEST_F(Program, ABadAlarmFileIsNamedWithLineAndValueAndReachesNoSensor) {
   EXPECT_EQ(Simulate({"bands", "load", "/data/AlarmSpectrum_none.csv"}), ExitCode::Failure);
 }
 
+TEST_F(Program, AFileWithoutANameIsRefused) {
+  for (const char* word : {"load", "save", "write"}) {
+    EXPECT_EQ(Simulate({"bands", word, ""}), ExitCode::Usage) << word;
+    EXPECT_NE(error.str(), "");
+  }
+}
+
+TEST_F(Program, ANameThatIsNoTextIsReportedInJson) {
+  EXPECT_EQ(Simulate({"--json", "bands", "save", "/data/AlarmSpectrum_\xFF.csv"}),
+            ExitCode::Success);
+  EXPECT_EQ(Json::parse(out.str())["file"], "/data/AlarmSpectrum_\uFFFD.csv");
+  EXPECT_TRUE(files.contents.contains("/data/AlarmSpectrum_\xFF.csv"));
+}
+
+TEST_F(Program, AnErrorOfTheSystemsFilesIsAFailureWithItsReason) {
+  class FailingFiles : public MemoryFiles {
+    std::optional<std::string> Read(const std::filesystem::path& file, std::size_t) override {
+      throw std::filesystem::filesystem_error("gone", file, std::error_code());
+    }
+  } failing;
+  EXPECT_EQ(RunProgram({"--simulate", "bands", "load", "/data/AlarmSpectrum_pump.csv"},
+                       {.clock = clock,
+                        .files = failing,
+                        .locale = locale,
+                        .hardware = {&usb, &port, &service},
+                        .interrupted = interrupted,
+                        .out = out,
+                        .error = error}),
+            ExitCode::Failure);
+  EXPECT_NE(error.str().find("gone"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace kestrel
