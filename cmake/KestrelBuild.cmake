@@ -26,7 +26,7 @@ endif()
 option(KESTREL_FUZZ "Build the fuzz targets and nothing else; needs clang" OFF)
 if(KESTREL_FUZZ)
   # Into the folders' code too; the targets add the fuzzer itself.
-  target_compile_options(kestrel_flags INTERFACE -fsanitize=fuzzer-no-link)
+  target_compile_options(kestrel_flags INTERFACE -O2 -fsanitize=fuzzer-no-link)
 endif()
 
 # kestrel_folder(NAME sources... [LINKS libraries...]): one static library for one folder of src.

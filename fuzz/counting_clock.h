@@ -1,0 +1,33 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+
+#include "app/clock.h"
+
+namespace kestrel {
+
+// A clock that moves only when told or waited for, and counts how often it is asked.
+class CountingClock : public Clock {
+ public:
+  [[nodiscard]] double SecondsSinceMidnight() override {
+    return std::chrono::duration<double>(now_).count();
+  }
+  [[nodiscard]] std::chrono::nanoseconds Monotonic() override {
+    ++asked_;
+    return now_;
+  }
+  void WaitUntil(std::chrono::nanoseconds deadline) override { now_ = std::max(now_, deadline); }
+  void RunEmptyLoop(std::int32_t /*passes*/, std::int32_t /*iterations*/) override {}
+
+  void Advance(std::chrono::nanoseconds time) { now_ += time; }
+  [[nodiscard]] long Asked() const { return asked_; }
+
+ private:
+  std::chrono::nanoseconds now_{0};
+  long asked_ = 0;
+};
+
+}  // namespace kestrel
