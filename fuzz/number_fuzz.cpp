@@ -170,7 +170,7 @@ double NumberOf(Input& input) {
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 2000) return -1;
+  if (size > 2000) return 0;
   const std::string text(reinterpret_cast<const char*>(data), size);
   kestrel::CheckNumber(text);
   kestrel::CheckWord(text);
