@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Arbitrary requests, command blocks of arbitrary lengths among them, to the simulated adapter.
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <vector>
@@ -229,7 +230,7 @@ class Bench {
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 2048) return 0;
+  size = std::min<std::size_t>(size, 2048);
   kestrel::Input input(data, size);
   kestrel::Bench(input).Run();
   return 0;

@@ -86,7 +86,7 @@ class Settings {
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 600) return 0;
+  size = std::min<std::size_t>(size, 600);
   static kestrel::Settings settings;
   kestrel::Input input(data, size);
   settings.Write(input);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Arbitrary SPI words to the simulated sensor, with arbitrary pauses between them.
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 
@@ -195,7 +196,7 @@ class Bench {
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 2048) return 0;
+  size = std::min<std::size_t>(size, 2048);
   kestrel::Input input(data, size);
   kestrel::Bench(input).Run();
   return 0;

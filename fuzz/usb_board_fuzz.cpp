@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Arbitrary USB devices, and arbitrary requests to those that count as adapter boards.
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <set>
@@ -119,7 +120,7 @@ class Bench {
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  if (size > 2048) return 0;
+  size = std::min<std::size_t>(size, 2048);
   kestrel::Input input(data, size);
   kestrel::PlugIn(input);
   kestrel::Bench(input).Run();
