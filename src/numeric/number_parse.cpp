@@ -35,6 +35,8 @@ bool IsTiny(std::string_view number) {
   std::int64_t exponent = 0;
   const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
   if (parsed.ec == std::errc::result_out_of_range) return digits.starts_with('-');
+  constexpr std::int64_t kDecides = std::int64_t{1} << 62U;  // more than any text has digits
+  exponent = std::clamp(exponent, -kDecides, kDecides);
   return static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first) + exponent < 0;
 }
 

@@ -44,6 +44,8 @@ TEST(LeadingNumber, WhatNoDoubleHoldsIsInfiniteOrZero) {
                       {"-1e-999", 0},
                       {"1e99999999999999999999", kInfinity},
                       {"1e-99999999999999999999", 0},
+                      {"5e9223372036854775807", kInfinity},
+                      {"0.5e-9223372036854775808", 0},
                       {"1" + zeros, kInfinity},
                       {"0." + zeros + "1", 0},
                       {"1" + zeros + "e-5", kInfinity},
