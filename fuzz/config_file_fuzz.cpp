@@ -5,10 +5,12 @@
 #include "app/config_file.h"
 
 #include <array>
+#include <cmath>
 #include <string>
 #include <string_view>
 
 #include "app/program_state.h"
+#include "numeric/number_parse.h"
 #include "require.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
@@ -76,10 +78,24 @@ void CheckRead(std::string_view content) {
   Require(Read(both, one, messages) == fromOther, "the last value of a key counts");
 }
 
+// One line: its value counts where it is a number of 16 bits, rounded, and is told where it is not.
+void CheckValue(std::string_view text) {
+  const State before{-11111, -12222, -13333};
+  RecordingMessages messages;
+  const State after = Read("Port Address = " + std::string(text), before, messages);
+  const double value = std::nearbyint(WholeTextNumber(text).value_or(1e9));
+  const bool fits = value >= -32768 && value <= 32767;
+  Require(after[0] == before[0] && after[2] == before[2], "other settings stay");
+  Require(after[1] == (fits ? value : before[1]), "a value counts when it fits");
+  Require(messages.Texts().empty() == fits, "and is told when it does not");
+}
+
 }  // namespace
 }  // namespace kestrel
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  kestrel::CheckRead({reinterpret_cast<const char*>(data), size});
+  const std::string_view content(reinterpret_cast<const char*>(data), size);
+  kestrel::CheckRead(content);
+  kestrel::CheckValue(content.substr(content.find_last_of("=\n") + 1));
   return 0;
 }

@@ -40,15 +40,18 @@ Scenario ScenarioOf(std::uint8_t choice) {
   return scenario;
 }
 
-// The bytes that some register lets the program write, as the program knows the registers.
+// The bytes that belong to a register which can be written, and to none that cannot, as the program
+// knows the registers.
 std::bitset<128> WritableBytes() {
   BuildRegisterTable();
   std::bitset<128> writable;
-  for (std::int16_t row = 0; row <= RegCount; ++row) {
-    if (!RegWritable[row]) continue;
-    const auto address = static_cast<std::size_t>(RegAddr[row]);
-    writable.set(address);
-    if (RegBits[row] > 8) writable.set(address + 1);
+  for (const bool can : {true, false}) {
+    for (std::int16_t row = 0; row <= RegCount; ++row) {
+      if (RegWritable[row] != can) continue;
+      const auto address = static_cast<std::size_t>(RegAddr[row]);
+      writable.set(address, can);
+      if (RegBits[row] > 8) writable.set(address + 1, can);
+    }
   }
   return writable;
 }
