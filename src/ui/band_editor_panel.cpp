@@ -23,7 +23,10 @@ QRadioButton* MakeOption(const char* name, const QString& caption, const QString
 QLabel* MakeNote(const char* name) {
   QLabel* label = MakeLabel(name, "");
   label->setWordWrap(true);
-  label->setMinimumWidth(1);  // a long path does not widen the window
+  // A long path does not widen the window. The height is asked for the width there is.
+  QSizePolicy policy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  policy.setHeightForWidth(true);
+  label->setSizePolicy(policy);
   label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   return label;
 }

@@ -242,6 +242,20 @@ TEST_F(FrmAlarmSpectrum, FitsASmallScreen) {
   EXPECT_LE(editor_->minimumSizeHint().width(), 853);
 }
 
+TEST_F(FrmAlarmSpectrum, ALongRemarkLeavesTheGridItsRoom) {
+  Open();
+  for (int band = 1; band <= 3; ++band) {
+    Enter(band, kFLow, "9");
+    Enter(band, kFHigh, "5");
+    Enter(band, 3, "30");  // alarm 1 and alarm 2 on X
+    Enter(band, 6, "20");
+  }
+  const auto& remark = Get<QLabel>("lblState");
+  EXPECT_NE(State().find("And 4 more."), std::string::npos);
+  EXPECT_GE(remark.height(), remark.heightForWidth(remark.width()));
+  EXPECT_LE(remark.sizeHint().height(), 4 * remark.fontMetrics().lineSpacing());
+}
+
 TEST_F(FrmAlarmSpectrum, LoadingBeforeAFileIsChosenSaysWhatToDo) {
   Open();
   Click("cmdReadFile");

@@ -115,7 +115,8 @@ class WindowFaults : public FaultBench,
   }
   static bool TellsOfAValue(const std::string& text) {
     return text.starts_with("\n\nError reading Capture Period register") ||
-           text.starts_with("\n\nError reading Record Pointer (REC_PNTR) register");
+           text.starts_with("\n\nError reading Record Pointer (REC_PNTR) register") ||
+           text.starts_with("ERROR.\nSubroutine = ReadCaptureBuffer\nMe.cbxRecMode.ListIndex = ");
   }
 
   // Every control shows what it showed before, or what it shows when all goes well.
