@@ -120,7 +120,7 @@ void CheckSearch(const Bench& bench) {
 void Transfer(Bench& bench) {
   const int frames = bench.input.Between(1, kFramesPerTransfer);
   for (int i = 1; i <= frames; ++i) SpiTx(i) = bench.input.Word() % 0xFF00;
-  const FrameBuffer before = SpiRx;
+  FrameBuffer before = SpiRx;
   UsbCsPerWord = bench.input.Byte() % 2 == 0;
   const bool present = UsbPresent;
   bench.usb.UsbSpiTransfer(frames);
