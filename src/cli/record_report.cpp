@@ -111,8 +111,7 @@ void PrintRecord(std::ostream& out, const HiddenWindow& window, const RecordRepo
     if (IsSpectrum()) out << ", alarm: " << Trimmed(window.Alarm(axis).alarm);
     out << '\n';
   }
-  out << "  supply " << FixedNumber(static_cast<double>(CaptSupply), 3) << " V, temperature "
-      << FixedNumber(static_cast<double>(CaptTemp), 1) << " C\n";
+  out << "  " << ConditionsText(static_cast<double>(CaptSupply), static_cast<double>(CaptTemp));
   if (!report.file.empty()) out << "  file " << report.file.string() << '\n';
   if (report.withData) PrintPoints(out);
 }
@@ -126,6 +125,12 @@ void WriteRecord(const Output& output, const HiddenWindow& window, const RecordR
     PrintRecord(output.out, window, report);
   }
   output.out.flush();
+}
+
+std::string ConditionsText(double supplyV, double temperatureC) {
+  const std::string supply = FixedNumber(supplyV, 3);
+  const std::string temperature = FixedNumber(temperatureC, 1);
+  return "supply " + supply + " V, temperature " + temperature + " C\n";
 }
 
 Json StatusJson(const HiddenWindow& window) {

@@ -19,6 +19,9 @@ struct RecordReport {
 // Reports the record at hand: how it was taken, the peak of each axis, conditions, flags, alarms.
 void WriteRecord(const Output& output, const HiddenWindow& window, const RecordReport& report);
 
+// Supply and temperature, one line.
+[[nodiscard]] std::string ConditionsText(double supplyV, double temperatureC);
+
 // The flags of STATUS by name, and the alarm state of the axes.
 [[nodiscard]] Json StatusJson(const HiddenWindow& window);
 void PrintStatus(std::ostream& out, const HiddenWindow& window);

@@ -71,8 +71,7 @@ ExitCode StatusCommand::Run(Session& session, const Output& output) {
     return ExitCode::Success;
   }
   PrintStatus(output.out, session.window);
-  output.out << "supply " << FixedNumber(supply, 3) << " V, temperature "
-             << FixedNumber(temperature, 1) << " C\n";
+  output.out << ConditionsText(supply, temperature);
   return ExitCode::Success;
 }
 

@@ -77,9 +77,18 @@ TEST_F(Program, WritesARegisterAndReadsItBack) {
   EXPECT_EQ(SimulateJson({"registers", "write", "X_NULL", "65535"})["value"], -1);
 }
 
+TEST_F(Program, TakesAPortsAddressWithAndWithoutItsPrefix) {
+  for (const char* address : {"378", "0x378", "0X7fff"}) {
+    EXPECT_EQ(Run({"--parallel", address, "adapters"}), ExitCode::NoSensor) << address;
+    EXPECT_EQ(error.str(), "No USB adapter was found.\n");
+  }
+}
+
 TEST_F(Program, RefusesWhatIsNoRegisterOrNoWord) {
   EXPECT_EQ(Simulate({"registers", "read", "COMMAND"}), ExitCode::Usage);
   EXPECT_EQ(error.str(), "registers read: there is no readable register \"COMMAND\".\n");
+  EXPECT_EQ(Simulate({"registers", "read", "NONE"}), ExitCode::Usage);
+  EXPECT_EQ(error.str(), "registers read: there is no readable register \"NONE\".\n");
   EXPECT_EQ(Simulate({"registers", "write", "PROD_ID", "1"}), ExitCode::Usage);
   EXPECT_EQ(error.str(), "registers write: there is no writable register \"PROD_ID\".\n");
   for (const char* value : {"0x10000", "65536", "1.5", "seven", ""}) {

@@ -66,6 +66,10 @@ TEST_F(TextOutput, ATransferEndsWithItsMessage) {
             "/data/AlarmSpectrum_a.csv");
 }
 
+TEST_F(TextOutput, ClearingTheStatusOfAFreshSensorChangesNothing) {
+  EXPECT_EQ(Printed({"status", "--clear"}), Printed({"status"}));
+}
+
 TEST_F(TextOutput, StatusIsALineAFlagAndALineAnAxis) {
   const std::string status = Printed({"status"});
   EXPECT_EQ(Lines(status), 19);
