@@ -14,6 +14,7 @@
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
 #include "simulator/simulated_hardware.h"
+#include "ui/fit_screen.h"
 #include "ui/qt_event_loop.h"
 #include "ui/qt_seams.h"
 #include "ui/start_windows.h"
@@ -44,6 +45,7 @@ class Program {
         core_({clock_, loop_, pointer_, messages_, files != nullptr ? *files : files_, locale_,
                hardware_.Adapter(), hardware_.Port(), hardware_.Service()}),
         windows_(core_, {}) {
+    AssumeEndlessScreen();  // the one that the toolkit makes up is smaller than any real one
     Main(core_, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   }
 

@@ -18,6 +18,7 @@
 #include "simulator/scenario.h"
 #include "simulator/simulated_hardware.h"
 #include "ui/demo.h"
+#include "ui/fit_screen.h"
 #include "ui/qt_event_loop.h"
 #include "ui/qt_seams.h"
 #include "ui/start_windows.h"
@@ -135,6 +136,7 @@ int Run(const Options& options) {
   const bool demo = options.demoFolder.has_value();
   std::unique_ptr<Messages> messages;
   if (demo) {
+    AssumeEndlessScreen();
     if (!QDir().mkpath(*options.demoFolder)) {
       std::fprintf(stderr, "The folder %s cannot be made.\n", qPrintable(*options.demoFolder));
       return 1;

@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* kArea = "scrContent";
 constexpr QSize kFrame(4, 30);  // of the window manager
+bool endlessScreen = false;     // AssumeEndlessScreen
 
 // What the content needs at least, and whether that is too much.
 bool IsTooLarge(const QWidget& window) {
@@ -44,7 +45,12 @@ QSize SizeWithBars(const QScrollArea& area) {
 
 }  // namespace
 
+void AssumeEndlessScreen() {
+  endlessScreen = true;
+}
+
 QSize RoomOnScreen(const QWidget& window) {
+  if (endlessScreen) return {QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
   return window.screen()->availableGeometry().size() - kFrame;
 }
 

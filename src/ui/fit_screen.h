@@ -7,6 +7,9 @@
 
 namespace kestrel {
 
+// For pictures drawn without a screen: every window has all the room it asks for.
+void AssumeEndlessScreen();
+
 // Room for a window's content on its screen, in the toolkit's unscaled pixels.
 [[nodiscard]] QSize RoomOnScreen(const QWidget& window);
 
