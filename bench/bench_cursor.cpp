@@ -8,10 +8,10 @@
 #include <cstdio>
 #include <vector>
 
-#include "device/capture_data.h"
 #include "figure.h"
 #include "plot_moves.h"
-#include "ui/cross_hair.h"
+#include "record/capture_data.h"
+#include "ui/plot/cross_hair.h"
 
 namespace kestrel {
 namespace {

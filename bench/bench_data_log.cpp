@@ -19,11 +19,11 @@
 #include <vector>
 
 #include "acquisition/quiet_views.h"
-#include "device/capture_data.h"
 #include "figure.h"
 #include "logging/data_log.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
+#include "record/capture_data.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {

@@ -8,12 +8,12 @@
 #include <cstdio>
 #include <vector>
 
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
 #include "figure.h"
 #include "plot_moves.h"
+#include "record/capture_data.h"
 #include "support/fake_band_overlay.h"
-#include "ui/band_lines.h"
+#include "ui/plot/band_lines.h"
 
 namespace kestrel {
 namespace {

@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "figure.h"
-#include "ui/picture_box.h"
+#include "ui/plot/picture_box.h"
 
 namespace {
 

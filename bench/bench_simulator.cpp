@@ -12,8 +12,8 @@
 #include <cstdio>
 #include <thread>
 
-#include "app/clock.h"
 #include "figure.h"
+#include "seams/clock.h"
 #include "simulator/simulated_hardware.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include <QWidget>
 
 #include "program.h"
-#include "ui/picture_box.h"
+#include "ui/plot/picture_box.h"
 
 namespace kestrel {
 

@@ -9,15 +9,15 @@
 #include <algorithm>
 #include <vector>
 
-#include "app/start.h"
+#include "connection/start.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
 #include "simulator/simulated_hardware.h"
-#include "ui/fit_screen.h"
-#include "ui/qt_event_loop.h"
-#include "ui/qt_seams.h"
-#include "ui/start_windows.h"
+#include "ui/main/start_windows.h"
+#include "ui/parts/fit_screen.h"
+#include "ui/parts/qt_event_loop.h"
+#include "ui/parts/qt_seams.h"
 
 namespace kestrel {
 

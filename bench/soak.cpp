@@ -14,11 +14,11 @@
 
 #include "acquisition/capture_cycle.h"
 #include "acquisition/quiet_views.h"
-#include "app/start.h"
-#include "device/capture_data.h"
+#include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "platform/linux/system_files.h"
+#include "record/capture_data.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fixed_locale.h"
 #include "support/recording_messages.h"

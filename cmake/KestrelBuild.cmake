@@ -47,13 +47,48 @@ if(KESTREL_FUZZ)
   target_compile_options(kestrel_flags INTERFACE -O2 -fsanitize=fuzzer-no-link)
 endif()
 
-# kestrel_folder(NAME sources... [LINKS libraries...]): one static library for one folder of src.
+# The folders of the logic, lowest first.
+file(STRINGS ${CMAKE_CURRENT_LIST_DIR}/folders.txt KESTREL_FOLDERS REGEX "^[a-z]")
+
+# kestrel_folder(NAME [SOURCES sources...] [LINKS libraries...]): one static library for one folder of
+# src, of every source in it unless some are named; one without sources is a folder of headers.
 function(kestrel_folder name)
-  cmake_parse_arguments(ARG "" "" "LINKS" ${ARGN})
-  add_library(kestrel_${name} STATIC ${ARG_UNPARSED_ARGUMENTS})
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  if(NOT ARG_SOURCES)
+    file(GLOB ARG_SOURCES CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    list(FILTER ARG_SOURCES EXCLUDE REGEX "/main\\.cpp$")
+  endif()
+  if(NOT ARG_SOURCES)
+    add_library(kestrel_${name} INTERFACE)
+    target_include_directories(kestrel_${name} INTERFACE ${PROJECT_SOURCE_DIR}/src)
+    target_link_libraries(kestrel_${name} INTERFACE ${ARG_LINKS})
+    return()
+  endif()
+  add_library(kestrel_${name} STATIC ${ARG_SOURCES})
   target_include_directories(kestrel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(kestrel_${name} PUBLIC ${ARG_LINKS} PRIVATE kestrel_flags)
   if(KESTREL_SANITIZE)
     target_link_options(kestrel_${name} PUBLIC -fsanitize=${KESTREL_SANITIZE})
+  endif()
+endfunction()
+
+# kestrel_tests(NAME LINKS libraries...): one test program of every *_test.cpp in the folder. Most of the
+# time it takes to compile a test is the framework's headers.
+function(kestrel_tests name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
+  add_executable(test_${name} ${sources} ${ARG_SOURCES})
+  target_link_libraries(test_${name} PRIVATE ${ARG_LINKS} kestrel_flags GTest::gmock_main)
+  target_precompile_headers(test_${name} PRIVATE
+    <gmock/gmock.h> <gtest/gtest.h> <filesystem> <functional> <map>)
+  gtest_discover_tests(test_${name})
+endfunction()
+
+# kestrel_room(NAME [LINKS libraries...]): one room of src/ui. A precompiled header saves a third of the
+# time; every other build proves that each file includes what it needs.
+function(kestrel_room name)
+  kestrel_folder(ui_${name} ${ARGN})
+  if(KESTREL_SANITIZE)
+    target_precompile_headers(kestrel_ui_${name} PRIVATE <QtWidgets>)
   endif()
 endfunction()

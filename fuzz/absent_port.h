@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "transport/driver_service.h"
-#include "transport/port_io.h"
+#include "seams/driver_service.h"
+#include "seams/port_io.h"
 
 namespace kestrel {
 

@@ -9,7 +9,7 @@
 
 #include "input.h"
 #include "require.h"
-#include "transport/usb_driver.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

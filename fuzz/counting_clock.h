@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <chrono>
 
-#include "app/clock.h"
+#include "seams/clock.h"
 
 namespace kestrel {
 

@@ -7,7 +7,7 @@
 
 #include "absent_port.h"
 #include "answering_driver.h"
-#include "app/start.h"
+#include "connection/start.h"
 #include "counting_clock.h"
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"

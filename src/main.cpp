@@ -13,15 +13,15 @@
 #include <optional>
 
 #include "app/files_in_folder.h"
-#include "app/start.h"
+#include "connection/start.h"
 #include "platform/system.h"
 #include "simulator/scenario.h"
 #include "simulator/simulated_hardware.h"
-#include "ui/demo.h"
-#include "ui/fit_screen.h"
-#include "ui/qt_event_loop.h"
-#include "ui/qt_seams.h"
-#include "ui/start_windows.h"
+#include "ui/main/demo.h"
+#include "ui/main/start_windows.h"
+#include "ui/parts/fit_screen.h"
+#include "ui/parts/qt_event_loop.h"
+#include "ui/parts/qt_seams.h"
 
 namespace {
 

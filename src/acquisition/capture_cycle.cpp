@@ -6,7 +6,7 @@
 
 #include "acquisition/commands.h"
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
 #include "numeric/number_parse.h"

@@ -9,7 +9,7 @@
 #include "acquisition/capture_readout.h"
 #include "acquisition/status.h"
 #include "acquisition/window_delay.h"
-#include "app/core.h"
+#include "connection/core.h"
 #include "device/rec_ctrl.h"
 #include "plot/band_overlay.h"
 

@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "app/event_loop.h"
-#include "app/messages.h"
-#include "device/axis.h"
-#include "device/capture_data.h"
 #include "logging/data_log.h"
 #include "plot/spectrum_plot.h"
+#include "record/axis.h"
+#include "record/capture_data.h"
+#include "seams/event_loop.h"
+#include "seams/messages.h"
 #include "transport/register_access.h"
 
 namespace kestrel {

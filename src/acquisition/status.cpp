@@ -6,8 +6,8 @@
 
 #include "acquisition/commands.h"
 #include "app/program_state.h"
-#include "device/capture_data.h"
-#include "device/status_flags.h"
+#include "record/capture_data.h"
+#include "record/status_flags.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {

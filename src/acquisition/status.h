@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "app/event_loop.h"
-#include "plot/alarm_status.h"
+#include "alarms/alarm_status.h"
+#include "seams/event_loop.h"
 #include "transport/register_access.h"
 
 namespace kestrel {

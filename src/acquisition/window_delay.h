@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "app/event_loop.h"
+#include "seams/event_loop.h"
 
 namespace kestrel {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "alarms/band_table.h"
-#include "app/event_loop.h"
-#include "app/files.h"
-#include "app/messages.h"
+#include "seams/event_loop.h"
+#include "seams/files.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

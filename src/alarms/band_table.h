@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "device/axis.h"
+#include "record/axis.h"
 
 namespace kestrel {
 

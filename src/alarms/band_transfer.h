@@ -9,8 +9,8 @@
 
 #include "alarms/band_table.h"
 #include "app/delay.h"
-#include "app/event_loop.h"
-#include "app/messages.h"
+#include "seams/event_loop.h"
+#include "seams/messages.h"
 #include "transport/register_access.h"
 
 namespace kestrel {

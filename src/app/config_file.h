@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/files.h"
-#include "app/messages.h"
+#include "seams/files.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
-#include "app/clock.h"
-#include "app/mouse_pointer.h"
+#include "seams/clock.h"
+#include "seams/mouse_pointer.h"
 
 namespace kestrel {
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "app/messages.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

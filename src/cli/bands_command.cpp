@@ -11,7 +11,7 @@
 #include "alarms/alarm_file.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
-#include "plot/frequency.h"
+#include "record/frequency.h"
 
 namespace kestrel {
 namespace {

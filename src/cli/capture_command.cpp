@@ -10,11 +10,11 @@
 #include <cmath>
 
 #include "cli/record_report.h"
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
 #include "logging/data_log.h"
 #include "logging/data_log_settings.h"
 #include "numeric/number_parse.h"
+#include "record/capture_data.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {

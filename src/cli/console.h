@@ -7,10 +7,10 @@
 #include <iosfwd>
 #include <optional>
 
-#include "app/clock.h"
-#include "app/event_loop.h"
-#include "app/messages.h"
-#include "app/mouse_pointer.h"
+#include "seams/clock.h"
+#include "seams/event_loop.h"
+#include "seams/messages.h"
+#include "seams/mouse_pointer.h"
 
 namespace kestrel {
 

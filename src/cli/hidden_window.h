@@ -10,8 +10,8 @@
 #include "acquisition/capture_cycle.h"
 #include "acquisition/quiet_views.h"
 #include "acquisition/status.h"
+#include "alarms/alarm_status.h"
 #include "alarms/band_transfer.h"
-#include "plot/alarm_status.h"
 
 namespace kestrel {
 

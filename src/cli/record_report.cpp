@@ -6,10 +6,10 @@
 #include <cmath>
 #include <iomanip>
 
-#include "device/capture_data.h"
 #include "device/rec_info.h"
 #include "numeric/number_format.h"
-#include "plot/frequency.h"
+#include "record/capture_data.h"
+#include "record/frequency.h"
 
 namespace kestrel {
 namespace {

@@ -6,7 +6,7 @@
 
 #include "app/config_file.h"
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "simulator/scenario.h"
 

@@ -10,10 +10,10 @@
 
 #include "acquisition/capture_cycle.h"
 #include "acquisition/window_delay.h"
-#include "app/core.h"
 #include "app/files_in_folder.h"
 #include "cli/console.h"
 #include "cli/hidden_window.h"
+#include "connection/core.h"
 #include "platform/hardware_switch.h"
 #include "plot/band_overlay.h"
 #include "simulator/simulated_hardware.h"

@@ -5,10 +5,10 @@
 #include <cstdint>
 
 #include "device/alm_ctrl.h"
-#include "device/axis.h"
 #include "device/updating_flag.h"
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"
+#include "record/axis.h"
 
 namespace kestrel {
 namespace {

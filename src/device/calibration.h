@@ -6,8 +6,8 @@
 #include <string>
 
 #include "app/delay.h"
-#include "app/mouse_pointer.h"
-#include "device/axis.h"
+#include "record/axis.h"
+#include "seams/mouse_pointer.h"
 #include "transport/register_access.h"
 
 namespace kestrel {

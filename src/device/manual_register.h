@@ -6,10 +6,10 @@
 #include <string>
 
 #include "app/delay.h"
-#include "app/files.h"
-#include "app/locale.h"
-#include "app/messages.h"
 #include "device/register_list.h"
+#include "seams/files.h"
+#include "seams/locale.h"
+#include "seams/messages.h"
 #include "transport/register_access.h"
 
 namespace kestrel {

@@ -11,8 +11,8 @@
 #include "device/global_commands.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
-#include "device/status_flags.h"
 #include "numeric/conversions.h"
+#include "record/status_flags.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {

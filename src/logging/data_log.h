@@ -6,9 +6,9 @@
 #include <filesystem>
 #include <string>
 
-#include "app/event_loop.h"
-#include "app/files.h"
-#include "app/locale.h"
+#include "seams/event_loop.h"
+#include "seams/files.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 
-#include "device/capture_data.h"
 #include "logging/data_log.h"
 #include "numeric/number_format.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
 namespace {

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <string>
 
-#include "app/files.h"
-#include "app/locale.h"
+#include "seams/files.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

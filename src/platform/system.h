@@ -7,11 +7,11 @@
 #include <memory>
 #include <string>
 
-#include "app/clock.h"
-#include "app/files.h"
-#include "app/locale.h"
 #include "app/system_name.h"
 #include "platform/hardware_switch.h"
+#include "seams/clock.h"
+#include "seams/files.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
 namespace {

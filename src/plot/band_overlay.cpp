@@ -4,9 +4,9 @@
 
 #include <string>
 
-#include "device/capture_data.h"
+#include "app/plot_scale.h"
 #include "device/rec_ctrl.h"
-#include "plot/plot_scale.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
 namespace {

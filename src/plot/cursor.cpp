@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 
-#include "device/capture_data.h"
 #include "numeric/number_format.h"
-#include "plot/frequency.h"
+#include "record/capture_data.h"
+#include "record/frequency.h"
 
 namespace kestrel {
 namespace {

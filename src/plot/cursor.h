@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "device/axis.h"
+#include "record/axis.h"
 
 namespace kestrel {
 

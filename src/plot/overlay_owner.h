@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "device/axis.h"
+#include "record/axis.h"
 
 namespace kestrel {
 

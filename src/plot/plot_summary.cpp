@@ -4,10 +4,10 @@
 
 #include <algorithm>
 
-#include "device/axis.h"
-#include "device/capture_data.h"
 #include "numeric/number_format.h"
-#include "plot/frequency.h"
+#include "record/axis.h"
+#include "record/capture_data.h"
+#include "record/frequency.h"
 
 namespace kestrel {
 namespace {

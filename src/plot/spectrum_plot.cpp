@@ -5,14 +5,12 @@
 #include <array>
 
 #include "app/program_state.h"
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
-
-double PlotScale = 0;
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include <string>
 
-#include "app/event_loop.h"
-#include "app/messages.h"
-#include "device/axis.h"
-#include "plot/alarm_status.h"
-#include "plot/plot_scale.h"
+#include "alarms/alarm_status.h"
+#include "app/plot_scale.h"
+#include "record/axis.h"
+#include "seams/event_loop.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

@@ -25,12 +25,12 @@ double Degrees(std::uint16_t code) {
 
 }  // namespace
 
-Conditions Conditions::Measure(double volts, double degrees) {
+MeasuredConditions MeasuredConditions::Measure(double volts, double degrees) {
   return {.supply = Code(volts / kSupplyLsbV),
           .temperature = Code((degrees - kTempOffsetC) / kTempLsbC)};
 }
 
-bool Conditions::RaiseAlarm(AlarmControl control, std::uint16_t limit) const {
+bool MeasuredConditions::RaiseAlarm(AlarmControl control, std::uint16_t limit) const {
   if (!control.SystemOn()) return false;
   const bool ofTemperature = control.WatchesTemperature();
   const double measured = ofTemperature ? Degrees(temperature) : Volts(supply);

@@ -7,10 +7,10 @@
 #include <map>
 #include <optional>
 
+#include "seams/usb_driver.h"
 #include "simulator/adapter_descriptors.h"
 #include "simulator/adapter_firmware.h"
 #include "simulator/simulated_sensor.h"
-#include "transport/usb_driver.h"
 
 namespace kestrel {
 

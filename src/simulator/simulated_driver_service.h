@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
 
 namespace kestrel {
 

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
+#include "seams/port_io.h"
 #include "simulator/simulated_sensor.h"
-#include "transport/port_io.h"
 
 namespace kestrel {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "app/clock.h"
+#include "seams/clock.h"
 #include "simulator/alarm_bands.h"
 #include "simulator/alarm_monitor.h"
 #include "simulator/capture_engine.h"

@@ -32,7 +32,7 @@ void SimulatedSensor::MeasureSupplyAndTemperature() {
 
   const double warmed = 1.0 - std::exp(-SecondsSincePowerUp(due_) / scenario_.warmingSeconds);
   const double degrees = scenario_.temperatureC + scenario_.warmingC * warmed;
-  const Conditions measured = Conditions::Measure(scenario_.supplyV, degrees);
+  const MeasuredConditions measured = MeasuredConditions::Measure(scenario_.supplyV, degrees);
   registers_.Set(sensor::kSupplyOut, measured.supply);
   registers_.Set(sensor::kTempOut, measured.temperature);
   alarms_.JudgeSystem(measured.RaiseAlarm(Control(), registers_.Read(sensor::kAlmSMag)));

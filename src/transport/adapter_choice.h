@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/files.h"
+#include "seams/files.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-#include "app/clock.h"
-#include "app/files.h"
-#include "app/locale.h"
-#include "app/messages.h"
+#include "seams/clock.h"
+#include "seams/files.h"
+#include "seams/locale.h"
+#include "seams/messages.h"
 #include "transport/spi_frames.h"
 #include "transport/usb_adapter.h"
 #include "transport/wire_log.h"

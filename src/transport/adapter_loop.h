@@ -5,8 +5,8 @@
 #include <chrono>
 #include <string>
 
-#include "app/clock.h"
-#include "app/messages.h"
+#include "seams/clock.h"
+#include "seams/messages.h"
 #include "transport/adapter_debug.h"
 
 namespace kestrel {

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "app/delay.h"
-#include "transport/port_io.h"
+#include "seams/port_io.h"
 
 namespace kestrel {
 

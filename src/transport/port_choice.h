@@ -4,11 +4,11 @@
 
 #include <string>
 
-#include "app/files.h"
-#include "app/messages.h"
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
+#include "seams/files.h"
+#include "seams/messages.h"
+#include "seams/port_io.h"
 #include "transport/parallel_port.h"
-#include "transport/port_io.h"
 
 namespace kestrel {
 

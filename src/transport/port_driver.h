@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/messages.h"
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

@@ -8,8 +8,8 @@
 #include <span>
 #include <string>
 
-#include "app/messages.h"
-#include "transport/usb_driver.h"
+#include "seams/messages.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "acquisition/record_settings.h"
+#include "acquisition/settings_exchange.h"
 #include "support/capture_bench.h"
 #include "support/seeds.h"
 
@@ -243,7 +243,7 @@ class Session : public CaptureBench {
 
   Random& random_;
   FakeSettingsView settingsView_;
-  RecordSettings settings{core.registers, status, alarms, messages, delay, settingsView_};
+  SettingsExchange settings{core.registers, status, alarms, messages, delay, settingsView_};
   int serial_ = 0;
   int losses_ = 0;              // plugs pulled
   int searches_ = 0;            // for an adapter that is missing

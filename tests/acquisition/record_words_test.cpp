@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Every word that the registers of the record settings can hold or be given.
 
-#include "acquisition/record_settings.h"
+#include "acquisition/settings_exchange.h"
 #include "device/rec_ctrl.h"
 #include "support/capture_bench.h"
 
@@ -16,7 +16,7 @@ class RecordWords : public CaptureBench {
  protected:
   FakeSettingsView view;
   WindowDelay delay{loop};
-  RecordSettings settings{core.registers, status, alarms, messages, delay, view};
+  SettingsExchange settings{core.registers, status, alarms, messages, delay, view};
 };
 
 // What a list shows of a code: nothing where the list has no such item.

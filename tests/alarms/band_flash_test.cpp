@@ -7,9 +7,9 @@
 #include <random>
 
 #include "alarms/band_transfer.h"
-#include "app/core.h"
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/core.h"
+#include "connection/start.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "app/files.h"
+#include "seams/files.h"
 
 #include <gtest/gtest.h>
 

@@ -11,19 +11,19 @@
 #include <QPushButton>
 #include <memory>
 
-#include "app/start.h"
+#include "connection/start.h"
 #include "platform/linux/libusb_driver.h"
-#include "plot/frequency.h"
+#include "record/frequency.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/reset_program.h"
 #include "support/swift_clock.h"
 #include "support/unused_hardware.h"
-#include "ui/frm1.h"
-#include "ui/qt_event_loop.h"
-#include "ui/qt_seams.h"
-#include "ui/start_windows.h"
+#include "ui/main/frm1.h"
+#include "ui/main/start_windows.h"
+#include "ui/parts/qt_event_loop.h"
+#include "ui/parts/qt_seams.h"
 
 namespace kestrel {
 namespace {

@@ -9,9 +9,9 @@
 #include <iterator>
 #include <string>
 
-#include "device/capture_data.h"
 #include "logging/data_log.h"
 #include "logging/data_log_text.h"
+#include "record/capture_data.h"
 #include "support/reset_program.h"
 
 namespace kestrel {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "device/capture_data.h"
 #include "logging/data_log_text.h"
 #include "numeric/runtime_error.h"
+#include "record/capture_data.h"
 #include "support/fake_clock.h"
 #include "support/fake_log_view.h"
 #include "support/fixed_locale.h"

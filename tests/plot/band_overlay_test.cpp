@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "plot/band_overlay.h"
 
+#include "app/plot_scale.h"
 #include "overlay_bench.h"
-#include "plot/plot_scale.h"
 
 namespace kestrel {
 namespace {

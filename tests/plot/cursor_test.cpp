@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "plot/cursor.h"
 
-#include "device/capture_data.h"
 #include "device/rec_info.h"
+#include "record/capture_data.h"
 #include "support/register_bench.h"
 
 namespace kestrel {

@@ -4,9 +4,9 @@
 
 #include <array>
 
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
 #include "plot/band_overlay.h"
+#include "record/capture_data.h"
 #include "support/fake_band_overlay.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"

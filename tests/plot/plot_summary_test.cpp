@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "device/capture_data.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
 namespace {

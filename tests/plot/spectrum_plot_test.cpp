@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "plot/spectrum_plot.h"
 
-#include "device/capture_data.h"
 #include "device/rec_ctrl.h"
+#include "record/capture_data.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"
 

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "acquisition/record_settings.h"
+#include "acquisition/settings_exchange.h"
 #include "numeric/number_format.h"
 #include "plot/cursor.h"
 #include "regmap/register_table.h"
@@ -111,7 +111,7 @@ class Texts : public CaptureBench, public CursorView {
   [[nodiscard]] bool TraceTicked(Axis /*axis*/) override { return true; }
 
   FakeSettingsView settingsView_;
-  RecordSettings settings_{core.registers, status, alarms, messages, delay, settingsView_};
+  SettingsExchange settings_{core.registers, status, alarms, messages, delay, settingsView_};
   PlotCursor cursor_{*this};
   std::string x_, frequency_, y_;
   int seed_ = 0;

@@ -8,9 +8,9 @@
 #include <tuple>
 #include <vector>
 
-#include "app/core.h"
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/core.h"
+#include "connection/start.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"

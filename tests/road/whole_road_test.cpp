@@ -11,10 +11,10 @@
 
 #include "acquisition/capture_readout.h"
 #include "acquisition/quiet_views.h"
-#include "app/core.h"
-#include "app/start.h"
+#include "connection/core.h"
+#include "connection/start.h"
 #include "device/rec_ctrl.h"
-#include "plot/frequency.h"
+#include "record/frequency.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "transport/driver_service.h"
-#include "transport/port_io.h"
-#include "transport/usb_driver.h"
+#include "seams/driver_service.h"
+#include "seams/port_io.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "transport/usb_driver.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

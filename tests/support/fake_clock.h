@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "app/clock.h"
+#include "seams/clock.h"
 
 namespace kestrel {
 

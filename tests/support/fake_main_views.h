@@ -9,7 +9,7 @@
 
 #include "acquisition/capture_cycle.h"
 #include "acquisition/capture_readout.h"
-#include "acquisition/record_settings.h"
+#include "acquisition/settings_exchange.h"
 #include "acquisition/status.h"
 #include "support/journal.h"
 
@@ -98,7 +98,7 @@ class FakeCaptureView : public CaptureView {
 };
 
 // Lists with as many items as the window's.
-class FakeSettingsView : public RecordSettingsView {
+class FakeSettingsView : public SettingsExchangeView {
  public:
   [[nodiscard]] int Selected(Setting setting) override { return selected.at(setting); }
   bool Select(Setting setting, int index) override {

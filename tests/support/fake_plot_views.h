@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "plot/alarm_status.h"
+#include "alarms/alarm_status.h"
 #include "plot/spectrum_plot.h"
 #include "support/journal.h"
 

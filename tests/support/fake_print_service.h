@@ -5,7 +5,7 @@
 #include <functional>
 #include <utility>
 
-#include "ui/page_printing.h"
+#include "ui/parts/page_printing.h"
 
 namespace kestrel {
 

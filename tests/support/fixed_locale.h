@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "app/locale.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

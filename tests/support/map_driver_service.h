@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
 
 namespace kestrel {
 

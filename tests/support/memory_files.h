@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "app/files.h"
 #include "numeric/runtime_error.h"
+#include "seams/files.h"
 
 namespace kestrel {
 

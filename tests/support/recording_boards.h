@@ -15,7 +15,7 @@
 #include <string>
 #include <vector>
 
-#include "transport/usb_driver.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

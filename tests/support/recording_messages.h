@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/messages.h"
+#include "seams/messages.h"
 
 namespace kestrel {
 

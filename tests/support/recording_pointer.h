@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/mouse_pointer.h"
+#include "seams/mouse_pointer.h"
 
 namespace kestrel {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "seams/port_io.h"
 #include "support/fake_clock.h"
-#include "transport/port_io.h"
 
 namespace kestrel {
 

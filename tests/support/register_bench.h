@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "app/core.h"
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/core.h"
+#include "connection/start.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"

@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/event_loop.h"
+#include "seams/event_loop.h"
 #include "support/fake_clock.h"
 
 namespace kestrel {

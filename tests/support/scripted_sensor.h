@@ -17,9 +17,9 @@
 #include <utility>
 #include <vector>
 
+#include "seams/usb_driver.h"
 #include "support/fake_clock.h"
 #include "support/sensor_frames.h"
-#include "transport/usb_driver.h"
 
 namespace kestrel {
 

@@ -4,7 +4,7 @@
 
 #include <chrono>
 
-#include "app/clock.h"
+#include "seams/clock.h"
 
 namespace kestrel {
 

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <string>
 
-#include "transport/driver_service.h"
-#include "transport/port_io.h"
+#include "seams/driver_service.h"
+#include "seams/port_io.h"
 
 namespace kestrel {
 

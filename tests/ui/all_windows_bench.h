@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "window_bench.h"
+#include "ui/window_bench.h"
 
 namespace kestrel {
 

@@ -8,9 +8,9 @@
 
 #include "alarms/alarm_file.h"
 #include "alarms/band_table.h"
-#include "all_windows_bench.h"
 #include "device/rec_ctrl.h"
-#include "ui/frmAlarmSpectrum.h"
+#include "ui/all_windows_bench.h"
+#include "ui/bands/frmAlarmSpectrum.h"
 
 namespace kestrel {
 namespace {

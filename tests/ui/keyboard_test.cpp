@@ -12,8 +12,8 @@
 #include <map>
 #include <set>
 
-#include "rendering.h"
-#include "window_walk.h"
+#include "ui/rendering.h"
+#include "ui/window_walk.h"
 
 namespace kestrel {
 namespace {

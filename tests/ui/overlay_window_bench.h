@@ -7,11 +7,11 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "rendering.h"
 #include "support/fake_band_overlay.h"
-#include "ui/band_lines.h"
-#include "ui/frm1.h"
-#include "window_bench.h"
+#include "ui/main/frm1.h"
+#include "ui/plot/band_lines.h"
+#include "ui/rendering.h"
+#include "ui/window_bench.h"
 
 namespace kestrel {
 

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "support/swift_clock.h"
-#include "ui/qt_event_loop.h"
+#include "ui/parts/qt_event_loop.h"
 
 namespace kestrel {
 

@@ -3,7 +3,7 @@
 // Random use of everything that can be clicked. Whatever is done, the program goes on, every frame
 // is one that the sensor knows, and no box shows without a cause.
 
-#include "random_use_bench.h"
+#include "ui/random_use_bench.h"
 
 namespace kestrel {
 namespace {

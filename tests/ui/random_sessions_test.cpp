@@ -5,8 +5,8 @@
 
 #include <algorithm>
 
-#include "device/capture_data.h"
-#include "random_use_bench.h"
+#include "record/capture_data.h"
+#include "ui/random_use_bench.h"
 
 namespace kestrel {
 namespace {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "all_windows_bench.h"
 #include "support/seeds.h"
+#include "ui/all_windows_bench.h"
 
 namespace kestrel {
 

@@ -11,9 +11,9 @@
 #include <QTableView>
 #include <algorithm>
 
-#include "ui/fit_screen.h"
-#include "ui/line_label.h"
-#include "window_walk.h"
+#include "ui/parts/fit_screen.h"
+#include "ui/parts/line_label.h"
+#include "ui/window_walk.h"
 
 namespace kestrel {
 namespace {

@@ -19,8 +19,7 @@
 #include <string>
 #include <vector>
 
-#include "app/start.h"
-#include "pass_loop.h"
+#include "connection/start.h"
 #include "simulator/simulated_hardware.h"
 #include "support/failing_usb_driver.h"
 #include "support/fixed_locale.h"
@@ -28,9 +27,10 @@
 #include "support/recording_messages.h"
 #include "support/reset_program.h"
 #include "support/swift_clock.h"
-#include "ui/picture_box.h"
-#include "ui/qt_seams.h"
-#include "ui/start_windows.h"
+#include "ui/main/start_windows.h"
+#include "ui/parts/qt_seams.h"
+#include "ui/pass_loop.h"
+#include "ui/plot/picture_box.h"
 
 namespace kestrel {
 

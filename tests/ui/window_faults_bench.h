@@ -9,9 +9,9 @@
 
 #include "acquisition/window_delay.h"
 #include "alarms/band_table.h"
-#include "all_windows_bench.h"
-#include "device/capture_data.h"
-#include "ui/adapter_watcher.h"
+#include "record/capture_data.h"
+#include "ui/all_windows_bench.h"
+#include "ui/main/adapter_watcher.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "regmap/register_table.h"
-#include "window_faults_bench.h"
+#include "ui/window_faults_bench.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 
 #include <random>
 
-#include "window_faults_operations.h"
+#include "ui/window_faults_operations.h"
 
 namespace kestrel {
 namespace {

@@ -8,7 +8,7 @@
 #include <random>
 #include <tuple>
 
-#include "window_faults_operations.h"
+#include "ui/window_faults_operations.h"
 
 namespace kestrel {
 namespace {
@@ -20,7 +20,7 @@ struct Group {
   Operations (*operations)();
 };
 
-const std::array kGroups{Group{"RecordSettings", RecordSettingOperations},
+const std::array kGroups{Group{"SettingsExchange", RecordSettingOperations},
                          Group{"Status", StatusOperations},
                          Group{"Capture", CaptureOperations},
                          Group{"Stop", StopOperations},

@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-#include "all_windows_bench.h"
+#include "ui/all_windows_bench.h"
 
 namespace kestrel {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "app/program_state.h"
-#include "app/start.h"
+#include "connection/start.h"
 #include "platform/windows/system_clock.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"

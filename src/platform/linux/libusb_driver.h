@@ -7,7 +7,7 @@
 #include <memory>
 
 #include "platform/linux/usb_bus.h"
-#include "transport/usb_driver.h"
+#include "seams/usb_driver.h"
 
 struct libusb_device_handle;
 

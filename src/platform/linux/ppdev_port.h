@@ -9,7 +9,7 @@
 
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/parallel_ports.h"
-#include "transport/port_io.h"
+#include "seams/port_io.h"
 
 namespace kestrel {
 

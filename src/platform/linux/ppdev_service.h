@@ -3,7 +3,7 @@
 #pragma once
 
 #include "platform/linux/ppdev_port.h"
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
 
 namespace kestrel {
 

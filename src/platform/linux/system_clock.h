@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/clock.h"
+#include "seams/clock.h"
 
 namespace kestrel {
 

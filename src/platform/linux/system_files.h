@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/files.h"
+#include "seams/files.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 #include <clocale>
 #include <string>
 
-#include "app/locale.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "transport/usb_driver.h"
+#include "seams/usb_driver.h"
 
 namespace kestrel {
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "transport/port_io.h"
+#include "seams/port_io.h"
 
 namespace kestrel {
 

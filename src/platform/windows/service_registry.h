@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "transport/driver_service.h"
+#include "seams/driver_service.h"
 
 namespace kestrel {
 

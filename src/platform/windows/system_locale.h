@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/locale.h"
+#include "seams/locale.h"
 
 namespace kestrel {
 

@@ -1,0 +1,9 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "app/plot_scale.h"
+
+namespace kestrel {
+
+double PlotScale = 0;
+
+}  // namespace kestrel

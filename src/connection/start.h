@@ -1,0 +1,38 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "app/program_state.h"
+#include "connection/core.h"
+
+namespace kestrel {
+
+struct StartOptions {
+  bool quickStart = false;  // no trials of the delay, no loading window
+  // InterfaceType to begin with where there is no CommPort.cfg.
+  std::int16_t interfaceWithoutConfig = kNoInterface;
+};
+
+// The windows of the start-up.
+class StartWindows {
+ public:
+  virtual ~StartWindows() = default;
+  virtual void ShowLoading(const std::string& caption, const std::string& text) = 0;
+  virtual void SetLoadingText(const std::string& text) = 0;
+  virtual void HideLoading() = 0;
+  virtual void ShowMainWindow() = 0;
+};
+
+// Starts the program, up to the main window on the screen.
+void Main(Core& core, StartWindows& windows, const StartOptions& options);
+
+// Prepares the interface that InterfaceType names; InterfaceType falls to 0 when there is none.
+void InitInterface(Core& core);
+
+// Makes gAlmCtrl, gRecCtrl and gRecInfo and builds the register table.
+void InitRegisterTable(RegisterAccess& registers);
+
+}  // namespace kestrel

@@ -1,0 +1,37 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+
+#include "record/capture_data.h"
+
+namespace kestrel {
+
+// A STATUS bit by name, and what it reads when it is set: "FAIL" for an error, "SET" for an event.
+struct StatusFlag {
+  const char* name;
+  const char* whenSet;
+};
+
+inline constexpr const char* kStatusFlagClear = "OK";
+
+// By bit; bit 15 means nothing.
+inline constexpr std::array<StatusFlag, kStatusFlags> kStatusFlagTable{
+    {{"Supply < 3.150 V", "FAIL"},
+     {"Supply > 3.625 V", "FAIL"},
+     {"Flash Update Failure", "FAIL"},
+     {"SPI Comm Failure", "FAIL"},
+     {"Recording Esc. Flag", "FAIL"},
+     {"Self-test Diagnostic", "FAIL"},
+     {"Flash Memory Failure", "FAIL"},
+     {"Data Ready", "SET"},
+     {"X axis Alarm 1", "SET"},
+     {"Y axis Alarm 1", "SET"},
+     {"Z axis Alarm 1", "SET"},
+     {"X axis Alarm 2", "SET"},
+     {"Y axis Alarm 2", "SET"},
+     {"Z axis Alarm 2", "SET"},
+     {"System Alarm", "SET"}}};
+
+}  // namespace kestrel

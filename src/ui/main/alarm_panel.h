@@ -1,0 +1,40 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <array>
+
+#include "alarms/alarm_status.h"
+
+namespace kestrel {
+
+// Spectral alarm state and peak of each axis. Control arrays count the axes from 1; the indicator
+// of an axis and band is lblBA_ axis x 10 + band.
+class AlarmPanel : public QGroupBox, public AlarmStatusView {
+ public:
+  AlarmPanel();
+
+  void SetBand(Axis axis, const std::string& text) override;
+  void SetAlarm(Axis axis, const std::string& text) override;
+  void SetIndicator(Axis axis, int band, double colour) override;
+  void SetPeak(Axis axis, const std::string& text) override;
+  void SetPeakBin(Axis axis, const std::string& text) override;
+
+ private:
+  struct Row {
+    QLineEdit* txtAlarm;
+    QLineEdit* txtBand;
+    QLineEdit* txtPK;
+    QLineEdit* txtFreq;
+    std::array<QLabel*, kAlarmBands + 1> lblBA;
+  };
+
+  void BuildRow(Axis axis);
+
+  std::array<Row, 3> rows_{};
+};
+
+}  // namespace kestrel

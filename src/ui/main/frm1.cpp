@@ -1,0 +1,301 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/main/frm1.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include "app/config_file.h"
+#include "connection/start.h"
+#include "numeric/number_format.h"
+#include "ui/main/interface_text.h"
+#include "ui/parts/fit_screen.h"
+#include "ui/parts/line_label.h"
+#include "ui/parts/widgets.h"
+#include "ui/windows/about_box.h"
+#include "ui/windows/user_guide.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kNoticeMs = 3000;
+
+}  // namespace
+
+frm1::frm1(Core& core, SimulatorControl simulator)
+    : core_(core),
+      simulator_(std::move(simulator)),
+      edge_(core.seams.messages,
+            {.busy = [this] { return readout_.Busy(); },
+             .refused =
+                 [this] {
+                   statusBar()->showMessage(
+                       tr("The sensor is being read or written. Please try again in a moment."),
+                       kNoticeMs);
+                 },
+             .after =
+                 [this] {
+                   SetCommInterfaceIndicators();
+                   windows_.Refresh();
+                   logNotice_.ShowLast();
+                 },
+             .idle = [this] { return IsIdle(); }}),
+      menu_(new MainMenu(*this)),
+      conditions_(new ConditionsPanel),
+      record_(new RecordPanel(conditions_->lblRecCount)),
+      capture_(new CapturePanel(*record_, *conditions_, core.seams.pointer)),
+      plotPanel_(new PlotPanel),
+      statusPanel_(new StatusPanel),
+      alarmPanel_(new AlarmPanel),
+      lostNotice_(new LostNotice(core, edge_)),
+      watcher_(new AdapterWatcher(core, edge_, this)),
+      lblInterface_(new LineLabel),
+      alarms_(core.registers, *alarmPanel_),
+      plot_(*plotPanel_, alarms_, core.seams.loop, core.seams.messages),
+      overlay_(plot_, *plotPanel_),
+      status_(core.registers, alarms_, core.seams.loop, *statusPanel_),
+      log_(core.seams.files, core.seams.locale, core.seams.loop, *capture_),
+      logNotice_(core, log_, *capture_, *statusBar()),
+      delay_(core.seams.loop),
+      readout_(core.registers, plot_, *plotPanel_, log_, core.seams.loop, core.seams.messages,
+               *capture_),
+      cycle_(core, delay_, status_, readout_, plot_, overlay_, *capture_),
+      settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
+      cursor_(*plotPanel_),
+      pointer_(*plotPanel_, overlay_, cursor_, edge_),
+      windows_(core, edge_, overlay_, this) {
+  setObjectName("frm1");
+  lblInterface_->setObjectName("lblInterface");
+  lblInterface_->setTextFormat(Qt::PlainText);
+  LayOut();
+  ConnectButtons();
+  ConnectSettings();
+  ConnectPlot();
+  ConnectMenu();
+  ConnectWindows();
+  qApp->installEventFilter(this);
+  Handle("Form_Load", [this] { Form_Load(); });
+  FitScreen(*this);
+}
+
+void frm1::LayOut() {
+  auto* left = new QVBoxLayout;
+  left->addWidget(capture_);
+  left->addWidget(record_);
+  left->addStretch();
+  auto* middle = new QVBoxLayout;
+  middle->addWidget(plotPanel_, 1);
+  middle->addWidget(alarmPanel_);
+  auto* right = new QVBoxLayout;
+  right->addWidget(conditions_);
+  right->addWidget(statusPanel_);
+  right->addStretch();
+
+  auto* columns = new QHBoxLayout;
+  columns->addLayout(left);
+  columns->addLayout(middle, 1);
+  columns->addLayout(right);
+  auto* all = new QWidget;
+  auto* rows = new QVBoxLayout(all);
+  rows->addLayout(columns, 1);
+  rows->addWidget(lostNotice_);
+  setCentralWidget(all);
+  statusBar()->addWidget(lblInterface_, 1);
+  statusBar()->addPermanentWidget(capture_->progress);
+  resize(1240, 690);
+}
+
+template <typename Sender, typename Signal, typename Handler>
+void frm1::On(Sender* sender, Signal signal, const char* name, Handler handler) {
+  connect(sender, signal, this, [this, name, handler] { Handle(name, handler); });
+}
+
+void frm1::ConnectButtons() {
+  const auto clicked = &QPushButton::clicked;
+  On(capture_->cmdStart, clicked, "cmdStart_Click", [this] {
+    settings_.HideWorkingSign();
+    cycle_.cmdStart_Click();
+  });
+  On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click", [this] {
+    if (IsIdle()) cycle_.cmdReadBuffer_Click();
+  });
+  On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click", [this] {
+    if (IsIdle()) cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
+  });
+  On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { windows_.OpenRecInfo(); });
+  On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
+  On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click",
+     [this] { windows_.OpenDataLog(); });
+  On(statusPanel_->CmdReadStatus, clicked, "CmdReadStatus_Click",
+     [this] { CmdReadStatus_Click(); });
+  On(statusPanel_->cmdClearStatus, clicked, "cmdClearStatus_Click",
+     [this] { status_.ClearStatus("cmdClearStatus"); });
+}
+
+// The sign that settings were exchanged waits; a capture's own wait must not be disturbed by it.
+void frm1::ConnectSettings() {
+  const auto setting = [this](auto signal, const char* name, void (SettingsExchange::*exchange)()) {
+    On(record_, signal, name, [this, exchange] {
+      (settings_.*exchange)();
+      if (!cycle_.Running()) settings_.ShowWorkingCapPrd();
+    });
+  };
+  setting(&RecordPanel::RecCtrlChanged, "Set_RecCtrl", &SettingsExchange::Set_RecCtrl);
+  setting(&RecordPanel::RecPrdChanged, "Write_RecPrd", &SettingsExchange::Write_RecPrd);
+  setting(&RecordPanel::FftAvgsChanged, "cbxFFTAvgs_Click", &SettingsExchange::cbxFFTAvgs_Click);
+  setting(&RecordPanel::RecPntrChanged, "cbxRecPntr_Click", &SettingsExchange::cbxRecPntr_Click);
+}
+
+void frm1::ConnectPlot() {
+  On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click", [this] {
+    plot_.cmdPlotScale_Click();
+    if (overlay_.IsOn()) overlay_.PlotBands();
+  });
+  for (const Axis axis : kAxes) {
+    On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace", [this] {
+      plot_.SetPlotTrace();
+      overlay_.RecordRedrawn();
+    });
+  }
+  // Reads nothing from the sensor and may come at any time.
+  connect(plotPanel_, &PlotPanel::CursorStepped, this,
+          [this](CursorStep step) { cursor_.Step(step); });
+  connect(plotPanel_, &PlotPanel::CursorPlaced, this, [this](int index) { cursor_.GoTo(index); });
+}
+
+void frm1::ConnectMenu() {
+  const auto chosen = &QAction::triggered;
+  On(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
+  On(menu_->mnuUnplug, chosen, "mnuUnplug_Click", [this] { mnuUnplug_Click(); });
+  On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
+  connect(menu_->mnuGuide, chosen, this,
+          [this] { OpenUserGuide(core_.seams.files, core_.seams.messages); });
+  connect(menu_->mnuAbout, chosen, this, [this] { ShowAboutBox(*this); });
+  connect(menu_->MnuExit, chosen, this, &QWidget::close);
+  const auto opens = [&](QAction* item, const char* name, void (SecondaryWindows::*open)()) {
+    On(item, chosen, name, [this, open] { (windows_.*open)(); });
+  };
+  using Windows = SecondaryWindows;
+  opens(menu_->mnuDatalog, "mnuDatalog_Click", &Windows::OpenDataLog);
+  opens(menu_->mnuUsb, "mnuUsb_Click", &Windows::OpenUsb);
+  opens(menu_->mnuParallel, "mnuParallel_Click", &Windows::OpenPort);
+  opens(menu_->mnuCommand, "mnuCommand_Click", &Windows::OpenCommand);
+  opens(menu_->mnuRecInfo, "mnuRecInfo_Click", &Windows::OpenRecInfo);
+  opens(menu_->mnuAlarmCtrl, "mnuAlarmCtrl_Click", &Windows::OpenAlarmControl);
+  opens(menu_->mnuAlarmSpectrum, "mnuAlarmSpectrum_Click", &Windows::OpenAlarmSpectrum);
+  opens(menu_->mnuDIOGPIO, "mnuDIOGPIO_Click", &Windows::OpenDioGpio);
+  opens(menu_->MnuCal, "MnuCal_Click", &Windows::OpenCalibration);
+  opens(menu_->mnuRegisters, "mnuRegisters_Click", &Windows::OpenRegisters);
+}
+
+// What tells that the adapter is gone, or that another one has been chosen.
+void frm1::ConnectWindows() {
+  const auto refill = [this] { settings_.ReadMainFormRegisters(); };
+  On(lostNotice_, &LostNotice::SelectWanted, "mnuUsb_Click", [this] { windows_.OpenUsb(); });
+  connect(lostNotice_, &LostNotice::InterfaceChosen, this, refill);
+  connect(&windows_, &SecondaryWindows::InterfaceChosen, this, refill);
+  cycle_.OnFoundAgain(refill);
+  connect(watcher_, &AdapterWatcher::Lost, this, [this] { SetCommInterfaceIndicators(); });
+}
+
+void frm1::Form_Load() {
+  setWindowTitle(QString("Norvale    ") + kApplicationTitle);
+  SetCommInterfaceIndicators();
+  record_->FillLists();
+  conditions_->LbLSupply->setText("noData");
+  conditions_->LbLTemp->setText("noData");
+  plotPanel_->SetStartValues();
+  plotPanel_->IniAlarmBandLabels();
+  overlay_.initPlotLines();
+  capture_->ckAutoPlot->setChecked(true);
+  SetProductNumber(kProduct31407);
+}
+
+bool frm1::IsIdle() {
+  if (!cycle_.Running()) return true;
+  statusBar()->showMessage(tr("Please wait for the capture or stop it first."), kNoticeMs);
+  return false;
+}
+
+void frm1::SetCommInterfaceIndicators() {
+  const InterfaceText text = DescribeInterface();
+  lblInterface_->setText(QString::fromStdString(text.line));
+  // Where the status bar is too narrow for the line, the tip still has all of it.
+  lblInterface_->setToolTip(QString::fromStdString(text.line + "\n" + text.detail).trimmed());
+  menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
+  menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
+  menu_->ShowDebug(simulator_.isConnected());
+  lostNotice_->Refresh();
+}
+
+void frm1::SetProductNumber(std::int16_t product) {
+  ProductNumber = product;
+  conditions_->lblProduct->setText(QString::number(product));
+  menu_->mnu31407->setChecked(product == kProduct31407);
+  settings_.ReadMainFormRegisters();
+}
+
+void frm1::mnuSimulated_Click() {
+  if (!IsIdle()) return;
+  simulator_.connect();
+  menu_->mnuUnplug->setChecked(false);
+  windows_.ForgetSensor();
+  InterfaceType = kUsbAdapter;
+  WriteConfigFile(core_.seams.files);
+  InitInterface(core_);
+  settings_.ReadMainFormRegisters();
+}
+
+void frm1::mnu31407_Click() {
+  SetProductNumber(kProduct31407);
+  WriteConfigFile(core_.seams.files);
+}
+
+// As if somebody pulled the cable, or put it back: the program has to notice by itself.
+void frm1::mnuUnplug_Click() {
+  simulator_.plug(!menu_->mnuUnplug->isChecked());
+}
+
+void frm1::CmdReadStatus_Click() {
+  status_.ReadStatus("CmdReadStatus");
+  settings_.ReadMainFormRegisters();
+}
+
+void frm1::ckDataLog_Click() {
+  capture_->ShowDataLogState();
+  if (capture_->ckDataLog->isChecked()) logNotice_.ShowNext();
+  status_.ReadStatus("ckDataLog");
+  settings_.ReadMainFormRegisters();
+}
+
+// A capture that is waited for ends first; its handler then unwinds without touching the window.
+void frm1::closeEvent(QCloseEvent* event) {
+  if (!windows_.MayClose()) {
+    event->ignore();
+    return;
+  }
+  cycle_.Close();
+  windows_.CancelTransfers();
+  QMainWindow::closeEvent(event);
+}
+
+// Escape stops a capture whichever control of this window has the focus.
+bool frm1::eventFilter(QObject* watched, QEvent* event) {
+  if (watched->isWidgetType() && pointer_.TakesKey(*event)) return true;
+  if (event->type() == QEvent::KeyRelease && capture_->KeyPreview()) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    if (key->key() == Qt::Key_Escape && !key->isAutoRepeat() && widget != nullptr &&
+        widget->window() == this) {
+      Handle("Form_KeyUp", [this] { cycle_.Form_KeyUp(kEscapeKey); });
+      return true;
+    }
+  }
+  return QMainWindow::eventFilter(watched, event);
+}
+
+}  // namespace kestrel

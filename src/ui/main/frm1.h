@@ -1,0 +1,105 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLabel>
+#include <QMainWindow>
+#include <functional>
+#include <memory>
+
+#include "acquisition/capture_cycle.h"
+#include "acquisition/settings_exchange.h"
+#include "app/handler_edge.h"
+#include "connection/core.h"
+#include "plot/band_overlay.h"
+#include "plot/cursor.h"
+#include "ui/main/adapter_watcher.h"
+#include "ui/main/alarm_panel.h"
+#include "ui/main/capture_panel.h"
+#include "ui/main/conditions_panel.h"
+#include "ui/main/log_notice.h"
+#include "ui/main/lost_notice.h"
+#include "ui/main/main_menu.h"
+#include "ui/main/record_panel.h"
+#include "ui/main/secondary_windows.h"
+#include "ui/main/simulator_control.h"
+#include "ui/main/status_panel.h"
+#include "ui/plot/plot_panel.h"
+#include "ui/plot/plot_pointer.h"
+
+namespace kestrel {
+
+// The main window: record settings, capture, plot and status, and the menus to everything else.
+class frm1 : public QMainWindow {
+ public:
+  frm1(Core& core, SimulatorControl simulator);
+
+  // The edge that the handlers of this and all secondary windows run in.
+  [[nodiscard]] HandlerEdge& Edge() { return edge_; }
+
+  void SetCommInterfaceIndicators();
+  void SetProductNumber(std::int16_t product);
+
+  // The alarm bands on the plot, as their editor uses them.
+  [[nodiscard]] BandOverlay& Overlay() { return overlay_; }
+
+  // The data-log files that captures go to.
+  [[nodiscard]] const DataLog& Log() const { return log_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void LayOut();
+  void ConnectButtons();
+  void ConnectSettings();
+  void ConnectPlot();
+  void ConnectMenu();
+  void ConnectWindows();
+  template <typename Sender, typename Signal, typename Handler>
+  void On(Sender* sender, Signal signal, const char* name, Handler handler);
+  void Form_Load();
+
+  void Handle(const char* name, const std::function<void()>& handler) { edge_.Run(name, handler); }
+
+  // Whether no capture is waited for; says so in the status bar where one is.
+  bool IsIdle();
+
+  void mnuSimulated_Click();
+  void mnu31407_Click();
+  void mnuUnplug_Click();
+  void CmdReadStatus_Click();
+  void ckDataLog_Click();
+
+  Core& core_;
+  SimulatorControl simulator_;
+  HandlerEdge edge_;
+
+  MainMenu* menu_;
+  ConditionsPanel* conditions_;
+  RecordPanel* record_;
+  CapturePanel* capture_;
+  PlotPanel* plotPanel_;
+  StatusPanel* statusPanel_;
+  AlarmPanel* alarmPanel_;
+  LostNotice* lostNotice_;
+  AdapterWatcher* watcher_;
+  QLabel* lblInterface_;
+
+  AlarmStatus alarms_;
+  SpectrumPlot plot_;
+  BandOverlay overlay_;
+  StatusDisplay status_;
+  DataLog log_;
+  LogNotice logNotice_;
+  WindowDelay delay_;
+  CaptureReadout readout_;
+  CaptureCycle cycle_;
+  SettingsExchange settings_;
+  PlotCursor cursor_;
+  PlotPointer pointer_;
+  SecondaryWindows windows_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,104 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/main/secondary_windows.h"
+
+#include <array>
+
+#include "ui/parts/fit_screen.h"
+
+namespace kestrel {
+
+SecondaryWindows::SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay,
+                                   QWidget* mainWindow)
+    : core_(core), edge_(edge), overlay_(overlay), mainWindow_(mainWindow) {}
+
+SecondaryWindows::~SecondaryWindows() {
+  overlay_.SetOwner(nullptr);
+  const std::array<QWidget*, 10> windows{command_,       recInfo_, dataLog_,     alarmControl_,
+                                         alarmSpectrum_, dioGpio_, calibration_, registers_,
+                                         port_,          usb_};
+  for (const QWidget* window : windows) delete window;
+}
+
+template <typename Window>
+Window& SecondaryWindows::Made(QPointer<Window>& window) {
+  if (!window) window = new Window(core_, edge_, mainWindow_);
+  return *window;
+}
+
+void SecondaryWindows::OpenCommand() {
+  Made(command_).ShowInFront();
+}
+
+void SecondaryWindows::OpenRecInfo() {
+  Made(recInfo_).ShowInFront();
+}
+
+// A dialog of its own each time, since Cancel goes back to what it began with.
+void SecondaryWindows::OpenDataLog() {
+  dataLog_ = new frmFileDir(core_, edge_, mainWindow_);
+  FitScreen(*dataLog_);
+  dataLog_->open();
+}
+
+void SecondaryWindows::OpenAlarmControl() {
+  Made(alarmControl_).ShowInFront();
+}
+
+void SecondaryWindows::OpenAlarmSpectrum() {
+  if (!alarmSpectrum_) {
+    alarmSpectrum_ = new frmAlarmSpectrum(core_, edge_, overlay_, mainWindow_);
+    overlay_.SetOwner(alarmSpectrum_);
+  }
+  alarmSpectrum_->ShowInFront();
+}
+
+void SecondaryWindows::OpenDioGpio() {
+  Made(dioGpio_).ShowInFront();
+}
+
+void SecondaryWindows::OpenCalibration() {
+  Made(calibration_).ShowInFront();
+}
+
+void SecondaryWindows::OpenRegisters() {
+  Made(registers_).ShowInFront();
+}
+
+void SecondaryWindows::OpenPort() {
+  if (!port_) {
+    connect(&Made(port_), &frmPort::InterfaceChosen, this, &SecondaryWindows::NoteInterface);
+  }
+  port_->ShowInFront();
+}
+
+void SecondaryWindows::OpenUsb() {
+  if (!usb_) {
+    connect(&Made(usb_), &frmUSBselect::InterfaceChosen, this, &SecondaryWindows::NoteInterface);
+  }
+  usb_->ShowInFront();
+}
+
+void SecondaryWindows::NoteInterface() {
+  ForgetSensor();
+  emit InterfaceChosen();
+}
+
+void SecondaryWindows::Refresh() {
+  if (dataLog_) dataLog_->ShowFileNumber();
+  if (alarmSpectrum_) alarmSpectrum_->Refresh();
+}
+
+void SecondaryWindows::ForgetSensor() {
+  if (alarmSpectrum_) alarmSpectrum_->ForgetSensor();
+}
+
+bool SecondaryWindows::MayClose() {
+  return !alarmSpectrum_ || alarmSpectrum_->MayBeLost();
+}
+
+void SecondaryWindows::CancelTransfers() {
+  if (alarmSpectrum_) alarmSpectrum_->CancelTransfer();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,79 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+
+#include "app/handler_edge.h"
+#include "connection/core.h"
+#include "plot/band_overlay.h"
+#include "ui/bands/frmAlarmSpectrum.h"
+#include "ui/windows/frmALM_CTRL.h"
+#include "ui/windows/frmCalibration.h"
+#include "ui/windows/frmCommand.h"
+#include "ui/windows/frmDIOGPIO.h"
+#include "ui/windows/frmFileDir.h"
+#include "ui/windows/frmManualReg.h"
+#include "ui/windows/frmPort.h"
+#include "ui/windows/frmRecInfo.h"
+#include "ui/windows/frmUSBselect.h"
+
+namespace kestrel {
+
+// The windows that the main window's menus open. Each is made when first opened and kept.
+class SecondaryWindows : public QObject {
+  Q_OBJECT
+
+ public:
+  SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& overlay, QWidget* mainWindow);
+  // The windows go before what they use.
+  ~SecondaryWindows() override;
+  SecondaryWindows(const SecondaryWindows&) = delete;
+  SecondaryWindows& operator=(const SecondaryWindows&) = delete;
+
+  void OpenCommand();
+  void OpenRecInfo();
+  void OpenDataLog();
+  void OpenAlarmControl();
+  void OpenAlarmSpectrum();
+  void OpenDioGpio();
+  void OpenCalibration();
+  void OpenRegisters();
+  void OpenPort();
+  void OpenUsb();
+
+  // After every handler: what other windows changed shows.
+  void Refresh();
+  // Another sensor may be connected now.
+  void ForgetSensor();
+  // Whether the program may close. Asks the user about changes that would be lost.
+  [[nodiscard]] bool MayClose();
+  // The program is closing: what is under way ends.
+  void CancelTransfers();
+
+ signals:
+  void InterfaceChosen();
+
+ private:
+  template <typename Window>
+  Window& Made(QPointer<Window>& window);
+  void NoteInterface();
+
+  Core& core_;
+  HandlerEdge& edge_;
+  BandOverlay& overlay_;
+  QWidget* mainWindow_;
+  QPointer<frmCommand> command_;
+  QPointer<frmRecInfo> recInfo_;
+  QPointer<frmFileDir> dataLog_;  // while it is open
+  QPointer<frmALM_CTRL> alarmControl_;
+  QPointer<frmAlarmSpectrum> alarmSpectrum_;
+  QPointer<frmDIOGPIO> dioGpio_;
+  QPointer<frmCalibration> calibration_;
+  QPointer<frmManualReg> registers_;
+  QPointer<frmPort> port_;
+  QPointer<frmUSBselect> usb_;
+};
+
+}  // namespace kestrel

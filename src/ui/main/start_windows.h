@@ -1,0 +1,34 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "connection/start.h"
+#include "ui/main/frm1.h"
+#include "ui/windows/frmMsg.h"
+
+namespace kestrel {
+
+// The windows that the start-up brings up.
+class QtStartWindows : public StartWindows {
+ public:
+  QtStartWindows(Core& core, SimulatorControl simulator)
+      : core_(core), simulator_(std::move(simulator)) {}
+
+  void ShowLoading(const std::string& caption, const std::string& text) override;
+  void SetLoadingText(const std::string& text) override;
+  void HideLoading() override;
+  void ShowMainWindow() override;
+
+  // Exists once ShowMainWindow has been called.
+  [[nodiscard]] frm1& MainWindow() { return *main_; }
+
+ private:
+  Core& core_;
+  SimulatorControl simulator_;
+  std::unique_ptr<frmMsg> loading_;  // only where a start-up shows it
+  std::unique_ptr<frm1> main_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,66 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/parts/qt_seams.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <cstdio>
+
+#include "app/program_state.h"
+
+namespace kestrel {
+
+namespace {
+
+// The button that was pressed. The hourglass of a waiting handler must not cover the box.
+int ShowBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
+            QMessageBox::StandardButtons buttons) {
+  QMessageBox box(QApplication::activeWindow());
+  box.setIcon(icon);
+  box.setWindowTitle(QString::fromStdString(title));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(QString::fromStdString(text));
+  box.setStandardButtons(buttons);
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  const int pressed = box.exec();
+  QApplication::restoreOverrideCursor();
+  return pressed;
+}
+
+}  // namespace
+
+void QtMessages::Show(const std::string& text, const std::string& title) {
+  ShowBox(title == "Error" ? QMessageBox::Critical : QMessageBox::Information,
+          title.empty() ? kApplicationTitle : title, text, QMessageBox::Ok);
+}
+
+Unsaved QtMessages::AskToSave(const std::string& text) {
+  const int pressed = ShowBox(QMessageBox::Question, kApplicationTitle, text,
+                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
+  if (pressed == QMessageBox::Save) return Unsaved::Save;
+  return pressed == QMessageBox::Discard ? Unsaved::Discard : Unsaved::Cancel;
+}
+
+void ConsoleMessages::Show(const std::string& text, const std::string& title) {
+  std::fprintf(stderr, "%s%s%s\n", title.c_str(), title.empty() ? "" : ": ", text.c_str());
+}
+
+QtMousePointer::~QtMousePointer() {
+  Restore();
+}
+
+void QtMousePointer::ShowHourglass() {
+  if (!hourglass_) QApplication::setOverrideCursor(Qt::WaitCursor);
+  hourglass_ = true;
+}
+
+void QtMousePointer::ShowDefault() {
+  Restore();
+}
+
+void QtMousePointer::Restore() {
+  if (hourglass_) QApplication::restoreOverrideCursor();
+  hourglass_ = false;
+}
+
+}  // namespace kestrel

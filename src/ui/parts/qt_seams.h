@@ -1,0 +1,41 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "seams/messages.h"
+#include "seams/mouse_pointer.h"
+
+namespace kestrel {
+
+// Real message boxes.
+class QtMessages : public Messages {
+ public:
+  using Messages::Show;
+  void Show(const std::string& text, const std::string& title) override;
+  Unsaved AskToSave(const std::string& text) override;
+};
+
+// Messages on standard error, for runs without a display.
+class ConsoleMessages : public Messages {
+ public:
+  using Messages::Show;
+  void Show(const std::string& text, const std::string& title) override;
+};
+
+class QtMousePointer : public MousePointer {
+ public:
+  QtMousePointer() = default;
+  ~QtMousePointer() override;
+  QtMousePointer(const QtMousePointer&) = delete;
+  QtMousePointer& operator=(const QtMousePointer&) = delete;
+
+  void ShowHourglass() override;
+  void ShowDefault() override;
+
+ private:
+  void Restore();
+
+  bool hourglass_ = false;
+};
+
+}  // namespace kestrel

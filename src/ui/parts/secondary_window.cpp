@@ -1,0 +1,54 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/parts/secondary_window.h"
+
+#include <QEvent>
+#include <QScreen>
+#include <algorithm>
+
+#include "ui/parts/fit_screen.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kTwipsPerPixel = 15;  // at 96 pixels an inch, the toolkit's unscaled pixel
+
+}  // namespace
+
+SecondaryWindow::SecondaryWindow(const char* name, const QString& title, HandlerEdge& edge,
+                                 QWidget* parent, QPoint offsetTwips)
+    : QDialog(parent), edge_(edge), offsetTwips_(offsetTwips) {
+  setObjectName(name);
+  setWindowTitle(title);
+}
+
+void SecondaryWindow::ShowInFront() {
+  PlaceOnce();
+  show();
+  raise();
+  activateWindow();
+}
+
+// Where the user moved it later, it stays. It never begins outside the screen.
+void SecondaryWindow::PlaceOnce() {
+  if (placed_ || parentWidget() == nullptr) return;
+  placed_ = true;
+  adjustSize();
+  FitScreen(*this);
+  const QRect room = parentWidget()->screen()->availableGeometry();
+  const QPoint wished = parentWidget()->pos() + offsetTwips_ / kTwipsPerPixel;
+  move(std::max(room.left(), std::min(wished.x(), room.right() - width())),
+       std::max(room.top(), std::min(wished.y(), room.bottom() - height())));
+}
+
+bool SecondaryWindow::event(QEvent* event) {
+  const bool done = QDialog::event(event);
+  // What is read may need more room than what was shown before.
+  if (event->type() == QEvent::LayoutRequest && placed_) FitScreen(*this);
+  if (event->type() == QEvent::WindowActivate) {
+    edge_.Run("Form_Activate", [this] { Form_Activate(); });
+  }
+  return done;
+}
+
+}  // namespace kestrel

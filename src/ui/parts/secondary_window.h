@@ -1,0 +1,44 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+#include "app/handler_edge.h"
+
+namespace kestrel {
+
+// A window that belongs to the main window. It is placed beside it when first shown, and told
+// whenever it becomes active.
+class SecondaryWindow : public QDialog {
+ public:
+  // Shows the window, in front if it is open already.
+  void ShowInFront();
+
+ protected:
+  // `name` is the object name. The offset from the main window's corner is in twips, 1/1440 inch.
+  SecondaryWindow(const char* name, const QString& title, HandlerEdge& edge, QWidget* parent,
+                  QPoint offsetTwips);
+
+  virtual void Form_Activate() {}
+
+  // Connects a signal to a handler that runs in the edge under this name.
+  template <typename Sender, typename Signal, typename Handler>
+  void On(Sender* sender, Signal signal, const char* name, Handler handler) {
+    connect(sender, signal, this, [this, name, handler] { edge_.Run(name, handler); });
+  }
+
+  [[nodiscard]] HandlerEdge& Edge() { return edge_; }
+
+  bool event(QEvent* event) override;
+
+ private:
+  void PlaceOnce();
+
+  HandlerEdge& edge_;
+  QPoint offsetTwips_;
+  bool placed_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,93 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/parts/sensor_window.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "transport/register_access.h"
+#include "ui/parts/widgets.h"
+
+namespace kestrel {
+
+SensorWindow::SensorWindow(const char* name, const QString& title, HandlerEdge& edge,
+                           QWidget* parent, QPoint offsetTwips)
+    : SecondaryWindow(name, title, edge, parent, offsetTwips), lblNote_(MakeLabel("lblNote", "")) {
+  lblNote_->setWordWrap(true);
+  lblNote_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  // Room for the longest note, so that nothing moves when there is something to tell.
+  lblNote_->setMinimumSize(36 * lblNote_->fontMetrics().averageCharWidth(),
+                           3 * lblNote_->fontMetrics().lineSpacing());
+}
+
+void SensorWindow::LayOut(QLayout* controls) {
+  QPushButton* read = MakeButton("cmdRead", tr("&Read"), tr("Read the sensor again"));
+  QPushButton* close = MakeButton("cmdClose", tr("&Close"), tr("Close this window"));
+  auto* last = new QHBoxLayout;
+  last->addWidget(lblNote_, 1);
+  for (QPushButton* button : {read, close}) {
+    button->setAutoDefault(false);
+    last->addWidget(button, 0, Qt::AlignBottom);
+  }
+  auto* all = new QVBoxLayout(this);
+  all->addLayout(controls, 1);
+  all->addLayout(last);
+  OnUse(read, &QPushButton::clicked, "cmdRead_Click", [this] { ReadSensor(); });
+  connect(close, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void SensorWindow::Use(const char* name, const std::function<void()>& handler, When when) {
+  bool ran = false;
+  const auto body = [&] {
+    ran = true;
+    Note("");
+    handler();
+    NoteWhetherReached();
+  };
+  if (when == When::Always) {
+    Edge().Run(name, body);
+  } else {
+    Edge().RunIdle(name, body);
+  }
+  if (ran) return;
+  ShowLastRead();
+  Note(tr("Not done: the sensor is busy with a capture. Please try again afterwards."));
+  notesFailure_ = true;
+}
+
+void SensorWindow::Form_Activate() {
+  ReadSensor();
+  NoteWhetherReached();
+}
+
+void SensorWindow::NoteWhetherReached() {
+  if (RegisterAccess::Usable()) {
+    if (notesFailure_) Note("");
+  } else {
+    Note(tr("The sensor cannot be reached: nothing new was read."));
+    notesFailure_ = true;
+  }
+}
+
+void SensorWindow::Note(const QString& text) {
+  notesFailure_ = false;
+  lblNote_->setText(text);
+}
+
+void SensorWindow::NoteNow(const QString& text) {
+  Note(text);
+  lblNote_->repaint();
+}
+
+// Enter presses the button that has the focus and never another one.
+void SensorWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter) {
+    SecondaryWindow::keyPressEvent(event);
+  } else if (auto* button = qobject_cast<QPushButton*>(focusWidget())) {
+    button->click();
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,55 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLabel>
+#include <functional>
+
+#include "ui/parts/secondary_window.h"
+
+namespace kestrel {
+
+// A window that shows and edits registers of the sensor. It reads them whenever it becomes active;
+// below its controls it has a line for notes, and the buttons Read and Close. A change that was not
+// carried out is taken back, so that the controls show what the sensor holds.
+class SensorWindow : public SecondaryWindow {
+ protected:
+  SensorWindow(const char* name, const QString& title, HandlerEdge& edge, QWidget* parent,
+               QPoint offsetTwips);
+
+  // Puts the controls above the notes and buttons.
+  void LayOut(QLayout* controls);
+
+  // Refreshes the controls from the sensor.
+  virtual void ReadSensor() = 0;
+  // Takes changes of the controls back.
+  virtual void ShowLastRead() = 0;
+
+  enum class When { Always, NoCaptureAwaited };
+
+  // Connects a signal to a handler of the user's that uses the sensor. `name` is its name in
+  // messages.
+  template <typename Sender, typename Signal>
+  void OnUse(Sender* sender, Signal signal, const char* name, std::function<void()> handler,
+             When when = When::Always) {
+    connect(sender, signal, this,
+            [this, name, handler = std::move(handler), when] { Use(name, handler, when); });
+  }
+
+  // Stays until the next handler.
+  void Note(const QString& text);
+  // The same, painted at once.
+  void NoteNow(const QString& text);
+
+  void Form_Activate() override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void Use(const char* name, const std::function<void()>& handler, When when);
+  void NoteWhetherReached();
+
+  QLabel* lblNote_;
+  bool notesFailure_ = false;  // that the sensor was not reached
+};
+
+}  // namespace kestrel

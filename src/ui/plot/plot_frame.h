@@ -1,0 +1,90 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QLabel>
+#include <QMargins>
+#include <QPoint>
+#include <QRect>
+#include <QString>
+#include <QWidget>
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "ui/plot/picture_box.h"
+
+namespace kestrel {
+
+// The picture box with its axes: labels at the ends and in the middle, lighter numbers at the other
+// grid lines where there is room, and over the picture the labels of the alarm band edges.
+class PlotFrame : public QWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int kBands = 6;
+
+  // A painted tick number.
+  struct Number {
+    double value;
+    QString text;
+    QRect place;
+  };
+
+  explicit PlotFrame(QWidget* parent = nullptr);
+
+  // `band` is 1 to kBands; `high` is the label at the upper edge of the band.
+  [[nodiscard]] QLabel* EdgeLabel(bool high, int band) const;
+  // Blank text hides the label.
+  void SetEdgeText(bool high, int band, const QString& text);
+  // The label's left edge goes to x in the scale's coordinates, as far as the picture has room.
+  void PlaceEdgeLabel(bool high, int band, double x);
+
+  [[nodiscard]] const std::vector<Number>& XNumbers() const { return xNumbers_; }
+  [[nodiscard]] const std::vector<Number>& YNumbers() const { return yNumbers_; }
+
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
+  PictureBox* pic1;
+  QLabel* lblYmax;
+  QLabel* LbLYmid;
+  QLabel* lblYmin;
+  QLabel* lblXmin;
+  QLabel* lblXmax;
+  QLabel* Label5;
+
+ protected:
+  bool event(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  struct Edge {
+    QLabel* label = nullptr;
+    std::optional<double> x;
+  };
+
+  QLabel* AddLabel(const char* name, const QString& text);
+  void AddEdge(bool high, int band);
+  [[nodiscard]] Edge& EdgeOf(bool high, int band);
+
+  void Relayout();
+  void PlaceBox();
+  void PlaceLabels();
+  void PlaceNumbers();
+  void PlaceEdges();
+  void ColourEdges();
+  void PaintTickMarks(QPainter& painter, const QColor& colour) const;
+  [[nodiscard]] int LeftStrip() const;
+  [[nodiscard]] QMargins Strips() const;
+  [[nodiscard]] QPoint GridPoint(double x, double y) const;
+
+  std::array<std::array<Edge, kBands>, 2> edges_{};
+  std::vector<Number> xNumbers_;
+  std::vector<Number> yNumbers_;
+};
+
+}  // namespace kestrel

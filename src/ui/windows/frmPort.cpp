@@ -1,0 +1,70 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "ui/windows/frmPort.h"
+
+#include <QHBoxLayout>
+#include <QHideEvent>
+#include <QVBoxLayout>
+
+#include "ui/parts/widgets.h"
+
+namespace kestrel {
+
+frmPort::frmPort(Core& core, HandlerEdge& edge, QWidget* parent)
+    : SecondaryWindow("frmPort", tr("Parallel port"), edge, parent, {3000, 3000}),
+      choice_(core.seams.driverService, core.seams.port, core.port, core.seams.files,
+              core.seams.messages),
+      txtUser_(new QLineEdit) {
+  txtUser_->setObjectName("txtUser");
+  txtUser_->setToolTip(tr("Base address of the port, in hexadecimal digits"));
+  txtUser_->setAccessibleName(tr("Port address, hexadecimal"));
+  QPushButton* cmdOK = MakeButton("cmdOK", tr("&OK"), tr("Use the parallel port at this address"));
+  QPushButton* cmdCancel = MakeButton("cmdCancel", tr("&Cancel"), tr("Leave all as it is"));
+  cmdOK->setDefault(true);
+
+  auto* address = new QHBoxLayout;
+  address->addWidget(MakeCaption(tr("Port &address (hexadecimal)"), txtUser_));
+  address->addWidget(txtUser_, 1);
+  auto* buttons = new QHBoxLayout;
+  buttons->addStretch();
+  buttons->addWidget(cmdOK);
+  buttons->addWidget(cmdCancel);
+  auto* all = new QVBoxLayout(this);
+  all->addLayout(address);
+  all->addWidget(MakeLabel("lblHint", tr("378 on most computers; 278 or 3BC on others.")));
+  all->addStretch();
+  all->addLayout(buttons);
+  connect(cmdOK, &QPushButton::clicked, this,
+          [this] { Edge().RunIdle("cmdOK_Click", [this] { cmdOK_Click(); }); });
+  connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
+}
+
+// The window may be shown without becoming active.
+void frmPort::showEvent(QShowEvent* event) {
+  Form_Activate();
+  SecondaryWindow::showEvent(event);
+}
+
+// A text that the user has begun stays while other windows come and go.
+void frmPort::Form_Activate() {
+  if (!txtUser_->isModified()) txtUser_->setText(QString::fromStdString(PortChoice::AddressText()));
+}
+
+void frmPort::cmdOK_Click() {
+  if (!choice_.cmdOK_Click(txtUser_->text().toStdString())) {
+    txtUser_->setFocus();
+    txtUser_->selectAll();
+    return;
+  }
+  txtUser_->setText(QString::fromStdString(PortChoice::AddressText()));
+  close();
+  emit InterfaceChosen();
+}
+
+// The next opening begins with the address in use.
+void frmPort::hideEvent(QHideEvent* event) {
+  SecondaryWindow::hideEvent(event);
+  if (!event->spontaneous()) txtUser_->setModified(false);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,36 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QLineEdit>
+
+#include "connection/core.h"
+#include "transport/port_choice.h"
+#include "ui/parts/secondary_window.h"
+
+namespace kestrel {
+
+// Sets the address of the parallel port and makes the port the interface.
+class frmPort : public SecondaryWindow {
+  Q_OBJECT
+
+ public:
+  frmPort(Core& core, HandlerEdge& edge, QWidget* parent);
+
+ signals:
+  // The parallel port is the interface now.
+  void InterfaceChosen();
+
+ protected:
+  void Form_Activate() override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void cmdOK_Click();
+
+  PortChoice choice_;
+  QLineEdit* txtUser_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,389 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+#include "acquisition/settings_exchange.h"
+
+#include <cmath>
+
+#include "device/rec_ctrl.h"
+#include "logging/data_log_text.h"
+#include "support/capture_bench.h"
+
+namespace kestrel {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Settings : public CaptureBench {
+ protected:
+  // The storage method is asked of the model, which reads the register a second time.
+  static Frames DisplayFrames() {
+    return ReadFrames(address::kRecCtrl) + ReadFrames(address::kRecCtrl);
+  }
+
+  std::chrono::nanoseconds startTime = clock.Monotonic();
+  FakeSettingsView view;
+  WindowDelay delay{loop};
+  SettingsExchange settings{core.registers, status, alarms, messages, delay, view};
+};
+
+TEST_F(Settings, TenMinutes) {
+  view.selected[Setting::Interval] = 10;
+  view.selected[Setting::Units] = 1;
+  settings.Write_RecPrd();
+  EXPECT_EQ(TakeFrames(), WriteFrames(address::kRecPrd, 0x010A) + ReadFrames(address::kRecPrd));
+}
+
+TEST_F(Settings, ThePeriodIsReadBackAfterItIsWritten) {
+  sensor.OnRead(address::kRecPrd, [] { return 0x02FF; });
+  settings.Write_RecPrd();
+  EXPECT_EQ(view.selected[Setting::Interval], 255);
+  EXPECT_EQ(view.selected[Setting::Units], 2);
+}
+
+TEST_F(Settings, EveryTimeUnitIsSelected) {
+  for (int unit = 0; unit <= 2; ++unit) {
+    SCOPED_TRACE(unit);
+    sensor.Set(address::kRecPrd, unit * 256 + 7 + unit);
+    settings.Read_RecPrd();
+    EXPECT_EQ(view.selected[Setting::Units], unit);
+    EXPECT_EQ(view.selected[Setting::Interval], 7 + unit);
+  }
+  EXPECT_TRUE(messages.Texts().empty());
+}
+
+TEST_F(Settings, OnlyBits9And8AreTheTimeUnit) {
+  sensor.Set(address::kRecPrd, 0xFD05);
+  settings.Read_RecPrd();
+  EXPECT_EQ(view.selected[Setting::Units], 1);
+  EXPECT_EQ(view.selected[Setting::Interval], 5);
+}
+
+TEST_F(Settings, AReservedTimeUnitIsNamedAndTheListLeftAlone) {
+  view.selected[Setting::Units] = 1;
+  sensor.Set(address::kRecPrd, 0x0305);
+  settings.Read_RecPrd();
+  EXPECT_EQ(messages.Texts(), Words{"\n\nError reading Capture Period register\n"
+                                    "Time units bit field (bits 8, 9) value = 3\n"
+                                    "This value should not be greater than 2."});
+  EXPECT_EQ(view.selected[Setting::Units], 1);
+  EXPECT_EQ(view.selected[Setting::Interval], 5);
+}
+
+TEST_F(Settings, ARefusedIntervalIsNamedAndTheUnitStillShown) {
+  view.items[Setting::Interval] = 100;
+  sensor.Set(address::kRecPrd, 0x02C8);
+  settings.Read_RecPrd();
+  EXPECT_EQ(messages.Texts(),
+            Words{"Error setting timer value cbx box\nValue = 200 is not valid."});
+  EXPECT_EQ(view.selected[Setting::Interval], 0);
+  EXPECT_EQ(view.selected[Setting::Units], 2);
+}
+
+TEST_F(Settings, PointerAndCountAreReadInThatOrder) {
+  sensor.Set(address::kRecPntr, 15);
+  sensor.Set(address::kRecCnt, 16);
+  settings.Read_RecPtrCnt();
+  EXPECT_EQ(TakeFrames(), ReadFrames(address::kRecPntr) + ReadFrames(address::kRecCnt));
+  EXPECT_EQ(view.selected[Setting::RecPntr], 15);
+  EXPECT_EQ(view.recCount, "16");
+}
+
+// The table takes four bits of the register; a pointer out of range needs a wider row.
+TEST_F(Settings, APointerOutOfRangeIsNamedAndTheCountStillShown) {
+  struct Row {
+    int word;
+    const char* value;
+    bool isSigned;
+  };
+  RegBits[row::REC_PNTR] = 16;
+  for (const Row& row : {Row{16, "16", false}, Row{0xFFFF, "-1", true}}) {
+    SCOPED_TRACE(row.word);
+    messages.Clear();
+    view.selected[Setting::RecPntr] = 3;
+    view.recCount.clear();
+    RegSigned[row::REC_PNTR] = row.isSigned;
+    sensor.Set(address::kRecPntr, row.word);
+    settings.Read_RecPtrCnt();
+    EXPECT_EQ(messages.Texts(),
+              Words{std::string("\n\nError reading Record Pointer (REC_PNTR) register\nvalue = ") +
+                    row.value + "\nValid values are 0 to 15."});
+    EXPECT_EQ(view.selected[Setting::RecPntr], 3);
+    EXPECT_EQ(view.recCount, "7");
+  }
+}
+
+TEST_F(Settings, AChosenPointerIsWrittenAndReadBack) {
+  view.selected[Setting::RecPntr] = 9;
+  settings.cbxRecPntr_Click();
+  EXPECT_EQ(TakeFrames(), WriteFrames(address::kRecPntr, 9) + ReadFrames(address::kRecPntr) +
+                              ReadFrames(address::kRecCnt));
+  EXPECT_EQ(view.selected[Setting::RecPntr], 9);
+}
+
+TEST_F(Settings, ChosenAveragesAreWrittenAndReadBack) {
+  view.selected[Setting::FftAvgs] = 255;
+  settings.cbxFFTAvgs_Click();
+  EXPECT_EQ(TakeFrames(), WriteFrames(address::kFftAvg, 255) + ReadFrames(address::kFftAvg));
+  EXPECT_EQ(view.selected[Setting::FftAvgs], 255);
+}
+
+TEST_F(Settings, NoAveragesAreWrittenAsOne) {
+  view.selected[Setting::FftAvgs] = 0;
+  settings.cbxFFTAvgs_Click();
+  EXPECT_EQ(sensor.Word(address::kFftAvg), 1);
+  EXPECT_EQ(view.selected[Setting::FftAvgs], 1);
+}
+
+TEST_F(Settings, AveragesOutOfTheListAreNotSelectedAfterAWrite) {
+  for (const int word : {0, 256, 0xFFFF}) {
+    SCOPED_TRACE(word);
+    view.selected[Setting::FftAvgs] = 4;
+    sensor.Set(address::kFftAvg, word);
+    settings.Read_FFTAVGS();
+    EXPECT_EQ(view.selected[Setting::FftAvgs], 4);
+  }
+}
+
+TEST_F(Settings, NoAveragesAreShownAsReadWhenTheWindowIsRefreshed) {
+  view.selected[Setting::FftAvgs] = 4;
+  settings.Read_FftAvg();
+  EXPECT_EQ(view.selected[Setting::FftAvgs], 0);
+}
+
+TEST_F(Settings, TheExponentOfTheAveragesIsKeptForTheLog) {
+  struct Row {
+    int averages;
+    double exponent;
+  };
+  for (const Row& row : {Row{8, 3}, Row{1, 0}, Row{128, 7}, Row{0, 0}}) {
+    sensor.Set(address::kFftAvg, row.averages);
+    settings.Read_FFTAVGS();
+    EXPECT_DOUBLE_EQ(AvgExponent, row.exponent) << row.averages;
+  }
+  sensor.Set(address::kFftAvg, 100);
+  settings.Read_FFTAVGS();
+  EXPECT_DOUBLE_EQ(std::exp2(AvgExponent), 100);
+}
+
+TEST_F(Settings, TheLogShowsEveryNumberOfAveragesAsAWholeNumber) {
+  for (int averages = 1; averages <= 255; ++averages) {
+    view.selected[Setting::FftAvgs] = averages;
+    settings.cbxFFTAvgs_Click();
+    const std::string text = DataLogText(FormatFor('.'), "Datalog", "date", "time");
+    const std::size_t begin = text.find("AVG_Cnt,");
+    ASSERT_NE(begin, std::string::npos);
+    EXPECT_EQ(text.substr(begin, text.find('\r', begin) - begin),
+              "AVG_Cnt," + std::to_string(averages));
+  }
+}
+
+TEST_F(Settings, TheWorkingSignStandsInTheFrameForAFifthOfASecond) {
+  std::string during;
+  loop.At(clock.Monotonic() + 100ms, [&] { during = view.fraCap; });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(during, "WRITE/READ CAPT_CTRL");
+  EXPECT_EQ(view.fraCaps, (Words{"WRITE/READ CAPT_CTRL", "Record settings"}));
+  EXPECT_EQ(loop.Intervals(), std::vector{200ms});
+  EXPECT_FALSE(loop.TimerRuns());
+  EXPECT_EQ(TakeFrames(), Frames{});
+}
+
+TEST_F(Settings, TheCaptionComesBackWhenAnotherSettingIsChangedMeanwhile) {
+  loop.At(clock.Monotonic() + 100ms, [this] { settings.ShowWorkingCapPrd(); });
+  settings.ShowWorkingCapPrd();
+  EXPECT_TRUE(loop.ScriptDone());
+  EXPECT_EQ(view.fraCap, "Record settings");
+}
+
+TEST_F(Settings, TheSignCanBeEndedEarly) {
+  std::string afterwards;
+  loop.At(clock.Monotonic() + 100ms, [&] {
+    settings.HideWorkingSign();
+    afterwards = view.fraCap;
+  });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(afterwards, "Record settings");
+  EXPECT_EQ(view.fraCap, "Record settings");
+}
+
+TEST_F(Settings, TheCaptionComesBackWhenTheWindowClosesMeanwhile) {
+  loop.At(clock.Monotonic() + 100ms, [this] { delay.Close(); });
+  settings.ShowWorkingCapPrd();
+  EXPECT_EQ(clock.Monotonic(), 100ms + startTime);
+  EXPECT_EQ(view.fraCap, "Record settings");
+}
+
+TEST_F(Settings, ControlSettingsAreWrittenAndReadBack) {
+  view.selected[Setting::Window] = 2;
+  view.rateBits = {true, false, true, false};
+  view.selected[Setting::SignalRange] = 3;
+  view.selected[Setting::Storage] = 1;
+  view.selected[Setting::RecMode] = 2;
+  settings.Set_RecCtrl();
+  EXPECT_EQ(TakeFrames(), WriteFrames(address::kRecCtrl, 0x2536) + DisplayFrames());
+  EXPECT_DOUBLE_EQ(gRecCtrl->gLsb(), 0.0023842);
+}
+
+TEST_F(Settings, EachSampleRateBoxIsItsBit) {
+  for (std::size_t bit = 0; bit < 4; ++bit) {
+    view.rateBits = {};
+    view.rateBits[bit] = true;
+    settings.Set_RecCtrl();
+    EXPECT_EQ(sensor.Word(address::kRecCtrl), 0x0100 << bit);
+  }
+  view.rateBits.fill(true);
+  settings.Set_RecCtrl();
+  EXPECT_EQ(sensor.Word(address::kRecCtrl), 0x0F00);
+}
+
+TEST_F(Settings, PowerDownIsWrittenBackAsLastRead) {
+  view.powerDown = true;
+  settings.Set_RecCtrl();
+  EXPECT_EQ(sensor.Word(address::kRecCtrl), 0x0000);
+  EXPECT_FALSE(view.powerDown);
+
+  sensor.Set(address::kRecCtrl, 0x0080);
+  settings.Display_RecCtrl();
+  EXPECT_TRUE(view.powerDown);
+  view.powerDown = false;
+  settings.Set_RecCtrl();
+  EXPECT_EQ(sensor.Word(address::kRecCtrl), 0x0080);
+}
+
+TEST_F(Settings, EveryFieldIsShown) {
+  sensor.Set(address::kRecCtrl, 0x1AA9);
+  settings.Display_RecCtrl();
+  EXPECT_EQ(TakeFrames(), DisplayFrames());
+  EXPECT_EQ(view.selected[Setting::Window], 1);
+  EXPECT_EQ(view.rateBits, (std::array{false, true, false, true}));
+  EXPECT_TRUE(view.powerDown);
+  EXPECT_EQ(view.selected[Setting::SignalRange], 2);
+  EXPECT_EQ(view.selected[Setting::Storage], 2);
+  EXPECT_EQ(view.selected[Setting::RecMode], 1);
+}
+
+TEST_F(Settings, AnIndexOutsideItsFieldIsNamedAndTheFieldKept) {
+  struct Row {
+    Setting setting;
+    int tooHigh;
+    const char* complaint;
+  };
+  const Row rows[] = {{Setting::Window, 3, "Error Windowing ComboBox box index = "},
+                      {Setting::SignalRange, 4, "Error SignalRange ComboBox box index = "},
+                      {Setting::Storage, 3, "Error Storage combo box index = "},
+                      {Setting::RecMode, 3, "Error RecMode combo box index = "}};
+  for (const Row& row : rows) {
+    for (const int index : {-1, row.tooHigh}) {
+      const std::string text = row.complaint + std::to_string(index);
+      SCOPED_TRACE(text);
+      messages.Clear();
+      sensor.Set(address::kRecCtrl, 0x1215);
+      settings.Display_RecCtrl();
+      view.selected[row.setting] = index;
+      settings.Set_RecCtrl();
+      EXPECT_EQ(messages.Texts(), Words{text});
+      EXPECT_EQ(sensor.Word(address::kRecCtrl), 0x1215);
+      EXPECT_EQ(view.selected[row.setting], 1);
+    }
+  }
+}
+
+TEST_F(Settings, ComplaintsComeInTheOrderOfTheFields) {
+  for (auto& [setting, index] : view.selected) index = -1;
+  settings.Set_RecCtrl();
+  EXPECT_EQ(
+      messages.Texts(),
+      (Words{"Error Windowing ComboBox box index = -1", "Error SignalRange ComboBox box index = -1",
+             "Error Storage combo box index = -1", "Error RecMode combo box index = -1"}));
+}
+
+TEST_F(Settings, TheWindowIsRefreshedInOrder) {
+  sensor.Set(address::kStatus, 0x0008);
+  settings.ReadMainFormRegisters();
+  EXPECT_EQ(TakeFrames(), DisplayFrames() + ReadFrames(address::kFftAvg) +
+                              ReadFrames(address::kRecPrd) + ReadFrames(address::kRecPntr) +
+                              ReadFrames(address::kRecCnt) + ReadFrames(address::kFftAvg) +
+                              StatusFrames() + AlarmStatusFrames());
+  EXPECT_EQ(StatusFlagText[3], "FAIL");
+}
+
+TEST_F(Settings, ALostSensorLeavesWhatWasNotRead) {
+  constexpr int kAccesses = 2 + 1 + 1 + 2 + 1 + 7 + 3;
+  for (int request = 1; request <= 3 * kAccesses; ++request) {
+    SCOPED_TRACE(request);
+    messages.Clear();
+    view.recCount = "shown before";
+    sensor.UnplugAtRequest(request);
+    settings.ReadMainFormRegisters();
+    EXPECT_EQ(messages.Texts().size(), 1U);
+    EXPECT_EQ(view.recCount, request <= 3 * 6 ? "shown before" : "7");
+    sensor.PlugInAgain();
+    core.usb.SelectUsbAdapter();
+  }
+}
+
+// What a lost sensor seems to answer is what was received last, whatever that was.
+TEST_F(Settings, ALostSensorLeavesTheScale) {
+  sensor.Set(address::kRecCtrl, 0x0030);
+  sensor.Set(address::kFftAvg, 0x0011);
+  settings.ReadMainFormRegisters();
+  const double scale = gRecCtrl->gLsb();
+  const std::string range = gRecCtrl->RangeString();
+  ASSERT_EQ(range, "0 - 70g");
+  for (int request = 1; request <= 6; ++request) {
+    SCOPED_TRACE(request);
+    settings.Read_FftAvg();
+    sensor.UnplugAtRequest(request);
+    settings.Display_RecCtrl();
+    EXPECT_DOUBLE_EQ(gRecCtrl->gLsb(), scale);
+    EXPECT_EQ(gRecCtrl->RangeString(), range);
+    EXPECT_EQ(gRecCtrl->RecModeCode(), 0);
+    sensor.PlugInAgain();
+    core.usb.SelectUsbAdapter();
+  }
+}
+
+TEST_F(Settings, AChoiceThatIsNotWrittenDoesNotStayOnTheScreen) {
+  sensor.Set(address::kRecCtrl, 0x1030);
+  sensor.Set(address::kRecPrd, 0x010A);
+  settings.ReadMainFormRegisters();
+  const auto lists = view.selected;
+  struct Row {
+    Setting setting;
+    void (SettingsExchange::*write)();
+  };
+  for (const Row& row : {Row{Setting::RecMode, &SettingsExchange::Set_RecCtrl},
+                         Row{Setting::SignalRange, &SettingsExchange::Set_RecCtrl},
+                         Row{Setting::Interval, &SettingsExchange::Write_RecPrd},
+                         Row{Setting::FftAvgs, &SettingsExchange::cbxFFTAvgs_Click},
+                         Row{Setting::RecPntr, &SettingsExchange::cbxRecPntr_Click}}) {
+    for (int request = 1; request <= 3; ++request) {
+      SCOPED_TRACE(static_cast<int>(row.setting));
+      view.selected[row.setting] = 2;
+      view.SetPowerDown(true);
+      sensor.UnplugAtRequest(request);
+      (settings.*row.write)();
+      EXPECT_EQ(view.selected, lists);
+      EXPECT_EQ(gRecCtrl->RecModeCode(), 0);
+      EXPECT_EQ(gRecCtrl->RangeFS(), 3);
+      sensor.PlugInAgain();
+      core.usb.SelectUsbAdapter();
+    }
+  }
+  EXPECT_FALSE(view.PowerDownTicked());
+}
+
+TEST_F(Settings, WithoutAnInterfaceNothingIsSentOrShown) {
+  InterfaceType = kNoInterface;
+  view.selected[Setting::Window] = 2;
+  view.recCount = "shown before";
+  settings.ReadMainFormRegisters();
+  EXPECT_EQ(TakeFrames(), Frames{});
+  EXPECT_TRUE(messages.Texts().empty());
+  EXPECT_EQ(view.selected[Setting::Window], 2);
+  EXPECT_EQ(view.recCount, "shown before");
+  EXPECT_TRUE(statusView.flags.empty());
+}
+
+}  // namespace
+}  // namespace kestrel

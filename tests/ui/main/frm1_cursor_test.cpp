@@ -1,0 +1,240 @@
+// Kestrel evaluation program
+// SPDX-License-Identifier: MIT
+// The cursor on the main window's plot.
+
+#include <QAccessible>
+#include <QImage>
+#include <QMouseEvent>
+#include <algorithm>
+
+#include "numeric/number_format.h"
+#include "record/capture_data.h"
+#include "ui/main/frm1.h"
+#include "ui/plot/cross_hair.h"
+#include "ui/rendering.h"
+#include "ui/window_bench.h"
+
+namespace kestrel {
+namespace {
+
+class Frm1Cursor : public WindowBench {
+ protected:
+  PictureBox& Plot() { return Find<PictureBox>("pic1"); }
+
+  // To a place in the plot's coordinates.
+  void MovePointer(double x, double y) {
+    const QPointF at = Plot().ToPixels({x, y});
+    QMouseEvent event(QEvent::MouseMove, at, Plot().mapToGlobal(at), Qt::NoButton, Qt::NoButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&Plot(), &event);
+  }
+  void LeavePlot() {
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&Plot(), &leave);
+  }
+  QWidget& CrossHairWidget() {
+    for (QObject* child : Plot().children()) {
+      if (auto* crossHair = dynamic_cast<CrossHair*>(child)) return *crossHair;
+    }
+    throw std::runtime_error("no cross-hair");
+  }
+  void Key(Qt::Key key) { QTest::keyClick(&Plot(), key); }
+
+  void ExpectReadOuts(const char* x, const char* frequency, const char* y) {
+    EXPECT_EQ(Text("lblCursorX"), x);
+    EXPECT_EQ(Text("LblFreq"), frequency);
+    EXPECT_EQ(Text("lblCursorY"), y);
+  }
+  QImage Picture() {
+    QApplication::processEvents();
+    return RenderOf(Plot(), 1);
+  }
+};
+
+TEST_F(Frm1Cursor, ThePointerReadsThePlotOut) {
+  Start();
+  MovePointer(10, 0.25);
+  ExpectReadOuts("10", "1,957 Hz", "0.250");
+  MovePointer(0, 1);
+  ExpectReadOuts("0", "0 Hz", "1.000");
+  MovePointer(255, 0.0004);
+  ExpectReadOuts("255", "49,899 Hz", "0.000");
+}
+
+TEST_F(Frm1Cursor, ATimeRecordHasNegativeValuesAndNoFrequencyShown) {
+  Start();
+  Choose("cbxRecMode", 2);
+  Press("cmdStart");
+  MovePointer(400, -0.75);
+  ExpectReadOuts("400", "78,273 Hz", "-0.750");
+  EXPECT_TRUE(Find<QLabel>("LblFreq").isHidden());
+}
+
+TEST_F(Frm1Cursor, TheFrequencyIsThatOfTheRecordNotOfTheSetting) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  EXPECT_FALSE(Find<QLabel>("LblFreq").isHidden());
+  Find<QCheckBox>("ckBW0").click();
+  MovePointer(10, 0);
+  EXPECT_EQ(Text("LblFreq"), "1,957 Hz");
+  Press("cmdStart");
+  MovePointer(10, 0);
+  EXPECT_EQ(Text("LblFreq"), "245 Hz");
+}
+
+TEST_F(Frm1Cursor, KeysGoFromBinToBinOnTheHighestTrace) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  const auto highest = [](int bin) {
+    return FixedNumber(std::max({DataX(bin), DataY(bin), DataZ(bin)}, std::less<>()), 3);
+  };
+  MovePointer(20, 0.5);
+  struct Step {
+    Qt::Key key;
+    int bin;
+  };
+  const Step steps[] = {{Qt::Key_Right, 21},  {Qt::Key_Right, 22},    {Qt::Key_Left, 21},
+                        {Qt::Key_PageUp, 31}, {Qt::Key_PageDown, 21}, {Qt::Key_End, 255},
+                        {Qt::Key_Right, 255}, {Qt::Key_Home, 0},      {Qt::Key_Left, 0},
+                        {Qt::Key_PageDown, 0}};
+  for (const Step& step : steps) {
+    Key(step.key);
+    EXPECT_EQ(Text("lblCursorX").toInt(), step.bin) << step.key;
+    EXPECT_EQ(Text("lblCursorY").toStdString(), highest(step.bin)) << step.key;
+  }
+}
+
+TEST_F(Frm1Cursor, OtherKeysLeaveTheCursorAlone) {
+  Start();
+  MovePointer(20, 0.5);
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_A, Qt::Key_Space}) Key(key);
+  ExpectReadOuts("20", "3,914 Hz", "0.500");
+}
+
+TEST_F(Frm1Cursor, ThePlotIsReachedByTheTabulator) {
+  Start();
+  EXPECT_TRUE((Plot().focusPolicy() & Qt::TabFocus) != 0);
+}
+
+TEST_F(Frm1Cursor, ThePlotTellsItsPeaksAndItsCursorAsAChart) {
+  Start();
+  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&Plot());
+  ASSERT_NE(told, nullptr);
+  EXPECT_EQ(told->role(), QAccessible::Chart);
+  EXPECT_EQ(told->childCount(), 0) << "the layers over the picture say nothing";
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("No record yet."));
+  ChooseShortCaptures();
+  Press("cmdStart");
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("Spectrum, bins 0 to 255. X: "));
+  Find<QCheckBox>("ckXtrace").click();
+  EXPECT_TRUE(told->text(QAccessible::Description).startsWith("Spectrum, bins 0 to 255. Y: "));
+  MovePointer(10, 0.25);
+  EXPECT_EQ(told->text(QAccessible::Name), "Plot, cursor at bin 10, 1,957 Hz, 0.250 g");
+}
+
+TEST_F(Frm1Cursor, TheChartsValueIsTheCursorsPlaceAndCanBeSet) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  QAccessibleValueInterface* value =
+      QAccessible::queryAccessibleInterface(&Plot())->valueInterface();
+  ASSERT_NE(value, nullptr);
+  EXPECT_EQ(value->minimumValue(), 0);
+  EXPECT_EQ(value->maximumValue(), 255);
+  value->setCurrentValue(116);
+  EXPECT_EQ(value->currentValue(), 116);
+  EXPECT_EQ(Text("lblCursorX"), "116");
+  value->setCurrentValue(999);
+  EXPECT_EQ(value->currentValue(), 255);
+}
+
+TEST_F(Frm1Cursor, MovingDrawsNoTraceAgain) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  QApplication::processEvents();
+  const int before = Plot().TracePaintCount();
+  for (int x = 0; x < 256; x += 5) {
+    MovePointer(x, x / 255.0);
+    QApplication::processEvents();
+  }
+  Plot().setFocus();
+  for (int i = 0; i < 20; ++i) Key(Qt::Key_Right);
+  QApplication::processEvents();
+  LeavePlot();
+  QApplication::processEvents();
+  EXPECT_EQ(Plot().TracePaintCount(), before);
+}
+
+TEST_F(Frm1Cursor, ACrossHairFollowsThePointerAndGoesWithIt) {
+  Start();
+  const QImage plain = Picture();
+  MovePointer(100, 0.5);
+  const QImage crossed = Picture();
+  ASSERT_EQ(plain.size(), crossed.size());
+  const QPoint at = Plot().ToPixels({100, 0.5}).toPoint();
+  int column = 0;
+  int row = 0;
+  int elsewhere = 0;
+  for (int y = 0; y < plain.height(); ++y) {
+    for (int x = 0; x < plain.width(); ++x) {
+      if (plain.pixel(x, y) == crossed.pixel(x, y)) continue;
+      if (x == at.x()) ++column;
+      if (y == at.y()) ++row;
+      if (x != at.x() && y != at.y()) ++elsewhere;
+    }
+  }
+  EXPECT_GE(column, plain.height() * 9 / 10);
+  EXPECT_GE(row, plain.width() * 9 / 10);
+  EXPECT_EQ(elsewhere, 0);
+  MovePointer(200, 0.1);
+  EXPECT_EQ(Picture().pixel(at.x(), 7), plain.pixel(at.x(), 7)) << "the strip it left";
+  LeavePlot();
+  EXPECT_EQ(Picture(), plain);
+}
+
+TEST_F(Frm1Cursor, AMoveRepaintsTheStripsItLeavesAndGoesToAndNoMore) {
+  Start();
+  MovePointer(100, 0.5);
+  QApplication::processEvents();
+  const QPoint from = Plot().ToPixels({100, 0.5}).toPoint();
+  const QPoint to = Plot().ToPixels({200, 0.1}).toPoint();
+  PaintedRegion painted(CrossHairWidget());
+  MovePointer(200, 0.1);
+  QApplication::processEvents();
+  const QRect box = Plot().rect();
+  const auto seen = [this](const QRect& strip) { return Plot().visibleRegion() & strip; };
+  for (const QPoint& at : {from, to}) {
+    EXPECT_TRUE(seen(QRect(at.x(), 0, 1, box.height())).subtracted(painted.region).isEmpty());
+    EXPECT_TRUE(seen(QRect(0, at.y(), box.width(), 1)).subtracted(painted.region).isEmpty());
+  }
+  EXPECT_FALSE(painted.region.contains((from + to) / 2));
+  painted.region = {};
+  LeavePlot();
+  QApplication::processEvents();
+  EXPECT_TRUE(seen(QRect(to.x(), 0, 1, box.height())).subtracted(painted.region).isEmpty());
+  EXPECT_FALSE(painted.region.contains(from));
+}
+
+TEST_F(Frm1Cursor, WorksWhileACaptureIsWaitedForAndAsksTheSensorNothing) {
+  Start();
+  Choose("cbxFFTAvgs", 255);
+  QString during;
+  int requests = -1;
+  During(80, [&] {
+    usb_.FailFrom(0);
+    MovePointer(100, 0.5);
+    Key(Qt::Key_Right);
+    during = Text("lblCursorX");
+    requests = usb_.Requests();
+    Press("cmdStart");
+  });
+  Press("cmdStart");
+  EXPECT_EQ(during, "101");
+  EXPECT_EQ(requests, 0);
+}
+
+}  // namespace
+}  // namespace kestrel
