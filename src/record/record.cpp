@@ -24,6 +24,15 @@ RecordSettings SettingsFromWords(std::int32_t recInfo, std::int32_t recCtrl) {
           .averages = field(0, 0x1FF)};
 }
 
+Record Rescaled(Record record, std::int16_t range) {
+  record.lsbWeight = LsbWeightOf(range, record.kind);
+  record.scaledRange = range;
+  for (AxisRecord& axis : record.axes) {
+    for (int i = 0; i <= record.Width(); ++i) axis.data(i) = axis.raw(i) * record.lsbWeight;
+  }
+  return record;
+}
+
 double LsbWeightOf(std::int16_t range, RecordKind kind) {
   return kLsbWeights.at(static_cast<std::size_t>(range)) * (kind == RecordKind::Time ? 2 : 1);
 }

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -49,6 +50,7 @@ struct Conditions {
 // STATUS after the capture.
 struct StatusFlags {
   std::int32_t word = 0;
+  bool known = false;  // whether it has been read
   [[nodiscard]] bool IsSet(int bit) const { return (word >> bit & 1) != 0; }
   bool operator==(const StatusFlags&) const = default;
 };
@@ -63,6 +65,10 @@ struct AxisAlarms {
 
 struct AlarmState {
   std::array<AxisAlarms, 3> axes;
+  double gPerPeakLsb = 0;    // of the range at which the record with these peaks was taken
+  bool statusKnown = false;  // whether `status` of the axes has been read
+  bool peaksKnown = false;   // whether `peak` and `peakBin` have
+  [[nodiscard]] double PeakG(Axis axis) const { return Of(axis).peak * gPerPeakLsb; }
   [[nodiscard]] const AxisAlarms& Of(Axis axis) const { return axes[Index(axis)]; }
   bool operator==(const AlarmState&) const = default;
 };
@@ -76,15 +82,27 @@ struct SensorIdentity {
   bool operator==(const SensorIdentity&) const = default;
 };
 
+// How a record came into the sensor's buffers.
+struct RecordOrigin {
+  bool stopped = false;  // its capture was ended before data were ready
+  // REC_CNT as it was known before the capture; none where nobody had read it.
+  std::optional<std::int32_t> countBefore;
+  std::optional<int> stored;  // its number in the sensor's flash, 0..15; none for a capture
+  bool operator==(const RecordOrigin&) const = default;
+};
+
 struct Record {
   RecordKind kind = RecordKind::Spectrum;
   std::array<AxisRecord, 3> axes;
-  double lsbWeight = 0;          // g per LSB by which `data` was made
-  std::int16_t scaledRange = 0;  // range code that lsbWeight belongs to
+  double lsbWeight = 0;  // g per LSB by which `data` was made
+  // Range code that was set at the read-out; another than 0..3 leaves the weight of the record
+  // before.
+  std::int16_t scaledRange = 0;
   RecordSettings settings;
   Conditions conditions;
   StatusFlags status;
   AlarmState alarms;
+  RecordOrigin origin;
   std::chrono::system_clock::time_point time;  // UTC, when its read-out began; epoch: never
   SensorIdentity sensor;
 
@@ -100,8 +118,16 @@ struct Record {
     return Of(axis).data.First(Points());
   }
   [[nodiscard]] bool Taken() const { return time.time_since_epoch().count() != 0; }
+  // False when its capture was stopped before data were ready and the sensor has not counted a
+  // record since: these are then the data of the record before.
+  [[nodiscard]] bool IsNew() const {
+    return !origin.stopped || (origin.countBefore && *origin.countBefore != conditions.recordCount);
+  }
   bool operator==(const Record&) const = default;
 };
+
+// The same words scaled by another range code, 0..3.
+[[nodiscard]] Record Rescaled(Record record, std::int16_t range);
 
 // g per LSB of a record's words; of a time record it is twice that of a spectrum. `range` 0..3.
 [[nodiscard]] double LsbWeightOf(std::int16_t range, RecordKind kind);

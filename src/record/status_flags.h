@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Names and texts of the STATUS bits.
 // SPDX-License-Identifier: MIT
 #pragma once
 
