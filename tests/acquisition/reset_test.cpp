@@ -165,18 +165,14 @@ std::string DeclaredName(const std::string& line) {
   return line.substr(blank + 1, end - blank - 1);
 }
 
-// The names that the headers of these folders declare.
+// The names that the headers of all folders declare.
 std::set<std::string> DeclaredNames() {
   std::set<std::string> names;
-  for (const char* folder : {"numeric", "regmap", "app", "transport", "device", "alarms", "plot",
-                             "logging", "acquisition"}) {
-    const auto path = std::filesystem::path(KESTREL_SOURCE_FOLDER) / folder;
-    for (const auto& entry : std::filesystem::directory_iterator(path)) {
-      if (entry.path().extension() != ".h") continue;
-      std::ifstream header(entry.path());
-      for (std::string line; std::getline(header, line);) {
-        if (const std::string name = DeclaredName(line); !name.empty()) names.insert(name);
-      }
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(KESTREL_SOURCE_FOLDER)) {
+    if (entry.path().extension() != ".h") continue;
+    std::ifstream header(entry.path());
+    for (std::string line; std::getline(header, line);) {
+      if (const std::string name = DeclaredName(line); !name.empty()) names.insert(name);
     }
   }
   return names;
