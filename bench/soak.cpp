@@ -41,6 +41,10 @@ class JumpingClock : public Clock {
   [[nodiscard]] double SecondsSinceMidnight() override {
     return std::fmod(std::chrono::duration<double>(now_).count(), 86400.0);
   }
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override {
+    using std::chrono::system_clock;
+    return system_clock::time_point{std::chrono::duration_cast<system_clock::duration>(now_)};
+  }
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override { return now_; }
   void WaitUntil(std::chrono::nanoseconds deadline) override { now_ = std::max(now_, deadline); }
   void RunEmptyLoop(std::int32_t /*passes*/, std::int32_t /*iterations*/) override {}

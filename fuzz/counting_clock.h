@@ -15,6 +15,10 @@ class CountingClock : public Clock {
   [[nodiscard]] double SecondsSinceMidnight() override {
     return std::chrono::duration<double>(now_).count();
   }
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override {
+    using std::chrono::system_clock;
+    return system_clock::time_point{std::chrono::duration_cast<system_clock::duration>(now_)};
+  }
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override {
     ++asked_;
     return now_;

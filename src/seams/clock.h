@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to the computer's clocks: time of day, moment, monotonic time, waits.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -14,6 +14,9 @@ class Clock {
 
   // Local seconds since midnight; falls back to 0 at midnight.
   [[nodiscard]] virtual double SecondsSinceMidnight() = 0;
+
+  // The moment, in UTC.
+  [[nodiscard]] virtual std::chrono::system_clock::time_point UtcNow() = 0;
 
   // Time since an arbitrary moment; never goes back.
   [[nodiscard]] virtual std::chrono::nanoseconds Monotonic() = 0;

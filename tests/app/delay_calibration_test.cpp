@@ -24,6 +24,7 @@ class ScriptedComputer : public Clock {
   explicit ScriptedComputer(std::deque<double> trialSeconds) : trials_(std::move(trialSeconds)) {}
 
   [[nodiscard]] double SecondsSinceMidnight() override { return now_; }
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override { return {}; }
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override { return {}; }
   void WaitUntil(std::chrono::nanoseconds) override { ADD_FAILURE() << "a trial waits by loops"; }
   void RunEmptyLoop(std::int32_t passes, std::int32_t iterations) override {

@@ -121,6 +121,14 @@ TEST(SystemClock, SecondsSinceMidnightAreLocal) {
   tzset();
 }
 
+TEST(SystemClock, TheMomentIsTheSystemsInUtc) {
+  SystemClock clock;
+  const std::time_t before = std::time(nullptr);
+  const std::time_t told = std::chrono::system_clock::to_time_t(clock.UtcNow());
+  EXPECT_LE(before, told);
+  EXPECT_LE(told, std::time(nullptr) + 1);
+}
+
 TEST(SystemClock, SecondsSinceMidnightResolveFarLessThanAMillisecond) {
   SystemClock clock;
   double smallestStep = 1;

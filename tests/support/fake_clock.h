@@ -20,6 +20,13 @@ class FakeClock : public Clock {
     return std::fmod(midnightSeconds_ + passed.count(), 86400.0);
   }
 
+  // Moves with the monotonic time from the 14th of March 2024, 8:26:53 UTC.
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override {
+    using namespace std::chrono;
+    return system_clock::time_point{seconds{1710404813}} +
+           duration_cast<system_clock::duration>(now_);
+  }
+
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override { return now_; }
 
   void WaitUntil(std::chrono::nanoseconds deadline) override {

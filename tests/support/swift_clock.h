@@ -17,6 +17,10 @@ class SwiftClock : public Clock {
   [[nodiscard]] double SecondsSinceMidnight() override {
     return std::chrono::duration<double>(Monotonic()).count();
   }
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override {
+    using std::chrono::system_clock;
+    return startUtc_ + std::chrono::duration_cast<system_clock::duration>(Monotonic());
+  }
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override {
     const std::chrono::nanoseconds real = std::chrono::steady_clock::now() - start_;
     return kSpeed * real + skipped_;
@@ -31,6 +35,7 @@ class SwiftClock : public Clock {
 
  private:
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+  std::chrono::system_clock::time_point startUtc_ = std::chrono::system_clock::now();
   std::chrono::nanoseconds skipped_{0};
 };
 

@@ -45,6 +45,10 @@ double SystemClock::SecondsSinceMidnight() {
   return seconds + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
+std::chrono::system_clock::time_point SystemClock::UtcNow() {
+  return std::chrono::system_clock::now();
+}
+
 std::chrono::nanoseconds SystemClock::Monotonic() {
   return Now();
 }

@@ -12,6 +12,7 @@ class SystemClock : public Clock {
   SystemClock();
 
   [[nodiscard]] double SecondsSinceMidnight() override;
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override;
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override;
 
   // Sleeps until shortly before the deadline and watches the clock for the rest, so that a long

@@ -29,6 +29,10 @@ double SystemClock::SecondsSinceMidnight() {
   return (now.wHour * 60 + now.wMinute) * 60 + now.wSecond + now.wMilliseconds * 1e-3;
 }
 
+std::chrono::system_clock::time_point SystemClock::UtcNow() {
+  return std::chrono::system_clock::now();
+}
+
 std::chrono::nanoseconds SystemClock::Monotonic() {
   return std::chrono::steady_clock::now().time_since_epoch();
 }

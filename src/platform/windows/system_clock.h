@@ -15,6 +15,7 @@ class SystemClock : public Clock {
   SystemClock& operator=(const SystemClock&) = delete;
 
   [[nodiscard]] double SecondsSinceMidnight() override;
+  [[nodiscard]] std::chrono::system_clock::time_point UtcNow() override;
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override;
   // Sleeps while there is time for it and watches the clock for the rest.
   void WaitUntil(std::chrono::nanoseconds deadline) override;
