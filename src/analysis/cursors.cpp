@@ -84,6 +84,7 @@ struct Slope {
 Slope LeastSquares(const std::vector<Member>& members, double centreHz, double otherwise) {
   double numerator = 0;
   double denominator = 0;
+  double bounds = 0;
   Slope slope{.value = otherwise};
   for (const Member& member : members) {
     if (!member.found || member.number == 0) continue;
@@ -91,11 +92,13 @@ Slope LeastSquares(const std::vector<Member>& members, double centreHz, double o
     const double weight = 1 / (bound * bound);
     numerator += weight * member.number * (member.found->line.hz - centreHz);
     denominator += weight * member.number * member.number;
+    bounds += weight * std::abs(member.number) * bound;
     ++slope.used;
   }
   if (slope.used == 0) return slope;
   slope.value = numerator / denominator;
-  slope.bound = 1 / std::sqrt(denominator);
+  // Leakage errs alike in all members, so that they do not average out.
+  slope.bound = bounds / denominator;
   return slope;
 }
 

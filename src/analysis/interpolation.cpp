@@ -10,14 +10,18 @@
 namespace kestrel::analysis {
 namespace {
 
-constexpr std::size_t kNoiseReach = 12;     // bins beyond the lobe, either side
-constexpr double kMedianOfRayleigh = 0.83;  // median of noise magnitudes over their RMS
+constexpr std::size_t kNoiseReach = 16;  // bins beyond the lobe, either side
+// Median over RMS of noise magnitudes, and of what noise adds to a magnitude much larger than
+// itself.
+constexpr double kMedianAlone = 0.83;
+constexpr double kMedianOnSkirt = 0.48;
 // Scatter (RMS) that noise n causes in a line of amplitude A, a n/A: found by simulation.
 constexpr double kBinScatter = 0.6;
-constexpr double kFlatTopBinScatter = 1.2;
+constexpr double kFlatTopBinScatter = 1.4;
 constexpr double kDecibelScatter = 6.8;
-constexpr double kConfidence = 2;         // of a 95 % bound, in scatters
+constexpr double kConfidence = 2.2;       // of a 95 % bound, in scatters
 constexpr double kShapeTolerance = 0.03;  // of the amplitude, before a line counts as unresolved
+constexpr double kCompany = 0.01;         // of the amplitude, likewise for another line's top
 constexpr double kHalfSpectrum = 256;     // bins up to half the sample rate
 
 // Where a line lies from its bin, and what was measured beside it.
@@ -59,9 +63,42 @@ double NoiseBeside(const Spectrum& spectrum, std::size_t bin, const Fit& fit) {
   std::vector<double> rest;
   VisitSurrounding(spectrum, bin, [&](std::size_t each) {
     const double away = static_cast<double>(each) - static_cast<double>(bin) - fit.delta;
-    rest.push_back(std::fabs(At(spectrum, each) - fit.peakG * LobeShape(spectrum.window, away)));
+    const double skirt = fit.peakG * LobeShape(spectrum.window, away);
+    const bool onSkirt = skirt > At(spectrum, each) / 2;
+    rest.push_back(std::fabs(At(spectrum, each) - skirt) /
+                   (onSkirt ? kMedianOnSkirt : kMedianAlone));
   });
-  return Median(std::move(rest)) / kMedianOfRayleigh;
+  return Median(std::move(rest));
+}
+
+// Envelope of the window's side lobes, so many bins away.
+double SideLobe(const Window& window, double bins) {
+  switch (window.kind) {
+    case WindowKind::Hanning:
+      return 1 / (std::numbers::pi * bins * (bins * bins - 1));
+    case WindowKind::Rectangular:
+      return 1 / (std::numbers::pi * bins);
+    default:
+      return 1e-4 / bins;
+  }
+}
+
+bool IsLocalTop(const Spectrum& spectrum, std::size_t bin) {
+  return At(spectrum, bin) > At(spectrum, bin - 1) && At(spectrum, bin) > At(spectrum, bin + 1);
+}
+
+// What the lines beyond the lobes, and the offset, leak into the bins of a line.
+double LeakageOfOthers(const Spectrum& spectrum, std::size_t bin) {
+  const std::size_t near = 2 * spectrum.window.lobe;
+  double power = 0;
+  for (std::size_t each = spectrum.window.lobe; each + 1 < spectrum.Bins(); ++each) {
+    const std::size_t away = each > bin ? each - bin : bin - each;
+    if (away <= near || !IsLocalTop(spectrum, each)) continue;
+    const double leak =
+        At(spectrum, each) * SideLobe(spectrum.window, static_cast<double>(away) - 1);
+    power += leak * leak;
+  }
+  return std::sqrt(power);
 }
 
 // Distance in bins from the nearer mirror: 0 Hz or half the sample rate.
@@ -163,22 +200,21 @@ bool IsWithinLobes(const Spectrum& spectrum, std::size_t bin, const Fit& fit, do
   return true;
 }
 
-// Whether a bin within the two lobes' width is a line of its own.
-bool HasCompany(const Spectrum& spectrum, std::size_t bin, double noise) {
+// The highest top of another line within the two lobes' width, 0 where there is none.
+double Company(const Spectrum& spectrum, std::size_t bin) {
   const std::size_t reach = 2 * spectrum.window.lobe;
-  const double least = std::max(4 * noise, 2 * spectrum.stepG);
   const std::size_t first = std::max(spectrum.FirstVibration() + 1, bin - std::min(bin, reach));
+  double highest = 0;
   for (std::size_t each = first; each <= bin + reach && each + 1 < spectrum.Bins(); ++each) {
-    const double value = At(spectrum, each);
-    const double below = At(spectrum, each - 1);
-    const double above = At(spectrum, each + 1);
     const bool apart = each + 1 < bin || each > bin + 1;
-    // A saddle as deep as that is not the noise's.
-    if (apart && value > below && value > above && value - std::max(below, above) > least) {
-      return true;
-    }
+    if (apart && IsLocalTop(spectrum, each)) highest = std::max(highest, At(spectrum, each));
   }
-  return false;
+  return highest;
+}
+
+bool IsResolved(const Spectrum& spectrum, std::size_t bin, const Fit& fit, double noise) {
+  const double least = std::max({5 * noise, 2 * spectrum.stepG, kCompany * At(spectrum, bin)});
+  return Company(spectrum, bin) <= least && IsWithinLobes(spectrum, bin, fit, noise);
 }
 
 Line OwnValue(const Spectrum& spectrum, std::size_t bin, bool unresolved) {
@@ -202,13 +238,15 @@ double Averaged(const Spectrum& spectrum) {
   return held ? 1 : std::max(spectrum.averages, 1) * (power ? std::max(spectrum.captures, 1) : 1);
 }
 
-void Widen(Fit& fit, const Spectrum& spectrum, double noise) {
+void Widen(Fit& fit, const Spectrum& spectrum, std::size_t bin, double noise) {
   const double ratio = noise / fit.peakG;
   // What averaging cannot take away: noise lifts small magnitudes.
   const double scatter = kConfidence * (ratio / std::sqrt(Averaged(spectrum)) + ratio * ratio);
   const bool flatTop = spectrum.window.kind == WindowKind::FlatTop;
-  fit.boundBins += scatter * (flatTop ? kFlatTopBinScatter : kBinScatter);
-  fit.boundDb += scatter * kDecibelScatter;
+  const double company = Company(spectrum, bin) > 3 * noise ? Company(spectrum, bin) : 0;
+  const double others = (company + 1.5 * LeakageOfOthers(spectrum, bin)) / fit.peakG;
+  fit.boundBins += scatter * (flatTop ? kFlatTopBinScatter : kBinScatter) + 1.5 * others;
+  fit.boundDb += scatter * kDecibelScatter + 20 / std::numbers::ln10 * others;
 }
 
 }  // namespace
@@ -224,10 +262,8 @@ Line LineAt(const Spectrum& spectrum, std::size_t bin) {
   if (!CanInterpolate(spectrum, bin)) return OwnValue(spectrum, bin, false);
   Fit fit = FitOf(spectrum, bin);
   const double noise = NoiseBeside(spectrum, bin, fit);
-  if (HasCompany(spectrum, bin, noise) || !IsWithinLobes(spectrum, bin, fit, noise)) {
-    return OwnValue(spectrum, bin, true);
-  }
-  Widen(fit, spectrum, noise);
+  if (!IsResolved(spectrum, bin, fit, noise)) return OwnValue(spectrum, bin, true);
+  Widen(fit, spectrum, bin, noise);
   if (IsSideUnsure(spectrum, bin, fit, noise)) fit.boundBins += 2 * std::fabs(fit.delta);
   const double relative = std::pow(10, fit.boundDb / 20) - 1;
   return {.hz = spectrum.FrequencyOf(static_cast<double>(bin) + fit.delta),

@@ -78,7 +78,7 @@ std::vector<double> WindowSamples(const Window& window, std::size_t count) {
   for (std::size_t n = 0; n < count; ++n) {
     const double x = 2 * std::numbers::pi * static_cast<double>(n) / static_cast<double>(count);
     double sign = 1;
-    for (std::size_t term = 0; term < window.coefficients.size(); ++term, sign = -sign) {
+    for (std::size_t term = 0; term < window.lobe; ++term, sign = -sign) {
       samples[n] += sign * window.coefficients[term] * std::cos(static_cast<double>(term) * x);
     }
   }
