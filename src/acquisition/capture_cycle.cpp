@@ -97,10 +97,11 @@ void CaptureCycle::Capture() {
 
 // Data are taken only through an interface that can be used; one that was lost is searched again.
 bool CaptureCycle::InterfaceReady() {
-  if (RegisterAccess::Usable()) return true;
+  if (core_.registers.Reachable()) return true;
   InitInterface(core_);
-  if (RegisterAccess::Usable()) foundAgain_();
-  return RegisterAccess::Usable();
+  const bool found = core_.registers.Reachable();
+  if (found) foundAgain_();
+  return found;
 }
 
 // Returns false when the sensor was lost or the window closed. There is no time-out: a capture that
@@ -207,8 +208,8 @@ double CaptureCycle::SecondsSince(float start) {
   return std::max(0.0, static_cast<double>(now - start));
 }
 
-bool CaptureCycle::GoingOn() const {
-  return !closed_ && RegisterAccess::Usable();
+bool CaptureCycle::GoingOn() {
+  return !closed_ && core_.registers.Reachable();
 }
 
 }  // namespace kestrel

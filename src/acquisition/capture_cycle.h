@@ -83,7 +83,7 @@ class CaptureCycle {
   void TakeRecord();
   [[nodiscard]] double InitialWaitMs();
   [[nodiscard]] double SecondsSince(float start);
-  [[nodiscard]] bool GoingOn() const;
+  [[nodiscard]] bool GoingOn();
 
   Core& core_;
   WindowDelay& delay_;

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The start of the program, and the interface made ready.
 // SPDX-License-Identifier: MIT
 #include "connection/start.h"
 
@@ -60,10 +60,7 @@ void Main(Core& core, StartWindows& windows, const StartOptions& options) {
 
 void InitInterface(Core& core) {
   if (InterfaceType == kParallelPort) {
-    SetupGiveIO(core.seams.driverService, core.seams.messages);
-    core.seams.port.giveio();
-    PortReady = true;
-    core.port.LptPortReset();
+    PreparePort(core.seams.driverService, core.seams.port, core.port, core.seams.messages);
   } else if (InterfaceType == kUsbAdapter) {
     core.usb.SelectUsbAdapter();
     if (UsbPresent) {

@@ -35,7 +35,15 @@ class HardwareSwitch : public UsbDriver, public PortIo, public DriverService {
   void CloseHandle(Handle device) override { current_.usb->CloseHandle(device); }
   [[nodiscard]] std::int32_t LastError() override { return current_.usb->LastError(); }
 
+  [[nodiscard]] bool Attached(const std::string& name) override {
+    return current_.usb->Attached(name);
+  }
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override {
+    return current_.usb->Plugging(device);
+  }
+
   void giveio() override { current_.port->giveio(); }
+  [[nodiscard]] bool IsHeld(std::int16_t base) override { return current_.port->IsHeld(base); }
   void vbOut(std::int16_t port, std::int16_t value) override { current_.port->vbOut(port, value); }
   [[nodiscard]] std::int16_t vbInp(std::int16_t port) override {
     return current_.port->vbInp(port);

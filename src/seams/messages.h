@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Message boxes, and what the user answers.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -16,6 +16,13 @@ class Messages {
 
   virtual void Show(const std::string& text, const std::string& title) = 0;
   void Show(const std::string& text) { Show(text, ""); }
+
+  // A box with an explanation of its text: why, and what can be done about it. An empty one is left
+  // out.
+  virtual void ShowExplained(const std::string& text, const std::string& title,
+                             const std::string& explanation) {
+    Show(explanation.empty() ? text : text + "\n\n" + explanation, title);
+  }
 
   // Where nobody can be asked, changes are discarded.
   virtual Unsaved AskToSave(const std::string& /*text*/) { return Unsaved::Discard; }

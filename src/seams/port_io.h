@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Byte access to the registers of the parallel port.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -14,6 +14,10 @@ class PortIo {
 
   // Grants the program access to the ports.
   virtual void giveio() = 0;
+
+  // Whether accesses at this base address reach a port. Where the system does not guard its ports
+  // they always do.
+  [[nodiscard]] virtual bool IsHeld(std::int16_t /*base*/) { return true; }
 
   virtual void vbOut(std::int16_t port, std::int16_t value) = 0;
   [[nodiscard]] virtual std::int16_t vbInp(std::int16_t port) = 0;

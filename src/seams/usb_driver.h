@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The operating system's driver of the adapter boards.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -41,6 +41,14 @@ class UsbDriver {
                                              std::uint32_t& returned) = 0;
 
   virtual void CloseHandle(Handle device) = 0;
+
+  // Whether a device of this name ("Ezusb-n") is attached, whoever uses it at the moment. Asks the
+  // system's list of devices: the device itself is not touched.
+  [[nodiscard]] virtual bool Attached(const std::string& /*name*/) { return true; }
+
+  // Which plugging-in of its device a handle belongs to: another number than before once the device
+  // has lost its power and come back. 0 where the system does not tell.
+  [[nodiscard]] virtual std::uint32_t Plugging(Handle /*device*/) { return 0; }
 
   // System error code of the last failed call; 0 when the system gave none.
   [[nodiscard]] virtual std::int32_t LastError() = 0;

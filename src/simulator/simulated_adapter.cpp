@@ -75,12 +75,11 @@ void SimulatedAdapter::Replug(std::size_t number) {
 UsbDriver::Handle SimulatedAdapter::CreateFile(const std::string& path, std::uint32_t access,
                                                std::uint32_t share, std::uint32_t creation) {
   for (std::size_t number = 0; number < kBoardCount; ++number) {
-    const auto& board = boards_[number];
     if (path != "\\\\.\\Ezusb-" + std::to_string(number)) continue;
-    if (!board || board->plugging == 0) break;
+    if (!IsPlugged(number)) break;
     if (access != kWriteAccess) return Refuse(kAccessDenied);
     if (share != kShareWrite || creation != kOpenExisting) return Refuse(kInvalidParameter);
-    handles_[++lastHandle_] = {number, board->plugging};
+    handles_[++lastHandle_] = {number, boards_[number]->plugging};
     return lastHandle_;
   }
   return Refuse(kFileNotFound);
@@ -90,6 +89,22 @@ void SimulatedAdapter::CloseHandle(Handle device) {
   if (handles_.erase(device) != 0) return;
   ++handleErrors_;
   Fail(kInvalidHandle);
+}
+
+bool SimulatedAdapter::Attached(const std::string& name) {
+  for (std::size_t number = 0; number < kBoardCount; ++number) {
+    if (name == "Ezusb-" + std::to_string(number)) return IsPlugged(number);
+  }
+  return false;
+}
+
+std::uint32_t SimulatedAdapter::Plugging(Handle device) {
+  const auto file = handles_.find(device);
+  return file == handles_.end() ? 0 : file->second.plugging;
+}
+
+bool SimulatedAdapter::IsPlugged(std::size_t number) const {
+  return boards_[number] && boards_[number]->plugging != 0;
 }
 
 bool SimulatedAdapter::DeviceIoControl(Handle device, std::uint32_t code,

@@ -44,6 +44,8 @@ class SimulatedAdapter : public UsbDriver {
                                      std::span<std::uint8_t> output,
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
+  [[nodiscard]] bool Attached(const std::string& name) override;
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override;
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
  private:
@@ -57,6 +59,7 @@ class SimulatedAdapter : public UsbDriver {
     unsigned plugging;
   };
 
+  [[nodiscard]] bool IsPlugged(std::size_t number) const;
   [[nodiscard]] Board* BoardOf(Handle device);
   [[nodiscard]] bool Request(Board& board, std::uint32_t code, std::span<const std::uint8_t> input,
                              std::span<std::uint8_t> output, std::uint32_t& returned);

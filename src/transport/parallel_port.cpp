@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The bits of a frame, one after the other on the port's pins.
 // SPDX-License-Identifier: MIT
 #include "transport/parallel_port.h"
 
@@ -76,6 +76,10 @@ void ParallelPort::LptPortReset() {
   port_.vbOut(StatusAddress(), kAnswerBit);
   delay_.Delay(FrameGapMs());
   Out(kReleased);
+}
+
+bool ParallelPort::IsHeld() {
+  return port_.IsHeld(PortAddress);
 }
 
 }  // namespace kestrel

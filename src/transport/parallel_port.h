@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The SPI port on the pins of the parallel port.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -25,6 +25,9 @@ class ParallelPort {
 
   // Puts the lines into their idle state.
   void LptPortReset();
+
+  // Whether the program holds the port at PortAddress: what is written elsewhere goes nowhere.
+  [[nodiscard]] bool IsHeld();
 
  private:
   void Out(std::int16_t value);

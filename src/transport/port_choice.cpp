@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The address window's OK: the typed address becomes the port in use.
 // SPDX-License-Identifier: MIT
 #include "transport/port_choice.h"
 
@@ -29,17 +29,13 @@ bool PortChoice::cmdOK_Click(const std::string& text) {
   }
   PortAddress = NarrowToInteger(address.value);
   InterfaceType = kParallelPort;
-  if ((SystemName == "WinNT" || SystemName == "WinXP") && !PortReady) Prepare();
+  // A port that was made ready at another address, or was lost since, is not the one in use.
+  const bool ready = PortReady && port_.IsHeld();
+  if ((SystemName == "WinNT" || SystemName == "WinXP") && !ready) {
+    PreparePort(service_, io_, port_, messages_);
+  }
   WriteConfigFile(files_);
   return true;
-}
-
-// Without giveio the system keeps the program off the ports, installed driver or not.
-void PortChoice::Prepare() {
-  SetupGiveIO(service_, messages_);
-  io_.giveio();
-  PortReady = true;
-  port_.LptPortReset();
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The choice of a parallel port by its address.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -22,14 +22,12 @@ class PortChoice {
   // PortAddress as the user sees it, in hexadecimal digits.
   [[nodiscard]] static std::string AddressText();
 
-  // Takes an address in hexadecimal digits over, selects the parallel port, prepares it where it
-  // has not been prepared yet, and remembers the choice in CommPort.cfg. Any text that is no 16-bit
-  // address is explained and changes nothing. Returns whether the port is selected.
+  // Takes an address in hexadecimal digits over, selects the parallel port, prepares it where the
+  // program does not hold it yet, and remembers the choice in CommPort.cfg. Any text that is no
+  // 16-bit address is explained and changes nothing. Returns whether the port is selected.
   bool cmdOK_Click(const std::string& text);
 
  private:
-  void Prepare();
-
   DriverService& service_;
   PortIo& io_;
   ParallelPort& port_;

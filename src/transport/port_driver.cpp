@@ -1,6 +1,8 @@
-// Kestrel evaluation program
+// Set-up of the port-access driver, and preparation of the port.
 // SPDX-License-Identifier: MIT
 #include "transport/port_driver.h"
+
+#include "app/program_state.h"
 
 namespace kestrel {
 namespace {
@@ -21,22 +23,34 @@ std::string InstallBatch(const std::string& folder) {
          Quoted(folder + "\\Giveio.sys") + "\r\n";
 }
 
+void ShowNotInstalled(DriverService& service, Messages& messages) {
+  messages.ShowExplained("The required I/O drivers could not be installed.", "Error",
+                         service.Explanation());
+}
+
 }  // namespace
 
-void SetupGiveIO(DriverService& service, Messages& messages) {
-  if (service.ReadRegistryValue(kServiceKey, kStartValue) == kStartsWithSystem) return;
+bool SetupGiveIO(DriverService& service, Messages& messages) {
+  if (service.ReadRegistryValue(kServiceKey, kStartValue) == kStartsWithSystem) return true;
   const std::string folder = service.ProgramFolder();
   const std::string batch = folder + "\\temp.bat";
   service.WriteBatchFile(batch, InstallBatch(folder));
   service.RunAndWait(Quoted(batch));
   if (service.ReadRegistryValue(kServiceKey, kStartValue) == kStartsOnDemand) {
     service.WriteRegistryValue(kServiceKey, kStartValue, kRegistryNumber, kStartsWithSystem);
-    return;
+    return true;
   }
-  const std::string explanation = service.Explanation();
-  messages.Show("The required I/O drivers could not be installed." +
-                    (explanation.empty() ? "" : "\n\n" + explanation),
-                "Error");
+  ShowNotInstalled(service, messages);
+  return false;
+}
+
+// Without giveio the system keeps the program off the ports, installed driver or not.
+void PreparePort(DriverService& service, PortIo& io, ParallelPort& port, Messages& messages) {
+  const bool installed = SetupGiveIO(service, messages);
+  io.giveio();
+  PortReady = true;
+  if (installed && !port.IsHeld()) ShowNotInstalled(service, messages);
+  port.LptPortReset();
 }
 
 }  // namespace kestrel

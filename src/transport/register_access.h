@@ -1,16 +1,21 @@
-// Kestrel evaluation program
+// The sensor's registers, read and written by row or by byte address.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <span>
 
 #include "app/delay.h"
+#include "regmap/reading.h"
+#include "seams/error.h"
 #include "transport/parallel_port.h"
+#include "transport/spi_link.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {
 
-// Results of the last ReadReg (all 0).
+// Results of the last read by row (all 0).
 extern std::int32_t RegValue;     // decoded value; 0 if the row is not readable
 extern float RegScaled;           // value x scale + offset of the row; 0 if not readable
 extern std::int16_t RegLowByte;   // bits 7..0 of the raw word
@@ -21,42 +26,61 @@ extern std::int32_t RegBit14;     // raw bit 14, for rows that keep it
 // Back to 0, LptWord included.
 void ResetRegisterAccessState();
 
-// The only way to the sensor: 16-bit registers, read and written in SPI frames through the
+// The only way to the sensor: 16-bit registers, read and written in SPI frames over the link of the
 // interface that InterfaceType names; with any other InterfaceType reads give 0 and writes do
 // nothing. Operations are complete when they return, and must not be nested.
 //
-// Transfer errors are shown by the adapter, which then counts as lost; a read then gives the
-// answer of an earlier transfer. Callers that show or keep what they read ask Usable() first.
+// Whoever shows or keeps what was read takes the reading that is returned, which is there only when
+// the sensor gave it. LastOutcome() tells why there is none. The adapter shows its errors itself,
+// and then counts as lost.
 class RegisterAccess {
  public:
   RegisterAccess(UsbAdapter& usb, ParallelPort& port, SoftwareDelay& delay)
-      : usb_(usb), port_(port), delay_(delay) {}
+      : overAdapter_(usb), overPort_(port), delay_(delay) {}
 
-  // Whether an interface is selected and, for an adapter, still answers.
+  // Whether an interface is selected and, for an adapter, still answers. For new code: Reachable.
   [[nodiscard]] static bool Usable();
 
-  // Reads a register by its row and leaves it in the Reg... variables. Sends nothing for a row that
-  // is not readable. A row outside the table throws RuntimeError "Subscript out of range".
-  void ReadReg(std::int16_t row);
+  // Whether the sensor can be reached through the interface that is selected, as far as that is
+  // known without asking it: an adapter that answered last, a port that is held.
+  [[nodiscard]] bool Reachable() { return static_cast<bool>(Link().Ready()); }
 
-  // Writes a register by its row; value 0..65535.
-  void WriteReg(std::int16_t row, std::int32_t value);
+  // How the last operation went.
+  [[nodiscard]] const Outcome& LastOutcome() const { return last_; }
+
+  // Reads a register by its row; nothing when the row is not readable (nothing is sent then) or the
+  // sensor was not reached. Leaves the reading in the Reg... variables as well; these get the
+  // answer of an earlier transfer where this one fails. A row outside the table throws RuntimeError
+  // "Subscript out of range".
+  std::optional<Reading> Read(std::int16_t row);
+  void ReadReg(std::int16_t row) { Read(row); }
+
+  // Writes a register by its row; value 0..65535. Returns whether the sensor was reached.
+  bool Write(std::int16_t row, std::int32_t value);
+  void WriteReg(std::int16_t row, std::int32_t value) { Write(row, value); }
 
   // One write frame. The address is masked with 127 in place.
-  void WriteRegByte(std::int16_t& address, std::uint8_t data);
-  void WriteRegByte(std::int16_t&& address, std::uint8_t data) { WriteRegByte(address, data); }
+  bool WriteRegByte(std::int16_t& address, std::uint8_t data);
+  bool WriteRegByte(std::int16_t&& address, std::uint8_t data) {
+    return WriteRegByte(address, data);
+  }
 
   // Two write frames in one transaction. Addresses are masked with 127 and data with 255 in place.
-  void WriteRegBytePair(std::int16_t& address1, std::int16_t& data1, std::int16_t& address2,
+  bool WriteRegBytePair(std::int16_t& address1, std::int16_t& data1, std::int16_t& address2,
                         std::int16_t& data2);
 
   // The raw 16-bit word at a byte address, which is masked with 127 in place.
   std::int32_t ReadRegWord(std::int16_t& address);
 
  private:
-  UsbAdapter& usb_;
-  ParallelPort& port_;
+  [[nodiscard]] SpiLink& Link();
+  bool Send(std::span<const std::int32_t> frames);
+
+  NoLink none_;
+  AdapterLink overAdapter_;
+  PortLink overPort_;
   SoftwareDelay& delay_;
+  Outcome last_;
 };
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Search, selection, settings and transfers; one open and close of the board each.
 // SPDX-License-Identifier: MIT
 #include "transport/usb_adapter.h"
 
@@ -28,6 +28,10 @@ constexpr std::uint32_t kOpenExisting = 3;
 
 constexpr std::uint32_t kCommandPipe = 0;
 constexpr std::uint32_t kAnswerPipe = 1;
+
+constexpr const char* kCure = "Plug the board in and select it again.";
+constexpr const char* kWriteError = "Error Writing SPI";
+constexpr const char* kReadError = "Error Reading SPI";
 
 constexpr std::uint8_t kCommandReadSettings = 1;
 constexpr std::uint8_t kCommandSetup = 11;
@@ -159,64 +163,89 @@ void UsbAdapter::SelectAdapter(int number) {
   SelectedAdapter = AdapterRecords.at(static_cast<std::size_t>(number));
   SelectedAdapterNumber = static_cast<std::int16_t>(number);
   UsbPresent = true;
+  bitsSetFor_ = 0;
+  setupSetFor_ = 0;
 }
 
-void UsbAdapter::UsbSetupSpi(std::uint8_t value) {
-  if (!UsbPresent) return;
+Outcome UsbAdapter::UsbSetupSpi(std::uint8_t value) {
+  if (!UsbPresent) return Absent();
   UsbSpiSetupValue = value == 0 ? 1 : value;
-  SendSetting(kCommandSetup, UsbSpiSetupValue, "Error Setting up SPI");
+  return SendSetting(kCommandSetup, UsbSpiSetupValue);
 }
 
-void UsbAdapter::UsbSetSpiBits(std::uint8_t value) {
-  if (!UsbPresent) return;
+Outcome UsbAdapter::UsbSetSpiBits(std::uint8_t value) {
+  if (!UsbPresent) return Absent();
   UsbSpiBits = value;
-  SendSetting(kCommandBits, UsbSpiBits, "Error Setting SPI Bits");
+  return SendSetting(kCommandBits, UsbSpiBits);
 }
 
-void UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value, const char* failure) {
-  const OpenedDevice device(*this, SelectedAdapter.deviceName);
+Outcome UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value) {
+  const char* failure = Set(OpenedDevice(*this, SelectedAdapter.deviceName), command, value);
+  if (failure != nullptr) return Fail(failure);
+  return {};
+}
+
+const char* UsbAdapter::Set(const OpenedDevice& device, std::uint8_t command, std::uint8_t value) {
+  const bool bits = command == kCommandBits;
   std::array<std::uint8_t, 2> block{command, value};
-  if (BulkTransfer(device.handle(), kCommandPipe, block) != 1) Fail(failure);
+  if (BulkTransfer(device.handle(), kCommandPipe, block) != 1) {
+    return bits ? "Error Setting SPI Bits" : "Error Setting up SPI";
+  }
+  (bits ? bitsSetFor_ : setupSetFor_) = driver_.Plugging(device.handle());
+  return nullptr;
+}
+
+// A board starts without settings. What stands under the name of the board that was chosen must
+// still be of its kind.
+const char* UsbAdapter::SetAgainAfterPowerLoss(const OpenedDevice& device) {
+  const std::uint32_t plugging = device.valid() ? driver_.Plugging(device.handle()) : 0;
+  if (plugging == 0 || (bitsSetFor_ == plugging && setupSetFor_ == plugging)) return nullptr;
+  NameFinding finding;
+  if (ReadBoardType(device.handle(), finding) != SelectedAdapter.boardType) return kWriteError;
+  const char* failure = bitsSetFor_ == plugging ? nullptr : Set(device, kCommandBits, UsbSpiBits);
+  if (failure != nullptr || setupSetFor_ == plugging) return failure;
+  return Set(device, kCommandSetup, UsbSpiSetupValue);
+}
+
+const char* UsbAdapter::Exchange(const OpenedDevice& device, std::span<std::uint8_t> block,
+                                 std::span<std::uint8_t> answer) {
+  if (BulkTransfer(device.handle(), kCommandPipe, block) != 1) return kWriteError;
+  return BulkTransfer(device.handle(), kAnswerPipe, answer) == 1 ? nullptr : kReadError;
 }
 
 std::optional<std::array<std::uint8_t, 2>> UsbAdapter::UsbReadSettings() {
   if (!UsbPresent) return std::nullopt;
-  bool sent = false;
-  {
-    const OpenedDevice device(*this, SelectedAdapter.deviceName);
-    std::array<std::uint8_t, 2> answer{};
-    std::array<std::uint8_t, 1> block{kCommandReadSettings};
-    sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
-    if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) return answer;
-  }
-  Fail(sent ? "Error Reading SPI" : "Error Writing SPI");
+  std::array<std::uint8_t, 2> answer{};
+  std::array<std::uint8_t, 1> block{kCommandReadSettings};
+  const char* failure = Exchange(OpenedDevice(*this, SelectedAdapter.deviceName), block, answer);
+  if (failure == nullptr) return answer;
+  Fail(failure);
   return std::nullopt;
 }
 
-void UsbAdapter::UsbSpiTransfer(int n) {
-  if (!UsbPresent) return;
+Outcome UsbAdapter::UsbSpiTransfer(int n) {
+  if (!UsbPresent) return Absent();
   if (n < 1 || n > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
   UsbSpiDelay = std::clamp<std::uint8_t>(UsbSpiDelay, 1, 5);
   SpiWordCount = static_cast<std::uint8_t>(n);
-  bool sent = false;
+  const char* failure = nullptr;
   std::vector<std::uint8_t> answer(2 * static_cast<std::size_t>(n));
   {
     const OpenedDevice device(*this, SelectedAdapter.deviceName);
     std::vector<std::uint8_t> block = TransferBlock(n);
-    sent = BulkTransfer(device.handle(), kCommandPipe, block) == 1;
-    if (sent && BulkTransfer(device.handle(), kAnswerPipe, answer) == 1) {
-      for (int i = 1; i <= n; ++i) {
-        const std::size_t at = 2 * static_cast<std::size_t>(i - 1);
-        SpiRx(i) = answer[at] * 256 + answer[at + 1];
-      }
-      return;
-    }
+    failure = SetAgainAfterPowerLoss(device);
+    if (failure == nullptr) failure = Exchange(device, block, answer);
   }
-  Fail(sent ? "Error Reading SPI" : "Error Writing SPI");
+  if (failure != nullptr) return Fail(failure);
+  for (int i = 1; i <= n; ++i) {
+    const std::size_t at = 2 * static_cast<std::size_t>(i - 1);
+    SpiRx(i) = answer[at] * 256 + answer[at + 1];
+  }
+  return {};
 }
 
 bool UsbAdapter::FindLost() {
-  if (!UsbPresent || OpenedDevice(*this, SelectedAdapter.deviceName).valid()) return false;
+  if (!UsbPresent || driver_.Attached(SelectedAdapter.deviceName)) return false;
   Lose();
   return true;
 }
@@ -237,9 +266,15 @@ void UsbAdapter::Lose() {
 }
 
 // Presence falls before the box shows: handlers that run meanwhile must not reach the board.
-void UsbAdapter::Fail(const char* text) {
+Error UsbAdapter::Fail(const char* text) {
   Lose();
+  Error error{text, SelectedAdapter.deviceName, kCure};
   messages_.Show(text);
+  return error;
+}
+
+Error UsbAdapter::Absent() {
+  return {"The USB adapter is not in use.", SelectedAdapter.deviceName, kCure};
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The USB-to-SPI adapter: its boards, their settings, and transfers of frames.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,6 +8,7 @@
 #include <span>
 #include <string>
 
+#include "seams/error.h"
 #include "seams/messages.h"
 #include "seams/usb_driver.h"
 
@@ -59,8 +60,9 @@ extern std::int16_t SelectedAdapterNumber;  // 0..3, -1 when none (-1)
 void ResetAdapterState();
 
 // The USB-to-SPI adapter: command blocks to the board's firmware on pipe 0, answers on pipe 1.
-// Every operation opens the board and closes it again. A failed request shows one message, clears
-// UsbPresent and ends the endless transfer loop; nothing is sent while UsbPresent is false.
+// Every operation opens the board and closes it again. A failed request shows one message, returns
+// it as an error, clears UsbPresent and ends the endless transfer loop; nothing is sent while
+// UsbPresent is false.
 class UsbAdapter {
  public:
   UsbAdapter(UsbDriver& driver, Messages& messages) : driver_(driver), messages_(messages) {}
@@ -78,20 +80,24 @@ class UsbAdapter {
   // Makes record 0..3 the selected one.
   void SelectAdapter(int number);
 
-  void UsbSetupSpi(std::uint8_t value);    // adapter command 11; 0 is sent as 1
-  void UsbSetSpiBits(std::uint8_t value);  // adapter command 12
+  Outcome UsbSetupSpi(std::uint8_t value);    // adapter command 11; 0 is sent as 1
+  Outcome UsbSetSpiBits(std::uint8_t value);  // adapter command 12
 
   // Adapter command 1: the two bytes that the board answers. Nothing without a board or when it
   // fails.
   [[nodiscard]] std::optional<std::array<std::uint8_t, 2>> UsbReadSettings();
 
   // Sends SpiTx(1..n) and fills SpiRx(1..n); on failure SpiRx is unchanged. A frame with high byte
-  // 255 throws RuntimeError "Overflow".
-  void UsbSpiTransfer(int n);
+  // 255 throws RuntimeError "Overflow". A board that was without power since its last settings gets
+  // them again first.
+  Outcome UsbSpiTransfer(int n);
 
-  // Opens the selected board and closes it again, nothing more. When it does not open it counts as
-  // lost, without a message; returns whether it has just been found lost.
+  // Looks whether the selected board is still attached; it is not touched. A board that is gone
+  // counts as lost, without a message; returns whether it has just been found lost.
   [[nodiscard]] bool FindLost();
+
+  // Why nothing can be sent while UsbPresent is false.
+  [[nodiscard]] static Error Absent();
 
   // One bulk request: 1 when all of `buffer` was moved, 0 when not, -2 without a handle.
   int BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe, std::span<std::uint8_t> buffer);
@@ -103,12 +109,21 @@ class UsbAdapter {
   [[nodiscard]] std::string ReadStringDescriptor(UsbDriver::Handle device, std::uint8_t index);
   [[nodiscard]] bool ReadFirmwareVersion(UsbDriver::Handle device, float& version);
   [[nodiscard]] int ReadPacketSize(UsbDriver::Handle device, std::size_t pipe);
-  void SendSetting(std::uint8_t command, std::uint8_t value, const char* failure);
+  Outcome SendSetting(std::uint8_t command, std::uint8_t value);
+  // These return the message of what failed; null when all went well.
+  [[nodiscard]] const char* Set(const OpenedDevice& device, std::uint8_t command,
+                                std::uint8_t value);
+  [[nodiscard]] const char* SetAgainAfterPowerLoss(const OpenedDevice& device);
+  [[nodiscard]] const char* Exchange(const OpenedDevice& device, std::span<std::uint8_t> block,
+                                     std::span<std::uint8_t> answer);
   static void Lose();
-  void Fail(const char* text);
+  Error Fail(const char* text);
 
   UsbDriver& driver_;
   Messages& messages_;
+  // The pluggings-in of the selected board for which its settings hold; 0 for none.
+  std::uint32_t bitsSetFor_ = 0;
+  std::uint32_t setupSetFor_ = 0;
 };
 
 }  // namespace kestrel

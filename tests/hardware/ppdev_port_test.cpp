@@ -151,11 +151,10 @@ TEST_F(PpdevPortTest, WhenThePortIsHadNothingIsInstalled) {
 
   PortAddress = 0x278;
   SetupGiveIO(service, messages);
-  EXPECT_THAT(
-      messages.Texts(),
-      ElementsAre("The required I/O drivers could not be installed.\n\nNo parallel port has "
-                  "the address 0x278. There is /dev/parport0 at 0x378, /dev/parport1 at "
-                  "0xE010."));
+  EXPECT_THAT(messages.Texts(), ElementsAre("The required I/O drivers could not be installed."));
+  EXPECT_THAT(messages.explanations,
+              ElementsAre("No parallel port has the address 0x278. There is /dev/parport0 at "
+                          "0x378, /dev/parport1 at 0xE010."));
 }
 
 // The pins seen by a decoder that nobody of this project wrote.

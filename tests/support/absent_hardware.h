@@ -23,6 +23,7 @@ class AbsentUsbDriver : public UsbDriver {
     return false;
   }
   void CloseHandle(Handle /*device*/) override {}
+  [[nodiscard]] bool Attached(const std::string& /*name*/) override { return false; }
   [[nodiscard]] std::int32_t LastError() override { return kUsbNotAttached; }
 };
 

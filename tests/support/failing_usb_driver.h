@@ -89,6 +89,11 @@ class FailingUsbDriver : public UsbDriver {
     return served && Spoil(output, returned);
   }
   void CloseHandle(Handle device) override { inner_.CloseHandle(device); }
+  [[nodiscard]] bool Attached(const std::string& name) override {
+    const bool failing = failFrom_ > 0 && requests_ + 1 >= failFrom_;
+    return !failing && inner_.Attached(name);
+  }
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override { return inner_.Plugging(device); }
   [[nodiscard]] std::int32_t LastError() override { return 2; }
 
  private:

@@ -40,6 +40,7 @@ class RecordingBoards : public UsbDriver {
 
   std::map<int, ScriptedBoard> boards;            // by the number in "Ezusb-n"
   std::map<int, std::int32_t> openErrors;         // names that do not open, with the error code
+  std::map<int, std::uint32_t> pluggings;         // which plugging-in it is, where that is told
   std::deque<std::vector<std::uint8_t>> answers;  // what pipe 1 gives, one entry a read
 
   bool answersZeros = false;  // where no answer is scripted
@@ -120,6 +121,16 @@ class RecordingBoards : public UsbDriver {
     log_.emplace_back("close");
     ++closed_;
     EXPECT_EQ(open_.erase(device), 1U) << "closed a handle that is not open";
+  }
+
+  [[nodiscard]] bool Attached(const std::string& name) override {
+    return std::any_of(boards.begin(), boards.end(), [&](const auto& board) {
+      return name == "Ezusb-" + std::to_string(board.first);
+    });
+  }
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override {
+    const auto known = pluggings.find(open_.at(device));
+    return known == pluggings.end() ? 0 : known->second;
   }
 
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }

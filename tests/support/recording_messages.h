@@ -22,11 +22,18 @@ class RecordingMessages : public Messages {
     if (whileShown_) whileShown_();
   }
 
+  void ShowExplained(const std::string& text, const std::string& title,
+                     const std::string& explanation) override {
+    explanations.push_back(explanation);
+    Show(text, title);
+  }
+
   Unsaved AskToSave(const std::string& text) override {
     questions.push_back(text);
     return answer;
   }
 
+  std::vector<std::string> explanations;  // of the boxes that may have one
   std::vector<std::string> questions;
   Unsaved answer = Unsaved::Discard;
 
@@ -36,6 +43,7 @@ class RecordingMessages : public Messages {
   void Clear() {
     texts_.clear();
     titles_.clear();
+    explanations.clear();
   }
 
   // Runs while a box is open.

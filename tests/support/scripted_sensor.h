@@ -118,6 +118,10 @@ class ScriptedSensor : public UsbDriver {
     --opened_;
   }
 
+  [[nodiscard]] bool Attached(const std::string& name) override {
+    return requests_ + 1 < failFrom_ && name == "Ezusb-0";
+  }
+
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
  private:

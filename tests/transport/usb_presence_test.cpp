@@ -50,11 +50,17 @@ TEST_F(UsbPresence, SettingsThatCannotBeReadLoseTheBoardWithOneMessage) {
   EXPECT_THAT(boards_.Log(), IsEmpty());
 }
 
-TEST_F(UsbPresence, LookingForTheBoardOpensAndClosesItAndNoMore) {
+TEST_F(UsbPresence, LookingForTheBoardDoesNotTouchIt) {
   EXPECT_FALSE(usb_.FindLost());
-  EXPECT_THAT(boards_.Log(), ElementsAre(kOpen, "close"));
+  EXPECT_THAT(boards_.Log(), IsEmpty());
   EXPECT_TRUE(UsbPresent);
   EXPECT_FALSE(StopSpiLoop);
+}
+
+TEST_F(UsbPresence, AnotherProgramsUseOfTheBoardIsNoLoss) {
+  boards_.RefuseOpening(kUsbBusyElsewhere);
+  EXPECT_FALSE(usb_.FindLost());
+  EXPECT_TRUE(UsbPresent);
 }
 
 TEST_F(UsbPresence, ABoardThatIsGoneIsFoundLostOnceWithoutAMessage) {

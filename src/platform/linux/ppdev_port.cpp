@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Claims a port of the ppdev driver and explains why one cannot be had.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/ppdev_port.h"
 
@@ -145,14 +145,16 @@ std::filesystem::path PpdevPort::FindDevice(std::uint16_t base) {
 void PpdevPort::vbOut(std::int16_t port, std::int16_t value) {
   if (!port_.IsOpen() || static_cast<std::uint16_t>(port) != base_) return;
   const auto data = static_cast<unsigned char>(value & 0xFF);
-  ioctl(port_.Number(), PPWDATA, &data);
+  if (ioctl(port_.Number(), PPWDATA, &data) != 0) Release();
 }
 
 std::int16_t PpdevPort::vbInp(std::int16_t port) {
   const auto statusAddress = static_cast<std::uint16_t>(base_ + 1);
   if (!port_.IsOpen() || static_cast<std::uint16_t>(port) != statusAddress) return kNothingThere;
   unsigned char status = 0;
-  return ioctl(port_.Number(), PPRSTATUS, &status) == 0 ? status : kNothingThere;
+  if (ioctl(port_.Number(), PPRSTATUS, &status) == 0) return status;
+  Release();
+  return kNothingThere;
 }
 
 }  // namespace kestrel

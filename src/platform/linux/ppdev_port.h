@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The parallel port through the ppdev driver.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -37,6 +37,11 @@ class PpdevPort : public PortIo {
 
   // Takes hold of the port that is wanted, giving up one held at another address.
   void giveio() override { static_cast<void>(Claim()); }
+
+  // Whether the port of this address is claimed. A port that no longer answers is given up.
+  [[nodiscard]] bool IsHeld(std::int16_t base) override {
+    return port_.IsOpen() && static_cast<std::uint16_t>(base) == base_;
+  }
 
   // As giveio; returns whether the port is held.
   bool Claim();

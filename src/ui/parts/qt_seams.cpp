@@ -14,12 +14,13 @@ namespace {
 
 // The button that was pressed. The hourglass of a waiting handler must not cover the box.
 int ShowBox(QMessageBox::Icon icon, const std::string& title, const std::string& text,
-            QMessageBox::StandardButtons buttons) {
+            const std::string& explanation, QMessageBox::StandardButtons buttons) {
   QMessageBox box(QApplication::activeWindow());
   box.setIcon(icon);
   box.setWindowTitle(QString::fromStdString(title));
   box.setTextFormat(Qt::PlainText);
   box.setText(QString::fromStdString(text));
+  box.setInformativeText(QString::fromStdString(explanation));
   box.setStandardButtons(buttons);
   QApplication::setOverrideCursor(Qt::ArrowCursor);
   const int pressed = box.exec();
@@ -30,12 +31,18 @@ int ShowBox(QMessageBox::Icon icon, const std::string& title, const std::string&
 }  // namespace
 
 void QtMessages::Show(const std::string& text, const std::string& title) {
-  ShowBox(title == "Error" ? QMessageBox::Critical : QMessageBox::Information,
-          title.empty() ? kApplicationTitle : title, text, QMessageBox::Ok);
+  ShowExplained(text, title, "");
+}
+
+// A box without a title has none; its icon tells what kind of box it is.
+void QtMessages::ShowExplained(const std::string& text, const std::string& title,
+                               const std::string& explanation) {
+  ShowBox(title == "Error" ? QMessageBox::Critical : QMessageBox::Information, title, text,
+          explanation, QMessageBox::Ok);
 }
 
 Unsaved QtMessages::AskToSave(const std::string& text) {
-  const int pressed = ShowBox(QMessageBox::Question, kApplicationTitle, text,
+  const int pressed = ShowBox(QMessageBox::Question, kApplicationTitle, text, "",
                               QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
   if (pressed == QMessageBox::Save) return Unsaved::Save;
   return pressed == QMessageBox::Discard ? Unsaved::Discard : Unsaved::Cancel;

@@ -12,6 +12,8 @@ class QtMessages : public Messages {
  public:
   using Messages::Show;
   void Show(const std::string& text, const std::string& title) override;
+  void ShowExplained(const std::string& text, const std::string& title,
+                     const std::string& explanation) override;
   Unsaved AskToSave(const std::string& text) override;
 };
 
