@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The watch over the adapter in use.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -10,7 +10,7 @@
 namespace kestrel {
 
 // Looks twice a second, while nothing else is at work, whether the USB adapter in use is still
-// there. Costs one open and close of the device; nothing is sent to the sensor.
+// there. Asks the system's list of devices; the board itself is not touched.
 class AdapterWatcher : public QObject {
   Q_OBJECT
 

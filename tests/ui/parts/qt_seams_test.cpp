@@ -35,6 +35,25 @@ TEST(QtMessages, ShowsARealMessageBoxWithTheExactText) {
   EXPECT_EQ(QApplication::overrideCursor(), nullptr);
 }
 
+TEST(QtMessages, ABoxWithoutATitleHasNoneAndAnExplanationStandsBelowTheText) {
+  QString text;
+  QString title = "not seen";
+  QString explanation;
+  QTimer::singleShot(0, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    text = box->text();
+    title = box->windowTitle();
+    explanation = box->informativeText();
+    box->accept();
+  });
+  QtMessages messages;
+  messages.ShowExplained("Error Reading SPI", "", "The board did not answer.");
+  EXPECT_EQ(text, "Error Reading SPI");
+  EXPECT_EQ(title, "");
+  EXPECT_EQ(explanation, "The board did not answer.");
+}
+
 TEST(QtMousePointer, SeveralHourglassesAreEndedByOneDefault) {
   QtMousePointer pointer;
   pointer.ShowHourglass();
