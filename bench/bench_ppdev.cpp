@@ -8,7 +8,7 @@
 #include "figure.h"
 #include "hardware/mock_parallel_port.h"
 #include "platform/linux/ppdev_port.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
 #include "support/parport_settings.h"
 #include "support/recording_pointer.h"

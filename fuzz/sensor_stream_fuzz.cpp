@@ -10,7 +10,7 @@
 #include "input.h"
 #include "regmap/register_table.h"
 #include "require.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 
 namespace kestrel {
 namespace {

@@ -15,7 +15,7 @@
 #include "app/files_in_folder.h"
 #include "connection/start.h"
 #include "platform/system.h"
-#include "simulator/scenario.h"
+#include "simulator/signal/scenario.h"
 #include "simulator/simulated_hardware.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"

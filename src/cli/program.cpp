@@ -18,7 +18,7 @@
 #include "cli/registers_command.h"
 #include "cli/small_commands.h"
 #include "numeric/number_parse.h"
-#include "simulator/scenario.h"
+#include "simulator/signal/scenario.h"
 
 namespace kestrel {
 namespace {

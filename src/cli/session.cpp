@@ -8,7 +8,7 @@
 #include "app/program_state.h"
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
-#include "simulator/scenario.h"
+#include "simulator/signal/scenario.h"
 
 namespace kestrel {
 namespace {

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 
 namespace kestrel {
 

@@ -10,7 +10,7 @@
 #include "seams/usb_driver.h"
 #include "simulator/adapter_descriptors.h"
 #include "simulator/adapter_firmware.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 
 namespace kestrel {
 

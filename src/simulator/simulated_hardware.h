@@ -4,10 +4,10 @@
 
 #include <utility>
 
+#include "simulator/sensor/simulated_sensor.h"
 #include "simulator/simulated_adapter.h"
 #include "simulator/simulated_driver_service.h"
 #include "simulator/simulated_port.h"
-#include "simulator/simulated_sensor.h"
 
 namespace kestrel {
 

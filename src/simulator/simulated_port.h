@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "seams/port_io.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 
 namespace kestrel {
 

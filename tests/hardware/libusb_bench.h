@@ -10,7 +10,7 @@
 
 #include "hardware/mock_usb_bus.h"
 #include "platform/linux/libusb_driver.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
 
 namespace kestrel {

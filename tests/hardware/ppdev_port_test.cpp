@@ -12,7 +12,7 @@
 #include "app/program_state.h"
 #include "hardware/mock_parallel_port.h"
 #include "platform/linux/ppdev_service.h"
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
 #include "support/parport_settings.h"
 #include "support/recording_messages.h"

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/alarm_monitor.h"
+#include "simulator/sensor/alarm_monitor.h"
 
 #include <gtest/gtest.h>
 

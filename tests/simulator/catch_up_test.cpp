@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/catch_up.h"
+#include "simulator/sensor/catch_up.h"
 
 #include <gtest/gtest.h>
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
 
 namespace kestrel {

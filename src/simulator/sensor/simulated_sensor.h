@@ -1,20 +1,19 @@
-// Kestrel evaluation program
+// The simulated sensor: SPI words in, SPI words out, over the parts that make it up.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <chrono>
 #include <cstdint>
-#include <optional>
 
 #include "seams/clock.h"
-#include "simulator/alarm_bands.h"
-#include "simulator/alarm_monitor.h"
-#include "simulator/capture_engine.h"
-#include "simulator/catch_up.h"
-#include "simulator/digital_pins.h"
-#include "simulator/flash_records.h"
-#include "simulator/register_file.h"
-#include "simulator/scenario.h"
+#include "simulator/registers/register_file.h"
+#include "simulator/sensor/alarms.h"
+#include "simulator/sensor/commands.h"
+#include "simulator/sensor/digital_pins.h"
+#include "simulator/sensor/flash_memory.h"
+#include "simulator/sensor/recorder.h"
+#include "simulator/sensor/surroundings.h"
+#include "simulator/sensor/work.h"
+#include "simulator/signal/scenario.h"
 
 namespace kestrel {
 
@@ -64,100 +63,33 @@ class SimulatedSensor {
   void SetScenario(Scenario scenario);
   void SetFaults(const SensorFaults& faults);
   void SetSupply(double volts);
-  [[nodiscard]] const Scenario& CurrentScenario() const { return scenario_; }
+  [[nodiscard]] const Scenario& CurrentScenario() const { return surroundings_.scenario; }
 
   // What the sensor is doing at this moment.
   [[nodiscard]] bool IsCapturing();
   [[nodiscard]] bool IsInSeries();  // capturing in timer mode, or in the pause between two captures
   [[nodiscard]] bool IsBusy();      // with a command other than a capture
-  [[nodiscard]] bool IsAsleep() const { return asleep_; }
+  [[nodiscard]] bool IsAsleep() const { return work_.IsAsleep(); }
 
  private:
-  enum class Activity { None, Command, Capture };
-  struct Command;  // one bit of COMMAND
-
   [[nodiscard]] std::uint16_t Read(std::uint8_t address);
   void Write(std::uint8_t address, std::uint8_t data);
   void WriteBuffer(std::uint8_t address, std::uint8_t data);
-  [[nodiscard]] std::uint16_t* BufferWord(std::uint8_t address);
-
-  // Activities: at most one at a time, finished when its time has passed.
+  void TakeCommand(std::uint16_t word);
   void BeginFrame();
   void FinishWhatIsDue();
-  void Begin(Activity activity, std::chrono::nanoseconds start, std::chrono::nanoseconds duration);
-
-  // Captures, in simulated_sensor_captures.cpp.
-  [[nodiscard]] CaptureSettings LatchSettings() const;
-  [[nodiscard]] bool IsRepeating() const { return nextStart_.has_value(); }
-  void StartRecording();
-  void StopOrRestart();
-  void ClearStatusInSeries();
-  void RequestStop();
-  void EndRecording();
-  void ContinueSeries(std::chrono::nanoseconds now, std::uint64_t& passed);
-  [[nodiscard]] Traces TracesOf(const CaptureSettings& settings) const;
-  void BeginCapture(std::chrono::nanoseconds start);
-  void FinishCapture();
-  [[nodiscard]] bool IsToBeStored() const;
-  void StoreRecord();
-  void RetrieveRecord();
-  void ClearRecords();
-  void Autonull();
-  void ClearNulls();
-
-  // Commands, in simulated_sensor_commands.cpp.
-  [[nodiscard]] static const Command& CommandOf(unsigned bit);
-  void BeginCommand(std::uint16_t word);
-  void FinishCommand();
-  void PowerDown();
-  void SelfTest();
-  void FactoryReset();
-  void ClearStatus();
-  void FlashTest();
-  void FlashUpdate();
-  void SoftwareReset();
-  void ResetBufferPointer();
-  void SaveAlarmBand();
-  void RetrieveAlarmBand();
-  void ClearAlarmBands();
-  [[nodiscard]] bool WriteFlash();
-
-  // Power and restart, in simulated_sensor_power.cpp.
-  void Restart();
-  [[nodiscard]] double SecondsSincePowerUp(std::chrono::nanoseconds moment) const;
-
-  // Alarms and lines, in simulated_sensor_alarms.cpp.
-  [[nodiscard]] AlarmControl Control() const;
-  void JudgeSpectrum();
-  void MeasureSupplyAndTemperature();
-  void ShowAlarms();
-  void WithdrawAlarms();
   [[nodiscard]] DigitalPins::Sensor PinState() const;
 
-  Clock& clock_;
-  Scenario scenario_;
-  std::chrono::nanoseconds powerUp_;
+  sensor::Surroundings surroundings_;
   RegisterFile registers_;
-  RegisterFile::Words flash_;
-  FlashRecords records_;
-  AlarmBands bands_;
-  AlarmMonitor alarms_;
+  sensor::Work work_;
+  sensor::FlashMemory flash_;
+  sensor::Alarms alarms_;
+  sensor::Recorder recorder_;
+  sensor::Commands commands_;
   DigitalPins pins_;
-  CaptureEngine engine_;
-  CapturedRecord record_;  // what X_BUF, Y_BUF and Z_BUF show
   std::uint16_t answer_ = 0;
   bool powered_ = true;
-  bool asleep_ = false;
-
-  Activity activity_ = Activity::None;
-  std::chrono::nanoseconds begun_{0};
-  std::chrono::nanoseconds due_{0};
-  unsigned commandBit_ = 0;
-  std::optional<std::chrono::nanoseconds> nextStart_;  // while a series goes on
-  bool begunByTimer_ = false;                          // the last capture, not a command
-  std::uint64_t capturesOfScenario_ = 0;               // complete
-  CaptureSettings capture_;
-  CaptureEngine::PerAxis captureCorrectionG_{};
 };
 
 }  // namespace kestrel

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/alarm_bands.h"
+#include "simulator/registers/alarm_bands.h"
 
 namespace kestrel {
 

@@ -5,7 +5,7 @@
 #include <chrono>
 #include <cstdint>
 
-#include "simulator/spectrum.h"
+#include "simulator/signal/spectrum.h"
 
 namespace kestrel {
 

@@ -6,7 +6,7 @@
 #include <random>
 #include <span>
 
-#include "simulator/scenario.h"
+#include "simulator/signal/scenario.h"
 
 namespace kestrel {
 

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/capture_engine.h"
+#include "simulator/signal/capture_engine.h"
 
 #include <algorithm>
 #include <chrono>

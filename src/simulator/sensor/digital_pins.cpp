@@ -1,10 +1,10 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/digital_pins.h"
+#include "simulator/sensor/digital_pins.h"
 
 #include <utility>
 
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
 
 namespace kestrel {
 namespace {

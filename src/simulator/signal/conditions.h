@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "simulator/alarm_control.h"
+#include "simulator/registers/alarm_control.h"
 
 namespace kestrel {
 

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/vibration_source.h"
+#include "simulator/signal/vibration_source.h"
 
 #include <cmath>
 #include <numbers>

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <vector>
 
-#include "simulator/capture_settings.h"
-#include "simulator/scenario.h"
-#include "simulator/vibration_source.h"
+#include "simulator/signal/capture_settings.h"
+#include "simulator/signal/scenario.h"
+#include "simulator/signal/vibration_source.h"
 
 namespace kestrel {
 

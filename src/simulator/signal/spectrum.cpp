@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/spectrum.h"
+#include "simulator/signal/spectrum.h"
 
 #include <cmath>
 #include <numbers>

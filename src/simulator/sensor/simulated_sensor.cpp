@@ -1,11 +1,11 @@
-// Kestrel evaluation program
+// Frames, power and pins of the simulated sensor, and its turn from one work to the next.
 // SPDX-License-Identifier: MIT
-#include "simulator/simulated_sensor.h"
+#include "simulator/sensor/simulated_sensor.h"
 
 #include <initializer_list>
 #include <utility>
 
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
 
 namespace kestrel {
 namespace {
@@ -32,6 +32,15 @@ constexpr RegisterSet kActOnWrite =
 
 }  // namespace
 
+SimulatedSensor::SimulatedSensor(Clock& clock, Scenario scenario)
+    : work_(clock),
+      flash_(registers_, surroundings_),
+      alarms_(registers_, surroundings_),
+      recorder_(registers_, flash_, alarms_, surroundings_, work_),
+      commands_({registers_, surroundings_, flash_, alarms_, recorder_, work_}) {
+  Deliver(std::move(scenario));
+}
+
 std::uint16_t SimulatedSensor::Exchange(std::uint16_t frame) {
   if (!powered_) return 0;
   BeginFrame();
@@ -53,35 +62,81 @@ void SimulatedSensor::FrameError() {
   registers_.SetBits(sensor::kStatus, sensor::kSpiFailure);
 }
 
+void SimulatedSensor::Deliver(Scenario scenario) {
+  const bool powered = powered_;
+  CutPower();
+  surroundings_.Begin(std::move(scenario));
+  recorder_.Deliver();
+  registers_ = RegisterFile();
+  flash_.Deliver(surroundings_.scenario.preset);
+  if (powered) RestorePower();
+}
+
+// What was at work is lost.
+void SimulatedSensor::CutPower() {
+  FinishWhatIsDue();
+  work_.End();
+  recorder_.End();
+  powered_ = false;
+  answer_ = 0;
+}
+
+void SimulatedSensor::RestorePower() {
+  if (std::exchange(powered_, true)) return;
+  surroundings_.powerUp = work_.Now();
+  work_.PowerUp(surroundings_.powerUp);
+  commands_.Restart();
+}
+
 void SimulatedSensor::SetScenario(Scenario scenario) {
   FinishWhatIsDue();
-  scenario_ = std::move(scenario);
-  capturesOfScenario_ = 0;
+  surroundings_.Begin(std::move(scenario));
 }
 
 void SimulatedSensor::SetFaults(const SensorFaults& faults) {
   FinishWhatIsDue();
-  scenario_.faults = faults;
+  surroundings_.scenario.faults = faults;
 }
 
 void SimulatedSensor::SetSupply(double volts) {
   FinishWhatIsDue();
-  scenario_.supplyV = volts;
+  surroundings_.scenario.supplyV = volts;
 }
 
 bool SimulatedSensor::IsCapturing() {
   FinishWhatIsDue();
-  return activity_ == Activity::Capture;
+  return work_.IsCapture();
 }
 
 bool SimulatedSensor::IsInSeries() {
   FinishWhatIsDue();
-  return IsRepeating();
+  return recorder_.IsRepeating();
 }
 
 bool SimulatedSensor::IsBusy() {
   FinishWhatIsDue();
-  return activity_ == Activity::Command;
+  return work_.IsCommand();
+}
+
+bool SimulatedSensor::PinLevel(int line) {
+  FinishWhatIsDue();
+  return powered_ ? pins_.Level(line, PinState()) : pins_.Driven(line);
+}
+
+void SimulatedSensor::DrivePin(int line, bool high) {
+  FinishWhatIsDue();
+  const bool triggers = pins_.Drive(line, high, registers_.Read(sensor::kDioCtrl));
+  if (triggers && powered_ && !work_.IsAsleep() && work_.IsIdle()) {
+    TakeCommand(sensor::kRecordStart);
+  }
+}
+
+DigitalPins::Sensor SimulatedSensor::PinState() const {
+  return {.dioCtrl = registers_.Read(sensor::kDioCtrl),
+          .gpioCtrl = registers_.Read(sensor::kGpioCtrl),
+          .status = registers_.Read(sensor::kStatus),
+          .partsAlarms = alarms_.Control().PartsLines(),
+          .busy = !work_.IsIdle()};
 }
 
 std::uint16_t SimulatedSensor::Read(std::uint8_t address) {
@@ -89,7 +144,7 @@ std::uint16_t SimulatedSensor::Read(std::uint8_t address) {
   if (!IsIn(kBuffers, address)) {
     return pins_.ReadGpioCtrl(registers_.Read(sensor::kDioCtrl), registers_.Read(address));
   }
-  const std::uint16_t* word = BufferWord(address);
+  const std::uint16_t* word = recorder_.BufferWord(address);
   return word != nullptr ? *word : std::uint16_t{0};
 }
 
@@ -98,64 +153,55 @@ void SimulatedSensor::Write(std::uint8_t address, std::uint8_t data) {
   if (IsIn(kBuffers, address)) return WriteBuffer(address, data);
   switch (address) {
     case sensor::kCommand:
-      return BeginCommand(data);
+      return TakeCommand(data);
     case sensor::kCommand + 1:
-      return BeginCommand(static_cast<std::uint16_t>(data << 8U));
+      return TakeCommand(static_cast<std::uint16_t>(data << 8U));
     case sensor::kStopRequest:
-      if (data == sensor::kStopKey) RequestStop();
+      if (data == sensor::kStopKey) recorder_.Escape();
       return;
     case sensor::kAlmCtrl:
       registers_.WriteByte(address, data);
-      return WithdrawAlarms();
+      return alarms_.Withdraw();
     default:
       return registers_.WriteByte(address, data);
   }
 }
 
 void SimulatedSensor::WriteBuffer(std::uint8_t address, std::uint8_t data) {
-  if (std::uint16_t* word = BufferWord(address)) {
+  if (std::uint16_t* word = recorder_.BufferWord(address)) {
     const unsigned shift = (address & 1U) * 8U;
     *word = static_cast<std::uint16_t>((*word & ~(0xFFU << shift)) | (unsigned{data} << shift));
   }
 }
 
-// The word of the record that BUF_PNTR points at; none when it points outside.
-std::uint16_t* SimulatedSensor::BufferWord(std::uint8_t address) {
-  std::vector<std::uint16_t>& words = record_.words[(address - sensor::kXBuf) / 2U];
-  const std::size_t pointer = registers_.Read(sensor::kBufPntr);
-  return pointer < words.size() ? &words[pointer] : nullptr;
+void SimulatedSensor::TakeCommand(std::uint16_t word) {
+  if (commands_.Take(word)) FinishWhatIsDue();
 }
 
 void SimulatedSensor::BeginFrame() {
-  asleep_ = false;
-  if (activity_ != Activity::None || IsRepeating()) FinishWhatIsDue();
+  work_.Wake();
+  if (!work_.IsIdle() || recorder_.IsRepeating()) FinishWhatIsDue();
 }
 
 // The next capture of a series waits for a command that is still at work.
 void SimulatedSensor::FinishWhatIsDue() {
+  using sensor::Work;
   std::uint64_t passed = 0;  // captures of the series since the frame before
-  while (activity_ != Activity::None || IsRepeating()) {
-    const std::chrono::nanoseconds now = clock_.Monotonic();
-    if (now < (activity_ != Activity::None ? due_ : *nextStart_)) return;
-    switch (std::exchange(activity_, Activity::None)) {
-      case Activity::None:
-        ContinueSeries(now, passed);
+  while (!work_.IsIdle() || recorder_.IsRepeating()) {
+    const std::chrono::nanoseconds now = work_.Now();
+    if (now < (work_.IsIdle() ? recorder_.NextStart() : work_.Due())) return;
+    switch (work_.End()) {
+      case Work::Kind::None:
+        recorder_.ContinueSeries(now, passed);
         break;
-      case Activity::Command:
-        FinishCommand();
+      case Work::Kind::Command:
+        commands_.Finish();
         break;
-      case Activity::Capture:
-        FinishCapture();
+      case Work::Kind::Capture:
+        recorder_.Finish();
         break;
     }
   }
-}
-
-void SimulatedSensor::Begin(Activity activity, std::chrono::nanoseconds start,
-                            std::chrono::nanoseconds duration) {
-  activity_ = activity;
-  begun_ = start;
-  due_ = begun_ + duration;
 }
 
 }  // namespace kestrel

@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/conditions.h"
+#include "simulator/signal/conditions.h"
 
 #include <cmath>
 

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/alarm_bands.h"
+#include "simulator/registers/alarm_bands.h"
 
 namespace kestrel {
 

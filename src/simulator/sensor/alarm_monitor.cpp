@@ -1,12 +1,12 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/alarm_monitor.h"
+#include "simulator/sensor/alarm_monitor.h"
 
 #include <algorithm>
 #include <utility>
 #include <vector>
 
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
 
 namespace kestrel {
 namespace {

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "simulator/capture_engine.h"
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
+#include "simulator/signal/capture_engine.h"
 
 namespace kestrel {
 

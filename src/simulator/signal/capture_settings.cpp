@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/capture_settings.h"
+#include "simulator/signal/capture_settings.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/catch_up.h"
+#include "simulator/sensor/catch_up.h"
 
 #include <algorithm>
 
-#include "simulator/alarm_monitor.h"
+#include "simulator/sensor/alarm_monitor.h"
 
 namespace kestrel {
 

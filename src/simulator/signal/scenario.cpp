@@ -1,11 +1,11 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/scenario.h"
+#include "simulator/signal/scenario.h"
 
 #include <algorithm>
 #include <initializer_list>
 
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
 
 namespace kestrel {
 namespace {

@@ -1,8 +1,8 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/register_file.h"
+#include "simulator/registers/register_file.h"
 
-#include "simulator/sensor_registers.h"
+#include "simulator/registers/sensor_registers.h"
 
 namespace kestrel {
 namespace {

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "simulator/alarm_bands.h"
-#include "simulator/alarm_control.h"
-#include "simulator/capture_engine.h"
+#include "simulator/registers/alarm_bands.h"
+#include "simulator/registers/alarm_control.h"
+#include "simulator/signal/capture_engine.h"
 
 namespace kestrel {
 

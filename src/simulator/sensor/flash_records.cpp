@@ -1,6 +1,6 @@
 // Kestrel evaluation program
 // SPDX-License-Identifier: MIT
-#include "simulator/flash_records.h"
+#include "simulator/sensor/flash_records.h"
 
 #include <utility>
 
