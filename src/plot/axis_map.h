@@ -52,8 +52,8 @@ class AxisMap {
 [[nodiscard]] PlotRange Within(const PlotRange& range, AxisKind kind, const PlotRange& bounds);
 
 // What shows values from least to largest: linear from 0 (or from below 0) to a round number
-// above; logarithmic to the next 1, 2 or 5 beyond either end, at most eight decades; decibels to the
-// next ten.
+// above; logarithmic to the next 1, 2 or 5 beyond either end, at most eight decades; decibels to
+// the next ten.
 [[nodiscard]] PlotRange RangeFor(double least, double largest, AxisKind kind);
 
 }  // namespace kestrel

@@ -113,8 +113,7 @@ void ColumnStroke::Load(std::size_t index) {
   }
   const double slope = (b.y - a.y) / dx;
   const double stretch = std::sqrt(1 + slope * slope);
-  segments_.push_back(
-      {a.x, a.y, b.x, slope, radius_ * slope / stretch, radius_ / stretch});
+  segments_.push_back({a.x, a.y, b.x, slope, radius_ * slope / stretch, radius_ / stretch});
 }
 
 // The pen touches lowest (largest y) where it stands `reach` further along a falling line.

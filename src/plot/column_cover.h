@@ -10,16 +10,17 @@
 
 namespace kestrel {
 
-// One column of pixels. Areas between two edges are added, then read as coverages from top to bottom.
+// One column of pixels. Areas between two edges are added, then read as coverages from top to
+// bottom.
 class ColumnCover {
  public:
   static constexpr int kFull = 128;  // a pixel that is covered whole
 
   explicit ColumnCover(int height);
 
-  // The area between an upper and a lower edge, each straight from its height at the left end of a strip
-  // to that at the right end; the strip takes `width` (0 to 1) of the column. Heights in pixels from the
-  // top, upper less than lower.
+  // The area between an upper and a lower edge, each straight from its height at the left end of a
+  // strip to that at the right end; the strip takes `width` (0 to 1) of the column. Heights in
+  // pixels from the top, upper less than lower.
   void Add(double upperLeft, double upperRight, double lowerLeft, double lowerRight, double width);
 
   // The rows that may be covered: [First(), End()).

@@ -42,18 +42,16 @@ void Blend(std::uint32_t* pixels, std::span<const std::int16_t> parts, std::uint
   std::size_t i = 0;
 #if defined(__SSE2__)
   const __m128i zero = _mm_setzero_si128();
-  const __m128i wide = _mm_unpacklo_epi8(
-      _mm_set1_epi32(static_cast<int>(colour | kOpaque)), zero);
+  const __m128i wide = _mm_unpacklo_epi8(_mm_set1_epi32(static_cast<int>(colour | kOpaque)), zero);
   for (; i + 4 <= parts.size(); i += 4) {
     auto* place = reinterpret_cast<__m128i*>(pixels + i);
-    const __m128i four =
-        _mm_loadl_epi64(reinterpret_cast<const __m128i*>(parts.data() + i));
+    const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(parts.data() + i));
     const __m128i pairs = _mm_unpacklo_epi16(four, four);  // each twice
     const __m128i ground = _mm_loadu_si128(place);
-    const __m128i low = BlendedHalf(_mm_unpacklo_epi8(ground, zero), wide,
-                                    _mm_unpacklo_epi32(pairs, pairs));
-    const __m128i high = BlendedHalf(_mm_unpackhi_epi8(ground, zero), wide,
-                                     _mm_unpackhi_epi32(pairs, pairs));
+    const __m128i low =
+        BlendedHalf(_mm_unpacklo_epi8(ground, zero), wide, _mm_unpacklo_epi32(pairs, pairs));
+    const __m128i high =
+        BlendedHalf(_mm_unpackhi_epi8(ground, zero), wide, _mm_unpackhi_epi32(pairs, pairs));
     _mm_storeu_si128(place, _mm_packus_epi16(low, high));
   }
 #endif
@@ -64,8 +62,7 @@ void Blend(std::uint32_t* pixels, std::span<const std::int16_t> parts, std::uint
 class Strip {
  public:
   explicit Strip(const PixelRows& picture)
-      : picture_(picture),
-        pixels_(static_cast<std::size_t>(picture.height) * kStripWidth) {}
+      : picture_(picture), pixels_(static_cast<std::size_t>(picture.height) * kStripWidth) {}
 
   void Load(int left) {
     left_ = left;

@@ -19,15 +19,15 @@ struct PixelRows {
 
 // A light colouring between a line and a base line, fading evenly from one height to another.
 struct StrokeFill {
-  double base = 0;        // its height
-  double top = 0;         // where it has opacity `atTop`
-  double bottom = 0;      // where it has opacity `atBottom`
-  double atTop = 0.12;    // 0 to 1
+  double base = 0;      // its height
+  double top = 0;       // where it has opacity `atTop`
+  double bottom = 0;    // where it has opacity `atBottom`
+  double atTop = 0.12;  // 0 to 1
   double atBottom = 0.12;
 };
 
 struct Stroke {
-  std::vector<PlotLine> lines;  // in pixels of the picture, x not decreasing
+  std::vector<PlotLine> lines = {};  // in pixels of the picture, x not decreasing
   std::uint32_t colour = 0;     // 0xRRGGBB
   double width = 1.5;           // pixels
   double opacity = 1;

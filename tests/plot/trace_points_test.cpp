@@ -42,7 +42,8 @@ TEST(ReducedToColumns, LeavesFewPointsAlone) {
 TEST(LinesInView, AGapIsNeverBridged) {
   const std::vector<double> x{0, 1, 2, 3, 4, 5};
   const std::vector<double> y{1, 2, kNone, 4, 5, INFINITY};
-  const auto lines = LinesInView(x, y, AxisMap({0, 5}, kLin, 0, 500), AxisMap({0, 10}, kLin, 100, 0));
+  const auto lines =
+      LinesInView(x, y, AxisMap({0, 5}, kLin, 0, 500), AxisMap({0, 10}, kLin, 100, 0));
   ASSERT_EQ(lines.size(), 2U);
   EXPECT_EQ(lines[0], (PlotLine{{0, 90}, {100, 80}}));
   EXPECT_EQ(lines[1], (PlotLine{{300, 60}, {400, 50}}));
@@ -60,7 +61,8 @@ TEST(LinesInView, HoldsOneNeighbourOnEitherSideOfTheView) {
 }
 
 TEST(LinesInView, NothingIsNoLine) {
-  EXPECT_TRUE(LinesInView({}, {}, AxisMap({0, 1}, kLin, 0, 9), AxisMap({0, 1}, kLin, 9, 0)).empty());
+  EXPECT_TRUE(
+      LinesInView({}, {}, AxisMap({0, 1}, kLin, 0, 9), AxisMap({0, 1}, kLin, 9, 0)).empty());
 }
 
 TEST(Dashes, AlternateAlongTheLine) {

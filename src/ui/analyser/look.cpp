@@ -109,8 +109,8 @@ Look Look::Dark() {
 }
 
 Look Look::Of(const QPalette& palette) {
-  const bool isDark = palette.color(QPalette::Window).lightness() <
-                      palette.color(QPalette::WindowText).lightness();
+  const bool isDark =
+      palette.color(QPalette::Window).lightness() < palette.color(QPalette::WindowText).lightness();
   return isDark ? Dark() : Light();
 }
 

@@ -21,25 +21,25 @@ enum class TraceStyle {
   Reference,  // 1.25 px, dashed
 };
 
-// x does not decrease and is in Hz or s; y in the unit of the pane's axis (dB already in dB). What is
-// not a number in y is a gap.
+// x does not decrease and is in Hz or s; y in the unit of the pane's axis (dB already in dB). What
+// is not a number in y is a gap.
 struct PlotTrace {
-  QString name;    // for the legend: "X", "12 November"
-  QString figure;  // beside the name in the legend: "0.454"; may be empty
+  QString name = {};    // for the legend: "X", "12 November"
+  QString figure = {};  // beside the name in the legend: "0.454"; may be empty
   PlotInk ink = PlotInk::Other;
   TraceStyle style = TraceStyle::Live;
   bool isFocus = false;   // on top, half-bold in the legend
   bool isFilled = false;  // lightly, under the trace
-  std::vector<double> x;
-  std::vector<double> y;
+  std::vector<double> x = {};
+  std::vector<double> y = {};
 };
 
 // Many records at once: least to largest shaded, median as a line. All share x.
 struct PlotCrowd {
-  QString name;  // "42 records, least to largest, median"
+  QString name = {};  // "42 records, least to largest, median"
   PlotInk ink = PlotInk::Other;
-  std::vector<double> x;
-  std::vector<std::vector<double>> y;
+  std::vector<double> x = {};
+  std::vector<std::vector<double>> y = {};
 };
 
 enum class BandState { Well, Warning, Fault };
@@ -47,65 +47,65 @@ enum class BandState { Well, Warning, Fault };
 struct PlotBand {
   double from = 0;
   double to = 0;
-  QString name;      // "3"
-  QString headroom;  // "+22.9 dB", shown where there is room
+  QString name = {};      // "3"
+  QString headroom = {};  // "+22.9 dB", shown where there is room
   double warning = kNoValue;
   double fault = kNoValue;
   BandState state = BandState::Well;
-  QString stateText;  // "Warning 3, +0.6 dB"
+  QString stateText = {};  // "Warning 3, +0.6 dB"
 };
 
 // A label at a peak, or a marker with a text of the user's.
 struct PlotPeak {
   double x = 0;
   double y = 0;
-  QString title;   // "22,698.2 Hz"
-  QString detail;  // "X 0.601 g"; the first to go where there is no room
+  QString title = {};   // "22,698.2 Hz"
+  QString detail = {};  // "X 0.601 g"; the first to go where there is no room
 };
 
 // A place along x that has a name: a known frequency.
 struct PlotMark {
   double from = 0;
   double to = 0;
-  QString name;
+  QString name = {};
 };
 
 // Where there is nothing: hatched and named, over the full height.
 struct PlotGap {
   double from = 0;
   double to = 0;
-  QString reason;
+  QString reason = {};
 };
 
 struct PlotPane {
-  QString title;                   // "Acceleration, g peak"
-  QString unit;                    // "g", for the read-out that the plot makes itself
+  QString title = {};  // "Acceleration, g peak"
+  QString unit = {};   // "g", for the read-out that the plot makes itself
   AxisKind up = AxisKind::Linear;
-  std::optional<PlotRange> range;  // instead of one that fits the values
-  std::vector<PlotTrace> traces;
-  std::optional<PlotCrowd> crowd;
-  std::vector<PlotBand> bands;
-  std::vector<PlotPeak> peaks;     // largest first
+  std::optional<PlotRange> range = {};  // instead of one that fits the values
+  std::vector<PlotTrace> traces = {};
+  std::optional<PlotCrowd> crowd = {};
+  std::vector<PlotBand> bands = {};
+  std::vector<PlotPeak> peaks = {};  // largest first
 };
 
 struct PlotAcross {
-  QString title;      // "Frequency, Hz"
-  QString unit;       // "Hz"
+  QString title = {};  // "Frequency, Hz"
+  QString unit = {};   // "Hz"
   AxisKind kind = AxisKind::Linear;
-  double factor = 1;  // from Hz or s to what is written at the axis: 60 for CPM, 1000 for ms
-  PlotRange whole;    // what "show all" shows
+  double factor = 1;     // from Hz or s to what is written at the axis: 60 for CPM, 1000 for ms
+  PlotRange whole = {};  // what "show all" shows
   double validFrom = -std::numeric_limits<double>::infinity();  // below it the values hold offset
 };
 
 struct PlotScene {
-  QString head;  // "Spectrum", half-bold; with an empty one there is no record line
-  QString line;  // "0 to 70 g, Hanning, 8 averages, option 0, Δf 195.7 Hz, 18:34:16"
-  QString hint;  // in the middle while no pane has a trace
-  QString source;  // sensor, version and date: in pictures that leave the program
-  PlotAcross across;
-  std::vector<PlotPane> panes;  // one below the other, along one horizontal axis
-  std::vector<PlotMark> marks;
-  std::vector<PlotGap> gaps;
+  QString head = {};    // "Spectrum", half-bold; with an empty one there is no record line
+  QString line = {};    // "0 to 70 g, Hanning, 8 averages, option 0, Δf 195.7 Hz, 18:34:16"
+  QString hint = {};    // in the middle while no pane has a trace
+  QString source = {};  // sensor, version and date: in pictures that leave the program
+  PlotAcross across = {};
+  std::vector<PlotPane> panes = {};  // one below the other, along one horizontal axis
+  std::vector<PlotMark> marks = {};
+  std::vector<PlotGap> gaps = {};
 };
 
 enum class MemberKind { Main, Found, Missing };
@@ -113,28 +113,28 @@ enum class MemberKind { Main, Found, Missing };
 // One line of the cursor.
 struct PlotMember {
   double x = 0;
-  QString flag;  // "f₀", "2×", "A"
+  QString flag = {};  // "f₀", "2×", "A"
   MemberKind kind = MemberKind::Main;
-  int pane = 0;           // of the ring
-  double y = kNoValue;    // a ring is drawn there
+  int pane = 0;         // of the ring
+  double y = kNoValue;  // a ring is drawn there
 };
 
 struct PlotReadOut {
   struct Row {
-    std::optional<PlotInk> ink;  // a swatch
-    QString name;
-    QString value;
+    std::optional<PlotInk> ink = {};  // a swatch
+    QString name = {};
+    QString value = {};
   };
-  QString title;
-  std::vector<Row> rows;
+  QString title = {};
+  std::vector<Row> rows = {};
 };
 
 struct PlotCursor {
-  std::vector<PlotMember> members;
-  bool isSpan = false;  // shaded from the first to the second member (delta cursor)
-  QString spanText;     // between the flags: "1.218 ms"
-  PlotReadOut readOut;  // stays at the first member; none without a title
-  QString spoken;       // for assistive technology
+  std::vector<PlotMember> members = {};
+  bool isSpan = false;       // shaded from the first to the second member (delta cursor)
+  QString spanText = {};     // between the flags: "1.218 ms"
+  PlotReadOut readOut = {};  // stays at the first member; none without a title
+  QString spoken = {};       // for assistive technology
 };
 
 }  // namespace kestrel

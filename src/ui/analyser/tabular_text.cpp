@@ -49,8 +49,8 @@ double TabularWidth(const QFont& font, const QString& text) {
   return cell > 0 ? WidthInCells(metrics, text, cell) : metrics.horizontalAdvance(text);
 }
 
-void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place,
-                 Qt::Alignment alignment, const QString& text) {
+void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place, Qt::Alignment alignment,
+                 const QString& text) {
   if (text.isEmpty()) return;
   painter.setFont(font);
   const QFontMetricsF metrics(font);

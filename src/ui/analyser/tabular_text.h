@@ -14,8 +14,8 @@ namespace kestrel {
 
 // In the painter's pen. The text stands in the rectangle as the alignment says (horizontally left,
 // right or centre; vertically always in the middle).
-void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place,
-                 Qt::Alignment alignment, const QString& text);
+void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place, Qt::Alignment alignment,
+                 const QString& text);
 
 // The same with a rim in another colour, two pixels wide, that keeps it readable over traces.
 void DrawWithHalo(QPainter& painter, const QFont& font, const QRectF& place,

@@ -1,0 +1,94 @@
+// The line above a plot: what the vertical axis shows, and which trace is which.
+// SPDX-License-Identifier: MIT
+#include "ui/analyser/legend.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "ui/analyser/tabular_text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr double kSwatch = 18;
+constexpr double kGap = 6;
+constexpr double kApart = 18;  // between two entries
+
+struct Entry {
+  QString text;
+  QColor colour;
+  TraceStyle style = TraceStyle::Live;
+  bool isFocus = false;
+};
+
+bool IsSame(const Entry& a, const Entry& b) {
+  return a.text == b.text && a.colour == b.colour && a.style == b.style;
+}
+
+std::vector<Entry> Entries(const PlotPage& page, const PlotPane& pane) {
+  std::vector<Entry> entries;
+  for (const PlotTrace& trace : pane.traces) {
+    const QString text =
+        trace.figure.isEmpty() ? trace.name : trace.name + QLatin1Char(' ') + trace.figure;
+    entries.push_back({text, page.look.Ink(trace.ink), trace.style, trace.isFocus});
+  }
+  if (pane.crowd) entries.push_back({pane.crowd->name, page.look.Ink(pane.crowd->ink)});
+  std::erase_if(entries, [](const Entry& entry) { return entry.text.isEmpty(); });
+  const auto end = std::unique(entries.begin(), entries.end(), IsSame);
+  entries.erase(end, entries.end());
+  return entries;
+}
+
+void PaintSwatch(QPainter& painter, const Entry& entry, double left, double y) {
+  const double width = entry.isFocus ? 3 : entry.style == TraceStyle::Live ? 2 : 1.25;
+  QPen pen(entry.colour, width, Qt::SolidLine, Qt::FlatCap);
+  if (entry.style == TraceStyle::Reference) pen.setDashPattern({3 / width, 2 / width});
+  painter.setPen(pen);
+  painter.drawLine(QPointF(left, std::round(y)), QPointF(left + kSwatch, std::round(y)));
+}
+
+// From the right; what has no room left is left out.
+void PaintEntries(QPainter& painter, const PlotPage& page, const std::vector<Entry>& entries,
+                  const QRectF& place, bool hasHalo) {
+  double right = place.right();
+  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+    const QFont& font = entry->isFocus ? page.fonts.bold : page.fonts.plain;
+    const double width = TabularWidth(font, entry->text);
+    const double left = right - width;
+    if (left - kGap - kSwatch < place.left()) return;
+    painter.setPen(page.look.text);
+    const QRectF text(left, place.top(), width, place.height());
+    if (hasHalo) {
+      DrawWithHalo(painter, font, text, Qt::AlignLeft, entry->text, page.look.canvas);
+    } else {
+      DrawTabular(painter, font, text, Qt::AlignLeft, entry->text);
+    }
+    PaintSwatch(painter, *entry, left - kGap - kSwatch, place.center().y());
+    right = left - kGap - kSwatch - kApart;
+  }
+}
+
+}  // namespace
+
+void PaintLegend(QPainter& painter, const PlotPage& page) {
+  if (page.scene.panes.empty()) return;
+  const QRectF& line = page.layout.titleLine;
+  painter.setPen(page.look.muted);
+  DrawTabular(painter, page.fonts.small, line, Qt::AlignLeft, page.scene.panes.front().title);
+  if (page.scene.panes.size() == 1) {
+    const double title = TabularWidth(page.fonts.small, page.scene.panes.front().title);
+    const QRectF place(line.left() + title + kApart, line.top(),
+                       page.layout.panes.front().canvas.right() - line.left() - title - kApart,
+                       line.height());
+    PaintEntries(painter, page, Entries(page, page.scene.panes.front()), place, false);
+    return;
+  }
+  for (std::size_t i = 0; i < page.layout.panes.size(); ++i) {
+    const QRectF& canvas = page.layout.panes[i].canvas;
+    const QRectF place(canvas.left() + 8, canvas.top() + 4, canvas.width() - 16, line.height());
+    PaintEntries(painter, page, Entries(page, page.scene.panes[i]), place, true);
+  }
+}
+
+}  // namespace kestrel

@@ -1,0 +1,14 @@
+// The line above a plot: what the vertical axis shows, and which trace is which.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPainter>
+
+#include "ui/analyser/ground_painter.h"
+
+namespace kestrel {
+
+// Outside the data: title left, traces right. Stacked panes name their own traces in their corner.
+void PaintLegend(QPainter& painter, const PlotPage& page);
+
+}  // namespace kestrel

@@ -1,0 +1,23 @@
+// The traces of a plot, on a picture's pixels or as vectors.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <vector>
+
+#include "plot/stroke_image.h"
+#include "ui/analyser/ground_painter.h"
+
+namespace kestrel {
+
+// Onto a picture of format RGB32 that has the layout's ratio.
+void DrawTraces(QImage& picture, const PlotPage& page);
+
+// With a painter, for devices that keep lines as lines.
+void PaintTraces(QPainter& painter, const PlotPage& page);
+
+// The strokes of one pane in device pixels, relative to the canvas's top left corner.
+[[nodiscard]] std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t pane);
+
+}  // namespace kestrel
