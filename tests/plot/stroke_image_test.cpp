@@ -41,7 +41,7 @@ double DistanceTo(const PlotLine& line, double x, double y) {
 }
 
 double TrueCover(const PlotLine& line, double width, int x, int y) {
-  constexpr int kParts = 8;
+  constexpr int kParts = 16;
   int inside = 0;
   for (int i = 0; i < kParts; ++i) {
     for (int j = 0; j < kParts; ++j) {
@@ -79,7 +79,7 @@ TEST(StrokeImage, CoversWhatARoundPenCovers) {
   std::mt19937 random(7);
   std::uniform_real_distribution<double> height(-10, 50);
   std::uniform_real_distribution<double> step(0.3, 9);
-  for (int round = 0; round < 15; ++round) {
+  for (int round = 0; round < 6; ++round) {
     PlotLine line;
     for (double x = -5; x < 53; x += step(random)) line.push_back({x, height(random)});
     ExpectTrue(line, round % 3 == 0 ? 1.0 : round % 3 == 1 ? 1.5 : 4.5, "random line");

@@ -208,7 +208,8 @@ PlotReadOut AnalyserPlot::ReadOutAt(double x, int pane) const {
 }
 
 void AnalyserPlot::NameView() {
-  setAccessibleName(scene_.line.isEmpty() ? scene_.head : scene_.head + QStringLiteral(", ") + scene_.line);
+  setAccessibleName(scene_.line.isEmpty() ? scene_.head
+                                          : scene_.head + QStringLiteral(", ") + scene_.line);
 }
 
 }  // namespace kestrel

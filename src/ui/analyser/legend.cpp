@@ -50,7 +50,7 @@ void PaintSwatch(QPainter& painter, const Entry& entry, double left, double y) {
 
 // From the right; what has no room left is left out.
 void PaintEntries(QPainter& painter, const PlotPage& page, const std::vector<Entry>& entries,
-                  const QRectF& place, bool hasHalo) {
+                  const QRectF& place) {
   double right = place.right();
   for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
     const QFont& font = entry->isFocus ? page.fonts.bold : page.fonts.plain;
@@ -59,11 +59,7 @@ void PaintEntries(QPainter& painter, const PlotPage& page, const std::vector<Ent
     if (left - kGap - kSwatch < place.left()) return;
     painter.setPen(page.look.text);
     const QRectF text(left, place.top(), width, place.height());
-    if (hasHalo) {
-      DrawWithHalo(painter, font, text, Qt::AlignLeft, entry->text, page.look.canvas);
-    } else {
-      DrawTabular(painter, font, text, Qt::AlignLeft, entry->text);
-    }
+    DrawTabular(painter, font, text, Qt::AlignLeft, entry->text);
     PaintSwatch(painter, *entry, left - kGap - kSwatch, place.center().y());
     right = left - kGap - kSwatch - kApart;
   }
@@ -76,18 +72,14 @@ void PaintLegend(QPainter& painter, const PlotPage& page) {
   const QRectF& line = page.layout.titleLine;
   painter.setPen(page.look.muted);
   DrawTabular(painter, page.fonts.small, line, Qt::AlignLeft, page.scene.panes.front().title);
-  if (page.scene.panes.size() == 1) {
-    const double title = TabularWidth(page.fonts.small, page.scene.panes.front().title);
-    const QRectF place(line.left() + title + kApart, line.top(),
-                       page.layout.panes.front().canvas.right() - line.left() - title - kApart,
-                       line.height());
-    PaintEntries(painter, page, Entries(page, page.scene.panes.front()), place, false);
-    return;
-  }
+  // The first pane's beside the title, the others' in the gap above them.
   for (std::size_t i = 0; i < page.layout.panes.size(); ++i) {
     const QRectF& canvas = page.layout.panes[i].canvas;
-    const QRectF place(canvas.left() + 8, canvas.top() + 4, canvas.width() - 16, line.height());
-    PaintEntries(painter, page, Entries(page, page.scene.panes[i]), place, true);
+    const double top = i == 0 ? line.top() : canvas.top() - kPaneGap + 1;
+    const double title = TabularWidth(page.fonts.small, page.scene.panes[i].title) + kApart;
+    const double left = i == 0 ? line.left() + title : canvas.left();
+    const QRectF place(left, top, canvas.right() - left, i == 0 ? line.height() : kPaneGap - 2);
+    PaintEntries(painter, page, Entries(page, page.scene.panes[i]), place);
   }
 }
 

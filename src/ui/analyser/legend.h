@@ -8,7 +8,7 @@
 
 namespace kestrel {
 
-// Outside the data: title left, traces right. Stacked panes name their own traces in their corner.
+// Outside the data: title left, traces right; each of stacked panes has a line of its own above it.
 void PaintLegend(QPainter& painter, const PlotPage& page);
 
 }  // namespace kestrel

@@ -17,7 +17,6 @@ constexpr double kTickGap = 4;     // between a tick and its label
 constexpr double kRightEdge = 28;  // half of the last label
 constexpr double kUpApart = 24;    // least distance of vertical labels
 constexpr double kAcrossApart = 60;
-constexpr double kPaneGap = 20;
 constexpr double kLeastCanvas = 24;
 
 double Snapped(double value, double ratio) {
@@ -34,6 +33,16 @@ void TakeAll(const std::vector<double>& x, const std::vector<double>& y, double 
   for (std::size_t i = 0; i < std::min(x.size(), y.size()); ++i) {
     if (x[i] >= from) Take(y[i], kind, range);
   }
+}
+
+// The largest value and above it room for the label of its peak.
+double WithRoomAbove(const PlotRange& values, AxisKind kind) {
+  constexpr double kPart = 0.15;
+  if (kind == AxisKind::Logarithmic) {
+    return values.high * std::pow(std::max(values.high / values.low, 10.0), kPart);
+  }
+  const double low = kind == AxisKind::Linear ? std::min(values.low, 0.0) : values.low;
+  return values.high + (values.high - low) * kPart;
 }
 
 double WidestLabel(const std::vector<AxisTick>& ticks, const LookFonts& fonts) {
@@ -123,6 +132,7 @@ PlotRange FittingRange(const PlotScene& scene, const PlotPane& pane) {
   if (pane.crowd) {
     for (const auto& y : pane.crowd->y) TakeAll(pane.crowd->x, y, from, pane.up, values);
   }
+  if (!pane.peaks.empty()) values.high = WithRoomAbove(values, pane.up);
   return RangeFor(values.low, values.high, pane.up);
 }
 

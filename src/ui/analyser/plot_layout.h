@@ -13,6 +13,9 @@
 
 namespace kestrel {
 
+// Between two stacked canvases, in pixels; holds a line of the legend.
+inline constexpr double kPaneGap = 22;
+
 // What part of the data is shown.
 struct PlotRanges {
   PlotRange across;

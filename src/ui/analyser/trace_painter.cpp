@@ -5,6 +5,7 @@
 #include <QPolygonF>
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <span>
 
 #include "plot/crowd.h"
@@ -17,6 +18,7 @@ constexpr double kFadingFill = 0.22;
 constexpr double kCrowdShade = 0.30;
 constexpr double kDashOn = 3;
 constexpr double kDashOff = 2;
+constexpr double kDot = 4;  // across
 
 double WidthOf(TraceStyle style) {
   return style == TraceStyle::Live ? 1.5 : style == TraceStyle::Held ? 1 : 1.25;
@@ -62,6 +64,14 @@ std::vector<PlotLine> Dashed(const std::vector<PlotLine>& lines, double width, d
   return dashes;
 }
 
+// Between two gaps: a dot, or nobody would see them.
+std::vector<PlotLine> LonePoints(const std::vector<PlotLine>& lines) {
+  std::vector<PlotLine> lone;
+  std::copy_if(lines.begin(), lines.end(), std::back_inserter(lone),
+               [](const PlotLine& line) { return line.size() == 1; });
+  return lone;
+}
+
 void AddTrace(const PlotPage& page, const CanvasMaps& maps, const PlotTrace& trace,
               std::vector<Stroke>& strokes) {
   const std::span<const double> x(trace.x);
@@ -83,7 +93,11 @@ void AddTrace(const PlotPage& page, const CanvasMaps& maps, const PlotTrace& tra
   }
   stroke.isFilled = trace.isFilled;
   if (trace.isFilled) stroke.fill = FillOf(maps);
-  strokes.push_back(std::move(stroke));
+  strokes.push_back(stroke);
+  stroke.lines = LonePoints(stroke.lines);
+  stroke.width = kDot * page.layout.ratio;
+  stroke.isFilled = false;
+  if (!stroke.lines.empty()) strokes.push_back(std::move(stroke));
 }
 
 CrowdColumns CrowdOf(const PlotCrowd& crowd, const CanvasMaps& maps) {

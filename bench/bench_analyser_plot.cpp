@@ -1,0 +1,193 @@
+// What the analyser's plot costs: many traces over the full height beside a well-known plot
+// library, zooming and panning over many records. SPDX-License-Identifier: MIT
+#include <qcustomplot.h>
+
+#include <QApplication>
+#include <algorithm>
+#include <ctime>
+#include <functional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "figure.h"
+#include "ui/analyser/analyser_plot.h"
+
+namespace {
+
+constexpr int kPoints = 256;
+constexpr int kRounds = 15;
+constexpr double kFrameMs = 16;
+constexpr QSize kUsual{1600, 900};
+constexpr QSize kFine{3840, 2160};
+
+using Values = std::vector<std::vector<double>>;
+
+// Every value anywhere between 0 and 1: long, steep segments.
+Values FullHeight(int traces) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> value(0, 1);
+  Values values(static_cast<std::size_t>(traces), std::vector<double>(kPoints));
+  for (auto& trace : values)
+    std::generate(trace.begin(), trace.end(), [&] { return value(random); });
+  return values;
+}
+
+// Alternately at either end: the longest segments there can be.
+Values Sawtooth(int traces) {
+  Values values = FullHeight(traces);
+  for (auto& trace : values) {
+    for (std::size_t i = 0; i < trace.size(); ++i) {
+      trace[i] = i % 2 == 0 ? trace[i] * 0.02 : 1 - trace[i] * 0.02;
+    }
+  }
+  return values;
+}
+
+// A noise floor with a few lines, as a machine has it.
+Values Machine(int records) {
+  Values values = FullHeight(records);
+  for (auto& record : values) {
+    for (std::size_t i = 0; i < record.size(); ++i) {
+      record[i] = 0.01 + 0.02 * record[i] + (i % 42 == 20 ? 0.7 * record[i] : 0);
+    }
+  }
+  return values;
+}
+
+// Of the processor's time, which other work on the machine does not add to; all is done in one
+// thread.
+double SpentMs() {
+  return 1000.0 * static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+double MedianMs(const std::function<void()>& work, int rounds = kRounds) {
+  std::vector<double> taken;
+  for (int i = 0; i < rounds; ++i) {
+    const double start = SpentMs();
+    work();
+    taken.push_back(SpentMs() - start);
+  }
+  const auto middle = taken.begin() + rounds / 2;
+  std::nth_element(taken.begin(), middle, taken.end());
+  return *middle;
+}
+
+std::vector<double> Bins() {
+  std::vector<double> x;
+  for (int i = 0; i < kPoints; ++i) x.push_back(i);
+  return x;
+}
+
+kestrel::PlotScene Scene(const Values& values, kestrel::TraceStyle style) {
+  kestrel::PlotScene scene;
+  scene.across.title = "Frequency, Hz";
+  scene.across.whole = {0, kPoints - 1};
+  scene.panes.resize(1);
+  scene.panes[0].range = kestrel::PlotRange{0, 1};
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    kestrel::PlotTrace trace;
+    trace.ink = static_cast<kestrel::PlotInk>(i % 3);
+    trace.style = style;
+    trace.x = Bins();
+    trace.y = values[i];
+    scene.panes[0].traces.push_back(std::move(trace));
+  }
+  return scene;
+}
+
+void Show(QWidget& widget, QSize size) {
+  widget.resize(size);
+  widget.show();
+  for (int i = 0; i < 5; ++i) QApplication::processEvents();
+}
+
+// The library's own cheapest antialiased pen.
+double PeerMs(const Values& values, QSize size) {
+  QCustomPlot plot;
+  plot.setAntialiasedElements(QCP::aeAll);
+  QVector<double> x;
+  for (const double bin : Bins()) x << bin;
+  for (const auto& trace : values) {
+    QCPGraph* graph = plot.addGraph();
+    graph->setPen(QPen(QColor(0, 95, 168), 0));
+    graph->setData(x, QVector<double>(trace.begin(), trace.end()), true);
+  }
+  plot.xAxis->setRange(0, kPoints - 1);
+  plot.yAxis->setRange(0, 1);
+  Show(plot, size);
+  plot.replot(QCustomPlot::rpImmediateRefresh);
+  return MedianMs([&] { plot.replot(QCustomPlot::rpImmediateRefresh); });
+}
+
+// From the record in hand to the screen: layout, ground and traces drawn anew each time.
+double OursMs(const Values& values, QSize size) {
+  kestrel::AnalyserPlot plot;
+  Show(plot, size);
+  const kestrel::PlotScene scene = Scene(values, kestrel::TraceStyle::Live);
+  return MedianMs([&] {
+    plot.SetScene(scene);
+    plot.repaint();
+  });
+}
+
+void Compare(const char* what, const Values& values, QSize size) {
+  const double peer = PeerMs(values, size);
+  const double ours = OursMs(values, size);
+  const std::string name = "analyser: " + std::to_string(values.size()) + " x 256 points, " + what +
+                           ", " + std::to_string(size.width()) + " x " +
+                           std::to_string(size.height()) + ", 1.5 px antialiased";
+  kestrel::Print(
+      {.name = name,
+       .measured = kestrel::Amount(ours, 1, "ms"),
+       .peer = "QCustomPlot, cheapest antialiased pen: " + kestrel::Amount(peer, 1, "ms"),
+       .ratio = ours / peer,
+       .promise = "at most 1 x",
+       .kept = ours <= peer});
+}
+
+void Frames(const char* what, const kestrel::PlotScene& scene) {
+  kestrel::AnalyserPlot plot;
+  Show(plot, kUsual);
+  plot.SetScene(scene);
+  int step = 0;
+  const int before = plot.TracePaints();
+  const double zoom = MedianMs([&] {
+    plot.ZoomAcross(step++ % 10 < 5 ? 1.2 : 1 / 1.2);
+    plot.repaint();
+  });
+  const double pan = MedianMs([&] {
+    const double low = 20 + step++ % 10;
+    plot.ShowAcross({low, low + 150});
+    plot.repaint();
+  });
+  const double worst = std::max(zoom, pan);
+  const bool isDrawn = plot.TracePaints() >= before + 2 * kRounds;
+  kestrel::Print({.name = std::string("analyser: zoom and pan, 100 overlaid records, ") + what,
+                  .measured = kestrel::Amount(worst, 1, "ms") + " a frame",
+                  .promise = "at most 16 ms",
+                  .kept = isDrawn && worst <= kFrameMs});
+}
+
+kestrel::PlotScene CrowdScene(const Values& values) {
+  kestrel::PlotScene scene = Scene({}, kestrel::TraceStyle::Live);
+  scene.panes[0].crowd = kestrel::PlotCrowd{"100 records", kestrel::PlotInk::Z, Bins(), values};
+  return scene;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  for (const QSize size : {kUsual, kFine}) {
+    for (const int traces : {3, 50}) {
+      Compare("anywhere in the full height", FullHeight(traces), size);
+      Compare("end to end over the full height", Sawtooth(traces), size);
+    }
+  }
+  Frames("a line each, spectra", Scene(Machine(100), kestrel::TraceStyle::Held));
+  Frames("a line each, full height", Scene(FullHeight(100), kestrel::TraceStyle::Held));
+  Frames("least to largest and median, full height", CrowdScene(FullHeight(100)));
+  return 0;
+}
