@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "connection/start.h"
 
+#include <exception>
+#include <functional>
+#include <string>
+
 #include "app/config_file.h"
 #include "app/plot_scale.h"
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
-#include "numeric/runtime_error.h"
 #include "regmap/register_table.h"
 #include "transport/port_driver.h"
 
@@ -24,21 +27,50 @@ constexpr const char* kLoadingText =
     "\r\n"
     "  3 second trial delay.";
 
-// The loading window must be painted before the trials block the program.
+// Where not even the message can be shown, the start goes on all the same.
+void Tell(Messages& messages, const char* name, const char* reason) {
+  try {
+    messages.Show(std::string(name) + "\n" + reason);
+  } catch (...) {
+    return;
+  }
+}
+
+// One step of the start: a fault in it is told, and the next step is taken. Returns whether it was
+// taken to its end.
+bool Step(Core& core, const char* name, const std::function<void()>& step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception& error) {
+    Tell(core.seams.messages, name, error.what());
+  } catch (...) {
+    Tell(core.seams.messages, name, "An unknown fault");
+  }
+  return false;
+}
+
+// The loading window must be painted before the trials block the program. Where the trials fail,
+// because of a timer that stands still, the program can go on: the waits follow another clock.
 void MeasureDelay(Core& core, StartWindows& windows, bool quickStart) {
   DelayCalibrated = false;
   if (quickStart) {
     core.delay.SkipCalibration();
     return;
   }
-  windows.ShowLoading(std::string(kApplicationTitle) + "  ", kLoadingText);
-  core.seams.loop.Yield();
-  try {
-    core.delay.CalibrateDelay();
-  } catch (const RuntimeError& error) {
-    // A timer that stands still; the waits follow another clock, so the program can go on.
-    core.seams.messages.Show(std::string("CalibrateDelay\n") + error.what());
-  }
+  Step(core, "Main", [&] {
+    windows.ShowLoading(std::string(kApplicationTitle) + "  ", kLoadingText);
+    core.seams.loop.Yield();
+  });
+  Step(core, "CalibrateDelay", [&] { core.delay.CalibrateDelay(); });
+}
+
+void ChooseInterface(Core& core, std::int16_t interfaceWithoutConfig) {
+  bool chosen = false;
+  Step(core, "ReadConfigFile",
+       [&] { chosen = ReadConfigFile(core.seams.files, core.seams.messages); });
+  if (!chosen) InterfaceType = interfaceWithoutConfig;
+  if (!Step(core, "InitInterface", [&] { InitInterface(core); })) InterfaceType = kNoInterface;
 }
 
 }  // namespace
@@ -47,13 +79,10 @@ void Main(Core& core, StartWindows& windows, const StartOptions& options) {
   SetColours();
   MeasureDelay(core, windows, options.quickStart);
   SetStartDefaults();
-  if (!ReadConfigFile(core.seams.files, core.seams.messages)) {
-    InterfaceType = options.interfaceWithoutConfig;
-  }
-  InitInterface(core);
+  ChooseInterface(core, options.interfaceWithoutConfig);
   InitRegisterTable(core.registers);
-  windows.SetLoadingText(" ");
-  windows.HideLoading();
+  Step(core, "Main", [&] { windows.SetLoadingText(" "); });
+  Step(core, "Main", [&] { windows.HideLoading(); });
   PlotScale = 1.0;
   windows.ShowMainWindow();
 }

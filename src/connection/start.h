@@ -26,7 +26,9 @@ class StartWindows {
   virtual void ShowMainWindow() = 0;
 };
 
-// Starts the program, up to the main window on the screen.
+// Starts the program, up to the main window on the screen. Whatever is thrown before that is told
+// in a message that names the step, and the next step is taken; an interface that could not be
+// prepared is none.
 void Main(Core& core, StartWindows& windows, const StartOptions& options);
 
 // Prepares the interface that InterfaceType names; InterfaceType falls to 0 when there is none.

@@ -28,7 +28,8 @@ class DriverService {
   // Runs a command line to its end and returns its exit code.
   virtual std::int32_t RunAndWait(const std::string& commandLine) = 0;
 
-  // Why the ports cannot be had and what to do about it, where the system tells; empty otherwise.
+  // Why the ports cannot be had and what to do about it, where the system tells; empty when they
+  // can, or when it does not tell.
   [[nodiscard]] virtual std::string Explanation() { return {}; }
 };
 

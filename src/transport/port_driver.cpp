@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "transport/port_driver.h"
 
+#include <exception>
+#include <string>
+
 #include "app/program_state.h"
 
 namespace kestrel {
@@ -23,24 +26,36 @@ std::string InstallBatch(const std::string& folder) {
          Quoted(folder + "\\Giveio.sys") + "\r\n";
 }
 
-void ShowNotInstalled(DriverService& service, Messages& messages) {
-  messages.ShowExplained("The required I/O drivers could not be installed.", "Error",
-                         service.Explanation());
+// Why it failed, and what the system says of it.
+void ShowNotInstalled(DriverService& service, Messages& messages, const std::string& reason) {
+  const std::string explanation = service.Explanation();
+  messages.ShowExplained(
+      "The required I/O drivers could not be installed.", "Error",
+      reason + (reason.empty() || explanation.empty() ? "" : "\n") + explanation);
 }
 
-}  // namespace
-
-bool SetupGiveIO(DriverService& service, Messages& messages) {
+bool Install(DriverService& service) {
   if (service.ReadRegistryValue(kServiceKey, kStartValue) == kStartsWithSystem) return true;
   const std::string folder = service.ProgramFolder();
   const std::string batch = folder + "\\temp.bat";
   service.WriteBatchFile(batch, InstallBatch(folder));
   service.RunAndWait(Quoted(batch));
-  if (service.ReadRegistryValue(kServiceKey, kStartValue) == kStartsOnDemand) {
-    service.WriteRegistryValue(kServiceKey, kStartValue, kRegistryNumber, kStartsWithSystem);
-    return true;
+  if (service.ReadRegistryValue(kServiceKey, kStartValue) != kStartsOnDemand) return false;
+  service.WriteRegistryValue(kServiceKey, kStartValue, kRegistryNumber, kStartsWithSystem);
+  return true;
+}
+
+}  // namespace
+
+// A program's folder that cannot be written keeps the driver out, not the program.
+bool SetupGiveIO(DriverService& service, Messages& messages) {
+  std::string reason;
+  try {
+    if (Install(service)) return true;
+  } catch (const std::exception& error) {
+    reason = error.what();
   }
-  ShowNotInstalled(service, messages);
+  ShowNotInstalled(service, messages, reason);
   return false;
 }
 
@@ -49,7 +64,7 @@ void PreparePort(DriverService& service, PortIo& io, ParallelPort& port, Message
   const bool installed = SetupGiveIO(service, messages);
   io.giveio();
   PortReady = true;
-  if (installed && !port.IsHeld()) ShowNotInstalled(service, messages);
+  if (installed && !port.IsHeld()) ShowNotInstalled(service, messages, "");
   port.LptPortReset();
 }
 

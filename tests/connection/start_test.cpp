@@ -181,6 +181,21 @@ TEST_F(Start, ParallelPortWithoutItsDriverIsStillTried) {
   EXPECT_THAT(pins_.Log(), ElementsAre("giveio", "status=64", "wait 100", "0"));
 }
 
+// Where the user may not write beside the program, the installer's batch file cannot be written.
+TEST_F(Start, AProgramFolderThatCannotBeWrittenIsToldAndTheProgramStarts) {
+  service_.batchFault = "Access denied";
+  Config("Interface = 1\nPort Address = 888\n");
+  Run();
+  EXPECT_THAT(messages_.Texts(), ElementsAre("The required I/O drivers could not be installed."));
+  EXPECT_THAT(messages_.Titles(), ElementsAre("Error"));
+  EXPECT_THAT(messages_.explanations,
+              ElementsAre("C:\\Program Files\\Kestrel\\temp.bat: Access denied"));
+  EXPECT_EQ(journal_.Entries().back(), "main window");
+  EXPECT_EQ(InterfaceType, 1);
+  EXPECT_TRUE(PortReady);
+  EXPECT_THAT(pins_.Log(), ElementsAre("giveio", "status=64", "wait 100", "0"));
+}
+
 TEST_F(Start, AdapterGetsItsBitsThenItsSetup) {
   boards_.boards[0] = {};
   Config("Interface = 2\n");

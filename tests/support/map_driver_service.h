@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "numeric/runtime_error.h"
 #include "seams/driver_service.h"
 
 namespace kestrel {
@@ -18,6 +19,9 @@ class MapDriverService : public DriverService {
   std::map<std::string, std::string> registry;  // "key|name" to value
   std::string folder = "C:\\Program Files\\Kestrel";
   std::function<void()> whileRunning;  // what the installer does
+  std::int32_t exitCode = 0;           // of the installer
+  std::string explanation;
+  std::string batchFault;  // why no batch file can be written; empty when it can
 
   [[nodiscard]] std::string ReadRegistryValue(const std::string& key,
                                               const std::string& name) override {
@@ -32,13 +36,15 @@ class MapDriverService : public DriverService {
   }
   [[nodiscard]] std::string ProgramFolder() override { return folder; }
   void WriteBatchFile(const std::string& path, const std::string& content) override {
+    if (!batchFault.empty()) throw RuntimeError(path + ": " + batchFault);
     log_.push_back("batch " + path + "\n" + content);
   }
   std::int32_t RunAndWait(const std::string& commandLine) override {
     log_.push_back("run " + commandLine);
     if (whileRunning) whileRunning();
-    return 0;
+    return exitCode;
   }
+  [[nodiscard]] std::string Explanation() override { return explanation; }
 
   [[nodiscard]] const std::vector<std::string>& Log() const { return log_; }
 

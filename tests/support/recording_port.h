@@ -19,6 +19,9 @@ class RecordingPort : public PortIo {
  public:
   void giveio() override { log_.emplace_back("giveio"); }
 
+  [[nodiscard]] bool IsHeld(std::int16_t /*base*/) override { return held; }
+  bool held = true;
+
   void vbOut(std::int16_t port, std::int16_t value) override {
     EXPECT_TRUE(port == 888 || port == 889) << port;
     log_.push_back((port == 889 ? "status=" : "") + std::to_string(value));

@@ -99,6 +99,39 @@ TEST_F(ParallelPortChoice, ADriverThatCannotBeInstalledIsToldAndThePortStillChos
   EXPECT_TRUE(PortReady);
 }
 
+TEST_F(ParallelPortChoice, AProgramFolderThatCannotBeWrittenIsToldAndThePortStillChosen) {
+  service_.registry.clear();
+  service_.batchFault = "Access denied";
+  EXPECT_TRUE(choice_.cmdOK_Click("378"));
+  EXPECT_THAT(messages_.Texts(), ElementsAre("The required I/O drivers could not be installed."));
+  EXPECT_THAT(messages_.Titles(), ElementsAre("Error"));
+  EXPECT_THAT(messages_.explanations,
+              ElementsAre("C:\\Program Files\\Kestrel\\temp.bat: Access denied"));
+  EXPECT_TRUE(PortReady);
+  EXPECT_EQ(Config(), "Interface = 1\nPort Address = 888\nProductNumber = 31407\n");
+}
+
+// The driver is there, and yet the ports cannot be had: its libraries cannot be loaded.
+TEST_F(ParallelPortChoice, PortsThatCannotBeHadAreToldOnceWithTheReason) {
+  service_.explanation = "win95io.dll was not found.";
+  pins_.held = false;
+  EXPECT_TRUE(choice_.cmdOK_Click("378"));
+  EXPECT_THAT(messages_.Texts(), ElementsAre("The required I/O drivers could not be installed."));
+  EXPECT_THAT(messages_.Titles(), ElementsAre("Error"));
+  EXPECT_THAT(messages_.explanations, ElementsAre("win95io.dll was not found."));
+  EXPECT_TRUE(PortReady);
+}
+
+TEST_F(ParallelPortChoice, ADriverThatCannotBeInstalledAndLibrariesThatAreMissingAreToldTogether) {
+  service_.registry.clear();
+  service_.batchFault = "Access denied";
+  service_.explanation = "win95io.dll was not found.";
+  EXPECT_TRUE(choice_.cmdOK_Click("378"));
+  EXPECT_THAT(messages_.explanations,
+              ElementsAre("C:\\Program Files\\Kestrel\\temp.bat: Access denied\n"
+                          "win95io.dll was not found."));
+}
+
 TEST_F(ParallelPortChoice, AnAddressAboveTheSignBitKeepsItsDigits) {
   PortReady = true;
   EXPECT_TRUE(choice_.cmdOK_Click("fff8"));

@@ -5,7 +5,15 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <system_error>
 #include <vector>
+
+#include "platform/windows/system_files.h"
 
 #include "recorder.h"
 
@@ -45,6 +53,79 @@ TEST(PortLibrariesTest, TheLibrariesAreGivenBack) {
   }
   EXPECT_EQ(GetModuleHandleA("win95io.dll"), nullptr);
   EXPECT_EQ(GetModuleHandleA("giveio.dll"), nullptr);
+}
+
+std::string Content(const std::filesystem::path& file) {
+  std::ostringstream text;
+  text << std::ifstream(file, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+// A library in the program's folder while it exists.
+class LibraryFile {
+ public:
+  LibraryFile(const std::string& name, const std::string& content)
+      : path_(SystemFiles().ProgramFolder() / name) {
+    std::ofstream(path_, std::ios::binary) << content;
+  }
+  ~LibraryFile() {
+    std::error_code ignored;
+    std::filesystem::remove(path_, ignored);
+  }
+  LibraryFile(const LibraryFile&) = delete;
+  LibraryFile& operator=(const LibraryFile&) = delete;
+
+ private:
+  std::filesystem::path path_;
+};
+
+// The library of these tests, marked as made for the 32-bit processor.
+std::string ThirtyTwoBitLibrary() {
+  std::string content = Content(SystemFiles().ProgramFolder() / "win95io.dll");
+  IMAGE_DOS_HEADER start{};
+  std::memcpy(&start, content.data(), sizeof start);
+  const WORD machine = IMAGE_FILE_MACHINE_I386;
+  std::memcpy(content.data() + start.e_lfanew + sizeof(DWORD), &machine, sizeof machine);
+  return content;
+}
+
+TEST(PortLibrariesTest, WithBothLibrariesThereIsNoFault) {
+  PortLibraries port;
+  EXPECT_EQ(port.Fault(), "");
+  EXPECT_TRUE(port.IsHeld(888));
+}
+
+TEST(PortLibrariesTest, EachLibraryThatIsMissingIsNamed) {
+  PortLibraries port({.ports = "no ports.dll", .access = "no access.dll"});
+  EXPECT_EQ(port.Fault(),
+            "no ports.dll was not found. It belongs into the program's folder.\n"
+            "no access.dll was not found. It belongs into the program's folder.");
+  EXPECT_FALSE(port.IsHeld(888));
+  port.giveio();
+  port.vbOut(888, 5);
+  EXPECT_EQ(port.vbInp(889), 0xFF);
+}
+
+TEST(PortLibrariesTest, ALibraryForThirtyTwoBitProgramsIsToldAsSuch) {
+  const LibraryFile file("other kind.dll", ThirtyTwoBitLibrary());
+  PortLibraries port({.ports = "other kind.dll", .access = "giveio.dll"});
+  EXPECT_EQ(port.Fault(),
+            "other kind.dll is a library for 32-bit programs, and this is a 64-bit one. Put the "
+            "64-bit library into the program's folder, or use the USB adapter.");
+}
+
+TEST(PortLibrariesTest, AFileThatIsNoLibraryIsTold) {
+  const LibraryFile file("damaged.dll", std::string(5000, 'x'));
+  PortLibraries port({.ports = "damaged.dll", .access = "giveio.dll"});
+  EXPECT_EQ(port.Fault(), "damaged.dll is damaged or made for another kind of program.");
+}
+
+TEST(PortLibrariesTest, AnotherLibraryOfThisNameIsTold) {
+  PortLibraries port({.ports = "giveio.dll", .access = "win95io.dll"});
+  EXPECT_EQ(port.Fault(),
+            "giveio.dll has no function vbOut: it is another library of this name.\n"
+            "giveio.dll has no function vbInp: it is another library of this name.\n"
+            "win95io.dll has no function giveio: it is another library of this name.");
 }
 
 }  // namespace

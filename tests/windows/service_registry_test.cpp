@@ -37,7 +37,8 @@ class ServiceRegistryTest : public testing::Test {
     }
   }
 
-  ServiceRegistry service;
+  PortLibraries libraries;
+  ServiceRegistry service{libraries};
 };
 
 TEST_F(ServiceRegistryTest, WhatIsNotThereReadsAsNothing) {
@@ -85,6 +86,31 @@ TEST_F(ServiceRegistryTest, TheDriverIsInstalledByTheBatchFile) {
             "[giveio][remove]\r\n[giveio][" + folder + "\\Giveio.sys]\r\n");
   EXPECT_EQ(service.ReadRegistryValue(kServiceKey, "Start"), "2");
   EXPECT_TRUE(messages.Texts().empty());
+}
+
+// The batch file's place is taken by a folder, which no file can replace.
+TEST_F(ServiceRegistryTest, ABatchFileThatCannotBeWrittenIsToldWithTheReason) {
+  RecordingMessages messages;
+  const std::string batch = service.ProgramFolder() + "\\temp.bat";
+  std::filesystem::create_directories(batch + "\\taken");
+  SetupGiveIO(service, messages);
+  std::filesystem::remove_all(batch);
+  EXPECT_EQ(messages.Texts(),
+            std::vector<std::string>{"The required I/O drivers could not be installed."});
+  EXPECT_EQ(messages.Titles(), std::vector<std::string>{"Error"});
+  ASSERT_EQ(messages.explanations.size(), 1U);
+  EXPECT_NE(messages.explanations[0].find(batch + ": "), std::string::npos)
+      << messages.explanations[0];
+  EXPECT_EQ(service.ReadRegistryValue(kServiceKey, "Start"), "");
+}
+
+TEST_F(ServiceRegistryTest, LibrariesThatCannotBeLoadedAreExplained) {
+  PortLibraries missing({.ports = "no such library.dll", .access = "giveio.dll"});
+  ServiceRegistry unable(missing);
+  unable.WriteRegistryValue(kServiceKey, "Start", kRegistryNumber, "2");
+  EXPECT_EQ(unable.Explanation(),
+            "no such library.dll was not found. It belongs into the program's folder.");
+  EXPECT_EQ(service.Explanation(), "");
 }
 
 TEST_F(ServiceRegistryTest, ADriverThatStartsWithTheSystemIsLeftAlone) {

@@ -1,8 +1,13 @@
-// Kestrel evaluation program
+// Loading the port libraries, and saying in words why one cannot be used.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/port_libraries.h"
 
 #include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <system_error>
 
 namespace kestrel {
 namespace {
@@ -14,6 +19,58 @@ Function Find(void* library, const char* name) {
   if (library == nullptr) return nullptr;
   return reinterpret_cast<Function>(
       reinterpret_cast<void*>(GetProcAddress(static_cast<HMODULE>(library), name)));
+}
+
+// The processor that a library was made for, from its header; 0 when it cannot be told.
+WORD MachineOf(const std::string& name) {
+  const HMODULE file = LoadLibraryExA(name.c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+  if (file == nullptr) return 0;
+  // The system marks what is mapped as data in the lowest bits of the handle.
+  const auto* base = reinterpret_cast<const std::byte*>(reinterpret_cast<std::uintptr_t>(file) &
+                                                        ~std::uintptr_t{3});
+  IMAGE_DOS_HEADER start{};
+  std::memcpy(&start, base, sizeof start);
+  WORD machine = 0;
+  std::memcpy(&machine, base + start.e_lfanew + sizeof(DWORD), sizeof machine);
+  FreeLibrary(file);
+  return machine;
+}
+
+std::string WhyNotLoaded(const std::string& name, DWORD error) {
+  if (error == ERROR_MOD_NOT_FOUND) {
+    return name + " was not found. It belongs into the program's folder.";
+  }
+  if (error == ERROR_BAD_EXE_FORMAT && MachineOf(name) == IMAGE_FILE_MACHINE_I386) {
+    return name + " is a library for 32-bit programs, and this is a 64-bit one. Put the 64-bit " +
+           "library into the program's folder, or use the USB adapter.";
+  }
+  if (error == ERROR_BAD_EXE_FORMAT) {
+    return name + " is damaged or made for another kind of program.";
+  }
+  return name + " cannot be loaded: " +
+         std::error_code(static_cast<int>(error), std::system_category()).message();
+}
+
+std::string WhyNoFunction(const std::string& name, const char* function) {
+  return name + " has no function " + function + ": it is another library of this name.";
+}
+
+void Append(std::string& text, const std::string& line) {
+  text += (text.empty() ? "" : "\n") + line;
+}
+
+void* LoadOrTell(const std::string& name, std::string& fault) {
+  void* library = LoadLibraryA(name.c_str());
+  if (library == nullptr) Append(fault, WhyNotLoaded(name, GetLastError()));
+  return library;
+}
+
+template <typename Function>
+Function FindOrTell(void* library, const std::string& name, const char* function,
+                    std::string& fault) {
+  const auto found = Find<Function>(library, function);
+  if (library != nullptr && found == nullptr) Append(fault, WhyNoFunction(name, function));
+  return found;
 }
 
 void Free(void* library) {
@@ -30,11 +87,16 @@ PortLibraries::~PortLibraries() {
 void PortLibraries::Load() {
   if (tried_) return;
   tried_ = true;
-  ports_ = LoadLibraryA("win95io.dll");
-  out_ = Find<Out>(ports_, "vbOut");
-  inp_ = Find<Inp>(ports_, "vbInp");
-  access_ = LoadLibraryA("giveio.dll");
-  giveio_ = Find<GiveIo>(access_, "giveio");
+  ports_ = LoadOrTell(names_.ports, fault_);
+  out_ = FindOrTell<Out>(ports_, names_.ports, "vbOut", fault_);
+  inp_ = FindOrTell<Inp>(ports_, names_.ports, "vbInp", fault_);
+  access_ = LoadOrTell(names_.access, fault_);
+  giveio_ = FindOrTell<GiveIo>(access_, names_.access, "giveio", fault_);
+}
+
+const std::string& PortLibraries::Fault() {
+  Load();
+  return fault_;
 }
 
 void PortLibraries::giveio() {

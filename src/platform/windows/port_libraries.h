@@ -1,24 +1,38 @@
-// Kestrel evaluation program
+// The parallel port through the libraries win95io.dll and giveio.dll.
 // SPDX-License-Identifier: MIT
 #pragma once
+
+#include <string>
+#include <utility>
 
 #include "seams/port_io.h"
 
 namespace kestrel {
 
-// The parallel port through win95io.dll and giveio.dll, which are looked for when first needed: in
-// the program's folder, then where the system looks. Without them every input reads as open and
-// nothing is put out.
+// The parallel port through two libraries, which are looked for when first needed: in the program's
+// folder, then where the system looks. Without them every input reads as open and nothing is put
+// out; Fault tells why.
 class PortLibraries : public PortIo {
  public:
+  struct Names {
+    std::string ports = "win95io.dll";
+    std::string access = "giveio.dll";
+  };
+
   PortLibraries() = default;
+  explicit PortLibraries(Names names) : names_(std::move(names)) {}
   ~PortLibraries() override;
   PortLibraries(const PortLibraries&) = delete;
   PortLibraries& operator=(const PortLibraries&) = delete;
 
   void giveio() override;
+  // Whether both libraries can be used.
+  [[nodiscard]] bool IsHeld(std::int16_t /*base*/) override { return Fault().empty(); }
   void vbOut(std::int16_t port, std::int16_t value) override;
   [[nodiscard]] std::int16_t vbInp(std::int16_t port) override;
+
+  // Which library cannot be used, why, and what to do about it, a line each; empty when both can.
+  [[nodiscard]] const std::string& Fault();
 
  private:
   // As the libraries export them; their callers clear the stack on 32-bit systems only.
@@ -28,6 +42,8 @@ class PortLibraries : public PortIo {
 
   void Load();
 
+  Names names_;
+  std::string fault_;
   bool tried_ = false;
   void* ports_ = nullptr;
   void* access_ = nullptr;

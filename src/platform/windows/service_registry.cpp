@@ -1,8 +1,11 @@
-// Kestrel evaluation program
+// The registry's values as texts, and commands run to their end without a window.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/service_registry.h"
 
 #include <windows.h>
+
+// After windows.h, which it builds on.
+#include <shlobj.h>
 
 #include <array>
 #include <cstring>
@@ -91,6 +94,19 @@ std::string ServiceRegistry::ProgramFolder() {
 
 void ServiceRegistry::WriteBatchFile(const std::string& path, const std::string& content) {
   SystemFiles().ReplaceWhole(path, content);
+}
+
+std::string ServiceRegistry::Explanation() {
+  const bool installed =
+      ReadRegistryValue("SYSTEM\\CurrentControlSet\\Services\\giveio", "Start") == "2";
+  std::string text = libraries_.Fault();
+  if (!installed && IsUserAnAdmin() == 0) {
+    text += (text.empty() ? "" : "\n") +
+            std::string(
+                "Installing the driver takes an administrator's rights: start the program "
+                "as administrator once.");
+  }
+  return text;
 }
 
 std::int32_t ServiceRegistry::RunAndWait(const std::string& commandLine) {

@@ -1,7 +1,8 @@
-// Kestrel evaluation program
+// Registry, batch files and processes, for the set-up of the port-access driver.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/windows/port_libraries.h"
 #include "seams/driver_service.h"
 
 namespace kestrel {
@@ -9,6 +10,8 @@ namespace kestrel {
 // The system's registry and processes, as the set-up of the port-access driver needs them.
 class ServiceRegistry : public DriverService {
  public:
+  explicit ServiceRegistry(PortLibraries& libraries) : libraries_(libraries) {}
+
   [[nodiscard]] std::string ReadRegistryValue(const std::string& key,
                                               const std::string& name) override;
   // Nothing is written where the user may not.
@@ -19,6 +22,12 @@ class ServiceRegistry : public DriverService {
   void WriteBatchFile(const std::string& path, const std::string& content) override;
   // -1 when the command cannot be started.
   std::int32_t RunAndWait(const std::string& commandLine) override;
+  // Why the libraries cannot be used, and that installing the driver takes an administrator where
+  // it is missing and the user is none.
+  [[nodiscard]] std::string Explanation() override;
+
+ private:
+  PortLibraries& libraries_;
 };
 
 }  // namespace kestrel

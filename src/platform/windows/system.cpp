@@ -24,7 +24,7 @@ struct System::Parts {
   kestrel::SystemLocale locale;
   EzusbDriver usb;
   PortLibraries port;
-  ServiceRegistry service;
+  ServiceRegistry service{port};
 };
 
 // The port libraries take addresses, and say nothing of ports that cannot be had.
