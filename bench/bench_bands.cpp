@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What reading and writing all alarm bands costs beside the sensor's own waits.
 // SPDX-License-Identifier: MIT
 // How long the alarm editor takes to read and to write all bands beside the waits that the sensor
 // needs, over the simulated adapter, whose bus takes no time.

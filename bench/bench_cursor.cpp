@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What one move of the pointer over the plot costs until it is painted.
 // SPDX-License-Identifier: MIT
 // What one move of the pointer over the plot costs, until read-outs and cross-hair are painted, in
 // the real main window with a time record on the screen.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What a data-log file costs against one plain write of the same bytes.
 // SPDX-License-Identifier: MIT
 // What a data-log file of a time record costs, against one plain write of the same bytes that is
 // brought to the same disk: that of the temporary folder, which TMPDIR names.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How late a wait returns, and what a long one costs.
 // SPDX-License-Identifier: MIT
 // How late WaitUntil returns, and what a long wait costs. Run it idle, then beside busy processes.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What one move costs while a band or a level is dragged over the plot.
 // SPDX-License-Identifier: MIT
 // What one move of the pointer costs while it drags an alarm band, or an alarm level, over the
 // plot: until lines, labels, read-outs and cross-hair are painted, in the real main window.

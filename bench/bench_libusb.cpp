@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What a register read costs beside the bare calls of libusb.
 // SPDX-License-Identifier: MIT
 
 // Prints what a register read through the adapter driver costs beside the bare libusb calls on the

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What redrawing three traces costs against a bare painter.
 // SPDX-License-Identifier: MIT
 // What it costs to redraw three traces of 512 points, against a bare painter that draws the same
 // polylines with the same kind of pen onto the same kind of pixmap.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How many system calls a frame over the parallel port costs.
 // SPDX-License-Identifier: MIT
 // How many system calls a frame over the parallel port costs, counted by a mock port, beside the
 // accesses to the port's registers that make it up. Run it by umockdev-wrapper.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How many words a second the simulated sensor answers, and what a spectrum costs it.
 // SPDX-License-Identifier: MIT
 
 // Prints how many SPI words a second the simulated sensor answers, alone and through the adapter,

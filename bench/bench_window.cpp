@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the whole program costs: start-up, read-out, waiting, memory.
 // SPDX-License-Identifier: MIT
 // What the whole program costs: start-up beside an empty window of the toolkit, a read-out beside
 // the waits it must make, processor time while a capture is waited for, and memory.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A figure that the program promises, as a row of the table that bench/run prints.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Moves of the pointer over a plot, counted and timed until painted.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The program over the simulated sensor, as its entry point builds it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

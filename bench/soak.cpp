@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Ten thousand logged captures on end, watched for memory and lost records.
 // SPDX-License-Identifier: MIT
 // Ten thousand logged captures on end, spectra and time records by turns, through the logic without
 // windows, in simulated time. Memory must not grow, and every file must be whole.

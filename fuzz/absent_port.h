@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A computer without a parallel port and without a way to a driver for one.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary requests to the simulated adapter.
 // SPDX-License-Identifier: MIT
 // Arbitrary requests, command blocks of arbitrary lengths among them, to the simulated adapter.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary bytes read as an alarm file.
 // SPDX-License-Identifier: MIT
 // Reads arbitrary bytes as an alarm file.
 

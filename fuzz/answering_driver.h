@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Boards that answer every request with what the input says.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary edits, pastes, drags and steps of the history on the band table.
 // SPDX-License-Identifier: MIT
 // Arbitrary texts typed into and pasted over the band editor's cells, drags on the plot, and steps
 // back and forth between them.

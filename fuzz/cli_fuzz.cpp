@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary arguments to the command-line program.
 // SPDX-License-Identifier: MIT
 // Arbitrary arguments to the command-line program, on the simulated sensor or on a computer
 // without any, with files in memory.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary bytes read as CommPort.cfg.
 // SPDX-License-Identifier: MIT
 // Reads arbitrary bytes as CommPort.cfg.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A clock that counts how often it is asked.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An input that a target consumes from its beginning.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary texts where numbers are typed, and arbitrary numbers formatted.
 // SPDX-License-Identifier: MIT
 // Arbitrary texts where a number, a word, frames or a file name is typed, and arbitrary numbers
 // formatted.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary settings in the place of the system's list of parallel ports.
 // SPDX-License-Identifier: MIT
 // Arbitrary settings in the place of those in which the system tells its parallel ports: one a
 // line, the name of its folder and a blank before its base address.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What must always hold; the program ends where it does not.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The system's USB library played by an input.
 // SPDX-License-Identifier: MIT
 #include "scripted_libusb.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Devices on a bus as an input describes them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary SPI words to the simulated sensor, with arbitrary pauses.
 // SPDX-License-Identifier: MIT
 // Arbitrary SPI words to the simulated sensor, with arbitrary pauses between them.
 

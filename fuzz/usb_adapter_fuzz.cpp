@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Adapter boards that answer with arbitrary bytes, under all the program asks of them.
 // SPDX-License-Identifier: MIT
 // Adapter boards that answer with arbitrary bytes, under everything the program asks of them.
 

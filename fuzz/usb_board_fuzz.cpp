@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arbitrary USB devices, and arbitrary requests to those that count as boards.
 // SPDX-License-Identifier: MIT
 // Arbitrary USB devices, and arbitrary requests to those that count as adapter boards.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The length of a text in units of UTF-16.
 // SPDX-License-Identifier: MIT
 #pragma once
 

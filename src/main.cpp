@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // Entry point of the desktop program: reads the command line, makes the seams and starts.
+// SPDX-License-Identifier: MIT
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every picture of the documents, with how it is drawn.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Draws the documents' pictures from the real windows over the simulated sensor.
 // SPDX-License-Identifier: MIT
 // Draws the documents' pictures from the real windows over the simulated sensor, into a folder:
 // kestrel_pictures FOLDER. Sharpness follows QT_SCALE_FACTOR.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading CommPort.cfg line by line, with a word about the first wrong line, and writing it whole.
 // SPDX-License-Identifier: MIT
 #include "app/config_file.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The interface selection kept between runs in CommPort.cfg.
 // SPDX-License-Identifier: MIT
 #pragma once
 

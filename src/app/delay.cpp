@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The loop's calibration against the timer of the day, and waits on the monotonic clock.
 // SPDX-License-Identifier: MIT
 #include "app/delay.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Short waits between register accesses, and what the calibration at the start reports.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The rules that several systems make for the name of a file.
 // SPDX-License-Identifier: MIT
 #include "app/file_name.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Whether a text can be the name of a file on every system.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Files with a folder of choice in the place of the program's own.
 // SPDX-License-Identifier: MIT
 #pragma once
 

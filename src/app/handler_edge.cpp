@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Running a handler: refused, run, its fault shown, followed up.
 // SPDX-License-Identifier: MIT
 #include "app/handler_edge.h"
 

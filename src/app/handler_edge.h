@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The edge of every window's handlers: where run-time errors end, and who may start when.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The start value of PlotScale.
 // SPDX-License-Identifier: MIT
 #include "app/plot_scale.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// PlotScale: the plot's vertical full scale in g.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Start values of the program-wide state, and the six colours.
 // SPDX-License-Identifier: MIT
 #include "app/program_state.h"
 

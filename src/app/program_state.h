@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Program-wide state: interface, product, adapter settings, colours.
 // SPDX-License-Identifier: MIT
 #pragma once
 

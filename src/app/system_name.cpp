@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// From the system's version to the name that decides what it needs.
 // SPDX-License-Identifier: MIT
 #include "app/system_name.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// SystemName: the class of Windows that the program runs on, or takes its system for.
 // SPDX-License-Identifier: MIT
 #pragma once
 

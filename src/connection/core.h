@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Core: all outside effects, and the road to the sensor built over them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

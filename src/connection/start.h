@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The start of the program: Main, InitInterface, InitRegisterTable.
 // SPDX-License-Identifier: MIT
 #pragma once
 

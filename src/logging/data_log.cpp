@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Writing the data-log file of a capture under the next number.
 // SPDX-License-Identifier: MIT
 #include "logging/data_log.h"
 

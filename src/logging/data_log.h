@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Data-log files: whether, where and under which name captures are written.
 // SPDX-License-Identifier: MIT
 #pragma once
 

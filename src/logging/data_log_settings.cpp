@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the data-log window's handlers do with name, number and format.
 // SPDX-License-Identifier: MIT
 #include "logging/data_log_settings.h"
 

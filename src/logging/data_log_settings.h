@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the data-log settings window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

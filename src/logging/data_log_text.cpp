@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Header, flags and columns of a data-log file, to the letter.
 // SPDX-License-Identifier: MIT
 #include "logging/data_log_text.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The text of a data-log file, shaped by the user's locale.
 // SPDX-License-Identifier: MIT
 #pragma once
 

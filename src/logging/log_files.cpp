@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Finding the files of a series by their numbers.
 // SPDX-License-Identifier: MIT
 #include "logging/log_files.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which data-log file is next, and which earlier ones are in its way.
 // SPDX-License-Identifier: MIT
 #pragma once
 

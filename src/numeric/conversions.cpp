@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Rounding half to even, and the range checks behind each conversion.
 // SPDX-License-Identifier: MIT
 #include "numeric/conversions.h"
 

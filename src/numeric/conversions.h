@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Conversions of numbers to integers of 8, 16 and 32 bits.
 // SPDX-License-Identifier: MIT
 #pragma once
 

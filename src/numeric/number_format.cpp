@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Working out the digits of a number's text.
 // SPDX-License-Identifier: MIT
 #include "numeric/number_format.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Texts of numbers: general, fixed, grouped, hexadecimal.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Scanning a text for the number it begins with, or is as a whole.
 // SPDX-License-Identifier: MIT
 #include "numeric/number_parse.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Numbers out of texts: decimal and hexadecimal, leading or whole.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// RuntimeError: a fault of arithmetic or of a file that ends the handler it happens in.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The switch between the system's devices and simulated ones.
 // SPDX-License-Identifier: MIT
 #pragma once
 

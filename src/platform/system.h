@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The operating system behind the seams, whichever it is.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The three axes and their letters.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The start values of what the last capture delivered.
 // SPDX-License-Identifier: MIT
 #include "record/capture_data.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The last capture under its program-wide names.
 // SPDX-License-Identifier: MIT
 #pragma once
 

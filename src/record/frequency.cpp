@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sample frequencies worked out from the option.
 // SPDX-License-Identifier: MIT
 #include "record/frequency.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sample frequency and width of a bin at a sample-rate option.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// cBitFieldProp: one bit field of a register, described for display.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of all registers, in the order of the table's rows.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register table's contents, filled row by row.
 // SPDX-License-Identifier: MIT
 #include "regmap/register_table.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The table that says of each register where it is and how it decodes.
 // SPDX-License-Identifier: MIT
 #pragma once
 

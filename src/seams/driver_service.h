@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to registry, batch files and processes, for the port-access driver's set-up.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to the windowing toolkit's event loop and its one timer.
 // SPDX-License-Identifier: MIT
 #pragma once
 

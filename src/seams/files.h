@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to files and to the places they are kept in.
 // SPDX-License-Identifier: MIT
 #pragma once
 

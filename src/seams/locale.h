@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to the user's regional settings.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seam to the mouse pointer, and the hourglass as a guard.
 // SPDX-License-Identifier: MIT
 #pragma once
 

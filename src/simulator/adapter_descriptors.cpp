@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Descriptors of a board, byte by byte.
 // SPDX-License-Identifier: MIT
 #include "simulator/adapter_descriptors.h"
 

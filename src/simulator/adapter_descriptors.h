@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How a simulated adapter board presents itself on the bus.
 // SPDX-License-Identifier: MIT
 #pragma once
 

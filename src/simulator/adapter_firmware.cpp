@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Command blocks taken and answered by the adapter's microcontroller.
 // SPDX-License-Identifier: MIT
 #include "simulator/adapter_firmware.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The program in the adapter's microcontroller.
 // SPDX-License-Identifier: MIT
 #pragma once
 

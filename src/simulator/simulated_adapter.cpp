@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Boards plugged in and out, handles, and the driver's requests served by firmware.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_adapter.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver with up to four boards, all wired to one simulated sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A registry that knows the driver is installed, and counts what it is asked to change.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_driver_service.h"
 

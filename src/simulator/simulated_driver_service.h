@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A system on which the port-access driver is installed.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A bench with one sensor behind adapter and parallel port alike.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Pin values turned into frames, and answers into pin levels.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_port.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A parallel port with the simulated sensor's SPI lines on its pins.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// CommPort.cfg: read line by line, wrong lines named, written in order.
 // SPDX-License-Identifier: MIT
 #include "app/config_file.h"
 

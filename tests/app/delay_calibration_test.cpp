@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The trials of the delay's calibration on slow, fast and odd computers.
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

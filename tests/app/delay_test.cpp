@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Short waits: resolution, rounding, and which clock they follow.
 // SPDX-License-Identifier: MIT
 #include "app/delay.h"
 

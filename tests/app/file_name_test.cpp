@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which texts can be file names, and why others cannot.
 // SPDX-License-Identifier: MIT
 #include "app/file_name.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The folder of the user's files, in writable and read-only places.
 // SPDX-License-Identifier: MIT
 #include "seams/files.h"
 

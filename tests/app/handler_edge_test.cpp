@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Handlers that run, fail, are refused and are followed up.
 // SPDX-License-Identifier: MIT
 #include "app/handler_edge.h"
 

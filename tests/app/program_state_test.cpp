@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every program-wide name has its start value and comes back to it.
 // SPDX-License-Identifier: MIT
 #include "app/program_state.h"
 

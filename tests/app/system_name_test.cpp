@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Versions of the system and the names they get.
 // SPDX-License-Identifier: MIT
 #include "app/system_name.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The start of the program step by step, with each interface.
 // SPDX-License-Identifier: MIT
 #include "connection/start.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Whole captures through libusb and a mock board, with faults on the way.
 // SPDX-License-Identifier: MIT
 // Whole captures through libusb and a mock board, with faults on the way.
 

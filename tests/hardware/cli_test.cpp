@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The command-line program over mock boards and mock ports.
 // SPDX-License-Identifier: MIT
 // The command-line program over a board on a mock USB bus and over a mock parallel port.
 

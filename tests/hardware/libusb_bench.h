@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver on a mock bus, asked as the transport asks it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

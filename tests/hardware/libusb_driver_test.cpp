@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Finding and opening boards through libusb on a mock bus.
 // SPDX-License-Identifier: MIT
 // The adapter driver over libusb itself, which finds mock boards on a mock bus.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Commands and answers through libusb, whole and broken off.
 // SPDX-License-Identifier: MIT
 // Commands and answers through libusb and a mock board, whole and broken off.
 

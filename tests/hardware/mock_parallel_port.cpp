@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The port driver's calls, served by a mock device.
 // SPDX-License-Identifier: MIT
 #include "hardware/mock_parallel_port.h"
 

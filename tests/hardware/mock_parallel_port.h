@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Mock parallel ports with the sensor's lines on their pins.
 // SPDX-License-Identifier: MIT
 #pragma once
 

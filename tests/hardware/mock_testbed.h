@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Pieces that mock devices share: their place in the system, memory of requests.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Mock boards: descriptors, endpoints and transfers as the bus sees them.
 // SPDX-License-Identifier: MIT
 #include "hardware/mock_usb_bus.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A mock USB bus that boards are plugged into.
 // SPDX-License-Identifier: MIT
 #pragma once
 

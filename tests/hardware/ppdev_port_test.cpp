@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The parallel port through the system's driver, on mock ports and to a decoder.
 // SPDX-License-Identifier: MIT
 // The parallel port through the system's port driver, which finds mock ports.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows over libusb and a mock board.
 // SPDX-License-Identifier: MIT
 // The windows over libusb and a mock board.
 

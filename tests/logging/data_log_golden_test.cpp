@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Whole data-log files, byte for byte, in two locales.
 // SPDX-License-Identifier: MIT
 // Whole data-log files, byte for byte, in two locales. The files in golden/ come from
 // make_golden.py, which shares no code with the program.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The data-log settings window: names proposed, kept, refused.
 // SPDX-License-Identifier: MIT
 #include "logging/data_log_settings.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What stands in a data-log file, and when it is written.
 // SPDX-License-Identifier: MIT
 #include "logging/data_log.h"
 

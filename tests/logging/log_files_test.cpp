@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The next file of a series, and the files in its way.
 // SPDX-License-Identifier: MIT
 #include "logging/log_files.h"
 

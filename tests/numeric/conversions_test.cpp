@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Rounding and ranges of the integer conversions.
 // SPDX-License-Identifier: MIT
 #include "numeric/conversions.h"
 

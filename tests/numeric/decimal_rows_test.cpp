@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Number texts against rows worked out with decimal arithmetic.
 // SPDX-License-Identifier: MIT
 // Number texts against rows worked out by make_decimal_rows.py with decimal arithmetic.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How numbers show: digits, exponents, groups, hexadecimal.
 // SPDX-License-Identifier: MIT
 #include "numeric/number_format.h"
 

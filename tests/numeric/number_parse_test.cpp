@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which texts are numbers, and which number they are.
 // SPDX-License-Identifier: MIT
 #include "numeric/number_parse.h"
 

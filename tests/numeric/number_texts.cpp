@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Answers questions about number texts, one a line, for check_number_texts.py.
 // SPDX-License-Identifier: MIT
 // Answers questions about numbers, one a line, for check_number_texts.py.
 

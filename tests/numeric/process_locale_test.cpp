@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Number texts are the same whatever locale a toolkit gives the process.
 // SPDX-License-Identifier: MIT
 // Number texts are the same whatever locale a toolkit gives the process.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The system's list of its parallel ports.
 // SPDX-License-Identifier: MIT
 // The system's list of its parallel ports.
 

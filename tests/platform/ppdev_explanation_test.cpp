@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Why a parallel port cannot be had, on systems as found in the field.
 // SPDX-License-Identifier: MIT
 // Why a parallel port cannot be had, on systems as they are found in the field.
 

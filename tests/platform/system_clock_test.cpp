@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The system's clocks: never back, never early, hardly late.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system_clock.h"
 

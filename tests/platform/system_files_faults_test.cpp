@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A fault at every call that reading and replacing a file make of the system.
 // SPDX-License-Identifier: MIT
 // A fault at every call that reading and replacing a file make of the system.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Replacing files whole: permissions, links, full disks.
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The places of files, and reading and listing them.
 // SPDX-License-Identifier: MIT
 // Places and reading; replacing is in system_files_replace_test.cpp.
 #include "platform/linux/system_files.h"

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Regional settings from the environment.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system_locale.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sample frequencies and bin widths of the options.
 // SPDX-License-Identifier: MIT
 #include "record/frequency.h"
 

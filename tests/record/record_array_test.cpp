@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The arrays of 512 with their index checked.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

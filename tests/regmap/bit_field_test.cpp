@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The four values of a bit field's description.
 // SPDX-License-Identifier: MIT
 #include "regmap/bit_field.h"
 

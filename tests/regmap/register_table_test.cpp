@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's registers written down a second time, row by row.
 // SPDX-License-Identifier: MIT
 #include "regmap/register_table.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Turns sensor words into the user's texts, one question a line, for check_code_texts.py.
 // SPDX-License-Identifier: MIT
 // Turns the sensor's words into the texts that the user sees, one question a line, for
 // check_code_texts.py. The words take the whole road: frames, decoding, scaling, format.

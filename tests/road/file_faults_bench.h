@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The program's modules that write files, over the real disk in a folder of the test's.
 // SPDX-License-Identifier: MIT
 #pragma once
 

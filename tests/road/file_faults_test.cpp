@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Saving with a fault at every call of the disk: files stay whole.
 // SPDX-License-Identifier: MIT
 // The modules that write files, over the real disk, with a fault at every call that they make of
 // the system. A file is the earlier or the new one, whole, and a failure names it with the reason.

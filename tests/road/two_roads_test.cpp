@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Any frames reach the sensor as they are, over USB and over the port's pins alike.
 // SPDX-License-Identifier: MIT
 // Any frames reach the sensor as they are, over USB and over the pins of the port alike.
 

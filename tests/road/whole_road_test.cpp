@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Known vibrations measured through everything but the windows.
 // SPDX-License-Identifier: MIT
 // The whole road without windows: simulated vibration -> sensor -> adapter or port pins ->
 // registers

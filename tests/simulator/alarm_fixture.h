@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A sensor with one alarm band and tones around its thresholds.
 // SPDX-License-Identifier: MIT
 #pragma once
 

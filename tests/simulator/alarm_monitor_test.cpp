@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which alarms single spectra raise, band by band.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/alarm_monitor.h"
 

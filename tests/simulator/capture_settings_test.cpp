@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the record registers mean: periods, rates, durations.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/capture_settings.h"
 

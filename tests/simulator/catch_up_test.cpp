@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which captures are computed after a pause.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/catch_up.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The tests' own clock moves only when told.
 // SPDX-License-Identifier: MIT
 #include "support/fake_clock.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Operators new and delete that count what they hold.
 // SPDX-License-Identifier: MIT
 #include "simulator/heap_count.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How many bytes the test program holds at this moment.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The scenarios deliver what their names promise.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

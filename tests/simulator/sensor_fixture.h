@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A simulated sensor spoken to in frames, with addresses of its own.
 // SPDX-License-Identifier: MIT
 #pragma once
 

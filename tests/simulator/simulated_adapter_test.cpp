@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The simulated driver: opening, closing, requests, plugging.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_adapter.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Adapter and port of the simulated bench reach the same sensor.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_hardware.h"
 

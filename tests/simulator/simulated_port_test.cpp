@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Frames over the simulated port's pins.
 // SPDX-License-Identifier: MIT
 #include "simulator/simulated_port.h"
 

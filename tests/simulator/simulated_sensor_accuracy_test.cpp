@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Known sines come back with their amplitude, in every range and window.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm flags: latched, withdrawn, cleared, delayed.
 // SPDX-License-Identifier: MIT
 #include "simulator/alarm_fixture.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which records the alarm trigger stores.
 // SPDX-License-Identifier: MIT
 #include "simulator/alarm_fixture.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Tones above thresholds alarm on their axis and band only.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

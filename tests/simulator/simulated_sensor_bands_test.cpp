@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm bands saved to flash and read back.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// One capture: how long it takes, what it shows when.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

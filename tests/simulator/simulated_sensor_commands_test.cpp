@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What each bit of COMMAND does, and for how long.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// SPI frames: answers a frame later, bytes, masks.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

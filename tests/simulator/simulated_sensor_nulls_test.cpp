@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The null registers shift samples of their own axis.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

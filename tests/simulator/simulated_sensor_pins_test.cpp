@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// DIO1 and DIO2 as outputs, inputs, alarm lines, triggers and busy signs.
 // SPDX-License-Identifier: MIT
 #include <stdexcept>
 

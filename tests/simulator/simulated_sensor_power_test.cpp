@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A sensor that loses its power and gets it back.
 // SPDX-License-Identifier: MIT
 #include "simulator/alarm_fixture.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What holds for every tone, setting and moment, tried with seeded ones.
 // SPDX-License-Identifier: MIT
 // What holds for every tone, setting and moment.
 

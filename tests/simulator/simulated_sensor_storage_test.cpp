@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Records stored in flash and retrieved.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm of supply and temperature.
 // SPDX-License-Identifier: MIT
 #include "simulator/alarm_fixture.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Timer mode: periods, pauses, stops.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

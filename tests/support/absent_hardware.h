@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A computer without a board.
 // SPDX-License-Identifier: MIT
 #pragma once
 

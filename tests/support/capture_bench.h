@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The capture cycle over a scripted sensor, with all its views faked.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A locale with a decimal comma, made for the test.
 // SPDX-License-Identifier: MIT
 #pragma once
 

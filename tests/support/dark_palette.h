@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A dark theme as desktops have it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Environment variables set for one test and put back.
 // SPDX-License-Identifier: MIT
 #pragma once
 

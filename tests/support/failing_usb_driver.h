@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An adapter driver that hands on to another and fails where it is told to.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An overlay as it is shown, over a plot box without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A clock that moves only when told.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The data log's controls without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window's panels as the capture logic sees them, without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

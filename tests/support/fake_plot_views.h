@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The plot box and its labels without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

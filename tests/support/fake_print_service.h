@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A system's printers as the test wants them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A register window's controls without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

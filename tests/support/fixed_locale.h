@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Regional settings and a moment that stand still.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the fakes were told, in order, across all of them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Something done in a process of its own that may be killed.
 // SPDX-License-Identifier: MIT
 #pragma once
 

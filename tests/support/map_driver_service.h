@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A registry and a program folder in memory, every call kept.
 // SPDX-License-Identifier: MIT
 #pragma once
 

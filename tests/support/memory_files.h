@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Files kept in memory.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The test's process as an ordinary user, so that permissions count.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The system's settings of its parallel ports, in a folder of the test's.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Adapter boards that answer from a script and keep what they are sent.
 // SPDX-License-Identifier: MIT
 #pragma once
 

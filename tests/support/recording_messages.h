@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Message boxes that are dismissed at once, kept for the test.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The pointers shown, kept in order.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The port at 888 kept pin by pin, and the clock that notes waits beside them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

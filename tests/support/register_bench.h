@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A program in its start state that has found a board with a sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every program-wide name back to its start value.
 // SPDX-License-Identifier: MIT
 #pragma once
 

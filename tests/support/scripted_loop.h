@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An event loop in scripted time.
 // SPDX-License-Identifier: MIT
 #pragma once
 

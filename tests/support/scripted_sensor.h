@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A board with 128 bytes of registers behind it, every frame kept.
 // SPDX-License-Identifier: MIT
 #pragma once
 

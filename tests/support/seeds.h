@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Test input that looks random and is the same on every machine.
 // SPDX-License-Identifier: MIT
 #pragma once
 

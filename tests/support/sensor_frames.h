@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// SPI frames and addresses of the sensor, apart from the program's table.
 // SPDX-License-Identifier: MIT
 #pragma once
 

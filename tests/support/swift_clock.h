@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A clock that runs fast and skips what is waited for.
 // SPDX-License-Identifier: MIT
 #pragma once
 

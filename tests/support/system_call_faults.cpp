@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The wrapped calls of the file system, failing where they are told to.
 // SPDX-License-Identifier: MIT
 #include "support/system_call_faults.h"
 

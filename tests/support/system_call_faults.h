@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Faults of the operating system's file calls, one at a time.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A folder of the test's own, removed with all it holds.
 // SPDX-License-Identifier: MIT
 #pragma once
 

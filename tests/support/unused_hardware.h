@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Port and drivers that no test of this kind may touch.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver through the system's device calls to a simulated adapter.
 // SPDX-License-Identifier: MIT
 // Through the system's device calls and a kernel driver to a simulated adapter at the other end of
 // a loopback connection.

@@ -1,6 +1,5 @@
-/* Kestrel evaluation program
-   SPDX-License-Identifier: MIT
-   Stands for giveio.dll: counts the grants. */
+/* Stands for giveio.dll: counts the grants.
+   SPDX-License-Identifier: MIT */
 #include "recorder.h"
 
 static struct PortCall calls[kMostCalls];

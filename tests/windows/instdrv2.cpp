@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Stands for the installer of driver services: notes its arguments beside itself.
 // SPDX-License-Identifier: MIT
 // Stands for the installer of driver services: notes its arguments beside itself; an installation
 // enters the service with a start on demand.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The port libraries: loaded when needed, and in words why one cannot be.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/port_libraries.h"
 

@@ -1,6 +1,5 @@
-/* Kestrel evaluation program
-   SPDX-License-Identifier: MIT
-   What the libraries that stand for the port drivers tell about the calls they got. */
+/* What the libraries that stand for the port drivers tell about the calls they got.
+   SPDX-License-Identifier: MIT */
 #pragma once
 
 enum { kMostCalls = 256 };

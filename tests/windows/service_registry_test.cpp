@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Registry, batch file and processes of the driver's set-up.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/service_registry.h"
 

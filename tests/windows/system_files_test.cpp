@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Files written, replaced and read with the calls of Windows.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/system_files.h"
 

@@ -1,6 +1,5 @@
-/* Kestrel evaluation program
-   SPDX-License-Identifier: MIT
-   Stands for win95io.dll: records what is put out; an input reads its address's low byte. */
+/* Stands for win95io.dll: records what is put out; an input reads its address's low byte.
+   SPDX-License-Identifier: MIT */
 #include "recorder.h"
 
 static struct PortCall calls[kMostCalls];

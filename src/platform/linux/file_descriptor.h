@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An open file of the system, closed when its owner goes.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver's requests, one by one, as calls of libusb.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/libusb_driver.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver of Linux, over libusb.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading the parallel ports' numbers and addresses from the system's settings.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/parallel_ports.h"
 

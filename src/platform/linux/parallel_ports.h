@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of the system's parallel ports.
 // SPDX-License-Identifier: MIT
 #pragma once
 

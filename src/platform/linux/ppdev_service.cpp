@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The answers of a driver service that can neither be installed nor run.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/ppdev_service.h"
 

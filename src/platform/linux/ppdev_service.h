@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What stands for the port-access driver's service on Linux: the claimed port.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seams of Linux, made and handed out.
 // SPDX-License-Identifier: MIT
 #include "platform/system.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sleeping until shortly before a deadline and watching the rest, on Linux.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system_clock.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The clocks of Linux.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading, listing and replacing files whole, call by call of the system.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system_files.h"
 

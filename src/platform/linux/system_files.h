@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The disk of Linux, and the places the program keeps files in.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Asking the C library for the formats of the locale that the environment names.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/system_locale.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The regional settings of Linux, from the environment.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A board's descriptors and pipes, read and put into the adapter driver's form.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/usb_board.h"
 

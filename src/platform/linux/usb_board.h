@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// One adapter board on the bus: its endpoints and what it says of itself.
 // SPDX-License-Identifier: MIT
 #pragma once
 

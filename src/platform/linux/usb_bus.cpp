@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which devices on the buses are adapter boards, in which order.
 // SPDX-License-Identifier: MIT
 #include "platform/linux/usb_bus.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter boards that are attached at the moment.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Device calls with a time limit, cancelled when it is over.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/ezusb_driver.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter driver of Windows: device calls of the system.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The seams of Windows, made and handed out.
 // SPDX-License-Identifier: MIT
 #include "platform/system.h"
 

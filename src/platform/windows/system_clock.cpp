@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sleeping most of a wait and watching the rest, on Windows.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/system_clock.h"
 

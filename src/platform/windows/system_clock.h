@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The clocks of Windows.
 // SPDX-License-Identifier: MIT
 #pragma once
 

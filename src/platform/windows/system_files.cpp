@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading, listing and replacing files whole, with the calls of Windows.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/system_files.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Asking Windows for the user's formats.
 // SPDX-License-Identifier: MIT
 #include "platform/windows/system_locale.h"
 

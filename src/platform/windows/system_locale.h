@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The regional settings of Windows.
 // SPDX-License-Identifier: MIT
 #pragma once
 

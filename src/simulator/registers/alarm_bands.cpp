@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Finding the band that an ALM_PNTR word names.
 // SPDX-License-Identifier: MIT
 #include "simulator/registers/alarm_bands.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's spectral alarm bands, six for each sample-rate option.
 // SPDX-License-Identifier: MIT
 #pragma once
 

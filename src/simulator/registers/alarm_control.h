@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The fields of an ALM_CTRL word.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Access masks and reset values applied to the sensor's words.
 // SPDX-License-Identifier: MIT
 #include "simulator/registers/register_file.h"
 

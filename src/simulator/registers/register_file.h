@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's register storage: 64 words.
 // SPDX-License-Identifier: MIT
 #pragma once
 

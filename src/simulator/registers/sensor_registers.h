@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's own transcription of its registers and STATUS bits.
 // SPDX-License-Identifier: MIT
 #pragma once
 

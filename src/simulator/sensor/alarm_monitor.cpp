@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Magnitudes against thresholds, runs of records, and the gravest alarm of an axis.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/alarm_monitor.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which alarms a spectrum raises, and which are held back.
 // SPDX-License-Identifier: MIT
 #pragma once
 

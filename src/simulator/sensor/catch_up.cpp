@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How many captures may be left out after a pause.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/catch_up.h"
 

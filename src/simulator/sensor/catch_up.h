@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which captures of a series are computed when nobody has looked for long.
 // SPDX-License-Identifier: MIT
 #pragma once
 

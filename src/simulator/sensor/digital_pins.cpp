@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Functions, polarity and levels of the two lines, from DIO_CTRL and GPIO_CTRL.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/digital_pins.h"
 

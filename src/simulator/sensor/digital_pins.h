@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's digital lines DIO1 and DIO2.
 // SPDX-License-Identifier: MIT
 #pragma once
 

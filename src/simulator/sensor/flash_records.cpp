@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Filling and reading the slots for records.
 // SPDX-License-Identifier: MIT
 #include "simulator/sensor/flash_records.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sixteen record slots of the sensor's flash.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sampling, clipping, averaging and coding of a record.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/capture_engine.h"
 

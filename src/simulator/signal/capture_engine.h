@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's analogue input and its arithmetic: settings in, record out.
 // SPDX-License-Identifier: MIT
 #pragma once
 

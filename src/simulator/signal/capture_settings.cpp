@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// REC_CTRL, FFT_AVG and REC_PRD decoded; rates, durations and weights from them.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/capture_settings.h"
 

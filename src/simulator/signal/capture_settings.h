@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How one record is taken, as latched when it starts.
 // SPDX-License-Identifier: MIT
 #pragma once
 

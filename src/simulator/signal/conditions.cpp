@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Volts and degrees as the codes of SUPPLY_OUT and TEMP_OUT.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/conditions.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Supply and temperature as the sensor measures them, and the system alarm.
 // SPDX-License-Identifier: MIT
 #pragma once
 

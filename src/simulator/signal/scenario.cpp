@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The scenarios a user may choose: tones, noise, temperature and presets.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/scenario.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What surrounds a sensor: vibration, supply, temperature, faults, preset.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Window, transform and mean of magnitudes.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/spectrum.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Averaged magnitude spectra of blocks of 512 samples.
 // SPDX-License-Identifier: MIT
 #pragma once
 

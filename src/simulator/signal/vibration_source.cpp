@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sines by rotating phasors, and noise, sample by sample.
 // SPDX-License-Identifier: MIT
 #include "simulator/signal/vibration_source.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The acceleration of an axis as an ideal sampler sees it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,6 +1,5 @@
-/* Kestrel evaluation program
-   SPDX-License-Identifier: MIT
-   A device \\.\Ezusb-0 for Wine: a kernel driver that hands every device control to Forward(). */
+/* A device \\.\Ezusb-0 for Wine: a kernel driver that hands every device control to Forward().
+   SPDX-License-Identifier: MIT */
 #include <ddk/wdm.h>
 
 int Forward(unsigned code, const unsigned char* input, unsigned inputSize, unsigned char* output,

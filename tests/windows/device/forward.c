@@ -1,7 +1,6 @@
-/* Kestrel evaluation program
+/* Sends a device control over a loopback connection and waits for its answer.
    SPDX-License-Identifier: MIT
-   Sends a device control over a loopback connection and waits for its answer. A file of its own:
-   the socket headers do not go together with those of the driver. */
+   A file of its own: the socket headers do not go together with those of the driver. */
 #include <winsock2.h>
 #include <windows.h>
 

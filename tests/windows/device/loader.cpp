@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Starts or stops a kernel driver: loader.exe start|stop PATH.
 // SPDX-License-Identifier: MIT
 // Starts or stops a kernel driver: loader.exe start|stop PATH.
 
