@@ -37,7 +37,8 @@ struct Refusal {
 // Title, reason and cure as one line, for whoever has no room for a table.
 [[nodiscard]] std::string AsLine(const Refusal& refusal);
 
-// A value, or why there is none.
+// A value, or why there is none. Keep it in a variable before going through the value in a
+// range-for: a temporary is gone by then.
 template <typename Value>
 class Told {
  public:

@@ -143,9 +143,8 @@ TEST(Quantity, NothingIsALevelOfHalfAStepAndEveryValueIsFinite) {
   silent.stepG = 0;
   for (const Quantity each : {Quantity::Acceleration, Quantity::Level, Quantity::Density,
                               Quantity::Velocity, Quantity::Displacement}) {
-    for (const double value : InQuantity(silent, {.quantity = each})->values) {
-      EXPECT_TRUE(std::isfinite(value));
-    }
+    const Told<QuantityCurve> curve = InQuantity(silent, {.quantity = each});
+    for (const double value : curve->values) EXPECT_TRUE(std::isfinite(value));
   }
 }
 

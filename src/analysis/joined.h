@@ -1,0 +1,71 @@
+// One spectrum over all rate options, with the comparison where two overlap.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "analysis/peaks.h"
+#include "analysis/refusal.h"
+#include "analysis/spectrum.h"
+
+namespace kestrel::analysis {
+
+// What one capture holds and which part of it the joined spectrum uses, Hz.
+struct Segment {
+  int option = 0;
+  double binWidthHz = 0;
+  double holdsFromHz = 0;  // its third bin, of the flat top the fifth
+  double holdsToHz = 0;    // its last bin
+  double usedFromHz = 0;
+  double usedToHz = 0;  // where the next coarser capture becomes valid; at most its own end
+};
+
+// Two captures where both hold: a steady machine shows the same RMS in both.
+struct Overlap {
+  int fineOption = 0;
+  int coarseOption = 0;
+  double fromHz = 0;
+  double toHz = 0;
+  double fineRmsG = 0;
+  double coarseRmsG = 0;
+  double differenceDb = 0;  // coarse over fine, less what lines beyond the overlap leak into it
+  bool unsteady = false;    // beyond the limit: the machine was not steady, or there is aliasing
+};
+
+struct JoinedPoint {
+  double hz = 0;
+  double density = 0;  // g²/Hz
+  double peakG = 0;
+  int option = 0;
+};
+
+struct Joined {
+  std::vector<Spectrum> captures{};  // finest first
+  std::vector<Segment> segments{};   // one a capture
+  std::vector<Overlap> overlaps{};   // between neighbours; none where they do not meet
+  std::vector<JoinedPoint>
+      points{};  // rising frequency; drawn with a break where the option changes
+  [[nodiscard]] bool Steady() const;
+};
+
+inline constexpr double kSteadyLimitDb = 3;
+
+// Joins captures of one axis, each of another option; the order does not matter and not all four
+// need be there. Refused: none, other axis, the same option twice, unknown window, a hold.
+[[nodiscard]] Told<Joined> Join(std::vector<Spectrum> captures, double limitDb = kSteadyLimitDb);
+
+// Σ over the used segments between two frequencies, g²; see PowerBetween.
+[[nodiscard]] double PowerBetween(const Joined& joined, double fromHz, double toHz,
+                                  const std::function<double(double)>& weight = {});
+
+// Peaks of each capture within its used segment, each line once: at a border the finer capture's.
+// Largest first. `option` is the index of the capture's option.
+struct JoinedLine {
+  Peak peak{};
+  int option = 0;
+};
+[[nodiscard]] std::vector<JoinedLine> LinesOf(const Joined& joined,
+                                              const PeakSettings& settings = {});
+
+}  // namespace kestrel::analysis
