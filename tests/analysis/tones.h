@@ -38,16 +38,14 @@ inline void AddNoise(std::vector<double>& samples, double rmsG, std::mt19937_64&
 // As the sensor would deliver it, words hardly rounded.
 inline Spectrum SpectrumOfSamples(const std::vector<double>& samples, WindowKind window,
                                   int option = 0) {
-  Spectrum spectrum{
-      .binWidthHz = BinWidth(option), .window = WindowOf(window), .option = option};
+  Spectrum spectrum{.binWidthHz = BinWidth(option), .window = WindowOf(window), .option = option};
   spectrum.peakG = Transform(samples, spectrum.window);
   spectrum.peakG.resize(kSpectrumBins);
   spectrum.stepG = 1e-9;  // nothing to speak of, but above what rounding in the transform leaves
   return spectrum;
 }
 
-inline Spectrum SpectrumOfTones(const std::vector<Tone>& tones, WindowKind window,
-                                int option = 0) {
+inline Spectrum SpectrumOfTones(const std::vector<Tone>& tones, WindowKind window, int option = 0) {
   return SpectrumOfSamples(SamplesOf(tones), window, option);
 }
 

@@ -11,6 +11,7 @@
 
 #include "acquisition/capture_readout.h"
 #include "acquisition/quiet_views.h"
+#include "analysis/peaks.h"
 #include "connection/core.h"
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
@@ -110,6 +111,37 @@ TEST_P(EverySetting, ASineOnABinCentreReadsBackItsAmplitude) {
 INSTANTIATE_TEST_SUITE_P(OptionsWindowsRanges, EverySetting,
                          ::testing::Combine(::testing::Range(0, 4), ::testing::Range(0, 3),
                                             ::testing::Range(0, 4)));
+
+// The record as it came, its first axis.
+analysis::Spectrum Analysed(int option, int window, int range, int averages) {
+  Record record;
+  record.settings.option = static_cast<std::int16_t>(option);
+  record.settings.window = static_cast<std::int16_t>(window);
+  record.settings.range = record.scaledRange = static_cast<std::int16_t>(range);
+  record.settings.averages = static_cast<std::int16_t>(averages);
+  record.lsbWeight = LsbWeight;
+  for (int bin = 0; bin <= kFftWidth; ++bin) record.Of(Axis::X).data(bin) = DataX(bin);
+  return *analysis::SpectrumOf(record, Axis::X);
+}
+
+TEST_P(EverySetting, ASineBetweenBinsReadsWithinItsBounds) {
+  const auto [option, window, range] = GetParam();
+  for (const auto& [bin, part] : {std::pair{12.3, 0.9}, std::pair{100.5, 0.37},
+                                  std::pair{203.77, 0.011}, std::pair{60.0, 0.2}}) {
+    const double amplitude = part * kFullScaleG[range];
+    const double hz = bin * BinWidth(option);
+    Road road(SingleTone(hz, amplitude), kUsbAdapter);
+    road.Capture(kFftMode, option, window, range, 2);
+    const auto peaks = analysis::FindPeaks(Analysed(option, window, range, 2));
+    ASSERT_FALSE(peaks.empty()) << "bin " << bin;
+    const analysis::Line& line = peaks.front().line;
+    ASSERT_TRUE(line.interpolated) << "bin " << bin;
+    EXPECT_NEAR(line.hz, hz, line.hzBound) << "bin " << bin;
+    EXPECT_NEAR(line.peakG, amplitude, *line.peakBoundG) << "bin " << bin;
+    EXPECT_LT(line.hzBound, BinWidth(option) / 4) << "bin " << bin;
+    EXPECT_LT(*line.peakBoundG, 0.05 * amplitude) << "bin " << bin;
+  }
+}
 
 TEST(WholeRoad, ATimeRecordHoldsTheSineItself) {
   const double frequency = 16 * BinWidth(0);
