@@ -98,10 +98,16 @@ void CaptureCycle::Capture() {
 // Data are taken only through an interface that can be used; one that was lost is searched again.
 bool CaptureCycle::InterfaceReady() {
   if (core_.registers.Reachable()) return true;
+  const std::string lost = InterfaceType == kUsbAdapter ? SelectedAdapter.deviceName : "";
   InitInterface(core_);
   const bool found = core_.registers.Reachable();
   if (found) foundAgain_();
-  return found;
+  if (!found || lost.empty() || SelectedAdapter.deviceName == lost) return found;
+  // Nobody has chosen the sensor behind another board.
+  core_.seams.messages.Show(lost + " is gone. " + SelectedAdapter.deviceName +
+                            " is selected now; it may have another sensor. Try again to take data "
+                            "from it.");
+  return false;
 }
 
 // Returns false when the sensor was lost or the window closed. There is no time-out: a capture that
