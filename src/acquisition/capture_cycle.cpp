@@ -9,6 +9,7 @@
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
+#include "numeric/number_format.h"
 #include "numeric/number_parse.h"
 #include "regmap/register_table.h"
 
@@ -76,6 +77,7 @@ void CaptureCycle::Start() {
   const Run run(*this);
   Capture();
   if (closed_) return;
+  TellLostPort();
   // Presses that queued up during the read-out are dropped here, while running_ still holds.
   view_.SetStartCaption(kStartCaption);
   core_.seams.loop.Yield();
@@ -93,6 +95,14 @@ void CaptureCycle::Capture() {
   status_.ReadStatus("cmdStart");
   view_.ShowCapturingData(false);
   if (GoingOn()) TakeRecord();
+}
+
+// An adapter's loss has been told by the adapter; a port tells nothing by itself.
+void CaptureCycle::TellLostPort() {
+  if (InterfaceType != kParallelPort || core_.registers.Reachable()) return;
+  core_.seams.messages.Show("The parallel port " + Hex(PortAddress) +
+                            " was lost during the capture. What is on the screen was read before. "
+                            "Check the port, then press Start again.");
 }
 
 // Data are taken only through an interface that can be used; one that was lost is searched again.

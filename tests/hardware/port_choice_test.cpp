@@ -148,6 +148,10 @@ TEST_F(PortInUse, APortThatFailsInTheMiddleEndsTheCaptureAndIsTakenAgainAtTheNex
   EXPECT_TRUE(program->Idle());
   EXPECT_EQ(DataX, before);
   EXPECT_FALSE(program->core.registers.Reachable());
+  EXPECT_THAT(Texts(), ElementsAre("The parallel port 378 was lost during the capture. What is on "
+                                   "the screen was read before. Check the port, then press Start "
+                                   "again."));
+  program->messages.Clear();
   first.failAccessesFrom = 0;
   program->Capture();
   EXPECT_NE(DataX, before);
