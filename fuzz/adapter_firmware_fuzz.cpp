@@ -47,6 +47,7 @@ class Expectation {
     if (block[0] != 13 && block[0] != 14) return false;
     if (size < 5 || size > 35 || size != 3U + 2U * block[2]) return false;
     if (block[1] < 1 || block[1] > 5) return false;
+    if (bits_ == 0 || setup_ == 0) return false;
     answer_.clear();
     for (std::size_t at = 3; at < size; at += 2) {
       const unsigned word =

@@ -66,6 +66,16 @@ class AnsweringDriver : public UsbDriver {
     Require(IsOpen() && device == open_, "what is open is closed");
     open_ = 0;
   }
+  [[nodiscard]] bool Attached(const std::string& name) override {
+    Require(name.starts_with("Ezusb-") && name.size() == 7, "a name of ours is looked for");
+    return input_.Byte() < kFails;
+  }
+  // The cable may have been pulled and put back at any time.
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override {
+    Require(IsOpen() && device == open_, "the open board is asked about");
+    if (input_.Byte() >= kIsShort) ++plugging_;
+    return plugging_;
+  }
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
   [[nodiscard]] bool IsOpen() const { return open_ != 0; }
@@ -84,6 +94,7 @@ class AnsweringDriver : public UsbDriver {
   std::string path_;
   Handle open_ = 0;
   Handle lastHandle_ = 0;
+  std::uint32_t plugging_ = 1;
   std::int32_t lastError_ = 0;
   long requests_ = 0;
   std::vector<std::uint8_t> sent_;

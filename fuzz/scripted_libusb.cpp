@@ -7,6 +7,7 @@
 #include <array>
 #include <list>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "require.h"
@@ -19,6 +20,7 @@ struct libusb_device {
   std::uint8_t address = 0;
   std::vector<std::uint8_t> ports;
   bool configured = false;
+  bool attached = true;
   std::vector<libusb_interface> interfaces;
   std::list<std::vector<libusb_interface_descriptor>> settings;
   std::list<std::vector<libusb_endpoint_descriptor>> endpoints;
@@ -41,6 +43,8 @@ struct Bus {
   int lists = 0;
   int configs = 0;
   int opened = 0;
+  int transfers = 0;
+  libusb_transfer* pending = nullptr;
 };
 
 Bus bus;  // of the input at hand
@@ -120,11 +124,22 @@ void PlugIn(Input& input) {
   for (int i = 0; i < devices; ++i) PlugInDevice(input);
 }
 
+void ChangeBus(Input& input) {
+  constexpr std::size_t kMostDevices = 12;
+  const std::uint8_t which = input.Byte();
+  if (which % 2 == 0 && bus.devices.size() < kMostDevices) return PlugInDevice(input);
+  if (!bus.devices.empty()) {
+    std::next(bus.devices.begin(), which / 2 % static_cast<int>(bus.devices.size()))->attached =
+        false;
+  }
+}
+
 bool AllGivenBack() {
   for (const libusb_device& device : bus.devices) {
     if (device.references != 1) return false;
   }
-  return bus.contexts == 0 && bus.lists == 0 && bus.configs == 0 && bus.opened == 0;
+  return bus.contexts == 0 && bus.lists == 0 && bus.configs == 0 && bus.opened == 0 &&
+         bus.transfers == 0;
 }
 
 }  // namespace kestrel
@@ -148,7 +163,9 @@ ssize_t libusb_get_device_list(libusb_context* /*context*/, libusb_device*** lis
   ++bus.lists;
   *list = new libusb_device*[bus.devices.size() + 1];
   std::size_t count = 0;
-  for (libusb_device& device : bus.devices) (*list)[count++] = libusb_ref_device(&device);
+  for (libusb_device& device : bus.devices) {
+    if (device.attached) (*list)[count++] = libusb_ref_device(&device);
+  }
   (*list)[count] = nullptr;
   return static_cast<ssize_t>(count);
 }
@@ -264,6 +281,48 @@ int libusb_bulk_transfer(libusb_device_handle* handle, unsigned char endpoint, u
   const int outcome = kestrel::Outcome();
   *moved = outcome == LIBUSB_SUCCESS ? length : length / 2;
   return outcome;
+}
+
+libusb_transfer* libusb_alloc_transfer(int /*packets*/) {
+  ++bus.transfers;
+  return new libusb_transfer{};
+}
+
+void libusb_free_transfer(libusb_transfer* transfer) {
+  Require(bus.pending != transfer, "a transfer is kept until it has ended");
+  --bus.transfers;
+  delete transfer;
+}
+
+int libusb_submit_transfer(libusb_transfer* transfer) {
+  Require(kestrel::EndpointOf(*transfer->dev_handle, transfer->endpoint) != nullptr,
+          "a bulk pipe of the board is used");
+  Require(bus.pending == nullptr, "one transfer at a time");
+  if (const int outcome = kestrel::Outcome(); outcome != LIBUSB_SUCCESS) return outcome;
+  bus.pending = transfer;
+  return LIBUSB_SUCCESS;
+}
+
+int libusb_cancel_transfer(libusb_transfer* transfer) {
+  Require(bus.pending == transfer, "what is called off is under way");
+  return LIBUSB_SUCCESS;
+}
+
+// The end comes at once, at a later call, or after an error of the call itself.
+int libusb_handle_events_timeout_completed(libusb_context* context, timeval* /*time*/,
+                                           int* completed) {
+  Require(context == &bus.context && *completed == 0, "there is something to wait for");
+  const std::uint8_t when = bus.input->Byte();
+  if (when >= 0xFC) return when == 0xFF ? LIBUSB_ERROR_IO : LIBUSB_SUCCESS;
+  libusb_transfer* ended = std::exchange(bus.pending, nullptr);
+  const int outcome = libusb_bulk_transfer(ended->dev_handle, ended->endpoint, ended->buffer,
+                                           ended->length, &ended->actual_length, ended->timeout);
+  ended->status = outcome == LIBUSB_SUCCESS         ? LIBUSB_TRANSFER_COMPLETED
+                  : outcome == LIBUSB_ERROR_TIMEOUT ? LIBUSB_TRANSFER_TIMED_OUT
+                  : outcome == LIBUSB_ERROR_PIPE    ? LIBUSB_TRANSFER_STALL
+                                                    : LIBUSB_TRANSFER_ERROR;
+  ended->callback(ended);
+  return LIBUSB_SUCCESS;
 }
 
 }  // extern "C"

@@ -10,6 +10,9 @@ namespace kestrel {
 // devices answer, and which calls fail, goes on in the same input.
 void PlugIn(Input& input);
 
+// Pulls one of the devices out, or plugs another one in.
+void ChangeBus(Input& input);
+
 // Whether everything that was taken from the library has been given back to it.
 [[nodiscard]] bool AllGivenBack();
 

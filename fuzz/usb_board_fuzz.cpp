@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
 #include <set>
 #include <vector>
@@ -31,13 +32,15 @@ class Bench {
 
  private:
   void Operate() {
-    switch (input_.Between(0, 5)) {
+    switch (input_.Between(0, 6)) {
       case 0:
         return Open();
       case 1:
         return Close();
       case 2:
         return CheckPipes();
+      case 3:
+        return ChangeBus(input_);
       default:
         return Ask();
     }
@@ -50,6 +53,10 @@ class Bench {
     if (handle < 1) return;
     Require(path.size() == 11 && path.back() <= '3', "a name of ours opens");
     Require(handles_.insert(handle).second, "every handle is a new one");
+    const std::uint32_t plugging = driver_.Plugging(handle);
+    Require(plugging != 0 && driver_.Attached(path.substr(4)), "an open board is attached");
+    Require(numbers_.try_emplace(plugging, path.back()).first->second == path.back(),
+            "a board keeps its number");
   }
 
   void Close() {
@@ -114,6 +121,7 @@ class Bench {
   Input& input_;
   LibusbDriver driver_;
   std::set<UsbDriver::Handle> handles_;
+  std::map<std::uint32_t, char> numbers_;  // of boards, by their plugging-in
 };
 
 }  // namespace

@@ -109,11 +109,13 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
 
 int Run(const Options& options) {
   using namespace kestrel;
-  System system({.portAddress = [] { return PortAddress; }});
+  QtMousePointer pointer;
+  System system(
+      {.portAddress = [] { return PortAddress; },
+       .waiting = [&pointer](bool now) { now ? pointer.ShowHourglass() : pointer.ShowDefault(); }});
   system.UsePortDevice(options.portDevice.toStdString());
   iniSystem2(System::Version());
   QtEventLoop loop;
-  QtMousePointer pointer;
   FilesInFolder files(system.SystemFiles());
   HardwareSwitch hardware(system.Devices());
   std::unique_ptr<SimulatedHardware> simulator;

@@ -9,6 +9,7 @@
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
+#include "numeric/number_format.h"
 #include "numeric/number_parse.h"
 #include "regmap/register_table.h"
 
@@ -76,6 +77,7 @@ void CaptureCycle::Start() {
   const Run run(*this);
   Capture();
   if (closed_) return;
+  TellLostPort();
   // Presses that queued up during the read-out are dropped here, while running_ still holds.
   view_.SetStartCaption(kStartCaption);
   core_.seams.loop.Yield();
@@ -95,13 +97,27 @@ void CaptureCycle::Capture() {
   if (GoingOn()) TakeRecord();
 }
 
+// An adapter's loss has been told by the adapter; a port tells nothing by itself.
+void CaptureCycle::TellLostPort() {
+  if (InterfaceType != kParallelPort || core_.registers.Reachable()) return;
+  core_.seams.messages.Show("The parallel port " + Hex(PortAddress) +
+                            " was lost during the capture. What is on the screen was read before. "
+                            "Check the port, then press Start again.");
+}
+
 // Data are taken only through an interface that can be used; one that was lost is searched again.
 bool CaptureCycle::InterfaceReady() {
   if (core_.registers.Reachable()) return true;
+  const std::string lost = InterfaceType == kUsbAdapter ? SelectedAdapter.deviceName : "";
   InitInterface(core_);
   const bool found = core_.registers.Reachable();
   if (found) foundAgain_();
-  return found;
+  if (!found || lost.empty() || SelectedAdapter.deviceName == lost) return found;
+  // Nobody has chosen the sensor behind another board.
+  core_.seams.messages.Show(lost + " is gone. " + SelectedAdapter.deviceName +
+                            " is selected now; it may have another sensor. Try again to take data "
+                            "from it.");
+  return false;
 }
 
 // Returns false when the sensor was lost or the window closed. There is no time-out: a capture that

@@ -78,6 +78,7 @@ class CaptureCycle {
   void Capture();
   void Stop();
   bool InterfaceReady();
+  void TellLostPort();
   bool WaitForData();
   bool PollDataReady();
   void TakeRecord();

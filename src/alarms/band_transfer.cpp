@@ -64,7 +64,7 @@ class BandTransfer::Run {
   bool GoOn() {
     transfer_.view_.ShowTransfer(activity_, Count(), total_);
     transfer_.loop_.Yield();
-    return !transfer_.cancelled_ && RegisterAccess::Usable();
+    return !transfer_.cancelled_ && transfer_.registers_.Reachable();
   }
   void Moved(int band, int option) { done_.push_back(Pointer(band, option)); }
 
@@ -76,7 +76,7 @@ class BandTransfer::Run {
 
   // "cancelled" or what else kept it from its end.
   [[nodiscard]] std::string Reason() const {
-    return RegisterAccess::Usable() ? "cancelled" : "failed: the sensor was lost";
+    return transfer_.registers_.Reachable() ? "cancelled" : "failed: the sensor was lost";
   }
 
  private:
@@ -155,7 +155,7 @@ void BandTransfer::cmdClearAll_Click() {
       for (const int field : kBandFields) AlarmBandTable(field, band, option) = 0;
     }
   }
-  const bool there = RegisterAccess::Usable();
+  const bool there = registers_.Reachable();
   const bool cleared = ClearSensor();
   view_.DisplaySpectrum(0);
   if (cleared) {
@@ -201,9 +201,9 @@ bool BandTransfer::ReadBand(int band, int option) {
   const auto rows = BandRows();
   std::array<std::int32_t, kBandFields.size()> values{};
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    registers_.ReadReg(rows[i]);
-    if (!RegisterAccess::Usable()) return false;
-    values[i] = RegValue;
+    const auto reading = registers_.Read(rows[i]);
+    if (!reading) return false;
+    values[i] = reading->value;
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
     AlarmBandTable(kBandFields[i], band, option) = values[i];
@@ -229,7 +229,7 @@ bool BandTransfer::WriteBand(int band, int option) {
 }
 
 bool BandTransfer::ClearSensor() {
-  if (!RegisterAccess::Usable()) return false;
+  if (!registers_.Reachable()) return false;
   const bool cleared = Send(row::COMMAND, kClearBands);
   sensor_ = {};
   for (auto& option : known_) option.fill(cleared);
@@ -237,8 +237,7 @@ bool BandTransfer::ClearSensor() {
 }
 
 bool BandTransfer::Send(std::int16_t row, std::int32_t value) {
-  registers_.WriteReg(row, value);
-  return RegisterAccess::Usable();
+  return registers_.Write(row, value);
 }
 
 // A loaded file may hold numbers that no register takes.
@@ -261,7 +260,7 @@ bool BandTransfer::Writable(int firstOption, int lastOption) {
 }
 
 bool BandTransfer::SensorThere() {
-  if (RegisterAccess::Usable()) return true;
+  if (registers_.Reachable()) return true;
   view_.SetMessage(kNoSensor);
   return false;
 }

@@ -51,8 +51,8 @@ void cALMCtrl::WriteAlmCtrl() {
                              kSpectralY.Place(spectralY_) + kSpectralX.Place(spectralX_)));
 }
 
-void cALMCtrl::ReadAlmCtrl() {
-  registers_.ReadReg(row::ALM_CTRL);
+bool cALMCtrl::ReadAlmCtrl() {
+  const bool read = registers_.Read(row::ALM_CTRL).has_value();
   const std::int32_t word = RegValue;
   readWord_ = NarrowToInteger(word);
   responseDelay_ = kResponseDelay.Take(word);
@@ -64,6 +64,7 @@ void cALMCtrl::ReadAlmCtrl() {
   spectralZ_ = kSpectralZ.Take(word);
   spectralY_ = kSpectralY.Take(word);
   spectralX_ = kSpectralX.Take(word);
+  return read;
 }
 
 }  // namespace kestrel

@@ -58,7 +58,7 @@ class cALMCtrl {
   void WriteAlmCtrl();
 
   // Reads the register into ReadWord and the fields.
-  void ReadAlmCtrl();
+  bool ReadAlmCtrl();
 
  private:
   RegisterAccess& registers_;

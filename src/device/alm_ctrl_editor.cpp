@@ -51,8 +51,7 @@ void ToModel(const AlarmControls& controls, cALMCtrl& model) {
 
 void AlmCtrlEditor::Display_AlmCtrl() {
   const UpdatingFlag updating(updating_);
-  gAlmCtrl->ReadAlmCtrl();
-  current_ = RegisterAccess::Usable();
+  current_ = gAlmCtrl->ReadAlmCtrl();
   if (current_) read_ = FromModel(*gAlmCtrl);
   view_.ShowControls(read_);
 }

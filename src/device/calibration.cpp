@@ -71,11 +71,11 @@ class Calibration::BusySign {
 void Calibration::ReadCalRegisters() {
   std::array<NullTexts, 3> texts;
   for (const Axis axis : kAxes) {
-    registers_.ReadReg(NullRow(axis));
-    texts[Index(axis)] = {Hex(NarrowToInteger(RegValue)),
-                          FixedNumber(static_cast<double>(RegScaled), 4)};
+    const auto reading = registers_.Read(NullRow(axis));
+    if (!reading) return;
+    texts[Index(axis)] = {Hex(NarrowToInteger(reading->value)),
+                          FixedNumber(static_cast<double>(reading->scaled), 4)};
   }
-  if (!RegisterAccess::Usable()) return;
   read_ = texts;
   ShowLastRead();
 }
@@ -84,9 +84,9 @@ void Calibration::WriteNull(Axis axis) {
   const std::string text = view_.ValueText(axis);
   const double value = LeadingNumber(text);
   const std::int16_t word = ToNullWord(axis, value, text);
-  registers_.WriteReg(NullRow(axis), word & kWordMask);
+  const bool written = registers_.Write(NullRow(axis), word & kWordMask);
   delay_.Delay(float{kAfterWriteMs});
-  if (RegisterAccess::Usable()) view_.ShowNote(NoteOnText(axis, text, value));
+  if (written) view_.ShowNote(NoteOnText(axis, text, value));
   ReadCalRegisters();
 }
 

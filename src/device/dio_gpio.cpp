@@ -26,11 +26,6 @@ std::int16_t Code(std::optional<DioFunction> function) {
   return static_cast<std::int16_t>(function.value_or(DioFunction::Gpio));
 }
 
-// The word of the last read with the bits that the register's decoding leaves out.
-std::int32_t WholeWord() {
-  return RegHighByte * 256 + RegLowByte;
-}
-
 DioLine Decode(std::size_t line, std::int32_t dio, std::int32_t gpio) {
   DioLine shown;
   shown.function = static_cast<DioFunction>(kFunction.at(line).Take(dio));
@@ -70,15 +65,16 @@ void DioGpio::WriteGPIOCTRL() {
 
 void DioGpio::ReadDIOGPIO() {
   const UpdatingFlag updating(updating_);
-  registers_.ReadReg(row::DIO_CTRL);
-  const std::int32_t dio = WholeWord();
-  registers_.ReadReg(row::GPIO_CTRL);
-  const std::int32_t gpio = WholeWord();
-  current_ = RegisterAccess::Usable();
+  const auto dio = registers_.Read(row::DIO_CTRL);
+  const auto gpio = registers_.Read(row::GPIO_CTRL);
+  current_ = dio && gpio;
   if (current_) {
-    for (std::size_t i = 0; i < read_.lines.size(); ++i) read_.lines[i] = Decode(i, dio, gpio);
-    read_.dioCtrl = Hex(dio);
-    read_.gpioCtrl = Hex(gpio);
+    // The raw words have the bits too that the registers' decoding leaves out.
+    for (std::size_t i = 0; i < read_.lines.size(); ++i) {
+      read_.lines[i] = Decode(i, dio->raw, gpio->raw);
+    }
+    read_.dioCtrl = Hex(dio->raw);
+    read_.gpioCtrl = Hex(gpio->raw);
   }
   view_.ShowControls(read_);
 }

@@ -37,8 +37,9 @@ std::string Written(std::int16_t row, std::uint16_t word) {
 }  // namespace
 
 bool ManualRegister::Connected() {
-  if (!RegisterAccess::Usable()) view_.SetNote(kNoSensor);
-  return RegisterAccess::Usable();
+  if (registers_.Reachable()) return true;
+  view_.SetNote(kNoSensor);
+  return false;
 }
 
 bool ManualRegister::ReadAndShow(std::int16_t row) {

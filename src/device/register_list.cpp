@@ -55,9 +55,9 @@ std::optional<RegisterListing> ReadAllRegisters(RegisterAccess& registers,
   RegisterListing listing;
   for (std::int16_t row = 0; row <= RegCount; ++row) {
     if (RegReserved[row]) continue;
-    registers.ReadReg(row);
-    if (!RegisterAccess::Usable()) return std::nullopt;
-    listing.lines.push_back({row, FourDigits(RegValue), false});
+    const auto reading = registers.Read(row);
+    if (!reading && RegReadable[row]) return std::nullopt;
+    listing.lines.push_back({row, FourDigits(reading ? reading->value : 0), false});
   }
   listing.text = kHeading;
   for (RegisterListing::Line& line : listing.lines) {

@@ -18,6 +18,8 @@ namespace kestrel {
 struct SystemOptions {
   // The parallel port's base address, asked when the port is opened.
   std::function<std::int16_t()> portAddress;
+  // Told true when a request to a device begins to take noticeably long, and false at its end.
+  std::function<void(bool)> waiting = {};
 };
 
 // The operating system behind the seams. Make it on the thread that waits.

@@ -52,7 +52,9 @@ bool AdapterFirmware::Accept(std::span<const std::uint8_t> block) {
   }
 }
 
+// Without its settings the SPI engine is not running.
 bool AdapterFirmware::Transfer(std::span<const std::uint8_t> block) {
+  if (spiBits_ == 0 || spiSetup_ == 0) return false;
   if (block.size() < kTransferHeader) return false;
   const unsigned delay = block[1];
   const std::size_t frames = block[2];

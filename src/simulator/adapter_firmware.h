@@ -17,7 +17,8 @@ class AdapterFirmware {
   AdapterFirmware(SimulatedSensor& sensor, std::uint8_t major, std::uint8_t minor)
       : sensor_(&sensor), major_(major), minor_(minor) {}
 
-  // Returns false, having done nothing, when the block is not exactly a known command.
+  // Returns false, having done nothing, when the block is not exactly a known command, or is a
+  // transfer before both settings were made since power-up.
   [[nodiscard]] bool Accept(std::span<const std::uint8_t> block);
 
   // Moves what is pending into `out`, as far as it fits, and returns the number of bytes.
@@ -29,7 +30,7 @@ class AdapterFirmware {
   SimulatedSensor* sensor_;
   std::uint8_t major_;
   std::uint8_t minor_;
-  std::uint8_t spiBits_ = 0;
+  std::uint8_t spiBits_ = 0;  // 0 until set
   std::uint8_t spiSetup_ = 0;
   std::vector<std::uint8_t> answer_;
 };

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Makes a board that was found the one in use.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_choice.h"
 
@@ -34,9 +34,8 @@ bool ChooseAdapter(UsbAdapter& usb, Files& files, int index) {
     return false;
   }
   usb.SelectAdapter(index);
-  usb.UsbSetupSpi(UsbSpiSetupValue);
-  usb.UsbSetSpiBits(UsbSpiBits);
-  if (!UsbPresent) return false;
+  // A board that refuses the first is not sent the second.
+  if (!usb.UsbSetupSpi(UsbSpiSetupValue) || !usb.UsbSetSpiBits(UsbSpiBits)) return false;
   InterfaceType = kUsbAdapter;
   WriteConfigFile(files);
   return true;

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The actions of the adapter debug window, and the report of its log.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_debug.h"
 
@@ -57,11 +57,11 @@ std::string AdapterDebug::ReadSettings() {
   if (!AdapterSelected()) return {};
   const auto answer = usb_.UsbReadSettings();
   if (!answer) {
-    Note(kReadSettings, {}, {});
+    Note(kReadSettings, {}, {}, false);
     return {};
   }
   const auto [first, second] = *answer;
-  Note(kReadSettings, {}, {first, second});
+  Note(kReadSettings, {}, {first, second}, true);
   return PaddedHex(first, kByteDigits) + " " + PaddedHex(second, kByteDigits) + " hex  (" +
          std::to_string(first) + ", " + std::to_string(second) + ")";
 }
@@ -74,9 +74,9 @@ void AdapterDebug::txtLoopDelay_KeyDown(const std::string& text) {
                    " is no whole number from 0 to 255.\nNothing was sent.");
     return;
   }
-  usb_.UsbSetupSpi(static_cast<std::uint8_t>(*value));
-  Note(kSetup, {UsbSpiSetupValue}, {});
-  if (UsbPresent) view_.ShowSetup(std::to_string(UsbSpiSetupValue));
+  const bool good{usb_.UsbSetupSpi(static_cast<std::uint8_t>(*value))};
+  Note(kSetup, {UsbSpiSetupValue}, {}, good);
+  if (good) view_.ShowSetup(std::to_string(UsbSpiSetupValue));
 }
 
 void AdapterDebug::UseChipSelectPerWord(bool perWord) {
@@ -106,24 +106,24 @@ bool AdapterDebug::Repeat() {
 // Register accesses between two transfers of the loop use the same buffer, so it is filled anew.
 bool AdapterDebug::Transfer() {
   for (std::size_t i = 0; i < frames_.size(); ++i) SpiTx(static_cast<int>(i) + 1) = frames_[i];
-  usb_.UsbSpiTransfer(static_cast<int>(frames_.size()));
+  const bool good{usb_.UsbSpiTransfer(static_cast<int>(frames_.size()))};
   ++transfers_;
   std::vector<std::uint16_t> received;
   std::vector<std::string> shown;
-  for (std::size_t i = 0; UsbPresent && i < frames_.size(); ++i) {
+  for (std::size_t i = 0; good && i < frames_.size(); ++i) {
     received.push_back(static_cast<std::uint16_t>(SpiRx(static_cast<int>(i) + 1)));
     shown.push_back(PaddedHex(received.back(), kFrameDigits));
   }
-  if (!UsbPresent) ++errors_;
-  Note(UsbCsPerWord ? kTransferPerWord : kTransfer, frames_, std::move(received));
-  if (UsbPresent) view_.ShowAnswers(shown);
+  if (!good) ++errors_;
+  Note(UsbCsPerWord ? kTransferPerWord : kTransfer, frames_, std::move(received), good);
+  if (good) view_.ShowAnswers(shown);
   view_.ShowCounts(transfers_, errors_);
-  return UsbPresent;
+  return good;
 }
 
 void AdapterDebug::Note(int command, std::vector<std::uint16_t> sent,
-                        std::vector<std::uint16_t> received) {
-  log_.Add({clock_.Monotonic(), command, std::move(sent), std::move(received), !UsbPresent});
+                        std::vector<std::uint16_t> received, bool good) {
+  log_.Add({clock_.Monotonic(), command, std::move(sent), std::move(received), !good});
 }
 
 std::filesystem::path AdapterDebug::cmdSave_Click(Files& files, Locale& locale,

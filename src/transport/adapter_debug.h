@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the adapter debug window does: settings, raw frames, and their log.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -77,7 +77,8 @@ class AdapterDebug {
   [[nodiscard]] std::string ReadSettings();
   [[nodiscard]] std::string Report(Locale& locale, const std::string& polarity) const;
   bool Transfer();
-  void Note(int command, std::vector<std::uint16_t> sent, std::vector<std::uint16_t> received);
+  void Note(int command, std::vector<std::uint16_t> sent, std::vector<std::uint16_t> received,
+            bool good);
 
   UsbAdapter& usb_;
   Clock& clock_;

@@ -1,29 +1,14 @@
 // Whole captures through libusb and a mock board, with faults on the way.
 // SPDX-License-Identifier: MIT
-// Whole captures through libusb and a mock board, with faults on the way.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "acquisition/capture_cycle.h"
-#include "acquisition/quiet_views.h"
-#include "connection/core.h"
-#include "connection/start.h"
-#include "device/rec_ctrl.h"
 #include "hardware/mock_usb_bus.h"
+#include "hardware/program_bench.h"
 #include "platform/linux/libusb_driver.h"
 #include "record/frequency.h"
-#include "regmap/register_table.h"
 #include "simulator/simulated_adapter.h"
-#include "support/fake_clock.h"
-#include "support/fake_main_views.h"
-#include "support/fixed_locale.h"
-#include "support/memory_files.h"
-#include "support/recording_messages.h"
-#include "support/recording_pointer.h"
-#include "support/reset_program.h"
-#include "support/scripted_loop.h"
-#include "support/unused_hardware.h"
 
 namespace kestrel {
 namespace {
@@ -34,62 +19,6 @@ using testing::IsEmpty;
 constexpr int kToneBin = 40;
 constexpr double kToneG = 0.6;
 constexpr std::chrono::milliseconds kLimit{300};
-
-// The program's logic from the start button down, over any adapter driver.
-class Program {
- public:
-  Program(UsbDriver& driver, FakeClock& clock)
-      : loop_(clock),
-        core_({clock, loop_, pointer_, messages, files_, locale_, driver, port_, service_}) {
-    ResetProgram();
-    SetColours();
-    core_.delay.SkipCalibration();
-    Connect();
-    InitRegisterTable(core_.registers);
-    views_.recMode = 0;
-    gRecCtrl->RecModeCode(0);
-    gRecCtrl->WriteRecCtrl();
-    gRecCtrl->ReadRecCtrl();
-  }
-  ~Program() { ResetProgram(); }
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
-
-  // Searches the adapter as the program does when an interface is selected.
-  void Connect() {
-    InterfaceType = kUsbAdapter;
-    InitInterface(core_);
-  }
-  void Capture() { cycle_.cmdStart_Click(); }
-  [[nodiscard]] bool Idle() const {
-    return views_.caption == "Start" && !cycle_.Running() && !readout_.Busy();
-  }
-  [[nodiscard]] int Averages() { return core_.registers.ReadReg(row::FFT_AVG), RegValue; }
-
-  RecordingMessages messages;
-
- private:
-  ScriptedLoop loop_;
-  RecordingPointer pointer_;
-  MemoryFiles files_;
-  FixedLocale locale_;
-  UnusedPort port_;
-  UnusedDriverService service_;
-  Core core_;
-  Journal journal_;
-  QuietViews quiet_;
-  FakeStatusView statusView_{journal_};
-  FakeReadoutView readoutView_{journal_};
-  FakeCaptureView views_{journal_, readoutView_};
-  AlarmStatus alarms_{core_.registers, quiet_};
-  SpectrumPlot plot_{quiet_, alarms_, loop_, messages};
-  DataLog log_{files_, locale_, loop_, quiet_};
-  StatusDisplay status_{core_.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core_.registers, plot_, quiet_, log_, loop_, messages, readoutView_};
-  WindowDelay delay_{loop_};
-  BandOverlay overlay_{plot_, quiet_};
-  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, overlay_, views_};
-};
 
 Scenario Tone() {
   return SingleTone(kToneBin * BinWidth(0), kToneG);
@@ -136,7 +65,9 @@ class Capture : public testing::Test {
   MockBoardPlan plan;
   MockBoard* board = &bus.Plug(plan);
   LibusbDriver driver{kLimit};
-  Program program{driver, clock};
+  UnusedPort port;
+  UnusedDriverService service;
+  Program program{{&driver, &port, &service}, clock};
 };
 
 TEST_F(Capture, TheSearchTellsWhatTheBoardSaysOfItself) {
@@ -163,7 +94,7 @@ TEST_F(Capture, TheRecordIsTheOneThatTheSensorHolds) {
   FakeClock otherClock;
   SimulatedSensor otherSensor(otherClock, Tone());
   SimulatedAdapter adapter(otherSensor);
-  Program direct(adapter, otherClock);
+  Program direct({&adapter, &port, &service}, otherClock);
   direct.Capture();
   EXPECT_EQ(throughLibusb, TheRecord());
 }

@@ -54,12 +54,14 @@ long MockParallelPort::Answer(unsigned long request, UMockdevIoctlData* argument
       return 0;
     case PPWDATA:
       if (!claimed_) return -EPERM;
+      if (AccessFails()) return -EIO;
       data_ = *Resolve(argument, 0, 1)->data;
       pins_.vbOut(kData, static_cast<std::int16_t>(data_));
       Record();
       return 0;
     case PPRSTATUS:
       if (!claimed_) return -EPERM;
+      if (AccessFails()) return -EIO;
       *Resolve(argument, 0, 1)->data = static_cast<std::uint8_t>(pins_.vbInp(kStatus));
       Record();
       return 0;

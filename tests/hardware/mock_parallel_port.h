@@ -24,6 +24,7 @@ class MockParallelPort {
   MockParallelPort(MockTestbed& testbed, int number, SimulatedSensor& sensor);
 
   int claimError = 0;                    // errno of every claim
+  int failAccessesFrom = 0;              // so many register accesses from now; 0 for never
   bool refuseAlone = false;              // others have registered for the port
   std::atomic<bool> holdClaims = false;  // shared claims wait until it is false again
   std::atomic<int> claims = 0;
@@ -36,6 +37,10 @@ class MockParallelPort {
 
  private:
   long Answer(unsigned long request, UMockdevIoctlData* argument);
+  [[nodiscard]] bool AccessFails() {
+    if (failAccessesFrom > 1) --failAccessesFrom;
+    return failAccessesFrom == 1;
+  }
   void Record();
 
   SimulatedPort pins_;

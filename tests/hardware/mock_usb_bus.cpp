@@ -274,11 +274,11 @@ MockUsbBus::MockUsbBus(SimulatedSensor& sensor) : sensor_(sensor) {
   testbed_.Add(Description(Hub(1, "2", 2)));
 }
 
-MockBoard& MockUsbBus::Plug(const MockBoardPlan& plan) {
+MockBoard& MockUsbBus::Plug(const MockBoardPlan& plan, SimulatedSensor& sensor) {
   for (const auto& board : boards_) {
     if (board->Pulled()) board->LeaveNode();
   }
-  boards_.push_back(std::make_unique<MockBoard>(testbed_, plan, sensor_));
+  boards_.push_back(std::make_unique<MockBoard>(testbed_, plan, sensor));
   umockdev_testbed_uevent(testbed_.Get(), boards_.back()->SystemPath().c_str(), "add");
   return *boards_.back();
 }

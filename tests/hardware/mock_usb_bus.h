@@ -104,7 +104,9 @@ class MockUsbBus {
  public:
   explicit MockUsbBus(SimulatedSensor& sensor);
 
-  MockBoard& Plug(const MockBoardPlan& plan);
+  MockBoard& Plug(const MockBoardPlan& plan) { return Plug(plan, sensor_); }
+  // With a sensor of its own behind it.
+  MockBoard& Plug(const MockBoardPlan& plan, SimulatedSensor& sensor);
 
   // Pulls the cable and tells the system of it.
   void Unplug(MockBoard& board);

@@ -21,6 +21,13 @@ class AdapterTest : public ::testing::Test {
   UsbDriver::Handle Open(const std::string& name = "Ezusb-0") {
     return adapter_.CreateFile("\\\\.\\" + name, 0x40000000, 2, 3);
   }
+  // With the settings that transfers need.
+  UsbDriver::Handle OpenSet() {
+    const auto device = Open();
+    EXPECT_TRUE(Send(device, {12, 120}));
+    EXPECT_TRUE(Send(device, {11, 25}));
+    return device;
+  }
   bool Request(UsbDriver::Handle device, std::uint32_t code, const Bytes& input, Bytes& output) {
     return adapter_.DeviceIoControl(device, code, input, output, returned_);
   }
@@ -148,7 +155,7 @@ TEST_F(AdapterTest, SpiValuesAreReportedAsLastReceived) {
 }
 
 TEST_F(AdapterTest, TransferExchangesFramesWithTheSensor) {
-  const auto device = Open();
+  const auto device = OpenSet();
   ASSERT_TRUE(Send(device, {13, 1, 3, 0x1C, 0x00, 0x56, 0x00, 0x56, 0x00}));
   EXPECT_THAT(Fetch(device, 6), ElementsAre(0, 0, 0x10, 0x30, 0x7A, 0xAF));
   ASSERT_TRUE(Send(device, {14, 5, 1, 0x8E, 0x11}));
@@ -157,7 +164,7 @@ TEST_F(AdapterTest, TransferExchangesFramesWithTheSensor) {
 }
 
 TEST_F(AdapterTest, SixteenFramesFitIntoOneTransfer) {
-  const auto device = Open();
+  const auto device = OpenSet();
   Bytes block = {14, 1, 16};
   for (int frame = 0; frame < 16; ++frame) block.insert(block.end(), {0x56, 0x00});
   ASSERT_TRUE(Send(device, block));
@@ -165,6 +172,31 @@ TEST_F(AdapterTest, SixteenFramesFitIntoOneTransfer) {
   ASSERT_EQ(answer.size(), 32);
   EXPECT_EQ(answer[30], 0x7A);
   EXPECT_EQ(answer[31], 0xAF);
+}
+
+TEST_F(AdapterTest, ABoardTransfersNothingUntilBothSettingsWereMadeSincePowerUp) {
+  const Bytes frame = {14, 1, 1, 0x8E, 0x11};
+  for (const Bytes& setting : {Bytes{12, 120}, Bytes{11, 25}}) {
+    adapter_.Unplug(0);
+    adapter_.Replug(0);
+    const auto device = Open();
+    EXPECT_FALSE(Send(device, frame));
+    ASSERT_TRUE(Send(device, setting));
+    EXPECT_FALSE(Send(device, frame));
+    adapter_.CloseHandle(device);
+  }
+  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8);
+  EXPECT_TRUE(Send(OpenSet(), frame));
+}
+
+TEST_F(AdapterTest, AReplugIsAnotherPluggingIn) {
+  const auto before = adapter_.Plugging(Open());
+  EXPECT_TRUE(adapter_.Attached("Ezusb-0"));
+  EXPECT_FALSE(adapter_.Attached("Ezusb-1"));
+  adapter_.Unplug(0);
+  EXPECT_FALSE(adapter_.Attached("Ezusb-0"));
+  adapter_.Replug(0);
+  EXPECT_NE(adapter_.Plugging(Open()), before);
 }
 
 TEST_F(AdapterTest, AnswerIsShortWhenLessIsPendingAndFailsWhenNothingIs) {
@@ -176,7 +208,7 @@ TEST_F(AdapterTest, AnswerIsShortWhenLessIsPendingAndFailsWhenNothingIs) {
 }
 
 TEST_F(AdapterTest, NewBlockDiscardsAnAnswerNobodyFetched) {
-  const auto device = Open();
+  const auto device = OpenSet();
   ASSERT_TRUE(Send(device, {0}));
   ASSERT_TRUE(Send(device, {14, 1, 1, 0x56, 0x00}));
   EXPECT_THAT(Fetch(device, 32), ElementsAre(0, 0));
@@ -196,7 +228,7 @@ TEST_F(AdapterTest, UnknownPipeCodeAndPipeNumberFormAreRefused) {
 class MalformedBlock : public AdapterTest, public ::testing::WithParamInterface<Bytes> {};
 
 TEST_P(MalformedBlock, StallsAndNothingReachesTheSensor) {
-  const auto device = Open();
+  const auto device = OpenSet();
   EXPECT_FALSE(Send(device, GetParam()));
   EXPECT_EQ(returned_, 0);
   EXPECT_EQ(bench_.Read(reg::kFftAvg), 8);
@@ -220,7 +252,7 @@ INSTANTIATE_TEST_SUITE_P(
                       TransferOf(17)));
 
 TEST_F(AdapterTest, SixteenIsTheLimitAndAWellFormedBlockOfItDoesReachTheSensor) {
-  ASSERT_TRUE(Send(Open(), TransferOf(16)));
+  ASSERT_TRUE(Send(OpenSet(), TransferOf(16)));
   EXPECT_EQ(bench_.Read(reg::kFftAvg), 0x11);
 }
 
@@ -278,7 +310,7 @@ TEST_F(AdapterTest, SensorWithoutABoardHasPowerOfItsOwn) {
 }
 
 TEST_F(AdapterTest, TransferUnderWayFailsWhenTheCableIsPulled) {
-  const auto device = Open();
+  const auto device = OpenSet();
   ASSERT_TRUE(Send(device, {14, 1, 2, 0x56, 0x00, 0x56, 0x00}));
   adapter_.Unplug();
   EXPECT_TRUE(Fetch(device, 4).empty());

@@ -24,6 +24,8 @@ class Session : public RandomUseBench {
   void TestBody() override {}
 
   void Go() {
+    // A second board stands beside the one that is chosen.
+    if (random_.OneIn(3)) hardware_.Adapter().SetBoard(1, {});
     Start();
     ChooseShortCaptures();
     Settle();
@@ -97,6 +99,7 @@ class Session : public RandomUseBench {
         return Unplug();
       case 7:
         usb_.Mend();
+        hardware_.Adapter().Replug(1);
         return Note("replug"), hardware_.Adapter().Replug(0);
       case 8:
         if (!random_.OneIn(3)) return;
@@ -109,7 +112,8 @@ class Session : public RandomUseBench {
   // At once, or in the middle of what is sent next.
   void Unplug() {
     ++losses_;
-    if (random_.OneIn(2)) return Note("unplug"), hardware_.Adapter().Unplug(0);
+    if (random_.OneIn(2))
+      return Note("unplug"), hardware_.Adapter().Unplug(random_.OneIn(4) ? 1 : 0);
     const int request = random_.Between(1, 1 << random_.Between(1, 12));
     Note("unplug at request " + std::to_string(request));
     usb_.FailFrom(request);
@@ -177,7 +181,8 @@ class Session : public RandomUseBench {
     static const std::set<std::string> kTexts{"No USB Buffers Found, Please Verify Setup.",
                                               "Error getting Board Info", "Error Setting SPI Bits",
                                               "Error Setting up SPI"};
-    return losses_ > 0 && kTexts.contains(text);
+    const bool otherBoard = text.starts_with("Ezusb-") && text.find(" is gone. ") != text.npos;
+    return losses_ > 0 && (otherBoard || kTexts.contains(text));
   }
 
   // One box for one pulled plug.

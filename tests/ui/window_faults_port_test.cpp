@@ -12,14 +12,19 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// A port that has nothing behind it from the n-th access on, the first being 1.
+// A port that has nothing behind it from the n-th access on, the first being 1; or that the system
+// takes away then, where it guards its ports.
 class FailingPort : public PortIo {
  public:
   explicit FailingPort(PortIo& inner) : inner_(inner) {}
 
-  void FailFrom(int number) {
+  void FailFrom(int number, bool gone = false) {
     failFrom_ = number;
     accesses_ = 0;
+    gone_ = gone;
+  }
+  [[nodiscard]] bool IsHeld(std::int16_t /*base*/) override {
+    return !gone_ || accesses_ < failFrom_;
   }
   [[nodiscard]] int Accesses() const { return accesses_; }
 
@@ -37,6 +42,7 @@ class FailingPort : public PortIo {
   PortIo& inner_;
   int failFrom_ = 0;
   int accesses_ = 0;
+  bool gone_ = false;
 };
 
 Operations OneOfEachWindow() {
@@ -120,6 +126,29 @@ TEST_P(PortFaults, NothingHangsAndTheNextTimeItWorks) {
     Press("CmdReadStatus");
     overPort_.registers.ReadReg(row::PROD_ID);
     EXPECT_EQ(RegValue, 31407) << "the sensor answers again";
+    operation.open(*this);
+    operation.press(*this);
+    Settle();
+    ExpectCalm();
+  }
+}
+
+// What searches for the sensor says once that the port cannot be had; everything else is calm.
+TEST_P(PortFaults, APortThatIsTakenAwayEndsWhatIsUnderWayAndTheNextTimeItWorks) {
+  const Operation operation = OneOfEachWindow().at(GetParam());
+  SCOPED_TRACE(operation.name);
+  StartOverPort();
+  for (const int number : {1, 2, 60}) {
+    SCOPED_TRACE(number);
+    BeginOverPort(operation);
+    port_.FailFrom(number, true);
+    operation.press(*this);
+    Settle();
+    EXPECT_LE(messages_.Texts().size(), 1U) << testing::PrintToString(messages_.Texts());
+    ExpectIdle();
+    port_.FailFrom(0);
+    messages_.Clear();
+    EXPECT_TRUE(overPort_.registers.Read(row::PROD_ID).has_value()) << "the sensor answers again";
     operation.open(*this);
     operation.press(*this);
     Settle();

@@ -8,6 +8,8 @@
 #include <array>
 #include <optional>
 
+#include "platform/linux/bulk_request.h"
+
 namespace kestrel {
 namespace {
 
@@ -122,8 +124,8 @@ class LibusbDriver::OpenBoard {
   bool claimed_ = false;
 };
 
-LibusbDriver::LibusbDriver(std::chrono::milliseconds timeLimit)
-    : timeLimitMs_(static_cast<unsigned>(timeLimit.count())) {}
+LibusbDriver::LibusbDriver(std::chrono::milliseconds timeLimit, std::function<void(bool)> waiting)
+    : budget_(timeLimit), waiting_(std::move(waiting)) {}
 
 LibusbDriver::~LibusbDriver() = default;
 
@@ -146,6 +148,16 @@ UsbDriver::Handle LibusbDriver::CreateFile(const std::string& path, std::uint32_
 
 void LibusbDriver::CloseHandle(Handle device) {
   if (open_.erase(device) == 0) Fail(kInvalidHandle);
+}
+
+bool LibusbDriver::Attached(const std::string& name) {
+  const std::optional<std::size_t> number = BoardNumber("\\\\.\\" + name);
+  return number && bus_.Board(*number) != nullptr;
+}
+
+std::uint32_t LibusbDriver::Plugging(Handle device) {
+  const auto found = open_.find(device);
+  return found == open_.end() ? 0 : found->second->Board().Plugging();
 }
 
 bool LibusbDriver::DeviceIoControl(Handle device, std::uint32_t code,
@@ -175,16 +187,20 @@ bool LibusbDriver::DeviceIoControl(Handle device, std::uint32_t code,
   }
 }
 
-// Boards tell their strings in the languages that string 0 lists; two requests share the time.
+// Boards tell their strings in the languages that string 0 lists.
 bool LibusbDriver::ReadString(OpenBoard& board, std::uint8_t index, std::span<std::uint8_t> output,
                               std::uint32_t& returned) {
   constexpr std::uint16_t kEnglish = 0x0409;
   const auto request = [&](std::uint8_t string, std::uint16_t language,
                            std::span<std::uint8_t> buffer) {
-    return libusb_control_transfer(
-        board.Device(), LIBUSB_ENDPOINT_IN, LIBUSB_REQUEST_GET_DESCRIPTOR,
-        static_cast<std::uint16_t>(LIBUSB_DT_STRING << 8U | string), language, buffer.data(),
-        static_cast<std::uint16_t>(buffer.size()), timeLimitMs_ / 2);
+    const auto start = std::chrono::steady_clock::now();
+    const int moved =
+        libusb_control_transfer(board.Device(), LIBUSB_ENDPOINT_IN, LIBUSB_REQUEST_GET_DESCRIPTOR,
+                                static_cast<std::uint16_t>(LIBUSB_DT_STRING << 8U | string),
+                                language, buffer.data(), static_cast<std::uint16_t>(buffer.size()),
+                                static_cast<unsigned>(budget_.Left(start).count()));
+    if (moved == LIBUSB_ERROR_TIMEOUT) budget_.GivenUp(start, std::chrono::steady_clock::now());
+    return moved;
   };
   std::array<std::uint8_t, 4> languages{};
   std::uint16_t language = kEnglish;
@@ -213,14 +229,30 @@ bool LibusbDriver::Transfer(OpenBoard& board, const UsbPipe& pipe, std::span<std
     board.Board().answersInStep = true;
   }
   int count = 0;
-  const int error = libusb_bulk_transfer(board.Device(), pipe.endpoint, buffer.data(),
-                                         static_cast<int>(buffer.size()), &count, timeLimitMs_);
+  const int error = Move(board.Device(), pipe, buffer, count);
   moved = static_cast<std::uint32_t>(count);
   if (error != LIBUSB_SUCCESS || moved != buffer.size()) board.Board().answersInStep = false;
   if (error == LIBUSB_SUCCESS) return true;
   // A refused transfer leaves the pipe shut; the next one is to find it open.
   if (error == LIBUSB_ERROR_PIPE) libusb_clear_halt(board.Device(), pipe.endpoint);
   return Fail(ErrorCode(error));
+}
+
+int LibusbDriver::Move(libusb_device_handle* device, const UsbPipe& pipe,
+                       std::span<std::uint8_t> buffer, int& moved) {
+  const auto start = std::chrono::steady_clock::now();
+  BulkRequest request(bus_.Context(), device, pipe.endpoint, buffer, budget_.Left(start));
+  if (const int error = request.Submit(); error != LIBUSB_SUCCESS) return error;
+  request.WaitFor(kNoticeable);
+  const bool noticed = !request.Ended() && waiting_;
+  if (noticed) waiting_(true);
+  while (!request.Ended()) request.WaitFor(kTimeLimit);
+  if (noticed) waiting_(false);
+  moved = request.Moved();
+  if (request.Error() == LIBUSB_ERROR_TIMEOUT) {
+    budget_.GivenUp(start, std::chrono::steady_clock::now());
+  }
+  return request.Error();
 }
 
 bool LibusbDriver::Fail(std::int32_t error) {

@@ -3,10 +3,12 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 
 #include "platform/linux/usb_bus.h"
+#include "platform/wait_budget.h"
 #include "seams/usb_driver.h"
 
 struct libusb_device_handle;
@@ -15,17 +17,22 @@ namespace kestrel {
 
 inline constexpr std::uint32_t kBulkRead = 0x22204E;  // refuses pipes that lead to the board
 
-// The adapter driver's requests answered through libusb. "\\.\Ezusb-n" is the n-th attached board
-// with the adapter's vendor number in bus order, n from 0 to 3. A handle has its board to itself
-// until it is closed.
+// The adapter driver's requests answered through libusb. "\\.\Ezusb-n" is the board with the
+// adapter's vendor number that has number n on the bus, n from 0 to 3. A handle has its board to
+// itself until it is closed.
 //
 // LastError(): 1 unknown request, 2 not attached, 5 no permission, 6 not an open handle, 31 the
 // device failed, 32 in use by another program, 87 no such pipe, 121 time-out, 122 buffer too small.
 class LibusbDriver : public UsbDriver {
  public:
-  static constexpr std::chrono::milliseconds kTimeLimit{2000};  // of one request
+  // Of one request, and of all that follow each other while a board does not answer.
+  static constexpr std::chrono::milliseconds kTimeLimit{2000};
+  // A request that takes longer than this tells `waiting`.
+  static constexpr std::chrono::milliseconds kNoticeable{150};
 
-  explicit LibusbDriver(std::chrono::milliseconds timeLimit = kTimeLimit);
+  // `waiting` is told true when a request begins to be noticed, and false at its end.
+  explicit LibusbDriver(std::chrono::milliseconds timeLimit = kTimeLimit,
+                        std::function<void(bool)> waiting = {});
   ~LibusbDriver() override;
   LibusbDriver(const LibusbDriver&) = delete;
   LibusbDriver& operator=(const LibusbDriver&) = delete;
@@ -38,6 +45,8 @@ class LibusbDriver : public UsbDriver {
                                      std::span<std::uint8_t> output,
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
+  [[nodiscard]] bool Attached(const std::string& name) override;
+  [[nodiscard]] std::uint32_t Plugging(Handle device) override;
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
  private:
@@ -49,9 +58,13 @@ class LibusbDriver : public UsbDriver {
             std::span<std::uint8_t> output, std::uint32_t& returned);
   bool Transfer(OpenBoard& board, const UsbPipe& pipe, std::span<std::uint8_t> buffer,
                 std::uint32_t& moved);
+  // The library's error code.
+  int Move(libusb_device_handle* device, const UsbPipe& pipe, std::span<std::uint8_t> buffer,
+           int& moved);
   bool Fail(std::int32_t error);  // always false
 
-  unsigned timeLimitMs_;
+  WaitBudget budget_;
+  std::function<void(bool)> waiting_;
   UsbBus bus_;  // outlives the handles
   std::map<Handle, std::unique_ptr<OpenBoard>> open_;
   Handle lastHandle_ = 0;

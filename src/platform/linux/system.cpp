@@ -14,7 +14,8 @@
 namespace kestrel {
 
 struct System::Parts {
-  explicit Parts(const SystemOptions& options) : port(options.portAddress), service(port) {}
+  explicit Parts(const SystemOptions& options)
+      : usb(LibusbDriver::kTimeLimit, options.waiting), port(options.portAddress), service(port) {}
 
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;

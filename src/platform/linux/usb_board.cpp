@@ -69,12 +69,13 @@ void UsbBoard::Unref::operator()(libusb_device* device) const {
   libusb_unref_device(device);
 }
 
-UsbBoard::UsbBoard(libusb_device* device) : device_(libusb_ref_device(device)) {
+UsbBoard::UsbBoard(libusb_device* device, std::uint32_t plugging)
+    : device_(libusb_ref_device(device)),
+      address_(libusb_get_device_address(device)),
+      plugging_(plugging) {
   std::array<std::uint8_t, kMostPorts> ports{};
   const int depth = libusb_get_port_numbers(device, ports.data(), kMostPorts);
-  place_ = {libusb_get_bus_number(device),
-            {ports.begin(), ports.begin() + std::max(depth, 0)},
-            libusb_get_device_address(device)};
+  place_ = {libusb_get_bus_number(device), {ports.begin(), ports.begin() + std::max(depth, 0)}};
   ReadPipes();
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <span>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 struct libusb_device;
@@ -25,12 +26,16 @@ struct UsbPipe {
   [[nodiscard]] bool IsInput() const { return (endpoint & 0x80U) != 0; }
 };
 
+// Where something is plugged in: bus number, the ports on the way from the root.
+using UsbPlace = std::pair<std::uint8_t, std::vector<std::uint8_t>>;
+
 // A board on the bus, from being plugged in until it is unplugged.
 class UsbBoard {
  public:
   static constexpr std::size_t kPipeInformationSize = 356;
 
-  explicit UsbBoard(libusb_device* device);
+  // `plugging` counts the boards that were plugged in since the program started.
+  UsbBoard(libusb_device* device, std::uint32_t plugging);
 
   [[nodiscard]] libusb_device* Device() const { return device_.get(); }
 
@@ -47,8 +52,13 @@ class UsbBoard {
   // bus speed by its packet size: on a board with fewer bulk endpoints it repeats the answer pipe.
   [[nodiscard]] std::array<std::uint8_t, kPipeInformationSize> PipeInformation() const;
 
-  // Bus order: bus number, the ports on the way from the root, device address.
-  [[nodiscard]] bool IsBefore(const UsbBoard& other) const { return place_ < other.place_; }
+  [[nodiscard]] const UsbPlace& Place() const { return place_; }
+  [[nodiscard]] std::uint32_t Plugging() const { return plugging_; }
+
+  // Bus order: by place, then by device address.
+  [[nodiscard]] bool IsBefore(const UsbBoard& other) const {
+    return std::tie(place_, address_) < std::tie(other.place_, other.address_);
+  }
 
   // Whether the answer pipe is known to hold no answer of an earlier, broken-off transfer.
   bool answersInStep = false;
@@ -61,7 +71,9 @@ class UsbBoard {
   void ReadPipes();
 
   std::unique_ptr<libusb_device, Unref> device_;
-  std::tuple<std::uint8_t, std::vector<std::uint8_t>, std::uint8_t> place_;
+  UsbPlace place_;
+  std::uint8_t address_;
+  std::uint32_t plugging_;
   std::optional<int> interface_;
   std::uint8_t interfaceClass_ = 0;
   std::vector<UsbPipe> pipes_;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <span>
+#include <utility>
 
 namespace kestrel {
 namespace {
@@ -50,24 +51,50 @@ bool UsbBus::Started() {
 }
 
 // A board that stays attached keeps its object, and with it what was learnt of it.
-void UsbBus::Refresh() {
+UsbBus::Boards UsbBus::Attached() {
   const DeviceList list(context_.get());
-  std::vector<std::shared_ptr<UsbBoard>> attached;
+  Boards attached;
   for (libusb_device* device : list.Devices()) {
     if (!IsAdapterVendor(device)) continue;
     const auto known = std::find_if(boards_.begin(), boards_.end(),
                                     [&](const auto& board) { return board->Device() == device; });
-    attached.push_back(known != boards_.end() ? *known : std::make_shared<UsbBoard>(device));
+    attached.push_back(known != boards_.end() ? *known
+                                              : std::make_shared<UsbBoard>(device, ++pluggings_));
   }
   std::sort(attached.begin(), attached.end(),
             [](const auto& a, const auto& b) { return a->IsBefore(*b); });
-  boards_ = std::move(attached);
+  return attached;
+}
+
+void UsbBus::Refresh() {
+  const Boards before = std::exchange(boards_, Attached());
+  const auto isIn = [](const Boards& boards, const std::shared_ptr<UsbBoard>& board) {
+    return std::find(boards.begin(), boards.end(), board) != boards.end();
+  };
+  for (Number& number : numbers_) {
+    if (number.board && !isIn(boards_, number.board)) number.board.reset();
+  }
+  for (const std::shared_ptr<UsbBoard>& board : boards_) {
+    if (!isIn(before, board)) Give(board);
+  }
+}
+
+// The number of its place, else one that was never used, else the first that is free.
+void UsbBus::Give(const std::shared_ptr<UsbBoard>& board) {
+  const auto first = [this](const auto& fits) {
+    return std::find_if(numbers_.begin(), numbers_.end(),
+                        [&](const Number& number) { return !number.board && fits(number); });
+  };
+  auto found = first([&](const Number& number) { return number.place == board->Place(); });
+  if (found == numbers_.end()) found = first([](const Number& number) { return !number.place; });
+  if (found == numbers_.end()) found = first([](const Number& /*number*/) { return true; });
+  if (found != numbers_.end()) *found = {board->Place(), board};
 }
 
 std::shared_ptr<UsbBoard> UsbBus::Board(std::size_t number) {
-  if (!Started()) return nullptr;
+  if (number >= kNumbers || !Started()) return nullptr;
   Refresh();
-  return number < boards_.size() ? boards_[number] : nullptr;
+  return numbers_[number].board;
 }
 
 }  // namespace kestrel

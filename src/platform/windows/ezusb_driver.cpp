@@ -10,7 +10,8 @@
 namespace kestrel {
 namespace {
 
-constexpr DWORD kLongestRequestMs = 2000;
+constexpr DWORD kNoticeableMs = 150;
+constexpr std::uint64_t kShortestPlugMs = 1000;
 
 HANDLE AsHandle(UsbDriver::Handle device) {
   return reinterpret_cast<HANDLE>(device);
@@ -33,6 +34,9 @@ class Event {
 
 UsbDriver::Handle EzusbDriver::CreateFile(const std::string& path, std::uint32_t access,
                                           std::uint32_t share, std::uint32_t creation) {
+  const std::uint64_t now = GetTickCount64();
+  if (now - lastUseMs_ >= kShortestPlugMs) ++plugging_;
+  lastUseMs_ = now;
   const HANDLE device =
       CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_FLAG_OVERLAPPED, nullptr);
   lastError_ = device == INVALID_HANDLE_VALUE ? static_cast<std::int32_t>(GetLastError()) : 0;
@@ -50,8 +54,7 @@ bool EzusbDriver::DeviceIoControl(Handle device, std::uint32_t code,
                                 static_cast<DWORD>(input.size()), output.data(),
                                 static_cast<DWORD>(output.size()), &moved, &request);
   if (good == 0 && GetLastError() == ERROR_IO_PENDING) {
-    const bool late = WaitForSingleObject(done.handle(), kLongestRequestMs) != WAIT_OBJECT_0;
-    if (late) CancelIoEx(AsHandle(device), &request);
+    if (!Wait(done.handle())) CancelIoEx(AsHandle(device), &request);
     good = GetOverlappedResult(AsHandle(device), &request, &moved, TRUE);
   }
   lastError_ = good != 0 ? 0 : static_cast<std::int32_t>(GetLastError());
@@ -59,7 +62,27 @@ bool EzusbDriver::DeviceIoControl(Handle device, std::uint32_t code,
   return good != 0;
 }
 
+bool EzusbDriver::Wait(void* ended) {
+  const auto start = std::chrono::steady_clock::now();
+  const auto limit = static_cast<DWORD>(budget_.Left(start).count());
+  const DWORD quiet = limit < kNoticeableMs ? limit : kNoticeableMs;
+  if (WaitForSingleObject(ended, quiet) == WAIT_OBJECT_0) return true;
+  if (waiting_) waiting_(true);
+  const bool inTime = WaitForSingleObject(ended, limit - quiet) == WAIT_OBJECT_0;
+  if (waiting_) waiting_(false);
+  if (!inTime) budget_.GivenUp(start, std::chrono::steady_clock::now());
+  return inTime;
+}
+
+// The name leads somewhere while a board stands behind it.
+bool EzusbDriver::Attached(const std::string& name) {
+  char target[MAX_PATH];
+  return QueryDosDeviceA(name.c_str(), target, sizeof target) != 0 ||
+         GetLastError() == ERROR_INSUFFICIENT_BUFFER;
+}
+
 void EzusbDriver::CloseHandle(Handle device) {
+  lastUseMs_ = GetTickCount64();
   ::CloseHandle(AsHandle(device));
 }
 

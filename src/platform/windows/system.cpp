@@ -19,6 +19,8 @@
 namespace kestrel {
 
 struct System::Parts {
+  explicit Parts(const SystemOptions& options) : usb(options.waiting) {}
+
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
   kestrel::SystemLocale locale;
@@ -28,7 +30,7 @@ struct System::Parts {
 };
 
 // The port libraries take addresses, and say nothing of ports that cannot be had.
-System::System(const SystemOptions& /*options*/) : parts_(std::make_unique<Parts>()) {}
+System::System(const SystemOptions& options) : parts_(std::make_unique<Parts>(options)) {}
 System::~System() = default;
 
 Clock& System::SystemClock() {

@@ -1,0 +1,86 @@
+// The program's logic over real back ends, from the start button down.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "acquisition/capture_cycle.h"
+#include "acquisition/quiet_views.h"
+#include "connection/core.h"
+#include "connection/start.h"
+#include "device/rec_ctrl.h"
+#include "platform/hardware_switch.h"
+#include "regmap/register_table.h"
+#include "support/fake_clock.h"
+#include "support/fake_main_views.h"
+#include "support/fixed_locale.h"
+#include "support/memory_files.h"
+#include "support/recording_messages.h"
+#include "support/recording_pointer.h"
+#include "support/reset_program.h"
+#include "support/scripted_loop.h"
+#include "support/unused_hardware.h"
+
+namespace kestrel {
+
+// The program's logic from the start button down, over any hardware.
+class Program {
+ public:
+  // Begins with the interface of this type, at this port address.
+  Program(const Hardware& hardware, FakeClock& clock, std::int16_t interface = kUsbAdapter,
+          std::int16_t portAddress = 0)
+      : loop_(clock),
+        core({clock, loop_, pointer_, messages, files, locale_, *hardware.usb, *hardware.port,
+              *hardware.driverService}) {
+    ResetProgram();
+    SetColours();
+    core.delay.SkipCalibration();
+    PortAddress = portAddress;
+    Connect(interface);
+    InitRegisterTable(core.registers);
+    views_.recMode = 0;
+    gRecCtrl->RecModeCode(0);
+    gRecCtrl->WriteRecCtrl();
+    gRecCtrl->ReadRecCtrl();
+  }
+  ~Program() { ResetProgram(); }
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  // Prepares the interface as the program does when one is selected.
+  void Connect(std::int16_t interface = kUsbAdapter) {
+    InterfaceType = interface;
+    InitInterface(core);
+  }
+  void Capture() { cycle_.cmdStart_Click(); }
+  [[nodiscard]] bool Idle() const {
+    return views_.caption == "Start" && !cycle_.Running() && !readout_.Busy();
+  }
+  [[nodiscard]] int Averages() { return core.registers.ReadReg(row::FFT_AVG), RegValue; }
+
+  RecordingMessages messages;
+  MemoryFiles files;
+
+ private:
+  ScriptedLoop loop_;
+  RecordingPointer pointer_;
+  FixedLocale locale_;
+
+ public:
+  Core core;
+
+ private:
+  Journal journal_;
+  QuietViews quiet_;
+  FakeStatusView statusView_{journal_};
+  FakeReadoutView readoutView_{journal_};
+  FakeCaptureView views_{journal_, readoutView_};
+  AlarmStatus alarms_{core.registers, quiet_};
+  SpectrumPlot plot_{quiet_, alarms_, loop_, messages};
+  DataLog log_{files, locale_, loop_, quiet_};
+  StatusDisplay status_{core.registers, alarms_, loop_, statusView_};
+  CaptureReadout readout_{core.registers, plot_, quiet_, log_, loop_, messages, readoutView_};
+  WindowDelay delay_{loop_};
+  BandOverlay overlay_{plot_, quiet_};
+  CaptureCycle cycle_{core, delay_, status_, readout_, plot_, overlay_, views_};
+};
+
+}  // namespace kestrel
