@@ -249,7 +249,7 @@ class Session : public CaptureBench {
   int searches_ = 0;            // for an adapter that is missing
   bool waitsInSensor_ = false;  // auto-plot is or was off
   bool closed_ = false;
-  Record earlier_{};
+  Kept earlier_{};
   std::map<std::filesystem::path, std::string> earlierFiles_;
   std::int16_t earlierIndex_ = 1;
 };

@@ -82,13 +82,13 @@ class Program {
   FakeReadoutView readoutView_{journal_};
   FakeCaptureView views_{journal_, readoutView_};
   AlarmStatus alarms_{core_.registers, quiet_};
-  SpectrumPlot plot_{quiet_, alarms_, loop_, messages};
-  DataLog log_{files_, locale_, loop_, quiet_};
+  SpectrumPlot plot_{core_.record, quiet_, alarms_, loop_, messages};
+  DataLog log_{core_.record, files_, locale_, loop_, quiet_};
   StatusDisplay status_{core_.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core_.registers, plot_, quiet_, log_, loop_, messages, readoutView_};
+  CaptureReadout readout_{core_, status_, alarms_, plot_, quiet_, log_, readoutView_};
   WindowDelay delay_{loop_};
   BandOverlay overlay_{plot_, quiet_};
-  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, overlay_, views_};
+  CaptureCycle cycle_{core_, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
 };
 
 Scenario Tone() {
