@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "record/current_record.h"
 
+#include <cstddef>
 #include <utility>
 
 #include "record/capture_data.h"
@@ -25,8 +26,17 @@ void CurrentRecord::AddAlarms(const AlarmState& alarms) {
   Tell();
 }
 
-void CurrentRecord::Tell() const {
-  for (const auto& listener : listeners_) listener();
+CurrentRecord::Listener CurrentRecord::OnChange(std::function<void()> listen) {
+  auto listener = std::make_shared<const std::function<void()>>(std::move(listen));
+  listeners_.emplace_back(listener);
+  return listener;
+}
+
+void CurrentRecord::Tell() {
+  std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
+  for (std::size_t i = 0; i < listeners_.size(); ++i) {  // a listener may add others
+    if (const Listener listener = listeners_[i].lock()) (*listener)();
+  }
 }
 
 }  // namespace kestrel

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "record/record.h"
@@ -22,14 +23,15 @@ class CurrentRecord {
   // What was read of the same record after its points. The listeners are told as well.
   void AddAlarms(const AlarmState& alarms);
 
-  // Called after every change, in the order of their coming. They live as long as this object.
-  void OnChange(std::function<void()> listener) { listeners_.push_back(std::move(listener)); }
+  // `listen` is called after every change, as long as somebody keeps what is returned.
+  using Listener = std::shared_ptr<const std::function<void()>>;
+  [[nodiscard]] Listener OnChange(std::function<void()> listen);
 
  private:
-  void Tell() const;
+  void Tell();
 
   Record record_;
-  std::vector<std::function<void()>> listeners_;
+  std::vector<std::weak_ptr<const std::function<void()>>> listeners_;
 };
 
 }  // namespace kestrel

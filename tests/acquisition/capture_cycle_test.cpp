@@ -186,7 +186,7 @@ TEST_F(Capture, PeaksOfTheRecordBeforeKeepTheirValueUntilTheNewOnesAreRead) {
   ASSERT_EQ(alarmView.peak[0], " 1.192");
   setRange(1);
   std::string whileWaiting;
-  loop.AtYield(1, [&] { whileWaiting = alarmView.peak[0]; });
+  loop.AtYield(loop.Yields() + 1, [&] { whileWaiting = alarmView.peak[0]; });
   ReadyAtPoll(1);
   cycle.cmdStart_Click();
   EXPECT_EQ(whileWaiting, " 1.192");

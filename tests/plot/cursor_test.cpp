@@ -36,7 +36,7 @@ class Cursor : public RegisterBench {
     }
     core.record.HandOver(record);
     RecordOf(RecordKind::Spectrum);
-    core.record.OnChange([this] { cursor.RecordChanged(); });
+    listener = core.record.OnChange([this] { cursor.RecordChanged(); });
   }
 
   void RecordOf(RecordKind kind, int option = 0) {
@@ -50,6 +50,7 @@ class Cursor : public RegisterBench {
     for (int i = 0; i < times; ++i) cursor.Step(step);
   }
 
+  CurrentRecord::Listener listener;
   FakeCursorView view;
   PlotCursor cursor{core.record, view};
 };

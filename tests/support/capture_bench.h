@@ -61,7 +61,7 @@ class CaptureBench : public RegisterBench {
   // A record that a later read-out may or may not replace.
   void KeepARecord(RecordKind kind = RecordKind::Spectrum) {
     Record record;
-    record.kind = kind;
+    record.kind = RecordKind::Time;  // so that all points are kept
     record.settings.option = 3;
     record.lsbWeight = 0.5;
     record.scaledRange = 2;
@@ -75,6 +75,8 @@ class CaptureBench : public RegisterBench {
         record.Of(axis).raw(i) = static_cast<double>(Index(axis) + 1) * i;
       }
     }
+    core.record.HandOver(record);
+    record.kind = kind;
     core.record.HandOver(record);
     readout.Expect(kind);
   }

@@ -160,7 +160,7 @@ void frm1::ConnectPlot() {
       overlay_.RecordRedrawn();
     });
   }
-  core_.record.OnChange([this] { cursor_.RecordChanged(); });
+  recordListener_ = core_.record.OnChange([this] { cursor_.RecordChanged(); });
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });
