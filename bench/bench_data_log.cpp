@@ -23,7 +23,7 @@
 #include "logging/data_log.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
-#include "record/capture_data.h"
+#include "record/current_record.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {
@@ -54,19 +54,20 @@ class NoLoop : public EventLoop {
   void StopTimer() override {}
 };
 
-void FillRecord() {
+Record MakeRecord() {
+  Record record;
   std::mt19937 random(1);
   std::uniform_int_distribution<int> word(-32768, 32767);
-  Buff.width = kTimeWidth;
+  record.kind = RecordKind::Time;
   for (int i = 0; i <= kTimeWidth; ++i) {
-    for (auto [raw, data] : {std::pair{&RawX, &DataX}, {&RawY, &DataY}, {&RawZ, &DataZ}}) {
-      (*raw)(i) = word(random);
-      (*data)(i) = (*raw)(i)*0.0023842;
+    for (AxisRecord& axis : record.axes) {
+      axis.raw(i) = word(random);
+      axis.data(i) = axis.raw(i) * 0.0023842;
     }
   }
-  CaptSupply = 3.2996F;
-  CaptTemp = 24.34F;
-  StatusFlagText.fill("OK");
+  record.conditions = {.supplyV = 3.2996F, .temperatureC = 24.34F, .recordCount = 1};
+  record.status.known = true;
+  return record;
 }
 
 std::string Content(const fs::path& file) {
@@ -101,8 +102,9 @@ int Measure() {
   SystemLocale locale;
   NoLoop loop;
   QuietViews view;
-  DataLog log(files, locale, loop, view);
-  FillRecord();
+  CurrentRecord current;
+  current.HandOver(MakeRecord());
+  DataLog log(current, files, locale, loop, view);
   log.WriteDataFile();
   const std::string content = Content(log.LastFile());
 

@@ -96,7 +96,7 @@ void DrawBox(kestrel::PictureBox& box, QPixmap& window, const Record& record, do
   box.Cls();
   for (std::size_t i = 1; i < kPoints; ++i) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
-      box.Line(static_cast<double>(i) - 1, record[axis][i - 1], static_cast<double>(i),
+      box.Line(axis, static_cast<double>(i) - 1, record[axis][i - 1], static_cast<double>(i),
                record[axis][i], kColours[axis]);
     }
   }

@@ -188,13 +188,13 @@ class Soak {
                    .driverService = hardware_.Service()}};
   SoakViews views_;
   AlarmStatus alarms_{core_.registers, views_};
-  SpectrumPlot plot_{views_, alarms_, loop_, messages_};
-  DataLog log_{files_, locale_, loop_, views_};
+  SpectrumPlot plot_{core_.record, views_, alarms_, loop_, messages_};
+  DataLog log_{core_.record, files_, locale_, loop_, views_};
   StatusDisplay status_{core_.registers, alarms_, loop_, views_};
-  CaptureReadout readout_{core_.registers, plot_, views_, log_, loop_, messages_, views_};
+  CaptureReadout readout_{core_, status_, alarms_, plot_, views_, log_, views_};
   WindowDelay delay_{loop_};
   BandOverlay overlay_{plot_, views_};
-  CaptureCycle cycle_{core_, delay_, status_, readout_, plot_, overlay_, views_};
+  CaptureCycle cycle_{core_, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
 };
 
 int Run() {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How a capture is started, waited for, stopped and taken.
 // SPDX-License-Identifier: MIT
 #include "acquisition/capture_cycle.h"
 
@@ -24,13 +24,12 @@ constexpr int kStopPasses = 20;
 constexpr std::int16_t kStopAddress = 0x68;
 constexpr std::uint8_t kStopData = 0xE8;
 constexpr int kTimeMode = 2;
+constexpr int kDataReadyBit = 7;
 // The sensor needs this long to bring a record from its flash into the buffers.
 constexpr float kRetrieveMs = 51;
 
-void SetBuffersSigned(bool isSigned) {
-  for (const std::int16_t buffer : {row::X_BUF, row::Y_BUF, row::Z_BUF}) {
-    RegSigned[buffer] = isSigned;
-  }
+bool IsSpectrumMode(int recMode) {
+  return recMode == 0 || recMode == 1;
 }
 
 }  // namespace
@@ -85,16 +84,21 @@ void CaptureCycle::Start() {
 
 void CaptureCycle::Capture() {
   status_.ClearStatus("cmdStart");
+  const double gPerLsb = gRecCtrl->gLsb();  // of the range that the sensor takes for this capture
   core_.registers.WriteReg(row::COMMAND, kCaptureCommand);
   if (!GoingOn()) return;
   view_.ShowCapturingData(true);
   view_.SetStartCaption(kStopCaption);
   view_.SetKeyPreview(true);
   core_.seams.loop.Yield();
-  if (!WaitForData()) return;
+  const auto wait = WaitForData();
+  if (!wait) return;
+  if (wait->ready && IsSpectrumMode(view_.RecModeIndex())) alarms_.ExpectPeaks(gPerLsb);
   status_.ReadStatus("cmdStart");
   view_.ShowCapturingData(false);
-  if (GoingOn()) TakeRecord();
+  if (!GoingOn()) return;
+  const bool ready = wait->ready || status_.Last().IsSet(kDataReadyBit);
+  TakeRecord({.stopped = !ready, .countBefore = {}, .stored = {}});
 }
 
 // An adapter's loss has been told by the adapter; a port tells nothing by itself.
@@ -109,6 +113,7 @@ void CaptureCycle::TellLostPort() {
 bool CaptureCycle::InterfaceReady() {
   if (core_.registers.Reachable()) return true;
   const std::string lost = InterfaceType == kUsbAdapter ? SelectedAdapter.deviceName : "";
+  readout_.ForgetCount();
   InitInterface(core_);
   const bool found = core_.registers.Reachable();
   if (found) foundAgain_();
@@ -120,23 +125,23 @@ bool CaptureCycle::InterfaceReady() {
   return false;
 }
 
-// Returns false when the sensor was lost or the window closed. There is no time-out: a capture that
-// never completes is ended by the user.
-bool CaptureCycle::WaitForData() {
+// None when the sensor was lost or the window closed. There is no time-out: a capture that never
+// completes is ended by the user.
+std::optional<CaptureCycle::Wait> CaptureCycle::WaitForData() {
   const auto start = static_cast<float>(core_.seams.clock.SecondsSinceMidnight());
   delay_.DelayA(InitialWaitMs());
   bool ready = false;
   do {
-    if (!GoingOn()) return false;
+    if (!GoingOn()) return std::nullopt;
     view_.ShowElapsed(SecondsSince(start));
     delay_.DelayA(kPollMs);
-    if (!GoingOn()) return false;
+    if (!GoingOn()) return std::nullopt;
     ready = PollDataReady();
     view_.SetKeyPreview(true);
     core_.seams.loop.Yield();
-    if (!GoingOn()) return false;
+    if (!GoingOn()) return std::nullopt;
   } while (!ready && view_.StartCaption() == kStopCaption);
-  return true;
+  return Wait{.ready = ready};
 }
 
 bool CaptureCycle::PollDataReady() {
@@ -145,17 +150,13 @@ bool CaptureCycle::PollDataReady() {
 }
 
 // A record that cannot be read to its end leaves the earlier one, and its kind, in place.
-void CaptureCycle::TakeRecord() {
-  const CaptureBuffer earlierBuffer = Buff;
-  const std::string earlierType = CaptureType;
-  const bool earlierSigned = RegSigned[row::X_BUF];
+void CaptureCycle::TakeRecord(const RecordOrigin& origin) {
   SetRecordType(view_.RecModeIndex());
-  if (!view_.AutoPlotTicked()) return;
-  if (!readout_.ReadCaptureBuffer()) {
-    Buff = earlierBuffer;
-    CaptureType = earlierType;
-    SetBuffersSigned(earlierSigned);
+  if (!view_.AutoPlotTicked()) {
+    readout_.ForgetCount();
+    return;
   }
+  readout_.ReadCaptureBuffer(origin);
   // The record is drawn a second time here, after the read-out's own drawing.
   if (closed_) return;
   plot_.PlotRecord();
@@ -163,14 +164,10 @@ void CaptureCycle::TakeRecord() {
 }
 
 void CaptureCycle::SetRecordType(int recMode) {
-  if (recMode == 0 || recMode == 1) {
-    CaptureType = "FFT";
-    Buff.width = kFftWidth;
-    SetBuffersSigned(false);
+  if (IsSpectrumMode(recMode)) {
+    readout_.Expect(RecordKind::Spectrum);
   } else if (recMode == kTimeMode) {
-    CaptureType = "TimeDomain";
-    Buff.width = kTimeWidth;
-    SetBuffersSigned(true);
+    readout_.Expect(RecordKind::Time);
   } else {
     core_.seams.messages.Show("ERROR.\nSubroutine = ReadCaptureBuffer\nMe.cbxRecMode.ListIndex = " +
                               std::to_string(recMode) + "\nValid values are  = 0,1,2");
@@ -194,18 +191,27 @@ void CaptureCycle::Stop() {
 }
 
 void CaptureCycle::cmdReadBuffer_Click() {
-  if (!InterfaceReady()) return;
-  if (!readout_.ReadCaptureBuffer() && !closed_) plot_.PlotRecord();
+  if (InterfaceReady()) ReadBuffers({});
+}
+
+void CaptureCycle::ReadBuffers(const RecordOrigin& origin) {
+  if (!readout_.ReadCaptureBuffer(origin) && !closed_) plot_.PlotRecord();
   if (!closed_) overlay_.RecordRedrawn();
 }
 
+// The peaks that come with a stored spectrum are codes of the range at which it was taken.
 void CaptureCycle::cmdGetRecord_Click(int record) {
   if (!InterfaceReady()) return;
   core_.registers.WriteReg(row::REC_PNTR, record);
   core_.registers.WriteReg(row::COMMAND, kRetrieveRecordCommand);
   if (!RegisterAccess::Usable()) return;
   core_.delay.Delay(float{kRetrieveMs});
-  cmdReadBuffer_Click();
+  if (!InterfaceReady()) return;
+  ReadBuffers({.stopped = false, .countBefore = {}, .stored = record});
+  const Record& read = core_.record.Get();
+  if (read.origin.stored && read.kind == RecordKind::Spectrum) {
+    alarms_.ExpectPeaks(GPerLsb(read.settings.range));
+  }
 }
 
 void CaptureCycle::Close() {

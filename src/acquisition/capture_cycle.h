@@ -1,8 +1,9 @@
-// Kestrel evaluation program
+// The capture cycle: what one press of the start button does.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -38,11 +39,12 @@ class CaptureView {
 // read-out. Presses that come during the wait run nested in it and stop it through the caption.
 class CaptureCycle {
  public:
-  CaptureCycle(Core& core, WindowDelay& delay, StatusDisplay& status, CaptureReadout& readout,
-               SpectrumPlot& plot, BandOverlay& overlay, CaptureView& view)
+  CaptureCycle(Core& core, WindowDelay& delay, StatusDisplay& status, AlarmStatus& alarms,
+               CaptureReadout& readout, SpectrumPlot& plot, BandOverlay& overlay, CaptureView& view)
       : core_(core),
         delay_(delay),
         status_(status),
+        alarms_(alarms),
         readout_(readout),
         plot_(plot),
         overlay_(overlay),
@@ -55,11 +57,11 @@ class CaptureCycle {
   // the sensor is lost meanwhile.
   void cmdReadBuffer_Click();
 
-  // Retrieves a stored record, 0 to 15, from the sensor's flash and reads it out with the width and
-  // sign of the record that is shown.
+  // Retrieves a stored record, 0 to 15, from the sensor's flash and reads it out with the kind
+  // of the last capture.
   void cmdGetRecord_Click(int record);
 
-  // Width and sign of the records that a record mode (list index) delivers.
+  // What a record mode (list index) delivers is what the next read-out expects.
   void SetRecordType(int recMode);
 
   // What is read of a lost sensor that was found again, before data are taken: it may have started
@@ -73,15 +75,19 @@ class CaptureCycle {
 
  private:
   class Run;
+  struct Wait {
+    bool ready = false;  // false: ended by the user
+  };
 
   void Start();
   void Capture();
   void Stop();
   bool InterfaceReady();
   void TellLostPort();
-  bool WaitForData();
+  std::optional<Wait> WaitForData();
   bool PollDataReady();
-  void TakeRecord();
+  void TakeRecord(const RecordOrigin& origin);
+  void ReadBuffers(const RecordOrigin& origin);
   [[nodiscard]] double InitialWaitMs();
   [[nodiscard]] double SecondsSince(float start);
   [[nodiscard]] bool GoingOn();
@@ -89,6 +95,7 @@ class CaptureCycle {
   Core& core_;
   WindowDelay& delay_;
   StatusDisplay& status_;
+  AlarmStatus& alarms_;
   CaptureReadout& readout_;
   SpectrumPlot& plot_;
   BandOverlay& overlay_;

@@ -1,16 +1,17 @@
-// Kestrel evaluation program
+// The read-out: one capture out of the sensor's buffers becomes the record at hand.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
+#include "acquisition/status.h"
+#include "alarms/alarm_status.h"
+#include "connection/core.h"
 #include "logging/data_log.h"
 #include "plot/spectrum_plot.h"
-#include "record/axis.h"
-#include "record/capture_data.h"
-#include "seams/event_loop.h"
-#include "seams/messages.h"
-#include "transport/register_access.h"
+#include "record/record.h"
 
 namespace kestrel {
 
@@ -29,44 +30,52 @@ class ReadoutView {
   [[nodiscard]] virtual bool DataLogTicked() = 0;
 };
 
-// Moves one capture from the sensor into the program.
+// Moves one capture from the sensor into the program. It fills a record of its own and hands it
+// over when it is complete.
 class CaptureReadout {
  public:
-  CaptureReadout(RegisterAccess& registers, SpectrumPlot& plot, PlotView& plotView, DataLog& log,
-                 EventLoop& loop, Messages& messages, ReadoutView& view)
-      : registers_(registers),
+  CaptureReadout(Core& core, const StatusDisplay& status, const AlarmStatus& alarms,
+                 SpectrumPlot& plot, PlotView& plotView, DataLog& log, ReadoutView& view)
+      : core_(core),
+        status_(status),
+        alarms_(alarms),
         plot_(plot),
         plotView_(plotView),
         log_(log),
-        loop_(loop),
-        messages_(messages),
         view_(view) {}
 
-  // Reads, scales, plots and logs as the check boxes ask. Returns false when the sensor was lost
-  // meanwhile: the record at hand is then still the earlier one, and nothing is plotted or logged.
-  bool ReadCaptureBuffer();
+  // What the sensor's buffers hold from now on: magnitudes, which are unsigned, or signed samples.
+  // The record at hand stays what it is.
+  void Expect(RecordKind kind);
+
+  // Reads, scales, plots and logs as the check boxes ask; `origin` is how the record came into the
+  // buffers. Returns false when the sensor was lost meanwhile: the record at hand is then still the
+  // earlier one, its kind is expected again, and nothing is plotted or logged.
+  bool ReadCaptureBuffer(const RecordOrigin& origin = {});
+
+  // A capture ended that is not read out: how far the sensor has counted is no longer known.
+  void ForgetCount() { count_.reset(); }
 
   // A read-out is under way.
   [[nodiscard]] bool Busy() const { return busy_; }
 
  private:
-  struct AxisRecord {
-    RecordArray raw;
-    RecordArray data;
-  };
+  std::optional<Record> Read(const RecordOrigin& origin);
+  bool ReadConditions(Record& record);
+  void SetScale(Record& record);
+  bool ReadPoints(Record& record);
+  bool ReadAxis(Axis axis, Record& record);
+  void ShowConditions(const Conditions& conditions);
 
-  bool ReadConditions();
-  void SetLsbWeight();
-  bool ReadRecord();
-  bool ReadAxis(Axis axis, AxisRecord& record);
-
-  RegisterAccess& registers_;
+  Core& core_;
+  const StatusDisplay& status_;
+  const AlarmStatus& alarms_;
   SpectrumPlot& plot_;
   PlotView& plotView_;
   DataLog& log_;
-  EventLoop& loop_;
-  Messages& messages_;
   ReadoutView& view_;
+  RecordKind expected_ = RecordKind::Spectrum;
+  std::optional<std::int32_t> count_;  // REC_CNT as of the last read-out
   bool busy_ = false;
 };
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The views of a read-out where nobody looks.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -30,7 +30,8 @@ class QuietViews : public PlotView,
   void SetScale(double /*left*/, double /*top*/, double /*right*/, double /*bottom*/) override {}
   void ClearPlot() override {}
   void ClearABLabels() override {}
-  void DrawLine(double /*x1*/, double /*y1*/, double /*x2*/, double /*y2*/,
+  void ClearCursor() override {}
+  void DrawLine(std::size_t /*trace*/, double /*x1*/, double /*y1*/, double /*x2*/, double /*y2*/,
                 double /*colour*/) override {}
 
   double ScaleWidth() override { return kFftWidth; }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the status flags are read and coloured.
 // SPDX-License-Identifier: MIT
 #include "acquisition/status.h"
 
@@ -20,9 +20,12 @@ constexpr std::int32_t kSpiFailureFlag = 8;
 void StatusDisplay::ReadStatus(const std::string& caller) {
   alarms_.DisplayPeakAlarms();
   ShowNames();
-  registers_.ReadReg(row::STATUS);
-  if (!RegisterAccess::Usable()) return;
-  ShowFlags(caller == "cmdStart" ? RegValue & ~kSpiFailureFlag : RegValue);
+  const auto status = registers_.Read(row::STATUS);
+  if (!status) return;
+  const std::int32_t hidden = caller == "cmdStart" ? kSpiFailureFlag : 0;
+  last_ = {.word = status->value & ~hidden, .known = true};
+  NameStatus(last_);
+  ShowFlags();
   loop_.YieldToPaint();
 }
 
@@ -37,14 +40,13 @@ void StatusDisplay::ShowNames() {
   }
 }
 
-void StatusDisplay::ShowFlags(std::int32_t word) {
+void StatusDisplay::ShowFlags() {
+  const auto texts = StatusTexts(last_);
   for (std::size_t bit = 0; bit < kStatusFlagTable.size(); ++bit) {
-    const bool isSet = (word >> bit & 1) != 0;
-    const char* text = isSet ? kStatusFlagTable[bit].whenSet : kStatusFlagClear;
     const double setColour =
         std::strcmp(kStatusFlagTable[bit].whenSet, "FAIL") == 0 ? clrRed : clrYellow;
-    view_.SetStatusFlag(static_cast<int>(bit), text, isSet ? setColour : clrGreen);
-    StatusFlagText[bit] = text;
+    const bool isSet = last_.IsSet(static_cast<int>(bit));
+    view_.SetStatusFlag(static_cast<int>(bit), texts[bit], isSet ? setColour : clrGreen);
   }
 }
 

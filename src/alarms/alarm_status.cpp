@@ -1,69 +1,60 @@
-// Kestrel evaluation program
+// The texts and colours of spectral alarms and peaks.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_status.h"
 
+#include <algorithm>
+
 #include "app/program_state.h"
-#include "device/alarm_flags.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
-#include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-std::int16_t StatusRow(Axis axis) {
-  return std::array{row::ALM_X_STAT, row::ALM_Y_STAT, row::ALM_Z_STAT}[Index(axis)];
-}
-std::int16_t PeakRow(Axis axis) {
-  return std::array{row::ALM_X_PEAK, row::ALM_Y_PEAK, row::ALM_Z_PEAK}[Index(axis)];
-}
-std::int16_t PeakBinRow(Axis axis) {
-  return std::array{row::ALM_X_FREQ, row::ALM_Y_FREQ, row::ALM_Z_FREQ}[Index(axis)];
-}
-
-std::int16_t Bit(std::int32_t word, int bit) {
-  return static_cast<std::int16_t>(word >> bit & 1);
+bool Any(const AlarmFlags& flags) {
+  return std::ranges::any_of(flags, [](std::int16_t flag) { return flag != 0; });
 }
 
 }  // namespace
 
 void AlarmStatus::DisplaySpectralALarmsStatus() {
-  for (const Axis axis : kAxes) {
-    registers_.ReadReg(StatusRow(axis));
-    if (!RegisterAccess::Usable()) return;
-    ShowAxis(axis, RegValue);
-  }
+  const auto state = ReadAlarmFlags(registers_, state_);
+  if (!state) return;
+  state_ = *state;
+  for (const Axis axis : kAxes) ShowFlags(axis);
 }
 
 // A fault outranks a warning: it is applied after it.
-void AlarmStatus::ShowAxis(Axis axis, std::int32_t word) {
-  AlarmFlags& warnings = warnings_[Index(axis)];
-  AlarmFlags& faults = faults_[Index(axis)];
-  bool warned = false;
-  bool faulted = false;
-  view_.SetBand(axis, GeneralNumber(kAlarmBandNumber.Take(word)));
+void AlarmStatus::ShowFlags(Axis axis) {
+  const AlarmFlags warnings = WarningsOf(state_.Of(axis));
+  const AlarmFlags faults = FaultsOf(state_.Of(axis));
+  view_.SetBand(axis, GeneralNumber(BandOf(state_.Of(axis))));
   for (int band = 1; band <= kAlarmBands; ++band) {
     const auto at = static_cast<std::size_t>(band);
-    warnings[at] = Bit(word, WarningBit(band));
-    faults[at] = Bit(word, FaultBit(band));
-    warned = warned || warnings[at] != 0;
-    faulted = faulted || faults[at] != 0;
     const double calm = warnings[at] != 0 ? clrYellow : clrGreen;
     view_.SetIndicator(axis, band, faults[at] != 0 ? clrRed : calm);
   }
-  const char* calm = warned ? " Warning" : " None";
-  view_.SetAlarm(axis, faulted ? " Fault" : calm);
+  const char* calm = Any(warnings) ? " Warning" : " None";
+  view_.SetAlarm(axis, Any(faults) ? " Fault" : calm);
 }
 
+// Peaks that differ from those shown are new: they belong to the range that is set.
 void AlarmStatus::DisplayPeakAlarms() {
-  for (const Axis axis : kAxes) {
-    registers_.ReadReg(PeakRow(axis));
-    if (!RegisterAccess::Usable()) return;
-    view_.SetPeak(axis, " " + FixedNumber(RegValue * gRecCtrl->gLsb(), 3));
-    registers_.ReadReg(PeakBinRow(axis));
-    if (!RegisterAccess::Usable()) return;
-    view_.SetPeakBin(axis, " " + GeneralNumber(RegValue));
+  auto state = ReadAlarmPeaks(registers_, state_);
+  if (!state) return;
+  if (gPerNewLsb_) {
+    state->gPerPeakLsb = *gPerNewLsb_;
+  } else if (!state_.peaksKnown || !SamePeaks(*state, state_)) {
+    state->gPerPeakLsb = gRecCtrl->gLsb();
   }
+  gPerNewLsb_.reset();
+  state_ = *state;
+  for (const Axis axis : kAxes) ShowPeak(axis);
+}
+
+void AlarmStatus::ShowPeak(Axis axis) {
+  view_.SetPeak(axis, " " + FixedNumber(state_.PeakG(axis), 3));
+  view_.SetPeakBin(axis, " " + GeneralNumber(state_.Of(axis).peakBin));
 }
 
 }  // namespace kestrel

@@ -1,12 +1,11 @@
-// Kestrel evaluation program
+// The display of spectral alarms and peaks, as the sensor last reported them.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include <optional>
 #include <string>
 
-#include "alarms/band_table.h"
+#include "alarms/alarm_words.h"
 #include "record/axis.h"
 #include "transport/register_access.h"
 
@@ -23,11 +22,9 @@ class AlarmStatusView {
   virtual void SetPeakBin(Axis axis, const std::string& text) = 0;
 };
 
-// 0 or 1 for each band; element 0 is not used.
-using AlarmFlags = std::array<std::int16_t, kAlarmBands + 1>;
-
-// Spectral alarm state and peaks as the sensor reports them. Shows nothing new while the sensor
-// cannot be reached.
+// Reads alarm state and peaks and shows them, all axes or, when the sensor is lost meanwhile, none.
+// Peaks are shown in g by the range of the record they belong to: as long as the sensor reports the
+// same peaks, another range changes nothing about them.
 class AlarmStatus {
  public:
   AlarmStatus(RegisterAccess& registers, AlarmStatusView& view)
@@ -36,16 +33,20 @@ class AlarmStatus {
   void DisplaySpectralALarmsStatus();
   void DisplayPeakAlarms();
 
-  [[nodiscard]] const AlarmFlags& Warnings(Axis axis) const { return warnings_[Index(axis)]; }
-  [[nodiscard]] const AlarmFlags& Faults(Axis axis) const { return faults_[Index(axis)]; }
+  // The next peaks that are read belong to a new record, at this many g per LSB.
+  void ExpectPeaks(double gPerLsb) { gPerNewLsb_ = gPerLsb; }
+
+  // As shown.
+  [[nodiscard]] const AlarmState& State() const { return state_; }
 
  private:
-  void ShowAxis(Axis axis, std::int32_t word);
+  void ShowFlags(Axis axis);
+  void ShowPeak(Axis axis);
 
   RegisterAccess& registers_;
   AlarmStatusView& view_;
-  std::array<AlarmFlags, 3> warnings_{};  // alarm 1
-  std::array<AlarmFlags, 3> faults_{};    // alarm 2
+  AlarmState state_;
+  std::optional<double> gPerNewLsb_;  // of a record whose peaks have not been read yet
 };
 
 }  // namespace kestrel

@@ -12,6 +12,7 @@
 #include "acquisition/status.h"
 #include "alarms/alarm_status.h"
 #include "alarms/band_transfer.h"
+#include "record/status_flags.h"
 
 namespace kestrel {
 

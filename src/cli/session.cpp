@@ -27,13 +27,13 @@ Session::Session(const Surroundings& surroundings, const Connection& connection)
       core({surroundings.clock, loop, pointer_, messages, files, surroundings.locale, hardware_,
             hardware_, hardware_}),
       alarms(core.registers, window),
-      plot(window, alarms, loop, messages),
+      plot(core.record, window, alarms, loop, messages),
       overlay(plot, window),
-      log(files, surroundings.locale, loop, window),
+      log(core.record, files, surroundings.locale, loop, window),
       status(core.registers, alarms, loop, window),
-      readout(core.registers, plot, window, log, loop, messages, window),
+      readout(core, status, alarms, plot, window, log, window),
       delay(loop),
-      cycle(core, delay, status, readout, plot, overlay, window) {
+      cycle(core, delay, status, alarms, readout, plot, overlay, window) {
   if (connection_.simulate) {
     simulator_ = std::make_unique<SimulatedHardware>(
         surroundings.clock, ScenarioNamed(connection_.scenario).value_or(RunningMachine()));

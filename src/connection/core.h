@@ -1,8 +1,9 @@
-// Core: all outside effects, and the road to the sensor built over them.
+// Core: all outside effects, the road to the sensor built over them, and the record at its end.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include "app/delay.h"
+#include "record/current_record.h"
 #include "seams/clock.h"
 #include "seams/driver_service.h"
 #include "seams/event_loop.h"
@@ -31,7 +32,7 @@ struct Seams {
   DriverService& driverService;
 };
 
-// The road to the sensor, built once over the seams.
+// The road to the sensor, built once over the seams, and the record at its end.
 class Core {
  public:
   explicit Core(const Seams& outside)
@@ -46,6 +47,7 @@ class Core {
   UsbAdapter usb;
   ParallelPort port;
   RegisterAccess registers;
+  CurrentRecord record;
 };
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How REC_CTRL is composed and decoded.
 // SPDX-License-Identifier: MIT
 #include "device/rec_ctrl.h"
 
@@ -44,6 +44,10 @@ const Range* FindRange(std::int16_t code) {
 
 }  // namespace
 
+double GPerLsb(std::int16_t range) {
+  return kRanges.at(static_cast<std::size_t>(range)).milliG / 1000;
+}
+
 std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word) {
   cBitFieldProp window = DescribeField(kWindowing, word, "Windowing");
   window.SettingDecription(WindowText(window.BFValue()));
@@ -68,11 +72,14 @@ std::int16_t cRecCtrl::StrogeMethod() {
   return strogeMethod_;
 }
 
+std::int32_t cRecCtrl::Word() const {
+  return ToLong(kWindowing.Place(windowing_) + kSampleRate.Place(sampleRate_) +
+                kPowerDown.Place(powerDown_) + kRange.Place(rangeFS_) +
+                kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_));
+}
+
 void cRecCtrl::WriteRecCtrl() {
-  registers_->WriteReg(row::REC_CTRL,
-                       ToLong(kWindowing.Place(windowing_) + kSampleRate.Place(sampleRate_) +
-                              kPowerDown.Place(powerDown_) + kRange.Place(rangeFS_) +
-                              kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_)));
+  registers_->WriteReg(row::REC_CTRL, Word());
 }
 
 void cRecCtrl::ReadRecCtrl() {

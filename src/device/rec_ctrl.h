@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The model of REC_CTRL, the register that says how the sensor records.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -18,6 +18,9 @@ inline constexpr std::array<const char*, 3> kStorageMethods{"None", "Alarm trig"
 
 // Units of the recording period, by REC_PRD bits 9:8.
 inline constexpr std::array<const char*, 3> kTimeUnits{"Seconds", "Minutes", "Hours"};
+
+// g per LSB of the peak words at a range code 0..3, before any doubling for time records.
+[[nodiscard]] double GPerLsb(std::int16_t range);
 
 // The fields of a REC_CTRL word, highest bits first.
 [[nodiscard]] std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word);
@@ -57,6 +60,9 @@ class cRecCtrl {
   // Reads the register first, so every field is refreshed. The name is spelled so.
   [[nodiscard]] std::int16_t StrogeMethod();
   void StrogeMethod(std::int16_t code) { strogeMethod_ = code; }
+
+  // The register's word as the fields compose it.
+  [[nodiscard]] std::int32_t Word() const;
 
   // Composes the register from the fields and writes it. Fields are not masked: a value wider than
   // its field spills into the next bits.

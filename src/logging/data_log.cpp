@@ -11,6 +11,7 @@
 #include "logging/log_files.h"
 #include "numeric/conversions.h"
 #include "numeric/runtime_error.h"
+#include "record/capture_data.h"
 
 namespace kestrel {
 
@@ -57,16 +58,24 @@ void ResetDataLogState() {
 
 void DataLog::WriteDataFile() {
   const BusyMark busy(view_, loop_);
-  const DataLogFormat format = FormatFor(locale_.DecimalMark());
   const std::string name = DataLogName.empty() ? kDefaultLogName : DataLogName;
   RefuseBadName(name);
   if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
   const std::filesystem::path file = NextLogFile(files_, locale_);
-  files_.ReplaceWhole(file, DataLogText(format, name, locale_.ShortDate(), locale_.Time()));
+  files_.ReplaceWhole(file, Text(name));
   lastFile_ = file;
   view_.SetFileCount(std::to_string(DataLogIndex));
   lastIndexUsed_ = DataLogIndex == kLastIndex;
   DataLogIndex = ToInteger(DataLogIndex + 1.0);
+}
+
+std::string DataLog::Text(const std::string& name) {
+  const DataLogHead head{.baseName = name,
+                         .date = locale_.ShortDate(),
+                         .time = locale_.Time(),
+                         .averageExponent = AvgExponent};
+  return DataLogText(record_.Get(), FormatFor(locale_.DecimalMark()), head,
+                     DataFormatLSB ? DataLogValues::RawWords : DataLogValues::Scaled);
 }
 
 }  // namespace kestrel

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <string>
 
+#include "record/current_record.h"
 #include "seams/event_loop.h"
 #include "seams/files.h"
 #include "seams/locale.h"
@@ -30,10 +31,11 @@ class DataLogView {
 // Writes one text file for each capture.
 class DataLog {
  public:
-  DataLog(Files& files, Locale& locale, EventLoop& loop, DataLogView& view)
-      : files_(files), locale_(locale), loop_(loop), view_(view) {}
+  DataLog(const CurrentRecord& record, Files& files, Locale& locale, EventLoop& loop,
+          DataLogView& view)
+      : record_(record), files_(files), locale_(locale), loop_(loop), view_(view) {}
 
-  // Writes the last capture to the next numbered file, whole or not at all. Throws RuntimeError
+  // Writes the record at hand to the next numbered file, whole or not at all. Throws RuntimeError
   // with path and reason when it cannot; the index is then not used up. After number 32767 every
   // file throws "Overflow" until the index is reset.
   void WriteDataFile();
@@ -42,6 +44,9 @@ class DataLog {
   [[nodiscard]] const std::filesystem::path& LastFile() const { return lastFile_; }
 
  private:
+  [[nodiscard]] std::string Text(const std::string& name);
+
+  const CurrentRecord& record_;
   Files& files_;
   Locale& locale_;
   EventLoop& loop_;

@@ -6,9 +6,8 @@
 #include <array>
 #include <cmath>
 
-#include "logging/data_log.h"
 #include "numeric/number_format.h"
-#include "record/capture_data.h"
+#include "record/status_flags.h"
 
 namespace kestrel {
 namespace {
@@ -66,17 +65,6 @@ std::string FlagLine(const Texts& texts, const std::string& separator) {
   return line;
 }
 
-std::string Heading(const std::string& separator) {
-  std::array<const char*, 3> titles{};
-  if (Buff.width == kTimeWidth) titles = {"X Acc.", "Y Acc.", "Z Acc."};
-  if (Buff.width == kFftWidth) titles = {"X axis", "Y Axis.", "Z axis."};
-  std::string line = "Sample #" + separator;
-  for (const char* title : titles) {
-    if (title != nullptr) line += title + separator;
-  }
-  return line;
-}
-
 }  // namespace
 
 DataLogFormat FormatFor(char decimalMark) {
@@ -84,25 +72,40 @@ DataLogFormat FormatFor(char decimalMark) {
   return {decimalMark, ",", ".csv"};
 }
 
-std::string DataLogText(const DataLogFormat& format, const std::string& baseName,
-                        const std::string& date, const std::string& time) {
+std::string DataLogHeading(std::int16_t width, const std::string& separator) {
+  std::array<const char*, 3> titles{};
+  if (width == kTimeWidth) titles = {"X Acc.", "Y Acc.", "Z Acc."};
+  if (width == kFftWidth) titles = {"X axis", "Y Axis.", "Z axis."};
+  std::string line = "Sample #" + separator;
+  for (const char* title : titles) {
+    if (title != nullptr) line += title + separator;
+  }
+  return line;
+}
+
+std::string DataLogText(const Record& record, const DataLogFormat& format, const DataLogHead& head,
+                        DataLogValues values) {
   Writer file(format);
-  file.Line("File Name," + baseName + format.extension);
-  file.Pair("Date", date);
-  file.Pair("Time", time);
-  file.Pair("AVG_Cnt", file.Number(std::exp2(AvgExponent)));
-  file.Pair("Capt_Supply", file.Number(CaptSupply));
-  file.Pair("Capt_Temp 'C", file.Number(CaptTemp));
+  file.Line("File Name," + head.baseName + format.extension);
+  file.Pair("Date", head.date);
+  file.Pair("Time", head.time);
+  file.Pair("AVG_Cnt", file.Number(std::exp2(head.averageExponent)));
+  file.Pair("Capt_Supply", file.Number(record.conditions.supplyV));
+  file.Pair("Capt_Temp 'C", file.Number(record.conditions.temperatureC));
   file.Line(" ");
   file.Line("Staus  Register");
   file.Line(FlagLine(kFlagNames, format.separator));
-  file.Line(FlagLine(StatusFlagText, format.separator));
+  file.Line(FlagLine(StatusTexts(record.status), format.separator));
   file.Line(" ");
-  file.Line(Heading(format.separator));
-  const RecordArray& x = DataFormatLSB ? RawX : DataX;
-  const RecordArray& y = DataFormatLSB ? RawY : DataY;
-  const RecordArray& z = DataFormatLSB ? RawZ : DataZ;
-  for (int i = 0; i <= Buff.width; ++i) {
+  file.Line(DataLogHeading(record.Width(), format.separator));
+  const auto columnOf = [&](Axis axis) -> const RecordArray& {
+    const AxisRecord& points = record.Of(axis);
+    return values == DataLogValues::RawWords ? points.raw : points.data;
+  };
+  const RecordArray& x = columnOf(Axis::X);
+  const RecordArray& y = columnOf(Axis::Y);
+  const RecordArray& z = columnOf(Axis::Z);
+  for (int i = 0; i <= record.Width(); ++i) {
     file.Line(std::to_string(i) + format.separator + file.Number(x(i)) + format.separator +
               file.Number(y(i)) + format.separator + file.Number(z(i)));
   }

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
 #include <string>
+
+#include "record/record.h"
 
 namespace kestrel {
 
@@ -16,8 +19,22 @@ struct DataLogFormat {
 
 [[nodiscard]] DataLogFormat FormatFor(char decimalMark);
 
-// The whole content of a data-log file of the last capture.
-[[nodiscard]] std::string DataLogText(const DataLogFormat& format, const std::string& baseName,
-                                      const std::string& date, const std::string& time);
+// What a file says beside the record.
+struct DataLogHead {
+  std::string baseName;
+  std::string date;            // as the locale writes it
+  std::string time;            // likewise
+  double averageExponent = 0;  // 2 to this power is the number of FFT averages
+};
+
+enum class DataLogValues { Scaled, RawWords };
+
+// The whole content of a data-log file of a record.
+[[nodiscard]] std::string DataLogText(const Record& record, const DataLogFormat& format,
+                                      const DataLogHead& head, DataLogValues values);
+
+// The heading over the columns of a record whose last point has this index; any other index than
+// 255 and 511 gives no titles.
+[[nodiscard]] std::string DataLogHeading(std::int16_t width, const std::string& separator);
 
 }  // namespace kestrel

@@ -1,10 +1,11 @@
-// Kestrel evaluation program
+// The plot's cursor: which point it is at, and what is read out there.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <string>
 
 #include "record/axis.h"
+#include "record/current_record.h"
 
 namespace kestrel {
 
@@ -15,6 +16,10 @@ class CursorView {
   virtual void SetCursorX(const std::string& text) = 0;
   virtual void SetCursorFrequency(const std::string& text) = 0;
   virtual void SetCursorY(const std::string& text) = 0;
+  // The time of a sample since the record's first; empty for spectra.
+  virtual void SetCursorTime(const std::string& text) = 0;
+  // Empties the read-outs and hides the cross-hair.
+  virtual void ClearCursor() = 0;
   virtual void MoveCrossHair(double x, double y) = 0;
   [[nodiscard]] virtual bool TraceTicked(Axis axis) = 0;
 };
@@ -22,10 +27,16 @@ class CursorView {
 // How far a key moves the cursor.
 enum class CursorStep { BinBack, BinForward, PageBack, PageForward, First, Last };
 
+// The time of a sample, "3.992 ms".
+[[nodiscard]] std::string SampleTime(int sample, int option);
+
 // Reads the plot out under the pointer, or bin by bin from the keyboard.
 class PlotCursor {
  public:
-  explicit PlotCursor(CursorView& view) : view_(view) {}
+  PlotCursor(const CurrentRecord& record, CursorView& view) : record_(record), view_(view) {}
+
+  // Another record is at hand: what was read out does not belong to it.
+  void RecordChanged() { view_.ClearCursor(); }
 
   // The pointer is at (x, y) in the plot's coordinates.
   void pic1_MouseMove(double x, double y);
@@ -37,8 +48,10 @@ class PlotCursor {
 
  private:
   void ReadOut(double x, double y);
+  [[nodiscard]] std::string FrequencyAt(double bin) const;
   [[nodiscard]] double HighestAt(int index);
 
+  const CurrentRecord& record_;
   CursorView& view_;
   int index_ = 0;  // bin or sample the cursor is at
 };

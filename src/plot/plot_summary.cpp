@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The words in which a picture is summed up.
 // SPDX-License-Identifier: MIT
 #include "plot/plot_summary.h"
 
@@ -6,53 +6,35 @@
 
 #include "numeric/number_format.h"
 #include "record/axis.h"
-#include "record/capture_data.h"
 #include "record/frequency.h"
 
 namespace kestrel {
 namespace {
 
-const RecordArray& Record(Axis axis) {
-  switch (axis) {
-    case Axis::X:
-      return DataX;
-    case Axis::Y:
-      return DataY;
-    default:
-      return DataZ;
-  }
+std::string Highest(const Record& record, Axis axis) {
+  const auto values = record.Values(axis);
+  const auto bin = std::ranges::max_element(values) - values.begin();
+  const double hertz = static_cast<double>(bin) * BinWidth(record.settings.option);
+  return "highest " + FixedNumber(values[static_cast<std::size_t>(bin)], 3) + " g at bin " +
+         std::to_string(bin) + ", " + GroupedWholeNumber(hertz) + " Hz";
 }
 
-std::string Highest(const RecordArray& record) {
-  int bin = 0;
-  for (int i = 1; i <= Buff.width; ++i) {
-    if (record(i) > record(bin)) bin = i;
-  }
-  return "highest " + FixedNumber(record(bin), 3) + " g at bin " + std::to_string(bin) + ", " +
-         GroupedWholeNumber(bin * BinWidth(Buff.sampleRateOption)) + " Hz";
-}
-
-std::string Reach(const RecordArray& record) {
-  double least = record(0);
-  double most = record(0);
-  for (int i = 1; i <= Buff.width; ++i) {
-    least = std::min(least, record(i));
-    most = std::max(most, record(i));
-  }
+std::string Reach(const Record& record, Axis axis) {
+  const auto [least, most] = std::ranges::minmax(record.Values(axis));
   return "from " + FixedNumber(least, 3) + " to " + FixedNumber(most, 3) + " g";
 }
 
 }  // namespace
 
-std::string PlotSummary(const std::array<bool, 3>& shown) {
-  const bool isTime = Buff.width == kTimeWidth;
-  std::string text =
-      (isTime ? "Time record, samples 0 to " : "Spectrum, bins 0 to ") + std::to_string(Buff.width);
+std::string PlotSummary(const Record& record, const std::array<bool, 3>& shown) {
+  const bool isTime = record.kind == RecordKind::Time;
+  std::string text = (isTime ? "Time record, samples 0 to " : "Spectrum, bins 0 to ") +
+                     std::to_string(record.Width());
   text += ".";
   for (const Axis axis : kAxes) {
     if (!shown[Index(axis)]) continue;
     text += std::string(" ") + static_cast<char>('X' + Index(axis)) + ": ";
-    text += (isTime ? Reach(Record(axis)) : Highest(Record(axis))) + ".";
+    text += (isTime ? Reach(record, axis) : Highest(record, axis)) + ".";
   }
   return text;
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How traces are drawn, and the steps of the vertical scale.
 // SPDX-License-Identifier: MIT
 #include "plot/spectrum_plot.h"
 
@@ -8,25 +8,12 @@
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
-#include "record/capture_data.h"
 
 namespace kestrel {
 
 namespace {
 
 constexpr std::array<double, 10> kScales{100, 50, 25, 10, 2, 1, 0.5, 0.25, 0.1, 0.02};
-
-struct Trace {
-  Axis axis;
-  const RecordArray* data;
-  double colour;
-};
-
-std::array<Trace, 3> Traces() {
-  return {{{Axis::X, &DataX, TraceColour(Axis::X)},
-           {Axis::Y, &DataY, TraceColour(Axis::Y)},
-           {Axis::Z, &DataZ, TraceColour(Axis::Z)}}};
-}
 
 // Any caption outside the ring, like the last one of it, leads to the first.
 std::string NextScale(const std::string& caption) {
@@ -38,35 +25,30 @@ std::string NextScale(const std::string& caption) {
 
 }  // namespace
 
-double TraceColour(Axis axis) {
-  switch (axis) {
-    case Axis::X:
-      return Rgb(205, 50, 50);
-    case Axis::Y:
-      return Rgb(50, 205, 50);
-    default:
-      return Rgb(50, 50, 205);
-  }
-}
-
 void SpectrumPlot::PlotRecord() {
-  const bool isTime = Buff.width == kTimeWidth;
-  view_.SetUnit(isTime ? "sample" : "bin");
-  view_.ShowFrequency(!isTime);
-  view_.SetXmax(std::to_string(Buff.width));
-  PlotScale = LeadingNumber(view_.ScaleCaption());
-  const double bottom = LabelAxes();
-  view_.SetScale(0, PlotScale, Buff.width, bottom);
-  loop_.YieldToPaint();
-  view_.ClearPlot();
-  view_.ClearABLabels();
-  DrawTraces();
+  Draw(TracesOf(record_.Get()));
   alarms_.DisplaySpectralALarmsStatus();
 }
 
+void SpectrumPlot::Draw(std::span<const PlotTrace> traces) {
+  const auto last = static_cast<std::int16_t>(traces.front().values.size() - 1);
+  const HorizontalAxis& horizontal = traces.front().horizontal;
+  const double end = horizontal.first + horizontal.step * last;
+  view_.SetUnit(horizontal.unit);
+  view_.ShowFrequency(last != kTimeWidth);
+  view_.SetXmax(GeneralNumber(end));
+  PlotScale = LeadingNumber(view_.ScaleCaption());
+  const double bottom = LabelAxes(last);
+  view_.SetScale(horizontal.first, PlotScale, end, bottom);
+  loop_.YieldToPaint();
+  view_.ClearPlot();
+  view_.ClearABLabels();
+  DrawTraces(traces);
+}
+
 // Returns the value at the bottom of the plot.
-double SpectrumPlot::LabelAxes() {
-  switch (Buff.width) {
+double SpectrumPlot::LabelAxes(std::int16_t last) {
+  switch (last) {
     case kFftWidth:
       view_.SetYmax(GeneralNumber(PlotScale));
       view_.SetYmin("0");
@@ -78,23 +60,21 @@ double SpectrumPlot::LabelAxes() {
       view_.SetYmid("0");
       return -PlotScale;
     default:
-      messages_.Show("Error... Sub Plot Record; Invalid Buff.width = " +
-                     std::to_string(Buff.width));
+      messages_.Show("Error... Sub Plot Record; Invalid Buff.width = " + std::to_string(last));
       return 0;
   }
 }
 
-void SpectrumPlot::DrawTraces() {
-  const std::array<Trace, 3> traces = Traces();
-  std::array<double, 3> previous{};
-  for (int i = 0; i <= Buff.width; ++i) {
-    for (const Trace& trace : traces) {
-      const double value = (*trace.data)(i);
-      double& last = previous[Index(trace.axis)];
-      if (i > 0 && view_.TraceTicked(trace.axis)) {
-        view_.DrawLine(i - 1, last, i, value, trace.colour);
-      }
-      last = value;
+// Point by point, all traces together; whether a trace is shown is asked at every point.
+void SpectrumPlot::DrawTraces(std::span<const PlotTrace> traces) {
+  for (std::size_t i = 1; i < traces.front().values.size(); ++i) {
+    for (std::size_t number = 0; number < traces.size(); ++number) {
+      const PlotTrace& trace = traces[number];
+      if (!view_.TraceTicked(trace.axis)) continue;
+      const auto at = [&](std::size_t point) {
+        return trace.horizontal.first + trace.horizontal.step * static_cast<double>(point);
+      };
+      view_.DrawLine(number, at(i - 1), trace.values[i - 1], at(i), trace.values[i], trace.colour);
     }
   }
 }

@@ -1,19 +1,21 @@
-// Kestrel evaluation program
+// The plot of the main window: drawing, and the alarm state that follows it.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 
 #include "alarms/alarm_status.h"
 #include "app/plot_scale.h"
+#include "plot/trace.h"
 #include "record/axis.h"
+#include "record/current_record.h"
 #include "seams/event_loop.h"
 #include "seams/messages.h"
 
 namespace kestrel {
-
-// Colour value of an axis's trace.
-[[nodiscard]] double TraceColour(Axis axis);
 
 // The plot box, its axis labels and the controls that choose what is drawn.
 class PlotView {
@@ -37,17 +39,24 @@ class PlotView {
   virtual void SetScale(double left, double top, double right, double bottom) = 0;
   virtual void ClearPlot() = 0;
   virtual void ClearABLabels() = 0;
-  virtual void DrawLine(double x1, double y1, double x2, double y2, double colour) = 0;
+  virtual void ClearCursor() = 0;  // what was read out is no longer there
+  // A piece of trace number `trace`, counted from 0, in its colour.
+  virtual void DrawLine(std::size_t trace, double x1, double y1, double x2, double y2,
+                        double colour) = 0;
 };
 
-// Draws the last record and steps its vertical scale.
+// Draws the record at hand and steps its vertical scale.
 class SpectrumPlot {
  public:
-  SpectrumPlot(PlotView& view, AlarmStatus& alarms, EventLoop& loop, Messages& messages)
-      : view_(view), alarms_(alarms), loop_(loop), messages_(messages) {}
+  SpectrumPlot(const CurrentRecord& record, PlotView& view, AlarmStatus& alarms, EventLoop& loop,
+               Messages& messages)
+      : record_(record), view_(view), alarms_(alarms), loop_(loop), messages_(messages) {}
 
-  // Redraws everything from DataX, DataY and DataZ, then the alarm state.
+  // Draws the record at hand, then reads the alarm state from the sensor and shows it.
   void PlotRecord();
+
+  // Draws traces of one length, at least one, with labels and scale; asks the sensor nothing.
+  void Draw(std::span<const PlotTrace> traces);
 
   // Steps the full scale through its ring, relabels and redraws.
   void cmdPlotScale_Click();
@@ -56,9 +65,10 @@ class SpectrumPlot {
   void SetPlotTrace();
 
  private:
-  double LabelAxes();
-  void DrawTraces();
+  double LabelAxes(std::int16_t last);
+  void DrawTraces(std::span<const PlotTrace> traces);
 
+  const CurrentRecord& record_;
   PlotView& view_;
   AlarmStatus& alarms_;
   EventLoop& loop_;

@@ -3,10 +3,14 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
+#include <string>
 
-#include "record/capture_data.h"
+#include "record/record.h"
 
 namespace kestrel {
+
+inline constexpr std::size_t kStatusFlags = 15;  // STATUS bits 0..14
 
 // A STATUS bit by name, and what it reads when it is set: "FAIL" for an error, "SET" for an event.
 struct StatusFlag {
@@ -33,5 +37,16 @@ inline constexpr std::array<StatusFlag, kStatusFlags> kStatusFlagTable{
      {"Y axis Alarm 2", "SET"},
      {"Z axis Alarm 2", "SET"},
      {"System Alarm", "SET"}}};
+
+// The text of each bit: "OK", "SET" or "FAIL"; all empty where STATUS was never read.
+[[nodiscard]] inline std::array<std::string, kStatusFlags> StatusTexts(const StatusFlags& status) {
+  std::array<std::string, kStatusFlags> texts;
+  if (!status.known) return texts;
+  for (std::size_t bit = 0; bit < kStatusFlags; ++bit) {
+    const bool isSet = status.IsSet(static_cast<int>(bit));
+    texts[bit] = isSet ? kStatusFlagTable[bit].whenSet : kStatusFlagClear;
+  }
+  return texts;
+}
 
 }  // namespace kestrel

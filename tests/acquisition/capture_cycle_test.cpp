@@ -173,6 +173,42 @@ TEST_F(Capture, ModesSetWidthTypeAndSign) {
   }
 }
 
+// The press itself reads the status and the peaks of the record before.
+TEST_F(Capture, PeaksOfTheRecordBeforeKeepTheirValueUntilTheNewOnesAreRead) {
+  const auto setRange = [this](int code) {
+    sensor.Set(address::kRecCtrl, code << 4);
+    gRecCtrl->ReadRecCtrl();
+  };
+  setRange(3);
+  sensor.Set(address::kAlmXPeak, 1000);
+  ReadyAtPoll(1);
+  cycle.cmdStart_Click();
+  ASSERT_EQ(alarmView.peak[0], " 1.192");
+  setRange(1);
+  std::string whileWaiting;
+  loop.AtYield(loop.Yields() + 1, [&] { whileWaiting = alarmView.peak[0]; });
+  ReadyAtPoll(1);
+  cycle.cmdStart_Click();
+  EXPECT_EQ(whileWaiting, " 1.192");
+  EXPECT_EQ(alarmView.peak[0], " 0.076") << "the new record has the same code at the new range";
+}
+
+TEST_F(Capture, WithoutAReadOutTheRecordAtHandStaysWhatItIs) {
+  KeepARecord(RecordKind::Spectrum);
+  const Record earlier = core.record.Get();
+  ReadyAtPoll(1);
+  readoutView.autoPlot = false;
+  captureView.recMode = 2;
+  cycle.cmdStart_Click();
+  EXPECT_EQ(core.record.Get(), earlier);
+  plot.PlotRecord();
+  EXPECT_EQ(plotView.unit, "bin") << "what is drawn is what was read";
+  EXPECT_EQ(plotView.lines.size(), 3U * 255U);
+  readoutView.autoPlot = true;
+  cycle.cmdReadBuffer_Click();
+  EXPECT_EQ(plotView.unit, "sample");
+}
+
 TEST_F(Capture, ATimeRecordIsReadToItsEndAndPlottedAsOne) {
   ReadyAtPoll(1);
   captureView.recMode = 2;

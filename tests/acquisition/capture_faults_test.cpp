@@ -20,11 +20,7 @@ constexpr int kAccesses = kAccessesUntilRecord + 2 * 3;
 
 class Fault : public CaptureBench {
  protected:
-  Fault() {
-    KeepARecord();
-    Buff.width = 511;
-    CaptureType = "TimeDomain";
-  }
+  Fault() { KeepARecord(RecordKind::Time); }
 
   void ReadyAfterPolls() {
     sensor.Set(address::kStatus, 0);
@@ -48,7 +44,7 @@ class Fault : public CaptureBench {
   // Loses the sensor at a request of the capture and expects everything that must hold then.
   void LoseSensorAt(int request) {
     SCOPED_TRACE(request);
-    const Record earlier = TheRecord();
+    const Kept earlier = TheRecord();
     messages.Clear();
     ReadyAfterPolls();
     sensor.UnplugAtRequest(request);
@@ -78,9 +74,7 @@ TEST_F(Fault, AtEveryRequestBeforeThePoints) {
   for (int request = 1; request <= last; ++request) {
     LoseSensorAt(request);
     CaptureAgain(false);
-    KeepARecord();
-    Buff.width = 511;
-    CaptureType = "TimeDomain";
+    KeepARecord(RecordKind::Time);
   }
 }
 
@@ -160,7 +154,7 @@ TEST_F(Fault, TheSignOfTheBuffersFollowsTheRecordThatIsKept) {
 }
 
 TEST_F(Fault, WhileReadingTheBuffersWithoutACapture) {
-  const Record earlier = TheRecord();
+  const Kept earlier = TheRecord();
   sensor.UnplugAtRequest(100);
   cycle.cmdReadBuffer_Click();
   EXPECT_EQ(messages.Texts().size(), 1U);

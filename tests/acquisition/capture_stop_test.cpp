@@ -3,6 +3,7 @@
 // Presses and keys that come while a capture is waited for.
 
 #include "acquisition/capture_cycle.h"
+#include "record/record_notices.h"
 #include "support/capture_bench.h"
 
 namespace kestrel {
@@ -122,6 +123,66 @@ TEST_F(Stopping, AStoppedCaptureIsStillReadOut) {
   EXPECT_EQ(journal.Count("draw"), 2);
 }
 
+class StoppedRecord : public Stopping {
+ protected:
+  StoppedRecord() { readoutView.autoPlot = true; }
+  void Complete() {
+    sensor.Set(address::kStatus, 0x0080);
+    cycle.cmdStart_Click();
+    sensor.Set(address::kStatus, 0);
+  }
+  void StopOne() {
+    PressAfter(100ms);
+    cycle.cmdStart_Click();
+  }
+  [[nodiscard]] std::vector<RecordNotice> Notices() const {
+    return RecordNotices(core.record.Get(), {});
+  }
+};
+
+TEST_F(StoppedRecord, ACompleteCaptureIsNew) {
+  Complete();
+  EXPECT_FALSE(core.record.Get().origin.stopped);
+  EXPECT_TRUE(core.record.Get().IsNew());
+}
+
+TEST_F(StoppedRecord, WhoseCountDidNotMoveIsTheRecordBefore) {
+  Complete();
+  StopOne();
+  EXPECT_FALSE(core.record.Get().IsNew());
+  ASSERT_FALSE(Notices().empty());
+  EXPECT_EQ(Notices()[0].kind, NoticeKind::NotNew);
+  EXPECT_EQ(Notices()[0].means, "These are the data of the record before.");
+}
+
+TEST_F(StoppedRecord, ThatTheSensorCountedMeanwhileIsNew) {
+  Complete();
+  sensor.Set(address::kRecCnt, 8);
+  StopOne();
+  EXPECT_TRUE(core.record.Get().origin.stopped);
+  EXPECT_TRUE(core.record.Get().IsNew());
+}
+
+TEST_F(StoppedRecord, WithoutAKnownCountIsNotTakenForNew) {
+  StopOne();
+  EXPECT_FALSE(core.record.Get().IsNew());
+  Complete();
+  readoutView.autoPlot = false;
+  sensor.Set(address::kRecCnt, 8);
+  Complete();
+  readoutView.autoPlot = true;
+  StopOne();
+  EXPECT_FALSE(core.record.Get().IsNew()) << "the count moved before the capture that was stopped";
+}
+
+TEST_F(StoppedRecord, ThatWasReadyAfterAllIsNotCalledStopped) {
+  Complete();
+  // Start, stop and poll find no data; the status after them does.
+  sensor.SetAtRead(address::kStatus, 4, 0x0080);
+  StopOne();
+  EXPECT_FALSE(core.record.Get().origin.stopped);
+}
+
 TEST_F(Stopping, AsksAgainWhileDataAreReadyButNotForEver) {
   sensor.Set(address::kStatus, 0x0080);
   PressAfter(100ms);
@@ -179,7 +240,7 @@ TEST_F(Stopping, ClosingTheWindowAtAnyYieldEndsTheCapture) {
   for (int n = 1; n <= yields; ++n) {
     SCOPED_TRACE(n);
     WindowDelay ownDelay(loop);
-    CaptureCycle own(core, ownDelay, status, readout, plot, overlay, captureView);
+    CaptureCycle own(core, ownDelay, status, alarms, readout, plot, overlay, captureView);
     captureView.caption = "Start";
     sensor.Set(address::kStatus, 0);
     sensor.SetAtRead(address::kStatus, 1 + 3, 0x0080);

@@ -40,12 +40,24 @@ Name Filled(const char* name, Column& column, Value empty, Value other) {
 
 #define KESTREL_COLUMN(column, empty, other) Filled(#column, column, empty, other)
 
-Name Points(const char* name, RecordArray& record) {
-  return {name, [&record] { record(0) = record(511) = 1; },
-          [&record] { return record == RecordArray{}; }};
+// A name for reading only: a record handed over changes it.
+template <typename Value>
+Name OfRecord(const char* name, const Value& value) {
+  return {name,
+          [] {
+            Record record;
+            record.kind = RecordKind::Time;
+            record.settings.option = 3;
+            record.lsbWeight = 1;
+            record.scaledRange = 3;
+            record.conditions = {.supplyV = 3, .temperatureC = 25, .recordCount = 1};
+            for (AxisRecord& axis : record.axes) axis.raw(511) = axis.data(0) = 1;
+            NameRecord(record);
+          },
+          [&value, start = value] { return value == start; }};
 }
 
-#define KESTREL_POINTS(record) Points(#record, record)
+#define KESTREL_OF_RECORD(name) OfRecord(#name, name)
 
 Name SpiFrames(const char* name, FrameBuffer& buffer) {
   return {name, [&buffer] { buffer(1) = buffer(16) = 1; },
@@ -121,25 +133,21 @@ std::vector<Name> TableNames() {
 }
 
 std::vector<Name> CaptureNames() {
-  return {KESTREL_POINTS(DataX),
-          KESTREL_POINTS(DataY),
-          KESTREL_POINTS(DataZ),
-          KESTREL_POINTS(RawX),
-          KESTREL_POINTS(RawY),
-          KESTREL_POINTS(RawZ),
-          {"Buff",
-           [] {
-             Buff = {511, 3};
-           },
-           [] { return Buff.width == 255 && Buff.sampleRateOption == 0; }},
-          KESTREL_PLAIN(CaptureType, "FFT", "TimeDomain"),
-          KESTREL_PLAIN(LsbWeight, 0, 1),
-          KESTREL_PLAIN(RangeSetting, 0, 3),
-          KESTREL_PLAIN(CaptSupply, 0, 3),
-          KESTREL_PLAIN(CaptTemp, 0, 25),
-          {"StatusFlagText", [] { StatusFlagText.fill("OK"); },
+  return {KESTREL_OF_RECORD(DataX),
+          KESTREL_OF_RECORD(DataY),
+          KESTREL_OF_RECORD(DataZ),
+          KESTREL_OF_RECORD(RawX),
+          KESTREL_OF_RECORD(RawY),
+          KESTREL_OF_RECORD(RawZ),
+          KESTREL_OF_RECORD(Buff),
+          KESTREL_OF_RECORD(CaptureType),
+          KESTREL_OF_RECORD(LsbWeight),
+          KESTREL_OF_RECORD(RangeSetting),
+          KESTREL_OF_RECORD(CaptSupply),
+          KESTREL_OF_RECORD(CaptTemp),
+          {"StatusFlagText", [] { NameStatus({.word = 1, .known = true}); },
            [] { return StatusFlagText == std::array<std::string, kStatusFlags>{}; }},
-          KESTREL_PLAIN(AvgExponent, 0, 3),
+          {"AvgExponent", [] { NoteAverages(8); }, [] { return AvgExponent == 0; }},
           {"AlarmBandTable", [] { AlarmBandTable(0, 1, 0) = 7; },
            [] { return AlarmBandTable == BandTable{}; }},
           KESTREL_PLAIN(DataLogIndex, 1, 7),

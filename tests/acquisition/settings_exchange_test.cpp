@@ -169,7 +169,10 @@ TEST_F(Settings, TheLogShowsEveryNumberOfAveragesAsAWholeNumber) {
   for (int averages = 1; averages <= 255; ++averages) {
     view.selected[Setting::FftAvgs] = averages;
     settings.cbxFFTAvgs_Click();
-    const std::string text = DataLogText(FormatFor('.'), "Datalog", "date", "time");
+    const DataLogHead head{
+        .baseName = "Datalog", .date = "date", .time = "time", .averageExponent = AvgExponent};
+    const std::string text =
+        DataLogText(core.record.Get(), FormatFor('.'), head, DataLogValues::Scaled);
     const std::size_t begin = text.find("AVG_Cnt,");
     ASSERT_NE(begin, std::string::npos);
     EXPECT_EQ(text.substr(begin, text.find('\r', begin) - begin),

@@ -39,15 +39,30 @@ TEST_F(StoredRecord, TheSensorHasTimeToBringItIntoTheBuffers) {
   EXPECT_EQ(sensor.Times(address::kRecCnt * 256).at(0) - command, kAccessGap + 51ms);
 }
 
-TEST_F(StoredRecord, HasTheWidthAndSignOfTheRecordShown) {
-  Buff.width = 511;
-  CaptureType = "TimeDomain";
-  for (const std::int16_t row : {row::X_BUF, row::Y_BUF, row::Z_BUF}) RegSigned[row] = true;
+TEST_F(StoredRecord, HasTheWidthAndSignOfTheLastCapture) {
+  readout.Expect(RecordKind::Time);
   sensor.OnRead(address::kXBuf, [] { return 0xFFFF; });
   cycle.cmdGetRecord_Click(1);
   EXPECT_EQ(TakeFrames(), RetrieveFrames(1) + ReadoutFrames(511) + AlarmStatusFrames());
   EXPECT_EQ(RawX(511), -1);
   EXPECT_EQ(plotView.unit, "sample");
+}
+
+TEST_F(StoredRecord, KnowsItsNumberAndACaptureHasNone) {
+  cycle.cmdGetRecord_Click(9);
+  EXPECT_EQ(core.record.Get().origin.stored, 9);
+  cycle.cmdReadBuffer_Click();
+  EXPECT_EQ(core.record.Get().origin.stored, std::nullopt);
+}
+
+TEST_F(StoredRecord, ItsPeaksAreScaledByItsOwnRange) {
+  sensor.Set(address::kRecCtrl, 0x0010);
+  gRecCtrl->ReadRecCtrl();
+  sensor.Set(address::kRecInfo, 0x0C00);
+  cycle.cmdGetRecord_Click(1);
+  sensor.Set(address::kAlmXPeak, 1000);
+  status.ReadStatus("CmdReadStatus");
+  EXPECT_EQ(alarmView.peak[0], " 1.192");
 }
 
 TEST_F(StoredRecord, IsLoggedLikeAnyRecordThatIsRead) {
@@ -76,7 +91,7 @@ TEST_F(StoredRecord, ALostAdapterIsSearchedAndTheControlRegisterReadAgain) {
 // Otherwise what the buffers happen to hold would show as the stored record.
 TEST_F(StoredRecord, ASensorLostBeforeItIsRetrievedGivesOneMessageAndReadsNothing) {
   KeepARecord();
-  const Record earlier = TheRecord();
+  const Kept earlier = TheRecord();
   for (int request = 1; request <= 2 * kRequestsPerAccess; ++request) {
     SCOPED_TRACE(request);
     messages.Clear();
@@ -95,7 +110,7 @@ TEST_F(StoredRecord, ASensorLostBeforeItIsRetrievedGivesOneMessageAndReadsNothin
 
 TEST_F(StoredRecord, ASensorLostDuringItsReadOutLeavesTheEarlierRecord) {
   KeepARecord();
-  const Record earlier = TheRecord();
+  const Kept earlier = TheRecord();
   sensor.UnplugAtRequest(500);
   cycle.cmdGetRecord_Click(4);
   EXPECT_EQ(messages.Texts().size(), 1U);

@@ -74,13 +74,13 @@ class Program {
   FakeReadoutView readoutView_{journal_};
   FakeCaptureView views_{journal_, readoutView_};
   AlarmStatus alarms_{core.registers, quiet_};
-  SpectrumPlot plot_{quiet_, alarms_, loop_, messages};
-  DataLog log_{files, locale_, loop_, quiet_};
+  SpectrumPlot plot_{core.record, quiet_, alarms_, loop_, messages};
+  DataLog log_{core.record, files, locale_, loop_, quiet_};
   StatusDisplay status_{core.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core.registers, plot_, quiet_, log_, loop_, messages, readoutView_};
+  CaptureReadout readout_{core, status_, alarms_, plot_, quiet_, log_, readoutView_};
   WindowDelay delay_{loop_};
   BandOverlay overlay_{plot_, quiet_};
-  CaptureCycle cycle_{core, delay_, status_, readout_, plot_, overlay_, views_};
+  CaptureCycle cycle_{core, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
 };
 
 }  // namespace kestrel

@@ -9,10 +9,7 @@
 #include <iterator>
 #include <string>
 
-#include "logging/data_log.h"
 #include "logging/data_log_text.h"
-#include "record/capture_data.h"
-#include "support/reset_program.h"
 
 namespace kestrel {
 namespace {
@@ -23,45 +20,47 @@ std::string Golden(const std::string& name) {
 }
 
 // The record that make_golden.py describes in the same formulas.
-void FillRecord(std::int16_t width, double lsb) {
-  ResetProgram();
-  Buff.width = width;
-  AvgExponent = 3;
-  CaptSupply = 3.29956F;
-  CaptTemp = 24.81F;
-  StatusFlagText.fill("OK");
-  StatusFlagText[7] = "SET";
-  StatusFlagText[4] = "FAIL";
-  for (int i = 0; i <= width; ++i) {
-    RawX(i) = i * 257 % 65536;
-    RawY(i) = i * i % 40000;
-    RawZ(i) = 255 - i;
-    DataX(i) = RawX(i) * lsb;
-    DataY(i) = RawY(i) * lsb;
-    DataZ(i) = RawZ(i) * lsb;
+Record MakeRecord(RecordKind kind, double lsb) {
+  Record record;
+  record.kind = kind;
+  record.conditions = {.supplyV = 3.29956F, .temperatureC = 24.81F, .recordCount = 1};
+  record.status = {.word = 1 << 7 | 1 << 4, .known = true};
+  for (int i = 0; i <= record.Width(); ++i) {
+    record.Of(Axis::X).raw(i) = i * 257 % 65536;
+    record.Of(Axis::Y).raw(i) = i * i % 40000;
+    record.Of(Axis::Z).raw(i) = 255 - i;
+    for (AxisRecord& axis : record.axes) axis.data(i) = axis.raw(i) * lsb;
   }
+  return record;
+}
+
+DataLogHead Head(const char* name, const char* date) {
+  return {.baseName = name, .date = date, .time = "10:20:30", .averageExponent = 3};
 }
 
 TEST(DataLogGolden, AScaledSpectrumWithADecimalPoint) {
-  FillRecord(kFftWidth, 0.0000153);
+  const Record record = MakeRecord(RecordKind::Spectrum, 0.0000153);
   const std::string golden = Golden("spectrum_point.csv");
   ASSERT_FALSE(golden.empty());
-  EXPECT_EQ(DataLogText(FormatFor('.'), "DATALOG", "11/21/26", "10:20:30"), golden);
+  EXPECT_EQ(DataLogText(record, FormatFor('.'), Head("DATALOG", "11/21/26"), DataLogValues::Scaled),
+            golden);
 }
 
 TEST(DataLogGolden, AScaledTimeRecordWithADecimalComma) {
-  FillRecord(kTimeWidth, 0.0023842);
+  const Record record = MakeRecord(RecordKind::Time, 0.0023842);
   const std::string golden = Golden("time_comma.txt");
   ASSERT_FALSE(golden.empty());
-  EXPECT_EQ(DataLogText(FormatFor(','), "Messung", "21.11.26", "10:20:30"), golden);
+  EXPECT_EQ(DataLogText(record, FormatFor(','), Head("Messung", "21.11.26"), DataLogValues::Scaled),
+            golden);
 }
 
 TEST(DataLogGolden, RawWordsOfATimeRecord) {
-  FillRecord(kTimeWidth, 0.0023842);
-  DataFormatLSB = true;
+  const Record record = MakeRecord(RecordKind::Time, 0.0023842);
   const std::string golden = Golden("time_lsb.csv");
   ASSERT_FALSE(golden.empty());
-  EXPECT_EQ(DataLogText(FormatFor('.'), "DATALOG", "11/21/26", "10:20:30"), golden);
+  EXPECT_EQ(
+      DataLogText(record, FormatFor('.'), Head("DATALOG", "11/21/26"), DataLogValues::RawWords),
+      golden);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "logging/data_log_text.h"
 #include "numeric/runtime_error.h"
 #include "record/capture_data.h"
+#include "support/change_record.h"
 #include "support/fake_clock.h"
 #include "support/fake_log_view.h"
 #include "support/fixed_locale.h"
@@ -33,17 +34,16 @@ class DataLogFile : public testing::Test {
  protected:
   DataLogFile() {
     ResetProgram();
+    record.conditions = {.supplyV = 3.3F, .temperatureC = 24.53F, .recordCount = 1};
+    record.status.known = true;
     for (int i = 0; i < 512; ++i) {
-      RawX(i) = i;
-      RawY(i) = -2 * i;
-      RawZ(i) = 65535 - i;
-      DataX(i) = i * 0.0000153;
-      DataY(i) = i * -0.5;
-      DataZ(i) = i / 3.0;
+      record.Of(Axis::X).raw(i) = i;
+      record.Of(Axis::Y).raw(i) = -2 * i;
+      record.Of(Axis::Z).raw(i) = 65535 - i;
+      record.Of(Axis::X).data(i) = i * 0.0000153;
+      record.Of(Axis::Y).data(i) = i * -0.5;
+      record.Of(Axis::Z).data(i) = i / 3.0;
     }
-    CaptSupply = 3.3F;
-    CaptTemp = 24.53F;
-    StatusFlagText.fill("OK");
   }
   ~DataLogFile() override { ResetProgram(); }
 
@@ -61,6 +61,7 @@ class DataLogFile : public testing::Test {
 
   // Writes a file and gives its lines.
   Lines Write() {
+    current.HandOver(record);
     log.WriteDataFile();
     return Read(log.LastFile().string());
   }
@@ -75,13 +76,15 @@ class DataLogFile : public testing::Test {
     return "";
   }
 
+  Record record;
+  CurrentRecord current;
   FakeClock clock;
   ScriptedLoop loop{clock};
   MemoryFiles files;
   FixedLocale locale;
   Journal journal;
   FakeLogView view{journal};
-  DataLog log{files, locale, loop, view};
+  DataLog log{current, files, locale, loop, view};
 };
 
 TEST_F(DataLogFile, HeaderOfAnFftRecord) {
@@ -95,8 +98,21 @@ TEST_F(DataLogFile, HeaderOfAnFftRecord) {
 }
 
 TEST_F(DataLogFile, FlagTextsStandInTheOrderOfTheNamesBit14First) {
-  for (std::size_t bit = 0; bit < kStatusFlags; ++bit) StatusFlagText[bit] = std::to_string(bit);
-  EXPECT_EQ(Write()[9], "14,13,12,11,10,9,8,7,6,5,4,3,2,1,0");
+  for (int bit = 0; bit < static_cast<int>(kStatusFlags); ++bit) {
+    record.status.word = 1 << bit;
+    DataLogIndex = 1;
+    std::string texts;
+    for (int other = 14; other >= 0; --other) {
+      const char* whenSet = other >= 7 ? "SET" : "FAIL";
+      texts += std::string(other == bit ? whenSet : "OK") + (other > 0 ? "," : "");
+    }
+    EXPECT_EQ(Write()[9], texts);
+  }
+}
+
+TEST_F(DataLogFile, FlagsThatWereNeverReadAreNotClaimed) {
+  record.status = {};
+  EXPECT_EQ(Write()[9], ",,,,,,,,,,,,,,");
 }
 
 TEST_F(DataLogFile, ScaledValuesInGeneralFormatWithoutTrailingSeparator) {
@@ -116,9 +132,9 @@ TEST_F(DataLogFile, RawWordsOfAnFftRecord) {
 }
 
 TEST_F(DataLogFile, ATimeRecordHas512SignedLines) {
-  Buff.width = 511;
+  record.kind = RecordKind::Time;
   DataFormatLSB = true;
-  RawX(511) = -32768;
+  record.Of(Axis::X).raw(511) = -32768;
   const Lines lines = Write();
   ASSERT_EQ(lines.size(), 12U + 512U);
   EXPECT_EQ(lines[11], "Sample #,X Acc.,Y Acc.,Z Acc.,");
@@ -126,22 +142,24 @@ TEST_F(DataLogFile, ATimeRecordHas512SignedLines) {
 }
 
 TEST_F(DataLogFile, AnyOtherWidthHasNoAxesInItsHeading) {
-  Buff.width = 10;
-  const Lines lines = Write();
-  ASSERT_EQ(lines.size(), 12U + 11U);
-  EXPECT_EQ(lines[11], "Sample #,");
+  EXPECT_EQ(DataLogHeading(10, ","), "Sample #,");
+  EXPECT_EQ(DataLogHeading(256, "\t"), "Sample #\t");
 }
 
 TEST_F(DataLogFile, AveragesAreTwoToTheExponent) {
-  AvgExponent = 3;
+  NoteAverages(8);
   EXPECT_EQ(Write()[3], "AVG_Cnt,8");
-  AvgExponent = 7.5;
-  EXPECT_EQ(Write()[3], "AVG_Cnt,181.019335983756");
+  NoteAverages(181);
+  EXPECT_EQ(Write()[3], "AVG_Cnt,181");
+  const std::string text = DataLogText(
+      record, FormatFor('.'), {.baseName = "", .date = "", .time = "", .averageExponent = 7.5},
+      DataLogValues::Scaled);
+  EXPECT_NE(text.find("AVG_Cnt,181.019335983756\r\n"), std::string::npos);
 }
 
 TEST_F(DataLogFile, SupplyAndTemperatureHaveSevenDigits) {
-  CaptSupply = 1.0F / 3.0F;
-  CaptTemp = -40.000001F;
+  record.conditions.supplyV = 1.0F / 3.0F;
+  record.conditions.temperatureC = -40.000001F;
   const Lines lines = Write();
   EXPECT_EQ(lines[4], "Capt_Supply,0.3333333");
   EXPECT_EQ(lines[5], "Capt_Temp 'C,-40");
@@ -229,7 +247,7 @@ TEST_F(DataLogFile, AfterTheLastIndexNothingIsWrittenAndNothingReplaced) {
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
   const std::string last = files.contents.at("/program/Datalog_32767.csv");
   for (int i = 0; i < 3; ++i) {
-    DataX(0) = 77;
+    ChangeRecord(current, [](Record& changed) { changed.Of(Axis::X).data(0) = 77; });
     EXPECT_EQ(ErrorOfWriting(), "Overflow");
     EXPECT_EQ(files.contents.size(), 1U);
     EXPECT_EQ(files.contents.at("/program/Datalog_32767.csv"), last);

@@ -100,7 +100,7 @@ TEST_F(Hovering, AHiddenLineIsNotHit) {
   Hover(50, 0.5);
   EXPECT_EQ(Mode(), DragMode::Idle);
   overlay.PlotBands();
-  Buff.width = kTimeWidth;
+  SetKind(RecordKind::Time);
   plot.PlotRecord();
   overlay.RecordRedrawn();
   Hover(50, 0.5);

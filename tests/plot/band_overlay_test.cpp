@@ -218,12 +218,12 @@ TEST_F(Overlay, AfterARedrawTheBandsAreWhereTheTableHasThemAndTheSensorIsAskedNo
 TEST_F(Overlay, OverATimeRecordThereAreNoLabelsUntilTheNextSpectrum) {
   SetSixBands();
   overlay.PlotBands();
-  Buff.width = kTimeWidth;
+  SetKind(RecordKind::Time);
   plot.PlotRecord();
   bandView.labels.clear();
   overlay.RecordRedrawn();
   EXPECT_TRUE(bandView.labels.empty());
-  Buff.width = kFftWidth;
+  SetKind(RecordKind::Spectrum);
   plot.PlotRecord();
   overlay.RecordRedrawn();
   EXPECT_EQ(bandView.labels.size(), 12U);

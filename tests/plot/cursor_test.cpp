@@ -3,7 +3,7 @@
 #include "plot/cursor.h"
 
 #include "device/rec_info.h"
-#include "record/capture_data.h"
+#include "support/change_record.h"
 #include "support/register_bench.h"
 
 namespace kestrel {
@@ -14,10 +14,12 @@ class FakeCursorView : public CursorView {
   void SetCursorX(const std::string& text) override { x = text; }
   void SetCursorFrequency(const std::string& text) override { frequency = text; }
   void SetCursorY(const std::string& text) override { y = text; }
+  void SetCursorTime(const std::string& text) override { time = text; }
+  void ClearCursor() override { x = frequency = time = y = ""; }
   void MoveCrossHair(double toX, double toY) override { crossHair = {toX, toY}; }
   [[nodiscard]] bool TraceTicked(Axis axis) override { return ticked[Index(axis)]; }
 
-  std::string x, frequency, y;
+  std::string x, frequency, time, y;
   std::pair<double, double> crossHair;
   std::array<bool, 3> ticked{true, true, true};
 };
@@ -25,23 +27,32 @@ class FakeCursorView : public CursorView {
 class Cursor : public RegisterBench {
  protected:
   Cursor() {
+    Record record;
+    record.kind = RecordKind::Time;  // all points
     for (int i = 0; i < 512; ++i) {
-      DataX(i) = i;
-      DataY(i) = 1000 - i;
-      DataZ(i) = -1;
+      record.Of(Axis::X).data(i) = i;
+      record.Of(Axis::Y).data(i) = 1000 - i;
+      record.Of(Axis::Z).data(i) = -1;
     }
+    core.record.HandOver(record);
+    RecordOf(RecordKind::Spectrum);
+    listener = core.record.OnChange([this] { cursor.RecordChanged(); });
   }
 
-  static void RecordOfOption(int option) {
-    Buff.sampleRateOption = static_cast<std::int16_t>(option);
+  void RecordOf(RecordKind kind, int option = 0) {
+    ChangeRecord(core.record, [=](Record& record) {
+      record.kind = kind;
+      record.settings.option = static_cast<std::int16_t>(option);
+    });
   }
 
   void Press(CursorStep step, int times = 1) {
     for (int i = 0; i < times; ++i) cursor.Step(step);
   }
 
+  CurrentRecord::Listener listener;
   FakeCursorView view;
-  PlotCursor cursor{view};
+  PlotCursor cursor{core.record, view};
 };
 
 TEST_F(Cursor, FrequenciesOfEachOption) {
@@ -54,7 +65,7 @@ TEST_F(Cursor, FrequenciesOfEachOption) {
                       {1, 10, "245 Hz"},  {1, 255, "6,237 Hz"}, {2, 100, "306 Hz"},
                       {2, 255, "780 Hz"}, {3, 100, "38 Hz"},    {3, 255, "97 Hz"}};
   for (const Row& row : rows) {
-    RecordOfOption(row.option);
+    RecordOf(RecordKind::Spectrum, row.option);
     cursor.pic1_MouseMove(row.x, 0);
     EXPECT_EQ(view.x, std::to_string(static_cast<int>(row.x)));
     EXPECT_EQ(view.frequency, row.frequency) << "option " << row.option << ", bin " << row.x;
@@ -97,10 +108,42 @@ TEST_F(Cursor, TheCrossHairIsWhereThePointerIs) {
 }
 
 TEST_F(Cursor, TheFrequencyIsFilledForTimeRecordsToo) {
-  Buff.width = kTimeWidth;
+  RecordOf(RecordKind::Time);
   cursor.pic1_MouseMove(400, 0);
   EXPECT_EQ(view.x, "400");
   EXPECT_EQ(view.frequency, "78,273 Hz");
+}
+
+TEST_F(Cursor, ATimeRecordTellsTheTimeOfTheSample) {
+  RecordOf(RecordKind::Time);
+  cursor.pic1_MouseMove(400, 0);
+  EXPECT_EQ(view.time, "3.992 ms");
+  RecordOf(RecordKind::Time, 3);
+  cursor.GoTo(511);
+  EXPECT_EQ(view.time, "2611.361 ms");
+  RecordOf(RecordKind::Spectrum);
+  cursor.pic1_MouseMove(100, 0);
+  EXPECT_EQ(view.time, "");
+}
+
+TEST_F(Cursor, ReadOutsAreClearedWhenTheRecordChanges) {
+  RecordOf(RecordKind::Time);
+  cursor.pic1_MouseMove(326, 0.5);
+  EXPECT_EQ(view.frequency, "63,793 Hz");
+  RecordOf(RecordKind::Spectrum);
+  EXPECT_EQ(view.x + view.frequency + view.time + view.y, "");
+}
+
+TEST_F(Cursor, BeyondTheRecordThereIsNoFrequencyAndNoTime) {
+  for (const double x : {-1.0, 256.0, 326.0, 5000.0}) {
+    cursor.pic1_MouseMove(x, 0.5);
+    EXPECT_EQ(view.frequency, "") << x;
+  }
+  RecordOf(RecordKind::Time);
+  for (const double x : {-1.0, 512.0}) {
+    cursor.pic1_MouseMove(x, 0.5);
+    EXPECT_EQ(view.frequency + view.time, "") << x;
+  }
 }
 
 // With a button held down the pointer is followed beyond the plot.
@@ -129,9 +172,10 @@ TEST_F(Cursor, KeysMoveByOneAndByTen) {
 }
 
 TEST_F(Cursor, KeysStayWithinTheRecord) {
-  for (const std::int16_t width : {kFftWidth, kTimeWidth}) {
+  for (const RecordKind kind : {RecordKind::Spectrum, RecordKind::Time}) {
+    RecordOf(kind);
+    const int width = core.record.Get().Width();
     SCOPED_TRACE(width);
-    Buff.width = width;
     Press(CursorStep::Last);
     EXPECT_EQ(view.x, std::to_string(width));
     Press(CursorStep::BinForward);
@@ -150,9 +194,9 @@ TEST_F(Cursor, KeysStayWithinTheRecord) {
 }
 
 TEST_F(Cursor, AShorterRecordTakesTheCursorToItsEnd) {
-  Buff.width = kTimeWidth;
+  RecordOf(RecordKind::Time);
   Press(CursorStep::Last);
-  Buff.width = kFftWidth;
+  RecordOf(RecordKind::Spectrum);
   Press(CursorStep::BinBack);
   EXPECT_EQ(view.x, "255");
 }
@@ -176,7 +220,7 @@ TEST_F(Cursor, KeysGoToTheHighestOfTheTickedTraces) {
 
 // What the sensor holds now is not what is on the screen.
 TEST_F(Cursor, ALaterLookAtTheRecordInformationChangesNoFrequency) {
-  RecordOfOption(3);
+  RecordOf(RecordKind::Spectrum, 3);
   sensor.Set(address::kRecInfo, 0x4000);
   gRecInfo->ReadRec_Info();
   cursor.pic1_MouseMove(255, 0);

@@ -6,7 +6,7 @@
 
 #include "device/rec_ctrl.h"
 #include "plot/band_overlay.h"
-#include "record/capture_data.h"
+#include "support/change_record.h"
 #include "support/fake_band_overlay.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"
@@ -46,6 +46,10 @@ class OverlayBench : public RegisterBench {
       SetBand(band, {40 * band - 30, 40 * band - 10, 1311, 3932});
   }
 
+  void SetKind(RecordKind kind) {
+    ChangeRecord(core.record, [kind](Record& record) { record.kind = kind; });
+  }
+
   [[nodiscard]] const OverlayLine& Line(int group, int band) const {
     return overlay.Lines()(group, band);
   }
@@ -61,7 +65,7 @@ class OverlayBench : public RegisterBench {
   FakeBandOverlayView bandView{journal, view};
   FakeOverlayOwner owner;
   AlarmStatus alarms{core.registers, alarmView};
-  SpectrumPlot plot{view, alarms, loop, messages};
+  SpectrumPlot plot{core.record, view, alarms, loop, messages};
   BandOverlay overlay{plot, bandView};
 };
 

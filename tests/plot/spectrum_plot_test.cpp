@@ -4,6 +4,7 @@
 
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
+#include "support/change_record.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"
 
@@ -19,11 +20,19 @@ using Words = std::vector<std::string>;
 class Plot : public RegisterBench {
  protected:
   Plot() {
+    Record record;
+    record.kind = RecordKind::Time;  // all points
     for (int i = 0; i < 512; ++i) {
-      DataX(i) = 0.001 * i;
-      DataY(i) = 1 + 0.001 * i;
-      DataZ(i) = -1 - 0.001 * i;
+      record.Of(Axis::X).data(i) = 0.001 * i;
+      record.Of(Axis::Y).data(i) = 1 + 0.001 * i;
+      record.Of(Axis::Z).data(i) = -1 - 0.001 * i;
     }
+    core.record.HandOver(record);
+    SetKind(RecordKind::Spectrum);
+  }
+
+  void SetKind(RecordKind kind) {
+    ChangeRecord(core.record, [kind](Record& record) { record.kind = kind; });
   }
 
   // Top, middle, bottom.
@@ -38,7 +47,7 @@ class Plot : public RegisterBench {
   FakePlotView view{journal};
   FakeAlarmView alarmView{journal};
   AlarmStatus alarms{core.registers, alarmView};
-  SpectrumPlot plot{view, alarms, loop, messages};
+  SpectrumPlot plot{core.record, view, alarms, loop, messages};
 };
 
 TEST_F(Plot, AnFftRecordRunsFromZeroToTheScale) {
@@ -53,7 +62,7 @@ TEST_F(Plot, AnFftRecordRunsFromZeroToTheScale) {
 }
 
 TEST_F(Plot, ATimeRecordRunsFromMinusTheScaleToTheScale) {
-  Buff.width = 511;
+  SetKind(RecordKind::Time);
   view.scaleCaption = "2";
   plot.PlotRecord();
   EXPECT_EQ(VerticalLabels(), (Words{"2", "0", "-2"}));
@@ -88,7 +97,7 @@ TEST_F(Plot, DrawsAllTracesPointByPointFromBinZero) {
 }
 
 TEST_F(Plot, ATimeRecordHas512Points) {
-  Buff.width = 511;
+  SetKind(RecordKind::Time);
   ShowOnly(Axis::Z);
   plot.PlotRecord();
   ASSERT_EQ(view.lines.size(), 511U);
@@ -127,9 +136,10 @@ TEST_F(Plot, ClearsBeforeDrawingAndEndsWithTheAlarmState) {
 }
 
 TEST_F(Plot, AnInvalidWidthIsNamedAndDrawnFromZero) {
-  Buff.width = 99;
+  auto traces = TracesOf(core.record.Get());
+  for (PlotTrace& trace : traces) trace.values = trace.values.first(100);
   view.yMax = "kept";
-  plot.PlotRecord();
+  plot.Draw(traces);
   EXPECT_EQ(messages.Texts(), Words{"Error... Sub Plot Record; Invalid Buff.width = 99"});
   EXPECT_EQ(view.corners, (std::array<double, 4>{0, 1, 99, 0}));
   EXPECT_EQ(view.yMax, "kept");
@@ -138,15 +148,33 @@ TEST_F(Plot, AnInvalidWidthIsNamedAndDrawnFromZero) {
   EXPECT_EQ(journal.Count("clear plot"), 1);
 }
 
-TEST_F(Plot, AWidthPastTheRecordIsABoundsError) {
-  Buff.width = 512;
-  EXPECT_THROW(plot.PlotRecord(), RuntimeError);
-  EXPECT_EQ(messages.Texts(), Words{"Error... Sub Plot Record; Invalid Buff.width = 512"});
+TEST_F(Plot, DrawingAloneAsksTheSensorNothing) {
+  plot.Draw(TracesOf(core.record.Get()));
+  EXPECT_EQ(view.lines.size(), 3U * 255U);
+  EXPECT_EQ(TakeFrames(), Frames{});
+}
+
+// Two traces of one colour are two traces.
+TEST_F(Plot, ATraceIsDrawnWhereItsAxisLies) {
+  const std::array<double, 256> values{1, 2, 3};
+  const PlotTrace trace{.axis = Axis::Z,
+                        .name = "reference",
+                        .unit = "g",
+                        .horizontal = {.unit = "Hz", .first = 10, .step = 5},
+                        .values = values,
+                        .colour = kXColour};
+  plot.Draw(std::array{trace, trace});
+  EXPECT_EQ(view.unit, "Hz");
+  ASSERT_EQ(view.lines.size(), 2U * 255U);
+  EXPECT_EQ(view.lines[0], (DrawnLine{10, 1, 15, 2, kXColour}));
+  EXPECT_EQ(view.lines[3], (DrawnLine{15, 2, 20, 3, kXColour}));
+  EXPECT_EQ(view.numbers[2], 0U);
+  EXPECT_EQ(view.numbers[3], 1U);
 }
 
 TEST_F(Plot, ACaptionThatIsNoNumberCountsAsZero) {
   view.scaleCaption = "scale";
-  Buff.width = 511;
+  SetKind(RecordKind::Time);
   plot.PlotRecord();
   EXPECT_EQ(PlotScale, 0);
   EXPECT_EQ(VerticalLabels(), (Words{"0", "0", "0"}));
@@ -189,10 +217,12 @@ TEST_F(Plot, AScaleStepLabelsByRecordModeUntilTheRecordIsDrawn) {
   for (const Row& row : {Row{0, "1", "0"}, Row{1, "1", "0"}, Row{2, "0", "-2"}}) {
     SCOPED_TRACE(row.mode);
     gRecCtrl->RecModeCode(row.mode);
-    Buff.width = 40;  // leaves the labels as the step has set them
     view.scaleCaption = "10";
+    view.yMins.clear();
+    view.yMids.clear();
     plot.cmdPlotScale_Click();
-    EXPECT_EQ(VerticalLabels(), (Words{"2", row.mid, row.bottom}));
+    EXPECT_EQ(view.yMins, (Words{row.bottom, "0"}));
+    EXPECT_EQ(view.yMids, (Words{row.mid, "1"}));
   }
 }
 

@@ -14,6 +14,7 @@
 #include "plot/cursor.h"
 #include "regmap/register_table.h"
 #include "support/capture_bench.h"
+#include "support/change_record.h"
 
 namespace kestrel {
 namespace {
@@ -62,7 +63,9 @@ class Texts : public CaptureBench, public CursorView {
   void Cursor(std::istream& question, std::ostream& out) {
     double bin = 0;
     double g = 0;
-    question >> Buff.sampleRateOption >> bin >> g;
+    std::int16_t option = 0;
+    question >> option >> bin >> g;
+    ChangeRecord(core.record, [option](Record& record) { record.settings.option = option; });
     cursor_.pic1_MouseMove(bin, g);
     out << x_ << " " << frequency_ << " " << y_ << "\n";
   }
@@ -74,6 +77,7 @@ class Texts : public CaptureBench, public CursorView {
     sensor.Set(address::kRecCtrl, recCtrl);
     gRecCtrl->ReadRecCtrl();
     sensor.Set(address::kAlmYPeak, code);
+    alarms.ExpectPeaks(gRecCtrl->gLsb());
     alarms.DisplayPeakAlarms();
     out << alarmView.peak[Index(Axis::Y)] << "\n";
     sensor.ClearFrames();
@@ -107,12 +111,14 @@ class Texts : public CaptureBench, public CursorView {
   void SetCursorX(const std::string& text) override { x_ = text; }
   void SetCursorFrequency(const std::string& text) override { frequency_ = text; }
   void SetCursorY(const std::string& text) override { y_ = text; }
+  void SetCursorTime(const std::string& /*text*/) override {}
+  void ClearCursor() override {}
   void MoveCrossHair(double /*x*/, double /*y*/) override {}
   [[nodiscard]] bool TraceTicked(Axis /*axis*/) override { return true; }
 
   FakeSettingsView settingsView_;
   SettingsExchange settings_{core.registers, status, alarms, messages, delay, settingsView_};
-  PlotCursor cursor_{*this};
+  PlotCursor cursor_{core.record, *this};
   std::string x_, frequency_, y_;
   int seed_ = 0;
 };

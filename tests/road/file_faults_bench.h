@@ -20,6 +20,7 @@
 #include "numeric/runtime_error.h"
 #include "platform/linux/system_files.h"
 #include "simulator/simulated_hardware.h"
+#include "support/change_record.h"
 #include "support/environment.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
@@ -93,7 +94,7 @@ class FileFaults : public testing::Test {
     try {
       if (kind == "DataLog") {
         DataLogIndex = 1;
-        DataX(0) = mark;
+        ChangeRecord(core_.record, [mark](Record& record) { record.Of(Axis::X).data(0) = mark; });
         log_.WriteDataFile();
       } else if (kind == "AlarmFile") {
         AlarmBandTable(0, 1, 0) = mark;
@@ -178,7 +179,7 @@ class FileFaults : public testing::Test {
   Core core_{{clock_, loop_, pointer_, messages_, files_, locale_, hardware_.Adapter(),
               hardware_.Port(), hardware_.Service()}};
   QuietViews views_;
-  DataLog log_{files_, locale_, loop_, views_};
+  DataLog log_{core_.record, files_, locale_, loop_, views_};
   QuietAlarmFilesView alarmView_;
   AlarmFiles alarmFiles_{files_, loop_, messages_, alarmView_};
   QuietDebugView debugView_;

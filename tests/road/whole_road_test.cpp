@@ -19,6 +19,7 @@
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"
+#include "support/fake_main_views.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
@@ -40,9 +41,10 @@ class Road {
         core_({clock_, loop_, pointer_, messages, files_, locale_, hardware_.Adapter(),
                hardware_.Port(), hardware_.Service()}),
         alarms_(core_.registers, views_),
-        plot_(views_, alarms_, loop_, messages),
-        log_(files_, locale_, loop_, views_),
-        readout_(core_.registers, plot_, views_, log_, loop_, messages, views_) {
+        status_(core_.registers, alarms_, loop_, statusView_),
+        plot_(core_.record, views_, alarms_, loop_, messages),
+        log_(core_.record, files_, locale_, loop_, views_),
+        readout_(core_, status_, alarms_, plot_, views_, log_, views_) {
     ResetProgram();
     core_.delay.SkipCalibration();
     InterfaceType = interfaceType;
@@ -62,12 +64,7 @@ class Road {
     core_.registers.WriteReg(row::FFT_AVG, averages);
     core_.registers.WriteReg(row::COMMAND, 0x0800);
     clock_.Advance(std::chrono::seconds{10 * averages});
-    const bool isTime = mode == kTimeMode;
-    CaptureType = isTime ? "TimeDomain" : "FFT";
-    Buff.width = isTime ? kTimeWidth : kFftWidth;
-    for (const std::int16_t buffer : {row::X_BUF, row::Y_BUF, row::Z_BUF}) {
-      RegSigned[buffer] = isTime;
-    }
+    readout_.Expect(mode == kTimeMode ? RecordKind::Time : RecordKind::Spectrum);
     ASSERT_TRUE(readout_.ReadCaptureBuffer());
   }
 
@@ -82,7 +79,10 @@ class Road {
   FixedLocale locale_;
   Core core_;
   QuietViews views_;
+  Journal journal_;
+  FakeStatusView statusView_{journal_};
   AlarmStatus alarms_;
+  StatusDisplay status_;
   SpectrumPlot plot_;
   DataLog log_;
   CaptureReadout readout_;

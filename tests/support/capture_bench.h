@@ -59,25 +59,47 @@ class CaptureBench : public RegisterBench {
   }
 
   // A record that a later read-out may or may not replace.
-  static void KeepARecord() {
+  void KeepARecord(RecordKind kind = RecordKind::Spectrum) {
+    Record record;
+    record.kind = RecordKind::Time;  // so that all points are kept
+    record.settings.option = 3;
+    record.lsbWeight = 0.5;
+    record.scaledRange = 2;
+    record.conditions = {.supplyV = 3.25F, .temperatureC = 30.5F, .recordCount = 5};
+    record.time = clock.UtcNow();
     for (int i = 0; i < 512; ++i) {
-      DataX(i) = i;
-      DataY(i) = -i;
-      DataZ(i) = 0.5 * i;
-      RawX(i) = 1.0 * i;
-      RawY(i) = 2.0 * i;
-      RawZ(i) = 3.0 * i;
+      record.Of(Axis::X).data(i) = i;
+      record.Of(Axis::Y).data(i) = -i;
+      record.Of(Axis::Z).data(i) = 0.5 * i;
+      for (const Axis axis : kAxes) {
+        record.Of(axis).raw(i) = static_cast<double>(Index(axis) + 1) * i;
+      }
     }
+    core.record.HandOver(record);
+    record.kind = kind;
+    core.record.HandOver(record);
+    readout.Expect(kind);
   }
 
-  struct Record {
+  // The record at hand and what the program-wide names say of it.
+  struct Kept {
+    Record record;
     std::array<RecordArray, 6> arrays;
     std::int16_t width;
+    std::int16_t option;
     std::string type;
-    bool operator==(const Record&) const = default;
+    double lsbWeight;
+    std::int16_t range;
+    float supply;
+    float temperature;
+    bool operator==(const Kept&) const = default;
   };
-  static Record TheRecord() {
-    return {{DataX, DataY, DataZ, RawX, RawY, RawZ}, Buff.width, CaptureType};
+  [[nodiscard]] Kept TheRecord() const {
+    return {core.record.Get(), {DataX, DataY, DataZ, RawX, RawY, RawZ},
+            Buff.width,        Buff.sampleRateOption,
+            CaptureType,       LsbWeight,
+            RangeSetting,      CaptSupply,
+            CaptTemp};
   }
 
   [[nodiscard]] bool WindowIsIdle() const {
@@ -100,14 +122,14 @@ class CaptureBench : public RegisterBench {
   FakeCaptureView captureView{journal, readoutView};
 
   AlarmStatus alarms{core.registers, alarmView};
-  SpectrumPlot plot{plotView, alarms, loop, messages};
+  SpectrumPlot plot{core.record, plotView, alarms, loop, messages};
   FakeBandOverlayView bandView{journal, plotView};
   BandOverlay overlay{plot, bandView};
-  DataLog log{files, locale, loop, logView};
+  DataLog log{core.record, files, locale, loop, logView};
   StatusDisplay status{core.registers, alarms, loop, statusView};
-  CaptureReadout readout{core.registers, plot, plotView, log, loop, messages, readoutView};
+  CaptureReadout readout{core, status, alarms, plot, plotView, log, readoutView};
   WindowDelay delay{loop};
-  CaptureCycle cycle{core, delay, status, readout, plot, overlay, captureView};
+  CaptureCycle cycle{core, delay, status, alarms, readout, plot, overlay, captureView};
 };
 
 }  // namespace kestrel

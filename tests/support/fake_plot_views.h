@@ -36,8 +36,14 @@ class FakePlotView : public PlotView {
   }
   void SetXmax(const std::string& text) override { xMax = text; }
   void SetYmax(const std::string& text) override { yMax = text; }
-  void SetYmid(const std::string& text) override { yMid = text; }
-  void SetYmin(const std::string& text) override { yMin = text; }
+  void SetYmid(const std::string& text) override {
+    yMid = text;
+    yMids.push_back(text);
+  }
+  void SetYmin(const std::string& text) override {
+    yMin = text;
+    yMins.push_back(text);
+  }
   [[nodiscard]] std::string Ymax() override { return yMax; }
 
   [[nodiscard]] std::string ScaleCaption() override { return scaleCaption; }
@@ -54,11 +60,15 @@ class FakePlotView : public PlotView {
   }
   void ClearPlot() override {
     lines.clear();
+    numbers.clear();
     journal_.Note("clear plot");
   }
   void ClearABLabels() override { journal_.Note("clear labels"); }
-  void DrawLine(double x1, double y1, double x2, double y2, double colour) override {
+  void ClearCursor() override { ++cursorClears; }
+  void DrawLine(std::size_t trace, double x1, double y1, double x2, double y2,
+                double colour) override {
     if (lines.empty()) journal_.Note("draw");
+    numbers.push_back(trace);
     lines.push_back({x1, y1, x2, y2, colour});
     if (onLine) onLine();
   }
@@ -69,6 +79,9 @@ class FakePlotView : public PlotView {
   bool frequencyShown = false;
   std::array<double, 4> corners{};  // left, top, right, bottom
   std::vector<DrawnLine> lines;
+  std::vector<std::size_t> numbers;       // of the trace that each line is a piece of
+  std::vector<std::string> yMins, yMids;  // every label set, in order
+  int cursorClears = 0;
   std::function<void()> onLine;
 
  private:

@@ -48,24 +48,23 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       conditions_(new ConditionsPanel),
       record_(new RecordPanel(conditions_->lblRecCount)),
       capture_(new CapturePanel(*record_, *conditions_, core.seams.pointer)),
-      plotPanel_(new PlotPanel),
+      plotPanel_(new PlotPanel(core.record)),
       statusPanel_(new StatusPanel),
       alarmPanel_(new AlarmPanel),
       lostNotice_(new LostNotice(core, edge_)),
       watcher_(new AdapterWatcher(core, edge_, this)),
       lblInterface_(new LineLabel),
       alarms_(core.registers, *alarmPanel_),
-      plot_(*plotPanel_, alarms_, core.seams.loop, core.seams.messages),
+      plot_(core.record, *plotPanel_, alarms_, core.seams.loop, core.seams.messages),
       overlay_(plot_, *plotPanel_),
       status_(core.registers, alarms_, core.seams.loop, *statusPanel_),
-      log_(core.seams.files, core.seams.locale, core.seams.loop, *capture_),
+      log_(core.record, core.seams.files, core.seams.locale, core.seams.loop, *capture_),
       logNotice_(core, log_, *capture_, *statusBar()),
       delay_(core.seams.loop),
-      readout_(core.registers, plot_, *plotPanel_, log_, core.seams.loop, core.seams.messages,
-               *capture_),
-      cycle_(core, delay_, status_, readout_, plot_, overlay_, *capture_),
+      readout_(core, status_, alarms_, plot_, *plotPanel_, log_, *capture_),
+      cycle_(core, delay_, status_, alarms_, readout_, plot_, overlay_, *capture_),
       settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
-      cursor_(*plotPanel_),
+      cursor_(core.record, *plotPanel_),
       pointer_(*plotPanel_, overlay_, cursor_, edge_),
       windows_(core, edge_, overlay_, this) {
   setObjectName("frm1");
@@ -161,6 +160,7 @@ void frm1::ConnectPlot() {
       overlay_.RecordRedrawn();
     });
   }
+  recordListener_ = core_.record.OnChange([this] { cursor_.RecordChanged(); });
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });

@@ -98,6 +98,7 @@ class frm1 : public QMainWindow {
   CaptureCycle cycle_;
   SettingsExchange settings_;
   PlotCursor cursor_;
+  CurrentRecord::Listener recordListener_;
   PlotPointer pointer_;
   SecondaryWindows windows_;
 };

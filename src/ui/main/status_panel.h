@@ -8,7 +8,7 @@
 #include <array>
 
 #include "acquisition/status.h"
-#include "record/capture_data.h"
+#include "record/status_flags.h"
 
 namespace kestrel {
 

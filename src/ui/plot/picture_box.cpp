@@ -87,12 +87,12 @@ void PictureBox::Cls() {
   Invalidate();
 }
 
-void PictureBox::Line(double x1, double y1, double x2, double y2, double colour) {
+void PictureBox::Line(std::size_t trace, double x1, double y1, double x2, double y2,
+                      double colour) {
   if (!IsFinite(x1, y1, x2, y2)) return;
-  auto trace = std::find_if(traces_.begin(), traces_.end(),
-                            [=](const Trace& other) { return other.colour == colour; });
-  if (trace == traces_.end()) trace = traces_.insert(trace, {colour, {}});
-  trace->lines.emplace_back(x1, y1, x2, y2);
+  auto known = std::ranges::find(traces_, trace, &Trace::number);
+  if (known == traces_.end()) known = traces_.insert(known, {trace, colour, {}});
+  known->lines.emplace_back(x1, y1, x2, y2);
   Invalidate();
 }
 

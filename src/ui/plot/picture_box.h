@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A box to draw traces in, with a coordinate scale of its own.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -10,6 +10,7 @@
 #include <QSize>
 #include <QString>
 #include <QWidget>
+#include <cstddef>
 #include <vector>
 
 namespace kestrel {
@@ -35,8 +36,9 @@ class PictureBox : public QWidget {
   [[nodiscard]] double ScaleWidth() const;
 
   void Cls();
-  // A straight line in colour 0xBBGGRR. A colour drawn first stays below the others.
-  void Line(double x1, double y1, double x2, double y2, double colour);
+  // A straight line of a trace in colour 0xBBGGRR. A trace drawn first stays below the others; it
+  // has the colour of its first line.
+  void Line(std::size_t trace, double x1, double y1, double x2, double y2, double colour);
 
   [[nodiscard]] bool IsEmpty() const { return traces_.empty(); }
 
@@ -84,6 +86,7 @@ class PictureBox : public QWidget {
 
  private:
   struct Trace {
+    std::size_t number;
     double colour;
     std::vector<QLineF> lines;
   };

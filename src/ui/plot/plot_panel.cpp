@@ -1,7 +1,8 @@
-// Kestrel evaluation program
+// How the plot is laid out and what its labels show.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_panel.h"
 
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QTimer>
@@ -11,7 +12,6 @@
 #include "alarms/alarm_status.h"
 #include "app/program_state.h"
 #include "plot/plot_summary.h"
-#include "record/capture_data.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
@@ -83,11 +83,13 @@ QLabel* MakeCursorLabel(const char* name, const QString& widest) {
 
 }  // namespace
 
-PlotPanel::PlotPanel()
+PlotPanel::PlotPanel(const CurrentRecord& record)
     : cmdPlotScale(MakeButton("cmdPlotScale", kStartScale,
                               tr("Vertical full scale in g; each press takes the next step"))),
+      record_(record),
       lblCursorX_(MakeCursorLabel("lblCursorX", "000")),
       LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
+      lblCursorTime_(MakeLabel("lblCursorTime", "")),
       lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
       frame_(new PlotFrame),
       crossHair_(new CrossHair(frame_->pic1)),
@@ -109,6 +111,7 @@ void PlotPanel::NameParts() {
   }
   lblCursorX_->setAccessibleDescription(tr("Cursor, bin or sample"));
   LblFreq_->setAccessibleDescription(tr("Cursor, frequency"));
+  lblCursorTime_->setAccessibleDescription(tr("Cursor, time of the sample"));
   lblCursorY_->setAccessibleDescription(tr("Cursor, acceleration in g"));
   PlotAccessible::Attach(frame_->pic1, *this);
 }
@@ -146,15 +149,24 @@ void PlotPanel::LayOut() {
     strip->addWidget(traces_[Index(axis)]);
   }
   strip->addStretch();
-  strip->addWidget(new QLabel(tr("Cursor")));
-  strip->addWidget(lblCursorX_);
-  strip->addWidget(LblFreq_);
-  strip->addWidget(lblCursorY_);
-  strip->addWidget(new QLabel(tr("g")));
+  LayOutReadOuts(*strip);
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addLayout(strip);
   all->addWidget(frame_, 1);
+}
+
+// Frequency and time share a place: a record has the one or the other.
+void PlotPanel::LayOutReadOuts(QBoxLayout& strip) {
+  auto* shared = new QGridLayout;
+  shared->addWidget(LblFreq_, 0, 0);
+  shared->addWidget(lblCursorTime_, 0, 0);
+  lblCursorTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  strip.addWidget(new QLabel(tr("Cursor")));
+  strip.addWidget(lblCursorX_);
+  strip.addLayout(shared);
+  strip.addWidget(lblCursorY_);
+  strip.addWidget(new QLabel(tr("g")));
 }
 
 void PlotPanel::SetStartValues() {
@@ -234,8 +246,9 @@ void PlotPanel::ClearPlot() {
   frame_->pic1->Cls();
   QTimer::singleShot(0, this, [this] { PlotAccessible::PictureChanged(frame_->pic1); });
 }
-void PlotPanel::DrawLine(double x1, double y1, double x2, double y2, double colour) {
-  frame_->pic1->Line(x1, y1, x2, y2, colour);
+void PlotPanel::DrawLine(std::size_t trace, double x1, double y1, double x2, double y2,
+                         double colour) {
+  frame_->pic1->Line(trace, x1, y1, x2, y2, colour);
 }
 
 double PlotPanel::ScaleWidth() {
@@ -269,6 +282,13 @@ void PlotPanel::SetCursorX(const std::string& text) {
 void PlotPanel::SetCursorFrequency(const std::string& text) {
   LblFreq_->setText(QString::fromStdString(text));
 }
+void PlotPanel::SetCursorTime(const std::string& text) {
+  lblCursorTime_->setText(QString::fromStdString(text));
+}
+void PlotPanel::ClearCursor() {
+  for (QLabel* label : {lblCursorX_, LblFreq_, lblCursorTime_, lblCursorY_}) label->clear();
+  crossHair_->Hide();
+}
 void PlotPanel::SetCursorY(const std::string& text) {
   lblCursorY_->setText(QString::fromStdString(text));
 }
@@ -278,9 +298,11 @@ void PlotPanel::MoveCrossHair(double x, double y) {
 }
 
 QString PlotPanel::CursorInWords() {
-  const QString frequency = LblFreq_->isHidden() ? QString() : LblFreq_->text() + ", ";
+  if (lblCursorX_->text().isEmpty()) return tr("Plot, no cursor");
+  const QLabel* place = LblFreq_->isHidden() ? lblCursorTime_ : LblFreq_;
+  const QString where = place->text().isEmpty() ? QString() : place->text() + ", ";
   return tr("Plot, cursor at %1 %2, %3%4 g")
-      .arg(frame_->Label5->text(), lblCursorX_->text(), frequency, lblCursorY_->text());
+      .arg(frame_->Label5->text(), lblCursorX_->text(), where, lblCursorY_->text());
 }
 
 QString PlotPanel::PictureInWords() {
@@ -288,7 +310,7 @@ QString PlotPanel::PictureInWords() {
   if (frame_->pic1->IsEmpty()) return tr("No record yet.") + " " + keys;
   std::array<bool, 3> shown{};
   for (const Axis axis : kAxes) shown[Index(axis)] = TraceTicked(axis);
-  return QString::fromStdString(PlotSummary(shown)) + " " + keys;
+  return QString::fromStdString(PlotSummary(record_.Get(), shown)) + " " + keys;
 }
 
 int PlotPanel::CursorIndex() {

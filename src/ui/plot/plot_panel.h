@@ -1,7 +1,8 @@
-// Kestrel evaluation program
+// The plot with its controls and the read-outs of its cursor.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
@@ -28,7 +29,7 @@ class PlotPanel : public QWidget,
   Q_OBJECT
 
  public:
-  PlotPanel();
+  explicit PlotPanel(const CurrentRecord& record);
 
   // Scale, traces and labels as they are before the first record.
   void SetStartValues();
@@ -48,10 +49,13 @@ class PlotPanel : public QWidget,
   void SetScale(double left, double top, double right, double bottom) override;
   void ClearPlot() override;
   void ClearABLabels() override;
-  void DrawLine(double x1, double y1, double x2, double y2, double colour) override;
+  void ClearCursor() override;
+  void DrawLine(std::size_t trace, double x1, double y1, double x2, double y2,
+                double colour) override;
 
   void SetCursorX(const std::string& text) override;
   void SetCursorFrequency(const std::string& text) override;
+  void SetCursorTime(const std::string& text) override;
   void SetCursorY(const std::string& text) override;
   void MoveCrossHair(double x, double y) override;
 
@@ -86,13 +90,16 @@ class PlotPanel : public QWidget,
 
  private:
   void LayOut();
+  void LayOutReadOuts(QBoxLayout& strip);
   void PreparePlot();
   void NameParts();
   void SetEdgeLabels(const QString& text);
 
+  const CurrentRecord& record_;
   std::array<QCheckBox*, 3> traces_{};
   QLabel* lblCursorX_;
   QLabel* LblFreq_;
+  QLabel* lblCursorTime_;  // in the place of LblFreq, over time records
   QLabel* lblCursorY_;
   PlotFrame* frame_;
   CrossHair* crossHair_;

@@ -88,7 +88,9 @@ TEST_F(FrmAlarmSpectrum, ARecordOfAnotherOptionIsToldWhileTheOverlayIsOn) {
   Open();
   const std::string usual = Hint();
   EXPECT_TRUE(usual.starts_with("On the plot: drag an edge to move the band, with Shift"));
-  Buff.sampleRateOption = 2;
+  Record record;
+  record.settings.option = 2;
+  NameRecord(record);
   editor_->Refresh();
   EXPECT_EQ(Hint(), usual);
   Get<QRadioButton>("opX").click();

@@ -70,6 +70,44 @@ TEST_F(Frm1Cursor, ATimeRecordHasNegativeValuesAndNoFrequencyShown) {
   EXPECT_TRUE(Find<QLabel>("LblFreq").isHidden());
 }
 
+TEST_F(Frm1Cursor, ATimeRecordShowsTheTimeOfTheSampleWhereASpectrumShowsTheFrequency) {
+  Start();
+  Choose("cbxRecMode", 2);
+  Press("cmdStart");
+  MovePointer(326, 0);
+  EXPECT_EQ(Text("lblCursorTime"), "3.254 ms");
+  QAccessibleInterface* told = QAccessible::queryAccessibleInterface(&Plot());
+  EXPECT_EQ(told->text(QAccessible::Name), "Plot, cursor at sample 326, 3.254 ms, 0.000 g");
+}
+
+TEST_F(Frm1Cursor, NothingReadOffATimeRecordStaysOverTheSpectrumThatFollows) {
+  Start();
+  ChooseShortCaptures();
+  Choose("cbxRecMode", 2);
+  Press("cmdStart");
+  MovePointer(326, 0);
+  Choose("cbxRecMode", 0);
+  Press("cmdStart");
+  ExpectReadOuts("", "", "");
+  EXPECT_EQ(Text("lblCursorTime"), "");
+  EXPECT_EQ(QAccessible::queryAccessibleInterface(&Plot())->text(QAccessible::Name),
+            "Plot, no cursor");
+  MovePointer(326, 0);
+  EXPECT_EQ(Text("LblFreq"), "") << "beyond the spectrum";
+}
+
+TEST_F(Frm1Cursor, PeaksKeepTheirValueWhenTheRangeChanges) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  const auto peak = [this] { return Find<QLineEdit>("txtPK_1").text(); };
+  const QString read = peak();
+  ASSERT_GT(read.toDouble(), 0);
+  Choose("cbxSignalRange", 0);
+  Press("CmdReadStatus");
+  EXPECT_EQ(peak(), read);
+}
+
 TEST_F(Frm1Cursor, TheFrequencyIsThatOfTheRecordNotOfTheSetting) {
   Start();
   ChooseShortCaptures();

@@ -308,7 +308,7 @@ TEST_F(Frm1, AnAdapterLostDuringACaptureGivesOneMessageAndTheNextCaptureFindsItA
   Start();
   ChooseShortCaptures();
   Press("cmdStart");
-  const RecordArray shown = DataX;
+  RecordArray shown = DataX;
   // Requests are a handful while the capture is waited for, hundreds during the read-out.
   for (const int request : {1, 8, 60, 61, 62, 400, 1200, 3000}) {
     messages_.Clear();
@@ -327,7 +327,7 @@ TEST_F(Frm1, AnAdapterLostDuringACaptureGivesOneMessageAndTheNextCaptureFindsItA
     messages_.Clear();
     Press("cmdReadBuffer");
     EXPECT_TRUE(messages_.Texts().empty());
-    DataX = shown;
+    shown = DataX;
   }
 }
 

@@ -89,7 +89,7 @@ TEST_F(PictureBoxTest, ScaleHeightIsPositive) {
 
 TEST_F(PictureBoxTest, AScaleWithoutHeightDoesNotDivideByZero) {
   box.Scale(0, 0, 100, 0);
-  box.Line(0, 1, 100, 1, kRed);
+  box.Line(0, 0, 1, 100, 1, kRed);
   EXPECT_EQ(box.ScaleHeight(), 0);
   EXPECT_EQ(box.ToPixels({50, 3}), QPointF(200, 0));
   EXPECT_EQ(box.FromPixels({200, 77}), QPointF(50, 0));
@@ -102,9 +102,9 @@ TEST_F(PictureBoxTest, AScaleThatIsNoNumberIsRefused) {
 }
 
 TEST_F(PictureBoxTest, LinesColourThePixelsTheyCross) {
-  box.Line(0, 5, 100, 5, kRed);       // row 50
-  box.Line(25, 10, 25, -10, kGreen);  // column 100
-  box.Line(75, 10, 75, -10, kBlue);
+  box.Line(0, 0, 5, 100, 5, kRed);       // row 50
+  box.Line(1, 25, 10, 25, -10, kGreen);  // column 100
+  box.Line(2, 75, 10, 75, -10, kBlue);
   const QImage image = Grab();
   for (const int x : {10, 150, 250, 390}) {
     EXPECT_TRUE(IsReddish(image.pixelColor(x, 50)) || IsReddish(image.pixelColor(x, 49))) << x;
@@ -119,9 +119,9 @@ TEST_F(PictureBoxTest, LinesColourThePixelsTheyCross) {
 
 TEST_F(PictureBoxTest, InterleavedTracesAllShow) {
   for (int i = 0; i < 100; ++i) {
-    box.Line(i, 5, i + 1, 5, kRed);
-    box.Line(i, 2, i + 1, 2, kGreen);
-    box.Line(i, -5, i + 1, -5, kBlue);
+    box.Line(0, i, 5, i + 1, 5, kRed);
+    box.Line(1, i, 2, i + 1, 2, kGreen);
+    box.Line(2, i, -5, i + 1, -5, kBlue);
   }
   const QImage image = Grab();
   for (int x = 1; x < 399; ++x) {
@@ -132,8 +132,8 @@ TEST_F(PictureBoxTest, InterleavedTracesAllShow) {
 }
 
 TEST_F(PictureBoxTest, SeparateLinesOfOneColourStaySeparate) {
-  box.Line(0, 5, 20, 5, kRed);
-  box.Line(80, 5, 100, 5, kRed);
+  box.Line(0, 0, 5, 20, 5, kRed);
+  box.Line(0, 80, 5, 100, 5, kRed);
   const QImage image = Grab();
   EXPECT_TRUE(IsReddish(image.pixelColor(40, 50)) || IsReddish(image.pixelColor(40, 49)));
   for (int x = 90; x < 310; ++x) EXPECT_FALSE(IsColoured(image.pixelColor(x, 50))) << x;
@@ -144,8 +144,8 @@ TEST_F(PictureBoxTest, ValuesBeyondTheScaleRunOffTheBox) {
   parent.resize(500, 400);
   box.setParent(&parent);
   box.setGeometry(50, 100, 400, 200);
-  box.Line(0, 0, 50, 1000, kRed);
-  box.Line(50, 1000, 150, -30, kRed);
+  box.Line(0, 0, 0, 50, 1000, kRed);
+  box.Line(0, 50, 1000, 150, -30, kRed);
   const QImage image = RenderOf(parent, 1);
   const QRect inside = box.geometry();
   int within = 0;
@@ -162,7 +162,7 @@ TEST_F(PictureBoxTest, ValuesBeyondTheScaleRunOffTheBox) {
 
 // The slope of a line stays right however far beyond the box it leads.
 TEST_F(PictureBoxTest, AFarEndKeepsTheSlope) {
-  box.Line(0, -10, 250, 990, kRed);
+  box.Line(0, 0, -10, 250, 990, kRed);
   const QImage image = Grab();
   for (const int x : {5, 10, 15}) {
     const int y = 200 - 10 * x;
@@ -172,22 +172,22 @@ TEST_F(PictureBoxTest, AFarEndKeepsTheSlope) {
 
 TEST_F(PictureBoxTest, ExtremeAndMissingValuesAreHarmless) {
   constexpr double kHuge = std::numeric_limits<double>::max();
-  box.Line(0, std::nan(""), 100, 0, kRed);
-  box.Line(0, 0, 100, std::numeric_limits<double>::infinity(), kRed);
+  box.Line(0, 0, std::nan(""), 100, 0, kRed);
+  box.Line(0, 0, 0, 100, std::numeric_limits<double>::infinity(), kRed);
   EXPECT_EQ(ColouredPixels(Grab()), 0);
-  box.Line(50, -kHuge, 50, kHuge, kRed);
+  box.Line(0, 50, -kHuge, 50, kHuge, kRed);
   EXPECT_TRUE(IsReddish(Grab().pixelColor(200, 60)) || IsReddish(Grab().pixelColor(199, 60)));
 }
 
 TEST_F(PictureBoxTest, ClsRemovesEverything) {
-  box.Line(0, 0, 100, 9, kRed);
+  box.Line(0, 0, 0, 100, 9, kRed);
   EXPECT_GT(ColouredPixels(Grab()), 100);
   box.Cls();
   EXPECT_EQ(ColouredPixels(Grab()), 0);
 }
 
 TEST_F(PictureBoxTest, TracesArePaintedAnewOnlyAfterAChange) {
-  box.Line(0, 0, 100, 9, kRed);
+  box.Line(0, 0, 0, 100, 9, kRed);
   const auto paints = [&](auto change) {
     Grab();
     const int before = box.TracePaintCount();
@@ -198,7 +198,7 @@ TEST_F(PictureBoxTest, TracesArePaintedAnewOnlyAfterAChange) {
   EXPECT_EQ(paints([&] { box.update(); }), 0);
   EXPECT_EQ(paints([&] { box.Scale(0, 10, 100, -10); }), 0);  // the scale it has already
   EXPECT_EQ(paints([&] { box.Scale(0, 5, 100, -5); }), 1);
-  EXPECT_EQ(paints([&] { box.Line(0, 0, 100, 1, kRed); }), 1);
+  EXPECT_EQ(paints([&] { box.Line(0, 0, 0, 100, 1, kRed); }), 1);
   EXPECT_EQ(paints([&] { box.Cls(); }), 1);
   EXPECT_EQ(paints([&] { box.resize(300, 150); }), 1);
   EXPECT_EQ(paints([&] { box.setPalette(DarkPalette()); }), 1);
@@ -209,14 +209,14 @@ TEST_F(PictureBoxTest, TracesArePaintedAnewOnlyAfterAChange) {
 TEST_F(PictureBoxTest, ManyLinesArePaintedOnce) {
   Grab();
   const int before = box.TracePaintCount();
-  for (int i = 0; i < 100; ++i) box.Line(i, 0, i + 1, 1, kRed);
+  for (int i = 0; i < 100; ++i) box.Line(0, i, 0, i + 1, 1, kRed);
   Grab();
   EXPECT_EQ(box.TracePaintCount() - before, 1);
 }
 
 // A line 1 wide fills whole device pixels: nothing of it is a blurred copy of a coarser picture.
 TEST_F(PictureBoxTest, IsSharpAtTwiceTheScale) {
-  box.Line(0, -5, 100, 5, kRed);
+  box.Line(0, 0, -5, 100, 5, kRed);
   const QImage image = Render(2);
   ASSERT_EQ(image.size(), QSize(800, 400));
   int differing = 0;
@@ -231,8 +231,8 @@ TEST_F(PictureBoxTest, IsSharpAtTwiceTheScale) {
 
 TEST_F(PictureBoxTest, LinesKeepTheirWidthAtTwiceTheScale) {
   const QColor red(205, 50, 50);
-  box.Line(0, 5, 100, 5, kRed);     // rows 99 and 100
-  box.Line(30, -10, 30, 10, kRed);  // columns 239 and 240
+  box.Line(0, 0, 5, 100, 5, kRed);     // rows 99 and 100
+  box.Line(0, 30, -10, 30, 10, kRed);  // columns 239 and 240
   const QImage image = Render(2);
   for (const int at : {11, 177, 333}) {
     for (const int on : {0, 1}) {
@@ -248,11 +248,11 @@ TEST_F(PictureBoxTest, LinesKeepTheirWidthAtTwiceTheScale) {
 
 // As many device pixels as before, but on another screen.
 TEST_F(PictureBoxTest, LinesTakeTheWidthOfTheScreenTheyAreOn) {
-  box.Line(0, 5, 100, 5, kRed);
+  box.Line(0, 0, 5, 100, 5, kRed);
   Render(2);
   box.resize(800, 400);
   const QImage moved = Render(1);
-  box.Line(0, 500, 1, 500, kRed);  // above the box, only to have it painted anew
+  box.Line(0, 0, 500, 1, 500, kRed);  // above the box, only to have it painted anew
   EXPECT_EQ(moved, Render(1));
 }
 
@@ -299,7 +299,7 @@ TEST_F(PictureBoxTest, HintShowsOnlyWhileNothingIsDrawn) {
   box.SetHint("No record yet.");
   const QImage with = Grab();
   EXPECT_NE(with, without);
-  box.Line(0, 500, 1, 500, kRed);  // above the box
+  box.Line(0, 0, 500, 1, 500, kRed);  // above the box
   EXPECT_EQ(Grab(), without);
   box.Cls();
   EXPECT_EQ(Grab(), with);
