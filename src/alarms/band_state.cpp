@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the alarm bands stand against what the sensor holds.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_state.h"
 
@@ -68,6 +68,14 @@ std::vector<BandPlace> EditedValues(const BandTable& table, const SensorValues& 
     if (held != ValueAt(table, place)) edited.push_back(place);
   }
   return edited;
+}
+
+std::vector<BandPlace> ChangedPlaces(const BandTable& before, const BandTable& after) {
+  std::vector<BandPlace> changed;
+  for (const BandPlace& place : AllPlaces()) {
+    if (ValueAt(before, place) != ValueAt(after, place)) changed.push_back(place);
+  }
+  return changed;
 }
 
 std::string StateText(const BandTable& table, const SensorValues& inSensor, int option) {

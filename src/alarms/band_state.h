@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the alarm bands stand against what the sensor holds.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -30,6 +30,9 @@ struct BandPlace {
 // anything but 0 where the sensor's is not known.
 [[nodiscard]] std::vector<BandPlace> EditedValues(const BandTable& table,
                                                   const SensorValues& inSensor);
+
+// Where two tables differ.
+[[nodiscard]] std::vector<BandPlace> ChangedPlaces(const BandTable& before, const BandTable& after);
 
 // One line: how many values the sensor does not hold yet, then what cannot be meant in the bands of
 // this option.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The model of REC_CTRL: how the sensor records.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -18,6 +18,14 @@ inline constexpr std::array<const char*, 3> kStorageMethods{"None", "Alarm trig"
 
 // Units of the recording period, by REC_PRD bits 9:8.
 inline constexpr std::array<const char*, 3> kTimeUnits{"Seconds", "Minutes", "Hours"};
+
+// A measurement range.
+struct SignalRange {
+  const char* text;
+  double milliG;  // per LSB of a spectrum
+};
+// By its code, 0 to 3; null for any other.
+[[nodiscard]] const SignalRange* FindSignalRange(int code);
 
 // The fields of a REC_CTRL word, highest bits first.
 [[nodiscard]] std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word);
