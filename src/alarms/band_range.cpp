@@ -9,15 +9,6 @@
 #include "device/rec_ctrl.h"
 
 namespace kestrel {
-namespace {
-
-std::string PlaceText(const BandPlace& place) {
-  const auto at = std::ranges::find(kBandFields, place.field) - kBandFields.begin();
-  return "option " + std::to_string(place.option) + ", band " + std::to_string(place.band) + ", " +
-         ColumnName(static_cast<int>(at) + 1);
-}
-
-}  // namespace
 
 std::int32_t CurrentRange() {
   const bool known = gRecCtrl && gRecCtrl->gLsb() > 0;
@@ -29,7 +20,7 @@ std::string RangeName(std::int32_t range) {
   return known == nullptr ? "" : known->text;
 }
 
-double GPerLsb(std::int32_t range) {
+double ThresholdLsb(std::int32_t range) {
   const SignalRange* known = FindSignalRange(range - 1);
   return known == nullptr ? 0 : known->milliG / 1000;
 }
@@ -60,13 +51,13 @@ std::vector<BandPlace> StrangeThresholds(const BandTable& table, const Threshold
 }
 
 std::string ThresholdText(std::int32_t code, std::int32_t range) {
-  const double gLsb = GPerLsb(range);
+  const double gLsb = ThresholdLsb(range);
   return CellText(ThresholdColumn(1, Axis::X), code, {.gLsb = gLsb, .gMax = gLsb * kLargestCode}) +
          " g";
 }
 
 RangeStep InRange(std::int32_t code, std::int32_t from, std::int32_t to) {
-  const double wished = code * GPerLsb(from) / GPerLsb(to);
+  const double wished = code * ThresholdLsb(from) / ThresholdLsb(to);
   const double nearest = std::nearbyint(std::clamp<double>(wished, 0, kLargestCode));
   return {.code = static_cast<std::int32_t>(nearest),
           .above = wished > kLargestCode + 0.5,

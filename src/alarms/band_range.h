@@ -25,7 +25,7 @@ inline constexpr std::int32_t kLargestCode = 65535;  // full scale
 
 // "0 - 70g"; and g per LSB of a spectrum, 0 for kRangeNotKnown.
 [[nodiscard]] std::string RangeName(std::int32_t range);
-[[nodiscard]] double GPerLsb(std::int32_t range);
+[[nodiscard]] double ThresholdLsb(std::int32_t range);
 
 // All thresholds, option by option and band by band.
 [[nodiscard]] std::vector<BandPlace> ThresholdPlaces();
