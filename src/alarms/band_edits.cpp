@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The user's changes of the alarm bands, each one step of their history.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_edits.h"
 
@@ -100,7 +100,9 @@ EditOutcome BandEdits::Enter(BandCell cell, const std::string& text, const Conte
   if (!Editable(cell, context)) return Outcome(false, kNoRange);
   const CheckedEntry entry = CheckEntry(cell.column, text, context.scale, context.decimalMark);
   Store(cell, entry.value, context.option);
-  return Outcome(history_.Keep("entry of " + CellName(cell)),
+  // Typed anew it is meant as it is typed, even if the code is the one that it was.
+  history_.MeanFor({FieldOf(cell.column), cell.band, context.option}, context.range);
+  return Outcome(Keep("entry of " + CellName(cell), context),
                  entry.correction.empty() ? "" : CellName(cell) + ": " + entry.correction);
 }
 
@@ -116,7 +118,7 @@ EditOutcome BandEdits::Zero(const CellBlock& block, const Context& context) {
       ++filling.taken;
     }
   }
-  return Outcome(history_.Keep("setting to 0"), filling.Message("set to 0"));
+  return Outcome(Keep("setting to 0", context), filling.Message("set to 0"));
 }
 
 EditOutcome BandEdits::Paste(const CellBlock& block, const std::string& text,
@@ -148,7 +150,7 @@ EditOutcome BandEdits::Paste(const CellBlock& block, const std::string& text,
   if (target.beyond > 0) {
     message += " " + Count(target.beyond, "value", "values") + " beyond the grid left out.";
   }
-  return Outcome(history_.Keep("paste"), message, filling.Details());
+  return Outcome(Keep("paste", context), message, filling.Details());
 }
 
 EditOutcome BandEdits::SetEdges(int band, int fLow, int fHigh, const Context& context) {
@@ -157,7 +159,7 @@ EditOutcome BandEdits::SetEdges(int band, int fLow, int fHigh, const Context& co
   Store({band, 1}, low, context.option);
   Store({band, 2}, high, context.option);
   const std::string name = "Band " + std::to_string(band);
-  if (!history_.Keep("move of " + name)) return {};
+  if (!Keep("move of " + name, context)) return {};
   return Outcome(true, name + ": F-low " + std::to_string(low) + ", F-high " +
                            std::to_string(high) + " taken from the plot.");
 }
@@ -169,9 +171,38 @@ EditOutcome BandEdits::SetLevel(int band, int alarm, Axis axis, double g, const 
   const double level = std::isnan(g) ? 0 : std::clamp(g, 0.0, scale.gMax);
   const auto code = static_cast<std::int32_t>(std::nearbyint(level / scale.gLsb));
   Store(cell, code, context.option);
-  if (!history_.Keep("move of " + CellName(cell))) return {};
+  if (!Keep("move of " + CellName(cell), context)) return {};
   return Outcome(
       true, CellName(cell) + ": " + CellText(cell.column, code, scale) + " g taken from the plot.");
+}
+
+EditOutcome BandEdits::KeepInG(const Context& context) {
+  const auto strange = StrangeThresholds(table_, history_.Ranges(), context.range);
+  std::size_t above = 0;
+  std::size_t below = 0;
+  for (const BandPlace& place : strange) {
+    std::int32_t& code = table_(place.field, place.band, place.option);
+    const RangeStep step = InRange(code, ValueAt(history_.Ranges(), place), context.range);
+    code = step.code;
+    above += step.above ? 1 : 0;
+    below += step.below ? 1 : 0;
+  }
+  const bool changed = history_.KeepFor("keeping thresholds in g", context.range);
+  std::string message = Count(strange.size(), "threshold", "thresholds") +
+                        " recalculated for the range " + RangeName(context.range);
+  if (above > 0) {
+    message +=
+        "; " +
+        Count(above, "lies above its full scale and was", "lie above its full scale and were") +
+        " set to " + ThresholdText(kLargestCode, context.range);
+  }
+  if (below > 0) {
+    message += "; " +
+               Count(below, "lies below its smallest step and was",
+                     "lie below its smallest step and were") +
+               " set to 0";
+  }
+  return Outcome(changed, message + ". Not yet written to the sensor.");
 }
 
 EditOutcome BandEdits::Undo(int& option) {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The user's changes of the alarm bands, each one step of their history.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -26,6 +26,7 @@ class BandEdits {
     int option = 0;
     BandScale scale;
     char decimalMark = '.';
+    std::int32_t range = kRangeNotKnown;  // that thresholds are given for
   };
 
   // A text was typed into a cell.
@@ -40,16 +41,24 @@ class BandEdits {
   EditOutcome SetEdges(int band, int fLow, int fHigh, const Context& context);
   EditOutcome SetLevel(int band, int alarm, Axis axis, double g, const Context& context);
 
+  // Recalculates the codes of all thresholds that were given for another range, so that they keep
+  // their g values in the range of the context.
+  EditOutcome KeepInG(const Context& context);
+
   // Takes back or does again one step. `option` becomes one whose bands change by it.
   EditOutcome Undo(int& option);
   EditOutcome Redo(int& option);
 
   // Steps that others made: transfers and files.
   [[nodiscard]] BandHistory& History() { return history_; }
+  [[nodiscard]] const BandHistory& History() const { return history_; }
 
  private:
   void Store(BandCell cell, std::int32_t value, int option) {
     table_(FieldOf(cell.column), cell.band, option) = value;
+  }
+  bool Keep(const std::string& what, const Context& context) {
+    return history_.Keep(what, context.range);
   }
   EditOutcome Turn(bool (BandHistory::*turn)(), const std::string& message, int& option);
 

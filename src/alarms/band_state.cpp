@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the alarm bands stand against what the sensor holds.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_state.h"
 
@@ -68,6 +68,31 @@ std::vector<BandPlace> EditedValues(const BandTable& table, const SensorValues& 
     if (held != ValueAt(table, place)) edited.push_back(place);
   }
   return edited;
+}
+
+std::string PlaceText(const BandPlace& place) {
+  const auto at = std::ranges::find(kBandFields, place.field) - kBandFields.begin();
+  return "option " + std::to_string(place.option) + ", band " + std::to_string(place.band) + ", " +
+         ColumnName(static_cast<int>(at) + 1);
+}
+
+std::string MisfitText(const BandTable& table) {
+  constexpr std::int32_t kLargestWord = 0xFFFF;
+  for (const BandPlace& place : AllPlaces()) {
+    const std::int32_t value = ValueAt(table, place);
+    if (value >= 0 && value <= kLargestWord) continue;
+    return PlaceText(place) + " = " + std::to_string(value) + " is not from 0 to " +
+           std::to_string(kLargestWord);
+  }
+  return "";
+}
+
+std::vector<BandPlace> ChangedPlaces(const BandTable& before, const BandTable& after) {
+  std::vector<BandPlace> changed;
+  for (const BandPlace& place : AllPlaces()) {
+    if (ValueAt(before, place) != ValueAt(after, place)) changed.push_back(place);
+  }
+  return changed;
 }
 
 std::string StateText(const BandTable& table, const SensorValues& inSensor, int option) {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the alarm bands stand against what the sensor holds.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -30,6 +30,16 @@ struct BandPlace {
 // anything but 0 where the sensor's is not known.
 [[nodiscard]] std::vector<BandPlace> EditedValues(const BandTable& table,
                                                   const SensorValues& inSensor);
+
+// "option 2, band 3, alarm 1 Y".
+[[nodiscard]] std::string PlaceText(const BandPlace& place);
+
+// The first value that a register does not take as it is: "option 2, band 3, alarm 1 Y = 70000 is
+// not from 0 to 65535"; "" when there is none.
+[[nodiscard]] std::string MisfitText(const BandTable& table);
+
+// Where two tables differ.
+[[nodiscard]] std::vector<BandPlace> ChangedPlaces(const BandTable& before, const BandTable& after);
 
 // One line: how many values the sensor does not hold yet, then what cannot be meant in the bands of
 // this option.

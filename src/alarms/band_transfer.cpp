@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The way of the alarm bands to and from the sensor's flash.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_transfer.h"
 
@@ -21,16 +21,14 @@ constexpr float kClearMs = 30;
 
 constexpr const char* kNoSensor = "No sensor can be reached.";
 
-constexpr std::int32_t kLastBin = 255;
-constexpr std::int32_t kLargestCode = 65535;
-
-constexpr std::array<const char*, kBandFields.size()> kFieldNames{
-    "F-low",     "F-high",    "alarm 1 X", "alarm 1 Y",
-    "alarm 1 Z", "alarm 2 X", "alarm 2 Y", "alarm 2 Z"};
-
 std::array<std::int16_t, kBandFields.size()> BandRows() {
   return {row::ALM_F_LOW,  row::ALM_F_HIGH, row::ALM_X_MAG1, row::ALM_Y_MAG1,
           row::ALM_Z_MAG1, row::ALM_X_MAG2, row::ALM_Y_MAG2, row::ALM_Z_MAG2};
+}
+
+// What a register holds after a value was written to it: its two bytes.
+std::int32_t RegisterWord(std::int32_t value) {
+  return (value / 256 & 0xFF) * 256 + (value & 0xFF);
 }
 
 std::int32_t Pointer(int band, int option) {
@@ -129,23 +127,24 @@ void BandTransfer::Write6BandsToFlash(std::int16_t option) {
     RefuseOption("WriteBandsFlash()", "Status Rate Option  = ", "Status Rate Option", option);
     return;
   }
-  if (running_ || !SensorThere() || !Writable(option, option)) return;
+  if (running_ || !SensorThere()) return;
   Run run(*this, "Writing", 1);
   WriteOption(run, option);
-  view_.SetMessage(run.Outcome("written", "Written: "));
+  view_.SetMessage(run.Outcome("written", "Written: ") + Misfits(option, option));
 }
 
 void BandTransfer::cmdWriteAll_Click() {
-  if (running_ || !SensorThere() || !Writable(0, kSampleRateOptions - 1)) return;
+  if (running_ || !SensorThere()) return;
   Run run(*this, "Writing", kSampleRateOptions);
   const bool cleared = ClearSensor();
   if (cleared) delay_.Delay(float{kClearMs});
   for (std::int16_t option = 0; cleared && option < kSampleRateOptions; ++option) {
     if (!WriteOption(run, option)) break;
   }
-  view_.SetMessage(cleared ? run.Outcome("written", "Sensor cleared; written: ")
-                           : "Writing " + run.Reason() +
-                                 " while it was cleared; what it holds is not known.");
+  view_.SetMessage(
+      cleared
+          ? run.Outcome("written", "Sensor cleared; written: ") + Misfits(0, kSampleRateOptions - 1)
+          : "Writing " + run.Reason() + " while it was cleared; what it holds is not known.");
 }
 
 void BandTransfer::cmdClearAll_Click() {
@@ -200,14 +199,18 @@ bool BandTransfer::ReadBand(int band, int option) {
   delay_.Delay(float{kRetrieveMs});
   const auto rows = BandRows();
   std::array<std::int32_t, kBandFields.size()> values{};
+  std::array<std::int32_t, kBandFields.size()> words{};
   for (std::size_t i = 0; i < rows.size(); ++i) {
     const auto reading = registers_.Read(rows[i]);
     if (!reading) return false;
     values[i] = reading->value;
+    words[i] = reading->raw;
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
     AlarmBandTable(kBandFields[i], band, option) = values[i];
     sensor_(kBandFields[i], band, option) = values[i];
+    read_(kBandFields[i], band, option) = values[i];
+    words_(kBandFields[i], band, option) = words[i];
   }
   known_.at(static_cast<std::size_t>(option)).at(static_cast<std::size_t>(band)) = true;
   return true;
@@ -218,9 +221,12 @@ bool BandTransfer::WriteBand(int band, int option) {
   known = false;
   const auto rows = BandRows();
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
-    if (!Send(rows[i], value)) return false;
-    sensor_(kBandFields[i], band, option) = value;
+    const int field = kBandFields[i];
+    const std::int32_t value = AlarmBandTable(field, band, option);
+    // What came from the sensor goes back as it came, bits that are not decoded included.
+    const bool unchanged = value == read_(field, band, option);
+    if (!Send(rows[i], unchanged ? words_(field, band, option) : value)) return false;
+    sensor_(field, band, option) = unchanged ? value : RegisterWord(value);
   }
   if (!Send(row::ALM_PNTR, Pointer(band, option))) return false;
   delay_.Delay(float{kBeforeSaveMs});
@@ -240,23 +246,20 @@ bool BandTransfer::Send(std::int16_t row, std::int32_t value) {
   return registers_.Write(row, value);
 }
 
-// A loaded file may hold numbers that no register takes.
-bool BandTransfer::Writable(int firstOption, int lastOption) {
+// Of a number that no register takes, the sensor has the low 16 bits.
+std::string BandTransfer::Misfits(int firstOption, int lastOption) const {
+  int misfits = 0;
   for (int option = firstOption; option <= lastOption; ++option) {
     for (int band = 1; band <= kAlarmBands; ++band) {
-      for (std::size_t i = 0; i < kBandFields.size(); ++i) {
-        const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
-        const std::int32_t largest = kBandFields[i] <= kFHighField ? kLastBin : kLargestCode;
-        if (value >= 0 && value <= largest) continue;
-        messages_.Show("Writing alarm bands: option " + std::to_string(option) + ", band " +
-                       std::to_string(band) + ", " + kFieldNames[i] + " = " +
-                       std::to_string(value) + " is not from 0 to " + std::to_string(largest) +
-                       ". Nothing was written.");
-        return false;
+      for (const int field : kBandFields) {
+        const std::int32_t value = AlarmBandTable(field, band, option);
+        misfits += InSensor(field, band, option) && RegisterWord(value) != value ? 1 : 0;
       }
     }
   }
-  return true;
+  return misfits == 0 ? ""
+                      : " Values that do not fit their registers: " + std::to_string(misfits) +
+                            "; of these the sensor holds another number, see the marked cells.";
 }
 
 bool BandTransfer::SensorThere() {

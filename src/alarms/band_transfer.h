@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The way of the alarm bands to and from the sensor's flash.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -40,10 +40,10 @@ class BandTransfer {
   void ReadFlash(std::int16_t option);
   // All options, then shows option 0.
   void ReadAllFlash();
-  // Copies the six bands of one option from the table into the sensor's flash. Nothing is sent when
-  // a value of theirs does not fit its register; a message names it.
+  // Copies the six bands of one option from the table into the sensor's flash. Of a value that does
+  // not fit its register the low bits are written, and the closing line counts such values.
   void Write6BandsToFlash(std::int16_t option);
-  // Clears the sensor's bands, then writes all options; with the same check first.
+  // Clears the sensor's bands, then writes all options.
   void cmdWriteAll_Click();
   // Zeroes the table and clears the sensor's bands.
   void cmdClearAll_Click();
@@ -69,7 +69,7 @@ class BandTransfer {
   bool WriteBand(int band, int option);
   bool ClearSensor();
   bool Send(std::int16_t row, std::int32_t value);
-  [[nodiscard]] bool Writable(int firstOption, int lastOption);
+  [[nodiscard]] std::string Misfits(int firstOption, int lastOption) const;
   [[nodiscard]] bool SensorThere();
   void RefuseOption(const char* routine, const char* name, const char* valid, std::int16_t option);
 
@@ -82,6 +82,8 @@ class BandTransfer {
   bool cancelled_ = false;
   BandTable sensor_;  // where known_
   Known known_{};
+  BandTable read_;   // values as they were last read,
+  BandTable words_;  // and the registers' words that they were decoded from
 };
 
 }  // namespace kestrel

@@ -9,6 +9,7 @@
 #include <iomanip>
 
 #include "alarms/alarm_file.h"
+#include "alarms/band_state.h"
 #include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "record/frequency.h"
@@ -119,10 +120,13 @@ ExitCode BandsCommand::Read(Session& session, BandTransfer& transfer, const Outp
 
 ExitCode BandsCommand::Write(Session& session, BandTransfer& transfer, const Output& output) const {
   if (!Load(session)) return ExitCode::Failure;
-  const int messages = session.messages.Count();
+  const std::string misfit = MisfitText(AlarmBandTable);
+  if (!misfit.empty()) {
+    session.messages.Show("Writing alarm bands: " + misfit + ". Nothing was written.");
+    return ExitCode::Failure;
+  }
   transfer.cmdWriteAll_Click();
-  const bool refused = session.messages.Count() > messages && RegisterAccess::Usable();
-  return refused ? ExitCode::Failure : End(session, output);
+  return End(session, output);
 }
 
 // Numbers are codes of the range in use, so the table goes through unchanged.

@@ -22,11 +22,7 @@ constexpr Field kRange{4, 0x0030};
 constexpr Field kStorage{2, 0x000C};
 constexpr Field kRecMode{0, 0x0003};
 
-struct Range {
-  const char* text;
-  double milliG;  // per LSB
-};
-constexpr std::array<Range, 4> kRanges{
+constexpr std::array<SignalRange, 4> kRanges{
     {{"0 - 1g", 0.015259}, {"0 - 5g", 0.0763}, {"0 - 20g", 0.3052}, {"0 - 70g", 1.1921}}};
 
 constexpr const char* kTimeMode = "Manual time";
@@ -37,12 +33,12 @@ constexpr double kFullScaleCode = 65535;
 constexpr std::array<const char*, 2> kOffOn{"Off", "On"};
 constexpr std::int16_t kLastSampleRate = 3;
 
-const Range* FindRange(std::int16_t code) {
+}  // namespace
+
+const SignalRange* FindSignalRange(int code) {
   const auto at = static_cast<std::size_t>(code);
   return code >= 0 && at < kRanges.size() ? &kRanges[at] : nullptr;
 }
-
-}  // namespace
 
 double GPerLsb(std::int16_t range) {
   return kRanges.at(static_cast<std::size_t>(range)).milliG / 1000;
@@ -54,7 +50,8 @@ std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word) {
   cBitFieldProp rate = DescribeField(kSampleRate, word, "Sample Rate Option");
   if (rate.BFValue() <= kLastSampleRate) rate.SettingDecription(SampleRateText(rate.BFValue()));
   cBitFieldProp range = DescribeField(kRange, word, "Signal Range");
-  if (const Range* known = FindRange(range.BFValue())) range.SettingDecription(known->text);
+  if (const SignalRange* known = FindSignalRange(range.BFValue()))
+    range.SettingDecription(known->text);
   return {window,
           rate,
           DescribeField(kPowerDown, word, "Power-down", kOffOn),
@@ -89,7 +86,7 @@ void cRecCtrl::ReadRecCtrl() {
   sampleRate_ = kSampleRate.Take(word);
   powerDown_ = kPowerDown.Take(word);
   rangeFS_ = kRange.Take(word);
-  const Range* range = FindRange(RangeFS());
+  const SignalRange* range = FindSignalRange(RangeFS());
   if (range != nullptr) rangeString_ = range->text;
   strogeMethod_ = kStorage.Take(word);
   recModeCode_ = kRecMode.Take(word);

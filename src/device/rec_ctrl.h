@@ -22,6 +22,14 @@ inline constexpr std::array<const char*, 3> kTimeUnits{"Seconds", "Minutes", "Ho
 // g per LSB of the peak words at a range code 0..3, before any doubling for time records.
 [[nodiscard]] double GPerLsb(std::int16_t range);
 
+// A measurement range.
+struct SignalRange {
+  const char* text;
+  double milliG;  // per LSB of a spectrum
+};
+// By its code, 0 to 3; null for any other.
+[[nodiscard]] const SignalRange* FindSignalRange(int code);
+
 // The fields of a REC_CTRL word, highest bits first.
 [[nodiscard]] std::vector<cBitFieldProp> DescribeRecCtrl(std::int32_t word);
 

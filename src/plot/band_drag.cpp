@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm band lines under the pointer: which one is hit, and where a drag takes it.
 // SPDX-License-Identifier: MIT
 #include "plot/band_drag.h"
 
@@ -28,14 +28,16 @@ bool BandDrag::IsOver(int group, int band, const PointerPlace& pointer) const {
          pointer.x <= right + tolerance_.x;
 }
 
-PlotPlace BandDrag::Move(const PointerPlace& pointer) {
+void BandDrag::Move(const PointerPlace& pointer) {
   // Without the button the release went elsewhere.
   if (Dragging() && !pointer.held) Cancel();
-  if (Dragging()) return Drag(pointer);
+  if (Dragging()) {
+    Drag(pointer);
+    return;
+  }
   if (mode_ != DragMode::Idle && !IsOver(group_, band_, pointer)) Clear();
   if (mode_ == DragMode::Idle && !pointer.held) Hover(pointer);
   if (mode_ != DragMode::Idle) ShowGrip(pointer.shift);
-  return {pointer.x, pointer.y};
 }
 
 // The first hit counts, edges before levels.
@@ -92,40 +94,33 @@ bool BandDrag::StaysPut(const PointerPlace& pointer) const {
                                           : std::abs(pointer.y - pressed_.y) <= tolerance_.y);
 }
 
-PlotPlace BandDrag::Drag(const PointerPlace& pointer) {
+void BandDrag::Drag(const PointerPlace& pointer) {
   ShowGrip(pointer.shift);
-  if (StaysPut(pointer)) return {pointer.x, pointer.y};
+  if (StaysPut(pointer)) return;
   moved_ = true;
   last_ = pointer;
   if (mode_ == DragMode::DraggingEdge) {
     const Span span = SpanAt(pointer.x);
     lines_.MoveEdges(band_, span.low, span.high);
-    return {DraggedEdge(span), pointer.y};
+    return;
   }
-  const double y = std::max(0.0, std::min(pointer.y, gRecCtrl->gMax()));
-  lines_.MoveLevel(group_, band_, y);
-  return {pointer.x, y};
+  lines_.MoveLevel(group_, band_, std::max(0.0, std::min(pointer.y, gRecCtrl->gMax())));
 }
 
 double BandDrag::EdgeOf(const Span& span, int group) {
   return group == kLowEdge ? span.low : span.high;
 }
 
-// Of two edges that began in the same place, the one that moved.
-double BandDrag::DraggedEdge(const Span& span) const {
-  const double edge = EdgeOf(span, group_);
-  return edge == EdgeOf(start_, group_) ? EdgeOf(span, neighbourGroup_) : edge;
-}
-
 BandDrag::Span BandDrag::SpanAt(double x) const {
   return last_.shift ? Resized(x) : Moved(x);
 }
 
-// The band keeps its width at both ends of the record.
+// The edge follows the pointer to the ends of the record, where its partner waits for it.
 BandDrag::Span BandDrag::Moved(double x) const {
-  const auto [least, most] = std::minmax(start_.low, start_.high);
-  const double shift = std::max(std::min(x - EdgeOf(start_, group_), kLastBin - most), -least);
-  return {start_.low + shift, start_.high + shift};
+  const double edge = std::clamp(x, 0.0, kLastBin);
+  const double partner =
+      std::clamp(EdgeOf(start_, neighbourGroup_) + edge - EdgeOf(start_, group_), 0.0, kLastBin);
+  return isOddGroup_ ? Span{edge, partner} : Span{partner, edge};
 }
 
 // Of two edges in the same place, the one on the pointer's side moves.

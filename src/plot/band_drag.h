@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm band lines under the pointer: which one is hit, and where a drag takes it.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -15,12 +15,6 @@ struct PointerPlace {
   double y = 0;
   bool held = false;   // with the button down
   bool shift = false;  // with Shift held
-};
-
-// A place on the plot, in bins and g.
-struct PlotPlace {
-  double x;
-  double y;
 };
 
 // How near the pointer must be to a line, in bins and g.
@@ -46,8 +40,8 @@ struct DraggedBand {
   double g = 0;
 };
 
-// Finds the line under the pointer and moves it while the button is held. An edge takes its band
-// along, with Shift it moves alone as far as its partner.
+// Finds the line under the pointer and moves it while the button is held. An edge takes its
+// partner along, as far as the record goes; with Shift it moves alone as far as its partner.
 class BandDrag {
  public:
   BandDrag(OverlayLines& lines, BandOverlayView& view) : lines_(lines), view_(view) {}
@@ -62,8 +56,8 @@ class BandDrag {
   [[nodiscard]] int Band() const { return band_; }    // of the line that is highlighted
   [[nodiscard]] int Group() const { return group_; }  // likewise
 
-  // Returns the place to read out: the pointer's, or that of the line it drags.
-  PlotPlace Move(const PointerPlace& pointer);
+  // Highlights the line under the pointer, or drags the one it holds.
+  void Move(const PointerPlace& pointer);
   // Picks up the line that is highlighted.
   void Press(const PointerPlace& pointer);
   // Lets go of the line, which stays where it was drawn last. Nothing when that is no other value.
@@ -82,13 +76,12 @@ class BandDrag {
   void Hover(const PointerPlace& pointer);
   void ShowGrip(bool shift);
   void Clear();
-  PlotPlace Drag(const PointerPlace& pointer);
+  void Drag(const PointerPlace& pointer);
   [[nodiscard]] bool StaysPut(const PointerPlace& pointer) const;
   [[nodiscard]] static double EdgeOf(const Span& span, int group);
   [[nodiscard]] Span SpanAt(double x) const;
   [[nodiscard]] Span Moved(double x) const;
   [[nodiscard]] Span Resized(double x) const;
-  [[nodiscard]] double DraggedEdge(const Span& span) const;
   [[nodiscard]] std::optional<DraggedBand> Result() const;
 
   OverlayLines& lines_;

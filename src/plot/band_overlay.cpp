@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm bands over the plot of a spectrum.
 // SPDX-License-Identifier: MIT
 #include "plot/band_overlay.h"
 
@@ -71,12 +71,11 @@ void BandOverlay::ClearLines() {
   }
 }
 
-PlotPlace BandOverlay::pic1_MouseMove(const PointerPlace& pointer) {
+void BandOverlay::pic1_MouseMove(const PointerPlace& pointer) {
   const bool wasDragged = drag_.Mode() == DragMode::DraggingEdge;
   const int band = drag_.Band();
-  const PlotPlace place = drag_.Move(pointer);
+  drag_.Move(pointer);
   if (wasDragged) SetLineLabel(band);
-  return place;
 }
 
 // The lines may have been drawn before the latest edit, and it is the table's band that is dragged.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm bands over the plot of a spectrum.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -33,10 +33,10 @@ class BandOverlay : public OverlayControl {
   void SetLineLabel(int band);
   void ClearLines() override;
   void ClearABLabels() override { view_.ClearABLabels(); }
+  void RedrawBands() override { RecordRedrawn(); }
   void PlotRecord() override { plot_.PlotRecord(); }
 
-  // Returns the place to read out: the pointer's, or that of the line it drags.
-  PlotPlace pic1_MouseMove(const PointerPlace& pointer);
+  void pic1_MouseMove(const PointerPlace& pointer);
   void pic1_MouseDown(const PointerPlace& pointer);
   // Carries what was dragged to the owner.
   void pic1_MouseUp();

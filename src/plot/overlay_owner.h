@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm editor as the plot's overlay sees it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

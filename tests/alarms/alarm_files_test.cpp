@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The files of alarm bands: where they are, saving and loading.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_files.h"
 
@@ -178,6 +178,46 @@ TEST_F(AlarmFilesTest, ListsAtMost100FilesByTheirNames) {
     disk.contents["/program/AlarmSpectrum_" + std::to_string(i) + ".csv"] = "";
   }
   EXPECT_EQ(files.ListAlarmFiles().size(), 100U);
+}
+
+TEST_F(AlarmFilesTest, BothPlacesAreListedThatWhichIsSavedToFirst) {
+  disk.contents["/program/AlarmSpectrum_a.csv"] = "";
+  disk.contents["/program/AlarmSpectrum_both.csv"] = "";
+  disk.contents["/documents/AlarmSpectrum_both.csv"] = "";
+  disk.contents["/documents/AlarmSpectrum_z.csv"] = "";
+  EXPECT_EQ(files.ListAlarmFiles(),
+            (Words{"AlarmSpectrum_a.csv", "AlarmSpectrum_both.csv", "AlarmSpectrum_z.csv"}));
+  disk.readOnly.insert("/program");
+  EXPECT_EQ(files.ListAlarmFiles(),
+            (Words{"AlarmSpectrum_both.csv", "AlarmSpectrum_z.csv", "AlarmSpectrum_a.csv"}));
+}
+
+TEST_F(AlarmFilesTest, AFileIsLoadedFromEitherPlace) {
+  BandTable table;
+  table(0, 1, 0) = 1;
+  disk.contents["/program/AlarmSpectrum_a.csv"] = AlarmFileText(table);
+  table(0, 1, 0) = 2;
+  disk.contents["/documents/AlarmSpectrum_z.csv"] = AlarmFileText(table);
+  for (const bool readOnly : {false, true}) {
+    if (readOnly) disk.readOnly.insert("/program");
+    files.ReadFile("AlarmSpectrum_a.csv");
+    EXPECT_EQ(AlarmBandTable(0, 1, 0), 1);
+    files.ReadFile("AlarmSpectrum_z.csv");
+    EXPECT_EQ(AlarmBandTable(0, 1, 0), 2);
+  }
+}
+
+TEST_F(AlarmFilesTest, WhatWasSavedIsWhatIsLoadedAndAnotherFileOfItsNameIsTold) {
+  disk.readOnly.insert("/program");
+  disk.contents["/program/AlarmSpectrum_a.csv"] = AlarmFileText({});
+  AlarmBandTable(0, 1, 0) = 7;
+  files.cmdWriteFile_Click("AlarmSpectrum_a.csv");
+  AlarmBandTable(0, 1, 0) = 0;
+  files.ReadFile("AlarmSpectrum_a.csv");
+  EXPECT_EQ(AlarmBandTable(0, 1, 0), 7);
+  EXPECT_EQ(journal.Entries().back(),
+            "24 bands loaded from /documents/AlarmSpectrum_a.csv. Not yet written to the sensor. "
+            "Another file of this name, in /program, was not loaded.");
 }
 
 TEST_F(AlarmFilesTest, AFileHoldsTheTableUntilItIsEditedFurther) {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the alarm bands stand against what the sensor holds.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_state.h"
 
@@ -57,6 +57,26 @@ TEST_F(BandStateTest, EditedIsWhatAReadingWouldLose) {
   EXPECT_EQ(EditedValues(table, holds), (Places{{kFLowField, 1, 0}, {kFHighField, 2, 1}}));
   knownOptions = 0;
   EXPECT_EQ(EditedValues(table, holds), (Places{{kFHighField, 2, 1}}));
+}
+
+TEST(BandMisfits, TheFirstValueThatNoRegisterTakesIsNamed) {
+  BandTable table;
+  table(kFHighField, 1, 0) = 0xFFFF;
+  EXPECT_EQ(MisfitText(table), "");
+  table(Alarm2Field(Axis::Z), 6, 3) = -1;
+  EXPECT_EQ(MisfitText(table), "option 3, band 6, alarm 2 Z = -1 is not from 0 to 65535");
+  table(kFLowField, 3, 2) = 65536;
+  EXPECT_EQ(MisfitText(table), "option 2, band 3, F-low = 65536 is not from 0 to 65535");
+}
+
+TEST(ChangedBands, PlacesAreThoseWhereTheTablesDiffer) {
+  BandTable before;
+  BandTable after;
+  EXPECT_TRUE(ChangedPlaces(before, after).empty());
+  after(kFLowField, 3, 2) = 1;
+  before(Alarm1Field(Axis::Y), 6, 3) = 2;
+  EXPECT_EQ(ChangedPlaces(before, after),
+            (std::vector<BandPlace>{{kFLowField, 3, 2}, {Alarm1Field(Axis::Y), 6, 3}}));
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
-// Kestrel evaluation program
+// The way of the alarm bands to and from the sensor's flash.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_transfer.h"
+
+#include <algorithm>
 
 #include "transfer_bench.h"
 
@@ -192,30 +194,49 @@ TEST_F(Transfer, ForgettingTheSensorForgetsEveryBand) {
   EXPECT_EQ(transfer.InSensor(0, 1, 0), std::nullopt);
 }
 
-struct BadValue {
-  int field;
-  std::int32_t value;
-  const char* text;
-};
+TEST_F(Transfer, WhatCameFromTheSensorGoesBackAsItCame) {
+  for (const int address : kAddresses) sensor.Set(address, 0xFFFF);
+  transfer.ReadAllFlash();
+  EXPECT_EQ(AlarmBandTable(kFLowField, 6, 3), 65535);
+  EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Y), 6, 3), 32767) << "decoded with 15 bits";
+  TakeFrames();
+  transfer.cmdWriteAll_Click();
+  EXPECT_EQ(messages.Texts(), Words());
+  EXPECT_EQ(message, "24 bands written.");
+  EXPECT_EQ(sensor.Count(kSaveFrame), 24);
+  BandTable all;
+  for (const int field : kBandFields) all(field, 1, 0) = 0xFFFF;
+  const Frames band = WriteBandFrames(1, 0, all);
+  const Frames sent = TakeFrames();
+  EXPECT_EQ(Frames(sent.begin() + 1, sent.begin() + 1 + static_cast<std::ptrdiff_t>(band.size())),
+            band);
+  EXPECT_EQ(transfer.InSensor(Alarm2Field(Axis::Y), 1, 0), 32767) << "as it would be read";
+}
 
-TEST_F(Transfer, AValueThatNoRegisterTakesIsNamedBeforeAnythingIsSent) {
-  for (const BadValue& bad : {BadValue{0, 256, "F-low = 256 is not from 0 to 255"},
-                              BadValue{1, -1, "F-high = -1 is not from 0 to 255"},
-                              BadValue{3, 65536, "alarm 1 X = 65536 is not from 0 to 65535"},
-                              BadValue{9, -5, "alarm 2 Z = -5 is not from 0 to 65535"}}) {
-    messages.Clear();
+TEST_F(Transfer, AChangedValueIsWrittenAsItIs) {
+  sensor.Set(0x2C, 0xFFFF);
+  transfer.ReadFlash(0);
+  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 32766;
+  TakeFrames();
+  transfer.Write6BandsToFlash(0);
+  const Frames frames = TakeFrames();
+  EXPECT_NE(std::ranges::search(frames, WriteFrames(0x2C, 32766)).begin(), frames.end());
+}
+
+TEST_F(Transfer, OfANumberThatNoRegisterTakesItIsToldWhatTheSensorHolds) {
+  struct Misfit {
+    std::int32_t value;
+    std::int32_t held;
+  };
+  for (const Misfit& misfit : {Misfit{65536 + 9, 9}, Misfit{-5, 251}, Misfit{-300, 0xFFD4}}) {
     AlarmBandTable = {};
-    AlarmBandTable(bad.field, 4, 2) = bad.value;
+    AlarmBandTable(Alarm1Field(Axis::X), 4, 2) = misfit.value;
     transfer.cmdWriteAll_Click();
-    EXPECT_EQ(messages.Texts(), Words{"Writing alarm bands: option 2, band 4, " +
-                                      std::string(bad.text) + ". Nothing was written."});
-    transfer.Write6BandsToFlash(2);
-    EXPECT_EQ(messages.Texts().size(), 2U);
-    transfer.Write6BandsToFlash(1);
-    EXPECT_EQ(messages.Texts().size(), 2U) << "another option is not concerned";
-    EXPECT_EQ(sensor.Count(kClearFrame), 0);
-    EXPECT_EQ(sensor.Count(kSaveFrame), 6);
-    sensor.ClearFrames();
+    EXPECT_EQ(message,
+              "24 bands written. Values that do not fit their registers: 1; of these the sensor "
+              "holds another number, see the marked cells.");
+    EXPECT_EQ(transfer.InSensor(Alarm1Field(Axis::X), 4, 2), misfit.held);
+    EXPECT_EQ(messages.Texts(), Words());
   }
 }
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Six bands over the plot and a pointer that tries them.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -27,15 +27,15 @@ class DragBench : public OverlayBench {
     TakeFrames();
   }
 
-  PlotPlace Hover(double x, double y, bool shift = false) {
-    return overlay.pic1_MouseMove({.x = x, .y = y, .held = false, .shift = shift});
+  void Hover(double x, double y, bool shift = false) {
+    overlay.pic1_MouseMove({.x = x, .y = y, .held = false, .shift = shift});
   }
   void Press(double x, double y) {
     Hover(x, y);
     overlay.pic1_MouseDown({.x = x, .y = y, .held = true, .shift = false});
   }
-  PlotPlace Pull(double x, double y, bool shift = false) {
-    return overlay.pic1_MouseMove({.x = x, .y = y, .held = true, .shift = shift});
+  void Pull(double x, double y, bool shift = false) {
+    overlay.pic1_MouseMove({.x = x, .y = y, .held = true, .shift = shift});
   }
   void Release() { overlay.pic1_MouseUp(); }
 

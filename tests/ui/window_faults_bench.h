@@ -8,6 +8,7 @@
 #include <set>
 
 #include "acquisition/window_delay.h"
+#include "alarms/alarm_file.h"
 #include "alarms/band_table.h"
 #include "record/capture_data.h"
 #include "ui/all_windows_bench.h"
@@ -56,6 +57,15 @@ class FaultBench : public AllWindowsBench {
   }
   void Type(const std::string& window, const char* box, const char* text) {
     In<QLineEdit>(window, box).setText(text);
+  }
+  // A file of other bands than the sensor's, chosen in the alarm editor.
+  void ChooseAlarmFile() {
+    BandTable table;
+    for (int band = 1; band <= kAlarmBands; ++band) {
+      for (const int field : kBandFields) table(field, band, band % 4) = 20 * band + field;
+    }
+    files_.contents["/program/AlarmSpectrum_walk.csv"] = AlarmFileText(table);
+    List("frmAlarmSpectrum", "cbxAfiles").setEditText("AlarmSpectrum_walk.csv");
   }
   QComboBox& List(const std::string& window, const char* list) {
     return In<QComboBox>(window, list);

@@ -125,6 +125,13 @@ inline Operations AlarmSpectrumOperations() {
   for (const char* button : {"cmdReadAll", "cmdWriteAll", "cmdClearAll"}) {
     all.push_back(Clicking("frmAlarmSpectrum", "mnuAlarmSpectrum", button));
   }
+  all.push_back({"Load file, then Write all",
+                 [](Bench& bench) {
+                   bench.ChooseAlarmFile();
+                   bench.Click("frmAlarmSpectrum", "cmdReadFile");
+                   bench.Click("frmAlarmSpectrum", "cmdWriteAll");
+                 },
+                 [](Bench& bench) { bench.OpenWindow("mnuAlarmSpectrum"); }});
   return all;
 }
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the alarm editor and their places.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_editor_panel.h"
 
@@ -47,6 +47,7 @@ BandEditorPanel::BandEditorPanel(BandGridModel& model)
       lblRange(MakeLabel("lblRange", "")),
       cmdUndo(MakeButton("cmdUndo", tr("&Undo"), "")),
       cmdRedo(MakeButton("cmdRedo", tr("Re&do"), "")),
+      rangeNotice(new RangeNotice),
       grid(new BandGrid(model)),
       lblState(MakeNote("lblState")),
       lblTransfer(MakeLabel("lblTransfer", "")),
@@ -61,8 +62,8 @@ BandEditorPanel::BandEditorPanel(BandGridModel& model)
       cmdClearAll(MakeButton("cmdClearAll", tr("&Clear all"),
                              tr("Set all bands to 0, here and in the sensor"))),
       cbxAfiles(MakeComboBox("cbxAfiles", tr("Alarm file"),
-                             tr("File beside the program to load or to save:\n"
-                                "AlarmSpectrum_ + any name + .csv"))),
+                             tr("File to load or to save, beside the program or with your\n"
+                                "documents: AlarmSpectrum_ + any name + .csv"))),
       cmdReadFile(MakeButton("cmdReadFile", tr("&Load file"),
                              tr("Load the bands from this file; nothing is sent to the sensor"))),
       cmdWriteFile(MakeButton("cmdWriteFile", tr("&Save file"),
@@ -112,6 +113,7 @@ void BandEditorPanel::LayOut() {
   auto* usable = new QVBoxLayout(usable_);
   usable->setContentsMargins(0, 0, 0, 0);
   usable->addWidget(Head());
+  usable->addWidget(rangeNotice);
   usable->addWidget(grid, 1);
   auto* foot = new QHBoxLayout(foot_);
   foot->setContentsMargins(0, 0, 0, 0);

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the alarm editor and their places.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -12,6 +12,7 @@
 #include <QWidget>
 
 #include "ui/bands/band_grid.h"
+#include "ui/bands/range_notice.h"
 
 namespace kestrel {
 
@@ -25,6 +26,7 @@ class BandEditorPanel : public QWidget {
   QLabel* lblRange;  // what thresholds can be
   QPushButton* cmdUndo;
   QPushButton* cmdRedo;
+  RangeNotice* rangeNotice;
   BandGrid* grid;
   QLabel* lblState;  // what the sensor does not hold, and what cannot be meant
   QLabel* lblTransfer;

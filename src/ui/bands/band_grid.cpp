@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The grid of the alarm bands.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid.h"
 
@@ -77,6 +77,13 @@ bool BandGrid::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event
   const bool wished = (trigger & editTriggers()) != 0 && index.isValid();
   if (wished && !bands_.flags(index).testFlag(Qt::ItemIsEditable)) refused();
   return QTableView::edit(index, trigger, event);
+}
+
+void BandGrid::Commit() {
+  QWidget* editor = indexWidget(currentIndex());
+  if (editor == nullptr) return;
+  commitData(editor);
+  closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
 
 // After an entry the cursor moves on, and typing begins the next one.

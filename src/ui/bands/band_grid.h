@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The grid of the alarm bands.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -18,6 +18,9 @@ class BandGrid : public QTableView {
 
   [[nodiscard]] CellBlock Selected() const;
   void Select(const CellBlock& block);
+
+  // Takes what is being typed into a cell.
+  void Commit();
 
   // Called when an edit of a cell that cannot be edited is tried.
   std::function<void()> refused;

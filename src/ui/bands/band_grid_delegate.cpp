@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How a cell of the alarm bands is painted and edited.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid_delegate.h"
 

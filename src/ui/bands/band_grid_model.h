@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The bands of one sample-rate option as a table of texts and marks.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The editor of the spectral alarm bands.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/frmAlarmSpectrum.h"
 
@@ -19,6 +19,10 @@ namespace kestrel {
 namespace {
 
 constexpr QPoint kOffsetTwips{300, 3000};
+
+constexpr const char* kReadLater =
+    "The sensor is in use, by a capture or another window. The bands are read as soon as it is "
+    "free; nothing is written before that.";
 
 bool IsOption(int option) {
   return option >= 0 && option < kSampleRateOptions;
@@ -49,6 +53,10 @@ frmAlarmSpectrum::frmAlarmSpectrum(Core& core, HandlerEdge& edge, OverlayControl
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(panel_);
+  // First of all, whatever the button does: it may be pressed without the focus leaving the cell.
+  for (const QAbstractButton* button : findChildren<QAbstractButton*>()) {
+    connect(button, &QAbstractButton::clicked, panel_->grid, &BandGrid::Commit);
+  }
   ConnectEdits();
   ConnectTransfers();
   ConnectPlot();
@@ -100,6 +108,8 @@ void frmAlarmSpectrum::ConnectTransfers() {
   connect(panel_->cmdUseName, clicked, this,
           [this] { panel_->cbxAfiles->setEditText(panel_->txtFileName->text()); });
   connect(panel_->cmdClose, clicked, this, &QWidget::close);
+  connect(panel_->rangeNotice->cmdKeepG, clicked, this, [this] { KeepThresholdsInG(); });
+  connect(panel_->rangeNotice->cmdKeepCodes, clicked, this, [this] { KeepThresholdCodes(); });
 }
 
 // A release of the pointer or a choice by keys is a click.
@@ -137,13 +147,12 @@ void frmAlarmSpectrum::Form_Load() {
     panel_->cbxSRoption->setCurrentIndex(option);
   }
   panel_->txtFileName->setText(kDefaultAlarmFile);
-  const bool untouched = AlarmBandTable == BandTable{} && edits_.History().NextUndo().empty();
-  const bool read = ReadAll("Form_Load");
-  // There is nothing to go back to.
-  if (untouched) edits_.History().Restart();
-  DisplaySelected();
   ListFiles();
-  panel_->cbxAfiles->setEditText(read ? kReadFromFlash : "");
+  panel_->cbxAfiles->setEditText("");
+  unread_ = true;
+  opened_ = AlarmBandTable;
+  ReadOpened();
+  if (unread_) SetMessage(kReadLater);
 }
 
 // Files may have come or gone meanwhile.
@@ -155,6 +164,7 @@ void frmAlarmSpectrum::Form_Activate() {
 void frmAlarmSpectrum::Form_Unload() {
   loadWhenPainted_ = false;
   afterPainting_.stop();
+  unread_ = false;
   overlay_.ClearABLabels();
   overlay_.ClearLines();
   panel_->opOFF->setChecked(true);
@@ -167,6 +177,7 @@ void frmAlarmSpectrum::reject() {
     CancelTransfer();
     return;
   }
+  panel_->grid->Commit();
   Form_Unload();
   SecondaryWindow::reject();
 }
@@ -186,9 +197,10 @@ void frmAlarmSpectrum::CancelTransfer() {
 }
 
 BandEdits::Context frmAlarmSpectrum::Context() {
-  return {.option = OverlayOption(),
+  return {.option = model_.Option(),
           .scale = CurrentScale(),
-          .decimalMark = core_.seams.locale.DecimalMark()};
+          .decimalMark = core_.seams.locale.DecimalMark(),
+          .range = CurrentRange()};
 }
 
 SensorValues frmAlarmSpectrum::SensorHolds() const {
@@ -222,6 +234,7 @@ void frmAlarmSpectrum::Finish(const EditOutcome& outcome) {
 
 void frmAlarmSpectrum::Turn(EditOutcome (BandEdits::*turn)(int&)) {
   if (transfer_.Running()) return;
+  panel_->grid->Commit();
   int option = OverlayOption();
   const EditOutcome outcome = (edits_.*turn)(option);
   if (!outcome.changed) return;
@@ -230,7 +243,7 @@ void frmAlarmSpectrum::Turn(EditOutcome (BandEdits::*turn)(int&)) {
 }
 
 bool frmAlarmSpectrum::KeepStep(const std::string& what) {
-  const bool changed = edits_.History().Keep(what);
+  const bool changed = edits_.History().Keep(what, CurrentRange());
   Refresh();
   return changed;
 }
@@ -251,7 +264,9 @@ void frmAlarmSpectrum::DisplaySelected() {
   DisplaySpectrum(static_cast<std::int16_t>(panel_->cbxSRoption->currentIndex()));
 }
 
+// What is being typed belongs to the option it was begun in.
 void frmAlarmSpectrum::cbxSRoption_Click() {
+  panel_->grid->Commit();
   DisplaySelected();
   RedrawOverlay();
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The editor of the spectral alarm bands.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -44,6 +44,13 @@ class frmAlarmSpectrum : public SecondaryWindow,
   // rather go on with them, or where they could not be saved.
   [[nodiscard]] bool MayBeLost();
 
+  // What the user has to know of thresholds that were given for another range than the present
+  // one, "" when there are none; and what he can do: have their codes recalculated so that they
+  // keep their g values, or take them as they are now.
+  [[nodiscard]] std::string NoticeOfRange() const;
+  void KeepThresholdsInG();
+  void KeepThresholdCodes();
+
   // OverlayOwner
   [[nodiscard]] std::optional<Axis> OverlayAxis() override;
   [[nodiscard]] std::int16_t OverlayOption() override;
@@ -72,6 +79,8 @@ class frmAlarmSpectrum : public SecondaryWindow,
   void ConnectTransfers();
   void ConnectPlot();
   void Form_Load();
+  void ReadOpened();
+  bool ReadAround(const BandTable& entered);
   void Form_Unload();
 
   void Text1_Change(BandCell cell, const std::string& text);
@@ -95,6 +104,7 @@ class frmAlarmSpectrum : public SecondaryWindow,
   // Whether the transfer ran to its end.
   bool Transfer(const char* name, const std::string& step, const std::function<void()>& transfer);
   bool ReadAll(const char* name);
+  [[nodiscard]] std::string WhyNotWritten() const;
   void ListFiles();
   bool SaveAs(const std::string& name);
   void RedrawOverlay();
@@ -117,6 +127,9 @@ class frmAlarmSpectrum : public SecondaryWindow,
   bool loadWhenPainted_ = false;
   QTimer afterPainting_;
   bool cancelled_ = false;
+  bool unread_ = false;              // the reading of the opening has to wait
+  std::optional<BandTable> opened_;  // the table at the opening, unless a file has replaced it
+  bool whole_ = false;               // the table has been filled as a whole
   bool closeAfterTransfer_ = false;
 };
 

@@ -1,20 +1,27 @@
-// Kestrel evaluation program
+// What the alarm editor does with the sensor and with files.
 // SPDX-License-Identifier: MIT
-// What the editor does with the sensor, files and the plot.
 #include <QPointer>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <vector>
 
 #include "alarms/alarm_file.h"
+#include "alarms/band_range.h"
 #include "connection/start.h"
-#include "device/rec_ctrl.h"
-#include "record/capture_data.h"
-#include "record/frequency.h"
+#include "numeric/runtime_error.h"
 #include "ui/bands/frmAlarmSpectrum.h"
 
 namespace kestrel {
 namespace {
+
+QString RangeOfFile() {
+  const std::int32_t range = CurrentRange();
+  if (range == kRangeNotKnown) {
+    return QObject::tr("The file holds codes; in g they can be told once the range is known.");
+  }
+  return QObject::tr("The file holds codes; the g values shown hold good for the range %1.")
+      .arg(QString::fromStdString(RangeName(range)));
+}
 
 // Keeps everything but Cancel from being used, and gives the focus back afterwards.
 class TransferMode {
@@ -39,6 +46,7 @@ class TransferMode {
 
 bool frmAlarmSpectrum::Transfer(const char* name, const std::string& step,
                                 const std::function<void()>& transfer) {
+  panel_->grid->Commit();
   bool begun = false;
   bool complete = false;
   Edge().RunIdle(name, [&] {
@@ -64,6 +72,7 @@ bool frmAlarmSpectrum::ReadAll(const char* name) {
   const std::vector<BandPlace> edited = EditedValues(before, SensorHolds());
   const bool complete =
       Transfer(name, "reading from the sensor", [this] { transfer_.ReadAllFlash(); });
+  whole_ = whole_ || complete;
   const auto replaced = std::count_if(edited.begin(), edited.end(), [&](const BandPlace& place) {
     return ValueAt(before, place) != ValueAt(AlarmBandTable, place);
   });
@@ -72,6 +81,47 @@ bool frmAlarmSpectrum::ReadAll(const char* name) {
         tr("Values replaced that had not been written: %1. Undo brings them back.").arg(replaced));
   }
   return complete;
+}
+
+// The reading that belongs to the opening, once the sensor is free.
+void frmAlarmSpectrum::ReadOpened() {
+  if (!unread_ || !isVisible() || !Edge().Resting()) return;
+  unread_ = false;
+  const BandTable entered = AlarmBandTable;
+  const bool untouched = entered == BandTable{} && edits_.History().NextUndo().empty();
+  const bool read = opened_ == entered ? ReadAll("Form_Load") : ReadAround(entered);
+  // There is nothing to go back to.
+  if (untouched) edits_.History().Restart();
+  DisplaySelected();
+  const bool named = !panel_->cbxAfiles->currentText().isEmpty();
+  if (read && !named) panel_->cbxAfiles->setEditText(kReadFromFlash);
+}
+
+// What was entered while the reading had to wait stays; a file that was loaded stays whole.
+bool frmAlarmSpectrum::ReadAround(const BandTable& entered) {
+  const bool read =
+      Transfer("Form_Load", "reading from the sensor", [this] { transfer_.ReadAllFlash(); });
+  whole_ = whole_ || read;
+  const auto kept = ChangedPlaces(opened_.value_or(AlarmBandTable), entered);
+  for (const BandPlace& place : kept) {
+    AlarmBandTable(place.field, place.band, place.option) = ValueAt(entered, place);
+  }
+  KeepStep("what was entered before the reading");
+  AddToMessage(tr("Values entered before that were kept: %1.").arg(kept.size()));
+  return read;
+}
+
+// Writing begins by clearing the sensor, so a table that holds less than it would lose bands.
+std::string frmAlarmSpectrum::WhyNotWritten() const {
+  if (unread_) {
+    return "Not written: the sensor's own bands have not been read yet and would be lost. They are "
+           "read as soon as the sensor is free.";
+  }
+  if (!whole_) {
+    return "Not written: the sensor's own bands were not all read and would be lost. Press Read "
+           "all or load a file first.";
+  }
+  return "";
 }
 
 void frmAlarmSpectrum::ForgetSensor() {
@@ -84,12 +134,19 @@ void frmAlarmSpectrum::cmdReadAll_Click() {
 }
 
 void frmAlarmSpectrum::cmdWriteAll_Click() {
+  const std::string reason = WhyNotWritten();
+  if (!reason.empty()) {
+    SetMessage(reason);
+    return;
+  }
   Transfer("cmdWriteAll_Click", "writing to the sensor", [this] { transfer_.cmdWriteAll_Click(); });
 }
 
 void frmAlarmSpectrum::cmdClearAll_Click() {
   const BandTable before = AlarmBandTable;
-  Transfer("cmdClearAll_Click", "clearing all bands", [this] { transfer_.cmdClearAll_Click(); });
+  const bool cleared = Transfer("cmdClearAll_Click", "clearing all bands",
+                                [this] { transfer_.cmdClearAll_Click(); });
+  whole_ = whole_ || cleared;
   if (AlarmBandTable != before) {
     AddToMessage(
         tr("Undo brings the values back into this table; Write all puts them into the "
@@ -108,19 +165,26 @@ void frmAlarmSpectrum::HideTransfer() {
   panel_->barTransfer->reset();
 }
 
-// What a bad line leaves behind is one step, too.
+// What a bad line leaves behind is one step, too. The window that tells of the reading lets events
+// run, so a press may come while an earlier one is still at work.
 void frmAlarmSpectrum::cmdReadFile_Click() {
+  if (reading_) return;
   const std::string name = panel_->cbxAfiles->currentText().toStdString();
   if (name.empty() || name == kReadFromFlash) {
     ListFiles();
     SetMessage(panel_->cbxAfiles->count() == 0
-                   ? "Not loaded: there is no alarm file yet in " +
-                         FolderOfUserFiles(core_.seams.files).string() + "."
+                   ? "Not loaded: there is no alarm file yet in " + files_.PlacesText() + "."
                    : "Not loaded. Choose an alarm file from the list first.");
     return;
   }
-  Edge().Run("cmdReadFile_Click", [&] { files_.ReadFile(name); });
+  int taken = 0;
+  Edge().Run("cmdReadFile_Click", [&] { taken = files_.ReadFile(name); });
   HideReading();
+  if (taken > 0) AddToMessage(RangeOfFile());
+  if (taken >= kAlarmBands * kSampleRateOptions) {
+    whole_ = true;
+    opened_.reset();
+  }
   if (KeepStep("loading " + name)) RedrawOverlay();
 }
 
@@ -144,6 +208,7 @@ bool frmAlarmSpectrum::SaveAs(const std::string& name) {
 }
 
 bool frmAlarmSpectrum::MayBeLost() {
+  panel_->grid->Commit();
   const BandHistory& history = edits_.History();
   const bool changed = !history.NextUndo().empty() || !history.NextRedo().empty();
   if (!changed || files_.HoldTable() || EditedValues(AlarmBandTable, SensorHolds()).empty()) {
@@ -183,101 +248,7 @@ void frmAlarmSpectrum::ShowReading(const std::string& text) {
 void frmAlarmSpectrum::HideReading() {
   if (!reading_) return;
   reading_.reset();
-  activateWindow();
-}
-
-std::optional<Axis> frmAlarmSpectrum::OverlayAxis() {
-  if (!isVisible()) return std::nullopt;
-  if (panel_->opX->isChecked()) return Axis::X;
-  if (panel_->opY->isChecked()) return Axis::Y;
-  if (panel_->opZ->isChecked()) return Axis::Z;
-  return std::nullopt;
-}
-
-std::int16_t frmAlarmSpectrum::OverlayOption() {
-  return static_cast<std::int16_t>(std::max(0, panel_->cbxSRoption->currentIndex()));
-}
-
-void frmAlarmSpectrum::TakeDraggedEdges(int band, int fLow, int fHigh) {
-  if (!transfer_.Running()) Finish(edits_.SetEdges(band, fLow, fHigh, Context()));
-}
-
-void frmAlarmSpectrum::TakeDraggedLevel(int band, int alarm, double g) {
-  const auto axis = OverlayAxis();
-  if (axis && !transfer_.Running()) Finish(edits_.SetLevel(band, alarm, *axis, g, Context()));
-}
-
-void frmAlarmSpectrum::opOFF_Click() {
-  overlay_.ClearLines();
-  overlay_.PlotRecord();
-  ShowHint();
-}
-
-void frmAlarmSpectrum::PlotChosenAxis() {
-  if (OverlayAxis()) overlay_.PlotBands();
-  ShowHint();
-}
-
-void frmAlarmSpectrum::cmdPlotBands_Click() {
-  if (!OverlayAxis()) SetMessage("Choose X, Y or Z to see the bands of an axis on the plot.");
-  overlay_.PlotBands();
-}
-
-// The lines on the plot follow the table.
-void frmAlarmSpectrum::RedrawOverlay() {
-  if (OverlayAxis()) {
-    Edge().Run("PlotBands", [this] { overlay_.PlotBands(); });
-  }
-}
-
-void frmAlarmSpectrum::Refresh() {
-  const int option = OverlayOption();
-  const BandScale scale = CurrentScale();
-  model_.Show(option, scale);
-  panel_->lblBins->setText(tr("Bin 255: %1").arg(BinFrequencyText(kLastBin, option)));
-  panel_->lblRange->setText(scale.Known()
-                                ? tr("Range %1, up to %2 g")
-                                      .arg(QString::fromStdString(gRecCtrl->RangeString()),
-                                           QString::fromStdString(CellText(3, 65535, scale)))
-                                : tr("Range not known"));
-  panel_->lblState->setText(
-      QString::fromStdString(StateText(AlarmBandTable, SensorHolds(), option)));
-  ShowSteps();
-  ShowHint();
-}
-
-void frmAlarmSpectrum::ShowSteps() {
-  const auto show = [](QAction* action, QPushButton* button, const std::string& what,
-                       const QString& keys) {
-    action->setEnabled(!what.empty());
-    button->setEnabled(!what.empty());
-    button->setToolTip(what.empty() ? keys : QString::fromStdString(what) + "\n" + keys);
-  };
-  show(undo_, panel_->cmdUndo, edits_.History().NextUndo(), tr("Ctrl+Z"));
-  show(redo_, panel_->cmdRedo, edits_.History().NextRedo(), tr("Ctrl+Y"));
-}
-
-void frmAlarmSpectrum::ShowHint() {
-  QString hint =
-      tr("On the plot: drag an edge to move the band, with Shift to move only that edge; drag a "
-         "level to set its threshold.");
-  if (OverlayAxis() && Buff.sampleRateOption != OverlayOption()) {
-    hint += " " + tr("The record on the plot has sample-rate option %1, the bands shown are those "
-                     "of option %2.")
-                      .arg(Buff.sampleRateOption)
-                      .arg(OverlayOption());
-  }
-  panel_->lblHint->setText(hint);
-}
-
-void frmAlarmSpectrum::SetMessage(const std::string& text) {
-  panel_->lblmsg->setText(QString::fromStdString(text));
-  panel_->lblmsg->setToolTip({});
-}
-
-void frmAlarmSpectrum::AddToMessage(const QString& text) {
-  const QString before = panel_->lblmsg->text();
-  panel_->lblmsg->setText(before.isEmpty() ? text : before + " " + text);
+  if (isVisible()) activateWindow();
 }
 
 }  // namespace kestrel

@@ -45,6 +45,8 @@ class SecondaryWindows : public QObject {
 
   // After every handler: what other windows changed shows.
   void Refresh();
+  // The alarm editor, once it has been opened; null before.
+  [[nodiscard]] frmAlarmSpectrum* AlarmSpectrum() const { return alarmSpectrum_; }
   // Another sensor may be connected now.
   void ForgetSensor();
   // Whether the program may close. Asks the user about changes that would be lost.

@@ -1,8 +1,11 @@
-// Kestrel evaluation program
+// What the pointer does over the plot.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_pointer.h"
 
 #include <QKeyEvent>
+#include <algorithm>
+
+#include "record/capture_data.h"
 
 namespace kestrel {
 
@@ -23,8 +26,9 @@ PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cur
 }
 
 void PlotPointer::pic1_MouseMove(const PointerPlace& pointer) {
-  const PlotPlace place = overlay_.pic1_MouseMove(pointer);
-  cursor_.pic1_MouseMove(place.x, place.y);
+  overlay_.pic1_MouseMove(pointer);
+  // A held pointer may leave the box; the record ends there.
+  cursor_.pic1_MouseMove(std::clamp(pointer.x, 0.0, static_cast<double>(Buff.width)), pointer.y);
 }
 
 // What the edge refuses ends like an interrupted drag.

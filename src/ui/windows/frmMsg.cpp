@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The small window that tells what the program is busy with.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmMsg.h"
 
@@ -33,10 +33,10 @@ void frmMsg::ShowPainted(const std::string& caption, const std::string& text) {
   QElapsedTimer waited;
   waited.start();
   while (!windowHandle()->isExposed() && waited.elapsed() < kPatienceMs) {
-    QCoreApplication::processEvents(QEventLoop::AllEvents, kSliceMs);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, kSliceMs);
   }
   repaint();
-  QCoreApplication::processEvents();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void frmMsg::SetText(const std::string& text) {

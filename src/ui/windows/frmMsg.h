@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The small window that tells what the program is busy with.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -14,6 +14,7 @@ class frmMsg : public QWidget {
   frmMsg();
 
   // Shows the window and returns once its text is on the screen, or after a second without one.
+  // What the user does meanwhile stays queued.
   void ShowPainted(const std::string& caption, const std::string& text);
   void SetText(const std::string& text);
 

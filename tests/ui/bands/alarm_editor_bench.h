@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm editor beside the main window, driven by keys and pointer.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -23,6 +23,7 @@ namespace kestrel {
 class RecordingOverlay : public OverlayControl {
  public:
   void PlotBands() override { asked.emplace_back("PlotBands"); }
+  void RedrawBands() override { asked.emplace_back("RedrawBands"); }
   void ClearLines() override { asked.emplace_back("ClearLines"); }
   void ClearABLabels() override { asked.emplace_back("ClearABLabels"); }
   void PlotRecord() override { asked.emplace_back("PlotRecord"); }
@@ -49,6 +50,14 @@ class AlarmEditorBench : public WindowBench {
     if (editor_ == nullptr) Begin();
     editor_->ShowInFront();
     // Painting comes first, then the reading.
+    for (int i = 0; i < 5; ++i) QApplication::processEvents();
+    return *editor_;
+  }
+
+  // The one that the main window opens, with the bands on its plot.
+  frmAlarmSpectrum& OpenByMenu() {
+    Trigger("mnuAlarmSpectrum");
+    editor_ = static_cast<frmAlarmSpectrum*>(&Find<QDialog>("frmAlarmSpectrum"));
     for (int i = 0; i < 5; ++i) QApplication::processEvents();
     return *editor_;
   }

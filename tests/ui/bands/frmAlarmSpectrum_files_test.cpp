@@ -1,6 +1,8 @@
-// Kestrel evaluation program
+// The alarm editor's files.
 // SPDX-License-Identifier: MIT
-// The editor's files.
+
+#include <QMouseEvent>
+#include <QPointer>
 
 #include "alarms/alarm_file.h"
 #include "ui/bands/alarm_editor_bench.h"
@@ -65,6 +67,85 @@ TEST_F(FrmAlarmSpectrum, WhatABadFileLeavesBehindIsOneUndoAway) {
   EXPECT_EQ(Shown(1, kFLow), "5");
   Click("cmdUndo");
   EXPECT_EQ(Shown(1, kFLow), "0");
+}
+
+// The window that tells of the reading lets events run until it is on the screen.
+TEST_F(FrmAlarmSpectrum, LoadFilePressedAgainWhileTheReadingShowsIsRefused) {
+  files_.contents[kProposedFile] = AlarmFileText(BandTable{});
+  Open();
+  ChooseFile(kProposed);
+  int shown = 0;
+  for (int press = 0; press < 3; ++press) {
+    During(0, [&] {
+      QPointer<QWidget> reading;
+      for (QWidget* top : QApplication::topLevelWidgets()) {
+        if (top->objectName() == "frmMsg" && top->isVisible()) reading = top;
+      }
+      if (!reading) return;
+      ++shown;
+      auto& load = Get<QPushButton>("cmdReadFile");
+      const QPointF at(load.rect().center());
+      for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, load.mapToGlobal(at), Qt::LeftButton,
+                          type == QEvent::MouseButtonPress ? Qt::LeftButton : Qt::NoButton, {});
+        QApplication::sendEvent(&load, &event);
+      }
+      ASSERT_FALSE(reading.isNull()) << "freed while it is being painted";
+    });
+    Click("cmdReadFile");
+    EXPECT_TRUE(Message().starts_with("24 bands loaded from")) << Message();
+  }
+  EXPECT_EQ(shown, 3);
+  EXPECT_TRUE(messages_.Texts().empty());
+}
+
+TEST_F(FrmAlarmSpectrum, AFileIsReadToItsEndWhateverIsDoneMeanwhile) {
+  BandTable table;
+  table(kFLowField, 2, 0) = 33;
+  files_.contents[kProposedFile] = AlarmFileText(table);
+  const std::function<void()> deeds[] = {
+      [this] { editor_->close(); }, [this] { Get<QPushButton>("cmdReadAll").click(); },
+      [this] { Get<QPushButton>("cmdWriteFile").click(); }, [this] { ShowOption(1); }};
+  for (const auto& deed : deeds) {
+    AlarmBandTable = {};
+    Open();
+    ChooseFile(kProposed);
+    files_.contents[kProposedFile] = AlarmFileText(table);
+    During(0, deed);
+    Get<QPushButton>("cmdReadFile").click();
+    EXPECT_TRUE(Message().starts_with("24 bands loaded from")) << Message();
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      EXPECT_FALSE(top->objectName() == "frmMsg" && top->isVisible());
+    }
+  }
+}
+
+TEST_F(FrmAlarmSpectrum, FilesBesideAProgramThatCannotBeWrittenAreListedAndLoaded) {
+  BandTable table;
+  table(kFLowField, 2, 0) = 33;
+  files_.contents["/program/AlarmSpectrum_delivered.csv"] = AlarmFileText(table);
+  files_.readOnly.insert("/program");
+  Open();
+  EXPECT_EQ(Items(Files()), Words{"AlarmSpectrum_delivered.csv"});
+  ChooseFile("AlarmSpectrum_delivered.csv");
+  Click("cmdReadFile");
+  EXPECT_EQ(Shown(2, kFLow), "33");
+  EXPECT_TRUE(Message().starts_with("24 bands loaded from /program/AlarmSpectrum_delivered.csv."))
+      << Message();
+  Enter(2, kFLow, "34");
+  ChooseFile("AlarmSpectrum_own.csv");
+  Click("cmdWriteFile");
+  EXPECT_EQ(Message(), "24 bands saved to /documents/AlarmSpectrum_own.csv.");
+  EXPECT_EQ(Items(Files()), (Words{"AlarmSpectrum_own.csv", "AlarmSpectrum_delivered.csv"}));
+}
+
+TEST_F(FrmAlarmSpectrum, WithoutAnyFileBothPlacesAreNamed) {
+  Open();
+  files_.readOnly.insert("/program");
+  Click("cmdReadFile");
+  EXPECT_EQ(Message(),
+            "Not loaded: there is no alarm file yet in /documents, nor beside the program in "
+            "/program.");
 }
 
 }  // namespace

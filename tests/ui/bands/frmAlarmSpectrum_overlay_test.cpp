@@ -1,8 +1,9 @@
-// Kestrel evaluation program
+// The alarm editor and the bands on the plot.
 // SPDX-License-Identifier: MIT
-// The editor and the bands on the plot.
 
+#include "alarms/alarm_file.h"
 #include "ui/bands/alarm_editor_bench.h"
+#include "ui/main/adapter_watcher.h"
 
 namespace kestrel {
 namespace {
@@ -55,14 +56,14 @@ TEST_F(FrmAlarmSpectrum, TheLinesOnThePlotFollowEveryChangeWhileTheyAreShown) {
   Get<QRadioButton>("opX").click();
   overlay_.Take();
   Enter(1, kFLow, "6");
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
   Click("cmdUndo");
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
   ShowOption(1);
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
   EXPECT_EQ(editor_->OverlayOption(), 1);
   Click("cmdReadAll");
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
 }
 
 TEST_F(FrmAlarmSpectrum, ADragOnThePlotIsOneStepOfTheTable) {
@@ -74,10 +75,10 @@ TEST_F(FrmAlarmSpectrum, ADragOnThePlotIsOneStepOfTheTable) {
   EXPECT_EQ(Shown(2, kFLow), "60");
   EXPECT_EQ(Values(2, 1), (Row{60, 70}));
   EXPECT_EQ(Message(), "Band 2: F-low 60, F-high 70 taken from the plot.");
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
   editor_->TakeDraggedLevel(2, 2, 10 * gRecCtrl->gLsb());
   EXPECT_EQ(Values(2, 1), (Row{60, 70, 0, 0, 0, 0, 10}));
-  EXPECT_EQ(overlay_.Take(), Words{"PlotBands"});
+  EXPECT_EQ(overlay_.Take(), Words{"RedrawBands"});
   Click("cmdUndo");
   EXPECT_EQ(Values(2, 1), (Row{60, 70}));
   Click("cmdUndo");
@@ -116,6 +117,32 @@ TEST_F(FrmAlarmSpectrum, ClosingRemovesLinesAndLabels) {
     EXPECT_FALSE(editor_->isVisible());
     EXPECT_EQ(overlay_.Take(), (Words{"ClearABLabels", "ClearLines"}));
     EXPECT_EQ(editor_->OverlayAxis(), std::nullopt);
+  }
+}
+
+// The real plot, over the simulated sensor.
+TEST_F(FrmAlarmSpectrum, AnEditMovesTheLinesOnThePlotAndAsksTheSensorNothing) {
+  Start();
+  ChooseShortCaptures();
+  Press("cmdStart");
+  OpenByMenu();
+  Get<QRadioButton>("opX").click();
+  const BandOverlay& plot = Window().Overlay();
+  files_.contents[kProposedFile] = AlarmFileText(BandTable{});
+  ChooseFile(kProposed);
+  delete Window().findChild<AdapterWatcher*>();
+  usb_.FailFrom(0);
+  const auto low = [&] { return plot.Lines()(kLowEdge, 2).x1; };
+  const std::function<void()> edits[] = {
+      [this] { Enter(2, kFLow, "40"); }, [this] { editor_->TakeDraggedEdges(2, 60, 70); },
+      [this] { Click("cmdUndo"); },      [this] { Click("cmdRedo"); },
+      [this] { ShowOption(1); },         [this] { ShowOption(0); },
+      [this] { Click("cmdReadFile"); }};
+  const double places[] = {40, 60, 40, 60, 0, 60, 0};
+  for (std::size_t i = 0; i < std::size(places); ++i) {
+    edits[i]();
+    EXPECT_EQ(low(), places[i]) << i;
+    EXPECT_EQ(usb_.Requests(), 0) << i;
   }
 }
 

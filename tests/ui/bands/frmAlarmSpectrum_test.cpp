@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm editor: opening, editing, undoing.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/frmAlarmSpectrum.h"
 
@@ -212,7 +212,7 @@ TEST_F(FrmAlarmSpectrum, MnemonicsAreUniqueAndNoButtonIsPressedByEnter) {
   for (const auto* label : editor_->findChildren<QLabel*>()) {
     if (label->buddy() != nullptr) take(label->text());
   }
-  EXPECT_EQ(used.size(), 17);
+  EXPECT_EQ(used.size(), 19);
   for (const auto* button : editor_->findChildren<QPushButton*>()) {
     EXPECT_FALSE(button->autoDefault()) << button->objectName().toStdString();
   }

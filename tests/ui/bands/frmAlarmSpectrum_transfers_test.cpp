@@ -1,6 +1,5 @@
-// Kestrel evaluation program
+// The alarm editor's transfers to and from the sensor.
 // SPDX-License-Identifier: MIT
-// The editor's transfers to and from the sensor.
 
 #include "ui/bands/alarm_editor_bench.h"
 
@@ -104,6 +103,28 @@ TEST_F(FrmAlarmSpectrum, WhatAnotherSensorHoldsIsNotKnown) {
   editor_->ForgetSensor();
   EXPECT_EQ(State(), "What the sensor holds is not known.");
   EXPECT_EQ(Values(3, 2), kBand) << "the table stays";
+}
+
+TEST_F(FrmAlarmSpectrum, WhatWasReadGoesBackAsItCame) {
+  constexpr Row kUnused{0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF, 0xFFFF};
+  constexpr Row kWide{256, 300, 1, 2, 3, 4, 0xC000, 6};
+  Start();
+  PutIntoSensor(6, 0, kUnused);
+  PutIntoSensor(1, 1, kWide);
+  const auto read = [this](int band, int option) {
+    Row words = FromSensor(band, option);
+    core_.registers.ReadReg(row::ALM_Y_MAG2);  // decoded with 15 bits
+    words[6] = RegHighByte * 256 + RegLowByte;
+    return words;
+  };
+  ASSERT_EQ(read(6, 0), kUnused);
+  Open();
+  Click("cmdWriteAll");
+  EXPECT_EQ(messages_.Texts(), Words());
+  EXPECT_EQ(Message(), "24 bands written.");
+  EXPECT_EQ(read(6, 0), kUnused);
+  EXPECT_EQ(read(1, 1), kWide);
+  EXPECT_EQ(State().substr(0, 29), "The sensor holds these bands.");
 }
 
 TEST_F(FrmAlarmSpectrum, WhileACaptureIsWaitedForNothingIsTransferred) {

@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // Dragging the alarm bands on the main window's plot.
+// SPDX-License-Identifier: MIT
 
 #include <QWindow>
 
@@ -37,6 +36,7 @@ TEST_F(Frm1Drag, ABandIsDraggedAndItsNewBinsGoToTheEditor) {
   EXPECT_NEAR(Line(1, 2).x1, 61, 0.01);
   EXPECT_NEAR(Label("lblABLow_2").x(), Plot().x() + Column(61), 2);
   EXPECT_EQ(Text("lblCursorX"), "61");
+  EXPECT_EQ(Text("lblCursorY"), "0.400");
   Release(61, 0.4);
   EXPECT_EQ(owner_.edges, std::vector{(Edges{2, 61, 81})});
   EXPECT_EQ(Line(1, 2).x1, 61);
@@ -65,6 +65,31 @@ TEST_F(Frm1Drag, ADragThroughTheWindowReachesThePlot) {
   EXPECT_EQ(owner_.edges[0].fHigh - owner_.edges[0].fLow, 20);
 }
 
+TEST_F(Frm1Drag, AnEdgeIsDraggedToBin255AndTheReadOutIsThePointers) {
+  StartWithBands();
+  Grab(50, 0.4);
+  Pull(248, 0.4);
+  EXPECT_NEAR(Line(1, 2).x1, 248, 0.01);
+  EXPECT_EQ(Line(2, 2).x1, 255);
+  EXPECT_EQ(Text("lblCursorX"), "248");
+  Pull(255, 0.4);
+  EXPECT_EQ(Line(1, 2).x1, 255);
+  EXPECT_EQ(Text("lblCursorX"), "255");
+  EXPECT_EQ(Text("LblFreq"), "49,899 Hz");
+  Pull(300, 0.4);
+  EXPECT_EQ(Text("lblCursorX"), "255") << "the record ends there";
+  Release(300, 0.4);
+  EXPECT_EQ(owner_.edges, std::vector{(Edges{2, 255, 255})});
+}
+
+TEST_F(Frm1Drag, WithShiftTheReadOutIsThePointersToo) {
+  StartWithBands();
+  Grab(50, 0.4);
+  Pull(90, 0.4, Qt::ShiftModifier);
+  EXPECT_EQ(Line(1, 2).x1, 70) << "not past its partner";
+  EXPECT_EQ(Text("lblCursorX"), "90");
+}
+
 TEST_F(Frm1Drag, WithShiftOneEdgeIsDragged) {
   StartWithBands();
   Grab(70, 0.4);
@@ -81,7 +106,8 @@ TEST_F(Frm1Drag, ALevelIsDraggedAndTheReadOutShowsIt) {
   EXPECT_EQ(Text("lblCursorX"), "65");
   EXPECT_EQ(Text("lblCursorY"), "0.400");
   Pull(65, -0.2);
-  EXPECT_EQ(Text("lblCursorY"), "0.000");
+  EXPECT_EQ(Text("lblCursorY"), "-0.200") << "the pointer's, while the level stays at 0";
+  EXPECT_EQ(Line(3, 2).y1, 0);
   Pull(65, 0.4);
   Release(65, 0.4);
   ASSERT_EQ(owner_.levels.size(), 1U);

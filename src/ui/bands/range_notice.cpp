@@ -1,0 +1,47 @@
+// The strip that tells of thresholds given for another range than the present one.
+// SPDX-License-Identifier: MIT
+#include "ui/bands/range_notice.h"
+
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include "ui/parts/widgets.h"
+
+namespace kestrel {
+namespace {
+
+constexpr QColor kCalmAmber{0xFF, 0xE3, 0x99};
+
+}  // namespace
+
+RangeNotice::RangeNotice()
+    : cmdKeepG(MakeButton("cmdKeepG", tr("Keep &g values"),
+                          tr("Recalculate the codes for the present range; write them to the "
+                             "sensor afterwards"))),
+      cmdKeepCodes(MakeButton("cmdKeepCodes", tr("&Keep codes"),
+                              tr("Take the thresholds as they are shown now"))),
+      lblRangeNotice_(MakeLabel("lblRangeNotice", "")) {
+  setObjectName("rangeNotice");
+  setAccessibleName(tr("Thresholds of another range"));
+  PaintGround(this, kCalmAmber);
+  lblRangeNotice_->setWordWrap(true);
+  auto* buttons = new QVBoxLayout;
+  buttons->addWidget(cmdKeepG);
+  buttons->addWidget(cmdKeepCodes);
+  auto* all = new QHBoxLayout(this);
+  all->addWidget(lblRangeNotice_, 1);
+  all->addLayout(buttons);
+  hide();
+}
+
+void RangeNotice::Show(const std::string& text) {
+  const bool appears = isHidden() && !text.empty();
+  lblRangeNotice_->setText(QString::fromStdString(text));
+  setVisible(!text.empty());
+  if (!appears) return;
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+}  // namespace kestrel
