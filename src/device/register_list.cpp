@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "app/program_state.h"
 #include "numeric/number_format.h"
 #include "regmap/register_table.h"
 
@@ -56,7 +57,8 @@ std::optional<RegisterListing> ReadAllRegisters(RegisterAccess& registers,
   for (std::int16_t row = 0; row <= RegCount; ++row) {
     if (RegReserved[row]) continue;
     registers.ReadReg(row);
-    if (!RegisterAccess::Usable()) return std::nullopt;
+    // Without an interface every register reads as 0; a lost sensor seems to answer anything.
+    if (!RegisterAccess::Usable() && InterfaceType != kNoInterface) return std::nullopt;
     listing.lines.push_back({row, FourDigits(RegValue), false});
   }
   listing.text = kHeading;

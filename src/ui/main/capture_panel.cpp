@@ -104,6 +104,7 @@ void CapturePanel::SetSupply(const std::string& text) {
 
 void CapturePanel::SetTemp(const std::string& text) {
   conditions_.LbLTemp->setText(QString::fromStdString(text));
+  conditions_.NoteReading();
 }
 
 void CapturePanel::ShowHourglass(bool shown) {

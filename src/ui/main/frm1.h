@@ -17,13 +17,16 @@
 #include "ui/main/alarm_panel.h"
 #include "ui/main/capture_panel.h"
 #include "ui/main/conditions_panel.h"
+#include "ui/main/freshness.h"
 #include "ui/main/log_notice.h"
 #include "ui/main/lost_notice.h"
 #include "ui/main/main_menu.h"
+#include "ui/main/main_notices.h"
 #include "ui/main/record_panel.h"
 #include "ui/main/secondary_windows.h"
 #include "ui/main/simulator_control.h"
 #include "ui/main/status_panel.h"
+#include "ui/parts/notice_strip.h"
 #include "ui/plot/plot_panel.h"
 #include "ui/plot/plot_pointer.h"
 
@@ -57,6 +60,7 @@ class frm1 : public QMainWindow {
   void ConnectPlot();
   void ConnectMenu();
   void ConnectWindows();
+  void ConnectNotices();
   template <typename Sender, typename Signal, typename Handler>
   void On(Sender* sender, Signal signal, const char* name, Handler handler);
   void Form_Load();
@@ -84,6 +88,8 @@ class frm1 : public QMainWindow {
   StatusPanel* statusPanel_;
   AlarmPanel* alarmPanel_;
   LostNotice* lostNotice_;
+  NoticeStrip* strip_;
+  MainNotices notices_;
   AdapterWatcher* watcher_;
   QLabel* lblInterface_;
 
@@ -101,6 +107,7 @@ class frm1 : public QMainWindow {
   CurrentRecord::Listener recordListener_;
   PlotPointer pointer_;
   SecondaryWindows windows_;
+  Freshness freshness_;
 };
 
 }  // namespace kestrel

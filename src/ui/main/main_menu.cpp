@@ -44,7 +44,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnu31407 = Add(product, "mnu31407", "31407");
   mnu31407->setCheckable(true);
 
-  QMenu* debug = window.menuBar()->addMenu(tr("De&bug"));
+  QMenu* debug = window.menuBar()->addMenu(tr("D&ebug"));
   debug_ = debug->menuAction();
   mnuUnplug = Add(debug, "mnuUnplug", tr("&Unplug simulated adapter"));
   mnuUnplug->setCheckable(true);

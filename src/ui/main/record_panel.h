@@ -36,6 +36,8 @@ class RecordPanel : public QGroupBox, public SettingsExchangeView {
   void SetFraCapCaption(const std::string& text) override;
 
   [[nodiscard]] QString FftAvgsText() const;
+  // "every 10 minutes"
+  [[nodiscard]] QString PeriodInWords() const;
 
   QPushButton* cmdGetRecord;
   QPushButton* cmdRecInfo;

@@ -41,6 +41,17 @@ void SecondaryWindow::PlaceOnce() {
        std::max(room.top(), std::min(wished.y(), room.bottom() - height())));
 }
 
+void SecondaryWindow::Change(const char* name, const std::function<void()>& handler) {
+  bool ran = false;
+  edge_.RunIdle(name, [&] {
+    ran = true;
+    handler();
+  });
+  if (ran) return;
+  Refused(tr(
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it."));
+}
+
 bool SecondaryWindow::event(QEvent* event) {
   const bool done = QDialog::event(event);
   // What is read may need more room than what was shown before.

@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <QString>
+#include <functional>
 
 #include "app/handler_edge.h"
 
@@ -28,6 +29,17 @@ class SecondaryWindow : public QDialog {
   void On(Sender* sender, Signal signal, const char* name, Handler handler) {
     connect(sender, signal, this, [this, name, handler] { edge_.Run(name, handler); });
   }
+
+  // The same for what changes the sensor or commands it: while a capture is waited for it is
+  // refused, by one rule in every window, and the window says so. Reading goes on.
+  template <typename Sender, typename Signal, typename Handler>
+  void OnChange(Sender* sender, Signal signal, const char* name, Handler handler) {
+    connect(sender, signal, this, [this, name, handler] { Change(name, handler); });
+  }
+  void Change(const char* name, const std::function<void()>& handler);
+
+  // A change was refused; `why` is for the user.
+  virtual void Refused(const QString& /*why*/) {}
 
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }
 
