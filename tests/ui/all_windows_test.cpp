@@ -36,6 +36,36 @@ TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) 
   EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
 }
 
+// Offsets from the main window's corner, 15 twips to the pixel.
+TEST_F(AllWindows, WindowsArePlacedAtTheirOffsetsFromTheMainWindow) {
+  Start();
+  const QPoint corner(10, 20);
+  Window().move(corner);
+  Settle();
+  struct Placed {
+    Item item;
+    QPoint offset;
+  };
+  for (const Placed& placed : {Placed{{"mnuAlarmCtrl", "frmALM_CTRL"}, {20, 220}},
+                               Placed{{"mnuCommand", "frmCommand"}, {40, 220}},
+                               Placed{{"mnuDIOGPIO", "frmDIOGPIO"}, {20, 167}},
+                               Placed{{"MnuCal", "frmCalibration"}, {20, 200}},
+                               Placed{{"mnuRecInfo", "frmRecInfo"}, {87, 447}}}) {
+    SCOPED_TRACE(placed.item.window);
+    const QDialog& window = Open(placed.item);
+    const QRect room = window.screen()->availableGeometry();
+    const QPoint wished = Window().pos() + placed.offset;
+    const QPoint place(std::min(wished.x(), room.right() - window.width()),
+                       std::min(wished.y(), room.bottom() - window.height()));
+    EXPECT_EQ(window.pos(), place);
+    if (room.height() > 600) EXPECT_EQ(window.pos().x(), wished.x());
+  }
+  Find<QDialog>("frmCommand").move(300, 30);
+  Find<QDialog>("frmCommand").close();
+  Trigger("mnuCommand");
+  EXPECT_EQ(Find<QDialog>("frmCommand").pos(), QPoint(300, 30)) << "where the user moved it";
+}
+
 TEST_F(AllWindows, TheProgramClosesWithAllOfThemOpen) {
   Start();
   for (const Item& item : kItems) {

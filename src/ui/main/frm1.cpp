@@ -53,7 +53,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       statusPanel_(new StatusPanel(core.seams.locale)),
       alarmPanel_(new AlarmPanel(core.seams.locale)),
       lostNotice_(new LostNotice(core, edge_)),
-      strip_(new NoticeStrip(lostNotice_)),
+      strip_(new NoticeStrip("noticeStrip", lostNotice_)),
       notices_(*strip_),
       watcher_(new AdapterWatcher(core, edge_, this)),
       lblInterface_(new LineLabel),

@@ -50,15 +50,15 @@ void PaintNotice(QWidget& widget) {
   widget.setPalette(palette);
 }
 
-NoticeStrip::NoticeStrip(QWidget* leading)
-    : leading_(leading),
-      rows_(new QVBoxLayout),
-      cmdMore_(MakeButton("cmdNoticeMore", "", tr("Show all notices, or the first one only"))) {
-  setObjectName("noticeStrip");
+NoticeStrip::NoticeStrip(const QString& name, QWidget* leading)
+    : leading_(leading), rows_(new QVBoxLayout), cmdMore_(new QPushButton) {
+  setObjectName(name);
   setAccessibleName(tr("Notices"));
+  cmdMore_->setObjectName("cmdMore_" + name);
+  cmdMore_->setToolTip(tr("Show all notices, or the first one only"));
   PaintNotice(*this);
   rows_->setSpacing(0);
-  rows_->addWidget(leading_);
+  if (leading_ != nullptr) rows_->addWidget(leading_);
   auto* all = new QHBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addLayout(rows_, 1);
@@ -80,7 +80,7 @@ void NoticeStrip::Put(const Notice& notice) {
   const auto lighter = std::find_if(lines_.begin(), lines_.end(), [&](const Line& line) {
     return line.notice.gravity < notice.gravity;
   });
-  const int place = static_cast<int>(lighter - lines_.begin()) + 1;
+  const int place = static_cast<int>(lighter - lines_.begin()) + (leading_ != nullptr ? 1 : 0);
   QWidget* row = MakeRow(notice);
   rows_->insertWidget(place, row);
   lines_.insert(lighter, {notice, row});
@@ -136,12 +136,12 @@ QWidget* NoticeStrip::MakeRow(const Notice& notice) {
 }
 
 void NoticeStrip::Arrange() {
-  bool first = leading_->isHidden();
+  bool first = !Leads();
   for (const Line& line : lines_) {
     line.row->setVisible(first || open_);
     first = false;
   }
-  const auto all = static_cast<int>(lines_.size()) + (leading_->isHidden() ? 0 : 1);
+  const auto all = static_cast<int>(lines_.size()) + (Leads() ? 1 : 0);
   cmdMore_->setVisible(all > 1);
   cmdMore_->setText(open_ ? tr("Fewer") : tr("%1 more").arg(all - 1));
   if (all <= 1) open_ = false;

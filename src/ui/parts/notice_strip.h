@@ -29,8 +29,9 @@ void PaintNotice(QWidget& widget);
 // until it is taken away or closed.
 class NoticeStrip : public QFrame {
  public:
-  // `leading` is a notice with controls of its own, graver than all others while it is not hidden.
-  explicit NoticeStrip(QWidget* leading);
+  // `leading`, where there is one, is a notice with controls of its own, graver than all others
+  // while it is not hidden.
+  explicit NoticeStrip(const QString& name, QWidget* leading = nullptr);
 
   // Shows a notice in the place of an earlier one with its id.
   void Put(const Notice& notice);
@@ -51,6 +52,7 @@ class NoticeStrip : public QFrame {
 
   [[nodiscard]] QWidget* MakeRow(const Notice& notice);
   void Remove(const QString& id);
+  [[nodiscard]] bool Leads() const { return leading_ != nullptr && !leading_->isHidden(); }
 
   QWidget* leading_;
   QVBoxLayout* rows_;

@@ -9,7 +9,7 @@ namespace kestrel {
 // Moves read nothing from the sensor and may come at any time.
 PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cursor,
                          HandlerEdge& edge)
-    : overlay_(overlay), cursor_(cursor), edge_(edge) {
+    : panel_(panel), overlay_(overlay), cursor_(cursor), edge_(edge) {
   connect(&panel, &PlotPanel::PointerMoved, this,
           [this](double x, double y, bool isHeld, bool isShift) {
             pic1_MouseMove({.x = x, .y = y, .held = isHeld, .shift = isShift});
@@ -25,6 +25,11 @@ PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cur
 void PlotPointer::pic1_MouseMove(const PointerPlace& pointer) {
   const PlotPlace place = overlay_.pic1_MouseMove(pointer);
   cursor_.pic1_MouseMove(place.x, place.y);
+  if (pointer.held) {
+    panel_.HideHoverValues();
+  } else {
+    panel_.ShowHoverValues(place.x, place.y);
+  }
 }
 
 // What the edge refuses ends like an interrupted drag.
