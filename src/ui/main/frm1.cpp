@@ -50,6 +50,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       record_(new RecordPanel(conditions_->lblRecCount)),
       capture_(new CapturePanel(*record_, *conditions_, core.seams.pointer)),
       plotPanel_(new PlotPanel(core.record)),
+      caption_(new RecordCaption),
       statusPanel_(new StatusPanel(core.seams.locale)),
       alarmPanel_(new AlarmPanel(core.seams.locale)),
       lostNotice_(new LostNotice(core, edge_)),
@@ -71,7 +72,8 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       pointer_(*plotPanel_, overlay_, cursor_, edge_),
       windows_(core, edge_, overlay_, this),
       freshness_({settings_, status_, cycle_, windows_, *record_, *conditions_, *statusPanel_,
-                  *alarmPanel_, *lostNotice_, *strip_, notices_}) {
+                  *alarmPanel_, *lostNotice_, *strip_, notices_}),
+      cures_({core, edge_, plot_, settings_, *record_, *capture_, windows_}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -95,6 +97,7 @@ void frm1::LayOut() {
   left->addStretch();
   auto* middle = new QVBoxLayout;
   middle->addWidget(plotPanel_, 1);
+  middle->addWidget(caption_);
   middle->addWidget(alarmPanel_);
   auto* right = new QVBoxLayout;
   right->addWidget(conditions_);
@@ -223,6 +226,13 @@ void frm1::ConnectNotices() {
   cure(&MainNotices::RestoreWanted, "RestoreSettings", &Freshness::RestoreSettings);
   cure(&MainNotices::StopTimerWanted, "StopTimer", &Freshness::StopTimer);
   cure(&MainNotices::ReadWanted, "ReadMainFormRegisters", &Freshness::ReadAll);
+  core_.record.OnChange([this] { ShowRecordLine(); });
+  connect(caption_, &RecordCaption::CureWanted, this,
+          [this](Cure wanted) { cures_.CarryOut(wanted); });
+}
+
+void frm1::ShowRecordLine() {
+  caption_->Show(core_.record.Get(), {.sensorLost = !RegisterAccess::Usable()});
 }
 
 void frm1::Form_Load() {
@@ -253,6 +263,7 @@ void frm1::SetCommInterfaceIndicators() {
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
   menu_->ShowDebug(simulator_.isConnected());
   freshness_.Refresh();
+  ShowRecordLine();
 }
 
 void frm1::SetProductNumber(std::int16_t product) {

@@ -22,6 +22,7 @@
 #include "ui/main/lost_notice.h"
 #include "ui/main/main_menu.h"
 #include "ui/main/main_notices.h"
+#include "ui/main/record_cures.h"
 #include "ui/main/record_panel.h"
 #include "ui/main/secondary_windows.h"
 #include "ui/main/simulator_control.h"
@@ -29,6 +30,7 @@
 #include "ui/parts/notice_strip.h"
 #include "ui/plot/plot_panel.h"
 #include "ui/plot/plot_pointer.h"
+#include "ui/plot/record_caption.h"
 
 namespace kestrel {
 
@@ -61,6 +63,7 @@ class frm1 : public QMainWindow {
   void ConnectMenu();
   void ConnectWindows();
   void ConnectNotices();
+  void ShowRecordLine();
   template <typename Sender, typename Signal, typename Handler>
   void On(Sender* sender, Signal signal, const char* name, Handler handler);
   void Form_Load();
@@ -85,6 +88,7 @@ class frm1 : public QMainWindow {
   RecordPanel* record_;
   CapturePanel* capture_;
   PlotPanel* plotPanel_;
+  RecordCaption* caption_;
   StatusPanel* statusPanel_;
   AlarmPanel* alarmPanel_;
   LostNotice* lostNotice_;
@@ -108,6 +112,7 @@ class frm1 : public QMainWindow {
   PlotPointer pointer_;
   SecondaryWindows windows_;
   Freshness freshness_;
+  RecordCures cures_;
 };
 
 }  // namespace kestrel
