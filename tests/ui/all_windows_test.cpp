@@ -36,6 +36,41 @@ TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) 
   EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
 }
 
+// One rule, said in the window itself.
+TEST_F(AllWindows, WhileACaptureIsAwaitedServiceWindowsChangeNothingAndSayWhy) {
+  Start();
+  ChooseShortCaptures();
+  struct Deed {
+    Item item;
+    const char* control;
+    const char* note;
+  };
+  const std::array deeds{Deed{{"mnuCommand", "frmCommand"}, "cmdWrite", "lblNote"},
+                         Deed{{"mnuAlarmCtrl", "frmALM_CTRL"}, "ckXenable", "lblNote"},
+                         Deed{{"mnuDIOGPIO", "frmDIOGPIO"}, "opFuncGPIO1", "lblNote"},
+                         Deed{{"MnuCal", "frmCalibration"}, "cmdAutoNull", "lblNote"},
+                         Deed{{"mnuRegisters", "frmManualReg"}, "cmdUpdateFlash", "lblNote"},
+                         Deed{{"mnuParallel", "frmPort"}, "cmdOK", "lblHint"},
+                         Deed{{"mnuUsb", "frmUSBselect"}, "cmdFindEzUsb", "lblFinding"}};
+  for (const Deed& deed : deeds) Open(deed.item);
+  Choose("cbxCommand", 3);
+  During(1, [&] {
+    frames.clear();
+    for (const Deed& deed : deeds) {
+      SCOPED_TRACE(deed.item.window);
+      auto& window = Find<QDialog>(deed.item.window);
+      window.findChild<QAbstractButton*>(deed.control)->click();
+      EXPECT_EQ(window.findChild<QLabel*>(deed.note)->text(),
+                "Not done: the sensor is busy with a capture. Try again when it is complete, or "
+                "stop it.");
+    }
+    EXPECT_EQ(Writes(), std::vector<int>{});
+  });
+  Press("cmdStart");
+  EXPECT_EQ(Text("lblRecCount"), "1");
+  EXPECT_EQ(InterfaceType, kUsbAdapter);
+}
+
 // Offsets from the main window's corner, 15 twips to the pixel.
 TEST_F(AllWindows, WindowsArePlacedAtTheirOffsetsFromTheMainWindow) {
   Start();

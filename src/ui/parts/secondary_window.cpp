@@ -15,6 +15,20 @@ constexpr int kTwipsPerPixel = 15;  // at 96 pixels an inch, the toolkit's unsca
 
 }  // namespace
 
+bool RunUnlessCapturing(HandlerEdge& edge, const char* name, const std::function<void()>& handler) {
+  bool ran = false;
+  edge.RunIdle(name, [&] {
+    ran = true;
+    handler();
+  });
+  return ran;
+}
+
+QString WhyRefused() {
+  return QObject::tr(
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it.");
+}
+
 SecondaryWindow::SecondaryWindow(const char* name, const QString& title, HandlerEdge& edge,
                                  QWidget* parent, QPoint offsetTwips)
     : QDialog(parent), edge_(edge), offsetTwips_(offsetTwips) {
@@ -42,14 +56,7 @@ void SecondaryWindow::PlaceOnce() {
 }
 
 void SecondaryWindow::Change(const char* name, const std::function<void()>& handler) {
-  bool ran = false;
-  edge_.RunIdle(name, [&] {
-    ran = true;
-    handler();
-  });
-  if (ran) return;
-  Refused(tr(
-      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it."));
+  if (!RunUnlessCapturing(edge_, name, handler)) Refused(WhyRefused());
 }
 
 bool SecondaryWindow::event(QEvent* event) {

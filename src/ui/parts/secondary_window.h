@@ -10,6 +10,12 @@
 
 namespace kestrel {
 
+// The rule of all service windows: what changes the sensor is refused while a capture is waited
+// for. Returns whether the handler ran.
+bool RunUnlessCapturing(HandlerEdge& edge, const char* name, const std::function<void()>& handler);
+// What a window says then.
+[[nodiscard]] QString WhyRefused();
+
 // A window that belongs to the main window. It is placed beside it when first shown, and told
 // whenever it becomes active.
 class SecondaryWindow : public QDialog {
