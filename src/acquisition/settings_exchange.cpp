@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How record settings are written, read back, shown and restored.
 // SPDX-License-Identifier: MIT
 #include "acquisition/settings_exchange.h"
 

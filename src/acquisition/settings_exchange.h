@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The record settings of the window and of the sensor, kept the same.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading, writing and listing registers by hand.
 // SPDX-License-Identifier: MIT
 #include "device/manual_register.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the register window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the list of all registers is read and written down.
 // SPDX-License-Identifier: MIT
 #include "device/register_list.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of all registers with their contents.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Registers read, written and listed by hand, over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "device/manual_register.h"
 

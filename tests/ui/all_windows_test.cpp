@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // The windows together: opened from the menus, over one sensor that may be pulled out.
+// SPDX-License-Identifier: MIT
 
 #include <QFrame>
 #include <QMenu>

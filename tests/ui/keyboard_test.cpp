@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // Every window can be operated without a pointer.
+// SPDX-License-Identifier: MIT
 
 #include <QButtonGroup>
 #include <QMenu>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lights and read-outs of the spectral alarms.
 // SPDX-License-Identifier: MIT
 #include "ui/main/alarm_panel.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of spectral alarm state and peaks, axis by axis.
 // SPDX-License-Identifier: MIT
 #pragma once
 

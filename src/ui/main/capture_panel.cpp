@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of captures and of the data log.
 // SPDX-License-Identifier: MIT
 #include "ui/main/capture_panel.h"
 

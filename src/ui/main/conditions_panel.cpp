@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lines for product, supply, temperature and record count.
 // SPDX-License-Identifier: MIT
 #include "ui/main/conditions_panel.h"
 

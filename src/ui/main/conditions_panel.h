@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What is known of the sensor besides its status.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Captures taken without a screen, with pictures and data files.
 // SPDX-License-Identifier: MIT
 #include "ui/main/demo.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the main window is put together and what its controls do.
 // SPDX-License-Identifier: MIT
 #include "ui/main/frm1.h"
 
@@ -171,7 +171,10 @@ void frm1::ConnectPlot() {
       overlay_.RecordRedrawn();
     });
   }
-  recordListener_ = core_.record.OnChange([this] { cursor_.RecordChanged(); });
+  recordListener_ = core_.record.OnChange([this] {
+    cursor_.RecordChanged();
+    ShowRecordLine();
+  });
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });
@@ -226,7 +229,6 @@ void frm1::ConnectNotices() {
   cure(&MainNotices::RestoreWanted, "RestoreSettings", &Freshness::RestoreSettings);
   cure(&MainNotices::StopTimerWanted, "StopTimer", &Freshness::StopTimer);
   cure(&MainNotices::ReadWanted, "ReadMainFormRegisters", &Freshness::ReadAll);
-  core_.record.OnChange([this] { ShowRecordLine(); });
   connect(caption_, &RecordCaption::CureWanted, this,
           [this](Cure wanted) { cures_.CarryOut(wanted); });
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

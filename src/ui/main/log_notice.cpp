@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Questions and lines about data-log files.
 // SPDX-License-Identifier: MIT
 #include "ui/main/log_notice.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the user is asked and told about data-log files.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The words and cures of a lost adapter.
 // SPDX-License-Identifier: MIT
 #include "ui/main/lost_notice.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The items of the menus.
 // SPDX-License-Identifier: MIT
 #include "ui/main/main_menu.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lists and boxes of the record settings.
 // SPDX-License-Identifier: MIT
 #include "ui/main/record_panel.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of the record settings.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How each secondary window is opened, kept and refreshed.
 // SPDX-License-Identifier: MIT
 #include "ui/main/secondary_windows.h"
 

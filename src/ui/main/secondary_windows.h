@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows that the menus open.
 // SPDX-License-Identifier: MIT
 #pragma once
 

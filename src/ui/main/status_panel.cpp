@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lights of the status flags.
 // SPDX-License-Identifier: MIT
 #include "ui/main/status_panel.h"
 

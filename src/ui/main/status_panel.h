@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The column of status flags.
 // SPDX-License-Identifier: MIT
 #pragma once
 

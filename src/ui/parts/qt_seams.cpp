@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Message boxes and the hourglass, by the toolkit.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/qt_seams.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The toolkit's message boxes and mouse pointer.
 // SPDX-License-Identifier: MIT
 #pragma once
 

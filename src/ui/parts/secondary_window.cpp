@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Where a secondary window stands, and what it refuses during a capture.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/secondary_window.h"
 

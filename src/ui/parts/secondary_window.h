@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A window that belongs to the main window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The notes, buttons and readings of a window over sensor registers.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/sensor_window.h"
 

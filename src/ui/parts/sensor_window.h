@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A window that shows and edits registers of the sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How controls are made, named and painted.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/widgets.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Controls as all windows use them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The pointer's moves, presses and the Escape that ends a drag.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_pointer.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The pointer over the plot.
 // SPDX-License-Identifier: MIT
 #pragma once
 

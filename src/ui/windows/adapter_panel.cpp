@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The search for boards and the choice among them.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/adapter_panel.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of the four adapter records.
 // SPDX-License-Identifier: MIT
 #pragma once
 

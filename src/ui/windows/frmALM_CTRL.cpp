@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of ALM_CTRL.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmALM_CTRL.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The offset corrections and their two commands.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCalibration.h"
 

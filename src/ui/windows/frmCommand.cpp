@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of functions and the button that sends one.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCommand.h"
 

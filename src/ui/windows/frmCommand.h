@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of global commands, with its direct procedures.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the register window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmManualReg.h"
 

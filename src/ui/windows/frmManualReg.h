@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The parallel port's address and its choice.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmPort.h"
 

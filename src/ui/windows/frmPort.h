@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the parallel port.
 // SPDX-License-Identifier: MIT
 #pragma once
 

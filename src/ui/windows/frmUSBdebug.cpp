@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBdebug.h"
 

@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // The cursor on the main window's plot.
+// SPDX-License-Identifier: MIT
 
 #include <QAccessible>
 #include <QImage>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window: captures, settings, data log and interface.
 // SPDX-License-Identifier: MIT
 #include "ui/main/frm1.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm control window over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmALM_CTRL.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of global commands over the simulated sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCommand.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The settings of the data log, by their window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmFileDir.h"
 

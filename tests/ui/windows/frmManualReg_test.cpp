@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window over the simulated sensor.
 // SPDX-License-Identifier: MIT
 #include <QAbstractItemView>
 #include <QRegularExpression>
