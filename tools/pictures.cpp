@@ -10,7 +10,9 @@
 #include <QElapsedTimer>
 #include <QFrame>
 #include <QImage>
+#include <QPainter>
 #include <QRadioButton>
+#include <QTimer>
 #include <algorithm>
 #include <cstdio>
 #include <functional>
@@ -80,6 +82,10 @@ class Studio {
   }
 
   frm1& Window() { return program_.Window(); }
+  void Press(const char* button) { program_.Press(button); }
+  void Choose(const char* list, int index) {
+    Window().findChild<QComboBox*>(list)->setCurrentIndex(index);
+  }
   void ChooseMode(const char* mode) {
     auto* list = Window().findChild<QComboBox*>("cbxRecMode");
     list->setCurrentIndex(list->findText(mode));
@@ -116,7 +122,10 @@ class Gallery {
 
   void Add(const char* name, QWidget& window) {
     Settle();
-    drawn_[name] = Shrunk(window.grab()).save(folder_ + "/" + name);
+    AddPicture(name, window.grab());
+  }
+  void AddPicture(const char* name, const QPixmap& picture) {
+    drawn_[name] = Shrunk(picture).save(folder_ + "/" + name);
   }
   // Whether every picture of the list was drawn, and no other.
   [[nodiscard]] bool Complete() const {
@@ -164,6 +173,70 @@ void DrawWindows(Gallery& gallery) {
   gallery.Add("adapter_lost.png", studio.Find<QFrame>("lostNotice"));
 }
 
+// The line under the plot in each of its states, one below the other.
+class RecordLines {
+ public:
+  void Add(Studio& studio) {
+    Settle();
+    auto& line = studio.Find<QWidget>("recordCaption");
+    QPixmap picture(line.size() * line.devicePixelRatioF());
+    picture.setDevicePixelRatio(line.devicePixelRatioF());
+    picture.fill(line.palette().color(QPalette::Window));
+    line.render(&picture);
+    lines_.push_back(picture);
+  }
+  [[nodiscard]] QPixmap Stacked() const {
+    constexpr int kGap = 14;
+    QSizeF size(0, kGap);
+    for (const QPixmap& line : lines_) {
+      const QSizeF own = line.deviceIndependentSize();
+      size = {std::max(size.width(), own.width() + 2 * kGap), size.height() + own.height() + kGap};
+    }
+    const qreal ratio = lines_.front().devicePixelRatio();
+    QPixmap all((size * ratio).toSize());
+    all.setDevicePixelRatio(ratio);
+    all.fill(QApplication::palette().color(QPalette::Window));
+    QPainter painter(&all);
+    qreal y = kGap;
+    for (const QPixmap& line : lines_) {
+      painter.drawPixmap(QPointF(kGap, y), line);
+      y += line.deviceIndependentSize().height() + kGap;
+    }
+    return all;
+  }
+
+ private:
+  std::vector<QPixmap> lines_;
+};
+
+void DrawRecordLines(Gallery& gallery, const char* name) {
+  RecordLines lines;
+  {
+    Studio studio(BearingFault());
+    studio.Press("cmdReadBuffer");
+    lines.Add(studio);  // nothing was captured yet
+    studio.Capture(1, "1");
+    lines.Add(studio);
+    studio.Choose("cbxFFTAvgs", 255);
+    QTimer::singleShot(50, &studio.Window(), [&studio] { studio.Press("cmdStart"); });
+    studio.Press("cmdStart");
+    lines.Add(studio);  // stopped
+    studio.Choose("cbxFFTAvgs", 8);
+    studio.Capture(kAlarmCaptures, "1");
+    studio.Choose("cbxSignalRange", 1);
+    studio.Press("cmdReadBuffer");
+    lines.Add(studio);  // scaled for another range
+    studio.Choose("cbxSignalRange", 0);
+    studio.Capture(kAlarmCaptures, "1");
+    lines.Add(studio);  // clipped
+  }
+  Studio studio(RunningMachine());
+  studio.Capture(1, "1");
+  studio.LoseAdapter();
+  lines.Add(studio);
+  gallery.AddPicture(name, lines.Stacked());
+}
+
 void DrawDark(Gallery& gallery) {
   QApplication::setPalette(DarkPalette());
   Studio studio(RunningMachine());
@@ -185,6 +258,8 @@ int main(int argc, char** argv) {
   Gallery gallery(argv[1]);
   DrawWindows(gallery);
   DrawBands(gallery);
+  DrawRecordLines(gallery, "record_line.png");
   DrawDark(gallery);
+  DrawRecordLines(gallery, "record_line_dark.png");
   return gallery.Complete() ? 0 : 1;
 }

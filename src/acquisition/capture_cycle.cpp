@@ -214,6 +214,10 @@ void CaptureCycle::cmdGetRecord_Click(int record) {
   }
 }
 
+void CaptureCycle::StopSeries() {
+  core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData);
+}
+
 void CaptureCycle::Close() {
   closed_ = true;
   delay_.Close();

@@ -68,6 +68,9 @@ class CaptureCycle {
   // anew with other settings. REC_CTRL if nothing is said.
   void OnFoundAgain(std::function<void()> read) { foundAgain_ = std::move(read); }
 
+  // Ends a series that the sensor captures by itself in timer mode, and a capture under way.
+  void StopSeries();
+
   // The window is closing: a running capture ends without touching it or the sensor again.
   void Close();
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How record settings are written, read back, shown and restored.
 // SPDX-License-Identifier: MIT
 #include "acquisition/settings_exchange.h"
 
@@ -22,12 +22,28 @@ constexpr double kWorkingSignMs = 200;  // long enough to be seen
 
 }  // namespace
 
-void SettingsExchange::ReadMainFormRegisters() {
+void SettingsExchange::Restore(const Shown& shown) {
+  for (const auto& [setting, index] : shown.lists) view_.Select(setting, index);
+  for (int bit = 0; bit < kSampleRateBits; ++bit) {
+    view_.SetSampleRateBit(bit, (shown.rateBits >> bit & 1) != 0);
+  }
+  view_.SetPowerDown(shown.powerDown);
+  Set_RecCtrl();
+  Write_RecPrd();
+  cbxFFTAvgs_Click();
+  cbxRecPntr_Click();
+}
+
+void SettingsExchange::ReadSettings() {
   Display_RecCtrl();
   Read_FftAvg();
   Read_RecPrd();
   Read_RecPtrCnt();
   Read_FFTAVGS();
+}
+
+void SettingsExchange::ReadMainFormRegisters() {
+  ReadSettings();
   status_.ReadStatus("ReadMainFormRegisters");
   alarms_.DisplaySpectralALarmsStatus();
 }

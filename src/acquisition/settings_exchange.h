@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The record settings of the window and of the sensor, kept the same.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -48,6 +48,21 @@ class SettingsExchange {
         messages_(messages),
         delay_(delay),
         view_(view) {}
+
+  // The settings as they were read last; no list before the first reading.
+  struct Shown {
+    std::map<Setting, int> lists;  // list indices, -1 for nothing selected
+    int rateBits = 0;              // ckBW0..ckBW3
+    bool powerDown = false;
+    bool operator==(const Shown&) const = default;
+  };
+  [[nodiscard]] Shown LastRead() const { return {read_, readBits_, readPowerDown_}; }
+
+  // Writes settings that were read earlier and reads all of them back.
+  void Restore(const Shown& shown);
+
+  // Reads the settings again, and nothing else.
+  void ReadSettings();
 
   // Refreshes the window from the sensor; changes nothing while it cannot be reached.
   void ReadMainFormRegisters();

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading, writing and listing registers by hand.
 // SPDX-License-Identifier: MIT
 #include "device/manual_register.h"
 
@@ -32,6 +32,13 @@ std::string Written(std::int16_t row, std::uint16_t word) {
   std::string note = Hex(std::int32_t{word}) + " written to " + RegisterEntry(row);
   if (RegReadable[row]) note += ", which now holds " + Hex(RegValue & 0xFFFF);
   return note + ".";
+}
+
+// Empty where a text is the number of a word.
+std::string ConversionNote(const std::string& text) {
+  if (HexadecimalWord(text)) return "";
+  if (text.empty()) return "The box was empty. ";
+  return "\"" + text + "\" is no word of 1 to 4 hexadecimal digits. ";
 }
 
 }  // namespace
@@ -76,22 +83,15 @@ void ManualRegister::cmdWrite_Click(int index, const std::string& text) {
     messages_.Show("Writing a register: " + problem);
     return;
   }
-  const std::optional<std::uint16_t> word = HexadecimalWord(text);
-  if (!word) {
-    messages_.Show("Writing " + RegisterEntry(row) + ": \"" + text +
-                   "\" is no value for a register. Please enter 1 to 4 hexadecimal digits, for "
-                   "example 0, 1F or FFFE. Nothing was written.");
-    return;
-  }
-  if (Connected()) Write(row, *word);
+  if (Connected()) Write(row, LeadingHexadecimalWord(text), ConversionNote(text));
 }
 
-void ManualRegister::Write(std::int16_t row, std::uint16_t word) {
+void ManualRegister::Write(std::int16_t row, std::uint16_t word, const std::string& conversion) {
   registers_.WriteReg(row, word);
   if (!Connected()) return;
   delay_.Delay(float{kWriteMs});
   cmdReadAllReg_Click();
-  if (Connected() && ReadAndShow(row)) view_.SetNote(Written(row, word));
+  if (Connected() && ReadAndShow(row)) view_.SetNote(conversion + Written(row, word));
 }
 
 void ManualRegister::cmdReadAllReg_Click() {
@@ -104,14 +104,15 @@ void ManualRegister::cmdReadAllReg_Click() {
   listing_ = std::move(*listing);
   listedAt_ = locale_.Time();
   view_.ShowList(listing_);
-  view_.SetListNote(ListingNote(listing_, listedAt_));
+  view_.SetListNote(RegisterAccess::Usable()
+                        ? ListingNote(listing_, listedAt_)
+                        : "No interface is selected: nothing was read, every value stands as 0.");
 }
 
 void ManualRegister::cmdUpdateFlash_Click() {
-  if (!Connected()) return;
   registers_.WriteReg(row::COMMAND, kFlashUpdateCommand);
-  if (!Connected()) return;
   delay_.Delay(float{kFlashUpdateMs});
+  if (!Connected()) return;
   view_.SetNote("The sensor was told to store its settings in its flash memory.");
 }
 

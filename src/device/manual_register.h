@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the register window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -45,7 +45,7 @@ class ManualRegister {
   // `row` is the list index of the chosen register, kNoRegister when there is none.
   void cmboRegister_Click(int row);
   void cmdRead_Click(int row);
-  // Writes the hexadecimal number in `text`; any other text is named in a message and not written.
+  // Writes the word that `text` is converted to; the note tells where that is not what it says.
   void cmdWrite_Click(int row, const std::string& text);
   void cmdReadAllReg_Click();
   void cmdUpdateFlash_Click();
@@ -56,7 +56,7 @@ class ManualRegister {
 
  private:
   bool ReadAndShow(std::int16_t row);
-  void Write(std::int16_t row, std::uint16_t word);
+  void Write(std::int16_t row, std::uint16_t word, const std::string& conversion);
   // Whether there is a sensor; says so in the note where there is none.
   bool Connected();
 

@@ -1,9 +1,10 @@
-// Kestrel evaluation program
+// How the list of all registers is read and written down.
 // SPDX-License-Identifier: MIT
 #include "device/register_list.h"
 
 #include <algorithm>
 
+#include "app/program_state.h"
 #include "numeric/number_format.h"
 #include "regmap/register_table.h"
 
@@ -56,7 +57,8 @@ std::optional<RegisterListing> ReadAllRegisters(RegisterAccess& registers,
   for (std::int16_t row = 0; row <= RegCount; ++row) {
     if (RegReserved[row]) continue;
     const auto reading = registers.Read(row);
-    if (!reading && RegReadable[row]) return std::nullopt;
+    // Without an interface every register reads as 0; a lost sensor seems to answer anything.
+    if (!reading && RegReadable[row] && InterfaceType != kNoInterface) return std::nullopt;
     listing.lines.push_back({row, FourDigits(reading ? reading->value : 0), false});
   }
   listing.text = kHeading;

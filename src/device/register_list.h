@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of all registers with their contents.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -29,7 +29,8 @@ inline constexpr int kListHeadingLines = 2;
 [[nodiscard]] std::string RegisterEntry(std::int16_t row);
 
 // Reads every register that is not reserved. Names are brought to a length that suits the list, in
-// the register table itself. Nothing, and no name changed, when the sensor is lost meanwhile.
+// the register table itself. Nothing, and no name changed, when the sensor is lost; without an
+// interface every register reads as 0.
 [[nodiscard]] std::optional<RegisterListing> ReadAllRegisters(RegisterAccess& registers,
                                                               const RegisterListing& before);
 

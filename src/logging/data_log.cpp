@@ -58,7 +58,7 @@ void ResetDataLogState() {
 
 void DataLog::WriteDataFile() {
   const BusyMark busy(view_, loop_);
-  const std::string name = DataLogName.empty() ? kDefaultLogName : DataLogName;
+  const std::string name = IsBlank(DataLogName) ? kDefaultLogName : DataLogName;
   RefuseBadName(name);
   if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
   const std::filesystem::path file = NextLogFile(files_, locale_);

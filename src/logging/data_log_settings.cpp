@@ -2,10 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "logging/data_log_settings.h"
 
+#include <algorithm>
+
 #include "app/file_name.h"
 #include "logging/data_log.h"
 
 namespace kestrel {
+
+bool IsBlank(const std::string& name) {
+  return name.find_first_not_of(" \t") == std::string::npos;
+}
 
 DataLogSettings::DataLogSettings(Messages& messages)
     : messages_(messages), earlierName_(DataLogName), earlierLsb_(DataFormatLSB) {
@@ -19,6 +25,7 @@ void DataLogSettings::txtFileName_Change(const std::string& name) {
 }
 
 void DataLogSettings::cmdReSetFileIndex_Click() {
+  if (!numberBeforeReset_) numberBeforeReset_ = DataLogIndex;
   DataLogIndex = 1;
 }
 
@@ -28,7 +35,7 @@ void DataLogSettings::ChooseFormat(bool lsb) {
 
 bool DataLogSettings::cmdOK_Click() {
   std::string problem = "Please enter a file name or press CANCEL";
-  if (!typedName_.empty()) {
+  if (!IsBlank(typedName_)) {
     problem = FileNameProblem(typedName_);
     if (problem.empty()) return true;
     problem = "File name " + typedName_ + ": " + problem + ".";
@@ -41,6 +48,7 @@ bool DataLogSettings::cmdOK_Click() {
 void DataLogSettings::cmdCancel_Click() {
   DataLogName = earlierName_;
   DataFormatLSB = earlierLsb_;
+  if (numberBeforeReset_) DataLogIndex = std::max(DataLogIndex, *numberBeforeReset_);
 }
 
 }  // namespace kestrel

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "seams/messages.h"
@@ -12,7 +14,11 @@ namespace kestrel {
 inline constexpr const char* kDefaultLogName = "Datalog";
 inline constexpr const char* kProposedLogName = "DATALOG";
 
-// An edit of the data-log settings. Changes hold at once; Cancel takes back name and format.
+// A name that nobody would see: none, or nothing but blanks.
+[[nodiscard]] bool IsBlank(const std::string& name);
+
+// An edit of the data-log settings. Changes hold at once; Cancel takes back name, format and a
+// reset of the number, which then goes on behind the files written meanwhile.
 class DataLogSettings {
  public:
   explicit DataLogSettings(Messages& messages);
@@ -30,6 +36,7 @@ class DataLogSettings {
   std::string earlierName_;
   bool earlierLsb_;
   std::string typedName_;
+  std::optional<std::int16_t> numberBeforeReset_;
 };
 
 }  // namespace kestrel

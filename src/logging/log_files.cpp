@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <string_view>
 
 #include "logging/data_log.h"
@@ -14,7 +15,7 @@ namespace kestrel {
 namespace {
 
 std::string NameInUse() {
-  return DataLogName.empty() ? kDefaultLogName : DataLogName;
+  return IsBlank(DataLogName) ? kDefaultLogName : DataLogName;
 }
 
 // The number of a file of the series "start1end", "start2end", ...; 0 for any other file.
@@ -36,12 +37,37 @@ std::filesystem::path NextLogFile(Files& files, Locale& locale) {
                                      FormatFor(locale.DecimalMark()).extension);
 }
 
-int LogFilesInTheWay(Files& files, Locale& locale) {
+std::vector<int> LogNumbersInTheWay(Files& files, Locale& locale) {
   const std::string start = NameInUse() + "_";
   const std::string end = FormatFor(locale.DecimalMark()).extension;
-  const auto names = files.List(FolderOfUserFiles(files));
-  return static_cast<int>(std::ranges::count_if(
-      names, [&](const std::string& name) { return NumberOf(name, start, end) >= DataLogIndex; }));
+  std::vector<int> numbers;
+  for (const std::string& name : files.List(FolderOfUserFiles(files))) {
+    const int number = NumberOf(name, start, end);
+    if (number >= DataLogIndex) numbers.push_back(number);
+  }
+  std::ranges::sort(numbers);
+  return numbers;
+}
+
+int LogFilesInTheWay(Files& files, Locale& locale) {
+  return static_cast<int>(LogNumbersInTheWay(files, locale).size());
+}
+
+std::optional<std::int16_t> NextFreeLogNumber(Files& files, Locale& locale) {
+  const std::vector<int> numbers = LogNumbersInTheWay(files, locale);
+  if (numbers.empty()) return DataLogIndex;
+  if (numbers.back() >= std::numeric_limits<std::int16_t>::max()) return std::nullopt;
+  return static_cast<std::int16_t>(numbers.back() + 1);
+}
+
+std::string NamesOfFilesInTheWay(Files& files, Locale& locale) {
+  const std::vector<int> numbers = LogNumbersInTheWay(files, locale);
+  if (numbers.empty()) return "";
+  const auto name = [&](int number) {
+    return NameInUse() + "_" + std::to_string(number) + FormatFor(locale.DecimalMark()).extension;
+  };
+  if (numbers.size() == 1) return name(numbers.front());
+  return name(numbers.front()) + " to " + name(numbers.back());
 }
 
 std::string WarningOfFilesInTheWay(Files& files, Locale& locale) {

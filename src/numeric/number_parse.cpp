@@ -81,14 +81,26 @@ std::optional<std::uint32_t> HexadecimalNumber(std::string_view text) {
   return value;
 }
 
-std::optional<std::uint16_t> HexadecimalWord(std::string_view text) {
-  std::string_view digits = Trim(text);
+namespace {
+
+std::string_view WithoutPrefix(std::string_view digits) {
   for (const std::string_view prefix : {"0x", "0X", "&H", "&h"}) {
-    if (digits.starts_with(prefix)) {
-      digits.remove_prefix(prefix.size());
-      break;
-    }
+    if (digits.starts_with(prefix)) return digits.substr(prefix.size());
   }
+  return digits;
+}
+
+}  // namespace
+
+std::uint16_t LeadingHexadecimalWord(std::string_view text) {
+  std::string_view digits = WithoutPrefix(Trim(text));
+  digits = digits.substr(0, digits.find_first_not_of("0123456789abcdefABCDEF"));
+  if (digits.size() > 4) digits.remove_prefix(digits.size() - 4);
+  return static_cast<std::uint16_t>(HexadecimalNumber(digits).value_or(0));
+}
+
+std::optional<std::uint16_t> HexadecimalWord(std::string_view text) {
+  const std::string_view digits = WithoutPrefix(Trim(text));
   if (digits.size() > 4 || digits != Trim(digits)) return std::nullopt;
   const std::optional<std::uint32_t> number = HexadecimalNumber(digits);
   if (!number) return std::nullopt;

@@ -22,4 +22,9 @@ namespace kestrel {
 // allowed; nothing otherwise.
 [[nodiscard]] std::optional<std::uint16_t> HexadecimalWord(std::string_view text);
 
+// The word that a text is converted to: the low 16 bits of the number that its hexadecimal digits
+// make, "0x" or "&H" before them and blanks around it allowed, up to the first character that is
+// none; 0 where it begins with none.
+[[nodiscard]] std::uint16_t LeadingHexadecimalWord(std::string_view text);
+
 }  // namespace kestrel

@@ -9,6 +9,9 @@ namespace kestrel {
 // What the user wants done with changes that would be lost.
 enum class Unsaved { Save, Discard, Cancel };
 
+// What the user wants done with files of earlier days that the next ones would replace.
+enum class EarlierFiles { GoOn, Replace, OtherName };
+
 // Message boxes; they return once the user has dismissed them.
 class Messages {
  public:
@@ -26,6 +29,11 @@ class Messages {
 
   // Where nobody can be asked, changes are discarded.
   virtual Unsaved AskToSave(const std::string& /*text*/) { return Unsaved::Discard; }
+
+  // Where nobody can be asked, no file is replaced.
+  virtual EarlierFiles AskAboutEarlierFiles(const std::string& /*text*/) {
+    return EarlierFiles::GoOn;
+  }
 };
 
 }  // namespace kestrel

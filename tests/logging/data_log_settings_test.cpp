@@ -128,13 +128,42 @@ TEST_F(LogSettings, TheFormatHoldsAtOnce) {
   EXPECT_FALSE(DataFormatLSB);
 }
 
-TEST_F(LogSettings, ResetBeginsWithFile1AndCancelDoesNotTakeItBack) {
+TEST_F(LogSettings, ResetBeginsWithFile1AndOkKeepsIt) {
   DataLogIndex = 32767;
   DataLogSettings settings(messages);
   settings.cmdReSetFileIndex_Click();
   EXPECT_EQ(DataLogIndex, 1);
-  settings.cmdCancel_Click();
+  EXPECT_TRUE(settings.cmdOK_Click());
   EXPECT_EQ(DataLogIndex, 1);
+}
+
+TEST_F(LogSettings, CancelTakesAResetBackHoweverOftenItWasPressed) {
+  DataLogIndex = 9;
+  DataLogSettings settings(messages);
+  settings.cmdReSetFileIndex_Click();
+  settings.cmdReSetFileIndex_Click();
+  settings.cmdCancel_Click();
+  EXPECT_EQ(DataLogIndex, 9);
+}
+
+TEST_F(LogSettings, CancelKeepsTheNumbersOfFilesThatWereWrittenMeanwhile) {
+  DataLogIndex = 9;
+  DataLogSettings settings(messages);
+  DataLogIndex = 11;  // two captures
+  settings.cmdCancel_Click();
+  EXPECT_EQ(DataLogIndex, 11);
+  settings.cmdReSetFileIndex_Click();
+  DataLogIndex = 14;
+  settings.cmdCancel_Click();
+  EXPECT_EQ(DataLogIndex, 14);
+}
+
+TEST_F(LogSettings, ANameOfBlanksIsRefusedLikeNone) {
+  DataLogName = "pump";
+  for (const char* name : {" ", "   ", "\t"}) {
+    EXPECT_EQ(Refusal(name), Words{"Please enter a file name or press CANCEL"}) << name;
+  }
+  EXPECT_EQ(DataLogName, "pump");
 }
 
 }  // namespace

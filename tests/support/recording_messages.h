@@ -33,9 +33,15 @@ class RecordingMessages : public Messages {
     return answer;
   }
 
+  EarlierFiles AskAboutEarlierFiles(const std::string& text) override {
+    questions.push_back(text);
+    return earlierFiles;
+  }
+
   std::vector<std::string> explanations;  // of the boxes that may have one
   std::vector<std::string> questions;
   Unsaved answer = Unsaved::Discard;
+  EarlierFiles earlierFiles = EarlierFiles::GoOn;
 
   [[nodiscard]] const std::vector<std::string>& Texts() const { return texts_; }
   [[nodiscard]] const std::vector<std::string>& Titles() const { return titles_; }

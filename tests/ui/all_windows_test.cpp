@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // The windows together: opened from the menus, over one sensor that may be pulled out.
+// SPDX-License-Identifier: MIT
 
 #include <QFrame>
 #include <QMenu>
@@ -34,6 +33,71 @@ TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) 
     EXPECT_EQ(Window().findChildren<QDialog*>(item.window).size(), 1);
   }
   EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
+}
+
+// One rule, said in the window itself.
+TEST_F(AllWindows, WhileACaptureIsAwaitedServiceWindowsChangeNothingAndSayWhy) {
+  Start();
+  ChooseShortCaptures();
+  struct Deed {
+    Item item;
+    const char* control;
+    const char* note;
+  };
+  const std::array deeds{Deed{{"mnuCommand", "frmCommand"}, "cmdWrite", "lblNote"},
+                         Deed{{"mnuAlarmCtrl", "frmALM_CTRL"}, "ckXenable", "lblNote"},
+                         Deed{{"mnuDIOGPIO", "frmDIOGPIO"}, "opFuncGPIO1", "lblNote"},
+                         Deed{{"MnuCal", "frmCalibration"}, "cmdAutoNull", "lblNote"},
+                         Deed{{"mnuRegisters", "frmManualReg"}, "cmdUpdateFlash", "lblNote"},
+                         Deed{{"mnuParallel", "frmPort"}, "cmdOK", "lblHint"},
+                         Deed{{"mnuUsb", "frmUSBselect"}, "cmdFindEzUsb", "lblFinding"}};
+  for (const Deed& deed : deeds) Open(deed.item);
+  Choose("cbxCommand", 3);
+  During(1, [&] {
+    frames.clear();
+    for (const Deed& deed : deeds) {
+      SCOPED_TRACE(deed.item.window);
+      auto& window = Find<QDialog>(deed.item.window);
+      window.findChild<QAbstractButton*>(deed.control)->click();
+      EXPECT_EQ(window.findChild<QLabel*>(deed.note)->text(),
+                "Not done: the sensor is busy with a capture. Try again when it is complete, or "
+                "stop it.");
+    }
+    EXPECT_EQ(Writes(), std::vector<int>{});
+  });
+  Press("cmdStart");
+  EXPECT_EQ(Text("lblRecCount"), "1");
+  EXPECT_EQ(InterfaceType, kUsbAdapter);
+}
+
+// Offsets from the main window's corner, 15 twips to the pixel.
+TEST_F(AllWindows, WindowsArePlacedAtTheirOffsetsFromTheMainWindow) {
+  Start();
+  const QPoint corner(10, 20);
+  Window().move(corner);
+  Settle();
+  struct Placed {
+    Item item;
+    QPoint offset;
+  };
+  for (const Placed& placed : {Placed{{"mnuAlarmCtrl", "frmALM_CTRL"}, {20, 220}},
+                               Placed{{"mnuCommand", "frmCommand"}, {40, 220}},
+                               Placed{{"mnuDIOGPIO", "frmDIOGPIO"}, {20, 167}},
+                               Placed{{"MnuCal", "frmCalibration"}, {20, 200}},
+                               Placed{{"mnuRecInfo", "frmRecInfo"}, {87, 447}}}) {
+    SCOPED_TRACE(placed.item.window);
+    const QDialog& window = Open(placed.item);
+    const QRect room = window.screen()->availableGeometry();
+    const QPoint wished = Window().pos() + placed.offset;
+    const QPoint place(std::min(wished.x(), room.right() - window.width()),
+                       std::min(wished.y(), room.bottom() - window.height()));
+    EXPECT_EQ(window.pos(), place);
+    if (room.height() > 600) EXPECT_EQ(window.pos().x(), wished.x());
+  }
+  Find<QDialog>("frmCommand").move(300, 30);
+  Find<QDialog>("frmCommand").close();
+  Trigger("mnuCommand");
+  EXPECT_EQ(Find<QDialog>("frmCommand").pos(), QPoint(300, 30)) << "where the user moved it";
 }
 
 TEST_F(AllWindows, TheProgramClosesWithAllOfThemOpen) {

@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // Every window can be operated without a pointer.
+// SPDX-License-Identifier: MIT
 
 #include <QButtonGroup>
 #include <QMenu>
@@ -138,6 +137,33 @@ TEST_F(Keyboard, MnemonicsAreUniqueWithinAWindow) {
       }
       if (widget->property("title").isValid()) {
         take(widget->property("title").toString(), Told(*widget));
+      }
+    }
+  });
+}
+
+// Also those that show at times only: notices, the menu of the simulated sensor.
+TEST_F(Keyboard, NoTwoControlsOfAWindowShareAMnemonicEvenWhereTheyAreHidden) {
+  EachWindow([](QWidget& window) {
+    SCOPED_TRACE(window.objectName().toStdString());
+    std::map<QChar, std::string> taken;
+    const auto take = [&](const QString& text, const std::string& who) {
+      const QChar key = Mnemonic(text);
+      if (key.isNull()) return;
+      EXPECT_EQ(taken.count(key), 0U)
+          << who << " and " << taken[key] << " are both Alt+" << QString(key).toStdString();
+      taken[key] = who;
+    };
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+      if (widget->window() != &window) continue;
+      if (const auto* bar = qobject_cast<const QMenuBar*>(widget)) {
+        for (const QAction* menu : bar->actions()) take(menu->text(), menu->text().toStdString());
+      } else if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+        take(button->text(), Told(*button));
+      } else if (const auto* box = qobject_cast<const QGroupBox*>(widget)) {
+        take(box->title(), Told(*box));
+      } else if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+        if (label->buddy() != nullptr) take(label->text(), Told(*label));
       }
     }
   });

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lights and read-outs of the spectral alarms.
 // SPDX-License-Identifier: MIT
 #include "ui/main/alarm_panel.h"
 
@@ -27,8 +27,7 @@ QLabel* Heading(const QString& text) {
 
 }  // namespace
 
-AlarmPanel::AlarmPanel() {
-  setTitle(tr("Spectral alarms"));
+AlarmPanel::AlarmPanel(Locale& locale) : AsOfBox(tr("Spectral alarms"), locale) {
   auto* grid = new QGridLayout(this);
   grid->setVerticalSpacing(3);
   grid->addWidget(Heading(tr("Alarm")), 0, AlarmColumn);
@@ -83,6 +82,18 @@ void AlarmPanel::SetIndicator(Axis axis, int band, double colour) {
                                           .arg(QChar('X' + static_cast<int>(Index(axis))))
                                           .arg(band)
                                           .arg(StateText(colour)));
+  Refreshed();
+}
+
+void AlarmPanel::Grey() {
+  for (const Axis axis : kAxes) {
+    for (int band = 1; band <= kAlarmBands; ++band) {
+      QLabel* indicator = rows_[Index(axis)].lblBA.at(static_cast<std::size_t>(band));
+      PaintGrey(indicator);
+      indicator->setAccessibleDescription(
+          tr("%1, not known now").arg(indicator->accessibleDescription()));
+    }
+  }
 }
 
 void AlarmPanel::SetPeak(Axis axis, const std::string& text) {

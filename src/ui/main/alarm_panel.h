@@ -1,27 +1,30 @@
-// Kestrel evaluation program
+// The panel of spectral alarm state and peaks, axis by axis.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <array>
 
 #include "alarms/alarm_status.h"
+#include "ui/main/as_of_box.h"
 
 namespace kestrel {
 
 // Spectral alarm state and peak of each axis. Control arrays count the axes from 1; the indicator
 // of an axis and band is lblBA_ axis x 10 + band.
-class AlarmPanel : public QGroupBox, public AlarmStatusView {
+class AlarmPanel : public AsOfBox, public AlarmStatusView {
  public:
-  AlarmPanel();
+  explicit AlarmPanel(Locale& locale);
 
   void SetBand(Axis axis, const std::string& text) override;
   void SetAlarm(Axis axis, const std::string& text) override;
   void SetIndicator(Axis axis, int band, double colour) override;
   void SetPeak(Axis axis, const std::string& text) override;
   void SetPeakBin(Axis axis, const std::string& text) override;
+
+ protected:
+  void Grey() override;
 
  private:
   struct Row {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of captures and of the data log.
 // SPDX-License-Identifier: MIT
 #include "ui/main/capture_panel.h"
 
@@ -104,6 +104,7 @@ void CapturePanel::SetSupply(const std::string& text) {
 
 void CapturePanel::SetTemp(const std::string& text) {
   conditions_.LbLTemp->setText(QString::fromStdString(text));
+  conditions_.NoteReading();
 }
 
 void CapturePanel::ShowHourglass(bool shown) {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lines for product, supply, temperature and record count.
 // SPDX-License-Identifier: MIT
 #include "ui/main/conditions_panel.h"
 
@@ -8,12 +8,12 @@
 
 namespace kestrel {
 
-ConditionsPanel::ConditionsPanel()
-    : lblProduct(MakeLabel("lblProduct", "")),
+ConditionsPanel::ConditionsPanel(Locale& locale)
+    : AsOfBox(tr("Sensor"), locale),
+      lblProduct(MakeLabel("lblProduct", "")),
       LbLSupply(MakeLabel("LbLSupply", "")),
       LbLTemp(MakeLabel("LbLTemp", "")),
       lblRecCount(MakeLabel("lblRecCount", "")) {
-  setTitle(tr("Sensor"));
   auto* form = new QFormLayout(this);
   form->setVerticalSpacing(3);
   form->addRow(tr("Product"), lblProduct);

@@ -1,21 +1,28 @@
-// Kestrel evaluation program
+// What is known of the sensor besides its status.
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QGroupBox>
 #include <QLabel>
+
+#include "ui/main/as_of_box.h"
 
 namespace kestrel {
 
 // What is known of the sensor besides its status: product, supply, temperature, record count.
-class ConditionsPanel : public QGroupBox {
+class ConditionsPanel : public AsOfBox {
  public:
-  ConditionsPanel();
+  explicit ConditionsPanel(Locale& locale);
+
+  // Supply and temperature have just been read.
+  void NoteReading() { Refreshed(); }
 
   QLabel* lblProduct;
   QLabel* LbLSupply;
   QLabel* LbLTemp;
   QLabel* lblRecCount;
+
+ protected:
+  void Grey() override {}  // it has no colours
 };
 
 }  // namespace kestrel

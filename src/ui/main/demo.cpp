@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Captures taken without a screen, with pictures and data files.
 // SPDX-License-Identifier: MIT
 #include "ui/main/demo.h"
 
@@ -45,7 +45,7 @@ bool CaptureInMode(frm1& window, int recMode, const QString& folder) {
 }
 
 // "X None, Y None, Z Warning in band 3".
-QString AlarmState(frm1& window) {
+QString AlarmStateText(frm1& window) {
   QStringList axes;
   for (int axis = 1; axis <= 3; ++axis) {
     const auto text = [&](const char* box) {
@@ -79,7 +79,7 @@ int RunAlarmDemo(frm1& window, const QString& folder) {
   QString before;
   for (int number = 1; number <= kAlarmDemoCaptures; ++number) {
     if (!CaptureToFile(window)) return 1;
-    const QString state = AlarmState(window);
+    const QString state = AlarmStateText(window);
     std::printf("Capture %d: %s\n", number, qPrintable(state));
     if (state == before) continue;
     before = state;

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How the main window is put together and what its controls do.
 // SPDX-License-Identifier: MIT
 #include "ui/main/frm1.h"
 
@@ -15,6 +15,7 @@
 #include "ui/main/interface_text.h"
 #include "ui/parts/fit_screen.h"
 #include "ui/parts/line_label.h"
+#include "ui/parts/wheel_guard.h"
 #include "ui/parts/widgets.h"
 #include "ui/windows/about_box.h"
 #include "ui/windows/user_guide.h"
@@ -45,13 +46,16 @@ frm1::frm1(Core& core, SimulatorControl simulator)
                  },
              .idle = [this] { return IsIdle(); }}),
       menu_(new MainMenu(*this)),
-      conditions_(new ConditionsPanel),
+      conditions_(new ConditionsPanel(core.seams.locale)),
       record_(new RecordPanel(conditions_->lblRecCount)),
       capture_(new CapturePanel(*record_, *conditions_, core.seams.pointer)),
       plotPanel_(new PlotPanel(core.record)),
-      statusPanel_(new StatusPanel),
-      alarmPanel_(new AlarmPanel),
+      caption_(new RecordCaption),
+      statusPanel_(new StatusPanel(core.seams.locale)),
+      alarmPanel_(new AlarmPanel(core.seams.locale)),
       lostNotice_(new LostNotice(core, edge_)),
+      strip_(new NoticeStrip("noticeStrip", lostNotice_)),
+      notices_(*strip_),
       watcher_(new AdapterWatcher(core, edge_, this)),
       lblInterface_(new LineLabel),
       alarms_(core.registers, *alarmPanel_),
@@ -66,7 +70,10 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
       cursor_(core.record, *plotPanel_),
       pointer_(*plotPanel_, overlay_, cursor_, edge_),
-      windows_(core, edge_, overlay_, this) {
+      windows_(core, edge_, overlay_, this),
+      freshness_({settings_, status_, cycle_, windows_, *record_, *conditions_, *statusPanel_,
+                  *alarmPanel_, *lostNotice_, *strip_, notices_}),
+      cures_({core, edge_, plot_, settings_, *record_, *capture_, windows_}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -76,7 +83,9 @@ frm1::frm1(Core& core, SimulatorControl simulator)
   ConnectPlot();
   ConnectMenu();
   ConnectWindows();
+  ConnectNotices();
   qApp->installEventFilter(this);
+  qApp->installEventFilter(new WheelGuard(this));
   Handle("Form_Load", [this] { Form_Load(); });
   FitScreen(*this);
 }
@@ -88,6 +97,7 @@ void frm1::LayOut() {
   left->addStretch();
   auto* middle = new QVBoxLayout;
   middle->addWidget(plotPanel_, 1);
+  middle->addWidget(caption_);
   middle->addWidget(alarmPanel_);
   auto* right = new QVBoxLayout;
   right->addWidget(conditions_);
@@ -101,7 +111,7 @@ void frm1::LayOut() {
   auto* all = new QWidget;
   auto* rows = new QVBoxLayout(all);
   rows->addLayout(columns, 1);
-  rows->addWidget(lostNotice_);
+  rows->addWidget(strip_);
   setCentralWidget(all);
   statusBar()->addWidget(lblInterface_, 1);
   statusBar()->addPermanentWidget(capture_->progress);
@@ -117,6 +127,7 @@ void frm1::ConnectButtons() {
   const auto clicked = &QPushButton::clicked;
   On(capture_->cmdStart, clicked, "cmdStart_Click", [this] {
     settings_.HideWorkingSign();
+    notices_.CaptureStarted();
     cycle_.cmdStart_Click();
   });
   On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click", [this] {
@@ -160,7 +171,10 @@ void frm1::ConnectPlot() {
       overlay_.RecordRedrawn();
     });
   }
-  recordListener_ = core_.record.OnChange([this] { cursor_.RecordChanged(); });
+  recordListener_ = core_.record.OnChange([this] {
+    cursor_.RecordChanged();
+    ShowRecordLine();
+  });
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
           [this](CursorStep step) { cursor_.Step(step); });
@@ -194,12 +208,33 @@ void frm1::ConnectMenu() {
 
 // What tells that the adapter is gone, or that another one has been chosen.
 void frm1::ConnectWindows() {
-  const auto refill = [this] { settings_.ReadMainFormRegisters(); };
+  const auto refill = [this] { freshness_.InterfaceChosen(); };
   On(lostNotice_, &LostNotice::SelectWanted, "mnuUsb_Click", [this] { windows_.OpenUsb(); });
   connect(lostNotice_, &LostNotice::InterfaceChosen, this, refill);
   connect(&windows_, &SecondaryWindows::InterfaceChosen, this, refill);
+  connect(&windows_, &SecondaryWindows::CommandSent, this,
+          [this](int bit) { freshness_.CommandSent(bit); });
+  connect(&windows_, &SecondaryWindows::RegisterWritten, this,
+          [this](int row) { freshness_.RegisterWritten(row); });
   cycle_.OnFoundAgain(refill);
   connect(watcher_, &AdapterWatcher::Lost, this, [this] { SetCommInterfaceIndicators(); });
+}
+
+// Cures use the sensor: not while a capture is waited for.
+void frm1::ConnectNotices() {
+  const auto cure = [this](auto signal, const char* name, void (Freshness::*deed)()) {
+    connect(&notices_, signal, this,
+            [this, name, deed] { edge_.RunIdle(name, [this, deed] { (freshness_.*deed)(); }); });
+  };
+  cure(&MainNotices::RestoreWanted, "RestoreSettings", &Freshness::RestoreSettings);
+  cure(&MainNotices::StopTimerWanted, "StopTimer", &Freshness::StopTimer);
+  cure(&MainNotices::ReadWanted, "ReadMainFormRegisters", &Freshness::ReadAll);
+  connect(caption_, &RecordCaption::CureWanted, this,
+          [this](Cure wanted) { cures_.CarryOut(wanted); });
+}
+
+void frm1::ShowRecordLine() {
+  caption_->Show(core_.record.Get(), {.sensorLost = !RegisterAccess::Usable()});
 }
 
 void frm1::Form_Load() {
@@ -229,7 +264,8 @@ void frm1::SetCommInterfaceIndicators() {
   menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
   menu_->ShowDebug(simulator_.isConnected());
-  lostNotice_->Refresh();
+  freshness_.Refresh();
+  ShowRecordLine();
 }
 
 void frm1::SetProductNumber(std::int16_t product) {
@@ -267,7 +303,7 @@ void frm1::CmdReadStatus_Click() {
 
 void frm1::ckDataLog_Click() {
   capture_->ShowDataLogState();
-  if (capture_->ckDataLog->isChecked()) logNotice_.ShowNext();
+  if (capture_->ckDataLog->isChecked() && logNotice_.SwitchedOn()) windows_.OpenDataLog();
   status_.ReadStatus("ckDataLog");
   settings_.ReadMainFormRegisters();
 }
@@ -286,6 +322,8 @@ void frm1::closeEvent(QCloseEvent* event) {
 // Escape stops a capture whichever control of this window has the focus.
 bool frm1::eventFilter(QObject* watched, QEvent* event) {
   if (watched->isWidgetType() && pointer_.TakesKey(*event)) return true;
+  // A window that becomes active reads the sensor: a loss is found before that, without a message.
+  if (event->type() == QEvent::WindowActivate) watcher_->Look();
   if (event->type() == QEvent::KeyRelease && capture_->KeyPreview()) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const auto* widget = qobject_cast<QWidget*>(watched);

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -17,15 +17,20 @@
 #include "ui/main/alarm_panel.h"
 #include "ui/main/capture_panel.h"
 #include "ui/main/conditions_panel.h"
+#include "ui/main/freshness.h"
 #include "ui/main/log_notice.h"
 #include "ui/main/lost_notice.h"
 #include "ui/main/main_menu.h"
+#include "ui/main/main_notices.h"
+#include "ui/main/record_cures.h"
 #include "ui/main/record_panel.h"
 #include "ui/main/secondary_windows.h"
 #include "ui/main/simulator_control.h"
 #include "ui/main/status_panel.h"
+#include "ui/parts/notice_strip.h"
 #include "ui/plot/plot_panel.h"
 #include "ui/plot/plot_pointer.h"
+#include "ui/plot/record_caption.h"
 
 namespace kestrel {
 
@@ -57,6 +62,8 @@ class frm1 : public QMainWindow {
   void ConnectPlot();
   void ConnectMenu();
   void ConnectWindows();
+  void ConnectNotices();
+  void ShowRecordLine();
   template <typename Sender, typename Signal, typename Handler>
   void On(Sender* sender, Signal signal, const char* name, Handler handler);
   void Form_Load();
@@ -81,9 +88,12 @@ class frm1 : public QMainWindow {
   RecordPanel* record_;
   CapturePanel* capture_;
   PlotPanel* plotPanel_;
+  RecordCaption* caption_;
   StatusPanel* statusPanel_;
   AlarmPanel* alarmPanel_;
   LostNotice* lostNotice_;
+  NoticeStrip* strip_;
+  MainNotices notices_;
   AdapterWatcher* watcher_;
   QLabel* lblInterface_;
 
@@ -101,6 +111,8 @@ class frm1 : public QMainWindow {
   CurrentRecord::Listener recordListener_;
   PlotPointer pointer_;
   SecondaryWindows windows_;
+  Freshness freshness_;
+  RecordCures cures_;
 };
 
 }  // namespace kestrel

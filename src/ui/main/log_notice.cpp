@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Questions and lines about data-log files.
 // SPDX-License-Identifier: MIT
 #include "ui/main/log_notice.h"
 
@@ -12,6 +12,26 @@ namespace {
 constexpr int kShownMs = 10000;  // long enough to read a path
 
 }  // namespace
+
+bool LogNotice::SwitchedOn() {
+  Files& files = core_.seams.files;
+  Locale& locale = core_.seams.locale;
+  const std::string names = NamesOfFilesInTheWay(files, locale);
+  bool otherName = false;
+  if (!names.empty() && replaced_ != DataLogName) {
+    const auto free = NextFreeLogNumber(files, locale);
+    const EarlierFiles wish = core_.seams.messages.AskAboutEarlierFiles(
+        "There are files of earlier captures under this name: " + names +
+        ". Going on behind them keeps them" +
+        (free ? ": the next number is then " + std::to_string(*free) + "."
+              : ", but there is no number left for that."));
+    if (wish == EarlierFiles::GoOn && free) DataLogIndex = *free;
+    if (wish == EarlierFiles::Replace) replaced_ = DataLogName;
+    otherName = wish == EarlierFiles::OtherName || (wish == EarlierFiles::GoOn && !free);
+  }
+  ShowNext();
+  return otherName;
+}
 
 void LogNotice::ShowNext() {
   Files& files = core_.seams.files;

@@ -1,8 +1,10 @@
-// Kestrel evaluation program
+// What the user is asked and told about data-log files.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <QStatusBar>
+#include <optional>
+#include <string>
 
 #include "connection/core.h"
 #include "logging/data_log.h"
@@ -16,16 +18,21 @@ class LogNotice {
   LogNotice(Core& core, const DataLog& log, CapturePanel& capture, QStatusBar& bar)
       : core_(core), log_(log), capture_(capture), bar_(bar) {}
 
-  // Where the next one goes, and which earlier files it replaces.
-  void ShowNext();
+  // The log has been switched on: asks once for each name what is to become of files of earlier
+  // days that would be replaced, and says where the next one goes. Returns whether the user wants
+  // to choose another name.
+  [[nodiscard]] bool SwitchedOn();
   // Where the last one went, once.
   void ShowLast();
 
  private:
+  void ShowNext();
+
   Core& core_;
   const DataLog& log_;
   CapturePanel& capture_;
   QStatusBar& bar_;
+  std::optional<std::string> replaced_;  // the name whose earlier files may be replaced
 };
 
 }  // namespace kestrel

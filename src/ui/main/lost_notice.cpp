@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The words and cures of a lost adapter.
 // SPDX-License-Identifier: MIT
 #include "ui/main/lost_notice.h"
 
@@ -9,15 +9,10 @@
 #include "app/program_state.h"
 #include "transport/adapter_choice.h"
 #include "transport/adapter_search.h"
+#include "ui/parts/notice_strip.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
-namespace {
-
-constexpr QColor kCalmAmber{0xFF, 0xE3, 0x99};
-
-}  // namespace
-
 LostNotice::LostNotice(Core& core, HandlerEdge& edge)
     : core_(core),
       edge_(edge),
@@ -38,7 +33,7 @@ LostNotice::LostNotice(Core& core, HandlerEdge& edge)
 }
 
 void LostNotice::LayOut() {
-  PaintGround(this, kCalmAmber);
+  PaintNotice(*this);
   // The main window's mnemonics have used up the letters of these captions.
   cmdLostRetry_->setShortcut(QKeySequence("Ctrl+R"));
   lblLostReason_->setWordWrap(true);

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The items of the menus.
 // SPDX-License-Identifier: MIT
 #include "ui/main/main_menu.h"
 
@@ -44,7 +44,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnu31407 = Add(product, "mnu31407", "31407");
   mnu31407->setCheckable(true);
 
-  QMenu* debug = window.menuBar()->addMenu(tr("De&bug"));
+  QMenu* debug = window.menuBar()->addMenu(tr("D&ebug"));
   debug_ = debug->menuAction();
   mnuUnplug = Add(debug, "mnuUnplug", tr("&Unplug simulated adapter"));
   mnuUnplug->setCheckable(true);

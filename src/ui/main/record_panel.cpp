@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lists and boxes of the record settings.
 // SPDX-License-Identifier: MIT
 #include "ui/main/record_panel.h"
 
@@ -93,7 +93,7 @@ void RecordPanel::LayOut() {
   form->addRow(MakeCaption(tr("Rate &option"), ckBW_[0]),
                SideBySide({ckBW_[0], ckBW_[1], ckBW_[2], ckBW_[3]}));
   form->addRow("", lblSampleRate_);
-  form->addRow(MakeCaption(tr("&Every"), List(Setting::Interval)),
+  form->addRow(MakeCaption(tr("E&very"), List(Setting::Interval)),
                SideBySide({List(Setting::Interval), List(Setting::Units)}));
   NameUnseen(tr("Time unit"), List(Setting::Units));
   add(tr("Stored re&cord"), Setting::RecPntr);
@@ -103,7 +103,7 @@ void RecordPanel::LayOut() {
 
 void RecordPanel::Connect() {
   const auto list = [this](Setting setting, void (RecordPanel::*signal)()) {
-    connect(List(setting), &QComboBox::currentIndexChanged, this, signal);
+    OnChosen(List(setting), this, [this, signal](int /*index*/) { emit(this->*signal)(); });
   };
   for (const Setting setting :
        {Setting::RecMode, Setting::Window, Setting::SignalRange, Setting::Storage}) {
@@ -186,6 +186,11 @@ void RecordPanel::SetFraCapCaption(const std::string& text) {
 
 QString RecordPanel::FftAvgsText() const {
   return List(Setting::FftAvgs)->currentText();
+}
+
+QString RecordPanel::PeriodInWords() const {
+  return tr("every %1 %2")
+      .arg(List(Setting::Interval)->currentText(), List(Setting::Units)->currentText().toLower());
 }
 
 // The sensor knows options 0 to 3; the upper two bits of the code mean nothing to it.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of the record settings.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -36,6 +36,8 @@ class RecordPanel : public QGroupBox, public SettingsExchangeView {
   void SetFraCapCaption(const std::string& text) override;
 
   [[nodiscard]] QString FftAvgsText() const;
+  // "every 10 minutes"
+  [[nodiscard]] QString PeriodInWords() const;
 
   QPushButton* cmdGetRecord;
   QPushButton* cmdRecInfo;

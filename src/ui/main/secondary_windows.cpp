@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How each secondary window is opened, kept and refreshed.
 // SPDX-License-Identifier: MIT
 #include "ui/main/secondary_windows.h"
 
@@ -27,18 +27,26 @@ Window& SecondaryWindows::Made(QPointer<Window>& window) {
 }
 
 void SecondaryWindows::OpenCommand() {
-  Made(command_).ShowInFront();
+  if (!command_) {
+    connect(&Made(command_), &frmCommand::Sent, this, &SecondaryWindows::CommandSent);
+  }
+  command_->ShowInFront();
 }
 
 void SecondaryWindows::OpenRecInfo() {
   Made(recInfo_).ShowInFront();
 }
 
-// A dialog of its own each time, since Cancel goes back to what it began with.
+// A dialog of its own for each edit, since Cancel goes back to what it began with. It leaves the
+// main window alive: a capture must be stopped at any time.
 void SecondaryWindows::OpenDataLog() {
-  dataLog_ = new frmFileDir(core_, edge_, mainWindow_);
-  FitScreen(*dataLog_);
-  dataLog_->open();
+  if (!dataLog_ || !dataLog_->isVisible()) {
+    dataLog_ = new frmFileDir(core_, edge_, mainWindow_);
+    FitScreen(*dataLog_);
+  }
+  dataLog_->show();
+  dataLog_->raise();
+  dataLog_->activateWindow();
 }
 
 void SecondaryWindows::OpenAlarmControl() {
@@ -62,7 +70,10 @@ void SecondaryWindows::OpenCalibration() {
 }
 
 void SecondaryWindows::OpenRegisters() {
-  Made(registers_).ShowInFront();
+  if (!registers_) {
+    connect(&Made(registers_), &frmManualReg::Written, this, &SecondaryWindows::RegisterWritten);
+  }
+  registers_->ShowInFront();
 }
 
 void SecondaryWindows::OpenPort() {
@@ -87,6 +98,14 @@ void SecondaryWindows::NoteInterface() {
 void SecondaryWindows::Refresh() {
   if (dataLog_) dataLog_->ShowFileNumber();
   if (alarmSpectrum_) alarmSpectrum_->Refresh();
+}
+
+void SecondaryWindows::ReadAgain() {
+  const std::array<SensorWindow*, 3> windows{alarmControl_, dioGpio_, calibration_};
+  for (SensorWindow* window : windows) {
+    if (window != nullptr && window->isVisible()) window->ReadAgain();
+  }
+  if (recInfo_ && recInfo_->isVisible()) recInfo_->Read_RecInfo();
 }
 
 void SecondaryWindows::ForgetSensor() {

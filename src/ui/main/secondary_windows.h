@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows that the menus open.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -54,8 +54,14 @@ class SecondaryWindows : public QObject {
   // The program is closing: what is under way ends.
   void CancelTransfers();
 
+  // A command or a register written by hand may have changed what open windows show: they read
+  // it again.
+  void ReadAgain();
+
  signals:
   void InterfaceChosen();
+  void CommandSent(int bit);      // in the commands' window; its wait is over
+  void RegisterWritten(int row);  // by hand
 
  private:
   template <typename Window>

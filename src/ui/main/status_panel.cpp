@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lights of the status flags.
 // SPDX-License-Identifier: MIT
 #include "ui/main/status_panel.h"
 
@@ -9,12 +9,12 @@
 
 namespace kestrel {
 
-StatusPanel::StatusPanel()
-    : CmdReadStatus(MakeButton("CmdReadStatus", tr("Rea&d status"),
+StatusPanel::StatusPanel(Locale& locale)
+    : AsOfBox(tr("Sensor status"), locale),
+      CmdReadStatus(MakeButton("CmdReadStatus", tr("Rea&d status"),
                                tr("Read the status and all settings from the sensor"))),
       cmdClearStatus(MakeButton("cmdClearStatus", tr("C&lear status"),
                                 tr("Clear the sensor's status flags"))) {
-  setTitle(tr("Sensor status"));
   auto* grid = new QGridLayout(this);
   grid->setVerticalSpacing(3);
   grid->setColumnStretch(0, 1);
@@ -44,6 +44,11 @@ void StatusPanel::SetStatusFlag(int bit, const std::string& text, double colour)
   QLabel* flag = lblStatusFlag_.at(static_cast<std::size_t>(bit));
   flag->setText(QString::fromStdString(text));
   PaintGround(flag, ToColour(colour));
+  Refreshed();
+}
+
+void StatusPanel::Grey() {
+  for (QLabel* flag : lblStatusFlag_) PaintGrey(flag);
 }
 
 }  // namespace kestrel

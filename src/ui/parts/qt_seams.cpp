@@ -1,9 +1,10 @@
-// Kestrel evaluation program
+// Message boxes and the hourglass, by the toolkit.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/qt_seams.h"
 
 #include <QApplication>
 #include <QMessageBox>
+#include <QPushButton>
 #include <cstdio>
 
 #include "app/program_state.h"
@@ -46,6 +47,25 @@ Unsaved QtMessages::AskToSave(const std::string& text) {
                               QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
   if (pressed == QMessageBox::Save) return Unsaved::Save;
   return pressed == QMessageBox::Discard ? Unsaved::Discard : Unsaved::Cancel;
+}
+
+// Escape and the box's close button replace nothing.
+EarlierFiles QtMessages::AskAboutEarlierFiles(const std::string& text) {
+  QMessageBox box(QMessageBox::Question, kApplicationTitle, QString::fromStdString(text),
+                  QMessageBox::NoButton, QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  QPushButton* goOn = box.addButton(QMessageBox::tr("&Go on behind them"), QMessageBox::AcceptRole);
+  const QAbstractButton* replace =
+      box.addButton(QMessageBox::tr("&Replace them"), QMessageBox::DestructiveRole);
+  const QAbstractButton* other =
+      box.addButton(QMessageBox::tr("Choose &another name..."), QMessageBox::ActionRole);
+  box.setDefaultButton(goOn);
+  box.setEscapeButton(goOn);
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  box.exec();
+  QApplication::restoreOverrideCursor();
+  if (box.clickedButton() == replace) return EarlierFiles::Replace;
+  return box.clickedButton() == other ? EarlierFiles::OtherName : EarlierFiles::GoOn;
 }
 
 void ConsoleMessages::Show(const std::string& text, const std::string& title) {

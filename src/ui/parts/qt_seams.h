@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The toolkit's message boxes and mouse pointer.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -15,6 +15,7 @@ class QtMessages : public Messages {
   void ShowExplained(const std::string& text, const std::string& title,
                      const std::string& explanation) override;
   Unsaved AskToSave(const std::string& text) override;
+  EarlierFiles AskAboutEarlierFiles(const std::string& text) override;
 };
 
 // Messages on standard error, for runs without a display.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Where a secondary window stands, and what it refuses during a capture.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/secondary_window.h"
 
@@ -14,6 +14,20 @@ namespace {
 constexpr int kTwipsPerPixel = 15;  // at 96 pixels an inch, the toolkit's unscaled pixel
 
 }  // namespace
+
+bool RunUnlessCapturing(HandlerEdge& edge, const char* name, const std::function<void()>& handler) {
+  bool ran = false;
+  edge.RunIdle(name, [&] {
+    ran = true;
+    handler();
+  });
+  return ran;
+}
+
+QString WhyRefused() {
+  return QObject::tr(
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it.");
+}
 
 SecondaryWindow::SecondaryWindow(const char* name, const QString& title, HandlerEdge& edge,
                                  QWidget* parent, QPoint offsetTwips)
@@ -39,6 +53,10 @@ void SecondaryWindow::PlaceOnce() {
   const QPoint wished = parentWidget()->pos() + offsetTwips_ / kTwipsPerPixel;
   move(std::max(room.left(), std::min(wished.x(), room.right() - width())),
        std::max(room.top(), std::min(wished.y(), room.bottom() - height())));
+}
+
+void SecondaryWindow::Change(const char* name, const std::function<void()>& handler) {
+  if (!RunUnlessCapturing(edge_, name, handler)) Refused(WhyRefused());
 }
 
 bool SecondaryWindow::event(QEvent* event) {

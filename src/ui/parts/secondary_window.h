@@ -1,13 +1,20 @@
-// Kestrel evaluation program
+// A window that belongs to the main window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <QDialog>
 #include <QString>
+#include <functional>
 
 #include "app/handler_edge.h"
 
 namespace kestrel {
+
+// The rule of all service windows: what changes the sensor is refused while a capture is waited
+// for. Returns whether the handler ran.
+bool RunUnlessCapturing(HandlerEdge& edge, const char* name, const std::function<void()>& handler);
+// What a window says then.
+[[nodiscard]] QString WhyRefused();
 
 // A window that belongs to the main window. It is placed beside it when first shown, and told
 // whenever it becomes active.
@@ -28,6 +35,17 @@ class SecondaryWindow : public QDialog {
   void On(Sender* sender, Signal signal, const char* name, Handler handler) {
     connect(sender, signal, this, [this, name, handler] { edge_.Run(name, handler); });
   }
+
+  // The same for what changes the sensor or commands it: while a capture is waited for it is
+  // refused, by one rule in every window, and the window says so. Reading goes on.
+  template <typename Sender, typename Signal, typename Handler>
+  void OnChange(Sender* sender, Signal signal, const char* name, Handler handler) {
+    connect(sender, signal, this, [this, name, handler] { Change(name, handler); });
+  }
+  void Change(const char* name, const std::function<void()>& handler);
+
+  // A change was refused; `why` is for the user.
+  virtual void Refused(const QString& /*why*/) {}
 
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }
 

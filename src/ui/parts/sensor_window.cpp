@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The notes, buttons and readings of a window over sensor registers.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/sensor_window.h"
 
@@ -34,27 +34,24 @@ void SensorWindow::LayOut(QLayout* controls) {
   auto* all = new QVBoxLayout(this);
   all->addLayout(controls, 1);
   all->addLayout(last);
-  OnUse(read, &QPushButton::clicked, "cmdRead_Click", [this] { ReadSensor(); });
+  On(read, &QPushButton::clicked, "cmdRead_Click", [this] { Use([this] { ReadSensor(); }); });
   connect(close, &QPushButton::clicked, this, &QWidget::close);
 }
 
-void SensorWindow::Use(const char* name, const std::function<void()>& handler, When when) {
-  bool ran = false;
-  const auto body = [&] {
-    ran = true;
-    Note("");
-    handler();
-    NoteWhetherReached();
-  };
-  if (when == When::Always) {
-    Edge().Run(name, body);
-  } else {
-    Edge().RunIdle(name, body);
-  }
-  if (ran) return;
+void SensorWindow::Use(const std::function<void()>& handler) {
+  Note("");
+  handler();
+  NoteWhetherReached();
+}
+
+void SensorWindow::Refused(const QString& why) {
   ShowLastRead();
-  Note(tr("Not done: the sensor is busy with a capture. Please try again afterwards."));
+  Note(why);
   notesFailure_ = true;
+}
+
+void SensorWindow::ReadAgain() {
+  Edge().Run("Form_Activate", [this] { Form_Activate(); });
 }
 
 void SensorWindow::Form_Activate() {

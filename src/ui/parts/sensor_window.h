@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A window that shows and edits registers of the sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -13,6 +13,10 @@ namespace kestrel {
 // below its controls it has a line for notes, and the buttons Read and Close. A change that was not
 // carried out is taken back, so that the controls show what the sensor holds.
 class SensorWindow : public SecondaryWindow {
+ public:
+  // Refreshes the controls from the sensor, as when the window becomes active.
+  void ReadAgain();
+
  protected:
   SensorWindow(const char* name, const QString& title, HandlerEdge& edge, QWidget* parent,
                QPoint offsetTwips);
@@ -25,16 +29,17 @@ class SensorWindow : public SecondaryWindow {
   // Takes changes of the controls back.
   virtual void ShowLastRead() = 0;
 
-  enum class When { Always, NoCaptureAwaited };
-
-  // Connects a signal to a handler of the user's that uses the sensor. `name` is its name in
+  // Connects a signal to a handler of the user's that changes the sensor. `name` is its name in
   // messages.
   template <typename Sender, typename Signal>
-  void OnUse(Sender* sender, Signal signal, const char* name, std::function<void()> handler,
-             When when = When::Always) {
-    connect(sender, signal, this,
-            [this, name, handler = std::move(handler), when] { Use(name, handler, when); });
+  void OnUse(Sender* sender, Signal signal, const char* name, std::function<void()> handler) {
+    OnChange(sender, signal, name, [this, handler = std::move(handler)] { Use(handler); });
   }
+
+  // What such a handler runs in: the note tells whether the sensor was reached.
+  void Use(const std::function<void()>& handler);
+
+  void Refused(const QString& why) override;
 
   // Stays until the next handler.
   void Note(const QString& text);
@@ -45,7 +50,6 @@ class SensorWindow : public SecondaryWindow {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void Use(const char* name, const std::function<void()>& handler, When when);
   void NoteWhetherReached();
 
   QLabel* lblNote_;

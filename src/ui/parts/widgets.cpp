@@ -1,6 +1,9 @@
-// Kestrel evaluation program
+// How controls are made, named and painted.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/widgets.h"
+
+#include <memory>
+#include <utility>
 
 #include "ui/parts/contrast.h"
 
@@ -42,6 +45,19 @@ QComboBox* MakeComboBox(const char* name, const QString& accessibleName, const Q
   box->setAccessibleName(accessibleName);
   box->setMaxVisibleItems(16);
   return box;
+}
+
+// A user's choice of another item tells both signals, the change first.
+void OnChosen(QComboBox* list, QObject* context, std::function<void(int index)> chosen) {
+  const auto told = std::make_shared<bool>(false);
+  QObject::connect(list, &QComboBox::currentIndexChanged, context, [told, chosen](int index) {
+    *told = true;
+    chosen(index);
+  });
+  QObject::connect(list, &QComboBox::activated, context,
+                   [told, chosen = std::move(chosen)](int index) {
+                     if (!std::exchange(*told, false)) chosen(index);
+                   });
 }
 
 QLabel* MakeLabel(const QString& name, const QString& text) {

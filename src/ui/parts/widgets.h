@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Controls as all windows use them.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStringList>
+#include <functional>
 
 namespace kestrel {
 
@@ -26,6 +27,9 @@ namespace kestrel {
                                       const QString& toolTip);
 [[nodiscard]] QComboBox* MakeComboBox(const char* name, const QString& accessibleName,
                                       const QString& toolTip);
+// Tells each choice of an item: another one, however it came, and the one that was chosen already,
+// as a user does with it. Not what the window fills in with the list's signals blocked.
+void OnChosen(QComboBox* list, QObject* context, std::function<void(int index)> chosen);
 [[nodiscard]] QLabel* MakeLabel(const QString& name, const QString& text);
 // A caption beside a control, whose mnemonic leads to it.
 [[nodiscard]] QLabel* MakeCaption(const QString& text, QWidget* buddy);

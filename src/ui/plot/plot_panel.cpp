@@ -7,11 +7,14 @@
 #include <QKeyEvent>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <cmath>
 #include <optional>
 
 #include "alarms/alarm_status.h"
 #include "app/program_state.h"
 #include "plot/plot_summary.h"
+#include "plot/trace_values.h"
+#include "record/frequency.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
@@ -93,7 +96,8 @@ PlotPanel::PlotPanel(const CurrentRecord& record)
       lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
       frame_(new PlotFrame),
       crossHair_(new CrossHair(frame_->pic1)),
-      bandLines_(new BandLines(frame_->pic1)) {
+      bandLines_(new BandLines(frame_->pic1)),
+      hoverValues_(new HoverValues(frame_->pic1)) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
     traces_[Index(axis)] =
@@ -126,6 +130,7 @@ void PlotPanel::PreparePlot() {
   connect(pic1, &PictureBox::PointerLeft, this, &PlotPanel::PointerLeft);
   connect(pic1, &PictureBox::PointerLost, this, &PlotPanel::PointerLost);
   connect(pic1, &PictureBox::PointerLeft, crossHair_, &CrossHair::Hide);
+  connect(pic1, &PictureBox::PointerLeft, this, &PlotPanel::HideHoverValues);
 }
 
 bool PlotPanel::eventFilter(QObject* watched, QEvent* event) {
@@ -244,6 +249,7 @@ void PlotPanel::SetScale(double left, double top, double right, double bottom) {
 // Told when the new picture is complete.
 void PlotPanel::ClearPlot() {
   frame_->pic1->Cls();
+  HideHoverValues();
   QTimer::singleShot(0, this, [this] { PlotAccessible::PictureChanged(frame_->pic1); });
 }
 void PlotPanel::DrawLine(std::size_t trace, double x1, double y1, double x2, double y2,
@@ -295,6 +301,25 @@ void PlotPanel::SetCursorY(const std::string& text) {
 void PlotPanel::MoveCrossHair(double x, double y) {
   crossHair_->Move(x, y);
   PlotAccessible::CursorMoved(frame_->pic1, CursorIndex());
+}
+
+void PlotPanel::ShowHoverValues(double x, double y) {
+  const Record& record = record_.Get();
+  const int index = static_cast<int>(std::nearbyint(x));
+  if (frame_->pic1->IsEmpty() || index < 0 || index > record.Width()) {
+    HideHoverValues();
+    return;
+  }
+  PointOfRecord point{.index = index,
+                      .hertz = index * BinWidth(record.settings.option),
+                      .isTime = record.kind == RecordKind::Time,
+                      .g = {},
+                      .shown = {}};
+  for (const Axis axis : kAxes) {
+    point.g[Index(axis)] = record.Values(axis)[static_cast<std::size_t>(index)];
+    point.shown[Index(axis)] = TraceTicked(axis);
+  }
+  hoverValues_->ShowBeside({x, y}, QString::fromStdString(TraceValues(point)));
 }
 
 QString PlotPanel::CursorInWords() {

@@ -14,6 +14,7 @@
 #include "plot/spectrum_plot.h"
 #include "ui/plot/band_lines.h"
 #include "ui/plot/cross_hair.h"
+#include "ui/plot/hover_values.h"
 #include "ui/plot/plot_accessible.h"
 #include "ui/plot/plot_frame.h"
 
@@ -58,6 +59,10 @@ class PlotPanel : public QWidget,
   void SetCursorTime(const std::string& text) override;
   void SetCursorY(const std::string& text) override;
   void MoveCrossHair(double x, double y) override;
+
+  // The values of the traces beside the pointer at (x, y), while a record is shown there.
+  void ShowHoverValues(double x, double y);
+  void HideHoverValues() { hoverValues_->hide(); }
 
   [[nodiscard]] double ScaleWidth() override;
   [[nodiscard]] double ScaleHeight() override;
@@ -104,6 +109,7 @@ class PlotPanel : public QWidget,
   PlotFrame* frame_;
   CrossHair* crossHair_;
   BandLines* bandLines_;  // over the cross-hair, which would dim them
+  HoverValues* hoverValues_;
   Grip grip_ = Grip::None;
 };
 

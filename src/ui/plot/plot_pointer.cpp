@@ -1,4 +1,4 @@
-// What the pointer does over the plot.
+// The pointer's moves, presses and the Escape that ends a drag.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_pointer.h"
 
@@ -12,7 +12,7 @@ namespace kestrel {
 // Moves read nothing from the sensor and may come at any time.
 PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cursor,
                          HandlerEdge& edge)
-    : overlay_(overlay), cursor_(cursor), edge_(edge) {
+    : panel_(panel), overlay_(overlay), cursor_(cursor), edge_(edge) {
   connect(&panel, &PlotPanel::PointerMoved, this,
           [this](double x, double y, bool isHeld, bool isShift) {
             pic1_MouseMove({.x = x, .y = y, .held = isHeld, .shift = isShift});
@@ -29,6 +29,11 @@ void PlotPointer::pic1_MouseMove(const PointerPlace& pointer) {
   overlay_.pic1_MouseMove(pointer);
   // A held pointer may leave the box; the record ends there.
   cursor_.pic1_MouseMove(std::clamp(pointer.x, 0.0, static_cast<double>(Buff.width)), pointer.y);
+  if (pointer.held) {
+    panel_.HideHoverValues();
+  } else {
+    panel_.ShowHoverValues(pointer.x, pointer.y);
+  }
 }
 
 // What the edge refuses ends like an interrupted drag.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The pointer over the plot.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -25,6 +25,7 @@ class PlotPointer : public QObject {
   void pic1_MouseMove(const PointerPlace& pointer);
   void pic1_MouseUp();
 
+  PlotPanel& panel_;
   BandOverlay& overlay_;
   PlotCursor& cursor_;
   HandlerEdge& edge_;

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The search for boards and the choice among them.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/adapter_panel.h"
 
@@ -8,6 +8,7 @@
 #include "app/system_name.h"
 #include "transport/adapter_choice.h"
 #include "transport/adapter_search.h"
+#include "ui/parts/secondary_window.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
@@ -40,7 +41,7 @@ AdapterPanel::AdapterPanel(Core& core, HandlerEdge& edge)
   ShowRecords();
   connect(cmdFindEzUsb, &QPushButton::clicked, this, &AdapterPanel::Search);
   connect(options_, &QButtonGroup::idClicked, this, [this](int index) {
-    edge_.RunIdle("optUsbPort_Click", [this, index] { optUsbPort_Click(index); });
+    Change("optUsbPort_Click", [this, index] { optUsbPort_Click(index); });
     ShowRecords();  // a choice that was refused is not shown either
   });
 }
@@ -98,8 +99,12 @@ void AdapterPanel::ShowRecords() {
   options_->setExclusive(true);
 }
 
+void AdapterPanel::Change(const char* name, const std::function<void()>& handler) {
+  if (!RunUnlessCapturing(edge_, name, handler)) lblFinding_->setText(WhyRefused());
+}
+
 void AdapterPanel::Search() {
-  edge_.RunIdle("cmdFindEzUsb_Click", [this] { cmdFindEzUsb_Click(); });
+  Change("cmdFindEzUsb_Click", [this] { cmdFindEzUsb_Click(); });
   ShowRecords();
 }
 

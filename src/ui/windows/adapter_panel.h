@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of the four adapter records.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QWidget>
 #include <array>
+#include <functional>
 
 #include "app/handler_edge.h"
 #include "connection/core.h"
@@ -42,6 +43,7 @@ class AdapterPanel : public QWidget {
 
   void LayOut();
   [[nodiscard]] Row MakeRow(int index);
+  void Change(const char* name, const std::function<void()>& handler);
   void cmdFindEzUsb_Click();
   void optUsbPort_Click(int index);
 

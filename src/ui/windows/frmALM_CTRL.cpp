@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of ALM_CTRL.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmALM_CTRL.h"
 
@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/parts/mouse_up_option.h"
 #include "ui/parts/option_group.h"
 #include "ui/parts/widgets.h"
 
@@ -31,12 +32,13 @@ frmALM_CTRL::frmALM_CTRL(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
                       MakeCheckBox("ckZenable", tr("&Z axis"), tr("Spectral alarm of the Z axis"))},
       ckSystemAlarmEnable_(MakeCheckBox("ckSystemAlarmEnable", tr("System &alarm on"),
                                         tr("Watch the supply or the temperature"))),
-      opGreaterThan_(MakeOption("opGreaterThan", tr("&Greater than the limit"),
-                                tr("Alarm when the reading is above the limit"))),
-      opLessThan_(MakeOption("opLessThan", tr("&Less than the limit"),
-                             tr("Alarm when the reading is below the limit"))),
-      opSupply_(MakeOption("opSupply", tr("&Supply"), tr("Watch the supply voltage"))),
-      opTemperature_(MakeOption("opTemperature", tr("&Temperature"), tr("Watch the temperature"))),
+      opGreaterThan_(MakeMouseUpOption("opGreaterThan", tr("&Greater than the limit"),
+                                       tr("Alarm when the reading is above the limit"))),
+      opLessThan_(MakeMouseUpOption("opLessThan", tr("&Less than the limit"),
+                                    tr("Alarm when the reading is below the limit"))),
+      opSupply_(MakeMouseUpOption("opSupply", tr("&Supply"), tr("Watch the supply voltage"))),
+      opTemperature_(
+          MakeMouseUpOption("opTemperature", tr("&Temperature"), tr("Watch the temperature"))),
       txtSAmag_(new QLineEdit),
       polarity_(new QButtonGroup(this)),
       source_(new QButtonGroup(this)) {
@@ -94,7 +96,6 @@ QWidget* frmALM_CTRL::OutputBox() {
   return box;
 }
 
-// An option button's "clicked" comes when the pointer's button goes up, and from the keyboard.
 void frmALM_CTRL::Connect() {
   const auto changed = [this](auto* control, auto signal, const char* name) {
     OnUse(control, signal, name, [this] { control_.Changed(); });
@@ -104,11 +105,13 @@ void frmALM_CTRL::Connect() {
   changed(spectralEnable_[0], &QCheckBox::clicked, "ckXenable_Click");
   changed(spectralEnable_[1], &QCheckBox::clicked, "ckYenable_Click");
   changed(spectralEnable_[2], &QCheckBox::clicked, "ckZenable_Click");
-  changed(cbxResponseDelay_, &QComboBox::currentIndexChanged, "cbxResponseDelay_Click");
-  changed(opGreaterThan_, &QRadioButton::clicked, "opGreaterThan_MouseUp");
-  changed(opLessThan_, &QRadioButton::clicked, "opLessThan_MouseUp");
-  changed(opSupply_, &QRadioButton::clicked, "opSupply_MouseUp");
-  changed(opTemperature_, &QRadioButton::clicked, "opTemperature_MouseUp");
+  OnChosen(cbxResponseDelay_, this, [this](int /*index*/) {
+    Change("cbxResponseDelay_Click", [this] { Use([this] { control_.Changed(); }); });
+  });
+  changed(opGreaterThan_, &MouseUpOption::Acted, "opGreaterThan_MouseUp");
+  changed(opLessThan_, &MouseUpOption::Acted, "opLessThan_MouseUp");
+  changed(opSupply_, &MouseUpOption::Acted, "opSupply_MouseUp");
+  changed(opTemperature_, &MouseUpOption::Acted, "opTemperature_MouseUp");
   changed(txtSAmag_, &QLineEdit::textChanged, "txtSAmag_Change");
 }
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm control window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -12,6 +12,7 @@
 
 #include "connection/core.h"
 #include "device/alm_ctrl_editor.h"
+#include "ui/parts/mouse_up_option.h"
 #include "ui/parts/sensor_window.h"
 
 namespace kestrel {
@@ -43,10 +44,10 @@ class frmALM_CTRL : public SensorWindow, public AlarmControlView {
   QCheckBox* ckDIOenable_;
   std::array<QCheckBox*, 3> spectralEnable_;
   QCheckBox* ckSystemAlarmEnable_;
-  QRadioButton* opGreaterThan_;
-  QRadioButton* opLessThan_;
-  QRadioButton* opSupply_;
-  QRadioButton* opTemperature_;
+  MouseUpOption* opGreaterThan_;
+  MouseUpOption* opLessThan_;
+  MouseUpOption* opSupply_;
+  MouseUpOption* opTemperature_;
   QLineEdit* txtSAmag_;
   QButtonGroup* polarity_;
   QButtonGroup* source_;

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The offset corrections and their two commands.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCalibration.h"
 
@@ -97,21 +97,17 @@ QLayout* frmCalibration::Rows() {
   return grid;
 }
 
-// A capture takes no command, and a correction that changes in its middle would spoil it.
 void frmCalibration::Connect() {
   const auto clicked = &QPushButton::clicked;
   for (const Axis axis : kAxes) {
     const Row& row = rows_[Index(axis)];
     const auto write = [this, axis] { logic_.WriteNull(axis); };
-    OnUse(row.write, clicked, kNames[Index(axis)].handler, write, When::NoCaptureAwaited);
+    OnUse(row.write, clicked, kNames[Index(axis)].handler, write);
     connect(row.value, &QLineEdit::returnPressed, row.write, &QPushButton::click);
   }
-  OnUse(
-      cmdAutoNull_, clicked, "cmdAutoNull_Click", [this] { logic_.cmdAutoNull_Click(); },
-      When::NoCaptureAwaited);
-  OnUse(
-      cmdFlashUpdate_, clicked, "cmdFlashUpdate_Click", [this] { logic_.cmdFlashUpdate_Click(); },
-      When::NoCaptureAwaited);
+  OnUse(cmdAutoNull_, clicked, "cmdAutoNull_Click", [this] { logic_.cmdAutoNull_Click(); });
+  OnUse(cmdFlashUpdate_, clicked, "cmdFlashUpdate_Click",
+        [this] { logic_.cmdFlashUpdate_Click(); });
 }
 
 void frmCalibration::Form_Activate() {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of functions and the button that sends one.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCommand.h"
 
@@ -19,6 +19,7 @@ frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
     : SecondaryWindow("frmCommand", tr("Global commands"), edge, parent, kPlaceTwips),
       cbxCommand_(MakeComboBox("cbxCommand", tr("Function"), tr("Function of the sensor"))),
       LbLBusy_(MakeLabel("LbLBusy", tr("Busy..."))),
+      lblNote_(MakeLabel("lblNote", "")),
       commands_(core.registers, core.delay, core.seams.loop, core.seams.messages, *this) {
   cbxCommand_->setPlaceholderText("Select a Function");
   for (const char* item : kCommandItems) cbxCommand_->addItem(item);
@@ -43,10 +44,19 @@ frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
   auto* all = new QVBoxLayout(this);
   all->addWidget(MakeCaption(tr("&Function"), cbxCommand_));
   all->addWidget(cbxCommand_);
+  all->addWidget(lblNote_);
   all->addLayout(buttons);
-  On(cmdWrite, &QPushButton::clicked, "cmdWrite_Click",
-     [this] { commands_.cmdWrite_Click(cbxCommand_->currentIndex()); });
+  lblNote_->setWordWrap(true);
+  lblNote_->setMinimumHeight(2 * fontMetrics().lineSpacing());  // nothing moves when it tells
+  OnChange(cmdWrite, &QPushButton::clicked, "cmdWrite_Click", [this] { cmdWrite_Click(); });
   connect(cmdClose, &QPushButton::clicked, this, &QWidget::close);
+}
+
+void frmCommand::cmdWrite_Click() {
+  const int bit = cbxCommand_->currentIndex();
+  lblNote_->clear();
+  commands_.cmdWrite_Click(bit);
+  if (bit >= 0 && RegisterAccess::Usable()) emit Sent(bit);
 }
 
 void frmCommand::ShowBusyLabel(bool shown) {

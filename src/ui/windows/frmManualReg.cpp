@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the register window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmManualReg.h"
 
@@ -158,10 +158,9 @@ void frmManualReg::LayOut() {
   all->addLayout(buttons);
 }
 
-// What would change the sensor while a capture is waited for is refused.
 void frmManualReg::Connect() {
   const auto clicked = &QPushButton::clicked;
-  connect(cmboRegister_, &QComboBox::currentIndexChanged, this, [this](int index) {
+  OnChosen(cmboRegister_, this, [this](int index) {
     ShowRegister(kNoRegister);
     Edge().Run("cmboRegister_Click", [this, index] { logic_.cmboRegister_Click(index); });
   });
@@ -169,9 +168,8 @@ void frmManualReg::Connect() {
   On(cmdRead_, clicked, "cmdRead_Click", [this] { logic_.cmdRead_Click(Row()); });
   connect(cmdWrite_, clicked, this, [this] { Write(); });
   On(cmdReadAllReg_, clicked, "cmdReadAllReg_Click", [this] { logic_.cmdReadAllReg_Click(); });
-  connect(cmdUpdateFlash_, clicked, this, [this] {
-    Edge().RunIdle("cmdUpdateFlash_Click", [this] { logic_.cmdUpdateFlash_Click(); });
-  });
+  OnChange(cmdUpdateFlash_, clicked, "cmdUpdateFlash_Click",
+           [this] { logic_.cmdUpdateFlash_Click(); });
   On(cmdWriteFile_, clicked, "cmdWriteFile_Click", [this] { logic_.cmdWriteFile_Click(); });
   On(cmdPrint_, clicked, "cmdPrint_Click", [this] { cmdPrint_Click(); });
   connect(cmdCopy_, clicked, this, [this] { txtRegList_->CopyList(); });
@@ -208,8 +206,10 @@ void frmManualReg::keyPressEvent(QKeyEvent* event) {
 }
 
 void frmManualReg::Write() {
-  Edge().RunIdle("cmdWrite_Click",
-                 [this] { logic_.cmdWrite_Click(Row(), txtDataWrite_->text().toStdString()); });
+  Change("cmdWrite_Click", [this] {
+    logic_.cmdWrite_Click(Row(), txtDataWrite_->text().toStdString());
+    if (cmdWrite_->isEnabled() && RegisterAccess::Usable()) emit Written(Row());
+  });
 }
 
 void frmManualReg::cmdPrint_Click() {
@@ -250,10 +250,14 @@ void frmManualReg::ShowValue(std::int16_t row) {
 }
 
 void frmManualReg::ShowWords() {
-  const auto typed = HexadecimalWord(txtDataWrite_->text().toStdString());
-  const auto toWrite = typed ? std::optional<std::int32_t>(*typed) : std::nullopt;
+  const std::string typed = txtDataWrite_->text().toStdString();
+  const std::int32_t word = LeadingHexadecimalWord(typed);
+  const auto toWrite = typed.empty() ? std::nullopt : std::optional<std::int32_t>(word);
   lblReadBits_->setText(word_ ? Text(BitText(*word_)) : "");
-  lblWriteBits_->setText(toWrite ? Text(BitText(*toWrite)) : "");
+  QString bits = toWrite ? Text(BitText(*toWrite)) : "";
+  if (toWrite && !HexadecimalWord(typed))
+    bits += tr("  no such word: writes %1").arg(Text(Hex(word)));
+  lblWriteBits_->setText(bits);
   tblFields_->ShowWords(static_cast<std::int16_t>(Row()), word_, toWrite);
 }
 

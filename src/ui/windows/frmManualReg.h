@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -21,6 +21,8 @@ namespace kestrel {
 
 // Reads and writes any register by hand, and lists all of them.
 class frmManualReg : public SecondaryWindow, public ManualRegisterView {
+  Q_OBJECT
+
  public:
   frmManualReg(Core& core, HandlerEdge& edge, QWidget* parent,
                std::shared_ptr<PrintService> printers = std::make_shared<SystemPrintService>());
@@ -31,7 +33,12 @@ class frmManualReg : public SecondaryWindow, public ManualRegisterView {
   void SetListNote(const std::string& text) override;
   void SetNote(const std::string& text) override;
 
+ signals:
+  // A register was written by hand; its row.
+  void Written(int row);
+
  protected:
+  void Refused(const QString& why) override { lblNote_->setText(why); }
   void showEvent(QShowEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The parallel port's address and its choice.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmPort.h"
 
@@ -9,12 +9,18 @@
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
+namespace {
+
+constexpr const char* kUsualAddresses = "378 on most computers; 278 or 3BC on others.";
+
+}  // namespace
 
 frmPort::frmPort(Core& core, HandlerEdge& edge, QWidget* parent)
     : SecondaryWindow("frmPort", tr("Parallel port"), edge, parent, {3000, 3000}),
       choice_(core.seams.driverService, core.seams.port, core.port, core.seams.files,
               core.seams.messages),
-      txtUser_(new QLineEdit) {
+      txtUser_(new QLineEdit),
+      lblHint_(MakeLabel("lblHint", tr(kUsualAddresses))) {
   txtUser_->setObjectName("txtUser");
   txtUser_->setToolTip(tr("Base address of the port, in hexadecimal digits"));
   txtUser_->setAccessibleName(tr("Port address, hexadecimal"));
@@ -31,11 +37,11 @@ frmPort::frmPort(Core& core, HandlerEdge& edge, QWidget* parent)
   buttons->addWidget(cmdCancel);
   auto* all = new QVBoxLayout(this);
   all->addLayout(address);
-  all->addWidget(MakeLabel("lblHint", tr("378 on most computers; 278 or 3BC on others.")));
+  lblHint_->setWordWrap(true);
+  all->addWidget(lblHint_);
   all->addStretch();
   all->addLayout(buttons);
-  connect(cmdOK, &QPushButton::clicked, this,
-          [this] { Edge().RunIdle("cmdOK_Click", [this] { cmdOK_Click(); }); });
+  OnChange(cmdOK, &QPushButton::clicked, "cmdOK_Click", [this] { cmdOK_Click(); });
   connect(cmdCancel, &QPushButton::clicked, this, &QWidget::close);
 }
 
@@ -64,7 +70,9 @@ void frmPort::cmdOK_Click() {
 // The next opening begins with the address in use.
 void frmPort::hideEvent(QHideEvent* event) {
   SecondaryWindow::hideEvent(event);
-  if (!event->spontaneous()) txtUser_->setModified(false);
+  if (event->spontaneous()) return;
+  txtUser_->setModified(false);
+  lblHint_->setText(tr(kUsualAddresses));
 }
 
 }  // namespace kestrel

@@ -1,7 +1,8 @@
-// Kestrel evaluation program
+// The window of the parallel port.
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLabel>
 #include <QLineEdit>
 
 #include "connection/core.h"
@@ -22,6 +23,7 @@ class frmPort : public SecondaryWindow {
   void InterfaceChosen();
 
  protected:
+  void Refused(const QString& why) override { lblHint_->setText(why); }
   void Form_Activate() override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
@@ -31,6 +33,7 @@ class frmPort : public SecondaryWindow {
 
   PortChoice choice_;
   QLineEdit* txtUser_;
+  QLabel* lblHint_;  // the usual addresses, or why the choice was refused
 };
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The controls of the adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBdebug.h"
 
@@ -140,7 +140,7 @@ void frmUSBdebug::LayOut() {
 void frmUSBdebug::Connect() {
   const auto idle = [this](QPushButton* button, const char* name, auto handler) {
     connect(button, &QPushButton::clicked, this, [this, name, handler] {
-      Edge().RunIdle(name, handler);
+      Change(name, handler);
       adapters_->ShowRecords();
     });
   };
@@ -153,11 +153,11 @@ void frmUSBdebug::Connect() {
   connect(cmdClear_, &QPushButton::clicked, this, &frmUSBdebug::cmdClear_Click);
   connect(cmdExit_, &QPushButton::clicked, this, &QWidget::close);
   for (int index = 0; index < 2; ++index) {
-    connect(
-        optSpiChan_[static_cast<std::size_t>(index)], &QRadioButton::clicked, this, [this, index] {
-          Edge().RunIdle("optSpiChan_Click", [index] { AdapterDebug::optSpiChan_Click(index); });
-          ShowChipSelect();
-        });
+    connect(optSpiChan_[static_cast<std::size_t>(index)], &QRadioButton::clicked, this,
+            [this, index] {
+              Change("optSpiChan_Click", [index] { AdapterDebug::optSpiChan_Click(index); });
+              ShowChipSelect();
+            });
   }
   for (QLineEdit* box : {txtLoopDelay_, txtLoopWait_}) box->installEventFilter(this);
   connect(adapters_, &AdapterPanel::InterfaceChosen, this, &frmUSBdebug::InterfaceChosen);
@@ -190,7 +190,7 @@ void frmUSBdebug::cmdLoop_Click() {
   if (loop_.Running()) {
     loop_.cmdLoop_Click();
   } else {
-    Edge().RunIdle("cmdLoop_Click", [this] { loop_.cmdLoop_Click(); });
+    Change("cmdLoop_Click", [this] { loop_.cmdLoop_Click(); });
   }
 }
 
@@ -238,8 +238,8 @@ void frmUSBdebug::keyPressEvent(QKeyEvent* event) {
 bool frmUSBdebug::eventFilter(QObject* watched, QEvent* event) {
   if (!IsEnter(*event)) return SecondaryWindow::eventFilter(watched, event);
   if (watched == txtLoopDelay_) {
-    Edge().RunIdle("txtLoopDelay_KeyDown",
-                   [this] { debug_.txtLoopDelay_KeyDown(txtLoopDelay_->text().toStdString()); });
+    Change("txtLoopDelay_KeyDown",
+           [this] { debug_.txtLoopDelay_KeyDown(txtLoopDelay_->text().toStdString()); });
   }
   return true;
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter debug window.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -45,6 +45,7 @@ class frmUSBdebug final : public SecondaryWindow, public AdapterDebugView, publi
   void InterfaceChosen();
 
  protected:
+  void Refused(const QString& why) override { lblSaved_->setText(why); }
   void Form_Activate() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;

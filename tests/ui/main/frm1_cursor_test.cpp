@@ -1,6 +1,5 @@
-// Kestrel evaluation program
-// SPDX-License-Identifier: MIT
 // The cursor on the main window's plot.
+// SPDX-License-Identifier: MIT
 
 #include <QAccessible>
 #include <QImage>
@@ -186,6 +185,31 @@ TEST_F(Frm1Cursor, TheChartsValueIsTheCursorsPlaceAndCanBeSet) {
   EXPECT_EQ(Text("lblCursorX"), "116");
   value->setCurrentValue(999);
   EXPECT_EQ(value->currentValue(), 255);
+}
+
+TEST_F(Frm1Cursor, BesideThePointerStandTheTracesOwnValues) {
+  Start();
+  auto& values = Find<QLabel>("lblHoverValues");
+  MovePointer(10, 0.5);
+  EXPECT_FALSE(values.isVisible()) << "there is no record yet";
+  ChooseShortCaptures();
+  Press("cmdStart");
+  MovePointer(10, 0.5);
+  ASSERT_TRUE(values.isVisible());
+  const auto g = [](double value) { return QString::fromStdString(FixedNumber(value, 4)) + " g"; };
+  EXPECT_EQ(values.text(), "Bin 10, 1,957 Hz\nX  " + g(DataX(10)) + "\nY  " + g(DataY(10)) +
+                               "\nZ  " + g(DataZ(10)));
+  EXPECT_EQ(Text("lblCursorY"), "0.500") << "the pointer's own place";
+  EXPECT_TRUE(Plot().rect().contains(values.geometry()));
+  Find<QCheckBox>("ckYtrace").click();
+  MovePointer(250, 0.5);
+  EXPECT_EQ(values.text(), "Bin 250, 48,921 Hz\nX  " + g(DataX(250)) + "\nZ  " + g(DataZ(250)));
+  EXPECT_TRUE(Plot().rect().contains(values.geometry()));
+  LeavePlot();
+  EXPECT_FALSE(values.isVisible());
+  MovePointer(250, 0.5);
+  Press("cmdStart");
+  EXPECT_FALSE(values.isVisible()) << "of a record that is gone";
 }
 
 TEST_F(Frm1Cursor, MovingDrawsNoTraceAgain) {

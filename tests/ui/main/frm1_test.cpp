@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window: captures, settings, data log and interface.
 // SPDX-License-Identifier: MIT
 #include "ui/main/frm1.h"
 
@@ -9,6 +9,7 @@
 #include <algorithm>
 
 #include "device/rec_ctrl.h"
+#include "logging/data_log.h"
 #include "record/capture_data.h"
 #include "regmap/register_table.h"
 #include "ui/window_bench.h"
@@ -352,10 +353,46 @@ TEST_F(Frm1, ASensorThatIsFoundAgainAtStartShowsItsOwnSettings) {
   EXPECT_EQ(CaptureType, "FFT");
 }
 
-TEST_F(Frm1, SwitchingTheLogOnTellsWhereFilesGoAndWhatTheyReplace) {
+TEST_F(Frm1, TheLogGoesOnBehindFilesOfEarlierDaysWhenToldSo) {
   files_.contents["/program/Datalog_1.csv"] = "earlier";
+  files_.contents["/program/Datalog_12.csv"] = "earlier";
   Start();
   Find<QCheckBox>("ckDataLog").click();
+  EXPECT_EQ(messages_.questions,
+            std::vector<std::string>{
+                "There are files of earlier captures under this name: Datalog_1.csv to "
+                "Datalog_12.csv. Going on behind them keeps them: the next number is then 13."});
+  EXPECT_EQ(Window().statusBar()->currentMessage(), "Next file: /program/Datalog_13.csv. ");
+  ChooseShortCaptures();
+  Press("cmdStart");
+  EXPECT_EQ(files_.contents["/program/Datalog_1.csv"], "earlier");
+  EXPECT_EQ(files_.contents.count("/program/Datalog_13.csv"), 1U);
+  for (int i = 0; i < 2; ++i) Find<QCheckBox>("ckDataLog").click();
+  EXPECT_EQ(messages_.questions.size(), 1U) << "files of this run are not of earlier days";
+}
+
+TEST_F(Frm1, AnotherNameForTheLogOpensItsSettings) {
+  files_.contents["/program/Datalog_1.csv"] = "earlier";
+  messages_.earlierFiles = EarlierFiles::OtherName;
+  Start();
+  Find<QCheckBox>("ckDataLog").click();
+  EXPECT_TRUE(Find<QDialog>("frmFileDir").isVisible());
+  EXPECT_EQ(DataLogIndex, 1);
+}
+
+TEST_F(Frm1, NothingIsAskedWhereNoFileIsInTheWay) {
+  files_.contents["/program/Datalog.csv"] = "another file";
+  Start();
+  Find<QCheckBox>("ckDataLog").click();
+  EXPECT_TRUE(messages_.questions.empty());
+}
+
+TEST_F(Frm1, ReplacingFilesOfEarlierDaysIsAskedAboutOnceAndTold) {
+  files_.contents["/program/Datalog_1.csv"] = "earlier";
+  messages_.earlierFiles = EarlierFiles::Replace;
+  Start();
+  for (int i = 0; i < 3; ++i) Find<QCheckBox>("ckDataLog").click();
+  EXPECT_EQ(messages_.questions.size(), 1U);
   EXPECT_EQ(Window().statusBar()->currentMessage(),
             "Next file: /program/Datalog_1.csv. Earlier files with this or a higher number, which "
             "new ones will replace: 1.");

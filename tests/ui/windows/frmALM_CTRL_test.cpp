@@ -1,6 +1,8 @@
-// Kestrel evaluation program
+// The alarm control window over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmALM_CTRL.h"
+
+#include <QAbstractItemView>
 
 #include "ui/windows/sensor_window_bench.h"
 
@@ -134,6 +136,39 @@ TEST_F(FrmAlmCtrl, OptionButtonsActWhenThePointersButtonGoesUp) {
   QTest::mouseRelease(&option, Qt::LeftButton, {}, inside);
   EXPECT_EQ(Written(), 0x0020);
   EXPECT_EQ(WordAfterPressing("opGreaterThan"), 0x0020) << "the selected one writes as well";
+}
+
+TEST_F(FrmAlmCtrl, AnOptionButtonActsAlsoWhenThePointersButtonGoesUpBesideIt) {
+  OpenWith(0);
+  auto& option = Find<QRadioButton>("opGreaterThan");
+  QTest::mousePress(&option, Qt::LeftButton, {}, QPoint(8, option.height() / 2));
+  QTest::mouseMove(&option, QPoint(8, -200));
+  QTest::mouseRelease(&option, Qt::LeftButton, {}, QPoint(8, -200));
+  EXPECT_EQ(Written(), 0x0000) << "it is not selected there, and the word is written as it stands";
+  EXPECT_FALSE(option.isChecked());
+}
+
+TEST_F(FrmAlmCtrl, ChoosingTheChosenDelayWritesIt) {
+  OpenWith(0x0300);
+  auto& list = Find<QComboBox>("cbxResponseDelay");
+  list.showPopup();
+  QApplication::processEvents();
+  QTest::keyClick(list.view(), Qt::Key_Return);
+  EXPECT_EQ(Written(), 0x0300);
+}
+
+TEST_F(FrmAlmCtrl, NothingIsWrittenWhileACaptureIsAwaitedAndTheWindowSaysSo) {
+  OpenWith(0x0300);
+  idle = false;
+  Press("ckXenable");
+  QTest::keyClicks(&Find("txtSAmag"), "7");
+  EXPECT_EQ(TakeFrames(), Frames{});
+  EXPECT_FALSE(Checked("ckXenable"));
+  EXPECT_EQ(
+      Text("lblNote"),
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it.");
+  Press("cmdRead");
+  EXPECT_EQ(TakeFrames(), kRead) << "reading disturbs no capture";
 }
 
 TEST_F(FrmAlmCtrl, OptionButtonsCanBeUsedFromTheKeyboard) {

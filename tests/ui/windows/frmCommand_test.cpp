@@ -1,8 +1,9 @@
-// Kestrel evaluation program
+// The window of global commands over the simulated sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCommand.h"
 
 #include <QEvent>
+#include <span>
 
 #include "regmap/register_table.h"
 #include "ui/window_bench.h"
@@ -110,6 +111,53 @@ TEST_F(FrmCommand, ALostSensorGivesOneMessageAndShowsInTheMainWindow) {
   EXPECT_EQ(messages_.Texts(), Words{"Error Writing SPI"});
   EXPECT_TRUE(Find<QLabel>("LbLBusy").isHidden());
   EXPECT_EQ(Text("lblInterface"), "USB adapter lost");
+}
+
+TEST_F(FrmCommand, ItsDirectProceduresAreThereForOtherWindows) {
+  frmCommand& window = OpenCommands();
+  using Procedure = void (frmCommand::*)();
+  struct Case {
+    Procedure procedure;
+    int word;
+  };
+  std::vector<int> commands;
+  usb_.OnBlock([&](std::span<const std::uint8_t> block) {
+    if (block[0] != 13) return;
+    for (std::size_t i = 3; i + 1 < block.size(); i += 2) {
+      if (block[i] == 0xBE || block[i] == 0xBF) commands.push_back(block[i] * 256 + block[i + 1]);
+    }
+  });
+  for (const Case& direct :
+       {Case{&frmCommand::CmdAutonull, 0xBE01}, Case{&frmCommand::CmdPowerDown, 0xBE02},
+        Case{&frmCommand::CmdSelfTest, 0xBE04}, Case{&frmCommand::CmdFactoryReset, 0xBE08},
+        Case{&frmCommand::CmdFlashTest, 0xBE20}, Case{&frmCommand::CmdSoftwareReset, 0xBE80},
+        Case{&frmCommand::CmdClearRecords, 0xBF01}, Case{&frmCommand::CmdRecordStartStop, 0xBF08},
+        Case{&frmCommand::CmdSaveAlarmBand, 0xBF10},
+        Case{&frmCommand::CmdRetrieveRecord, 0xBF20}}) {
+    commands.clear();
+    (window.*direct.procedure)();
+    EXPECT_EQ(commands, std::vector<int>{direct.word});
+    EXPECT_TRUE(Find<QLabel>("LbLBusy").isHidden());
+  }
+  commands.clear();
+  window.ShowBusy(51);
+  EXPECT_TRUE(commands.empty());
+}
+
+TEST_F(FrmCommand, NoFunctionIsSentWhileACaptureIsAwaitedAndTheWindowSaysSo) {
+  OpenCommands();
+  ChooseShortCaptures();
+  Choose("cbxCommand", 3);
+  QString note;
+  During(1, [&] {
+    Press("cmdWrite");
+    note = Find<QDialog>("frmCommand").findChild<QLabel*>("lblNote")->text();
+  });
+  Press("cmdStart");
+  EXPECT_EQ(
+      note,
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it.");
+  EXPECT_EQ(Text("lblRecCount"), "1") << "the capture was not disturbed";
 }
 
 TEST_F(FrmCommand, ThereIsOneWindowAndItKeepsTheChoice) {

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The settings of the data log, by their window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmFileDir.h"
 
@@ -163,6 +163,44 @@ TEST_F(FrmFileDir, AFullSeriesIsToldAndResettingTheIndexLetsItGoOn) {
   Press("cmdReadBuffer");
   EXPECT_TRUE(messages_.Texts().empty());
   EXPECT_EQ(files_.contents.count("/program/DATALOG_1.csv"), 1U);
+}
+
+TEST_F(FrmFileDir, CancelTakesAResetBackSoThatNoFileIsReplaced) {
+  DataLogIndex = 9;
+  Open();
+  Press("cmdReSetFileIndex");
+  Press("cmdCancel");
+  Settle();
+  EXPECT_EQ(DataLogIndex, 9);
+}
+
+// Whether a press or a key reaches the main window while this one is open.
+TEST_F(FrmFileDir, StopAndEscapeOfARunningCaptureStayAtHand) {
+  Start();
+  using Way = std::function<void()>;
+  for (const Way& stop : {Way([this] { QTest::mouseClick(&Find("cmdStart"), Qt::LeftButton); }),
+                          Way([this] { QTest::keyClick(&Window(), Qt::Key_Escape); })}) {
+    Choose("cbxFFTAvgs", 200);
+    Open();
+    EXPECT_FALSE(QApplication::activeModalWidget());
+    QString afterwards;
+    During(50, [&] {
+      stop();
+      afterwards = Find<QPushButton>("cmdStart").text();
+    });
+    Press("cmdStart");
+    EXPECT_EQ(afterwards, "Start");
+    Press("cmdCancel");
+    Settle();
+  }
+}
+
+TEST_F(FrmFileDir, ThereIsOneAtATime) {
+  const auto window = Open();
+  TypeName("pump 7");
+  Open();
+  EXPECT_EQ(Window().findChildren<frmFileDir*>().size(), 1);
+  EXPECT_EQ(BoxText("txtFileName"), "pump 7");
 }
 
 TEST_F(FrmFileDir, EarlierFilesThatWillBeReplacedAreCounted) {

@@ -1,5 +1,6 @@
-// Kestrel evaluation program
+// The register window over the simulated sensor.
 // SPDX-License-Identifier: MIT
+#include <QAbstractItemView>
 #include <QRegularExpression>
 #include <QStatusBar>
 #include <set>
@@ -120,23 +121,42 @@ TEST_F(FrmManualReg, EnterInTheValueWritesOnce) {
   EXPECT_EQ(InSensor(row::FFT_AVG), 0x20);
 }
 
-TEST_F(FrmManualReg, EnterWritesNeitherAReadOnlyRegisterNorAnyText) {
+TEST_F(FrmManualReg, EnterWritesNoReadOnlyRegister) {
   Open();
   Choose(row::ENDURANCE);
   Find<QLineEdit>("txtDataWrite").setFocus();
   Type("1");
   usb_.FailFrom(0);
   EnterInValue();
-  Choose(row::FFT_AVG);
-  usb_.FailFrom(0);
-  Type("1G");
-  EnterInValue();
   EXPECT_EQ(usb_.Requests(), 0);
-  EXPECT_EQ(messages_.Texts(),
-            (Words{"Writing a register: ENDURANCE cannot be written.",
-                   "Writing FFT_AVG: \"1G\" is no value for a register. Please enter 1 to 4 "
-                   "hexadecimal digits, for example 0, 1F or FFFE. Nothing was written."}));
-  EXPECT_EQ(InSensor(row::FFT_AVG), 8);
+  EXPECT_EQ(messages_.Texts(), Words{"Writing a register: ENDURANCE cannot be written."});
+}
+
+TEST_F(FrmManualReg, WhatIsNoHexadecimalNumberWritesWhatItConvertsToAndTheLinesBelowSaySo) {
+  Open();
+  Choose(row::FFT_AVG);
+  Type("1G");
+  EXPECT_EQ(Text("lblWriteBits"), "0000 0000 0000 0001  no such word: writes 1");
+  EnterInValue();
+  EXPECT_EQ(InSensor(row::FFT_AVG), 1);
+  EXPECT_EQ(Text("lblNote"),
+            "\"1G\" is no word of 1 to 4 hexadecimal digits. 1 written to FFT_AVG, which now holds "
+            "1.");
+  EXPECT_TRUE(messages_.Texts().empty());
+}
+
+TEST_F(FrmManualReg, ChoosingTheChosenRegisterReadsItAgain) {
+  Open();
+  Choose(row::FFT_AVG);
+  auto& list = Find<QComboBox>("cmboRegister");
+  QTest::keyClick(&list, Qt::Key_Down);
+  QTest::keyClick(&list, Qt::Key_Up);
+  core_.registers.WriteReg(row::FFT_AVG, 0x33);
+  list.showPopup();
+  QApplication::processEvents();
+  QTest::keyClick(list.view(), Qt::Key_Return);
+  EXPECT_EQ(list.currentIndex(), row::FFT_AVG);
+  EXPECT_EQ(BoxText("txtRegHex"), "33");
 }
 
 TEST_F(FrmManualReg, FieldsOfWhatWasReadStandBesideThoseOfWhatWouldBeWritten) {
@@ -151,6 +171,9 @@ TEST_F(FrmManualReg, FieldsOfWhatWasReadStandBesideThoseOfWhatWouldBeWritten) {
   EXPECT_FALSE(Find<QTableWidget>("tblFields").item(3, 3)->font().bold());
   EXPECT_EQ(Text("lblWriteBits"), "0010 0000 0011 0000");
   Type("203x");
+  EXPECT_EQ(Text("lblWriteBits"), "0000 0010 0000 0011  no such word: writes 203");
+  EXPECT_EQ(FieldLine(0)[3], "0  Rectangular");
+  Type("");
   EXPECT_EQ(Text("lblWriteBits"), "");
   EXPECT_EQ(FieldLine(0)[3], "");
 }
@@ -187,6 +210,9 @@ TEST_F(FrmManualReg, WhatWouldDisturbACaptureIsRefusedWhileOneIsWaitedFor) {
   Press("cmdStart");
   EXPECT_EQ(InSensor(row::FFT_AVG), 8);
   EXPECT_EQ(refusal, "Please wait for the capture or stop it first.");
+  EXPECT_EQ(
+      Text("lblNote"),
+      "Not done: the sensor is busy with a capture. Try again when it is complete, or stop it.");
 }
 
 TEST_F(FrmManualReg, AfterALossAChosenRegisterShowsNoValueOfAnother) {
@@ -201,19 +227,19 @@ TEST_F(FrmManualReg, AfterALossAChosenRegisterShowsNoValueOfAnother) {
   EXPECT_EQ(messages_.Texts().size(), 1U);
 }
 
-TEST_F(FrmManualReg, WithoutAnInterfaceItOpensWithAnEmptyList) {
+TEST_F(FrmManualReg, WithoutAnInterfaceItListsZerosAndSaysSo) {
   files_.contents.clear();
   Start();
   messages_.Clear();
   window_ = new frmManualReg(core_, Window().Edge(), &Window(), printers_);
   window_->ShowInFront();
   EXPECT_TRUE(window_->isVisible());
-  EXPECT_EQ(List().toPlainText(), "");
-  EXPECT_EQ(Text("lblListNote"), "The sensor cannot be reached.");
+  EXPECT_TRUE(List().toPlainText().contains("REC_CTRL     \t1C\t0000\n"));
+  EXPECT_EQ(Text("lblListNote"),
+            "No interface is selected: nothing was read, every value stands as 0.");
   Press("cmdWriteFile");
-  EXPECT_TRUE(files_.contents.empty());
-  EXPECT_EQ(messages_.Texts(), Words{"Writing Registers_LOG.txt: there is no register list yet. "
-                                     "Nothing was written."});
+  EXPECT_EQ(files_.contents.count("/program/Registers_LOG.txt"), 1U);
+  EXPECT_TRUE(messages_.Texts().empty());
 }
 
 TEST_F(FrmManualReg, IsUsedByTheKeyboardAlone) {

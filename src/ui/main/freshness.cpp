@@ -1,0 +1,87 @@
+// What is read again, and when read-outs are marked as of the time they were read.
+// SPDX-License-Identifier: MIT
+#include "ui/main/freshness.h"
+
+#include "regmap/register_table.h"
+#include "transport/register_access.h"
+
+namespace kestrel {
+namespace {
+
+// Bits of COMMAND.
+constexpr int kPowerDown = 1;
+constexpr int kFactoryReset = 3;
+constexpr int kClearBands = 9;
+constexpr int kRecordStartStop = 11;
+constexpr int kSaveBand = 12;
+
+constexpr int kTimerMode = 1;
+
+bool ChangesBands(int bit) {
+  return bit == kFactoryReset || bit == kClearBands || bit == kSaveBand;
+}
+
+}  // namespace
+
+void Freshness::LightsAsOf() {
+  parts_.statusPanel.ShowAsOf();
+  parts_.alarmPanel.ShowAsOf();
+}
+
+void Freshness::CommandSent(int bit) {
+  LightsAsOf();
+  if (ChangesBands(bit)) parts_.windows.ForgetSensor();
+  if (bit == kPowerDown) {
+    parts_.notices.Asleep();
+  } else if (bit != kRecordStartStop) {
+    parts_.settings.ReadSettings();
+    parts_.windows.ReadAgain();
+  }
+}
+
+void Freshness::RegisterWritten(int row) {
+  if (row == row::COMMAND) LightsAsOf();
+  parts_.settings.ReadSettings();
+  parts_.windows.ReadAgain();
+}
+
+// The strip of a loss still stands while the handler runs that ends the loss.
+void Freshness::InterfaceChosen() {
+  const bool wasLost = !parts_.lost.isHidden();
+  const SettingsExchange::Shown before = parts_.settings.LastRead();
+  parts_.settings.ReadMainFormRegisters();
+  if (wasLost && RegisterAccess::Usable()) {
+    parts_.notices.ComeBack(before, parts_.settings.LastRead());
+  }
+}
+
+void Freshness::RestoreSettings() {
+  parts_.settings.Restore(parts_.notices.Earlier());
+  if (parts_.settings.LastRead() == parts_.notices.Earlier()) parts_.notices.SettingsRestored();
+}
+
+void Freshness::StopTimer() {
+  parts_.cycle.StopSeries();
+  if (!RegisterAccess::Usable()) return;
+  parts_.notices.TimerStopped();
+  parts_.status.ReadStatus("cmdStopTimer");
+}
+
+void Freshness::ReadAll() {
+  parts_.settings.ReadMainFormRegisters();
+}
+
+void Freshness::Refresh() {
+  parts_.lost.Refresh();
+  const bool usable = RegisterAccess::Usable();
+  if (!usable) {
+    LightsAsOf();
+    parts_.conditions.ShowAsOf();
+  }
+  if (!parts_.statusPanel.IsAsOf()) parts_.notices.Awake();
+  parts_.notices.ShowTimerMode(usable && parts_.record.Selected(Setting::RecMode) == kTimerMode,
+                               parts_.record.PeriodInWords());
+  parts_.strip.Arrange();
+}
+
+}  // namespace kestrel
