@@ -20,8 +20,8 @@ bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record,
   const int points = static_cast<int>(record.Points());
   AxisRecord& read = record.Of(axis);
   for (int i = 0; i < points; ++i) {
-    registers.WriteReg(row::BUF_PNTR, i);
-    const auto word = ReadWord(registers, buffer);
+    const bool pointed = registers.Write(row::BUF_PNTR, i);
+    const auto word = pointed ? ReadWord(registers, buffer) : std::nullopt;
     if (!word) return false;
     read.raw(i) = *word;
     read.data(i) = *word * record.lsbWeight;
@@ -35,9 +35,9 @@ bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record,
 }  // namespace
 
 std::optional<std::int32_t> ReadWord(RegisterAccess& registers, std::int16_t row) {
-  registers.ReadReg(row);
-  if (!RegisterAccess::Usable()) return std::nullopt;
-  return RegValue;
+  const auto reading = registers.Read(row);
+  if (!reading) return std::nullopt;
+  return reading->value;
 }
 
 std::optional<StatusFlags> ReadStatusFlags(RegisterAccess& registers) {
@@ -73,10 +73,11 @@ bool ReadAlarmFlags(RegisterAccess& registers, AlarmState& alarms) {
 }
 
 bool ReadConditions(RegisterAccess& registers, Conditions& conditions) {
-  if (!ReadWord(registers, row::SUPPLY_OUT)) return false;
-  conditions.supplyV = RegScaled;
-  if (!ReadWord(registers, row::TEMP_OUT)) return false;
-  conditions.temperatureC = RegScaled;
+  const auto supply = registers.Read(row::SUPPLY_OUT);
+  const auto temperature = supply ? registers.Read(row::TEMP_OUT) : std::nullopt;
+  if (!temperature) return false;
+  conditions.supplyV = supply->scaled;
+  conditions.temperatureC = temperature->scaled;
   return true;
 }
 

@@ -93,10 +93,9 @@ Result<Captured> Recorder::Capture() {
 // What the flags say afterwards is of this capture.
 bool Recorder::Start() {
   AlarmState earlier;
-  core_.registers.WriteReg(row::COMMAND, kClearStatusCommand);
+  if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return false;
   if (!ReadAlarmPeaks(core_.registers, earlier) || !ReadStatusFlags(core_.registers)) return false;
-  core_.registers.WriteReg(row::COMMAND, kCaptureCommand);
-  return RegisterAccess::Usable();
+  return core_.registers.Write(row::COMMAND, kCaptureCommand);
 }
 
 // There is no time limit: a capture that never completes is ended by an interrupt.
@@ -124,9 +123,9 @@ Recorder::Wait Recorder::Stop(RecordOrigin& origin) {
     if (!status) return Wait::Lost;
     ready = (status->word & kDataReadyFlag) != 0;
     origin.stopped = !ready && pass == 0;
-    core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData);
+    if (!core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData)) return Wait::Lost;
   }
-  return RegisterAccess::Usable() ? Wait::Stopped : Wait::Lost;
+  return Wait::Stopped;
 }
 
 // The sensor cannot be done earlier.
@@ -135,9 +134,10 @@ nanoseconds Recorder::ShortestCapture() const {
 }
 
 Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
-  core_.registers.WriteReg(row::REC_PNTR, number);
-  core_.registers.WriteReg(row::COMMAND, kRetrieveRecordCommand);
-  if (!RegisterAccess::Usable()) return end_.Lost();
+  if (!core_.registers.Write(row::REC_PNTR, number) ||
+      !core_.registers.Write(row::COMMAND, kRetrieveRecordCommand)) {
+    return end_.Lost();
+  }
   core_.delay.Delay(float{kRetrieveMs});
   if (!ReadOut(kind, RecordOrigin{.countBefore = {}, .stored = number}, {}, {})) return end_.Lost();
   if (!ReadAlarmPeaks(core_.registers, current_.alarms)) return end_.Lost();

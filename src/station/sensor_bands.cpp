@@ -46,7 +46,7 @@ Result<std::string> SensorBands::Write(const BandTable& table) {
   BandTransfer transfer(core_.registers, core_.delay, loop_, messages_, view);
   loop_.OnInterrupt([&transfer] { transfer.Cancel(); });
   transfer.cmdWriteAll_Click();
-  if (view.Message().empty() && RegisterAccess::Usable()) {
+  if (view.Message().empty() && core_.registers.Reachable()) {
     loop_.Forget();
     return end_.Failed(FailureKind::Refused);
   }
@@ -64,7 +64,7 @@ Result<std::string> SensorBands::Clear() {
 Result<std::string> SensorBands::End(const View& view) {
   const bool interrupted = loop_.WasInterrupted();
   loop_.Forget();
-  if (!RegisterAccess::Usable()) return end_.Lost(view.Message());
+  if (!core_.registers.Reachable()) return end_.Lost(view.Message());
   if (interrupted) return end_.Failed(FailureKind::Interrupted, view.Message());
   return view.Message();
 }

@@ -34,8 +34,8 @@ std::optional<std::int16_t> FindRow(std::string name) {
   return std::nullopt;
 }
 
-RegisterValue ValueOf(std::int16_t row) {
-  return {RegName[row], RegAddr[row], RegValue, RegScaled};
+RegisterValue ValueOf(std::int16_t row, const Reading& reading) {
+  return {RegName[row], RegAddr[row], reading.value, reading.scaled};
 }
 
 class NoBusyLabel : public BusyView {
@@ -77,9 +77,9 @@ Done Station::Connect() {
   if (InterfaceType == kParallelPort && !core_.seams.driverService.Explanation().empty()) {
     return end_.Lost();
   }
-  if (!ChooseAdapter() || !RegisterAccess::Usable()) return end_.Lost();
+  if (!ChooseAdapter() || !core_.registers.Reachable()) return end_.Lost();
   gRecCtrl->ReadRecCtrl();
-  if (!RegisterAccess::Usable()) return end_.Lost();
+  if (!core_.registers.Reachable()) return end_.Lost();
   return Nothing{};
 }
 
@@ -121,16 +121,18 @@ Result<RegisterValue> Station::ReadRegister(const std::string& name) {
     return end_.Failed(FailureKind::Refused, "There is no readable register \"" + name + "\".");
   }
   const auto row = FindRow(name);
-  if (!ReadWord(core_.registers, *row)) return end_.Lost();
-  return ValueOf(*row);
+  const auto reading = core_.registers.Read(*row);
+  if (!reading) return end_.Lost();
+  return ValueOf(*row, *reading);
 }
 
 Result<std::vector<RegisterValue>> Station::ReadRegisters() {
   std::vector<RegisterValue> all;
   for (std::int16_t row = 0; row <= RegCount; ++row) {
     if (RegReserved[row] || !RegReadable[row]) continue;
-    if (!ReadWord(core_.registers, row)) return end_.Lost();
-    all.push_back(ValueOf(row));
+    const auto reading = core_.registers.Read(row);
+    if (!reading) return end_.Lost();
+    all.push_back(ValueOf(row, *reading));
   }
   return all;
 }
@@ -139,8 +141,7 @@ Done Station::WriteRegister(const std::string& name, std::int32_t value) {
   if (!CanWrite(name)) {
     return end_.Failed(FailureKind::Refused, "There is no writable register \"" + name + "\".");
   }
-  core_.registers.WriteReg(*FindRow(name), value);
-  if (!RegisterAccess::Usable()) return end_.Lost();
+  if (!core_.registers.Write(*FindRow(name), value)) return end_.Lost();
   return Nothing{};
 }
 
@@ -155,7 +156,7 @@ Result<std::filesystem::path> Station::WriteRegisterList() {
 }
 
 Result<StationState> Station::ClearState() {
-  core_.registers.WriteReg(row::COMMAND, kClearStatusCommand);
+  if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return end_.Lost();
   return State();
 }
 
@@ -180,7 +181,7 @@ Done Station::SendFunction(int bit) {
   NoBusyLabel label;
   GlobalCommands commands(core_.registers, core_.delay, loop_, messages_, label);
   commands.cmdWrite_Click(bit);
-  if (!RegisterAccess::Usable()) return end_.Lost();
+  if (!core_.registers.Reachable()) return end_.Lost();
   return Nothing{};
 }
 
