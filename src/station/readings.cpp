@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "device/rec_ctrl.h"
+#include "alarms/alarm_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
@@ -46,30 +46,13 @@ std::optional<StatusFlags> ReadStatusFlags(RegisterAccess& registers) {
   return StatusFlags{.word = *word, .known = true};
 }
 
-bool ReadAlarmPeaks(RegisterAccess& registers, AlarmState& alarms) {
-  const AxisRows peaks{row::ALM_X_PEAK, row::ALM_Y_PEAK, row::ALM_Z_PEAK};
-  const AxisRows bins{row::ALM_X_FREQ, row::ALM_Y_FREQ, row::ALM_Z_FREQ};
-  for (const Axis axis : kAxes) {
-    const auto peak = ReadWord(registers, peaks[Index(axis)]);
-    const auto bin = peak ? ReadWord(registers, bins[Index(axis)]) : std::nullopt;
-    if (!bin) return false;
-    alarms.axes[Index(axis)].peak = *peak;
-    alarms.axes[Index(axis)].peakBin = *bin;
-  }
-  alarms.gPerPeakLsb = gRecCtrl->gLsb();
-  alarms.peaksKnown = true;
-  return true;
-}
-
-bool ReadAlarmFlags(RegisterAccess& registers, AlarmState& alarms) {
-  const AxisRows rows{row::ALM_X_STAT, row::ALM_Y_STAT, row::ALM_Z_STAT};
-  for (const Axis axis : kAxes) {
-    const auto word = ReadWord(registers, rows[Index(axis)]);
-    if (!word) return false;
-    alarms.axes[Index(axis)].status = *word;
-  }
-  alarms.statusKnown = true;
-  return true;
+std::optional<AlarmState> ReadAlarms(RegisterAccess& registers) {
+  const auto peaks = ReadAlarmPeaks(registers, {});
+  auto alarms = peaks ? ReadAlarmFlags(registers, *peaks) : std::nullopt;
+  const auto info = alarms ? ReadWord(registers, row::REC_INFO) : std::nullopt;
+  if (!info) return std::nullopt;
+  alarms->gPerPeakLsb = LsbWeightOf(SettingsFromWords(*info, 0).range, RecordKind::Spectrum);
+  return alarms;
 }
 
 bool ReadConditions(RegisterAccess& registers, Conditions& conditions) {
@@ -82,11 +65,10 @@ bool ReadConditions(RegisterAccess& registers, Conditions& conditions) {
 }
 
 std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind kind,
-                                        std::int16_t range, const Record& earlier,
+                                        std::int16_t range,
                                         const std::function<void(int done, int total)>& progress) {
   Record record;
   record.kind = kind;
-  record.axes = earlier.axes;
   record.scaledRange = range;
   record.lsbWeight = LsbWeightOf(range, kind);
   const auto count = ReadWord(registers, row::REC_CNT);

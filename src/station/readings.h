@@ -18,19 +18,18 @@ namespace kestrel {
 
 [[nodiscard]] std::optional<StatusFlags> ReadStatusFlags(RegisterAccess& registers);
 
-// ALM_x_PEAK and ALM_x_FREQ, into what is known of the alarms; false when the sensor was lost.
-[[nodiscard]] bool ReadAlarmPeaks(RegisterAccess& registers, AlarmState& alarms);
-// ALM_x_STAT likewise.
-[[nodiscard]] bool ReadAlarmFlags(RegisterAccess& registers, AlarmState& alarms);
+// Peaks and alarm flags as the sensor has them now; peaks in g by the range at which the record in
+// its buffers was taken.
+[[nodiscard]] std::optional<AlarmState> ReadAlarms(RegisterAccess& registers);
 
 // Supply and temperature, into conditions; false when the sensor was lost.
 [[nodiscard]] bool ReadConditions(RegisterAccess& registers, Conditions& conditions);
 
 // The sensor's buffers with their information word and conditions, scaled by the range code
-// `range`. `earlier` is the record before: points beyond the new one's width stay as it had them.
-// STATUS, alarms, time and origin are left to the caller. `progress` is told points done of all.
+// `range`. STATUS, alarms, time and origin are left to the caller. `progress` is told points done
+// of all.
 [[nodiscard]] std::optional<Record> ReadRecordBuffers(
-    RegisterAccess& registers, RecordKind kind, std::int16_t range, const Record& earlier,
+    RegisterAccess& registers, RecordKind kind, std::int16_t range,
     const std::function<void(int done, int total)>& progress);
 
 }  // namespace kestrel

@@ -5,9 +5,9 @@
 #include <stdexcept>
 
 #include "acquisition/commands.h"
+#include "alarms/alarm_words.h"
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
-#include "record/status_flags.h"
 #include "regmap/register_table.h"
 #include "station/readings.h"
 
@@ -45,7 +45,7 @@ Recorder::Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& 
       end_(end),
       watch_(watch),
       identity_(std::move(identity)),
-      log_(core.seams.files, core.seams.locale, loop, view_) {}
+      log_(core.record, core.seams.files, core.seams.locale, loop, view_) {}
 
 Result<RecordSetup> Recorder::Configure(const RecordSetup& change) {
   if (change.mode) gRecCtrl->RecModeCode(*change.mode);
@@ -54,7 +54,6 @@ Result<RecordSetup> Recorder::Configure(const RecordSetup& change) {
   if (change.window) gRecCtrl->Windowing(*change.window);
   if (change.mode || change.range || change.option || change.window) gRecCtrl->WriteRecCtrl();
   gRecCtrl->ReadRecCtrl();
-  recCtrl_ = RegValue;
   if (change.averages) core_.registers.WriteReg(row::FFT_AVG, *change.averages);
   const auto averages = ReadWord(core_.registers, row::FFT_AVG);
   if (!averages) return end_.Lost();
@@ -79,22 +78,23 @@ Result<Captured> Recorder::Capture() {
   loop_.Forget();
   RecordOrigin origin;
   if (!Start() || WaitForData(origin) == Wait::Lost) return end_.Lost();
-  AlarmState alarms;
-  if (!ReadAlarmPeaks(core_.registers, alarms)) return end_.Lost();
-  const auto status = ReadStatusFlags(core_.registers);
+  const auto peaks = ReadAlarmPeaks(core_.registers, {});
+  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
   if (!status) return end_.Lost();
-  const StatusFlags flags{.word = status->word & ~kSpiFailureFlag, .known = true};
   const RecordKind kind = *setup_.mode == kTimeMode ? RecordKind::Time : RecordKind::Spectrum;
-  if (!ReadOut(kind, origin, flags, alarms)) return end_.Lost();
+  auto record = ReadOut(kind, origin);
+  const auto alarms = record ? ReadAlarmFlags(core_.registers, *peaks) : std::nullopt;
+  if (!alarms) return end_.Lost();
+  record->status = {.word = status->word & ~kSpiFailureFlag, .known = true};
+  record->alarms = *alarms;
   loop_.Yield();  // an interrupt of the read-out's time
-  return Captured{Rescaled(current_, current_.settings.range), loop_.WasInterrupted()};
+  return Captured{HandOver(*std::move(record)), loop_.WasInterrupted()};
 }
 
 // What the flags say afterwards is of this capture.
 bool Recorder::Start() {
-  AlarmState earlier;
   if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return false;
-  if (!ReadAlarmPeaks(core_.registers, earlier) || !ReadStatusFlags(core_.registers)) return false;
+  if (!ReadAlarmPeaks(core_.registers, {}) || !ReadStatusFlags(core_.registers)) return false;
   return core_.registers.Write(row::COMMAND, kCaptureCommand);
 }
 
@@ -139,54 +139,36 @@ Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
     return end_.Lost();
   }
   core_.delay.Delay(float{kRetrieveMs});
-  if (!ReadOut(kind, RecordOrigin{.countBefore = {}, .stored = number}, {}, {})) return end_.Lost();
-  if (!ReadAlarmPeaks(core_.registers, current_.alarms)) return end_.Lost();
-  const auto status = ReadStatusFlags(core_.registers);
+  auto record = ReadOut(kind, RecordOrigin{.countBefore = {}, .stored = number});
+  const auto alarms = record ? ReadAlarmFlags(core_.registers, {}) : std::nullopt;
+  const auto peaks = alarms ? ReadAlarmPeaks(core_.registers, *alarms) : std::nullopt;
+  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
   if (!status) return end_.Lost();
-  current_.status = *status;
-  return Rescaled(current_, current_.settings.range);
+  record->alarms = *peaks;
+  record->status = *status;
+  return HandOver(*std::move(record));
 }
 
-bool Recorder::ReadOut(RecordKind kind, const RecordOrigin& origin, StatusFlags status,
-                       const AlarmState& alarms) {
+std::optional<Record> Recorder::ReadOut(RecordKind kind, const RecordOrigin& origin) {
   const auto time = core_.seams.clock.UtcNow();
   ReadBuffersAs(kind);
-  auto record = ReadRecordBuffers(core_.registers, kind, gRecCtrl->RangeFS(), current_,
-                                  [this](int done, int total) {
-                                    watch_.Tell({"Reading", done, total});
-                                  });
-  if (!record) return false;
-  record->settings.recCtrl = recCtrl_;
+  auto record =
+      ReadRecordBuffers(core_.registers, kind, gRecCtrl->RangeFS(), [this](int done, int total) {
+        watch_.Tell({"Reading", done, total});
+      });
+  if (!record) return std::nullopt;
+  record->settings.recCtrl = gRecCtrl->Word();
   record->origin = origin;
-  record->status = status;
-  record->alarms = alarms;
   record->time = time;
   record->sensor = identity_();
-  if (!ReadAlarmFlags(core_.registers, record->alarms)) return false;
-  current_ = std::move(*record);
-  HandOver();
-  return true;
+  return record;
 }
 
-// The one place where the mandated names learn of a record without a window.
-void Recorder::HandOver() const {
-  Buff.width = current_.Width();
-  Buff.sampleRateOption = current_.settings.option;
-  CaptureType = current_.kind == RecordKind::Time ? "TimeDomain" : "FFT";
-  DataX = current_.Of(Axis::X).data;
-  DataY = current_.Of(Axis::Y).data;
-  DataZ = current_.Of(Axis::Z).data;
-  RawX = current_.Of(Axis::X).raw;
-  RawY = current_.Of(Axis::Y).raw;
-  RawZ = current_.Of(Axis::Z).raw;
-  LsbWeight = current_.lsbWeight;
-  RangeSetting = current_.scaledRange;
-  CaptSupply = current_.conditions.supplyV;
-  CaptTemp = current_.conditions.temperatureC;
-  for (std::size_t bit = 0; bit < kStatusFlags; ++bit) {
-    const bool isSet = current_.status.IsSet(static_cast<int>(bit));
-    StatusFlagText[bit] = isSet ? kStatusFlagTable[bit].whenSet : kStatusFlagClear;
-  }
+Record Recorder::HandOver(Record record) {
+  record.alarms.gPerPeakLsb = LsbWeightOf(record.settings.range, RecordKind::Spectrum);
+  NameStatus(record.status);
+  core_.record.HandOver(std::move(record));
+  return Rescaled(core_.record.Get(), core_.record.Get().settings.range);
 }
 
 double Recorder::GPerCode() const {

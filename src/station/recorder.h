@@ -68,9 +68,9 @@ class Recorder {
   Wait WaitForData(RecordOrigin& origin);
   Wait Stop(RecordOrigin& origin);
   [[nodiscard]] std::chrono::nanoseconds ShortestCapture() const;
-  bool ReadOut(RecordKind kind, const RecordOrigin& origin, StatusFlags status,
-               const AlarmState& alarms);
-  void HandOver() const;
+  std::optional<Record> ReadOut(RecordKind kind, const RecordOrigin& origin);
+  // The record at hand from now on; returns it scaled by its own range.
+  Record HandOver(Record record);
 
   Core& core_;
   UnattendedLoop& loop_;
@@ -80,8 +80,6 @@ class Recorder {
   NoCount view_;
   DataLog log_;
   RecordSetup setup_;
-  std::int32_t recCtrl_ = 0;  // the word that says it
-  Record current_;            // the record at hand, scaled by the range that is set
 };
 
 }  // namespace kestrel

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "acquisition/commands.h"
+#include "acquisition/sensor_identity.h"
 #include "app/config_file.h"
 #include "app/program_state.h"
 #include "connection/start.h"
@@ -15,7 +16,6 @@
 #include "device/rec_ctrl.h"
 #include "device/register_list.h"
 #include "device/register_log.h"
-#include "numeric/number_format.h"
 #include "regmap/register_table.h"
 #include "simulator/signal/scenario.h"
 #include "station/readings.h"
@@ -165,15 +165,12 @@ Result<StationState> Station::ReadState() {
 }
 
 Result<StationState> Station::State() {
+  const auto status = ReadStatusFlags(core_.registers);
+  const auto alarms = status ? ReadAlarms(core_.registers) : std::nullopt;
   StationState state;
-  RegisterAccess& registers = core_.registers;
-  if (!ReadAlarmPeaks(registers, state.alarms)) return end_.Lost();
-  const auto status = ReadStatusFlags(registers);
-  if (!status || !ReadAlarmFlags(registers, state.alarms) ||
-      !ReadConditions(registers, state.conditions)) {
-    return end_.Lost();
-  }
+  if (!alarms || !ReadConditions(core_.registers, state.conditions)) return end_.Lost();
   state.status = *status;
+  state.alarms = *alarms;
   return state;
 }
 
@@ -199,15 +196,8 @@ bool Station::UseFolder(const std::filesystem::path& folder) {
 }
 
 SensorIdentity Station::Identity() const {
-  SensorIdentity identity;
-  identity.product = ProductNumber;
+  SensorIdentity identity = PresentSensor();
   identity.simulated = simulator_ != nullptr;
-  if (InterfaceType == kParallelPort) {
-    identity.interface = "parallel port " + Hex(PortAddress);
-  } else if (InterfaceType == kUsbAdapter) {
-    identity.interface = SelectedAdapter.deviceName;
-    identity.adapter = SelectedAdapter.string1 + ", " + SelectedAdapter.string2;
-  }
   return identity;
 }
 

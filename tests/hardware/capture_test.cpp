@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/capture_cycle.h"
-#include "acquisition/quiet_views.h"
 #include "connection/core.h"
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
@@ -15,8 +14,11 @@
 #include "record/frequency.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_adapter.h"
+#include "support/fake_band_overlay.h"
 #include "support/fake_clock.h"
+#include "support/fake_log_view.h"
 #include "support/fake_main_views.h"
+#include "support/fake_plot_views.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
@@ -77,17 +79,20 @@ class Program {
   UnusedDriverService service_;
   Core core_;
   Journal journal_;
-  QuietViews quiet_;
+  FakePlotView plotView_{journal_};
+  FakeAlarmView alarmView_{journal_};
+  FakeLogView logView_{journal_};
+  FakeBandOverlayView bandView_{journal_, plotView_};
   FakeStatusView statusView_{journal_};
   FakeReadoutView readoutView_{journal_};
   FakeCaptureView views_{journal_, readoutView_};
-  AlarmStatus alarms_{core_.registers, quiet_};
-  SpectrumPlot plot_{core_.record, quiet_, alarms_, loop_, messages};
-  DataLog log_{core_.record, files_, locale_, loop_, quiet_};
+  AlarmStatus alarms_{core_.registers, alarmView_};
+  SpectrumPlot plot_{core_.record, plotView_, alarms_, loop_, messages};
+  DataLog log_{core_.record, files_, locale_, loop_, logView_};
   StatusDisplay status_{core_.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core_, status_, alarms_, plot_, quiet_, log_, readoutView_};
+  CaptureReadout readout_{core_, status_, alarms_, plot_, plotView_, log_, readoutView_};
   WindowDelay delay_{loop_};
-  BandOverlay overlay_{plot_, quiet_};
+  BandOverlay overlay_{plot_, bandView_};
   CaptureCycle cycle_{core_, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
 };
 
