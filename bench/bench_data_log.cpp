@@ -1,4 +1,4 @@
-// What a data-log file costs against one plain write of the same bytes.
+// What a data-log file costs, beside one plain write of the same bytes.
 // SPDX-License-Identifier: MIT
 // What a data-log file of a time record costs, against one plain write of the same bytes that is
 // brought to the same disk: that of the temporary folder, which TMPDIR names.
@@ -18,7 +18,6 @@
 #include <string>
 #include <vector>
 
-#include "acquisition/quiet_views.h"
 #include "figure.h"
 #include "logging/data_log.h"
 #include "platform/linux/system_files.h"
@@ -52,6 +51,12 @@ class NoLoop : public EventLoop {
   void StartTimer(std::chrono::milliseconds /*interval*/, std::function<void()> /*tick*/) override {
   }
   void StopTimer() override {}
+};
+
+class NoCount : public DataLogView {
+ public:
+  void SetFileCountColour(double /*colour*/) override {}
+  void SetFileCount(const std::string& /*text*/) override {}
 };
 
 Record MakeRecord() {
@@ -101,7 +106,7 @@ int Measure() {
   FilesIn files(folder.path());
   SystemLocale locale;
   NoLoop loop;
-  QuietViews view;
+  NoCount view;
   CurrentRecord current;
   current.HandOver(MakeRecord());
   DataLog log(current, files, locale, loop, view);

@@ -1,27 +1,22 @@
-// Ten thousand logged captures on end, watched for memory and lost records.
+// Ten thousand logged captures on end: memory must not grow, and every file must be whole.
 // SPDX-License-Identifier: MIT
-// Ten thousand logged captures on end, spectra and time records by turns, through the logic without
-// windows, in simulated time. Memory must not grow, and every file must be whole.
+// Spectra and time records by turns, through the logic without windows, in simulated time.
 
 #include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <iterator>
+#include <stdexcept>
 #include <string>
 
-#include "acquisition/capture_cycle.h"
-#include "acquisition/quiet_views.h"
-#include "connection/start.h"
-#include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "platform/linux/system_files.h"
 #include "record/capture_data.h"
 #include "simulator/simulated_hardware.h"
+#include "station/station.h"
 #include "support/fixed_locale.h"
-#include "support/recording_messages.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {
@@ -32,7 +27,8 @@ namespace fs = std::filesystem;
 constexpr int kCaptures = 10000;
 constexpr int kWarmUp = 1000;
 constexpr double kMostGrowthMegabytes = 1;
-constexpr int kTimeMode = 2;
+constexpr std::int16_t kFftMode = 0;
+constexpr std::int16_t kTimeMode = 2;
 constexpr int kHeaderLines = 12;
 
 // Whatever is waited for has passed at once.
@@ -53,35 +49,6 @@ class JumpingClock : public Clock {
   std::chrono::nanoseconds now_{0};
 };
 
-// The window timer ticks as soon as it is waited for; the user does nothing.
-class JumpingLoop : public EventLoop {
- public:
-  explicit JumpingLoop(Clock& clock) : clock_(clock) {}
-
-  void Yield() override {}
-  void YieldUntilEvent() override {
-    clock_.WaitUntil(clock_.Monotonic() + interval_);
-    tick_();
-  }
-  void YieldToPaint() override {}
-  void StartTimer(std::chrono::milliseconds interval, std::function<void()> tick) override {
-    interval_ = interval;
-    tick_ = std::move(tick);
-  }
-  void StopTimer() override {}
-
- private:
-  Clock& clock_;
-  std::chrono::milliseconds interval_{0};
-  std::function<void()> tick_;
-};
-
-class NoPointer : public MousePointer {
- public:
-  void ShowHourglass() override {}
-  void ShowDefault() override {}
-};
-
 class FilesIn : public SystemFiles {
  public:
   explicit FilesIn(fs::path folder) : folder_(std::move(folder)) {}
@@ -89,27 +56,6 @@ class FilesIn : public SystemFiles {
 
  private:
   fs::path folder_;
-};
-
-// A main window with auto-plot and data log on that shows nothing.
-class SoakViews : public QuietViews, public CaptureView, public StatusView {
- public:
-  [[nodiscard]] std::string StartCaption() override { return caption_; }
-  void SetStartCaption(const std::string& caption) override { caption_ = caption; }
-  void ShowCapturingData(bool /*shown*/) override {}
-  void ShowElapsed(double /*seconds*/) override {}
-  void SetKeyPreview(bool /*on*/) override {}
-  [[nodiscard]] std::string FftAvgsText() override { return "8"; }
-  [[nodiscard]] int RecModeIndex() override { return recMode; }
-  [[nodiscard]] bool AutoPlotTicked() override { return true; }
-  [[nodiscard]] bool DataLogTicked() override { return true; }
-  void SetStatusName(int /*bit*/, const std::string& /*text*/) override {}
-  void SetStatusFlag(int /*bit*/, const std::string& /*text*/, double /*colour*/) override {}
-
-  int recMode = 0;
-
- private:
-  std::string caption_ = kStartCaption;
 };
 
 double ResidentMegabytes() {
@@ -140,27 +86,24 @@ bool IsWhole(const fs::path& file) {
 class Soak {
  public:
   Soak() {
-    core_.delay.SkipCalibration();
-    InterfaceType = kUsbAdapter;
-    InitInterface(core_);
-    InitRegisterTable(core_.registers);
-    gRecCtrl->ReadRecCtrl();
+    const Done connected = station_.Connect();
+    if (!connected) throw std::runtime_error(connected.Why().text);
   }
 
   // A capture whose file is looked at and removed. Returns whether all was well.
   bool Capture(int number) {
-    views_.recMode = number % 2 == 0 ? 0 : kTimeMode;
-    gRecCtrl->RecModeCode(static_cast<std::int16_t>(views_.recMode));
-    gRecCtrl->WriteRecCtrl();
-    cycle_.cmdStart_Click();
+    RecordSetup setup;
+    setup.mode = number % 2 == 0 ? kFftMode : kTimeMode;
+    const bool captured = station_.Records().Configure(setup) && station_.Records().Capture();
+    const auto file = station_.Records().WriteDataFile();
     const std::string name = "Datalog_" + std::to_string(number) + ".csv";
-    const bool written = log_.LastFile().filename() == name && IsWhole(log_.LastFile());
+    const bool written = captured && file && file->filename() == name && IsWhole(*file);
     const bool alone = folder_.Names().size() == 1;
-    fs::remove(log_.LastFile());
-    if (written && alone && messages_.Texts().empty()) return true;
+    if (file) fs::remove(*file);
+    const auto notes = station_.TakeNotes();
+    if (written && alone && notes.empty()) return true;
     std::printf("capture %d: %s%s%s\n", number, written ? "" : "the file is not whole; ",
-                alone ? "" : "there are other files; ",
-                messages_.Texts().empty() ? "" : messages_.Texts().back().c_str());
+                alone ? "" : "there are other files; ", notes.empty() ? "" : notes.back().c_str());
     return false;
   }
 
@@ -171,30 +114,14 @@ class Soak {
  private:
   JumpingClock clock_;
   SimulatedHardware hardware_{clock_};
-  JumpingLoop loop_{clock_};
-  NoPointer pointer_;
-  RecordingMessages messages_;
   TemporaryFolder folder_;
   FilesIn files_{folder_.path()};
   FixedLocale locale_;
-  Core core_{Seams{.clock = clock_,
-                   .loop = loop_,
-                   .pointer = pointer_,
-                   .messages = messages_,
-                   .files = files_,
-                   .locale = locale_,
-                   .usb = hardware_.Adapter(),
-                   .port = hardware_.Port(),
-                   .driverService = hardware_.Service()}};
-  SoakViews views_;
-  AlarmStatus alarms_{core_.registers, views_};
-  SpectrumPlot plot_{core_.record, views_, alarms_, loop_, messages_};
-  DataLog log_{core_.record, files_, locale_, loop_, views_};
-  StatusDisplay status_{core_.registers, alarms_, loop_, views_};
-  CaptureReadout readout_{core_, status_, alarms_, plot_, views_, log_, views_};
-  WindowDelay delay_{loop_};
-  BandOverlay overlay_{plot_, views_};
-  CaptureCycle cycle_{core_, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
+  Station station_{{.clock = clock_,
+                    .files = files_,
+                    .locale = locale_,
+                    .hardware = {&hardware_.Adapter(), &hardware_.Port(), &hardware_.Service()},
+                    .watch = {}}};
 };
 
 int Run() {

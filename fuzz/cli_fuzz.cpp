@@ -93,6 +93,7 @@ void CheckEnd(ExitCode end, const std::vector<std::string>& arguments, const std
       [[fallthrough]];
     case ExitCode::Failure:
     case ExitCode::NoSensor:
+    case ExitCode::NotNew:
       Require(!error.empty(), "a failure is explained");
       return;
     case ExitCode::Interrupted:

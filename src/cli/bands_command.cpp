@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm bands as a table or as JSON, and their way to files and back.
 // SPDX-License-Identifier: MIT
 #include "cli/bands_command.h"
 
@@ -9,8 +9,6 @@
 #include <iomanip>
 
 #include "alarms/alarm_file.h"
-#include "alarms/band_state.h"
-#include "device/rec_ctrl.h"
 #include "numeric/number_format.h"
 #include "record/frequency.h"
 
@@ -21,31 +19,31 @@ constexpr std::array<const char*, kBandFields.size()> kNames{
     "f_low", "f_high", "alarm1_x", "alarm1_y", "alarm1_z", "alarm2_x", "alarm2_y", "alarm2_z"};
 constexpr std::size_t kBins = 2;  // the fields before the thresholds
 
-Json BandJson(int band, int option) {
+Json BandJson(const BandTable& table, int band, int option, double gPerCode) {
   Json json{{"option", option}, {"band", band}};
   for (std::size_t i = 0; i < kBandFields.size(); ++i) {
-    const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
+    const std::int32_t value = table(kBandFields[i], band, option);
     json[kNames[i]] = value;
     if (i < kBins) {
       json[std::string(kNames[i]) + "_hz"] = value * BinWidth(option);
     } else {
-      json[std::string(kNames[i]) + "_g"] = value * gRecCtrl->gLsb();
+      json[std::string(kNames[i]) + "_g"] = value * gPerCode;
     }
   }
   return json;
 }
 
-void PrintBand(std::ostream& out, int band, int option) {
+void PrintBand(std::ostream& out, const BandTable& table, int band, int option, double gPerCode) {
   out << option << "     " << band;
   for (std::size_t i = 0; i < kBandFields.size(); ++i) {
-    const std::int32_t value = AlarmBandTable(kBandFields[i], band, option);
+    const std::int32_t value = table(kBandFields[i], band, option);
     out << std::setw(i < kBins ? 7 : 10)
-        << (i < kBins ? std::to_string(value) : FixedNumber(value * gRecCtrl->gLsb(), 5));
+        << (i < kBins ? std::to_string(value) : FixedNumber(value * gPerCode, 5));
   }
   out << '\n';
 }
 
-void WriteBands(const Output& output) {
+void WriteBands(const Output& output, const BandTable& table, double gPerCode) {
   Json all = Json::array();
   if (!output.json) {
     output.out << "Option Band F-low F-high  Alarm 1 X, Y, Z in g           Alarm 2 X, Y, Z in g\n";
@@ -53,9 +51,9 @@ void WriteBands(const Output& output) {
   for (int option = 0; option < kSampleRateOptions; ++option) {
     for (int band = 1; band <= kAlarmBands; ++band) {
       if (output.json) {
-        all.push_back(BandJson(band, option));
+        all.push_back(BandJson(table, band, option, gPerCode));
       } else {
-        PrintBand(output.out, band, option);
+        PrintBand(output.out, table, band, option, gPerCode);
       }
     }
   }
@@ -80,89 +78,59 @@ void BandsCommand::AddTo(CLI::App& app) {
 }
 
 ExitCode BandsCommand::Run(Session& session, const Output& output) {
-  BandTransfer transfer(session.core.registers, session.core.delay, session.loop, session.messages,
-                        session.window);
-  session.loop.OnInterrupt([&transfer] { transfer.Cancel(); });
-  if (read_->parsed()) return Read(session, transfer, output);
-  if (write_->parsed()) return Write(session, transfer, output);
-  if (save_->parsed()) return Save(session, transfer, output);
-  if (load_->parsed()) {
-    if (!Load(session)) return ExitCode::Failure;
-    WriteBands(output);
-    return ExitCode::Success;
-  }
-  transfer.cmdClearAll_Click();
-  return End(session, output);
+  if (read_->parsed()) return Read(session, output);
+  if (write_->parsed()) return Write(session, output);
+  if (save_->parsed()) return Save(session, output);
+  if (load_->parsed()) return Load(session, output);
+  return Report(session, output, session.station.Bands().Clear());
 }
 
 // How a transfer ended, in its own words.
-ExitCode BandsCommand::End(Session& session, const Output& output) {
+ExitCode BandsCommand::Report(Session& session, const Output& output,
+                              const Result<std::string>& end) {
   session.EndProgress();
-  const bool whole = RegisterAccess::Usable() && !session.loop.WasInterrupted();
-  if (!whole) {
-    session.messages.Show(session.window.TransferMessage());
-  } else if (output.json) {
-    output.Write({{"message", session.window.TransferMessage()}});
+  if (!end) return session.Fail(end.Why());
+  if (output.json) {
+    output.Write({{"message", *end}});
   } else {
-    output.out << session.window.TransferMessage() << '\n';
+    output.out << *end << '\n';
   }
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
-  return session.loop.WasInterrupted() ? ExitCode::Interrupted : ExitCode::Success;
-}
-
-ExitCode BandsCommand::Read(Session& session, BandTransfer& transfer, const Output& output) {
-  transfer.ReadAllFlash();
-  session.EndProgress();
-  if (!RegisterAccess::Usable() || session.loop.WasInterrupted()) return End(session, output);
-  WriteBands(output);
   return ExitCode::Success;
 }
 
-ExitCode BandsCommand::Write(Session& session, BandTransfer& transfer, const Output& output) const {
-  if (!Load(session)) return ExitCode::Failure;
-  const std::string misfit = MisfitText(AlarmBandTable);
-  if (!misfit.empty()) {
-    session.messages.Show("Writing alarm bands: " + misfit + ". Nothing was written.");
-    return ExitCode::Failure;
-  }
-  transfer.cmdWriteAll_Click();
-  return End(session, output);
+ExitCode BandsCommand::Read(Session& session, const Output& output) {
+  const auto table = session.station.Bands().Read();
+  session.EndProgress();
+  if (!table) return session.Fail(table.Why());
+  WriteBands(output, *table, session.station.Records().GPerCode());
+  return ExitCode::Success;
 }
 
 // Numbers are codes of the range in use, so the table goes through unchanged.
-bool BandsCommand::Load(Session& session) const {
-  const std::filesystem::path file = std::filesystem::absolute(file_);
-  const auto content = session.files.Read(file, kLargestAlarmFile + 1);
-  if (!content) {
-    session.messages.Show("The file " + file.string() + " cannot be read.");
-    return false;
-  }
-  if (content->size() > kLargestAlarmFile) {
-    session.messages.Show("The file " + file.string() + " is too large to be an alarm file.");
-    return false;
-  }
-  try {
-    BandTable table;
-    ReadAlarmFileText(*content, table);
-    AlarmBandTable = table;
-    return true;
-  } catch (const RuntimeError& error) {
-    session.messages.Show(file.string() + ", " + error.what());
-    return false;
-  }
+ExitCode BandsCommand::Write(Session& session, const Output& output) const {
+  const auto table = ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(file_));
+  if (!table) return session.Fail(table.Why());
+  return Report(session, output, session.station.Bands().Write(*table));
 }
 
-ExitCode BandsCommand::Save(Session& session, BandTransfer& transfer, const Output& output) const {
+ExitCode BandsCommand::Load(Session& session, const Output& output) const {
+  const auto table = ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(file_));
+  if (!table) return session.Fail(table.Why());
+  WriteBands(output, *table, session.station.Records().GPerCode());
+  return ExitCode::Success;
+}
+
+ExitCode BandsCommand::Save(Session& session, const Output& output) const {
   const std::filesystem::path file = std::filesystem::absolute(file_);
   if (!IsAlarmFileName(file.filename().string())) {
-    session.messages.Show("bands save: the name must be AlarmSpectrum_<name>.csv, not \"" +
-                          file.filename().string() + "\".");
+    session.Say("bands save: the name must be AlarmSpectrum_<name>.csv, not \"" +
+                file.filename().string() + "\".");
     return ExitCode::Usage;
   }
-  transfer.ReadAllFlash();
+  const auto table = session.station.Bands().Read();
   session.EndProgress();
-  if (!RegisterAccess::Usable() || session.loop.WasInterrupted()) return End(session, output);
-  session.files.ReplaceWhole(file, AlarmFileText(AlarmBandTable));
+  if (!table) return session.Fail(table.Why());
+  session.station.FilesHere().ReplaceWhole(file, AlarmFileText(*table));
   if (output.json) {
     output.Write({{"file", file.string()}});
   } else {

@@ -1,10 +1,9 @@
-// Kestrel evaluation program
+// The command about alarm bands: read, write, clear, load, save.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <string>
 
-#include "alarms/band_transfer.h"
 #include "cli/command.h"
 
 namespace kestrel {
@@ -17,11 +16,11 @@ class BandsCommand : public Command {
   ExitCode Run(Session& session, const Output& output) override;
 
  private:
-  static ExitCode Read(Session& session, BandTransfer& transfer, const Output& output);
-  static ExitCode End(Session& session, const Output& output);
-  ExitCode Write(Session& session, BandTransfer& transfer, const Output& output) const;
-  ExitCode Save(Session& session, BandTransfer& transfer, const Output& output) const;
-  [[nodiscard]] bool Load(Session& session) const;
+  static ExitCode Read(Session& session, const Output& output);
+  static ExitCode Report(Session& session, const Output& output, const Result<std::string>& end);
+  ExitCode Load(Session& session, const Output& output) const;
+  ExitCode Write(Session& session, const Output& output) const;
+  ExitCode Save(Session& session, const Output& output) const;
 
   CLI::App* word_ = nullptr;
   CLI::App* read_ = nullptr;

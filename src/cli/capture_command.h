@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The commands that report records: captured now, or stored earlier.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -18,21 +18,17 @@ class CaptureCommand : public Command {
   ExitCode Run(Session& session, const Output& output) override;
 
  private:
-  bool Configure(Session& session) const;
   bool PrepareFiles(Session& session) const;
   ExitCode Capture(Session& session, const Output& output, int number);
 
   CLI::App* word_ = nullptr;
-  std::optional<int> mode_;
-  std::optional<int> averages_;
-  std::optional<int> range_;
-  std::optional<int> option_;
-  std::optional<int> window_;
+  RecordSetup setup_;
   int count_ = 1;
   double interval_ = 0;  // seconds from start to start
   std::string folder_;
   std::string name_;
   bool withData_ = false;
+  bool oldData_ = false;
 };
 
 // "record": a stored record from the sensor's flash.

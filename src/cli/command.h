@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The words of the command line: what they share.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The exit codes of the command-line program.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -10,6 +10,7 @@ enum class ExitCode {
   Failure = 1,       // a message was shown: a file, a value or a step that failed
   Usage = 2,         // the command line makes no sense
   NoSensor = 3,      // no interface, or it was lost
+  NotNew = 4,        // a capture ended before data were ready: they are those of the record before
   Interrupted = 130  // ended by Ctrl-C
 };
 

@@ -1,6 +1,5 @@
-// Kestrel evaluation program
+// Entry point of the command-line program: makes the system and starts.
 // SPDX-License-Identifier: MIT
-// Entry point of the command-line program.
 
 #include <atomic>
 #include <csignal>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The command line taken apart, and the command it names run.
 // SPDX-License-Identifier: MIT
 #include "cli/program.h"
 
@@ -17,8 +17,9 @@
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
 #include "cli/small_commands.h"
-#include "numeric/number_parse.h"
+#include "numeric/conversions.h"
 #include "simulator/signal/scenario.h"
+#include "transport/typed_word.h"
 
 namespace kestrel {
 namespace {
@@ -27,16 +28,16 @@ constexpr const char* kDescription =
     "Operates one Kestrel tri-axial vibration sensor from the command line.";
 constexpr const char* kFooter =
     "Ctrl-C ends a capture as the Stop button does.\n"
-    "Exit codes: 0 success, 1 failure, 2 wrong usage, 3 no sensor, 130 ended by Ctrl-C.";
+    "Exit codes: 0 success, 1 failure, 2 wrong usage, 3 no sensor,\n"
+    "4 a capture that was stopped before it brought new data, 130 ended by Ctrl-C.";
 
-// A parallel port's base address: hexadecimal digits, perhaps after "0x".
-std::int16_t ParsePortAddress(std::string text) {
-  if (text.starts_with("0x") || text.starts_with("0X")) text.erase(0, 2);
-  const auto value = HexadecimalNumber(text);
-  if (!value || *value == 0 || *value > 0x7FFF) {
+// A parallel port's base address: any 16-bit word in hexadecimal digits, perhaps after "0x".
+std::int16_t ParsePortAddress(const std::string& text) {
+  const TypedWord address = ReadTypedWord(text);
+  if (!address.fault.empty()) {
     throw CLI::ValidationError("--parallel", "\"" + text + "\" is no port address like 378");
   }
-  return static_cast<std::int16_t>(*value);
+  return NarrowToInteger(address.value);
 }
 
 int ParseAdapter(const std::string& text) {
@@ -70,16 +71,43 @@ void AddConnection(CLI::App& app, Connection& connection) {
 ExitCode RunCommand(Command& command, Session& session, const Output& output) {
   try {
     if (command.NeedsSensor()) {
-      if (!session.Connect()) return ExitCode::NoSensor;
-    } else {
-      session.Prepare();
+      const auto connected = session.station.Connect();
+      if (!connected) return session.Fail(connected.Why());
+      session.SayNotes();
     }
-    return command.Run(session, output);
+    const ExitCode end = command.Run(session, output);
+    session.SayNotes();
+    return end;
   } catch (const std::runtime_error& error) {  // the system's own errors of files among them
-    session.EndProgress();
-    session.messages.Show(error.what());
+    session.Say(error.what());
     return ExitCode::Failure;
   }
+}
+
+// The words that could stand where one is missing, with commas.
+std::string WordsOf(const CLI::App& app) {
+  std::string words;
+  for (const CLI::App* word : app.get_subcommands([](const CLI::App*) { return true; })) {
+    words += (words.empty() ? "" : ", ") + word->get_name();
+  }
+  return words;
+}
+
+// Names a word that is no command where one is wanted; any other fault in the parser's own words.
+ExitCode Refuse(const CLI::App& app, const CLI::ParseError& error,
+                const Surroundings& surroundings) {
+  const auto chosen = app.get_subcommands();
+  const CLI::App& last = chosen.empty() ? app : *chosen.back();
+  std::vector<std::string> rest = app.remaining(true);
+  std::erase_if(rest, [](const std::string& word) { return word.starts_with("-"); });
+  if (error.get_name() != "RequiredError" || rest.empty() || WordsOf(last).empty()) {
+    const int code = app.exit(error, surroundings.out, surroundings.error);
+    return code == 0 ? ExitCode::Success : ExitCode::Usage;
+  }
+  const std::string before = chosen.empty() ? "" : last.get_name() + ": ";
+  surroundings.error << before << "there is no command \"" << rest.front() << "\". There are "
+                     << WordsOf(last) << ".\nRun with --help for more information.\n";
+  return ExitCode::Usage;
 }
 
 }  // namespace
@@ -103,8 +131,7 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
-    const int code = app.exit(error, surroundings.out, surroundings.error);
-    return code == 0 ? ExitCode::Success : ExitCode::Usage;
+    return Refuse(app, error, surroundings);
   }
   Session session(surroundings, connection);
   const auto chosen = std::find_if(commands.begin(), commands.end(),

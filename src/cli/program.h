@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The command-line program as a function.
 // SPDX-License-Identifier: MIT
 #pragma once
 

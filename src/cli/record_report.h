@@ -1,29 +1,31 @@
-// Kestrel evaluation program
+// A record and the sensor's state as text for people or JSON for scripts.
 // SPDX-License-Identifier: MIT
 #pragma once
 
 #include <filesystem>
 
 #include "cli/command.h"
-#include "cli/hidden_window.h"
+#include "record/record.h"
 
 namespace kestrel {
 
 struct RecordReport {
-  int number = 0;              // 1 for the first; 0 where there is only one
-  bool withData = false;       // every point as well
+  Record record;
+  int number = 0;              // 1 for the first capture; 0 where there is only one
+  bool withData = false;       // every point in the text as well; JSON always has them
   bool stopped = false;        // ended early
   std::filesystem::path file;  // empty when none was written
 };
 
-// Reports the record at hand: how it was taken, the peak of each axis, conditions, flags, alarms.
-void WriteRecord(const Output& output, const HiddenWindow& window, const RecordReport& report);
+// Reports a record: how it was taken, the peak of each axis, conditions, flags, alarms.
+void WriteRecord(const Output& output, const RecordReport& report);
 
 // Supply and temperature, one line.
-[[nodiscard]] std::string ConditionsText(double supplyV, double temperatureC);
+[[nodiscard]] std::string ConditionsText(const Conditions& conditions);
 
-// The flags of STATUS by name, and the alarm state of the axes.
-[[nodiscard]] Json StatusJson(const HiddenWindow& window);
-void PrintStatus(std::ostream& out, const HiddenWindow& window);
+// The flags of STATUS by name.
+[[nodiscard]] Json StatusJson(StatusFlags status);
+// The same a line each, and the alarm state of the axes.
+void PrintState(std::ostream& out, StatusFlags status, const AlarmState& alarms);
 
 }  // namespace kestrel

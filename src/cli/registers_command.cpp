@@ -1,40 +1,20 @@
-// Kestrel evaluation program
+// Registers by name, and how their values are shown.
 // SPDX-License-Identifier: MIT
 #include "cli/registers_command.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <iomanip>
 #include <optional>
 
-#include "device/register_list.h"
-#include "device/register_log.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
-#include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
 constexpr std::int32_t kLargestWord = 0xFFFF;
-
-std::string Capitals(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-  return text;
-}
-
-// The row of a register by its name, in any case.
-std::optional<std::int16_t> FindRow(const std::string& name) {
-  const std::string wanted = Capitals(name);
-  for (std::int16_t row = 0; row <= RegCount; ++row) {
-    if (RegName[row] == wanted) return row;
-  }
-  return std::nullopt;
-}
 
 // "0x" and hexadecimal digits, or a decimal number, of 16 bits.
 std::optional<std::int32_t> Word(const std::string& text) {
@@ -55,17 +35,17 @@ std::string FourDigits(std::int32_t value) {
   return digits.substr(digits.size() - 4);
 }
 
-Json RegisterJson(std::int16_t row) {
-  return {{"name", RegName[row]},
-          {"address", RegAddr[row]},
-          {"hex", FourDigits(RegValue)},
-          {"value", RegValue},
-          {"scaled", static_cast<double>(RegScaled)}};
+Json RegisterJson(const RegisterValue& read) {
+  return {{"name", read.name},
+          {"address", read.address},
+          {"hex", FourDigits(read.value)},
+          {"value", read.value},
+          {"scaled", static_cast<double>(read.scaled)}};
 }
 
-void PrintRegister(std::ostream& out, std::int16_t row) {
-  out << std::left << std::setw(14) << RegName[row] << std::right << FourDigits(RegValue) << "  "
-      << std::setw(6) << RegValue << "  " << GeneralNumber(RegScaled) << '\n';
+void PrintRegister(std::ostream& out, const RegisterValue& read) {
+  out << std::left << std::setw(14) << read.name << std::right << FourDigits(read.value) << "  "
+      << std::setw(6) << read.value << "  " << GeneralNumber(read.scaled) << '\n';
 }
 
 }  // namespace
@@ -90,15 +70,14 @@ ExitCode RegistersCommand::Run(Session& session, const Output& output) {
 }
 
 ExitCode RegistersCommand::List(Session& session, const Output& output) {
+  const auto registers = session.station.ReadRegisters();
+  if (!registers) return session.Fail(registers.Why());
   Json all = Json::array();
-  for (std::int16_t row = 0; row <= RegCount; ++row) {
-    if (RegReserved[row] || !RegReadable[row]) continue;
-    session.core.registers.ReadReg(row);
-    if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
+  for (const RegisterValue& read : *registers) {
     if (output.json) {
-      all.push_back(RegisterJson(row));
+      all.push_back(RegisterJson(read));
     } else {
-      PrintRegister(output.out, row);
+      PrintRegister(output.out, read);
     }
   }
   if (output.json) output.Write(all);
@@ -106,55 +85,50 @@ ExitCode RegistersCommand::List(Session& session, const Output& output) {
 }
 
 ExitCode RegistersCommand::Read(Session& session, const Output& output) const {
-  const auto row = FindRow(name_);
-  if (!row || !RegReadable[*row]) {
-    session.messages.Show("registers read: there is no readable register \"" + name_ + "\".");
+  if (!Station::CanRead(name_)) {
+    session.Say("registers read: there is no readable register \"" + name_ + "\".");
     return ExitCode::Usage;
   }
-  session.core.registers.ReadReg(*row);
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
+  const auto read = session.station.ReadRegister(name_);
+  if (!read) return session.Fail(read.Why());
   if (output.json) {
-    output.Write(RegisterJson(*row));
+    output.Write(RegisterJson(*read));
   } else {
-    PrintRegister(output.out, *row);
+    PrintRegister(output.out, *read);
   }
   return ExitCode::Success;
 }
 
 ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
-  const auto row = FindRow(name_);
-  if (!row || !RegWritable[*row]) {
-    session.messages.Show("registers write: there is no writable register \"" + name_ + "\".");
+  if (!Station::CanWrite(name_)) {
+    session.Say("registers write: there is no writable register \"" + name_ + "\".");
     return ExitCode::Usage;
   }
   const auto value = Word(value_);
   if (!value) {
-    session.messages.Show("registers write: \"" + value_ + "\" is no 16-bit number.");
+    session.Say("registers write: \"" + value_ + "\" is no 16-bit number.");
     return ExitCode::Usage;
   }
-  session.core.registers.WriteReg(*row, *value);
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
-  return RegReadable[*row] ? Read(session, output) : ExitCode::Success;
+  const auto written = session.station.WriteRegister(name_, *value);
+  if (!written) return session.Fail(written.Why());
+  return Station::CanRead(name_) ? Read(session, output) : ExitCode::Success;
 }
 
 ExitCode RegistersCommand::Dump(Session& session, const Output& output) const {
   if (!folder_.empty()) {
     const std::filesystem::path folder = std::filesystem::absolute(folder_);
     // The list would go to the user's documents instead.
-    if (!session.files.CanWriteIn(folder)) {
-      session.messages.Show("--out: the folder " + folder.string() + " cannot be written.");
+    if (!session.station.UseFolder(folder)) {
+      session.Say("--out: the folder " + folder.string() + " cannot be written.");
       return ExitCode::Failure;
     }
-    session.files.SetFolder(folder);
   }
-  const auto listing = ReadAllRegisters(session.core.registers, {});
-  if (!listing) return ExitCode::NoSensor;
-  const std::filesystem::path file =
-      WriteRegisterLog(session.files, session.core.seams.locale, listing->text);
+  const auto file = session.station.WriteRegisterList();
+  if (!file) return session.Fail(file.Why());
   if (output.json) {
-    output.Write({{"file", file.string()}});
+    output.Write({{"file", file->string()}});
   } else {
-    output.out << file.string() << '\n';
+    output.out << file->string() << '\n';
   }
   return ExitCode::Success;
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The command about registers: list, read, write, dump.
 // SPDX-License-Identifier: MIT
 #pragma once
 

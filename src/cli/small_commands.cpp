@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Functions, state and adapters, reported.
 // SPDX-License-Identifier: MIT
 #include "cli/small_commands.h"
 
@@ -9,16 +9,9 @@
 #include "cli/record_report.h"
 #include "device/global_commands.h"
 #include "numeric/number_format.h"
-#include "regmap/register_table.h"
-#include "transport/usb_adapter.h"
 
 namespace kestrel {
 namespace {
-
-class NoBusyLabel : public BusyView {
- public:
-  void ShowBusyLabel(bool /*shown*/) override {}
-};
 
 std::string FunctionList() {
   std::string list = "Functions:";
@@ -37,11 +30,8 @@ void GlobalCommand::AddTo(CLI::App& app) {
 }
 
 ExitCode GlobalCommand::Run(Session& session, const Output& output) {
-  NoBusyLabel label;
-  GlobalCommands commands(session.core.registers, session.core.delay, session.loop,
-                          session.messages, label);
-  commands.cmdWrite_Click(bit_);
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
+  const auto sent = session.station.SendFunction(bit_);
+  if (!sent) return session.Fail(sent.Why());
   if (output.json) output.Write({{"sent", bit_}});
   return ExitCode::Success;
 }
@@ -52,26 +42,16 @@ void StatusCommand::AddTo(CLI::App& app) {
 }
 
 ExitCode StatusCommand::Run(Session& session, const Output& output) {
-  if (clear_) {
-    session.status.ClearStatus("status");
-  } else {
-    session.status.ReadStatus("status");
-  }
-  session.alarms.DisplaySpectralALarmsStatus();
-  RegisterAccess& registers = session.core.registers;
-  registers.ReadReg(row::SUPPLY_OUT);
-  const auto supply = static_cast<double>(RegScaled);
-  registers.ReadReg(row::TEMP_OUT);
-  const auto temperature = static_cast<double>(RegScaled);
-  if (!RegisterAccess::Usable()) return ExitCode::NoSensor;
+  const auto state = clear_ ? session.station.ClearState() : session.station.ReadState();
+  if (!state) return session.Fail(state.Why());
   if (output.json) {
-    output.Write({{"status", StatusJson(session.window)},
-                  {"supply_v", supply},
-                  {"temperature_c", temperature}});
+    output.Write({{"status", StatusJson(state->status)},
+                  {"supply_v", static_cast<double>(state->conditions.supplyV)},
+                  {"temperature_c", static_cast<double>(state->conditions.temperatureC)}});
     return ExitCode::Success;
   }
-  PrintStatus(output.out, session.window);
-  output.out << ConditionsText(supply, temperature);
+  PrintState(output.out, state->status, state->alarms);
+  output.out << ConditionsText(state->conditions);
   return ExitCode::Success;
 }
 
@@ -80,10 +60,8 @@ void AdaptersCommand::AddTo(CLI::App& app) {
 }
 
 ExitCode AdaptersCommand::Run(Session& session, const Output& output) {
-  session.core.usb.FindAdapters();
   Json all = Json::array();
-  for (const AdapterRecord& board : AdapterRecords) {
-    if (!board.present) continue;
+  for (const AdapterRecord& board : session.station.Adapters()) {
     const std::string firmware = FixedNumber(static_cast<double>(board.firmwareVersion), 1);
     all.push_back({{"name", board.deviceName},
                    {"type", board.boardType},
@@ -98,7 +76,7 @@ ExitCode AdaptersCommand::Run(Session& session, const Output& output) {
     }
   }
   if (output.json) output.Write(all);
-  if (all.empty()) session.messages.Show("No USB adapter was found.");
+  if (all.empty()) session.Say("No USB adapter was found.");
   return all.empty() ? ExitCode::NoSensor : ExitCode::Success;
 }
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The commands of one step each: a function of the sensor, its state, the adapters.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -3,6 +3,7 @@
 #include "cli/capture_command.h"
 
 #include "program_bench.h"
+#include "simulator/simulated_hardware.h"
 
 namespace kestrel {
 namespace {
@@ -20,7 +21,7 @@ TEST_F(Capture, ReportsThePeakOfEveryAxis) {
   EXPECT_EQ(json["averages"], 2);
   for (const char* axis : {"X", "Y", "Z"}) {
     EXPECT_NEAR(json["axes"][axis]["peak_g"], 0.6, 0.1) << axis;
-    EXPECT_FALSE(json["axes"][axis].contains("data_g"));
+    EXPECT_EQ(json["axes"][axis]["data_g"].size(), 256U);
   }
   EXPECT_FALSE(json["stopped"]);
   EXPECT_FALSE(json.contains("file"));
@@ -73,11 +74,59 @@ TEST_F(Capture, AnIntervalThatIsNoTimeIsRefused) {
   }
 }
 
+TEST_F(Capture, JsonHasPlainValuesAndTheMomentInUtc) {
+  const Json json = SimulateJson({"capture", "--averages", "1", "--range", "20"});
+  EXPECT_EQ(json["window"], "Hanning");
+  EXPECT_EQ(json["range"], "0 to 20 g");
+  const std::string time = json["time"];
+  EXPECT_EQ(time.size(), std::string("2024-03-14T08:26:53.000Z").size());
+  EXPECT_EQ(time.back(), 'Z');
+}
+
+TEST_F(Capture, ARecordIsScaledByTheRangeAtWhichItWasTaken) {
+  SimulatedHardware hardware(clock);
+  driver = &hardware.Adapter();
+  // Hanning, option 0, 70 g, every record kept; then 1 g.
+  ASSERT_EQ(Run({"registers", "write", "REC_CTRL", "0x1038"}), ExitCode::Success);
+  ASSERT_EQ(Run({"--json", "capture", "--averages", "1"}), ExitCode::Success);
+  const double captured = Json::parse(out.str())["axes"]["X"]["peak_g"];
+  ASSERT_EQ(Run({"registers", "write", "REC_CTRL", "0x1008"}), ExitCode::Success);
+  ASSERT_EQ(Run({"--json", "record", "0"}), ExitCode::Success) << error.str();
+  const Json json = Json::parse(out.str());
+  EXPECT_EQ(json["range"], "0 to 70 g");
+  EXPECT_EQ(json["axes"]["X"]["peak_g"], captured);
+  EXPECT_NEAR(captured, 0.6, 0.1);
+}
+
+// A capture of 11 s that is interrupted after a glance or two.
+TEST_F(Capture, DataThatAreNotNewHaveAnExitCodeOfTheirOwnAndGoIntoNoFile) {
+  int asked = 0;
+  interrupted = [&] { return ++asked == 20; };
+  const std::vector<std::string> arguments{"--json", "capture", "--averages", "255",
+                                           "--out",  "/data",   "--name",     "pump"};
+  EXPECT_EQ(Simulate(arguments), ExitCode::NotNew);
+  EXPECT_EQ(Json::parse(out.str())["new"], false);
+  EXPECT_NE(error.str().find("the data of the record before"), std::string::npos) << error.str();
+  EXPECT_FALSE(files.contents.contains("/data/pump_1.csv"));
+  asked = 0;
+  std::vector<std::string> wanted = arguments;
+  wanted.emplace_back("--old-data");
+  EXPECT_EQ(Simulate(wanted), ExitCode::NotNew);
+  EXPECT_EQ(Json::parse(out.str())["file"], "/data/pump_1.csv");
+  EXPECT_TRUE(files.contents.contains("/data/pump_1.csv"));
+}
+
+TEST_F(Capture, ANumberOfCapturesThatIsNoneIsExplained) {
+  for (const char* count : {"0", "-1", "1.5", "many", ""}) {
+    EXPECT_EQ(Simulate({"capture", "--count", count}), ExitCode::Usage) << count;
+    EXPECT_NE(error.str().find("is no number of captures"), std::string::npos) << error.str();
+  }
+}
+
 TEST_F(Capture, CtrlCEndsItAsStopDoes) {
   int asked = 0;
   interrupted = [&] { return ++asked == 20; };
-  EXPECT_EQ(Simulate({"--json", "capture", "--averages", "255", "--count", "5"}),
-            ExitCode::Interrupted);
+  EXPECT_EQ(Simulate({"--json", "capture", "--averages", "255", "--count", "5"}), ExitCode::NotNew);
   const Json json = Json::parse(out.str());
   EXPECT_EQ(json["capture"], 1);
   EXPECT_TRUE(json["stopped"]);

@@ -50,6 +50,17 @@ TEST_F(Program, AWrongCommandLineIsRefusedBeforeAnythingIsDone) {
   }
 }
 
+TEST_F(Program, AWordThatIsNoCommandIsNamedBesideThoseThatAre) {
+  EXPECT_EQ(Run({"--json", "fly", "--high"}), ExitCode::Usage);
+  EXPECT_NE(error.str().find("no command \"fly\""), std::string::npos) << error.str();
+  EXPECT_NE(error.str().find("capture, registers, bands"), std::string::npos) << error.str();
+  EXPECT_EQ(Run({"registers", "paint"}), ExitCode::Usage);
+  EXPECT_NE(error.str().find("registers: there is no command \"paint\""), std::string::npos)
+      << error.str();
+  EXPECT_EQ(Run({"registers"}), ExitCode::Usage);
+  EXPECT_NE(error.str(), "");
+}
+
 TEST_F(Program, WithoutHardwareItSaysSoAndEndsWithACodeOfItsOwn) {
   EXPECT_EQ(Run({"status"}), ExitCode::NoSensor);
   EXPECT_EQ(error.str(), "No USB Buffers Found, Please Verify Setup.\n");
@@ -78,7 +89,7 @@ TEST_F(Program, WritesARegisterAndReadsItBack) {
 }
 
 TEST_F(Program, TakesAPortsAddressWithAndWithoutItsPrefix) {
-  for (const char* address : {"378", "0x378", "0X7fff"}) {
+  for (const char* address : {"378", "0x378", "0X7fff", "E000", "0xFFF8", " 03BC ", "0"}) {
     EXPECT_EQ(Run({"--parallel", address, "adapters"}), ExitCode::NoSensor) << address;
     EXPECT_EQ(error.str(), "No USB adapter was found.\n");
   }

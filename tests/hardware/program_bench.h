@@ -3,14 +3,16 @@
 #pragma once
 
 #include "acquisition/capture_cycle.h"
-#include "acquisition/quiet_views.h"
 #include "connection/core.h"
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "platform/hardware_switch.h"
 #include "regmap/register_table.h"
+#include "support/fake_band_overlay.h"
 #include "support/fake_clock.h"
+#include "support/fake_log_view.h"
 #include "support/fake_main_views.h"
+#include "support/fake_plot_views.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
@@ -69,17 +71,20 @@ class Program {
 
  private:
   Journal journal_;
-  QuietViews quiet_;
+  FakePlotView plotView_{journal_};
+  FakeAlarmView alarmView_{journal_};
+  FakeLogView logView_{journal_};
+  FakeBandOverlayView bandView_{journal_, plotView_};
   FakeStatusView statusView_{journal_};
   FakeReadoutView readoutView_{journal_};
   FakeCaptureView views_{journal_, readoutView_};
-  AlarmStatus alarms_{core.registers, quiet_};
-  SpectrumPlot plot_{core.record, quiet_, alarms_, loop_, messages};
-  DataLog log_{core.record, files, locale_, loop_, quiet_};
+  AlarmStatus alarms_{core.registers, alarmView_};
+  SpectrumPlot plot_{core.record, plotView_, alarms_, loop_, messages};
+  DataLog log_{core.record, files, locale_, loop_, logView_};
   StatusDisplay status_{core.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core, status_, alarms_, plot_, quiet_, log_, readoutView_};
+  CaptureReadout readout_{core, status_, alarms_, plot_, plotView_, log_, readoutView_};
   WindowDelay delay_{loop_};
-  BandOverlay overlay_{plot_, quiet_};
+  BandOverlay overlay_{plot_, bandView_};
   CaptureCycle cycle_{core, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
 };
 

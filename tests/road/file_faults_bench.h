@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "acquisition/quiet_views.h"
 #include "alarms/alarm_file.h"
 #include "alarms/alarm_files.h"
 #include "app/config_file.h"
@@ -23,6 +22,7 @@
 #include "support/change_record.h"
 #include "support/environment.h"
 #include "support/fake_clock.h"
+#include "support/fake_log_view.h"
 #include "support/fixed_locale.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -178,8 +178,9 @@ class FileFaults : public testing::Test {
   FixedLocale locale_;
   Core core_{{clock_, loop_, pointer_, messages_, files_, locale_, hardware_.Adapter(),
               hardware_.Port(), hardware_.Service()}};
-  QuietViews views_;
-  DataLog log_{core_.record, files_, locale_, loop_, views_};
+  Journal journal_;
+  FakeLogView logView_{journal_};
+  DataLog log_{core_.record, files_, locale_, loop_, logView_};
   QuietAlarmFilesView alarmView_;
   AlarmFiles alarmFiles_{files_, loop_, messages_, alarmView_};
   QuietDebugView debugView_;

@@ -23,7 +23,7 @@ _kestrel_cli() {
     *)
       case $command:$action in
         :) words="$global $commands" ;;
-        capture:) words="--mode --averages --range --option --window --count --interval --out --name --data --help" ;;
+        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --help" ;;
         registers:) words="list read write dump" ;;
         registers:dump) words="--out" ;;
         bands:) words="read write clear load save" ;;

@@ -1,9 +1,8 @@
-// Kestrel evaluation program
+// How a wait without windows passes, and where it looks for an interrupt.
 // SPDX-License-Identifier: MIT
-#include "cli/console.h"
+#include "station/unattended_loop.h"
 
 #include <algorithm>
-#include <ostream>
 #include <utility>
 
 namespace kestrel {
@@ -12,18 +11,18 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
 
-// How long Ctrl-C may go unnoticed.
+// How long an interrupt may go unnoticed.
 constexpr milliseconds kGlance{20};
 
 }  // namespace
 
-void ConsoleLoop::StartTimer(milliseconds interval, std::function<void()> tick) {
+void UnattendedLoop::StartTimer(milliseconds interval, std::function<void()> tick) {
   interval_ = interval;
   due_ = clock_.Monotonic() + interval_;
   tick_ = std::move(tick);
 }
 
-void ConsoleLoop::YieldUntilEvent() {
+void UnattendedLoop::YieldUntilEvent() {
   while (!LookForInterrupt() && tick_) {
     const nanoseconds now = clock_.Monotonic();
     if (now >= due_) {
@@ -36,28 +35,25 @@ void ConsoleLoop::YieldUntilEvent() {
   }
 }
 
-void ConsoleLoop::Pause(nanoseconds duration) {
+bool UnattendedLoop::Pause(nanoseconds duration) {
   const nanoseconds end = clock_.Monotonic() + duration;
   for (nanoseconds now = clock_.Monotonic(); now < end; now = clock_.Monotonic()) {
-    if (LookForInterrupt()) return;
+    if (LookForInterrupt()) return false;
     clock_.WaitUntil(std::min(end, now + kGlance));
   }
-}
-
-bool ConsoleLoop::LookForInterrupt() {
-  if (!interrupted_()) return false;
-  wasInterrupted_ = true;
-  if (const auto action = std::exchange(action_, nullptr)) action();
   return true;
 }
 
-void StreamMessages::Show(const std::string& text, const std::string& title) {
-  ++count_;
-  std::string line = title.empty() ? text : title + ": " + text;
-  std::erase(line, '\r');
-  line.erase(0, std::min(line.find_first_not_of('\n'), line.size()));
-  line.erase(line.find_last_not_of('\n') + 1);
-  stream_ << line << '\n';
+void UnattendedLoop::Forget() {
+  wasInterrupted_ = false;
+  action_ = nullptr;
+}
+
+bool UnattendedLoop::LookForInterrupt() {
+  if (!interrupted_ || !interrupted_()) return false;
+  wasInterrupted_ = true;
+  if (const auto action = std::exchange(action_, nullptr)) action();
+  return true;
 }
 
 }  // namespace kestrel

@@ -1,10 +1,8 @@
-// Kestrel evaluation program
+// Timer, pauses and interrupts of the loop without windows.
 // SPDX-License-Identifier: MIT
-#include "cli/console.h"
+#include "station/unattended_loop.h"
 
 #include <gtest/gtest.h>
-
-#include <sstream>
 
 #include "support/fake_clock.h"
 
@@ -13,18 +11,18 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class ConsoleLoopTest : public testing::Test {
+class UnattendedLoopTest : public testing::Test {
  protected:
   FakeClock clock;
   bool pressed = false;
   int asked = 0;
-  ConsoleLoop loop{clock, [this] {
-                     ++asked;
-                     return std::exchange(pressed, false);
-                   }};
+  UnattendedLoop loop{clock, [this] {
+                        ++asked;
+                        return std::exchange(pressed, false);
+                      }};
 };
 
-TEST_F(ConsoleLoopTest, TheTimerTicksEveryInterval) {
+TEST_F(UnattendedLoopTest, TheTimerTicksEveryInterval) {
   int ticks = 0;
   const auto start = clock.Monotonic();
   loop.StartTimer(milliseconds{50}, [&] { ++ticks; });
@@ -36,7 +34,7 @@ TEST_F(ConsoleLoopTest, TheTimerTicksEveryInterval) {
   EXPECT_EQ(clock.Monotonic() - start, milliseconds{100});
 }
 
-TEST_F(ConsoleLoopTest, AStoppedTimerTicksNoMore) {
+TEST_F(UnattendedLoopTest, AStoppedTimerTicksNoMore) {
   int ticks = 0;
   loop.StartTimer(milliseconds{50}, [&] { ++ticks; });
   loop.StopTimer();
@@ -44,7 +42,7 @@ TEST_F(ConsoleLoopTest, AStoppedTimerTicksNoMore) {
   EXPECT_EQ(ticks, 0);
 }
 
-TEST_F(ConsoleLoopTest, CtrlCEndsAWaitAndActsOnce) {
+TEST_F(UnattendedLoopTest, CtrlCEndsAWaitAndActsOnce) {
   int actions = 0;
   int ticks = 0;
   loop.OnInterrupt([&] { ++actions; });
@@ -59,7 +57,7 @@ TEST_F(ConsoleLoopTest, CtrlCEndsAWaitAndActsOnce) {
   EXPECT_EQ(actions, 1);
 }
 
-TEST_F(ConsoleLoopTest, APauseLastsAsLongAsItShouldAndLooksForCtrlCMeanwhile) {
+TEST_F(UnattendedLoopTest, APauseLastsAsLongAsItShouldAndLooksForCtrlCMeanwhile) {
   const auto start = clock.Monotonic();
   loop.Pause(milliseconds{1000});
   EXPECT_EQ(clock.Monotonic() - start, milliseconds{1000});
@@ -71,13 +69,20 @@ TEST_F(ConsoleLoopTest, APauseLastsAsLongAsItShouldAndLooksForCtrlCMeanwhile) {
   EXPECT_EQ(clock.Monotonic() - start, milliseconds{1000});
 }
 
-TEST(StreamMessagesTest, AMessageIsALineOfItsOwn) {
-  std::ostringstream stream;
-  StreamMessages messages(stream);
-  messages.Show("Error Writing SPI");
-  messages.Show("\r\n\r\nREADING\r\nFile = x", "Error");
-  EXPECT_EQ(stream.str(), "Error Writing SPI\nError: \n\nREADING\nFile = x\n");
-  EXPECT_EQ(messages.Count(), 2);
+TEST_F(UnattendedLoopTest, APauseTellsWhetherItWasWhole) {
+  EXPECT_TRUE(loop.Pause(milliseconds{30}));
+  pressed = true;
+  EXPECT_FALSE(loop.Pause(milliseconds{30}));
+  EXPECT_TRUE(loop.WasInterrupted());
+  loop.Forget();
+  EXPECT_FALSE(loop.WasInterrupted());
+}
+
+TEST_F(UnattendedLoopTest, WhereNobodyCanInterruptItWaitsToTheEnd) {
+  UnattendedLoop alone(clock, nullptr);
+  const auto start = clock.Monotonic();
+  EXPECT_TRUE(alone.Pause(milliseconds{100}));
+  EXPECT_EQ(clock.Monotonic() - start, milliseconds{100});
 }
 
 }  // namespace

@@ -1,0 +1,187 @@
+// One capture from the start command to its record.
+// SPDX-License-Identifier: MIT
+#include "station/recorder.h"
+
+#include <stdexcept>
+
+#include "acquisition/commands.h"
+#include "alarms/alarm_words.h"
+#include "device/rec_ctrl.h"
+#include "record/capture_data.h"
+#include "regmap/register_table.h"
+#include "station/readings.h"
+
+namespace kestrel {
+namespace {
+
+using std::chrono::milliseconds;
+using std::chrono::nanoseconds;
+
+constexpr milliseconds kPoll{50};
+constexpr milliseconds kPerAverage{45};
+constexpr milliseconds kPerRateCode{10};
+constexpr int kStopPasses = 20;
+// The sensor takes a write of this byte to this address as the request to stop a capture.
+constexpr std::int16_t kStopAddress = 0x68;
+constexpr std::uint8_t kStopData = 0xE8;
+// After a capture of the program's own the flag of a failed transfer means nothing.
+constexpr std::int32_t kSpiFailureFlag = 8;
+// The sensor needs this long to bring a record from its flash into the buffers.
+constexpr float kRetrieveMs = 51;
+constexpr std::int16_t kTimeMode = 2;
+
+void ReadBuffersAs(RecordKind kind) {
+  for (const std::int16_t buffer : {row::X_BUF, row::Y_BUF, row::Z_BUF}) {
+    RegSigned[buffer] = kind == RecordKind::Time;
+  }
+}
+
+}  // namespace
+
+Recorder::Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& watch,
+                   std::function<SensorIdentity()> identity)
+    : core_(core),
+      loop_(loop),
+      end_(end),
+      watch_(watch),
+      identity_(std::move(identity)),
+      log_(core.record, core.seams.files, core.seams.locale, loop, view_) {}
+
+Result<RecordSetup> Recorder::Configure(const RecordSetup& change) {
+  if (change.mode) gRecCtrl->RecModeCode(*change.mode);
+  if (change.range) gRecCtrl->RangeFS(*change.range);
+  if (change.option) gRecCtrl->SampleRate(*change.option);
+  if (change.window) gRecCtrl->Windowing(*change.window);
+  if (change.mode || change.range || change.option || change.window) gRecCtrl->WriteRecCtrl();
+  gRecCtrl->ReadRecCtrl();
+  if (change.averages) core_.registers.WriteReg(row::FFT_AVG, *change.averages);
+  const auto averages = ReadWord(core_.registers, row::FFT_AVG);
+  if (!averages) return end_.Lost();
+  NoteAverages(*averages);
+  setup_ = {.mode = gRecCtrl->RecModeCode(),
+            .range = gRecCtrl->RangeFS(),
+            .option = gRecCtrl->SampleRate(),
+            .window = gRecCtrl->Windowing(),
+            .averages = static_cast<std::int16_t>(*averages)};
+  return setup_;
+}
+
+Result<Captured> Recorder::Capture() {
+  if (!setup_.mode) {
+    const auto setup = Configure({});
+    if (!setup) return setup.Why();
+  }
+  if (*setup_.mode > kTimeMode) {
+    return end_.Failed(FailureKind::Refused,
+                       "The sensor's record mode is 3, which is none. Set another.");
+  }
+  loop_.Forget();
+  RecordOrigin origin;
+  if (!Start() || WaitForData(origin) == Wait::Lost) return end_.Lost();
+  const auto peaks = ReadAlarmPeaks(core_.registers, {});
+  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
+  if (!status) return end_.Lost();
+  const RecordKind kind = *setup_.mode == kTimeMode ? RecordKind::Time : RecordKind::Spectrum;
+  auto record = ReadOut(kind, origin);
+  const auto alarms = record ? ReadAlarmFlags(core_.registers, *peaks) : std::nullopt;
+  if (!alarms) return end_.Lost();
+  record->status = {.word = status->word & ~kSpiFailureFlag, .known = true};
+  record->alarms = *alarms;
+  loop_.Yield();  // an interrupt of the read-out's time
+  return Captured{HandOver(*std::move(record)), loop_.WasInterrupted()};
+}
+
+// What the flags say afterwards is of this capture.
+bool Recorder::Start() {
+  if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return false;
+  if (!ReadAlarmPeaks(core_.registers, {}) || !ReadStatusFlags(core_.registers)) return false;
+  return core_.registers.Write(row::COMMAND, kCaptureCommand);
+}
+
+// There is no time limit: a capture that never completes is ended by an interrupt.
+Recorder::Wait Recorder::WaitForData(RecordOrigin& origin) {
+  const nanoseconds start = core_.seams.clock.Monotonic();
+  if (!loop_.Pause(ShortestCapture())) return Stop(origin);
+  for (;;) {
+    const nanoseconds passed = core_.seams.clock.Monotonic() - start;
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(passed);
+    watch_.Tell({"Capturing", static_cast<int>(seconds.count()), 0});
+    if (!loop_.Pause(kPoll)) return Stop(origin);
+    const auto status = ReadStatusFlags(core_.registers);
+    if (!status) return Wait::Lost;
+    if ((status->word & kDataReadyFlag) != 0) return Wait::Ready;
+  }
+}
+
+// The count that the record will be held against is read first.
+Recorder::Wait Recorder::Stop(RecordOrigin& origin) {
+  origin.countBefore = ReadWord(core_.registers, row::REC_CNT);
+  bool ready = false;
+  for (int pass = 0; pass == 0 || (pass < kStopPasses && ready); ++pass) {
+    loop_.Pause(kPoll);
+    const auto status = ReadStatusFlags(core_.registers);
+    if (!status) return Wait::Lost;
+    ready = (status->word & kDataReadyFlag) != 0;
+    origin.stopped = !ready && pass == 0;
+    if (!core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData)) return Wait::Lost;
+  }
+  return Wait::Stopped;
+}
+
+// The sensor cannot be done earlier.
+nanoseconds Recorder::ShortestCapture() const {
+  return setup_.averages.value_or(0) * kPerAverage + setup_.option.value_or(0) * kPerRateCode;
+}
+
+Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
+  if (!core_.registers.Write(row::REC_PNTR, number) ||
+      !core_.registers.Write(row::COMMAND, kRetrieveRecordCommand)) {
+    return end_.Lost();
+  }
+  core_.delay.Delay(float{kRetrieveMs});
+  auto record = ReadOut(kind, RecordOrigin{.countBefore = {}, .stored = number});
+  const auto alarms = record ? ReadAlarmFlags(core_.registers, {}) : std::nullopt;
+  const auto peaks = alarms ? ReadAlarmPeaks(core_.registers, *alarms) : std::nullopt;
+  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
+  if (!status) return end_.Lost();
+  record->alarms = *peaks;
+  record->status = *status;
+  return HandOver(*std::move(record));
+}
+
+std::optional<Record> Recorder::ReadOut(RecordKind kind, const RecordOrigin& origin) {
+  const auto time = core_.seams.clock.UtcNow();
+  ReadBuffersAs(kind);
+  auto record =
+      ReadRecordBuffers(core_.registers, kind, gRecCtrl->RangeFS(), [this](int done, int total) {
+        watch_.Tell({"Reading", done, total});
+      });
+  if (!record) return std::nullopt;
+  record->settings.recCtrl = gRecCtrl->Word();
+  record->origin = origin;
+  record->time = time;
+  record->sensor = identity_();
+  return record;
+}
+
+Record Recorder::HandOver(Record record) {
+  record.alarms.gPerPeakLsb = LsbWeightOf(record.settings.range, RecordKind::Spectrum);
+  NameStatus(record.status);
+  core_.record.HandOver(std::move(record));
+  return Rescaled(core_.record.Get(), core_.record.Get().settings.range);
+}
+
+double Recorder::GPerCode() const {
+  return gRecCtrl->gLsb();
+}
+
+Result<std::filesystem::path> Recorder::WriteDataFile() {
+  try {
+    log_.WriteDataFile();
+    return log_.LastFile();
+  } catch (const std::runtime_error& error) {
+    return end_.Failed(FailureKind::Refused, error.what());
+  }
+}
+
+}  // namespace kestrel
