@@ -80,6 +80,14 @@ void PaintWaterfallGaps(QPainter& painter, const WaterfallPage& page, const Wate
     PaintHatch(painter, page.look, place);
     return place;
   };
+  // Bins that hold offset, not vibration.
+  const auto x = [&](double value) {
+    return std::clamp(page.across.ToPixel(value), page.canvas.left(), page.canvas.right());
+  };
+  const double valid = std::isfinite(page.axis.validFrom) ? x(page.axis.validFrom) : 0;
+  const double first = x(page.axis.whole.low);
+  PaintHatch(painter, page.look,
+             QRectF(first, page.canvas.top(), std::max(0.0, valid - first), page.canvas.height()));
   const double oldest = rows.Count() > 0 ? rows.Time(0) : page.top;
   hatch(page.top - page.span, std::min(oldest, page.top));
   for (const WaterfallGap& gap : gaps) {

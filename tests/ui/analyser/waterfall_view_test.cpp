@@ -82,6 +82,14 @@ TEST_F(WaterfallTest, ALongPauseIsNoRowEvenWithoutAName) {
   EXPECT_EQ(At(picture, 50, kStart + 250), Look::Light().canvas);
 }
 
+TEST_F(WaterfallTest, BinsThatHoldOffsetAreHatched) {
+  AddRows(0, 30, 1);
+  const QImage picture = RenderOf(view_, 1);
+  for (double time = kStart + 10; time < kStart + 280; time += 7) {
+    EXPECT_NE(At(picture, 1, time), most_);
+  }
+}
+
 TEST_F(WaterfallTest, FrozenItStaysWhileRowsAreKept) {
   AddRows(0, 20, 50);
   RenderOf(view_, 1);
