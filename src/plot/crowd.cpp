@@ -1,4 +1,4 @@
-// Many records at once: what they reach in every pixel column, and their median.
+// Least, largest and median of many records, column by column.
 // SPDX-License-Identifier: MIT
 #include "plot/crowd.h"
 

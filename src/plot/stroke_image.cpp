@@ -1,4 +1,4 @@
-// Traces drawn antialiased into a picture's pixels, many times faster than a general painter could.
+// Filling a picture's columns with the coverage of a stroke.
 // SPDX-License-Identifier: MIT
 #include "plot/stroke_image.h"
 

@@ -1,4 +1,4 @@
-// What lies under the traces of a plot: grid, axes, bands, hatches, titles and legend.
+// Painting the ground layer of a plot from back to front.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/ground_painter.h"
 

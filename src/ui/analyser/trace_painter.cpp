@@ -1,4 +1,4 @@
-// The traces of a plot, on a picture's pixels or as vectors.
+// Painting live, held and reference traces with their fill.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/trace_painter.h"
 
