@@ -12,6 +12,7 @@
 
 #include "figure.h"
 #include "ui/analyser/analyser_plot.h"
+#include "ui/analyser/waterfall_view.h"
 
 namespace {
 
@@ -175,6 +176,42 @@ kestrel::PlotScene CrowdScene(const Values& values) {
   return scene;
 }
 
+// From the record in hand to the screen, with the map full.
+void Waterfall() {
+  constexpr int kMost = 10000;
+  constexpr double kPromisedMs = 2;
+  constexpr double kPromisedBytes = 60e6;
+  kestrel::WaterfallView view;
+  kestrel::PlotAcross across;
+  across.title = "Frequency, Hz";
+  across.whole = {0, kPoints - 1};
+  view.Begin(across, Bins());
+  Show(view, kUsual);
+  const Values records = Machine(64);
+  double time = 1.7e9;
+  const auto add = [&] {
+    time += 1;
+    return view.AddRow(time, records[static_cast<std::size_t>(time) % records.size()]);
+  };
+  for (int i = 0; i < kMost; ++i) add();
+  view.repaint();
+  bool isAdded = true;
+  const double spent = MedianMs([&] {
+    isAdded = add() && isAdded;
+    view.repaint();
+  });
+  kestrel::Print({.name = "waterfall: a new row, 1600 x 900",
+                  .measured = kestrel::Amount(spent, 2, "ms"),
+                  .promise = "at most 2 ms",
+                  .kept = isAdded && spent <= kPromisedMs});
+  const auto bytes = static_cast<double>(view.Rows().Bytes());
+  const bool isFull = view.Rows().Count() == kMost;
+  kestrel::Print({.name = "waterfall: 10,000 rows in memory",
+                  .measured = kestrel::Amount(bytes / 1e6, 1, "MB"),
+                  .promise = "at most 60 MB",
+                  .kept = isFull && bytes <= kPromisedBytes});
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -189,5 +226,6 @@ int main(int argc, char** argv) {
   Frames("a line each, spectra", Scene(Machine(100), kestrel::TraceStyle::Held));
   Frames("a line each, full height", Scene(FullHeight(100), kestrel::TraceStyle::Held));
   Frames("least to largest and median, full height", CrowdScene(FullHeight(100)));
+  Waterfall();
   return 0;
 }

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The timer and the flag behind waits that keep the windows alive.
 // SPDX-License-Identifier: MIT
 #include "acquisition/window_delay.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// WindowDelay: waits during which the user's handlers run.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An alarm file written, and read line by line with the first fault named.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_file.h"
 

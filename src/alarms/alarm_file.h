@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The text of an alarm file and the rule for its name.
 // SPDX-License-Identifier: MIT
 #pragma once
 

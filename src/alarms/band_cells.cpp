@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What a typed cell is worth, and what is wrong with a band.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_cells.h"
 

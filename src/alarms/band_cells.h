@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Cells of the band editor's grid: texts, entries, problems.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Taking quoted and plain cells out of a clipboard's text, and putting them in.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_clipboard.h"
 

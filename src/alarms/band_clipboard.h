@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Blocks of cells as spreadsheets exchange them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

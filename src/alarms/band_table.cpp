@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The checked places of the band table.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_table.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The table of the spectral alarm bands of all sample-rate options.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -63,9 +63,9 @@ struct HarmonicReading {
 };
 
 // Harmonics 1 to `count` of f0 as far as the spectrum goes. A member is the nearest peak within
-// half a bin and 0.5 % of its frequency, at most a third of f0. f0 is refined by least squares over
-// the members found, weighted by their bounds, and the search repeated once. An f0 that is none
-// (not finite, below one bin) gives a reading without members.
+// one bin or 0.5 % of its frequency, whichever is more, at most a third of f0. f0 is refined by
+// least squares over the members found, weighted by their bounds, and the search repeated once. An
+// f0 that is none (not finite, below one bin) gives a reading without members.
 [[nodiscard]] HarmonicReading ReadHarmonics(const Spectrum& spectrum,
                                             const std::vector<Peak>& peaks, double f0, int count);
 

@@ -25,9 +25,12 @@ struct Line {
 
 // Interpolates about a bin that is larger than its neighbours, by the two largest bins (Hanning,
 // rectangular) or by those two away (flat top). The bound is the sum of leakage (by distance from 0
-// Hz and from half the sample rate), twice the scatter that the bins' noise causes, and rounding to
-// steps. Where that cannot be done (unknown window, edge of the spectrum, a lobe that reaches the
-// offset) the bin's own value is returned with half a bin and the scallop as bounds.
+// Hz and from half the sample rate; of other lines), 2.2 times the scatter that the bins' noise
+// causes, less what averaging takes away, and rounding to
+// steps. With a rectangular window a line close to a bin shows nearly equal neighbours, which do
+// not tell its side: the bound then spans both. Where interpolation cannot be done (unknown window,
+// edge of the spectrum, a lobe that reaches the offset) the bin's own value is returned with half a
+// bin and the scallop as bounds.
 [[nodiscard]] Line LineAt(const Spectrum& spectrum, std::size_t bin);
 
 }  // namespace kestrel::analysis

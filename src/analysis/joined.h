@@ -60,10 +60,10 @@ inline constexpr double kSteadyLimitDb = 3;
                                   const std::function<double(double)>& weight = {});
 
 // Peaks of each capture within its used segment, each line once: at a border the finer capture's.
-// Largest first. `option` is the index of the capture's option.
+// Largest first.
 struct JoinedLine {
   Peak peak{};
-  int option = 0;
+  int option = 0;  // of the capture that shows it
 };
 [[nodiscard]] std::vector<JoinedLine> LinesOf(const Joined& joined,
                                               const PeakSettings& settings = {});

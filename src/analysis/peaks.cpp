@@ -1,4 +1,4 @@
-// Finding peaks.
+// Finding the bins that stand out of a spectrum.
 // SPDX-License-Identifier: MIT
 #include "analysis/peaks.h"
 

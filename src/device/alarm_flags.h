@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The fields of ALM_X_STAT, ALM_Y_STAT and ALM_Z_STAT.
 // SPDX-License-Identifier: MIT
 #pragma once
 

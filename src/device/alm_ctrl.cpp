@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// ALM_CTRL read, written and described field by field.
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl.h"
 

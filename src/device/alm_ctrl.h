@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// cALMCtrl: the model of the alarm control register.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// From the window's controls to ALM_CTRL and back.
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl_editor.h"
 

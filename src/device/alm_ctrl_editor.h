@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the alarm control window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// One sensor's control models under one public name.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading, writing and measuring the null registers, with notes on what was typed.
 // SPDX-License-Identifier: MIT
 #include "device/calibration.h"
 

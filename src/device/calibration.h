@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the calibration window: offset corrections of the three axes.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// DIO_CTRL and GPIO_CTRL decoded, composed and written.
 // SPDX-License-Identifier: MIT
 #include "device/dio_gpio.h"
 

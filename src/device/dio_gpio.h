@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The logic of the window of the digital lines.
 // SPDX-License-Identifier: MIT
 #pragma once
 

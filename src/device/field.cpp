@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The bits of a field as text, and the text of its code.
 // SPDX-License-Identifier: MIT
 #include "device/field.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// One bit field of a register word: taken out, put in, described.
 // SPDX-License-Identifier: MIT
 #pragma once
 

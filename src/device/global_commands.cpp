@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Sending a function and showing the sensor as busy for its time.
 // SPDX-License-Identifier: MIT
 #include "device/global_commands.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor's one-shot functions, as the command window sends them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// REC_INFO read, and its four fields in words.
 // SPDX-License-Identifier: MIT
 #include "device/rec_info.h"
 

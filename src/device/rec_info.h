@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// cRecInfo: how the record at hand was taken.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which fields each register has, and what their codes are called.
 // SPDX-License-Identifier: MIT
 #include "device/register_fields.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Any register's word taken apart for display.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register log written, with title and moment.
 // SPDX-License-Identifier: MIT
 #include "device/register_log.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The file that a list of all registers is kept in.
 // SPDX-License-Identifier: MIT
 #pragma once
 

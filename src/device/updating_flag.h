@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sign that a window fills its controls from the sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

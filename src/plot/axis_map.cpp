@@ -1,4 +1,4 @@
-// An axis of a plot: from values to pixels and back, and the moves that zoom and pan it.
+// Linear and logarithmic positions worked out, and intervals zoomed and moved in them.
 // SPDX-License-Identifier: MIT
 #include "plot/axis_map.h"
 

@@ -1,4 +1,4 @@
-// Ticks of a plot's axis: where they are and how they are written.
+// Working out the steps of an axis, and writing numbers at them.
 // SPDX-License-Identifier: MIT
 #include "plot/axis_ticks.h"
 

@@ -1,4 +1,4 @@
-// How far a line that goes from left to right covers each pixel of one column, to the area.
+// The area of a sloping band of a line within one pixel column, in closed form.
 // SPDX-License-Identifier: MIT
 #include "plot/column_cover.h"
 

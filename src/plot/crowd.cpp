@@ -1,4 +1,4 @@
-// Many records at once: what they reach in every pixel column, and their median.
+// Least, largest and median of many records, column by column.
 // SPDX-License-Identifier: MIT
 #include "plot/crowd.h"
 
@@ -32,17 +32,30 @@ Reading ReadingOf(const std::vector<double>& places, int column) {
   return {first - 1, first, (column + 0.5 - places[first - 1]) / gap};
 }
 
-double ValueAt(const std::vector<double>& record, const Reading& reading, const AxisMap& up) {
-  if (reading.last >= record.size()) return std::nan("");
+// Of every record at every x, in pixels.
+std::vector<std::vector<double>> HeightsOf(std::span<const std::vector<double>> records,
+                                           std::size_t count, const AxisMap& up) {
+  std::vector<std::vector<double>> heights;
+  for (const auto& record : records) {
+    heights.emplace_back(count, std::nan(""));
+    for (std::size_t i = 0; i < std::min(count, record.size()); ++i) {
+      heights.back()[i] = up.ToPixel(record[i]);
+    }
+  }
+  return heights;
+}
+
+// The largest value is the highest pixel.
+double HeightAt(const std::vector<double>& heights, const Reading& reading) {
+  const double first = heights[reading.first];
   if (reading.part >= 0) {
-    const double a = up.ToPixel(record[reading.first]);
-    return a + (up.ToPixel(record[reading.last]) - a) * std::min(reading.part, 1.0);
+    return first + (heights[reading.last] - first) * std::min(reading.part, 1.0);
   }
-  double largest = std::nan("");
-  for (std::size_t i = reading.first; i <= reading.last; ++i) {
-    largest = std::fmax(largest, record[i]);
+  double highest = first;
+  for (std::size_t i = reading.first + 1; i <= reading.last; ++i) {
+    highest = std::fmin(highest, heights[i]);
   }
-  return up.ToPixel(largest);
+  return highest;
 }
 
 }  // namespace
@@ -52,13 +65,14 @@ CrowdColumns CrowdInColumns(std::span<const double> x, std::span<const std::vect
   CrowdColumns crowd;
   if (x.empty() || records.empty()) return crowd;
   const std::vector<double> places = Places(x, across);
+  const auto all = HeightsOf(records, x.size(), up);
   std::vector<double> heights;
   for (int column = 0; column < columns; ++column) {
     if (column + 1 <= places.front() || column > places.back()) continue;
     const Reading reading = ReadingOf(places, column);
     heights.clear();
-    for (const auto& record : records) {
-      const double height = ValueAt(record, reading, up);
+    for (const auto& record : all) {
+      const double height = HeightAt(record, reading);
       if (std::isfinite(height)) heights.push_back(height);
     }
     if (heights.empty()) continue;

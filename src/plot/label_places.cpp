@@ -1,4 +1,4 @@
-// Places for labels at peaks: none covers another, another's peak or what must stay free.
+// Trying the places around a peak until one is free.
 // SPDX-License-Identifier: MIT
 #include "plot/label_places.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Placing and colouring the lines of a band.
 // SPDX-License-Identifier: MIT
 #include "plot/overlay_lines.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lines that the alarm bands consist of on the plot.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Steps of 1, 2 and 5, halves, and multiples within an interval.
 // SPDX-License-Identifier: MIT
 #include "plot/plot_ticks.h"
 

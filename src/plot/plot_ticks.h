@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Where the ticks of a plot's axis are.
 // SPDX-License-Identifier: MIT
 #pragma once
 

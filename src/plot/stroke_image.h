@@ -28,8 +28,8 @@ struct StrokeFill {
 
 struct Stroke {
   std::vector<PlotLine> lines = {};  // in pixels of the picture, x not decreasing
-  std::uint32_t colour = 0;     // 0xRRGGBB
-  double width = 1.5;           // pixels
+  std::uint32_t colour = 0;          // 0xRRGGBB
+  double width = 1.5;                // pixels
   double opacity = 1;
   bool isFilled = false;
   StrokeFill fill = {};
@@ -37,6 +37,11 @@ struct Stroke {
 
 // Draws one over the other in their order, clipped to the picture.
 void DrawStrokes(const PixelRows& picture, const std::vector<Stroke>& strokes);
+
+// The same over another picture of the same size, which stays as it is: every pixel is written, so
+// that it need not be copied first.
+void DrawStrokesOver(const PixelRows& ground, const PixelRows& picture,
+                     const std::vector<Stroke>& strokes);
 
 // The area between an upper and a lower line of points that share their x, one a pixel column.
 struct ColumnArea {

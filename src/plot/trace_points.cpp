@@ -1,4 +1,4 @@
-// The points of a trace on their way to the screen: thinned to what its pixels can tell apart.
+// Thinning points to least and largest of a pixel column.
 // SPDX-License-Identifier: MIT
 #include "plot/trace_points.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Making a board the selected one and the interface.
 // SPDX-License-Identifier: MIT
 #pragma once
 

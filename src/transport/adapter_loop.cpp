@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter's endless transfer loop, tick by tick.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_loop.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The loop of the adapter debug window and its timer.
 // SPDX-License-Identifier: MIT
 #pragma once
 

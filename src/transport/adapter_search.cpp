@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the search found, in rows and in words.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_search.h"
 

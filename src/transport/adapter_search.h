@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The search for adapter boards as the windows list it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

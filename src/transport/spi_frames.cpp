@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Typed frames checked one by one.
 // SPDX-License-Identifier: MIT
 #include "transport/spi_frames.h"
 

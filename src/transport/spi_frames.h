@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The frames of one transfer as the user types them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

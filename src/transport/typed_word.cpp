@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Digits out of what was typed, or why there are none.
 // SPDX-License-Identifier: MIT
 #include "transport/typed_word.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A 16-bit word entered in hexadecimal digits.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What a board says of itself: descriptors, firmware version, pipes.
 // SPDX-License-Identifier: MIT
 // What the board says of itself: descriptors, firmware version, pipes.
 

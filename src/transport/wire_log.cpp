@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lines of the log, the newest kept.
 // SPDX-License-Identifier: MIT
 #include "transport/wire_log.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What went over the wire to the adapter board, line by line.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A capture from Start to its record, frame by frame.
 // SPDX-License-Identifier: MIT
 #include "acquisition/capture_cycle.h"
 

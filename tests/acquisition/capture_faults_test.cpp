@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sensor lost at any moment of a capture.
 // SPDX-License-Identifier: MIT
 // The sensor is lost at any moment of a capture.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Captures during which anything happens at any pass of the event loop.
 // SPDX-License-Identifier: MIT
 // Captures during which anything happens at any pass of the event loop.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm bands after a record was read.
 // SPDX-License-Identifier: MIT
 // The alarm bands after a record was read.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading the buffers: order, width, scale, progress.
 // SPDX-License-Identifier: MIT
 #include "acquisition/capture_readout.h"
 

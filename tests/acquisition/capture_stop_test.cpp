@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Presses and keys that come while a capture is waited for.
 // SPDX-License-Identifier: MIT
 // Presses and keys that come while a capture is waited for.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every word that the registers of the record settings can hold or be given.
 // SPDX-License-Identifier: MIT
 // Every word that the registers of the record settings can hold or be given.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every program-wide name has a start value that a reset restores.
 // SPDX-License-Identifier: MIT
 // Every program-wide name has a start value that a reset restores; no name is left out.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Record settings between controls and sensor.
 // SPDX-License-Identifier: MIT
 #include "acquisition/settings_exchange.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The status flags read, shown and cleared.
 // SPDX-License-Identifier: MIT
 #include "acquisition/status.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Records out of the sensor's flash memory.
 // SPDX-License-Identifier: MIT
 // Records out of the sensor's flash memory.
 

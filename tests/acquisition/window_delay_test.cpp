@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Waits of the windows: rounding, nesting, closing.
 // SPDX-License-Identifier: MIT
 #include "acquisition/window_delay.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The text of alarm files: names, lines, faults.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_file.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Alarm state and peaks of the axes, as read and as shown.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_status.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Cells of the band grid: columns, texts, corrections, problems.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_cells.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Blocks of cells from and to a spreadsheet's clipboard.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_clipboard.h"
 

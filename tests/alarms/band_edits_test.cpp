@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Edits of the band table, each one step.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_edits.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Bands into the simulated sensor's flash and back.
 // SPDX-License-Identifier: MIT
 // Bands go into the simulated sensor's flash and come back.
 

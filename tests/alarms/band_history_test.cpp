@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Steps taken back and done again.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_history.h"
 

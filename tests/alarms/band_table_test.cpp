@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Places of the band table kept apart and checked.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_table.h"
 

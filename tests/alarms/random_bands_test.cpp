@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Bands edited, taken back, saved and damaged at random.
 // SPDX-License-Identifier: MIT
 // Bands that are edited, taken back, saved and damaged at random.
 

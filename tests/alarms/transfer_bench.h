@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Transfers over scripted hardware, with what shows kept beside the frames.
 // SPDX-License-Identifier: MIT
 #pragma once
 

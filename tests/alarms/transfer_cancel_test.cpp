@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What happens between two bands of a transfer.
 // SPDX-License-Identifier: MIT
 // What happens between two bands of a transfer: progress, Cancel, and what else handlers do.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The plug pulled at every single request of a transfer.
 // SPDX-License-Identifier: MIT
 // The plug is pulled at every single request of a transfer.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The capture command: settings, reports, files.
 // SPDX-License-Identifier: MIT
 #include "cli/capture_command.h"
 

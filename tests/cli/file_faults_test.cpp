@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Commands that write files, with a fault at every call of the disk.
 // SPDX-License-Identifier: MIT
 // The commands that write files, over the real disk, with a fault at every call of the system.
 

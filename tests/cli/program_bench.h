@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The whole command-line program in swift time, with files in memory.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Arguments, exit codes and connections of the command-line program.
 // SPDX-License-Identifier: MIT
 #include "cli/program.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the commands print for people.
 // SPDX-License-Identifier: MIT
 // What the commands print for people.
 

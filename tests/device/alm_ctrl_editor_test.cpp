@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm control window's logic: every word shown and written back.
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl_editor.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The model of ALM_CTRL, field by field.
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl.h"
 

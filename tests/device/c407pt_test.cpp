@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The two control models held together.
 // SPDX-License-Identifier: MIT
 #include "device/c407pt.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Null registers shown, typed, written and measured.
 // SPDX-License-Identifier: MIT
 #include "device/calibration.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The digital lines' words shown and written.
 // SPDX-License-Identifier: MIT
 #include "device/dio_gpio.h"
 

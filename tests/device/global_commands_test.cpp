@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every function is one frame, with its busy sign.
 // SPDX-License-Identifier: MIT
 #include "device/global_commands.h"
 

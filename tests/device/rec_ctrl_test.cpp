@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The model of REC_CTRL, its scales and its codes.
 // SPDX-License-Identifier: MIT
 #include "device/rec_ctrl.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The model of REC_INFO and its texts.
 // SPDX-License-Identifier: MIT
 #include "device/rec_info.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Registers taken apart into named fields.
 // SPDX-License-Identifier: MIT
 #include "device/register_fields.h"
 

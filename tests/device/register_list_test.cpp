@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of all registers, as read and as written.
 // SPDX-License-Identifier: MIT
 #include "device/register_list.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register log's content and its places.
 // SPDX-License-Identifier: MIT
 #include "device/register_log.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Rules that hold for every word a register can hold.
 // SPDX-License-Identifier: MIT
 // Rules that hold for every word a register can hold.
 

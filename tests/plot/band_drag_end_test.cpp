@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How a drag on the plot ends.
 // SPDX-License-Identifier: MIT
 // How a drag ends.
 

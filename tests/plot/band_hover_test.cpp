@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Which line is under the pointer.
 // SPDX-License-Identifier: MIT
 // Which line is under the pointer.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The bands' lines and labels over a record.
 // SPDX-License-Identifier: MIT
 #include "plot/band_overlay.h"
 

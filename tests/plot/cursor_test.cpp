@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The cursor's place, frequency and values.
 // SPDX-License-Identifier: MIT
 #include "plot/cursor.h"
 

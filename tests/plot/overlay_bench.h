@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The overlay over a spectrum, switched on for the X axis of option 0.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The record at hand told in words.
 // SPDX-License-Identifier: MIT
 #include "plot/plot_summary.h"
 

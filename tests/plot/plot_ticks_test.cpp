@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Ticks at round numbers, whatever the interval.
 // SPDX-License-Identifier: MIT
 #include "plot/plot_ticks.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The record drawn on its scale, with its labels.
 // SPDX-License-Identifier: MIT
 #include "plot/spectrum_plot.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A board chosen, set up and remembered.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_choice.h"
 

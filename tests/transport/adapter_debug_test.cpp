@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Actions of the adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_debug.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The transfer loop: ticks, stops, faults between them.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_loop.h"
 

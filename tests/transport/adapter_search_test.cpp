@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the search tells of boards and of those that do not open.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_search.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter debug window's boxes without a window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

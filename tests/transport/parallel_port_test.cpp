@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Frames over the port, pin by pin.
 // SPDX-License-Identifier: MIT
 #include "transport/parallel_port.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An address typed, the port prepared and remembered.
 // SPDX-License-Identifier: MIT
 #include "transport/port_choice.h"
 

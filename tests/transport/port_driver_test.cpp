@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The port-access driver installed, left alone or missed.
 // SPDX-License-Identifier: MIT
 #include "transport/port_driver.h"
 

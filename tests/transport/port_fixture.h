@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A parallel port at 888 that is the selected interface.
 // SPDX-License-Identifier: MIT
 #pragma once
 

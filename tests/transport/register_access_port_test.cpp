@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Registers over the parallel port: the same frames, one transaction each.
 // SPDX-License-Identifier: MIT
 // Registers over the parallel port: the same frames, one chip-select transaction each.
 

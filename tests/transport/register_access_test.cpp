@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Registers over the USB adapter, and without any interface.
 // SPDX-License-Identifier: MIT
 // Registers over the USB adapter, and without any interface.
 

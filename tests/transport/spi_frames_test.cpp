@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Frames as they are typed.
 // SPDX-License-Identifier: MIT
 #include "transport/spi_frames.h"
 

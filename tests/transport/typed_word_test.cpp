@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Words as they are typed.
 // SPDX-License-Identifier: MIT
 #include "transport/typed_word.h"
 

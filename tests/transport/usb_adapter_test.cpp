@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Command blocks and their answers.
 // SPDX-License-Identifier: MIT
 // Command blocks and their answers.
 

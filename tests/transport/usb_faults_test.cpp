@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every request of every adapter operation fails in turn.
 // SPDX-License-Identifier: MIT
 // Every request of every operation fails in turn.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// An adapter over scripted boards, nothing searched for or selected yet.
 // SPDX-License-Identifier: MIT
 #pragma once
 

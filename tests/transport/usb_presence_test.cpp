@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Reading the board's settings, and noticing that it is gone.
 // SPDX-License-Identifier: MIT
 // Reading the board's settings, and noticing that it is gone.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Finding, recognising and selecting a board.
 // SPDX-License-Identifier: MIT
 // Finding, recognising and selecting a board.
 

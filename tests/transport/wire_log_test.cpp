@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The log of the wire: lines, newest kept, cleared.
 // SPDX-License-Identifier: MIT
 #include "transport/wire_log.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// All windows at once, and every frame that they send.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Runs tests of windows on a screen without a display.
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 

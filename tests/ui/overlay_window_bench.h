@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The main window with a spectrum, and an editor that shows six bands over it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The toolkit's event loop with its passes counted and its waits shortened.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Random use of everything that can be clicked.
 // SPDX-License-Identifier: MIT
 // Random use of everything that can be clicked. Whatever is done, the program goes on, every frame
 // is one that the sensor knows, and no box shows without a cause.

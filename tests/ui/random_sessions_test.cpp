@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Captures while somebody presses, opens, changes and unplugs whatever there is.
 // SPDX-License-Identifier: MIT
 // Captures in the real windows while somebody presses, opens, closes, changes and unplugs whatever
 // there is, at any pass of the event loop.

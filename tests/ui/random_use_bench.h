@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Everything that can be clicked, in any order.
 // SPDX-License-Identifier: MIT
 #pragma once
 

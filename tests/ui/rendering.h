@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Windows drawn as on a screen of any scale.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every text of every window has room.
 // SPDX-License-Identifier: MIT
 // Every text of every window has room, whatever the scale of the screen and the size of the font.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The real windows over the simulated sensor, in swift time.
 // SPDX-License-Identifier: MIT
 #pragma once
 

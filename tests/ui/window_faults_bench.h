@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the user does with the sensor, with a fault at one of its transfers.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of everything that the windows do with the sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows over a parallel port that is not held, or goes.
 // SPDX-License-Identifier: MIT
 // The windows over a parallel port that is not held, or that goes in the middle of an operation.
 // The port tells of no failure: nothing is there, so every answer reads 0.

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A fault at every transfer of everything that the windows do.
 // SPDX-License-Identifier: MIT
 // A fault at every transfer of everything that the windows do with the sensor. Whatever happens,
 // nothing hangs, there is one message at most, what is on the screen was read from the sensor, and

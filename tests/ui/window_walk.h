@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Every window of the program, filled, one after the other.
 // SPDX-License-Identifier: MIT
 #pragma once
 

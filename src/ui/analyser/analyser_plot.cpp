@@ -142,8 +142,7 @@ void AnalyserPlot::DrawLayers(QSize pixels, double ratio) {
   if (isPictureValid_) return;
   if (picture_.size() != pixels) picture_ = QImage(pixels, QImage::Format_RGB32);
   picture_.setDevicePixelRatio(ratio);
-  std::copy_n(ground_.constBits(), ground_.sizeInBytes(), picture_.bits());
-  DrawTraces(picture_, Page());
+  DrawTraces(ground_, picture_, Page());
   QPainter painter(&picture_);
   PaintPeakLabels(painter, Page());
   isPictureValid_ = true;

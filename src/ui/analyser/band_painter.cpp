@@ -1,4 +1,4 @@
-// The alarm bands of a plot: shaded, numbered, with their thresholds; and the known frequencies.
+// Shading, numbering and threshold lines of the bands, painted.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/band_painter.h"
 

@@ -1,7 +1,8 @@
-// What lies under the traces of a plot: grid, axes, bands, hatches, titles and legend.
+// Painting the ground layer of a plot from back to front.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/ground_painter.h"
 
+#include <QRegion>
 #include <algorithm>
 #include <cmath>
 
@@ -167,7 +168,12 @@ QRectF SpanOf(const PaneLayout& pane, double from, double to) {
 }
 
 void PaintGround(QPainter& painter, const PlotPage& page) {
-  painter.fillRect(QRectF(QPointF(), page.layout.size), page.look.panel);
+  // The canvases are painted later, to their last pixel.
+  QRegion around(QRectF(QPointF(), page.layout.size).toAlignedRect());
+  for (const PaneLayout& pane : page.layout.panes) {
+    around -= pane.canvas.toAlignedRect().adjusted(2, 2, -2, -2);
+  }
+  for (const QRect& part : around) painter.fillRect(part, page.look.panel);
   PaintRecordLine(painter, page);
   for (std::size_t i = 0; i < page.layout.panes.size(); ++i) PaintPane(painter, page, i);
   PaintAcrossLabels(painter, page);

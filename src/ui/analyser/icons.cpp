@@ -1,4 +1,4 @@
-// The analyser's icons, painted from their paths in the text colour at any size.
+// The icons' paths, and the engine that paints them.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/icons.h"
 

@@ -1,4 +1,4 @@
-// The labels at the peaks of a plot.
+// Measuring peak labels, placing them and painting them with their halo.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/label_painter.h"
 

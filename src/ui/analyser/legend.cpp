@@ -1,4 +1,4 @@
-// The line above a plot: what the vertical axis shows, and which trace is which.
+// Painting the legend's entries with their swatches.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/legend.h"
 

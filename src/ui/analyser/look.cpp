@@ -1,4 +1,4 @@
-// The colours and type of the analyser, light and dark.
+// The values of the analyser's colours and sizes, chosen by the palette.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/look.h"
 

@@ -1,4 +1,4 @@
-// What moves over a plot: cursor with its flags, pointer with its read-out, rubber band.
+// Painting the top layer, which alone follows the pointer.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/overlay_painter.h"
 

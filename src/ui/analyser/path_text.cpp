@@ -1,4 +1,4 @@
-// Paths written as text, in the notation of SVG and with short forms for circles and rectangles.
+// Reading the commands of a path one after another.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/path_text.h"
 

@@ -1,4 +1,4 @@
-// Where the parts of an analyser's plot lie.
+// Dividing a plot's area among axes, lanes, titles and data.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/plot_layout.h"
 

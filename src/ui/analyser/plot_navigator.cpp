@@ -1,4 +1,4 @@
-// What part of its data a plot shows, and the views that were seen before.
+// Zooming, moving and going back and forward among views.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/plot_navigator.h"
 

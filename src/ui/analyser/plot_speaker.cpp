@@ -1,4 +1,4 @@
-// The analyser's plot for assistive technology: name the record, value the cursor.
+// Answering assistive programs that ask for the plot's name and value.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/plot_speaker.h"
 

@@ -1,4 +1,4 @@
-// The small card beside cursor or pointer that tells the values there.
+// Laying out and painting the card's lines.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/read_out_box.h"
 

@@ -1,4 +1,4 @@
-// Numbers painted in figures of one width, whatever the font.
+// Painting each figure in the middle of its cell.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/tabular_text.h"
 

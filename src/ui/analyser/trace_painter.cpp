@@ -1,8 +1,9 @@
-// The traces of a plot, on a picture's pixels or as vectors.
+// Painting live, held and reference traces with their fill.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/trace_painter.h"
 
 #include <QPolygonF>
+#include <QRegion>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -162,14 +163,26 @@ void DrawCrowd(const PixelRows& canvas, const PlotPage& page, const PlotCrowd& c
               {{.lines = {columns.median}, .colour = colour, .width = 1.5 * page.layout.ratio}});
 }
 
-PixelRows CanvasOf(QImage& picture, const PaneLayout& pane, double ratio) {
-  const int left = qRound(pane.canvas.left() * ratio);
-  const int top = qRound(pane.canvas.top() * ratio);
-  const int right = std::min(qRound(pane.canvas.right() * ratio), picture.width());
-  const int bottom = std::min(qRound(pane.canvas.bottom() * ratio), picture.height());
-  auto* pixels = reinterpret_cast<std::uint32_t*>(picture.bits());
-  const std::ptrdiff_t stride = picture.bytesPerLine() / 4;
-  return {pixels + top * stride + left, right - left, bottom - top, stride};
+// The canvas of a pane in device pixels, within the picture.
+QRect CanvasOf(const QImage& picture, const PaneLayout& pane, double ratio) {
+  const QRectF& canvas = pane.canvas;
+  const QRect whole(
+      QPoint(qRound(canvas.left() * ratio), qRound(canvas.top() * ratio)),
+      QPoint(qRound(canvas.right() * ratio) - 1, qRound(canvas.bottom() * ratio) - 1));
+  return whole.intersected(picture.rect());
+}
+
+// Pixels that are only read are handed as such by whoever calls.
+PixelRows RowsOf(const uchar* bits, qsizetype bytesPerLine, const QRect& place) {
+  auto* pixels = const_cast<std::uint32_t*>(reinterpret_cast<const std::uint32_t*>(bits));
+  const std::ptrdiff_t stride = bytesPerLine / 4;
+  return {pixels + place.top() * stride + place.left(), place.width(), place.height(), stride};
+}
+
+void Copy(const PixelRows& from, const PixelRows& to) {
+  for (int row = 0; row < to.height; ++row) {
+    std::copy_n(from.pixels + row * from.stride, to.width, to.pixels + row * to.stride);
+  }
 }
 
 }  // namespace
@@ -187,13 +200,27 @@ std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t index) {
   return strokes;
 }
 
-void DrawTraces(QImage& picture, const PlotPage& page) {
+void DrawTraces(const QImage& ground, QImage& picture, const PlotPage& page) {
+  uchar* bits = picture.bits();
+  const auto from = [&](const QRect& place) {
+    return RowsOf(ground.constBits(), ground.bytesPerLine(), place);
+  };
+  const auto to = [&](const QRect& place) { return RowsOf(bits, picture.bytesPerLine(), place); };
+  QRegion around(picture.rect());
   for (std::size_t i = 0; i < page.layout.panes.size(); ++i) {
-    const PixelRows canvas = CanvasOf(picture, page.layout.panes[i], page.layout.ratio);
+    const QRect canvas = CanvasOf(picture, page.layout.panes[i], page.layout.ratio);
+    if (canvas.isEmpty()) continue;
+    around -= canvas;
     const auto& crowd = page.scene.panes[i].crowd;
-    if (crowd) DrawCrowd(canvas, page, *crowd, CanvasMaps(page, i));
-    DrawStrokes(canvas, StrokesOf(page, i));
+    if (crowd) {
+      Copy(from(canvas), to(canvas));
+      DrawCrowd(to(canvas), page, *crowd, CanvasMaps(page, i));
+      DrawStrokes(to(canvas), StrokesOf(page, i));
+    } else {
+      DrawStrokesOver(from(canvas), to(canvas), StrokesOf(page, i));
+    }
   }
+  for (const QRect& part : around) Copy(from(part), to(part));
 }
 
 void PaintTraces(QPainter& painter, const PlotPage& page) {

@@ -11,8 +11,9 @@
 
 namespace kestrel {
 
-// Onto a picture of format RGB32 that has the layout's ratio.
-void DrawTraces(QImage& picture, const PlotPage& page);
+// The ground with the traces over it, both of format RGB32, of one size and with the layout's
+// ratio.
+void DrawTraces(const QImage& ground, QImage& picture, const PlotPage& page);
 
 // With a painter, for devices that keep lines as lines.
 void PaintTraces(QPainter& painter, const PlotPage& page);

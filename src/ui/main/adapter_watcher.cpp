@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Looking for the adapter while nothing is at work.
 // SPDX-License-Identifier: MIT
 #include "ui/main/adapter_watcher.h"
 

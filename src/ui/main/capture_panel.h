@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The panel of the Start button, its progress and the data log.
 // SPDX-License-Identifier: MIT
 #pragma once
 

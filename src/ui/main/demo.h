@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Captures without a display, with pictures and files of them.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The interface's name, place and state put together.
 // SPDX-License-Identifier: MIT
 #include "ui/main/interface_text.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The interface in use, in words for the status line.
 // SPDX-License-Identifier: MIT
 #pragma once
 

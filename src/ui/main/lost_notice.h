@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The strip that says the adapter has been lost, and the cure.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The menu bar of the main window and its items.
 // SPDX-License-Identifier: MIT
 #pragma once
 

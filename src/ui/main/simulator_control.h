@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What the windows may do with the simulated sensor.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Showing the loading window, then the main window.
 // SPDX-License-Identifier: MIT
 #include "ui/main/start_windows.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows that the start of the program brings up.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Edges, focus and selection drawn so that they can be seen.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/clear_style.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The toolkit's own style with edges that stand out.
 // SPDX-License-Identifier: MIT
 #pragma once
 

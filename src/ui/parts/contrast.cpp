@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Luminance and mixtures of colours.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/contrast.h"
 

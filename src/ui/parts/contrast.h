@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// How much contrast texts and edges need, and what two colours have.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The lines of a field table, filled from words.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/field_table.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The fields of a register: as read, and as they would be written.
 // SPDX-License-Identifier: MIT
 #pragma once
 

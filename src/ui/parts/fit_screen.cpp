@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Scroll bars for windows that are larger than the screen.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/fit_screen.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Windows that fit the screen they are shown on.
 // SPDX-License-Identifier: MIT
 #pragma once
 

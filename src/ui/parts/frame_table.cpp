@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The sixteen boxes of frames, laid out and read.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/frame_table.h"
 

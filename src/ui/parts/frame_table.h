@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The table in which SPI frames are typed, with their answers.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Cutting a line that has no room.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/line_label.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A line of text that ends in an ellipsis where there is no room.
 // SPDX-License-Identifier: MIT
 #pragma once
 

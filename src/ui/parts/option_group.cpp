@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Making, selecting and asking option buttons.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/option_group.h"
 

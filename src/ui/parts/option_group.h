@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Option buttons and groups of them, none selected included.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Pages laid out on paper or into a file.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/page_printing.h"
 

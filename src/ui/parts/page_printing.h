@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The system's printers and its dialogs.
 // SPDX-License-Identifier: MIT
 #pragma once
 

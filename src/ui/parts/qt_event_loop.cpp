@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Yielding with and without the user's actions.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/qt_event_loop.h"
 

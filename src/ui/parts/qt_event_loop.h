@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The toolkit's event loop behind the seam.
 // SPDX-License-Identifier: MIT
 #pragma once
 

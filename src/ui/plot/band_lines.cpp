@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Painting the bands' lines strip by strip.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/band_lines.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm bands' lines over a picture box.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Moving and painting the cursor's strips.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/cross_hair.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The cursor's cross-hair over a picture box.
 // SPDX-License-Identifier: MIT
 #pragma once
 

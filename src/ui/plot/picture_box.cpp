@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Scales, grid and traces painted on whole device pixels.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/picture_box.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The plot's name, text and value for assistive programs.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_accessible.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The plot as somebody meets it who cannot see it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Placing labels and numbers where there is room.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_frame.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The picture box with its axes and their labels.
 // SPDX-License-Identifier: MIT
 #pragma once
 

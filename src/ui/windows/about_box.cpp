@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The text of the box about the program.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/about_box.h"
 

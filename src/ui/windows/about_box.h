@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The box that tells the program's name and version.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Building and showing a line's option groups.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/dio_line_box.h"
 

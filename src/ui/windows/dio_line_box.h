@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The option groups of one digital line.
 // SPDX-License-Identifier: MIT
 #pragma once
 

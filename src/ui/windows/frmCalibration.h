@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the null registers of the three axes.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The two line boxes between controls and words.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmDIOGPIO.h"
 

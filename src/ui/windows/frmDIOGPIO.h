@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the sensor's two digital lines.
 // SPDX-License-Identifier: MIT
 #pragma once
 

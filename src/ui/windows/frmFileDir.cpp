@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The data-log settings laid out, loaded and taken over.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmFileDir.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the data-log files' name, number and format.
 // SPDX-License-Identifier: MIT
 #pragma once
 

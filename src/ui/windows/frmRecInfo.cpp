@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The rows of the record information, filled.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmRecInfo.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Searching whenever the adapter window is opened.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBselect.h"
 

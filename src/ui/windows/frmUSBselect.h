@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window in which a USB adapter is selected.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Columns, marks and copying of a register list.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/register_list_box.h"
 

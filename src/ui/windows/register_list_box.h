@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The list of all registers in a fixed-width font.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What is printed of the register window.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The places where the guide may lie, tried one by one.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/user_guide.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Opening the user guide in whatever program the user has for it.
 // SPDX-License-Identifier: MIT
 #pragma once
 

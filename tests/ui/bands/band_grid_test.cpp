@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The grid of the bands: keys, marks, edits, pasting.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Closing the program while bands are neither in the sensor nor in a file.
 // SPDX-License-Identifier: MIT
 // Closing the program while alarm bands are neither in the sensor nor in a file.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What opens the secondary windows, and the handlers around them.
 // SPDX-License-Identifier: MIT
 // What opens the secondary windows, and the handlers around them.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The alarm bands on the main window's plot.
 // SPDX-License-Identifier: MIT
 // The alarm bands on the main window's plot.
 

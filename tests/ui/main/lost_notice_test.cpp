@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter in use is unplugged and comes back.
 // SPDX-License-Identifier: MIT
 // The adapter in use is unplugged and comes back.
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows of the start, and a start with faults.
 // SPDX-License-Identifier: MIT
 #include "ui/main/start_windows.h"
 

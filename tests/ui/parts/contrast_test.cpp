@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// What is read and operated stands out, in light and in dark themes.
 // SPDX-License-Identifier: MIT
 // What is read and what is operated stands out from its ground, in light and in dark themes: judged
 // by what is painted.

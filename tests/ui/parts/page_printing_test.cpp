@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Printing and its dialogs, left to the event loop.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/page_printing.h"
 

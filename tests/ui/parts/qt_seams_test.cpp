@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Message boxes, pointer and event loop of the toolkit.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/qt_seams.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The bands' lines pixel by pixel.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/band_lines.h"
 

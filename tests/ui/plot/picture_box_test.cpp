@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Positions, traces and grid of the picture box pixel by pixel.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/picture_box.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Labels and numbers around the plot.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_frame.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The calibration window over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCalibration.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the digital lines over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmDIOGPIO.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window's list: marks, log, copying.
 // SPDX-License-Identifier: MIT
 #include <QClipboard>
 #include <fstream>

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the parallel port's address.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmPort.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window of the record information.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmRecInfo.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBdebug.h"
 

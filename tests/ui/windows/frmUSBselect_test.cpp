@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The window in which an adapter is selected.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBselect.h"
 

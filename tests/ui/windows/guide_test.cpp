@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The user guide and the README beside the real windows.
 // SPDX-License-Identifier: MIT
 // The user guide and the README beside the real windows: every caption, key and picture that they
 // name is there, and every menu item is in the guide.

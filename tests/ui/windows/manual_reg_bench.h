@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window over a scripted sensor, its requests counted.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The register window's pages on paper.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/register_pages.h"
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// A window over a scripted sensor, with an edge of its own.
 // SPDX-License-Identifier: MIT
 #pragma once
 

@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// The windows as the menus open them, over the simulated sensor.
 // SPDX-License-Identifier: MIT
 #include "regmap/register_table.h"
 #include "ui/window_bench.h"

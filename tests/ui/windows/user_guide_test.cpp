@@ -1,4 +1,4 @@
-// Kestrel evaluation program
+// Where the user guide is found, and how it opens.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/user_guide.h"
 

@@ -1,0 +1,116 @@
+// Pictures of a plot that leave the program: the same painters, light colours, everything inside.
+// SPDX-License-Identifier: MIT
+#include "ui/analyser/picture_out.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+
+#include "ui/analyser/label_painter.h"
+#include "ui/analyser/overlay_painter.h"
+#include "ui/analyser/trace_painter.h"
+
+namespace kestrel {
+namespace {
+
+constexpr double kFileRatio = 2;
+constexpr int kDotsPerInch = 96;  // one unscaled pixel
+
+// What the painters need, kept together; always light.
+class Sheet {
+ public:
+  Sheet(const PlotPicture& picture, double ratio)
+      : picture_(picture),
+        look_(Look::Light()),
+        fonts_(picture.font),
+        layout_(LaidOut(picture.scene, picture.ranges, fonts_, picture.size, ratio, true)) {}
+
+  [[nodiscard]] PlotPage Page() const { return {picture_.scene, layout_, look_, fonts_}; }
+
+  void PaintBelow(QPainter& painter) const { PaintGround(painter, Page()); }
+  void PaintAbove(QPainter& painter) const {
+    PaintPeakLabels(painter, Page());
+    PlotOverlay overlay;
+    overlay.cursor = picture_.cursor;
+    PaintOverlay(painter, Page(), overlay);
+  }
+  void PaintLines(QPainter& painter) const {
+    PaintBelow(painter);
+    PaintTraces(painter, Page());
+    PaintAbove(painter);
+  }
+
+ private:
+  const PlotPicture& picture_;
+  Look look_;
+  LookFonts fonts_;
+  PlotLayout layout_;
+};
+
+bool WriteSvg(const PlotPicture& picture, QFile& file) {
+  QSvgGenerator svg;
+  svg.setOutputDevice(&file);
+  svg.setSize(picture.size);
+  svg.setViewBox(QRect(QPoint(), picture.size));
+  svg.setResolution(kDotsPerInch);
+  svg.setTitle(picture.scene.head);
+  svg.setDescription(picture.scene.line + QLatin1Char('\n') + picture.scene.source);
+  QPainter painter(&svg);
+  Sheet(picture, 1).PaintLines(painter);
+  return painter.end();
+}
+
+bool WritePdf(const PlotPicture& picture, QFile& file) {
+  QPdfWriter pdf(&file);
+  constexpr double kPointsPerPixel = 72.0 / kDotsPerInch;
+  pdf.setPageSize(QPageSize(QSizeF(picture.size) * kPointsPerPixel, QPageSize::Point));
+  pdf.setPageMargins(QMarginsF());
+  pdf.setResolution(kDotsPerInch);
+  pdf.setTitle(picture.scene.head + QStringLiteral(", ") + picture.scene.line);
+  QPainter painter(&pdf);
+  Sheet(picture, 1).PaintLines(painter);
+  return painter.end();
+}
+
+}  // namespace
+
+QImage Drawn(const PlotPicture& picture, double ratio) {
+  const Sheet sheet(picture, ratio);
+  QImage image((QSizeF(picture.size) * ratio).toSize(), QImage::Format_RGB32);
+  image.setDevicePixelRatio(ratio);
+  QPainter below(&image);
+  sheet.PaintBelow(below);
+  below.end();
+  const QImage ground = image.copy();
+  DrawTraces(ground, image, sheet.Page());
+  QPainter above(&image);
+  sheet.PaintAbove(above);
+  above.end();
+  image.setText(QStringLiteral("Title"), picture.scene.head);
+  image.setText(QStringLiteral("Description"), picture.scene.line);
+  image.setText(QStringLiteral("Source"), picture.scene.source);
+  return image;
+}
+
+bool WritePicture(const PlotPicture& picture, const QString& name) {
+  const QString ending = QFileInfo(name).suffix().toLower();
+  if (ending != u"png" && ending != u"svg" && ending != u"pdf") return false;
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) return false;
+  bool isWritten = false;
+  if (ending == u"png") isWritten = Drawn(picture, kFileRatio).save(&file, "PNG");
+  if (ending == u"svg") isWritten = WriteSvg(picture, file);
+  if (ending == u"pdf") isWritten = WritePdf(picture, file);
+  return isWritten && file.flush() && file.error() == QFileDevice::NoError;
+}
+
+void CopyPicture(const PlotPicture& picture) {
+  QGuiApplication::clipboard()->setImage(Drawn(picture, kFileRatio));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,32 @@
+// Pictures of a plot that leave the program: the same painters, light colours, everything inside.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFont>
+#include <QImage>
+#include <QSize>
+#include <QString>
+
+#include "ui/analyser/plot_layout.h"
+#include "ui/analyser/plot_scene.h"
+
+namespace kestrel {
+
+// What is shown, at which size (unscaled pixels), with the cursor but without the pointer.
+struct PlotPicture {
+  PlotScene scene;
+  PlotRanges ranges;
+  PlotCursor cursor;
+  QFont font;
+  QSize size{1200, 700};
+};
+
+[[nodiscard]] QImage Drawn(const PlotPicture& picture, double ratio);
+
+// Writes a .png (at twice the size), .svg or .pdf file, by its ending. False when the file cannot
+// be written or the ending is another.
+[[nodiscard]] bool WritePicture(const PlotPicture& picture, const QString& file);
+
+void CopyPicture(const PlotPicture& picture);  // to the clipboard
+
+}  // namespace kestrel
