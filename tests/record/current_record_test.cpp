@@ -63,8 +63,8 @@ TEST_F(Current, PointsBeyondAShorterRecordStayThoseOfTheLongerOneBefore) {
 }
 
 TEST_F(Current, WhatTheNextReadOutFindsChangesNothingOfTheRecord) {
-  const Record record = Marked(RecordKind::Spectrum, 1);
-  current.HandOver(record);
+  current.HandOver(Marked(RecordKind::Spectrum, 1));
+  const Record record = current.Get();
   NameKind(RecordKind::Time);
   EXPECT_EQ(CaptureType, "TimeDomain");
   EXPECT_EQ(current.Get(), record);
