@@ -1,4 +1,4 @@
-// The files of alarm bands: where they are, saving and loading.
+// Saving, listing and loading alarm files, with the reason where one cannot be used.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_files.h"
 

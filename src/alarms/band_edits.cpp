@@ -1,4 +1,4 @@
-// The user's changes of the alarm bands, each one step of their history.
+// Entries, pastes, drags and steps back carried out on the band table.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_edits.h"
 

@@ -1,4 +1,4 @@
-// The steps in which the alarm bands changed.
+// Keeping, taking back and redoing steps.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_history.h"
 

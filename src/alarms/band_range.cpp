@@ -1,4 +1,4 @@
-// What thresholds mean in g when the range changes: they are codes of a range.
+// Thresholds carried from the code of one range to that of another.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_range.h"
 

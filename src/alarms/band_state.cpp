@@ -1,4 +1,4 @@
-// How the alarm bands stand against what the sensor holds.
+// Comparing values with those known to be in the sensor, and saying how many differ.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_state.h"
 

@@ -1,4 +1,4 @@
-// The way of the alarm bands to and from the sensor's flash.
+// Bands read, written and cleared one by one, the user's handlers running between two.
 // SPDX-License-Identifier: MIT
 #include "alarms/band_transfer.h"
 

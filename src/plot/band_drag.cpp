@@ -1,4 +1,4 @@
-// Alarm band lines under the pointer: which one is hit, and where a drag takes it.
+// Hits, grips and the moves of a drag, in bins and g.
 // SPDX-License-Identifier: MIT
 #include "plot/band_drag.h"
 

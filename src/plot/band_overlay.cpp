@@ -1,4 +1,4 @@
-// The alarm bands over the plot of a spectrum.
+// Drawing the overlay's lines and labels, and handing on what the pointer does.
 // SPDX-License-Identifier: MIT
 #include "plot/band_overlay.h"
 

@@ -1,4 +1,4 @@
-// Colours for heights: 256 steps whose lightness changes evenly, for light and for dark paper.
+// The map's support points, and the steps between them.
 // SPDX-License-Identifier: MIT
 #include "plot/colour_map.h"
 

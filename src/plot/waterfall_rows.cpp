@@ -1,4 +1,4 @@
-// The spectra of a waterfall with their times: the newest so many, in compact form.
+// Packing spectra into bytes, and dropping the oldest.
 // SPDX-License-Identifier: MIT
 #include "plot/waterfall_rows.h"
 

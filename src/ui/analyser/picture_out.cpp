@@ -1,4 +1,4 @@
-// Pictures of a plot that leave the program: the same painters, light colours, everything inside.
+// Writing a plot as PNG, SVG or PDF, or onto the clipboard.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/picture_out.h"
 

@@ -1,4 +1,4 @@
-// The map of a waterfall in screen pixels: a ring of pixel rows that grows upwards with time.
+// Filling one pixel row of the ring, and moving the ring on.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/waterfall_image.h"
 

@@ -1,4 +1,4 @@
-// What lies around and over a waterfall's map: axes, colour scale, gaps, cursors.
+// Painting a waterfall's axes, scale, gaps and cursors.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/waterfall_painter.h"
 

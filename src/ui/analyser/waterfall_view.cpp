@@ -1,4 +1,4 @@
-// The waterfall: spectra of many records as a map of colours over frequency and time.
+// The waterfall's events: new rows, pointer, keys, resizing.
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/waterfall_view.h"
 

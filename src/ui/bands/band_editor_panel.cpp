@@ -1,4 +1,4 @@
-// The controls of the alarm editor and their places.
+// Making and laying out the alarm editor's controls.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_editor_panel.h"
 

@@ -1,4 +1,4 @@
-// The grid of the alarm bands.
+// Keys, focus, entries and selection of the grid.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid.h"
 

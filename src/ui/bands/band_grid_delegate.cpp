@@ -1,4 +1,4 @@
-// How a cell of the alarm bands is painted and edited.
+// Painting a cell's marks, and its line edit.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid_delegate.h"
 

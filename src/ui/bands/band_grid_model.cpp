@@ -1,4 +1,4 @@
-// The bands of one sample-rate option as a table of texts and marks.
+// Answering what a cell shows, is marked with and explains.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid_model.h"
 

@@ -1,4 +1,4 @@
-// The editor of the spectral alarm bands.
+// The editor's handlers for edits, files and the plot.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/frmAlarmSpectrum.h"
 

@@ -1,4 +1,4 @@
-// The strip that tells of thresholds given for another range than the present one.
+// What the strip says, and its button that keeps thresholds in g.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/range_notice.h"
 

@@ -1,4 +1,4 @@
-// The small window that tells what the program is busy with.
+// Showing the message window so that it is painted at once.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmMsg.h"
 
