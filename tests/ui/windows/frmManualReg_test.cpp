@@ -137,6 +137,7 @@ TEST_F(FrmManualReg, WhatIsNoHexadecimalNumberWritesWhatItConvertsToAndTheLinesB
   Choose(row::FFT_AVG);
   Type("1G");
   EXPECT_EQ(Text("lblWriteBits"), "0000 0000 0000 0001  no such word: writes 1");
+  Find<QLineEdit>("txtDataWrite").setFocus();
   EnterInValue();
   EXPECT_EQ(InSensor(row::FFT_AVG), 1);
   EXPECT_EQ(Text("lblNote"),
