@@ -95,34 +95,41 @@ void Turn(const std::uint32_t* from, std::ptrdiff_t fromStride, int columns, int
   }
 }
 
+// An odd number of cache lines, so that neighbouring columns do not compete for the same place in
+// the cache.
+std::ptrdiff_t PaddedHeight(int height) {
+  constexpr int kLine = 16;  // pixels
+  return ((height + kLine - 1) / kLine | 1) * kLine;
+}
+
 // Some columns of a picture, each in one piece.
 class Strip {
  public:
   Strip(const PixelRows& ground, const PixelRows& picture)
       : ground_(ground),
         picture_(picture),
-        pixels_(static_cast<std::size_t>(picture.height) * kStripWidth) {}
+        columnStride_(PaddedHeight(picture.height)),
+        pixels_(static_cast<std::size_t>(columnStride_) * kStripWidth) {}
 
   void Load(int left) {
     left_ = left;
     width_ = std::min(kStripWidth, picture_.width - left);
     Turn(ground_.pixels + left_, ground_.stride, width_, picture_.height, pixels_.data(),
-         picture_.height);
+         columnStride_);
   }
   void Store() {
-    Turn(pixels_.data(), picture_.height, picture_.height, width_, picture_.pixels + left_,
+    Turn(pixels_.data(), columnStride_, picture_.height, width_, picture_.pixels + left_,
          picture_.stride);
   }
   [[nodiscard]] int Width() const { return width_; }
-  std::uint32_t* Column(int index) {
-    return pixels_.data() + static_cast<std::ptrdiff_t>(index) * picture_.height;
-  }
+  std::uint32_t* Column(int index) { return pixels_.data() + index * columnStride_; }
 
  private:
   const PixelRows& ground_;
   const PixelRows& picture_;
   int left_ = 0;
   int width_ = 0;
+  std::ptrdiff_t columnStride_;
   std::vector<std::uint32_t> pixels_;
 };
 
@@ -176,21 +183,7 @@ class Pen {
   double to_;
 };
 
-}  // namespace
-
-void DrawStrokes(const PixelRows& picture, const std::vector<Stroke>& strokes) {
-  DrawStrokesOver(picture, picture, strokes);
-}
-
-void DrawStrokesOver(const PixelRows& ground, const PixelRows& picture,
-                     const std::vector<Stroke>& strokes) {
-  if (picture.width <= 0 || picture.height <= 0) return;
-  std::vector<Pen> pens;
-  for (const Stroke& stroke : strokes) {
-    for (const PlotLine& line : stroke.lines) {
-      if (!line.empty()) pens.emplace_back(stroke, line);
-    }
-  }
+void DrawInStrips(const PixelRows& ground, const PixelRows& picture, std::vector<Pen>& pens) {
   Strip strip(ground, picture);
   ColumnCover cover(picture.height);
   std::vector<std::int16_t> parts;
@@ -206,19 +199,44 @@ void DrawStrokesOver(const PixelRows& ground, const PixelRows& picture,
   }
 }
 
+}  // namespace
+
+void DrawStrokes(const PixelRows& picture, const std::vector<Stroke>& strokes) {
+  DrawStrokesOver(picture, picture, strokes);
+}
+
+void DrawStrokesOver(const PixelRows& ground, const PixelRows& picture,
+                     const std::vector<Stroke>& strokes) {
+  if (picture.width <= 0 || picture.height <= 0) return;
+  std::vector<Pen> pens;
+  for (const Stroke& stroke : strokes) {
+    for (const PlotLine& line : stroke.lines) {
+      if (!line.empty()) pens.emplace_back(stroke, line);
+    }
+  }
+  DrawInStrips(ground, picture, pens);
+}
+
 void DrawArea(const PixelRows& picture, const std::vector<ColumnArea>& area, std::uint32_t colour,
               double opacity) {
   const auto part =
       static_cast<std::int16_t>(std::clamp(opacity, 0.0, 1.0) * ColumnCover::kFull + 0.5);
+  // Row by row, as the memory lies.
+  std::vector<int> upper(static_cast<std::size_t>(std::max(picture.width, 0)), picture.height);
+  std::vector<int> lower(upper.size(), 0);
+  const auto row = [&](double y) {
+    return static_cast<int>(std::lround(std::clamp(y, 0.0, double{1} * picture.height)));
+  };
   for (const ColumnArea& column : area) {
-    const int x = static_cast<int>(std::floor(column.x));
+    const double x = std::floor(column.x);
     if (x < 0 || x >= picture.width) continue;
-    const auto row = [&](double y) {
-      return static_cast<int>(std::lround(std::clamp(y, 0.0, double{1} * picture.height)));
-    };
-    for (int y = row(column.upper); y < std::max(row(column.lower), row(column.upper)); ++y) {
-      std::uint32_t& pixel = picture.pixels[y * picture.stride + x];
-      pixel = Blended(pixel, colour, part);
+    upper[static_cast<std::size_t>(x)] = row(column.upper);
+    lower[static_cast<std::size_t>(x)] = row(column.lower);
+  }
+  for (int y = 0; y < picture.height; ++y) {
+    std::uint32_t* pixel = picture.pixels + y * picture.stride;
+    for (std::size_t x = 0; x < upper.size(); ++x, ++pixel) {
+      if (y >= upper[x] && y < lower[x]) *pixel = Blended(*pixel, colour, part);
     }
   }
 }

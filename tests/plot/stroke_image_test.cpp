@@ -138,6 +138,30 @@ TEST(StrokeImage, LaterStrokesLieOverEarlierOnes) {
   EXPECT_EQ(canvas.pixels[17 * 32 + 10], 0xFFFF0000U);
 }
 
+TEST(StrokeImage, ManyStrokesLookAsTheSameDrawnOneByOne) {
+  std::mt19937 random(9);
+  std::uniform_real_distribution<double> height(0, 60);
+  std::vector<Stroke> strokes;
+  for (int i = 0; i < 20; ++i) {
+    Stroke stroke{.lines = {{}}, .colour = static_cast<std::uint32_t>(i) * 0x0A0B0CU};
+    for (double x = 0; x < 70; x += 5) stroke.lines[0].push_back({x, height(random)});
+    stroke.isFilled = i % 5 == 0;
+    stroke.fill.base = 60;
+    strokes.push_back(stroke);
+  }
+  Canvas together(70, 61);
+  Canvas single(70, 61);
+  Canvas over(70, 61);
+  Canvas ground(70, 61);
+  DrawStrokes(together.Rows(), strokes);
+  for (const Stroke& stroke : strokes) DrawStrokes(single.Rows(), {stroke});
+  std::fill(over.pixels.begin(), over.pixels.end(), 0U);
+  DrawStrokesOver(ground.Rows(), over.Rows(), strokes);
+  EXPECT_EQ(together.pixels, single.pixels);
+  EXPECT_EQ(together.pixels, over.pixels);
+  EXPECT_EQ(ground.pixels, Canvas(70, 61).pixels);
+}
+
 TEST(StrokeImage, AnAreaIsShadedBetweenItsLines) {
   Canvas canvas(8, 20);
   DrawArea(canvas.Rows(), {{2, 5, 10}, {3, -4, 99}, {9, 0, 20}}, 0, 0.5);
