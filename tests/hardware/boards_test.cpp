@@ -138,7 +138,8 @@ TEST_F(TwoBoards, ACaptureDoesNotTakeTheOtherSensorsDataUnasked) {
   EXPECT_THAT(program.messages.Texts(),
               ElementsAre("Ezusb-0 is gone. Ezusb-1 is selected now; it may have another sensor. "
                           "Try again to take data from it."));
-  EXPECT_EQ(other->commands.size(), commands + 3) << "found and set up, nothing transferred";
+  ASSERT_EQ(other->commands.size(), commands + 4) << "found, set up, its settings read";
+  EXPECT_EQ(other->commands.back(), (Bytes{13, 1, 2, 0x1C, 0, 0x1C, 0}));
   program.messages.Clear();
   program.Capture();
   EXPECT_THAT(program.messages.Texts(), IsEmpty());

@@ -18,6 +18,9 @@ TEST(SimulatedHardware, AdapterAndPortReachTheSameSensor) {
   std::array<std::uint8_t, 7> block = {14, 1, 2, 0x8E, 0x2A, 0x0E, 0x00};
   const std::array<std::uint8_t, 4> pipe0 = {};
   std::uint32_t moved = 0;
+  for (std::array<std::uint8_t, 2> setting : {std::array<std::uint8_t, 2>{12, 120}, {11, 25}}) {
+    ASSERT_TRUE(hardware.Adapter().DeviceIoControl(device, kBulkTransfer, pipe0, setting, moved));
+  }
   ASSERT_TRUE(hardware.Adapter().DeviceIoControl(device, kBulkTransfer, pipe0, block, moved));
 
   // The answer to the read that the adapter sent comes out at the port.
