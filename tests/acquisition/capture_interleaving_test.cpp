@@ -179,9 +179,7 @@ class Session : public CaptureBench {
     }
     if (TheRecord().arrays == earlier_.arrays) {
       // A capture that is not plotted waits in the sensor for the next reading.
-      const bool sameKind =
-          TheRecord().width == earlier_.width && TheRecord().type == earlier_.type;
-      EXPECT_TRUE(waitsInSensor_ || sameKind);
+      EXPECT_TRUE(waitsInSensor_ || Buff.width == core.record.Get().Width());
       // Either nothing was handed over, or the same words were read anew.
       const Record& record = core.record.Get();
       EXPECT_TRUE(record == earlier_.record || record.time != earlier_.record.time);
