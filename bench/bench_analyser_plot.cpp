@@ -12,7 +12,7 @@
 
 #include "figure.h"
 #include "ui/analyser/analyser_plot.h"
-#include "ui/analyser/waterfall_view.h"
+#include "ui/waterfall/waterfall_view.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <numbers>
 
-#include "analysis/number_texts.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {

@@ -1,7 +1,7 @@
 // The cursors' tables as texts.
 // SPDX-License-Identifier: MIT
 #include "analysis/cursors.h"
-#include "analysis/number_texts.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "analysis/number_texts.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {

@@ -7,8 +7,8 @@
 #include <cstdlib>
 
 #include "analysis/horizontal.h"
-#include "analysis/number_texts.h"
 #include "analysis/quantity.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "analysis/number_texts.h"
 #include "analysis/quantity.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {

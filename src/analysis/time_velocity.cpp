@@ -8,8 +8,8 @@
 #include <numbers>
 #include <unsupported/Eigen/FFT>
 
-#include "analysis/number_texts.h"
 #include "analysis/quantity.h"
+#include "numeric/number_texts.h"
 #include "record/frequency.h"
 
 namespace kestrel::analysis {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "plot/label_places.h"
+#include "chart/label_places.h"
 #include "ui/analyser/ground_painter.h"
 
 namespace kestrel {

@@ -6,8 +6,8 @@
 #include <QSizeF>
 #include <vector>
 
-#include "plot/axis_map.h"
-#include "plot/axis_ticks.h"
+#include "chart/axis_map.h"
+#include "chart/axis_ticks.h"
 #include "ui/analyser/look.h"
 #include "ui/analyser/plot_scene.h"
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "plot/view_history.h"
+#include "chart/view_history.h"
 #include "ui/analyser/plot_layout.h"
 
 namespace kestrel {

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "plot/axis_map.h"
+#include "chart/axis_map.h"
 #include "ui/analyser/look.h"
 
 namespace kestrel {

@@ -9,7 +9,7 @@
 #include <iterator>
 #include <span>
 
-#include "plot/crowd.h"
+#include "chart/crowd.h"
 
 namespace kestrel {
 namespace {

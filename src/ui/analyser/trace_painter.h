@@ -6,7 +6,7 @@
 #include <QPainter>
 #include <vector>
 
-#include "plot/stroke_image.h"
+#include "chart/stroke_image.h"
 #include "ui/analyser/ground_painter.h"
 
 namespace kestrel {

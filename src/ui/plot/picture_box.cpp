@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "plot/plot_ticks.h"
+#include "chart/plot_ticks.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
