@@ -56,6 +56,8 @@ void RecordCaption::Show(const Record& record, const RecordPresent& present) {
   const std::string line = RecordLine(record, LocalTimeOf(record).toStdString());
   lblRecordLine_->setText(QString::fromStdString(line));
   lblRecordLine_->setToolTip(Details(record));
+  if (record.time != shown_) closed_.clear();
+  shown_ = record.time;
   ShowNotices(RecordNotices(record, present));
 }
 
@@ -64,15 +66,18 @@ void RecordCaption::ShowNotices(const std::vector<RecordNotice>& notices) {
   for (const NoticeKind kind : kKinds) {
     const bool holds = std::any_of(notices.begin(), notices.end(),
                                    [&](const RecordNotice& notice) { return notice.kind == kind; });
-    if (!holds) notices_->Take(IdOf(kind));
+    if (holds) continue;
+    closed_.erase(kind);
+    notices_->Take(IdOf(kind));
   }
   for (const RecordNotice& notice : notices) {
+    if (closed_.contains(notice.kind)) continue;
     notices_->Put({.id = IdOf(notice.kind),
                    .gravity = Gravity::Doubt,
                    .text = QString::fromStdString(notice.what + ". " + notice.means),
                    .cure = QString::fromStdString(notice.cureText),
                    .carryOut = [this, cure = notice.cure] { emit CureWanted(cure); },
-                   .closed = {}});
+                   .closed = [this, kind = notice.kind] { closed_.insert(kind); }});
   }
 }
 

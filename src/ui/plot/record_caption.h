@@ -4,6 +4,8 @@
 
 #include <QString>
 #include <QWidget>
+#include <chrono>
+#include <set>
 #include <vector>
 
 #include "record/record.h"
@@ -29,6 +31,8 @@ class RecordCaption : public QWidget {
  private:
   void ShowNotices(const std::vector<RecordNotice>& notices);
 
+  std::chrono::system_clock::time_point shown_;  // of the record
+  std::set<NoticeKind> closed_;                  // by the user, for this record
   LineLabel* lblRecordLine_;
   NoticeStrip* notices_;
 };

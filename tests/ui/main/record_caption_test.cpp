@@ -76,6 +76,17 @@ TEST_F(RecordCaptionOf, ACaptureThatWasStoppedShowsTheRecordBeforeAndSaysSo) {
   EXPECT_FALSE(IsAmber());
 }
 
+TEST_F(RecordCaptionOf, ANoticeThatIsClosedStaysClosedForThisRecord) {
+  Start();
+  Press("cmdReadBuffer");
+  Find<QAbstractButton>("cmdNoticeClose_record1").click();
+  EXPECT_FALSE(IsAmber());
+  Press("CmdReadStatus");
+  EXPECT_FALSE(IsAmber());
+  Press("cmdReadBuffer");
+  EXPECT_FALSE(Noticed(NoticeKind::Empty).isEmpty()) << "another record";
+}
+
 TEST_F(RecordCaptionOf, BuffersThatHoldNothingSaySo) {
   Start();
   Press("cmdReadBuffer");
