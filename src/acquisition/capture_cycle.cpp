@@ -4,13 +4,14 @@
 
 #include <algorithm>
 
-#include "acquisition/commands.h"
 #include "app/program_state.h"
 #include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
+#include "record/status_flags.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
@@ -85,7 +86,7 @@ void CaptureCycle::Start() {
 void CaptureCycle::Capture() {
   status_.ClearStatus("cmdStart");
   const double gPerLsb = gRecCtrl->gLsb();  // of the range that the sensor takes for this capture
-  core_.registers.WriteReg(row::COMMAND, kCaptureCommand);
+  core_.registers.WriteReg(row::COMMAND, CommandWord(CommandBit::RecordStartStop));
   if (!GoingOn()) return;
   view_.ShowCapturingData(true);
   view_.SetStartCaption(kStopCaption);
@@ -203,7 +204,7 @@ void CaptureCycle::ReadBuffers(const RecordOrigin& origin) {
 void CaptureCycle::cmdGetRecord_Click(int record) {
   if (!InterfaceReady()) return;
   core_.registers.WriteReg(row::REC_PNTR, record);
-  core_.registers.WriteReg(row::COMMAND, kRetrieveRecordCommand);
+  core_.registers.WriteReg(row::COMMAND, CommandWord(CommandBit::RetrieveRecord));
   if (!RegisterAccess::Usable()) return;
   core_.delay.Delay(float{kRetrieveMs});
   if (!InterfaceReady()) return;

@@ -4,10 +4,10 @@
 
 #include <cstring>
 
-#include "acquisition/commands.h"
 #include "app/program_state.h"
 #include "record/capture_data.h"
 #include "record/status_flags.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
@@ -30,7 +30,7 @@ void StatusDisplay::ReadStatus(const std::string& caller) {
 }
 
 void StatusDisplay::ClearStatus(const std::string& caller) {
-  registers_.WriteReg(row::COMMAND, kClearStatusCommand);
+  registers_.WriteReg(row::COMMAND, CommandWord(CommandBit::ClearStatus));
   ReadStatus(caller);
 }
 

@@ -27,11 +27,14 @@ constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kBlanks = " \t\"";
 
 constexpr std::size_t kColumns = 10;
-constexpr std::array<const char*, kColumns> kColumnNames{
-    "option",    "band",      "F-low",     "F-high",    "alarm 1 X",
-    "alarm 1 Y", "alarm 1 Z", "alarm 2 X", "alarm 2 Y", "alarm 2 Z"};
 constexpr std::int32_t kLastOptionSlot = 4;
 constexpr std::int32_t kLastBandSlot = 7;
+
+// Of the option, the band, then the band's fields.
+std::string ColumnTitle(std::size_t column) {
+  if (column == 0) return "option";
+  return column == 1 ? "band" : kBandFieldNames[column - 2];
+}
 
 // Without the blanks and quotes that spreadsheets put around.
 std::string_view Trimmed(std::string_view text) {
@@ -122,7 +125,7 @@ std::optional<char> SeparatorOf(std::string_view header) {
 
 // The integer of a field; a number with decimals is rounded half to even.
 std::int32_t FieldValue(std::string_view text, std::size_t column, int line) {
-  const auto describe = [&] { return std::string(kColumnNames[column]) + " = "; };
+  const auto describe = [&] { return ColumnTitle(column) + " = "; };
   const std::optional<double> number = WholeTextNumber(text);
   if (!number) Refuse(line, describe() + "\"" + Excerpt(text) + "\" is no number");
   try {
@@ -141,8 +144,7 @@ bool IsEmpty(std::string_view line, char separator) {
 
 void CheckSlot(std::int32_t value, std::int32_t last, std::size_t column, int line) {
   if (value >= 0 && value <= last) return;
-  Refuse(line, std::string(kColumnNames[column]) + " = " + std::to_string(value) + ". " +
-                   kSubscriptOutOfRange);
+  Refuse(line, ColumnTitle(column) + " = " + std::to_string(value) + ". " + kSubscriptOutOfRange);
 }
 
 void TakeLine(std::string_view text, char separator, int line, BandTable& table) {

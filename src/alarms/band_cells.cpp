@@ -90,10 +90,7 @@ int FieldOf(int column) {
 }
 
 std::string ColumnName(int column) {
-  static constexpr std::array<const char*, kBandColumns> kNames{
-      "F-low",     "F-high",    "alarm 1 X", "alarm 1 Y",
-      "alarm 1 Z", "alarm 2 X", "alarm 2 Y", "alarm 2 Z"};
-  return kNames.at(static_cast<std::size_t>(column - 1));
+  return kBandFieldNames.at(static_cast<std::size_t>(column - 1));
 }
 
 std::string CellName(BandCell cell) {
@@ -130,8 +127,7 @@ std::optional<BandProblem> ProblemOf(const BandTable& table, BandCell cell, int 
   const Axis axis = kAxes.at(static_cast<std::size_t>(cell.column) % kAxes.size());
   if (value(ThresholdColumn(1, axis)) <= value(ThresholdColumn(2, axis))) return std::nullopt;
   return BandProblem{.empty = false,
-                     .text = std::string("alarm 1 is above alarm 2 on ") +
-                             static_cast<char>('X' + Index(axis)) + "."};
+                     .text = std::string("alarm 1 is above alarm 2 on ") + Letter(axis) + "."};
 }
 
 std::vector<std::string> ProblemsOf(const BandTable& table, int option) {

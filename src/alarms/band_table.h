@@ -28,6 +28,11 @@ inline constexpr int kFHighField = 1;
 // of the registers ALM_F_LOW to ALM_Z_MAG2.
 inline constexpr std::array<int, 8> kBandFields{0, 1, 3, 4, 5, 7, 8, 9};
 
+// What messages call them, in the same order.
+inline constexpr std::array<const char*, kBandFields.size()> kBandFieldNames{
+    "F-low",     "F-high",    "alarm 1 X", "alarm 1 Y",
+    "alarm 1 Z", "alarm 2 X", "alarm 2 Y", "alarm 2 Z"};
+
 // The spectral alarm bands of all sample-rate options. Field 0..9, band 0..7 and option 0..4 exist,
 // bands 1 to 6 of options 0 to 3 are used; anything beyond throws RuntimeError "Subscript out of
 // range".

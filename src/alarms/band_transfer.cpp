@@ -4,14 +4,15 @@
 
 #include <vector>
 
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-constexpr std::int32_t kClearBands = 512;
-constexpr std::int32_t kSaveBand = 4096;
-constexpr std::int32_t kRetrieveBand = 16384;
+constexpr std::int32_t kClearBands = CommandWord(CommandBit::ClearAlarmBands);
+constexpr std::int32_t kSaveBand = CommandWord(CommandBit::SaveAlarmBand);
+constexpr std::int32_t kRetrieveBand = CommandWord(CommandBit::RetrieveAlarmBand);
 
 // The sensor brings a band from its flash into the registers in this time.
 constexpr float kRetrieveMs = 20;

@@ -9,7 +9,7 @@ namespace kestrel::analysis {
 namespace {
 
 std::string AxisName(Axis axis) {
-  return std::string(1, static_cast<char>('X' + Index(axis)));
+  return std::string(1, Letter(axis));
 }
 
 bool IsCapture(const Spectrum& spectrum) {

@@ -13,7 +13,7 @@ namespace kestrel {
 extern std::int32_t LoopsPer10us;       // empty loop iterations that take 10 us (0); CalibrateDelay
 extern bool DelayCalibrated;            // (false); set at the start of CalibrateDelay
 extern float MinimumDelay;              // ms (0); CalibrateDelay
-extern std::int32_t MinimumDelayCount;  // iterations (0); CalibrateDelay
+extern std::int32_t MinimumDelayCount;  // iterations (0); CalibrateDelay; reported, used by no wait
 extern std::string DelayReport;         // the figures of the calibration (""); CalibrateDelay
 
 // Back to the start values in brackets.

@@ -30,7 +30,8 @@ extern std::uint8_t UsbSpiDelay;       // delay code of every transfer, 1..5 (1)
 extern std::uint8_t UsbSpiBits;        // value last sent with adapter command 12 (120)
 extern std::uint8_t UsbSpiSetupValue;  // value last sent with adapter command 11 (25)
 
-// Colours as 0xBBGGRR, red in the low byte (0); set by Main.
+// Colours as 0xBBGGRR, red in the low byte (0); set by Main. Nothing shows the last three: they are
+// kept because the palette is known as these six.
 extern double clrRed;
 extern double clrGreen;
 extern double clrYellow;

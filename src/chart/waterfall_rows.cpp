@@ -1,4 +1,4 @@
-// Packing spectra into bytes, and dropping the oldest.
+// Filling the ring of rows, and finding the row nearest to a time.
 // SPDX-License-Identifier: MIT
 #include "chart/waterfall_rows.h"
 

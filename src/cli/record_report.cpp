@@ -37,10 +37,6 @@ Peak PeakOf(const Record& record, Axis axis) {
   return {static_cast<int>(at), values[at]};
 }
 
-char Letter(Axis axis) {
-  return static_cast<char>('X' + static_cast<int>(Index(axis)));
-}
-
 // The worst that any band of an axis has come to.
 const char* AlarmText(const AxisAlarms& alarms) {
   const char* text = "None";

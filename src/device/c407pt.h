@@ -11,7 +11,8 @@
 namespace kestrel {
 
 // One sensor's control registers together. Assigning a value reaches the held object's first
-// property; the object itself is never replaced.
+// property; the object itself is never replaced. Nothing in the program makes one: it is kept as a
+// public name of the models, which the program reaches through gRecCtrl and gAlmCtrl.
 class c407pt {
  public:
   explicit c407pt(RegisterAccess& registers)

@@ -6,14 +6,16 @@
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
 #include "numeric/runtime_error.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-constexpr std::int32_t kAutonull = 0x0001;
-constexpr std::int32_t kFlashUpdate = 0x1000;
-constexpr std::int32_t kRetrieve = 0x2000;
+// The last two are what this window has always sent, whatever its captions say.
+constexpr std::int32_t kAutonull = CommandWord(CommandBit::Autonull);
+constexpr std::int32_t kFlashUpdate = CommandWord(CommandBit::SaveAlarmBand);
+constexpr std::int32_t kRetrieve = CommandWord(CommandBit::RetrieveRecord);
 
 constexpr float kAfterWriteMs = 100;
 constexpr float kAutonullMs = 175;

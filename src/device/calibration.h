@@ -44,7 +44,8 @@ class Calibration {
   // Sends the command and waits. Nothing is read back.
   void cmdFlashUpdate_Click();
 
-  // Bound to no control: retrieves a record and refreshes.
+  // Retrieves a record and refreshes. Bound to no control, and called by nothing: kept as a public
+  // procedure of the window.
   void RetrieveAndRead();
 
   // Shows what was last read in place of what was typed since.

@@ -2,10 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "device/global_commands.h"
 
-#include <cmath>
 #include <string>
 
-#include "numeric/conversions.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
@@ -41,7 +39,7 @@ void GlobalCommands::cmdWrite_Click(int index) {
     return;
   }
   const BusyLabel busy(view_, loop_);
-  WriteBit(index);
+  Write(static_cast<CommandBit>(index));
   delay_.Delay(float{kCommandWaitMs});
 }
 
@@ -50,44 +48,44 @@ void GlobalCommands::ShowBusy(double t) {
   delay_.Delay(static_cast<float>(t));
 }
 
-void GlobalCommands::WriteBit(int bit) {
-  registers_.WriteReg(row::COMMAND, ToLong(std::exp2(bit)));
+void GlobalCommands::Write(CommandBit bit) {
+  registers_.WriteReg(row::COMMAND, CommandWord(bit));
 }
 
-void GlobalCommands::Send(int bit, double busyMs) {
-  WriteBit(bit);
+void GlobalCommands::Send(CommandBit bit, double busyMs) {
+  Write(bit);
   ShowBusy(busyMs);
 }
 
 void GlobalCommands::CmdAutonull() {
-  Send(0, 700);
+  Send(CommandBit::Autonull, 700);
 }
 void GlobalCommands::CmdPowerDown() {
-  Send(1, 51);
+  Send(CommandBit::PowerDown, 51);
 }
 void GlobalCommands::CmdSelfTest() {
-  Send(2, 51);
+  Send(CommandBit::SelfTest, 51);
 }
 void GlobalCommands::CmdFactoryReset() {
-  Send(3, 152);
+  Send(CommandBit::FactoryReset, 152);
 }
 void GlobalCommands::CmdFlashTest() {
-  Send(5, 152);
+  Send(CommandBit::FlashTest, 152);
 }
 void GlobalCommands::CmdSoftwareReset() {
-  Send(7, 51);
+  Send(CommandBit::SoftwareReset, 51);
 }
 void GlobalCommands::CmdClearRecords() {
-  Send(8, 51);
+  Send(CommandBit::ClearRecords, 51);
 }
 void GlobalCommands::CmdRecordStartStop() {
-  Send(11, 51);
+  Send(CommandBit::RecordStartStop, 51);
 }
 void GlobalCommands::CmdSaveAlarmBand() {
-  Send(12, 51);
+  Send(CommandBit::SaveAlarmBand, 51);
 }
 void GlobalCommands::CmdRetrieveRecord() {
-  Send(13, 51);
+  Send(CommandBit::RetrieveRecord, 51);
 }
 
 }  // namespace kestrel

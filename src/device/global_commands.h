@@ -5,13 +5,14 @@
 #include <array>
 
 #include "app/delay.h"
+#include "regmap/command_words.h"
 #include "seams/event_loop.h"
 #include "seams/messages.h"
 #include "transport/register_access.h"
 
 namespace kestrel {
 
-// The sixteen functions of the COMMAND register; the index is the bit.
+// The sixteen functions of the COMMAND register as lists show them; the index is the CommandBit.
 inline constexpr std::array<const char*, 16> kCommandItems{"0   Autonull",
                                                            "1   Power-down",
                                                            "2   Self-test",
@@ -63,8 +64,8 @@ class GlobalCommands {
   void CmdRetrieveRecord();
 
  private:
-  void WriteBit(int bit);
-  void Send(int bit, double busyMs);
+  void Write(CommandBit bit);
+  void Send(CommandBit bit, double busyMs);
 
   RegisterAccess& registers_;
   SoftwareDelay& delay_;

@@ -7,12 +7,12 @@
 #include "device/register_log.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-constexpr std::int32_t kFlashUpdateCommand = 0x0040;
 constexpr float kFlashUpdateMs = 250;
 constexpr float kWriteMs = 100;  // until the sensor has acted on a written register
 
@@ -110,7 +110,7 @@ void ManualRegister::cmdReadAllReg_Click() {
 }
 
 void ManualRegister::cmdUpdateFlash_Click() {
-  registers_.WriteReg(row::COMMAND, kFlashUpdateCommand);
+  registers_.WriteReg(row::COMMAND, CommandWord(CommandBit::FlashUpdate));
   delay_.Delay(float{kFlashUpdateMs});
   if (!Connected()) return;
   view_.SetNote("The sensor was told to store its settings in its flash memory.");

@@ -33,7 +33,7 @@ std::string PlotSummary(const Record& record, const std::array<bool, 3>& shown) 
   text += ".";
   for (const Axis axis : kAxes) {
     if (!shown[Index(axis)]) continue;
-    text += std::string(" ") + static_cast<char>('X' + Index(axis)) + ": ";
+    text += std::string(" ") + Letter(axis) + ": ";
     text += (isTime ? Reach(record, axis) : Highest(record, axis)) + ".";
   }
   return text;

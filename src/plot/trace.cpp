@@ -22,7 +22,7 @@ std::array<PlotTrace, 3> TracesOf(const Record& record) {
   for (const Axis axis : kAxes) {
     PlotTrace& trace = traces[Index(axis)];
     trace.axis = axis;
-    trace.name = std::string(1, static_cast<char>('X' + static_cast<int>(Index(axis))));
+    trace.name = std::string(1, Letter(axis));
     trace.unit = "g";
     trace.horizontal.unit = record.kind == RecordKind::Time ? "sample" : "bin";
     trace.values = record.Values(axis);

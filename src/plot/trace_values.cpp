@@ -3,6 +3,7 @@
 #include "plot/trace_values.h"
 
 #include "numeric/number_format.h"
+#include "record/axis.h"
 
 namespace kestrel {
 namespace {
@@ -17,8 +18,8 @@ std::string TraceValues(const PointOfRecord& point) {
   if (!point.isTime) text += ", " + GroupedWholeNumber(point.hertz) + " Hz";
   for (std::size_t axis = 0; axis < point.g.size(); ++axis) {
     if (!point.shown[axis]) continue;
-    text += std::string("\n") + static_cast<char>('X' + static_cast<int>(axis)) + "  " +
-            FixedNumber(point.g[axis], kDecimals) + " g";
+    text += std::string("\n") + Letter(kAxes[axis]) + "  " + FixedNumber(point.g[axis], kDecimals) +
+            " g";
   }
   return text;
 }

@@ -15,4 +15,9 @@ inline constexpr std::size_t Index(Axis axis) {
   return static_cast<std::size_t>(axis);
 }
 
+// 'X', 'Y' or 'Z'.
+[[nodiscard]] constexpr char Letter(Axis axis) {
+  return static_cast<char>('X' + Index(axis));
+}
+
 }  // namespace kestrel

@@ -91,7 +91,7 @@ std::string ClippedAxes(const Record& record) {
     const int points = ClippedPoints(record, axis);
     if (points == 0) continue;
     axes += axes.empty() ? "" : ", ";
-    axes += static_cast<char>('X' + static_cast<int>(Index(axis)));
+    axes += Letter(axis);
     axes += " (" + std::to_string(points) + (points == 1 ? " point)" : " points)");
   }
   return axes;

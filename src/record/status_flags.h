@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "record/record.h"
@@ -17,6 +18,8 @@ struct StatusFlag {
   const char* name;
   const char* whenSet;
 };
+
+inline constexpr std::int32_t kDataReadyFlag = 1 << 7;  // of STATUS
 
 inline constexpr const char* kStatusFlagClear = "OK";
 

@@ -46,8 +46,8 @@ extern RegisterColumn<bool> RegWritable;
 extern RegisterColumn<float> RegScale;  // scaled value = value x RegScale + RegOffset
 extern RegisterColumn<float> RegOffset;
 extern RegisterColumn<bool> RegReserved;   // listed as "reserved", left out of the register log
-extern RegisterColumn<bool> RegKeepBit15;  // keep bit 15 of a read apart; no row does
-extern RegisterColumn<bool> RegKeepBit14;  // keep bit 14 of a read apart; no row does
+extern RegisterColumn<bool> RegKeepBit15;  // keep bit 15 of a read apart; a relic, no row does
+extern RegisterColumn<bool> RegKeepBit14;  // keep bit 14 of a read apart; a relic, no row does
 extern std::int16_t RegCount;              // highest filled row
 
 // Sets the row variables and RegCount, then fills the rows in order.

@@ -4,10 +4,11 @@
 
 #include <stdexcept>
 
-#include "acquisition/commands.h"
 #include "alarms/alarm_words.h"
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
+#include "record/status_flags.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 #include "station/readings.h"
 
@@ -93,9 +94,9 @@ Result<Captured> Recorder::Capture() {
 
 // What the flags say afterwards is of this capture.
 bool Recorder::Start() {
-  if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return false;
+  if (!core_.registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus))) return false;
   if (!ReadAlarmPeaks(core_.registers, {}) || !ReadStatusFlags(core_.registers)) return false;
-  return core_.registers.Write(row::COMMAND, kCaptureCommand);
+  return core_.registers.Write(row::COMMAND, CommandWord(CommandBit::RecordStartStop));
 }
 
 // There is no time limit: a capture that never completes is ended by an interrupt.
@@ -135,7 +136,7 @@ nanoseconds Recorder::ShortestCapture() const {
 
 Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
   if (!core_.registers.Write(row::REC_PNTR, number) ||
-      !core_.registers.Write(row::COMMAND, kRetrieveRecordCommand)) {
+      !core_.registers.Write(row::COMMAND, CommandWord(CommandBit::RetrieveRecord))) {
     return end_.Lost();
   }
   core_.delay.Delay(float{kRetrieveMs});

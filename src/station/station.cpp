@@ -7,7 +7,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "acquisition/commands.h"
 #include "acquisition/sensor_identity.h"
 #include "app/config_file.h"
 #include "app/program_state.h"
@@ -16,6 +15,7 @@
 #include "device/rec_ctrl.h"
 #include "device/register_list.h"
 #include "device/register_log.h"
+#include "regmap/command_words.h"
 #include "regmap/register_table.h"
 #include "simulator/signal/scenario.h"
 #include "station/readings.h"
@@ -156,7 +156,8 @@ Result<std::filesystem::path> Station::WriteRegisterList() {
 }
 
 Result<StationState> Station::ClearState() {
-  if (!core_.registers.Write(row::COMMAND, kClearStatusCommand)) return end_.Lost();
+  if (!core_.registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus)))
+    return end_.Lost();
   return State();
 }
 

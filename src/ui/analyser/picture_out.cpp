@@ -9,7 +9,9 @@
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
+#ifdef KESTREL_SVG
 #include <QSvgGenerator>
+#endif
 
 #include "ui/analyser/label_painter.h"
 #include "ui/analyser/overlay_painter.h"
@@ -52,6 +54,7 @@ class Sheet {
   PlotLayout layout_;
 };
 
+#ifdef KESTREL_SVG
 bool WriteSvg(const PlotPicture& picture, QFile& file) {
   QSvgGenerator svg;
   svg.setOutputDevice(&file);
@@ -64,6 +67,7 @@ bool WriteSvg(const PlotPicture& picture, QFile& file) {
   Sheet(picture, 1).PaintLines(painter);
   return painter.end();
 }
+#endif
 
 bool WritePdf(const PlotPicture& picture, QFile& file) {
   QPdfWriter pdf(&file);
@@ -97,14 +101,26 @@ QImage Drawn(const PlotPicture& picture, double ratio) {
   return image;
 }
 
+QStringList PictureEndings() {
+  return {
+      QStringLiteral("png"),
+      QStringLiteral("pdf"),
+#ifdef KESTREL_SVG
+      QStringLiteral("svg"),
+#endif
+  };
+}
+
 bool WritePicture(const PlotPicture& picture, const QString& name) {
   const QString ending = QFileInfo(name).suffix().toLower();
-  if (ending != u"png" && ending != u"svg" && ending != u"pdf") return false;
+  if (!PictureEndings().contains(ending)) return false;
   QFile file(name);
   if (!file.open(QIODevice::WriteOnly)) return false;
   bool isWritten = false;
   if (ending == u"png") isWritten = Drawn(picture, kFileRatio).save(&file, "PNG");
+#ifdef KESTREL_SVG
   if (ending == u"svg") isWritten = WriteSvg(picture, file);
+#endif
   if (ending == u"pdf") isWritten = WritePdf(picture, file);
   return isWritten && file.flush() && file.error() == QFileDevice::NoError;
 }

@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QSize>
 #include <QString>
+#include <QStringList>
 
 #include "ui/analyser/plot_layout.h"
 #include "ui/analyser/plot_scene.h"
@@ -22,6 +23,9 @@ struct PlotPicture {
 };
 
 [[nodiscard]] QImage Drawn(const PlotPicture& picture, double ratio);
+
+// The endings of files that WritePicture knows, "svg" only where the toolkit can write it.
+[[nodiscard]] QStringList PictureEndings();
 
 // Writes a .png (at twice the size), .svg or .pdf file, by its ending. False when the file cannot
 // be written or the ending is another.

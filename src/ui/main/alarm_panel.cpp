@@ -45,7 +45,7 @@ AlarmPanel::AlarmPanel(Locale& locale) : AsOfBox(tr("Spectral alarms"), locale) 
 void AlarmPanel::BuildRow(Axis axis) {
   auto* grid = qobject_cast<QGridLayout*>(layout());
   const int number = static_cast<int>(Index(axis)) + 1;
-  const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
+  const QString letter = QString(QChar(Letter(axis)));
   Row& row = rows_[Index(axis)];
   row.txtAlarm = MakeReadOut(ArrayName("txtAlarm", number), tr("Alarm of axis %1").arg(letter));
   row.txtBand = MakeReadOut(ArrayName("txtBand", number), tr("Band of axis %1").arg(letter));
@@ -78,10 +78,8 @@ void AlarmPanel::SetAlarm(Axis axis, const std::string& text) {
 void AlarmPanel::SetIndicator(Axis axis, int band, double colour) {
   QLabel* indicator = rows_[Index(axis)].lblBA.at(static_cast<std::size_t>(band));
   PaintGround(indicator, ToColour(colour));
-  indicator->setAccessibleDescription(tr("Axis %1, band %2: %3")
-                                          .arg(QChar('X' + static_cast<int>(Index(axis))))
-                                          .arg(band)
-                                          .arg(StateText(colour)));
+  indicator->setAccessibleDescription(
+      tr("Axis %1, band %2: %3").arg(QChar(Letter(axis))).arg(band).arg(StateText(colour)));
   Refreshed();
 }
 

@@ -99,7 +99,7 @@ PlotPanel::PlotPanel(const CurrentRecord& record)
       bandLines_(new BandLines(frame_->pic1)),
       hoverValues_(new HoverValues(frame_->pic1)) {
   for (const Axis axis : kAxes) {
-    const QString letter = QString(QChar('X' + static_cast<int>(Index(axis))));
+    const QString letter = QString(QChar(Letter(axis)));
     traces_[Index(axis)] =
         MakeCheckBox("ck" + letter + "trace", "&" + letter, tr("Show the %1 axis").arg(letter));
   }
@@ -110,8 +110,7 @@ PlotPanel::PlotPanel(const CurrentRecord& record)
 
 void PlotPanel::NameParts() {
   for (const Axis axis : kAxes) {
-    TraceBox(axis)->setAccessibleName(
-        tr("Trace of axis %1").arg(QChar('X' + static_cast<int>(Index(axis)))));
+    TraceBox(axis)->setAccessibleName(tr("Trace of axis %1").arg(QChar(Letter(axis))));
   }
   lblCursorX_->setAccessibleDescription(tr("Cursor, bin or sample"));
   LblFreq_->setAccessibleDescription(tr("Cursor, frequency"));

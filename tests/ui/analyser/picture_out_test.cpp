@@ -36,6 +36,14 @@ int PixelsNear(const QImage& image, QColor colour, int within) {
   return count;
 }
 
+TEST(PictureOut, EveryEndingOfTheListIsWritten) {
+  const QTemporaryDir folder;
+  EXPECT_EQ(PictureEndings(), QStringList({"png", "pdf", "svg"}));
+  for (const QString& ending : PictureEndings()) {
+    EXPECT_TRUE(WritePicture(Sample(), folder.filePath("plot." + ending))) << qPrintable(ending);
+  }
+}
+
 TEST(PictureOut, APngHasTheTracesAndTellsWhatItShows) {
   const QTemporaryDir folder;
   const QString name = folder.filePath("plot.PNG");

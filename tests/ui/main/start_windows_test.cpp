@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/main/start_windows.h"
 
+#include "numeric/runtime_error.h"
+#include "support/faulty_seams.h"
 #include "ui/window_bench.h"
 
 namespace kestrel {
@@ -38,6 +40,22 @@ TEST_F(StartWindowsTest, TheLoadingWindowIsPaintedBeforeTheTrialsBegin) {
     EXPECT_FALSE(window->isVisible());
   }
   EXPECT_NE(DelayReport.find("10uS Delay Count"), std::string::npos);
+}
+
+// The files, the locale, the clock and the sensor that the window asks while it comes up included.
+TEST_F(StartWindowsTest, TheMainWindowComesUpWhateverCallOfItsSurroundingsFails) {
+  bool met = true;
+  for (int number = 1; met && !HasFailure(); ++number) {
+    ResetProgram();
+    FaultySeams faulty(core_.seams);
+    faulty.Count().FaultAt(number, [] { throw RuntimeError("broken"); });
+    Core core(faulty.All());
+    QtStartWindows windows(core, {});
+    EXPECT_NO_THROW(Main(core, windows, {.quickStart = true})) << faulty.Count().Place();
+    met = faulty.Count().Met();
+    faulty.Count().FaultAt(0, {});
+    if (!HasFailure()) EXPECT_TRUE(windows.MainWindow().isVisible()) << number;
+  }
 }
 
 TEST_F(StartWindowsTest, AQuickStartShowsTheMainWindowAlone) {
