@@ -10,8 +10,8 @@
 namespace kestrel {
 
 // Makes sure the port-access driver service "giveio" is installed and starts with the system; shows
-// "The required I/O drivers could not be installed." with the reason when it cannot be had, faults of
-// the service among them. Returns whether it can.
+// "The required I/O drivers could not be installed." with the reason when it cannot be had, faults
+// of the service among them. Returns whether it can.
 bool SetupGiveIO(DriverService& service, Messages& messages);
 
 // Takes hold of the port at PortAddress, giving up any other, and puts its lines into their idle
