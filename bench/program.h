@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <vector>
 
-#include "connection/start.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
 #include "simulator/simulated_hardware.h"
+#include "start/start.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"
 #include "ui/parts/qt_event_loop.h"

@@ -7,11 +7,12 @@
 
 #include "absent_port.h"
 #include "answering_driver.h"
-#include "connection/start.h"
+#include "app/program_state.h"
 #include "counting_clock.h"
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
+#include "device/register_models.h"
 #include "numeric/runtime_error.h"
 #include "regmap/register_table.h"
 #include "support/memory_files.h"

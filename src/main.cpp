@@ -12,10 +12,10 @@
 #include <optional>
 
 #include "app/files_in_folder.h"
-#include "connection/start.h"
 #include "platform/system.h"
 #include "simulator/signal/scenario.h"
 #include "simulator/simulated_hardware.h"
+#include "start/start.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "app/program_state.h"
-#include "connection/start.h"
+#include "connection/init_interface.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"

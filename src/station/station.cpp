@@ -8,18 +8,19 @@
 #include <utility>
 
 #include "acquisition/sensor_identity.h"
+#include "acquisition/start_state.h"
 #include "app/config_file.h"
 #include "app/program_state.h"
-#include "connection/start.h"
+#include "connection/init_interface.h"
 #include "device/global_commands.h"
 #include "device/rec_ctrl.h"
 #include "device/register_list.h"
 #include "device/register_log.h"
+#include "device/register_models.h"
 #include "regmap/command_words.h"
 #include "regmap/register_table.h"
 #include "simulator/signal/scenario.h"
 #include "station/readings.h"
-#include "station/start_state.h"
 
 namespace kestrel {
 namespace {

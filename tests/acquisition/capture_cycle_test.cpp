@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/capture_cycle.h"
 
+#include "connection/init_interface.h"
 #include "device/rec_ctrl.h"
 #include "support/capture_bench.h"
 

@@ -1,6 +1,5 @@
-// Every program-wide name has a start value that a reset restores.
-// SPDX-License-Identifier: MIT
 // Every program-wide name has a start value that a reset restores; no name is left out.
+// SPDX-License-Identifier: MIT
 
 #include <gtest/gtest.h>
 
@@ -13,6 +12,7 @@
 #include <vector>
 
 #include "support/register_bench.h"
+#include "support/reset_program.h"
 
 namespace kestrel {
 namespace {
@@ -188,7 +188,7 @@ std::set<std::string> DeclaredNames() {
 
 class Reset : public RegisterBench {
  protected:
-  Reset() {
+  Reset() : RegisterBench(ResetProgram) {
     for (const auto& part : {StateNames(), TransportNames(), TableNames(), CaptureNames(),
                              ModelNames(core.registers)}) {
       names.insert(names.end(), part.begin(), part.end());
@@ -205,6 +205,17 @@ TEST_F(Reset, RestoresEveryName) {
   }
   ResetProgram();
   for (const Name& name : names) EXPECT_TRUE(name.isAtStart()) << name.name;
+}
+
+TEST_F(Reset, OfTheDevicesLayerLeavesOnlyWhatIsAbove) {
+  for (const Name& name : names) name.change();
+  ResetDevice();
+  std::set<std::string> left;
+  for (const Name& name : names) {
+    if (!name.isAtStart()) left.insert(name.name);
+  }
+  EXPECT_EQ(left, (std::set<std::string>{"AlarmBandTable", "DataFormatLSB", "DataLogIndex",
+                                         "DataLogName", "DelayActive"}));
 }
 
 TEST_F(Reset, KnowsEveryNameThatAHeaderDeclares) {

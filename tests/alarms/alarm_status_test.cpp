@@ -3,7 +3,7 @@
 #include "alarms/alarm_status.h"
 
 #include "device/rec_ctrl.h"
-#include "support/fake_plot_views.h"
+#include "support/fake_alarm_view.h"
 #include "support/register_bench.h"
 
 namespace kestrel {

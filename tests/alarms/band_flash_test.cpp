@@ -9,14 +9,15 @@
 #include "alarms/band_transfer.h"
 #include "app/program_state.h"
 #include "connection/core.h"
-#include "connection/start.h"
+#include "connection/init_interface.h"
+#include "device/register_models.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
-#include "support/reset_program.h"
+#include "support/reset_alarms.h"
 #include "support/scripted_loop.h"
 #include "support/seeds.h"
 
@@ -26,13 +27,13 @@ namespace {
 class BandFlash : public testing::Test, public BandTransferView {
  protected:
   BandFlash() {
-    ResetProgram();
+    ResetAlarms();
     core.delay.SkipCalibration();
     InterfaceType = kUsbAdapter;
     InitInterface(core);
     InitRegisterTable(core.registers);
   }
-  ~BandFlash() override { ResetProgram(); }
+  ~BandFlash() override { ResetAlarms(); }
 
   void DisplaySpectrum(std::int16_t /*option*/) override {}
   void ShowTransfer(const std::string& /*activity*/, int /*done*/, int /*total*/) override {}

@@ -10,6 +10,7 @@
 #include "alarms/band_transfer.h"
 #include "support/journal.h"
 #include "support/register_bench.h"
+#include "support/reset_alarms.h"
 
 namespace kestrel {
 
@@ -27,6 +28,8 @@ class TransferBench : public RegisterBench, public BandTransferView {
   void SetMessage(const std::string& text) override { message = text; }
 
  protected:
+  TransferBench() : RegisterBench(ResetAlarms) {}
+
   static constexpr int kPointer = 0x30;
   static constexpr std::array<int, 8> kAddresses{0x20, 0x22, 0x24, 0x26, 0x28, 0x2A, 0x2C, 0x2E};
   static constexpr int kRetrieveFrame = 0xBF40;

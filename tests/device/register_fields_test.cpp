@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "regmap/register_table.h"
-#include "support/reset_program.h"
+#include "support/reset_device.h"
 
 namespace kestrel {
 namespace {
@@ -15,7 +15,7 @@ using Lines = std::vector<std::string>;
 class RegisterFields : public testing::Test {
  protected:
   RegisterFields() { BuildRegisterTable(); }
-  ~RegisterFields() override { ResetProgram(); }
+  ~RegisterFields() override { ResetDevice(); }
 
   // Each field as "bits title: text".
   static Lines Describe(std::int16_t row, std::int32_t word) {

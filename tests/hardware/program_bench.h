@@ -3,9 +3,11 @@
 #pragma once
 
 #include "acquisition/capture_cycle.h"
+#include "app/program_state.h"
 #include "connection/core.h"
-#include "connection/start.h"
+#include "connection/init_interface.h"
 #include "device/rec_ctrl.h"
+#include "device/register_models.h"
 #include "platform/hardware_switch.h"
 #include "regmap/register_table.h"
 #include "support/fake_band_overlay.h"

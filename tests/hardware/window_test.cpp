@@ -12,12 +12,12 @@
 #include <QPushButton>
 #include <memory>
 
-#include "connection/start.h"
 #include "hardware/mock_parallel_port.h"
 #include "platform/linux/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "record/frequency.h"
+#include "start/start.h"
 #include "support/absent_hardware.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "logging/data_log.h"
+#include "logging/reset_logging.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
-#include "support/reset_program.h"
 
 namespace kestrel {
 namespace {
@@ -19,8 +19,8 @@ using Words = std::vector<std::string>;
 
 class LogSettings : public testing::Test {
  protected:
-  LogSettings() { ResetProgram(); }
-  ~LogSettings() override { ResetProgram(); }
+  LogSettings() { ResetLogging(); }
+  ~LogSettings() override { ResetLogging(); }
 
   // What OK says to a typed name; the settings stay open.
   Words Refusal(const std::string& name) {

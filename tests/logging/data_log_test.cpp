@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "logging/data_log_text.h"
+#include "logging/reset_logging.h"
 #include "numeric/runtime_error.h"
 #include "record/capture_data.h"
 #include "support/change_record.h"
@@ -15,7 +16,6 @@
 #include "support/fake_log_view.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
-#include "support/reset_program.h"
 #include "support/scripted_loop.h"
 
 namespace kestrel {
@@ -33,7 +33,7 @@ constexpr const char* kFlagNames =
 class DataLogFile : public testing::Test {
  protected:
   DataLogFile() {
-    ResetProgram();
+    ResetLogging();
     record.conditions = {.supplyV = 3.3F, .temperatureC = 24.53F, .recordCount = 1};
     record.status.known = true;
     for (int i = 0; i < 512; ++i) {
@@ -45,7 +45,7 @@ class DataLogFile : public testing::Test {
       record.Of(Axis::Z).data(i) = i / 3.0;
     }
   }
-  ~DataLogFile() override { ResetProgram(); }
+  ~DataLogFile() override { ResetLogging(); }
 
   // The file's lines without their line breaks; every line must end in one.
   [[nodiscard]] Lines Read(const std::string& path) const {

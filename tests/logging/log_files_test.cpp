@@ -5,17 +5,17 @@
 #include <gtest/gtest.h>
 
 #include "logging/data_log.h"
+#include "logging/reset_logging.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
-#include "support/reset_program.h"
 
 namespace kestrel {
 namespace {
 
 class LogFiles : public testing::Test {
  protected:
-  LogFiles() { ResetProgram(); }
-  ~LogFiles() override { ResetProgram(); }
+  LogFiles() { ResetLogging(); }
+  ~LogFiles() override { ResetLogging(); }
 
   MemoryFiles files;
   FixedLocale locale;

@@ -10,6 +10,7 @@
 #include "support/fake_band_overlay.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"
+#include "support/reset_alarms.h"
 
 namespace kestrel {
 
@@ -20,7 +21,7 @@ class OverlayBench : public RegisterBench {
     int fLow, fHigh, alarm1, alarm2;  // bins and codes
   };
 
-  OverlayBench() {
+  OverlayBench() : RegisterBench(ResetAlarms) {
     ReadRecCtrl(0x0010);
     view.corners = {0, 1, 255, 0};
     overlay.initPlotLines();

@@ -10,7 +10,8 @@
 
 #include "app/program_state.h"
 #include "connection/core.h"
-#include "connection/start.h"
+#include "connection/init_interface.h"
+#include "device/register_models.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"

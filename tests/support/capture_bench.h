@@ -22,6 +22,7 @@
 #include "support/fake_main_views.h"
 #include "support/fake_plot_views.h"
 #include "support/register_bench.h"
+#include "support/reset_program.h"
 
 namespace kestrel {
 
@@ -35,7 +36,7 @@ inline int BufferWord(Axis axis, int index) {
 // The main window's logic over the register bench. The sensor holds a record of known words.
 class CaptureBench : public RegisterBench {
  protected:
-  CaptureBench() {
+  CaptureBench() : RegisterBench(ResetProgram) {
     const std::array buffers{address::kXBuf, address::kYBuf, address::kZBuf};
     for (const Axis axis : kAxes) {
       sensor.OnRead(buffers[Index(axis)],

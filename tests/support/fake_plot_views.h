@@ -4,20 +4,14 @@
 
 #include <array>
 #include <functional>
-#include <map>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "alarms/alarm_status.h"
 #include "plot/spectrum_plot.h"
+#include "support/fake_alarm_view.h"
 #include "support/journal.h"
 
 namespace kestrel {
-
-inline std::string AxisName(Axis axis) {
-  return std::array{"X", "Y", "Z"}[Index(axis)];
-}
 
 struct DrawnLine {
   double x1, y1, x2, y2, colour;
@@ -83,31 +77,6 @@ class FakePlotView : public PlotView {
   std::vector<std::string> yMins, yMids;  // every label set, in order
   int cursorClears = 0;
   std::function<void()> onLine;
-
- private:
-  Journal& journal_;
-};
-
-class FakeAlarmView : public AlarmStatusView {
- public:
-  explicit FakeAlarmView(Journal& journal) : journal_(journal) {}
-
-  void SetBand(Axis axis, const std::string& text) override { band[Index(axis)] = text; }
-  void SetAlarm(Axis axis, const std::string& text) override {
-    alarm[Index(axis)] = text;
-    journal_.Note("alarm " + AxisName(axis));
-  }
-  void SetIndicator(Axis axis, int number, double colour) override {
-    indicator[{axis, number}] = colour;
-  }
-  void SetPeak(Axis axis, const std::string& text) override {
-    peak[Index(axis)] = text;
-    journal_.Note("peak " + AxisName(axis));
-  }
-  void SetPeakBin(Axis axis, const std::string& text) override { peakBin[Index(axis)] = text; }
-
-  std::array<std::string, 3> band, alarm, peak, peakBin;
-  std::map<std::pair<Axis, int>, double> indicator;
 
  private:
   Journal& journal_;

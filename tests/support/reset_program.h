@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "acquisition/start_state.h"
+// The owners of the names, for the tests that look at them.
 #include "acquisition/window_delay.h"
 #include "alarms/band_table.h"
 #include "app/delay.h"
@@ -19,22 +21,10 @@
 
 namespace kestrel {
 
-// Every program-wide name back to its start value.
+// Every program-wide name back to its start value, that of the system included.
 inline void ResetProgram() {
-  gRecInfo.reset();
-  gRecCtrl.reset();
-  gAlmCtrl.reset();
-  ResetProgramState();
+  ResetProgramNames();
   ResetSystemName();
-  ResetDelayState();
-  ResetAdapterState();
-  ResetRegisterAccessState();
-  ResetRegisterTable();
-  ResetCaptureData();
-  ResetDataLogState();
-  ResetAlarmBandTable();
-  PlotScale = 0;
-  DelayActive = 0;
 }
 
 }  // namespace kestrel

@@ -19,8 +19,8 @@
 #include <string>
 #include <vector>
 
-#include "connection/start.h"
 #include "simulator/simulated_hardware.h"
+#include "start/start.h"
 #include "support/failing_usb_driver.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"

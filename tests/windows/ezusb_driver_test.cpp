@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "app/program_state.h"
-#include "connection/start.h"
 #include "platform/windows/system_clock.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
@@ -22,6 +21,7 @@
 #include "support/recording_pointer.h"
 #include "support/unused_hardware.h"
 #include "transport/register_access.h"
+#include "transport/usb_adapter.h"
 
 // Last: they make macros of names that the program uses.
 // clang-format off

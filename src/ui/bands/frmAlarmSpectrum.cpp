@@ -12,7 +12,8 @@
 
 #include "alarms/alarm_file.h"
 #include "alarms/band_clipboard.h"
-#include "connection/start.h"
+#include "app/program_state.h"
+#include "connection/core.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {

@@ -7,7 +7,7 @@
 
 #include "alarms/alarm_file.h"
 #include "alarms/band_range.h"
-#include "connection/start.h"
+#include "app/program_state.h"
 #include "numeric/runtime_error.h"
 #include "ui/bands/frmAlarmSpectrum.h"
 

@@ -10,7 +10,8 @@
 #include <QVBoxLayout>
 
 #include "app/config_file.h"
-#include "connection/start.h"
+#include "app/program_state.h"
+#include "connection/init_interface.h"
 #include "numeric/number_format.h"
 #include "ui/main/interface_text.h"
 #include "ui/parts/fit_screen.h"

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "connection/start.h"
+#include "start/start.h"
 #include "ui/main/frm1.h"
 #include "ui/windows/frmMsg.h"
 

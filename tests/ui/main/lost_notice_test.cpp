@@ -6,6 +6,7 @@
 
 #include <QSignalSpy>
 
+#include "connection/init_interface.h"
 #include "ui/main/adapter_watcher.h"
 #include "ui/window_bench.h"
 

@@ -16,6 +16,7 @@
 
 #include "app/handler_edge.h"
 #include "support/register_bench.h"
+#include "support/reset_program.h"
 #include "ui/parts/sensor_window.h"
 
 namespace kestrel {
@@ -24,6 +25,8 @@ namespace kestrel {
 template <typename Window>
 class SensorWindowBench : public RegisterBench {
  protected:
+  SensorWindowBench() : RegisterBench(ResetProgram) {}
+
   // Shows the window; it becomes active.
   Window& Open() {
     window_ = std::make_unique<Window>(core, edge, nullptr);

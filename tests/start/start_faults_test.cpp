@@ -6,10 +6,10 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "connection/start.h"
 #include "device/rec_ctrl.h"
 #include "numeric/runtime_error.h"
 #include "regmap/register_table.h"
+#include "start/start.h"
 #include "support/faulty_seams.h"
 #include "support/fixed_locale.h"
 #include "support/map_driver_service.h"
@@ -18,7 +18,7 @@
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/recording_port.h"
-#include "support/reset_program.h"
+#include "support/reset_device.h"
 #include "support/scripted_loop.h"
 
 namespace kestrel {
@@ -52,7 +52,7 @@ struct Setting {
 class StartFaults : public testing::TestWithParam<Setting> {
  protected:
   StartFaults() {
-    ResetProgram();
+    ResetDevice();
     clock_.SetSecondsPerIteration(1e-8);
     if (GetParam().board) boards_.boards[0] = {};
     if (GetParam().config != nullptr) {
@@ -60,11 +60,11 @@ class StartFaults : public testing::TestWithParam<Setting> {
     }
     service_.whileRunning = [this] { service_.registry[kStart] = "3"; };
   }
-  ~StartFaults() override { ResetProgram(); }
+  ~StartFaults() override { ResetDevice(); }
 
   // Starts the program with a fault at one call; returns whether there are so many.
   bool Start(int number, const std::function<void()>& fault) {
-    ResetProgram();
+    ResetDevice();
     messages_.Clear();
     service_.registry.clear();
     faulty_.Count().FaultAt(number, fault);

@@ -1,25 +1,29 @@
-// Every owner of program-wide names, asked to reset them.
+// The models of the registers and the register table, made and gone.
 // SPDX-License-Identifier: MIT
-#include "station/start_state.h"
+#include "device/register_models.h"
 
-#include "acquisition/window_delay.h"
-#include "alarms/band_table.h"
+#include <memory>
+
 #include "app/delay.h"
 #include "app/plot_scale.h"
 #include "app/program_state.h"
 #include "device/alm_ctrl.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
-#include "logging/data_log.h"
 #include "record/capture_data.h"
 #include "regmap/register_table.h"
-#include "transport/register_access.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {
 
-// The name of the system stays: it is what the program runs on.
-void ResetProgramNames() {
+void InitRegisterTable(RegisterAccess& registers) {
+  gAlmCtrl = std::make_unique<cALMCtrl>(registers);
+  gRecCtrl = std::make_unique<cRecCtrl>(registers);
+  gRecInfo = std::make_unique<cRecInfo>(registers);
+  BuildRegisterTable();
+}
+
+void ResetDeviceNames() {
   gRecInfo.reset();
   gRecCtrl.reset();
   gAlmCtrl.reset();
@@ -29,10 +33,7 @@ void ResetProgramNames() {
   ResetRegisterAccessState();
   ResetRegisterTable();
   ResetCaptureData();
-  ResetDataLogState();
-  ResetAlarmBandTable();
   PlotScale = 0;
-  DelayActive = 0;
 }
 
 }  // namespace kestrel

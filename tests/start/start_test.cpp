@@ -1,6 +1,6 @@
 // The start of the program step by step, with each interface.
 // SPDX-License-Identifier: MIT
-#include "connection/start.h"
+#include "start/start.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/recording_port.h"
-#include "support/reset_program.h"
+#include "support/reset_device.h"
 #include "support/scripted_loop.h"
 
 namespace kestrel {
@@ -56,11 +56,11 @@ class JournalWindows : public StartWindows {
 class Start : public testing::Test {
  protected:
   Start() {
-    ResetProgram();
+    ResetDevice();
     clock_.SetSecondsPerIteration(1e-8);
     clock_.SetSecondsSinceMidnight(40000);
   }
-  ~Start() override { ResetProgram(); }
+  ~Start() override { ResetDevice(); }
 
   void Config(const std::string& content) {
     files_.contents[files_.WorkingFolder() / "CommPort.cfg"] = content;
@@ -150,7 +150,7 @@ TEST_F(Start, WithoutConfigFileNoInterfaceIsSelected) {
 
 TEST_F(Start, InterfaceThatDoesNotExistSelectsNothing) {
   for (const char* value : {"7", "-1", "3", "0"}) {
-    ResetProgram();
+    ResetDevice();
     messages_.Clear();
     Config(std::string("Interface = ") + value + "\n");
     Run();
@@ -229,7 +229,7 @@ TEST_F(Start, InterfaceToBeginWithCountsOnlyWithoutConfigFile) {
   boards_.boards[0] = {};
   Run({.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   EXPECT_EQ(InterfaceType, 2);
-  ResetProgram();
+  ResetDevice();
   Config("ProductNumber = 5\n");
   Run({.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   EXPECT_EQ(InterfaceType, 0);

@@ -1,4 +1,4 @@
-// The start of the program: Main, InitInterface, InitRegisterTable.
+// The start of the program: Main.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -30,11 +30,5 @@ class StartWindows {
 // in a message that names the step, and the next step is taken; an interface that could not be
 // prepared is none.
 void Main(Core& core, StartWindows& windows, const StartOptions& options);
-
-// Prepares the interface that InterfaceType names; InterfaceType falls to 0 when there is none.
-void InitInterface(Core& core);
-
-// Makes gAlmCtrl, gRecCtrl and gRecInfo and builds the register table.
-void InitRegisterTable(RegisterAccess& registers);
 
 }  // namespace kestrel

@@ -4,7 +4,8 @@
 
 namespace kestrel {
 
-// Every program-wide name back to its start value; the models of the registers go.
+// Every program-wide name back to its start value; the models of the registers go. SystemName
+// stays: it is what the program runs on.
 void ResetProgramNames();
 
 }  // namespace kestrel

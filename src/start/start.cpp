@@ -1,6 +1,6 @@
-// The start of the program, and the interface made ready.
+// The start of the program, step by step.
 // SPDX-License-Identifier: MIT
-#include "connection/start.h"
+#include "start/start.h"
 
 #include <exception>
 #include <functional>
@@ -8,11 +8,8 @@
 
 #include "app/config_file.h"
 #include "app/plot_scale.h"
-#include "device/alm_ctrl.h"
-#include "device/rec_ctrl.h"
-#include "device/rec_info.h"
-#include "regmap/register_table.h"
-#include "transport/port_driver.h"
+#include "connection/init_interface.h"
+#include "device/register_models.h"
 
 namespace kestrel {
 namespace {
@@ -85,30 +82,6 @@ void Main(Core& core, StartWindows& windows, const StartOptions& options) {
   Step(core, "Main", [&] { windows.HideLoading(); });
   PlotScale = 1.0;
   windows.ShowMainWindow();
-}
-
-void InitInterface(Core& core) {
-  if (InterfaceType == kParallelPort) {
-    PreparePort(core.seams.driverService, core.seams.port, core.port, core.seams.messages);
-  } else if (InterfaceType == kUsbAdapter) {
-    core.usb.SelectUsbAdapter();
-    if (UsbPresent) {
-      core.usb.UsbSetSpiBits(UsbSpiBits);
-      core.usb.UsbSetupSpi(UsbSpiSetupValue);
-    } else {
-      InterfaceType = kNoInterface;
-    }
-  } else {
-    InterfaceType = kNoInterface;
-    core.seams.messages.Show("Please select an interface before taking data");
-  }
-}
-
-void InitRegisterTable(RegisterAccess& registers) {
-  gAlmCtrl = std::make_unique<cALMCtrl>(registers);
-  gRecCtrl = std::make_unique<cRecCtrl>(registers);
-  gRecInfo = std::make_unique<cRecInfo>(registers);
-  BuildRegisterTable();
 }
 
 }  // namespace kestrel
