@@ -324,7 +324,7 @@ void frm1::closeEvent(QCloseEvent* event) {
 bool frm1::eventFilter(QObject* watched, QEvent* event) {
   if (watched->isWidgetType() && pointer_.TakesKey(*event)) return true;
   // A window that becomes active reads the sensor: a loss is found before that, without a message.
-  if (event->type() == QEvent::WindowActivate) watcher_->Look();
+  if (event->type() == QEvent::WindowActivate && watcher_) watcher_->Look();
   if (event->type() == QEvent::KeyRelease && capture_->KeyPreview()) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const auto* widget = qobject_cast<QWidget*>(watched);

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 #include <QMainWindow>
+#include <QPointer>
 #include <functional>
 #include <memory>
 
@@ -94,7 +95,7 @@ class frm1 : public QMainWindow {
   LostNotice* lostNotice_;
   NoticeStrip* strip_;
   MainNotices notices_;
-  AdapterWatcher* watcher_;
+  QPointer<AdapterWatcher> watcher_;
   QLabel* lblInterface_;
 
   AlarmStatus alarms_;
