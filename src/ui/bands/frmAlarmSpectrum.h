@@ -48,6 +48,7 @@ class frmAlarmSpectrum : public SecondaryWindow,
   // one, "" when there are none; and what he can do: have their codes recalculated so that they
   // keep their g values, or take them as they are now.
   [[nodiscard]] std::string NoticeOfRange() const;
+  std::function<void(const std::string& notice)> rangeNoted;  // as it stands, again and again
   void KeepThresholdsInG();
   void KeepThresholdCodes();
 

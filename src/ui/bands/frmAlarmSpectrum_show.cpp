@@ -83,6 +83,7 @@ void frmAlarmSpectrum::Refresh() {
   panel_->lblState->setText(
       QString::fromStdString(StateText(AlarmBandTable, SensorHolds(), option)));
   panel_->rangeNotice->Show(NoticeOfRange());
+  if (rangeNoted) rangeNoted(NoticeOfRange());
   ShowSteps();
   ShowHint();
   if (rescaled) RedrawOverlay();

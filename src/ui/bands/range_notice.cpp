@@ -3,17 +3,14 @@
 #include "ui/bands/range_notice.h"
 
 #include <QAccessible>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "ui/parts/notice_strip.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
-namespace {
-
-constexpr QColor kCalmAmber{0xFF, 0xE3, 0x99};
-
-}  // namespace
 
 RangeNotice::RangeNotice()
     : cmdKeepG(MakeButton("cmdKeepG", tr("Keep &g values"),
@@ -24,7 +21,7 @@ RangeNotice::RangeNotice()
       lblRangeNotice_(MakeLabel("lblRangeNotice", "")) {
   setObjectName("rangeNotice");
   setAccessibleName(tr("Thresholds of another range"));
-  PaintGround(this, kCalmAmber);
+  PaintNotice(*this);
   lblRangeNotice_->setWordWrap(true);
   auto* buttons = new QVBoxLayout;
   buttons->addWidget(cmdKeepG);
@@ -33,6 +30,11 @@ RangeNotice::RangeNotice()
   all->addWidget(lblRangeNotice_, 1);
   all->addLayout(buttons);
   hide();
+}
+
+void RangeNotice::changeEvent(QEvent* event) {
+  QFrame::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange) PaintNotice(*this);
 }
 
 void RangeNotice::Show(const std::string& text) {

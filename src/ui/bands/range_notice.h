@@ -19,6 +19,9 @@ class RangeNotice : public QFrame {
   QPushButton* cmdKeepG;      // recalculates the codes
   QPushButton* cmdKeepCodes;  // takes the thresholds as they are now
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   QLabel* lblRangeNotice_;
 };

@@ -212,6 +212,9 @@ void frm1::ConnectWindows() {
   const auto refill = [this] { freshness_.InterfaceChosen(); };
   On(lostNotice_, &LostNotice::SelectWanted, "mnuUsb_Click", [this] { windows_.OpenUsb(); });
   connect(lostNotice_, &LostNotice::InterfaceChosen, this, refill);
+  connect(&windows_, &SecondaryWindows::BandRangeNoted, &notices_, &MainNotices::ShowBandRange);
+  connect(&notices_, &MainNotices::KeepThresholdsWanted, this,
+          [this] { windows_.KeepThresholdsInG(); });
   connect(&windows_, &SecondaryWindows::InterfaceChosen, this, refill);
   connect(&windows_, &SecondaryWindows::CommandSent, this,
           [this](int bit) { freshness_.CommandSent(bit); });

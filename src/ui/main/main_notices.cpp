@@ -39,6 +39,22 @@ void MainNotices::TimerStopped() {
   strip_.Take(kTimerId);
 }
 
+// One that was closed stays so until there is something else to tell.
+void MainNotices::ShowBandRange(const QString& text) {
+  if (text == bandRange_) return;
+  bandRange_ = text;
+  if (text.isEmpty()) {
+    strip_.Take(kBandRangeId);
+    return;
+  }
+  strip_.Put({.id = kBandRangeId,
+              .gravity = Gravity::Doubt,
+              .text = tr("Alarm bands: %1").arg(text),
+              .cure = tr("Keep g values"),
+              .carryOut = [this] { emit KeepThresholdsWanted(); },
+              .closed = {}});
+}
+
 void MainNotices::Asleep() {
   strip_.Put(
       {.id = kAsleepId,

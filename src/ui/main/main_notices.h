@@ -27,6 +27,9 @@ class MainNotices : public QObject {
   void CaptureStarted() { timerClosed_ = false; }
   void TimerStopped();
 
+  // Alarm thresholds were given for another range; none are with an empty text.
+  void ShowBandRange(const QString& text);
+
   // The sensor was told to sleep: nothing is read until the user wants to.
   void Asleep();
   void Awake() { strip_.Take(kAsleepId); }
@@ -35,15 +38,18 @@ class MainNotices : public QObject {
   void RestoreWanted();
   void StopTimerWanted();
   void ReadWanted();
+  void KeepThresholdsWanted();
 
  private:
   static constexpr const char* kRestoreId = "restore";
   static constexpr const char* kTimerId = "timer";
+  static constexpr const char* kBandRangeId = "bandRange";
   static constexpr const char* kAsleepId = "asleep";
 
   NoticeStrip& strip_;
   SettingsExchange::Shown earlier_;
   bool timerClosed_ = false;
+  QString bandRange_;
 };
 
 }  // namespace kestrel

@@ -57,6 +57,9 @@ void SecondaryWindows::OpenAlarmSpectrum() {
   if (!alarmSpectrum_) {
     alarmSpectrum_ = new frmAlarmSpectrum(core_, edge_, overlay_, mainWindow_);
     overlay_.SetOwner(alarmSpectrum_);
+    alarmSpectrum_->rangeNoted = [this](const std::string& text) {
+      emit BandRangeNoted(QString::fromStdString(text));
+    };
   }
   alarmSpectrum_->ShowInFront();
 }
@@ -110,6 +113,10 @@ void SecondaryWindows::ReadAgain() {
 
 void SecondaryWindows::ForgetSensor() {
   if (alarmSpectrum_) alarmSpectrum_->ForgetSensor();
+}
+
+void SecondaryWindows::KeepThresholdsInG() {
+  if (alarmSpectrum_) alarmSpectrum_->KeepThresholdsInG();
 }
 
 bool SecondaryWindows::MayClose() {

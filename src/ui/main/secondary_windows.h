@@ -45,8 +45,8 @@ class SecondaryWindows : public QObject {
 
   // After every handler: what other windows changed shows.
   void Refresh();
-  // The alarm editor, once it has been opened; null before.
-  [[nodiscard]] frmAlarmSpectrum* AlarmSpectrum() const { return alarmSpectrum_; }
+  // Recalculates alarm thresholds that were given for another range.
+  void KeepThresholdsInG();
   // Another sensor may be connected now.
   void ForgetSensor();
   // Whether the program may close. Asks the user about changes that would be lost.
@@ -60,8 +60,9 @@ class SecondaryWindows : public QObject {
 
  signals:
   void InterfaceChosen();
-  void CommandSent(int bit);      // in the commands' window; its wait is over
-  void RegisterWritten(int row);  // by hand
+  void BandRangeNoted(const QString& text);  // of thresholds of another range; "" for none
+  void CommandSent(int bit);                 // in the commands' window; its wait is over
+  void RegisterWritten(int row);             // by hand
 
  private:
   template <typename Window>

@@ -169,5 +169,16 @@ TEST_F(ThresholdsAndRange, TheLinesOnThePlotFollowTheRange) {
   EXPECT_DOUBLE_EQ(Window().Overlay().Lines()(kAlarm1Level, 3).y1, 1875 * 0.0000763);
 }
 
+// The bands stay in the sensor when their editor is closed.
+TEST_F(ThresholdsAndRange, TheMainWindowTellsItTooAndKeepsThemInG) {
+  OpenAt70g();
+  editor_->close();
+  ChooseRange(k5g);
+  EXPECT_TRUE(Text("lblNotice_bandRange").startsWith("Alarm bands: The range is 0 - 5g now."));
+  Press("cmdNotice_bandRange");
+  EXPECT_EQ(Values(3, 0)[2], 1875);
+  EXPECT_EQ(Window().findChild<QLabel*>("lblNotice_bandRange"), nullptr);
+}
+
 }  // namespace
 }  // namespace kestrel
