@@ -145,7 +145,7 @@ void Transfer(Bench& bench) {
 void ReadRegister(Bench& bench) {
   const auto row = static_cast<std::int16_t>(bench.input.Between(0, RegCount));
   bench.registers.ReadReg(row);
-  if (!RegisterAccess::Usable() || !RegReadable[row]) return;
+  if (!bench.registers.Reachable() || !RegReadable[row]) return;
   const Answer& answer = bench.driver.Answers().back();
   Require(answer.whole && answer.bytes.size() == 4, "a value comes from a whole answer");
   const int raw = answer.bytes[2] * 256 + answer.bytes[3];

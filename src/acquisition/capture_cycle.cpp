@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "acquisition/capture_steps.h"
+#include "acquisition/readings.h"
 #include "app/program_state.h"
 #include "connection/init_interface.h"
 #include "device/rec_ctrl.h"
@@ -17,17 +19,9 @@
 namespace kestrel {
 namespace {
 
-constexpr double kPollMs = 50;
-constexpr double kMsPerAverage = 45;
-constexpr std::int16_t kMsPerRateCode = 10;
-constexpr int kStopPasses = 20;
-// The sensor takes a write of this byte to this address as the request to stop a capture.
-constexpr std::int16_t kStopAddress = 0x68;
-constexpr std::uint8_t kStopData = 0xE8;
-constexpr int kTimeMode = 2;
-constexpr int kDataReadyBit = 7;
-// The sensor needs this long to bring a record from its flash into the buffers.
-constexpr float kRetrieveMs = 51;
+constexpr double kPollMs = kPoll.count();
+constexpr double kMsPerAverage = kPerAverage.count();
+constexpr std::int16_t kMsPerRateCode = kPerRateCode.count();
 
 bool IsSpectrumMode(int recMode) {
   return recMode == 0 || recMode == 1;
@@ -77,7 +71,7 @@ void CaptureCycle::Start() {
   const Run run(*this);
   Capture();
   if (closed_) return;
-  TellLostPort();
+  TellLostPort("during the capture", "press Start again");
   // Presses that queued up during the read-out are dropped here, while running_ still holds.
   view_.SetStartCaption(kStartCaption);
   core_.seams.loop.Yield();
@@ -86,8 +80,8 @@ void CaptureCycle::Start() {
 void CaptureCycle::Capture() {
   status_.ClearStatus("cmdStart");
   const double gPerLsb = gRecCtrl->gLsb();  // of the range that the sensor takes for this capture
-  core_.registers.WriteReg(row::COMMAND, CommandWord(CommandBit::RecordStartStop));
-  if (!GoingOn()) return;
+  const auto capture = CommandWord(CommandBit::RecordStartStop);
+  if (!core_.registers.Write(row::COMMAND, capture) || !GoingOn()) return;
   view_.ShowCapturingData(true);
   view_.SetStartCaption(kStopCaption);
   view_.SetKeyPreview(true);
@@ -98,16 +92,16 @@ void CaptureCycle::Capture() {
   status_.ReadStatus("cmdStart");
   view_.ShowCapturingData(false);
   if (!GoingOn()) return;
-  const bool ready = wait->ready || status_.Last().IsSet(kDataReadyBit);
+  const bool ready = wait->ready || IsDataReady(status_.Last());
   TakeRecord({.stopped = !ready, .countBefore = {}, .stored = {}});
 }
 
 // An adapter's loss has been told by the adapter; a port tells nothing by itself.
-void CaptureCycle::TellLostPort() {
+void CaptureCycle::TellLostPort(const std::string& when, const std::string& cure) {
   if (InterfaceType != kParallelPort || core_.registers.Reachable()) return;
-  core_.seams.messages.Show("The parallel port " + Hex(PortAddress) +
-                            " was lost during the capture. What is on the screen was read before. "
-                            "Check the port, then press Start again.");
+  core_.seams.messages.Show("The parallel port " + Hex(PortAddress) + " was lost " + when +
+                            ". What is on the screen was read before. Check the port, then " +
+                            cure + ".");
 }
 
 // Data are taken only through an interface that can be used; one that was lost is searched again.
@@ -146,8 +140,8 @@ std::optional<CaptureCycle::Wait> CaptureCycle::WaitForData() {
 }
 
 bool CaptureCycle::PollDataReady() {
-  core_.registers.ReadReg(row::STATUS);
-  return (RegValue & kDataReadyFlag) != 0;
+  const auto status = ReadStatusFlags(core_.registers);
+  return status && IsDataReady(*status);
 }
 
 // A record that cannot be read to its end leaves the earlier one, and its kind, in place.
@@ -185,7 +179,7 @@ void CaptureCycle::Stop() {
     ready = PollDataReady();
     core_.seams.loop.Yield();
     if (!GoingOn()) break;
-    core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData);
+    SendStop(core_.registers);
     ++passes;
   } while (passes < kStopPasses && ready);
   if (!closed_) view_.ShowCapturingData(false);
@@ -203,9 +197,11 @@ void CaptureCycle::ReadBuffers(const RecordOrigin& origin) {
 // The peaks that come with a stored spectrum are codes of the range at which it was taken.
 void CaptureCycle::cmdGetRecord_Click(int record) {
   if (!InterfaceReady()) return;
-  core_.registers.WriteReg(row::REC_PNTR, record);
-  core_.registers.WriteReg(row::COMMAND, CommandWord(CommandBit::RetrieveRecord));
-  if (!RegisterAccess::Usable()) return;
+  if (!core_.registers.Write(row::REC_PNTR, record) ||
+      !core_.registers.Write(row::COMMAND, CommandWord(CommandBit::RetrieveRecord))) {
+    TellLostPort("before the record was retrieved", "press Get record again");
+    return;
+  }
   core_.delay.Delay(float{kRetrieveMs});
   if (!InterfaceReady()) return;
   ReadBuffers({.stopped = false, .countBefore = {}, .stored = record});
@@ -215,8 +211,8 @@ void CaptureCycle::cmdGetRecord_Click(int record) {
   }
 }
 
-void CaptureCycle::StopSeries() {
-  core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData);
+bool CaptureCycle::StopSeries() {
+  return SendStop(core_.registers);
 }
 
 void CaptureCycle::Close() {

@@ -69,7 +69,8 @@ class CaptureCycle {
   void OnFoundAgain(std::function<void()> read) { foundAgain_ = std::move(read); }
 
   // Ends a series that the sensor captures by itself in timer mode, and a capture under way.
-  void StopSeries();
+  // Returns whether the sensor was reached.
+  bool StopSeries();
 
   // The window is closing: a running capture ends without touching it or the sensor again.
   void Close();
@@ -86,7 +87,7 @@ class CaptureCycle {
   void Capture();
   void Stop();
   bool InterfaceReady();
-  void TellLostPort();
+  void TellLostPort(const std::string& when, const std::string& cure);
   std::optional<Wait> WaitForData();
   bool PollDataReady();
   void TakeRecord(const RecordOrigin& origin);

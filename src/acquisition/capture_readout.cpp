@@ -2,26 +2,19 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/capture_readout.h"
 
-#include <array>
 #include <utility>
 
+#include "acquisition/readings.h"
 #include "acquisition/sensor_identity.h"
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
-#include "numeric/conversions.h"
 #include "numeric/number_format.h"
 #include "record/capture_data.h"
-#include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kPointsPerProgressStep = 64;
 constexpr std::int16_t kLastRange = 3;
-
-std::int16_t BufferRow(Axis axis) {
-  return std::array{row::X_BUF, row::Y_BUF, row::Z_BUF}[Index(axis)];
-}
 
 // Hourglass and progress bar for as long as a read-out lasts, however it ends.
 class BusyDisplay {
@@ -51,7 +44,7 @@ class BusyDisplay {
 
 void CaptureReadout::Expect(RecordKind kind) {
   expected_ = kind;
-  for (const Axis axis : kAxes) RegSigned[BufferRow(axis)] = kind == RecordKind::Time;
+  ReadBuffersAs(kind);
   NameKind(kind);
 }
 
@@ -75,47 +68,42 @@ bool CaptureReadout::ReadCaptureBuffer(const RecordOrigin& origin) {
 
 // None when the sensor was lost.
 std::optional<Record> CaptureReadout::Read(const RecordOrigin& origin) {
-  Record record;
-  record.kind = expected_;
-  record.time = core_.seams.clock.UtcNow();
-  record.origin = origin;
-  record.origin.countBefore = count_;
-  const auto count = core_.registers.Read(row::REC_CNT);
-  if (!count) return std::nullopt;
-  record.conditions.recordCount = count->value;
-  view_.SetRecCount(GeneralNumber(count->value));
-  const BusyDisplay busy(view_, plotView_, busy_);
-  plotView_.ClearPlot();
-  plotView_.ClearCursor();
-  core_.seams.loop.YieldToPaint();
-  if (!ReadConditions(record) || !ReadPoints(record)) return std::nullopt;
-  record.status = status_.Last();
-  record.alarms = alarms_.State();
-  record.alarms.statusKnown = false;
-  record.sensor = PresentSensor();
-  count_ = record.conditions.recordCount;
+  const auto time = core_.seams.clock.UtcNow();
+  std::optional<BusyDisplay> busy;
+  std::optional<Record> record = ReadRecordBuffers(
+      core_.registers, expected_,
+      {.scale = [this](Record& read) { SetScale(read); },
+       .counted =
+           [&](std::int32_t count) {
+             view_.SetRecCount(GeneralNumber(count));
+             busy.emplace(view_, plotView_, busy_);
+             ClearPlot();
+           },
+       .supply = [this](float volts) { view_.SetSupply(OneToFourDecimals(double{volts})); },
+       .temperature = [this](float celsius) { view_.SetTemp(OneToFourDecimals(double{celsius})); },
+       .points = [this](int done, int total) { view_.ShowProgress(done, total); }});
+  if (!record) return std::nullopt;
+  record->time = time;
+  record->origin = origin;
+  record->origin.countBefore = count_;
+  record->status = status_.Last();
+  record->alarms = alarms_.State();
+  record->alarms.statusKnown = false;
+  record->sensor = PresentSensor();
+  count_ = record->conditions.recordCount;
   return record;
 }
 
-// Supply, temperature and how the record was taken.
-bool CaptureReadout::ReadConditions(Record& record) {
-  const auto supply = core_.registers.Read(row::SUPPLY_OUT);
-  if (!supply) return false;
-  record.conditions.supplyV = supply->scaled;
-  view_.SetSupply(OneToFourDecimals(static_cast<double>(supply->scaled)));
-  const auto temperature = core_.registers.Read(row::TEMP_OUT);
-  if (!temperature) return false;
-  record.conditions.temperatureC = temperature->scaled;
-  view_.SetTemp(OneToFourDecimals(static_cast<double>(temperature->scaled)));
-  gRecInfo->ReadRec_Info();
-  if (!core_.registers.LastOutcome()) return false;
-  record.settings = SettingsFromWords(ToLong(gRecInfo->DecimalReadWord()), gRecCtrl->Word());
-  SetScale(record);
-  return true;
+void CaptureReadout::ClearPlot() {
+  plotView_.ClearPlot();
+  plotView_.ClearCursor();
+  core_.seams.loop.YieldToPaint();
 }
 
 // The scale is that of the range that is set; a code that is no range leaves the scale as it was.
 void CaptureReadout::SetScale(Record& record) {
+  gRecInfo->Decode(record.settings.recInfo);
+  record.settings.recCtrl = gRecCtrl->Word();
   record.scaledRange = gRecCtrl->RangeFS();
   if (record.scaledRange >= 0 && record.scaledRange <= kLastRange) {
     record.lsbWeight = LsbWeightOf(record.scaledRange, record.kind);
@@ -123,30 +111,6 @@ void CaptureReadout::SetScale(Record& record) {
   }
   core_.seams.messages.Show("error decoding RangeFS sub ReadCaptureBuffer");
   record.lsbWeight = core_.record.Get().lsbWeight * (record.kind == RecordKind::Time ? 2 : 1);
-}
-
-bool CaptureReadout::ReadPoints(Record& record) {
-  for (const Axis axis : kAxes) {
-    if (!ReadAxis(axis, record)) return false;
-  }
-  return true;
-}
-
-bool CaptureReadout::ReadAxis(Axis axis, Record& record) {
-  const int points = record.Width() + 1;
-  const std::int16_t buffer = BufferRow(axis);
-  AxisRecord& words = record.Of(axis);
-  for (int i = 0; i < points; ++i) {
-    if (!core_.registers.Write(row::BUF_PNTR, i)) return false;
-    const auto word = core_.registers.Read(buffer);
-    if (!word) return false;
-    words.data(i) = word->value * record.lsbWeight;
-    words.raw(i) = word->value;
-    if (i % kPointsPerProgressStep == 0) {
-      view_.ShowProgress(static_cast<int>(Index(axis)) * points + i, 3 * points);
-    }
-  }
-  return true;
 }
 
 void CaptureReadout::ShowConditions(const Conditions& conditions) {

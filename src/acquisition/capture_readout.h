@@ -61,10 +61,8 @@ class CaptureReadout {
 
  private:
   std::optional<Record> Read(const RecordOrigin& origin);
-  bool ReadConditions(Record& record);
+  void ClearPlot();
   void SetScale(Record& record);
-  bool ReadPoints(Record& record);
-  bool ReadAxis(Axis axis, Record& record);
   void ShowConditions(const Conditions& conditions);
 
   Core& core_;

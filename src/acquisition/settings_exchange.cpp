@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "acquisition/readings.h"
 #include "device/rec_ctrl.h"
 #include "numeric/conversions.h"
 #include "numeric/number_format.h"
@@ -76,19 +77,20 @@ void SettingsExchange::Set_RecCtrl() {
   if (mode >= 0) gRecCtrl->RecModeCode(code(mode));
 
   gRecCtrl->WriteRecCtrl();
-  Display_RecCtrl();
-  if (!RegisterAccess::Usable()) *gRecCtrl = earlier;
-  ShowLastReadIfLost();
+  if (Display_RecCtrl()) return;
+  *gRecCtrl = earlier;
+  ShowLastRead();
 }
 
 // What a lost sensor seems to answer must not become the scale that the windows show.
-void SettingsExchange::Display_RecCtrl() {
+bool SettingsExchange::Display_RecCtrl() {
   const cRecCtrl earlier = *gRecCtrl;
-  gRecCtrl->ReadRecCtrl();
-  const std::int16_t storage = RegisterAccess::Usable() ? gRecCtrl->StrogeMethod() : 0;
-  if (!RegisterAccess::Usable()) {
+  bool read = gRecCtrl->ReadRecCtrl();
+  const std::int16_t storage = read ? gRecCtrl->StrogeMethod() : std::int16_t{0};
+  read = read && registers_.LastOutcome();
+  if (!read) {
     *gRecCtrl = earlier;
-    return;
+    return false;
   }
   ShowCode(Setting::Window, gRecCtrl->Windowing());
   readBits_ = gRecCtrl->SampleRate();
@@ -97,6 +99,7 @@ void SettingsExchange::Display_RecCtrl() {
   ShowCode(Setting::SignalRange, gRecCtrl->RangeFS());
   ShowCode(Setting::Storage, storage);
   ShowCode(Setting::RecMode, gRecCtrl->RecModeCode());
+  return true;
 }
 
 void SettingsExchange::ShowBoxes() {
@@ -118,8 +121,7 @@ bool SettingsExchange::Show(Setting setting, int index) {
   return true;
 }
 
-void SettingsExchange::ShowLastReadIfLost() {
-  if (RegisterAccess::Usable()) return;
+void SettingsExchange::ShowLastRead() {
   for (const auto& [setting, index] : read_) {
     if (!view_.Select(setting, index)) view_.Deselect(setting);
   }
@@ -129,54 +131,54 @@ void SettingsExchange::ShowLastReadIfLost() {
 void SettingsExchange::Write_RecPrd() {
   registers_.WriteReg(row::REC_PRD,
                       view_.Selected(Setting::Interval) + view_.Selected(Setting::Units) * 256);
-  Read_RecPrd();
-  ShowLastReadIfLost();
+  if (!Read_RecPrd()) ShowLastRead();
 }
 
-void SettingsExchange::Read_RecPrd() {
-  registers_.ReadReg(row::REC_PRD);
-  if (!RegisterAccess::Usable()) return;
-  const std::int32_t value = RegValue;
-  const std::int32_t count = value & 0xFF;
+bool SettingsExchange::Read_RecPrd() {
+  const auto value = ReadWord(registers_, row::REC_PRD);
+  if (!value) return false;
+  const std::int32_t count = *value & 0xFF;
   if (!Show(Setting::Interval, count)) {
     messages_.Show("Error setting timer value cbx box\nValue = " + GeneralNumber(count) +
                    " is not valid.");
   }
-  const std::int32_t unit = (value & kUnitsMask) / 256;
-  if (unit > kLastUnit) {
+  const std::int32_t unit = (*value & kUnitsMask) / 256;
+  if (unit <= kLastUnit) {
+    Show(Setting::Units, unit);
+  } else {
     messages_.Show(
         "\n\nError reading Capture Period register\nTime units bit field (bits 8, 9) value = " +
         GeneralNumber(unit) + "\nThis value should not be greater than 2.");
-    return;
   }
-  Show(Setting::Units, unit);
+  return true;
 }
 
-void SettingsExchange::Read_RecPtrCnt() {
-  registers_.ReadReg(row::REC_PNTR);
-  if (!RegisterAccess::Usable()) return;
-  if (RegValue < 0 || RegValue >= kRecords) {
+bool SettingsExchange::Read_RecPtrCnt() {
+  const auto pointer = ReadWord(registers_, row::REC_PNTR);
+  if (!pointer) return false;
+  if (*pointer < 0 || *pointer >= kRecords) {
     messages_.Show("\n\nError reading Record Pointer (REC_PNTR) register\nvalue = " +
-                   GeneralNumber(RegValue) + "\nValid values are 0 to 15.");
+                   GeneralNumber(*pointer) + "\nValid values are 0 to 15.");
   } else {
-    Show(Setting::RecPntr, RegValue);
+    Show(Setting::RecPntr, *pointer);
   }
-  registers_.ReadReg(row::REC_CNT);
-  if (!RegisterAccess::Usable()) return;
-  view_.SetRecCount(GeneralNumber(RegValue));
+  const auto count = ReadWord(registers_, row::REC_CNT);
+  if (!count) return false;
+  view_.SetRecCount(GeneralNumber(*count));
+  return true;
 }
 
-void SettingsExchange::Read_FFTAVGS() {
-  registers_.ReadReg(row::FFT_AVG);
-  if (!RegisterAccess::Usable()) return;
-  NoteAverages(RegValue);
-  if (RegValue >= 1 && RegValue <= 255) Show(Setting::FftAvgs, RegValue);
+bool SettingsExchange::Read_FFTAVGS() {
+  const auto averages = ReadWord(registers_, row::FFT_AVG);
+  if (!averages) return false;
+  NoteAverages(*averages);
+  if (*averages >= 1 && *averages <= 255) Show(Setting::FftAvgs, *averages);
+  return true;
 }
 
 void SettingsExchange::Read_FftAvg() {
-  registers_.ReadReg(row::FFT_AVG);
-  if (!RegisterAccess::Usable()) return;
-  Show(Setting::FftAvgs, RegValue);
+  const auto averages = ReadWord(registers_, row::FFT_AVG);
+  if (averages) Show(Setting::FftAvgs, *averages);
 }
 
 void SettingsExchange::ShowWorkingCapPrd() {
@@ -196,14 +198,12 @@ void SettingsExchange::HideWorkingSign() {
 // The sensor averages at least one spectrum.
 void SettingsExchange::cbxFFTAvgs_Click() {
   registers_.WriteReg(row::FFT_AVG, std::max(view_.Selected(Setting::FftAvgs), 1));
-  Read_FFTAVGS();
-  ShowLastReadIfLost();
+  if (!Read_FFTAVGS()) ShowLastRead();
 }
 
 void SettingsExchange::cbxRecPntr_Click() {
   registers_.WriteReg(row::REC_PNTR, view_.Selected(Setting::RecPntr));
-  Read_RecPtrCnt();
-  ShowLastReadIfLost();
+  if (!Read_RecPtrCnt()) ShowLastRead();
 }
 
 }  // namespace kestrel

@@ -68,12 +68,13 @@ class SettingsExchange {
   void ReadMainFormRegisters();
 
   void Set_RecCtrl();
-  void Display_RecCtrl();
   void Write_RecPrd();
-  void Read_RecPrd();
-  void Read_RecPtrCnt();
-  void Read_FFTAVGS();
   void Read_FftAvg();
+  // False when the sensor was lost meanwhile.
+  bool Display_RecCtrl();
+  bool Read_RecPrd();
+  bool Read_RecPtrCnt();
+  bool Read_FFTAVGS();
 
   // A visible sign that the settings were just exchanged with the sensor.
   void ShowWorkingCapPrd();
@@ -87,7 +88,7 @@ class SettingsExchange {
   // Shows what was read; false when the list has no such item.
   bool Show(Setting setting, int index);
   // What could not be written is not shown either.
-  void ShowLastReadIfLost();
+  void ShowLastRead();
 
   void ShowBoxes();
 

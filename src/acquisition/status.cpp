@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+#include "acquisition/readings.h"
 #include "app/program_state.h"
 #include "record/capture_data.h"
 #include "record/status_flags.h"
@@ -11,19 +12,14 @@
 #include "regmap/register_table.h"
 
 namespace kestrel {
-namespace {
-
-constexpr std::int32_t kSpiFailureFlag = 8;
-
-}  // namespace
 
 void StatusDisplay::ReadStatus(const std::string& caller) {
   alarms_.DisplayPeakAlarms();
   ShowNames();
-  const auto status = registers_.Read(row::STATUS);
+  const auto status = ReadStatusFlags(registers_);
   if (!status) return;
-  const std::int32_t hidden = caller == "cmdStart" ? kSpiFailureFlag : 0;
-  last_ = {.word = status->value & ~hidden, .known = true};
+  last_ = *status;
+  if (caller == "cmdStart") last_.word &= ~kSpiFailureFlag;
   NameStatus(last_);
   ShowFlags();
   loop_.YieldToPaint();

@@ -104,7 +104,7 @@ void ManualRegister::cmdReadAllReg_Click() {
   listing_ = std::move(*listing);
   listedAt_ = locale_.Time();
   view_.ShowList(listing_);
-  view_.SetListNote(RegisterAccess::Usable()
+  view_.SetListNote(registers_.Reachable()
                         ? ListingNote(listing_, listedAt_)
                         : "No interface is selected: nothing was read, every value stands as 0.");
 }

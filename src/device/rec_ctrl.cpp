@@ -75,12 +75,12 @@ std::int32_t cRecCtrl::Word() const {
                 kStorage.Place(strogeMethod_) + kRecMode.Place(recModeCode_));
 }
 
-void cRecCtrl::WriteRecCtrl() {
-  registers_->WriteReg(row::REC_CTRL, Word());
+bool cRecCtrl::WriteRecCtrl() {
+  return registers_->Write(row::REC_CTRL, Word());
 }
 
-void cRecCtrl::ReadRecCtrl() {
-  registers_->ReadReg(row::REC_CTRL);
+bool cRecCtrl::ReadRecCtrl() {
+  const bool read = registers_->Read(row::REC_CTRL).has_value();
   const std::int32_t word = RegValue;
   windowing_ = kWindowing.Take(word);
   sampleRate_ = kSampleRate.Take(word);
@@ -94,6 +94,7 @@ void cRecCtrl::ReadRecCtrl() {
   if (range != nullptr) gLsb_ = range->milliG / 1000;
   if (recModeText_ == kTimeMode) gLsb_ *= 2;
   gMax_ = gLsb_ * kFullScaleCode;
+  return read;
 }
 
 }  // namespace kestrel

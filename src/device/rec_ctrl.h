@@ -73,11 +73,12 @@ class cRecCtrl {
   [[nodiscard]] std::int32_t Word() const;
 
   // Composes the register from the fields and writes it. Fields are not masked: a value wider than
-  // its field spills into the next bits.
-  void WriteRecCtrl();
+  // its field spills into the next bits. Returns whether the sensor was reached.
+  bool WriteRecCtrl();
 
-  // Reads the register into the fields, the texts, gLsb and gMax.
-  void ReadRecCtrl();
+  // Reads the register into the fields, the texts, gLsb and gMax. Returns whether the sensor gave
+  // it; where not, they hold what seemed to be read.
+  bool ReadRecCtrl();
 
  private:
   RegisterAccess* registers_;  // a pointer, so that a state can be kept and put back

@@ -46,10 +46,15 @@ std::array<cBitFieldProp, 4> DescribeRecInfo(std::int32_t word) {
   return {option, window, range, averages};
 }
 
-void cRecInfo::ReadRec_Info() {
-  registers_.ReadReg(row::REC_INFO);
-  word_ = static_cast<double>(RegValue);
-  const auto fields = DescribeRecInfo(RegValue);
+bool cRecInfo::ReadRec_Info() {
+  const bool read = registers_.Read(row::REC_INFO).has_value();
+  Decode(RegValue);
+  return read;
+}
+
+void cRecInfo::Decode(std::int32_t word) {
+  word_ = static_cast<double>(word);
+  const auto fields = DescribeRecInfo(word);
   sampleRateOption_ = fields[0];
   windowing_ = fields[1];
   signalRange_ = fields[2];

@@ -32,8 +32,10 @@ class cRecInfo {
   [[nodiscard]] cBitFieldProp SignalRange() const { return signalRange_; }
   [[nodiscard]] cBitFieldProp FFTAverages() const { return fftAverages_; }
 
-  // Reads and decodes the register.
-  void ReadRec_Info();
+  // Reads and decodes the register. Returns whether the sensor gave it.
+  bool ReadRec_Info();
+  // Decodes a word of the register that was read elsewhere.
+  void Decode(std::int32_t word);
 
  private:
   RegisterAccess& registers_;

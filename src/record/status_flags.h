@@ -19,7 +19,9 @@ struct StatusFlag {
   const char* whenSet;
 };
 
-inline constexpr std::int32_t kDataReadyFlag = 1 << 7;  // of STATUS
+// Of STATUS. After a capture of the program's own the flag of a failed transfer means nothing.
+inline constexpr std::int32_t kSpiFailureFlag = 1 << 3;
+inline constexpr std::int32_t kDataReadyFlag = 1 << 7;
 
 inline constexpr const char* kStatusFlagClear = "OK";
 

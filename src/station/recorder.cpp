@@ -4,38 +4,19 @@
 
 #include <stdexcept>
 
+#include "acquisition/capture_steps.h"
+#include "acquisition/readings.h"
 #include "alarms/alarm_words.h"
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
 #include "record/status_flags.h"
 #include "regmap/command_words.h"
 #include "regmap/register_table.h"
-#include "station/readings.h"
 
 namespace kestrel {
 namespace {
 
-using std::chrono::milliseconds;
 using std::chrono::nanoseconds;
-
-constexpr milliseconds kPoll{50};
-constexpr milliseconds kPerAverage{45};
-constexpr milliseconds kPerRateCode{10};
-constexpr int kStopPasses = 20;
-// The sensor takes a write of this byte to this address as the request to stop a capture.
-constexpr std::int16_t kStopAddress = 0x68;
-constexpr std::uint8_t kStopData = 0xE8;
-// After a capture of the program's own the flag of a failed transfer means nothing.
-constexpr std::int32_t kSpiFailureFlag = 8;
-// The sensor needs this long to bring a record from its flash into the buffers.
-constexpr float kRetrieveMs = 51;
-constexpr std::int16_t kTimeMode = 2;
-
-void ReadBuffersAs(RecordKind kind) {
-  for (const std::int16_t buffer : {row::X_BUF, row::Y_BUF, row::Z_BUF}) {
-    RegSigned[buffer] = kind == RecordKind::Time;
-  }
-}
 
 }  // namespace
 
@@ -110,7 +91,7 @@ Recorder::Wait Recorder::WaitForData(RecordOrigin& origin) {
     if (!loop_.Pause(kPoll)) return Stop(origin);
     const auto status = ReadStatusFlags(core_.registers);
     if (!status) return Wait::Lost;
-    if ((status->word & kDataReadyFlag) != 0) return Wait::Ready;
+    if (IsDataReady(*status)) return Wait::Ready;
   }
 }
 
@@ -122,9 +103,9 @@ Recorder::Wait Recorder::Stop(RecordOrigin& origin) {
     loop_.Pause(kPoll);
     const auto status = ReadStatusFlags(core_.registers);
     if (!status) return Wait::Lost;
-    ready = (status->word & kDataReadyFlag) != 0;
+    ready = IsDataReady(*status);
     origin.stopped = !ready && pass == 0;
-    if (!core_.registers.WriteRegByte(std::int16_t{kStopAddress}, kStopData)) return Wait::Lost;
+    if (!SendStop(core_.registers)) return Wait::Lost;
   }
   return Wait::Stopped;
 }
@@ -153,12 +134,20 @@ Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
 std::optional<Record> Recorder::ReadOut(RecordKind kind, const RecordOrigin& origin) {
   const auto time = core_.seams.clock.UtcNow();
   ReadBuffersAs(kind);
-  auto record =
-      ReadRecordBuffers(core_.registers, kind, gRecCtrl->RangeFS(), [this](int done, int total) {
-        watch_.Tell({"Reading", done, total});
-      });
+  const auto scale = [](Record& read) {
+    read.settings.recCtrl = gRecCtrl->Word();
+    read.scaledRange = gRecCtrl->RangeFS();
+    read.lsbWeight = LsbWeightOf(read.scaledRange, read.kind);
+  };
+  auto record = ReadRecordBuffers(core_.registers, kind,
+                                  {.scale = scale,
+                                   .counted = {},
+                                   .supply = {},
+                                   .temperature = {},
+                                   .points = [this](int done, int total) {
+                                     watch_.Tell({"Reading", done, total});
+                                   }});
   if (!record) return std::nullopt;
-  record->settings.recCtrl = gRecCtrl->Word();
   record->origin = origin;
   record->time = time;
   record->sensor = identity_();

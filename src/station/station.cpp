@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "acquisition/readings.h"
 #include "acquisition/sensor_identity.h"
 #include "acquisition/start_state.h"
 #include "app/config_file.h"
@@ -20,7 +21,6 @@
 #include "regmap/command_words.h"
 #include "regmap/register_table.h"
 #include "simulator/signal/scenario.h"
-#include "station/readings.h"
 
 namespace kestrel {
 namespace {
@@ -79,8 +79,7 @@ Done Station::Connect() {
     return end_.Lost();
   }
   if (!ChooseAdapter() || !core_.registers.Reachable()) return end_.Lost();
-  gRecCtrl->ReadRecCtrl();
-  if (!core_.registers.Reachable()) return end_.Lost();
+  if (!gRecCtrl->ReadRecCtrl()) return end_.Lost();
   return Nothing{};
 }
 
@@ -169,11 +168,9 @@ Result<StationState> Station::ReadState() {
 Result<StationState> Station::State() {
   const auto status = ReadStatusFlags(core_.registers);
   const auto alarms = status ? ReadAlarms(core_.registers) : std::nullopt;
-  StationState state;
-  if (!alarms || !ReadConditions(core_.registers, state.conditions)) return end_.Lost();
-  state.status = *status;
-  state.alarms = *alarms;
-  return state;
+  const auto conditions = alarms ? ReadConditions(core_.registers) : std::nullopt;
+  if (!conditions) return end_.Lost();
+  return StationState{*status, *alarms, *conditions};
 }
 
 Done Station::SendFunction(int bit) {

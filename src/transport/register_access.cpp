@@ -44,10 +44,6 @@ void ResetRegisterAccessState() {
   LptWord = 0;
 }
 
-bool RegisterAccess::Usable() {
-  return InterfaceType == kParallelPort || (InterfaceType == kUsbAdapter && UsbPresent);
-}
-
 // InterfaceType is the choice; this is the one place that looks at it.
 SpiLink& RegisterAccess::Link() {
   if (InterfaceType == kUsbAdapter) return overAdapter_;

@@ -38,9 +38,6 @@ class RegisterAccess {
   RegisterAccess(UsbAdapter& usb, ParallelPort& port, SoftwareDelay& delay)
       : overAdapter_(usb), overPort_(port), delay_(delay) {}
 
-  // Whether an interface is selected and, for an adapter, still answers. For new code: Reachable.
-  [[nodiscard]] static bool Usable();
-
   // Whether the sensor can be reached through the interface that is selected, as far as that is
   // known without asking it: an adapter that answered last, a port that is held.
   [[nodiscard]] bool Reachable() { return static_cast<bool>(Link().Ready()); }

@@ -141,7 +141,7 @@ class Session : public CaptureBench {
   void Act() {
     try {
       const int action = random_.Below(8);
-      searches_ += RegisterAccess::Usable() ? 0 : 1;
+      searches_ += core.registers.Reachable() ? 0 : 1;
       if (action == 0) {
         cycle.cmdReadBuffer_Click();
       } else if (action == 1) {
@@ -240,15 +240,13 @@ class Session : public CaptureBench {
   }
 
   void Reselect() {
-    if (RegisterAccess::Usable()) return;
+    if (core.registers.Reachable()) return;
     InterfaceType = kUsbAdapter;
     core.usb.SelectUsbAdapter();
-    EXPECT_TRUE(RegisterAccess::Usable());
+    EXPECT_TRUE(core.registers.Reachable());
   }
 
   Random& random_;
-  FakeSettingsView settingsView_;
-  SettingsExchange settings{core.registers, status, alarms, messages, delay, settingsView_};
   int serial_ = 0;
   int losses_ = 0;              // plugs pulled
   int searches_ = 0;            // for an adapter that is missing

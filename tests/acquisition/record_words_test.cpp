@@ -14,9 +14,7 @@ constexpr int kReservedBits = 0xC040;  // of REC_CTRL: neither read nor written 
 
 class RecordWords : public CaptureBench {
  protected:
-  FakeSettingsView view;
-  WindowDelay delay{loop};
-  SettingsExchange settings{core.registers, status, alarms, messages, delay, view};
+  FakeSettingsView& view = settingsView;
 };
 
 // What a list shows of a code: nothing where the list has no such item.

@@ -21,9 +21,7 @@ class Settings : public CaptureBench {
   }
 
   std::chrono::nanoseconds startTime = clock.Monotonic();
-  FakeSettingsView view;
-  WindowDelay delay{loop};
-  SettingsExchange settings{core.registers, status, alarms, messages, delay, view};
+  FakeSettingsView& view = settingsView;
 };
 
 TEST_F(Settings, TenMinutes) {
@@ -210,7 +208,7 @@ TEST_F(Settings, TheSignCanBeEndedEarly) {
 }
 
 TEST_F(Settings, TheCaptionComesBackWhenTheWindowClosesMeanwhile) {
-  loop.At(clock.Monotonic() + 100ms, [this] { delay.Close(); });
+  loop.At(clock.Monotonic() + 100ms, [this] { desk.delay.Close(); });
   settings.ShowWorkingCapPrd();
   EXPECT_EQ(clock.Monotonic(), 100ms + startTime);
   EXPECT_EQ(view.fraCap, "Record settings");

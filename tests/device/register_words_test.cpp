@@ -120,10 +120,9 @@ struct Setter {
 };
 
 // Sets random fields of words that were read, and reads each back: no other bit changes.
-template <typename Model, std::size_t count, typename Read>
+template <typename Model, std::size_t count, typename Read, typename Write>
 void SetRandomFields(Random& random, const std::array<Setter<Model>, count>& setters, Model& model,
-                     int defined, Read read, void (Model::*write)(), ScriptedSensor& sensor,
-                     int address) {
+                     int defined, Read read, Write write, ScriptedSensor& sensor, int address) {
   for (int i = 0; i < 3000; ++i) {
     int word = random.Word() & defined;
     sensor.Set(address, word);

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "acquisition/capture_cycle.h"
+#include "acquisition/desk.h"
 #include "app/program_state.h"
 #include "connection/core.h"
 #include "connection/init_interface.h"
@@ -12,6 +12,7 @@
 #include "regmap/register_table.h"
 #include "support/fake_band_overlay.h"
 #include "support/fake_clock.h"
+#include "support/fake_cursor_view.h"
 #include "support/fake_log_view.h"
 #include "support/fake_main_views.h"
 #include "support/fake_plot_views.h"
@@ -54,9 +55,9 @@ class Program {
     InterfaceType = interface;
     InitInterface(core);
   }
-  void Capture() { cycle_.cmdStart_Click(); }
+  void Capture() { desk_.cycle.cmdStart_Click(); }
   [[nodiscard]] bool Idle() const {
-    return views_.caption == "Start" && !cycle_.Running() && !readout_.Busy();
+    return views_.caption == "Start" && !desk_.cycle.Running() && !desk_.readout.Busy();
   }
   [[nodiscard]] int Averages() { return core.registers.ReadReg(row::FFT_AVG), RegValue; }
 
@@ -80,14 +81,11 @@ class Program {
   FakeStatusView statusView_{journal_};
   FakeReadoutView readoutView_{journal_};
   FakeCaptureView views_{journal_, readoutView_};
-  AlarmStatus alarms_{core.registers, alarmView_};
-  SpectrumPlot plot_{core.record, plotView_, alarms_, loop_, messages};
-  DataLog log_{core.record, files, locale_, loop_, logView_};
-  StatusDisplay status_{core.registers, alarms_, loop_, statusView_};
-  CaptureReadout readout_{core, status_, alarms_, plot_, plotView_, log_, readoutView_};
-  WindowDelay delay_{loop_};
-  BandOverlay overlay_{plot_, bandView_};
-  CaptureCycle cycle_{core, delay_, status_, alarms_, readout_, plot_, overlay_, views_};
+  FakeSettingsView settingsView_;
+  FakeCursorView cursorView_;
+  Desk desk_{core,
+             {alarmView_, plotView_, bandView_, statusView_, logView_, readoutView_, views_,
+              settingsView_, cursorView_}};
 };
 
 }  // namespace kestrel

@@ -4,25 +4,11 @@
 
 #include "device/rec_info.h"
 #include "support/change_record.h"
+#include "support/fake_cursor_view.h"
 #include "support/register_bench.h"
 
 namespace kestrel {
 namespace {
-
-class FakeCursorView : public CursorView {
- public:
-  void SetCursorX(const std::string& text) override { x = text; }
-  void SetCursorFrequency(const std::string& text) override { frequency = text; }
-  void SetCursorY(const std::string& text) override { y = text; }
-  void SetCursorTime(const std::string& text) override { time = text; }
-  void ClearCursor() override { x = frequency = time = y = ""; }
-  void MoveCrossHair(double toX, double toY) override { crossHair = {toX, toY}; }
-  [[nodiscard]] bool TraceTicked(Axis axis) override { return ticked[Index(axis)]; }
-
-  std::string x, frequency, time, y;
-  std::pair<double, double> crossHair;
-  std::array<bool, 3> ticked{true, true, true};
-};
 
 class Cursor : public RegisterBench {
  protected:

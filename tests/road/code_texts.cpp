@@ -19,7 +19,7 @@
 namespace kestrel {
 namespace {
 
-class Texts : public CaptureBench, public CursorView {
+class Texts : public CaptureBench {
  public:
   Texts() {
     const std::array buffers{address::kXBuf, address::kYBuf, address::kZBuf};
@@ -66,8 +66,8 @@ class Texts : public CaptureBench, public CursorView {
     std::int16_t option = 0;
     question >> option >> bin >> g;
     ChangeRecord(core.record, [option](Record& record) { record.settings.option = option; });
-    cursor_.pic1_MouseMove(bin, g);
-    out << x_ << " " << frequency_ << " " << y_ << "\n";
+    desk.cursor.pic1_MouseMove(bin, g);
+    out << cursorView.x << " " << cursorView.frequency << " " << cursorView.y << "\n";
   }
 
   void Peak(std::istream& question, std::ostream& out) {
@@ -95,7 +95,7 @@ class Texts : public CaptureBench, public CursorView {
     sensor.Set(address::kRecCtrl, range << 4);
     gRecCtrl->ReadRecCtrl();
     sensor.Set(address::kFftAvg, averages);
-    settings_.Read_FFTAVGS();
+    settings.Read_FFTAVGS();
     sensor.Set(address::kSupplyOut, supply);
     sensor.Set(address::kTempOut, temperature);
     sensor.Set(address::kStatus, statusWord);
@@ -108,18 +108,6 @@ class Texts : public CaptureBench, public CursorView {
     sensor.ClearFrames();
   }
 
-  void SetCursorX(const std::string& text) override { x_ = text; }
-  void SetCursorFrequency(const std::string& text) override { frequency_ = text; }
-  void SetCursorY(const std::string& text) override { y_ = text; }
-  void SetCursorTime(const std::string& /*text*/) override {}
-  void ClearCursor() override {}
-  void MoveCrossHair(double /*x*/, double /*y*/) override {}
-  [[nodiscard]] bool TraceTicked(Axis /*axis*/) override { return true; }
-
-  FakeSettingsView settingsView_;
-  SettingsExchange settings_{core.registers, status, alarms, messages, delay, settingsView_};
-  PlotCursor cursor_{core.record, *this};
-  std::string x_, frequency_, y_;
   int seed_ = 0;
 };
 

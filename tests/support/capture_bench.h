@@ -8,16 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "acquisition/capture_cycle.h"
-#include "acquisition/capture_readout.h"
-#include "acquisition/status.h"
-#include "acquisition/window_delay.h"
-#include "alarms/alarm_status.h"
-#include "logging/data_log.h"
-#include "plot/band_overlay.h"
-#include "plot/spectrum_plot.h"
+#include "acquisition/desk.h"
 #include "record/capture_data.h"
 #include "support/fake_band_overlay.h"
+#include "support/fake_cursor_view.h"
 #include "support/fake_log_view.h"
 #include "support/fake_main_views.h"
 #include "support/fake_plot_views.h"
@@ -122,15 +116,21 @@ class CaptureBench : public RegisterBench {
   FakeReadoutView readoutView{journal};
   FakeCaptureView captureView{journal, readoutView};
 
-  AlarmStatus alarms{core.registers, alarmView};
-  SpectrumPlot plot{core.record, plotView, alarms, loop, messages};
   FakeBandOverlayView bandView{journal, plotView};
-  BandOverlay overlay{plot, bandView};
-  DataLog log{core.record, files, locale, loop, logView};
-  StatusDisplay status{core.registers, alarms, loop, statusView};
-  CaptureReadout readout{core, status, alarms, plot, plotView, log, readoutView};
-  WindowDelay delay{loop};
-  CaptureCycle cycle{core, delay, status, alarms, readout, plot, overlay, captureView};
+  FakeSettingsView settingsView;
+  FakeCursorView cursorView;
+
+  Desk desk{core,
+            {alarmView, plotView, bandView, statusView, logView, readoutView, captureView,
+             settingsView, cursorView}};
+  AlarmStatus& alarms = desk.alarms;
+  SpectrumPlot& plot = desk.plot;
+  BandOverlay& overlay = desk.overlay;
+  DataLog& log = desk.log;
+  StatusDisplay& status = desk.status;
+  CaptureReadout& readout = desk.readout;
+  CaptureCycle& cycle = desk.cycle;
+  SettingsExchange& settings = desk.settings;
 };
 
 }  // namespace kestrel

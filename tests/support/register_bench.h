@@ -33,7 +33,7 @@ class RegisterBench : public testing::Test {
     core.usb.SelectUsbAdapter();
     InitRegisterTable(core.registers);
     sensor.ClearFrames();
-    EXPECT_TRUE(RegisterAccess::Usable());
+    EXPECT_TRUE(core.registers.Reachable());
     EXPECT_TRUE(messages.Texts().empty());
   }
 

@@ -76,7 +76,7 @@ TEST_F(RegistersOverPort, UnreadableRowLeavesThePinsAlone) {
 }
 
 TEST_F(RegistersOverPort, PortIsUsableOnceSelected) {
-  EXPECT_TRUE(RegisterAccess::Usable());
+  EXPECT_TRUE(registers_.Reachable());
 }
 
 }  // namespace

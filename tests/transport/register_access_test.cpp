@@ -246,13 +246,13 @@ TEST_F(RegisterAccessTest, TableRowsKeepTheirAddresses) {
 
 TEST_F(RegisterAccessTest, ReadThatFailsGivesTheEarlierAnswer) {
   Read(row::STATUS, 0x0080);
-  EXPECT_TRUE(RegisterAccess::Usable());
+  EXPECT_TRUE(registers_.Reachable());
   boards_.FailAt(3);
   Read(row::STATUS, 0x0001);
   EXPECT_THAT(messages_.Texts(), ElementsAre("Error Reading SPI"));
   EXPECT_EQ(RegValue, 0x0080);
   EXPECT_FALSE(UsbPresent);
-  EXPECT_FALSE(RegisterAccess::Usable());
+  EXPECT_FALSE(registers_.Reachable());
 }
 
 TEST_F(RegisterAccessTest, WithoutInterfaceReadsGiveZeroAndWritesOnlyWait) {
@@ -261,7 +261,7 @@ TEST_F(RegisterAccessTest, WithoutInterfaceReadsGiveZeroAndWritesOnlyWait) {
     clock_.ClearWaits();
     RegValue = 7;
     LptWord = 7;
-    EXPECT_FALSE(RegisterAccess::Usable());
+    EXPECT_FALSE(registers_.Reachable());
     registers_.ReadReg(row::TEMP_OUT);
     EXPECT_EQ(RegValue, 0);
     EXPECT_EQ(RegScaled, 625.0F);  // the offset of a word of 0

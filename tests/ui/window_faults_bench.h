@@ -101,7 +101,7 @@ class FaultBench : public AllWindowsBench {
     UsbPresent = false;
     InterfaceType = kUsbAdapter;
     Find<QPushButton>("cmdLostRetry").click();
-    ASSERT_TRUE(RegisterAccess::Usable());
+    ASSERT_TRUE(core_.registers.Reachable());
     operation.open(*this);
     Settle();
     ASSERT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();

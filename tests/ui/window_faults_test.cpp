@@ -81,7 +81,7 @@ class WindowFaults : public FaultBench,
     course.requests = usb_.Requests();
     Settle();
     EXPECT_EQ(messages_.Texts(), Words());
-    EXPECT_TRUE(RegisterAccess::Usable());
+    EXPECT_TRUE(core_.registers.Reachable());
     ExpectIdle();
     course.after = ReadScreen();
     course.writes = Writes();
@@ -166,10 +166,10 @@ class WindowFaults : public FaultBench,
     } else {
       EXPECT_EQ(messages_.Texts(), Words());
     }
-    EXPECT_TRUE(operation.searches || RegisterAccess::Usable() == !lost);
+    EXPECT_TRUE(operation.searches || core_.registers.Reachable() == !lost);
     // An interface that was chosen and not found is none.
     if (InterfaceType != kNoInterface) {
-      EXPECT_EQ(Find<QFrame>("lostNotice").isHidden(), RegisterAccess::Usable());
+      EXPECT_EQ(Find<QFrame>("lostNotice").isHidden(), core_.registers.Reachable());
     }
     ExpectIdle();
     if (lost || fault == UsbFault::Slow) ExpectKnownScreen(ReadScreen(), course, operation.clears);
@@ -183,7 +183,7 @@ class WindowFaults : public FaultBench,
   // them again.
   void Again(const Operation& operation) {
     usb_.Mend();
-    if (RegisterAccess::Usable()) {
+    if (core_.registers.Reachable()) {
       CloseWindows();
       Press("CmdReadStatus");
       operation.open(*this);
@@ -196,7 +196,7 @@ class WindowFaults : public FaultBench,
     operation.press(*this);
     Settle();
     EXPECT_EQ(messages_.Texts(), Words()) << "done again";
-    EXPECT_TRUE(RegisterAccess::Usable()) << "done again";
+    EXPECT_TRUE(core_.registers.Reachable()) << "done again";
     ExpectIdle();
     messages_.Clear();
   }

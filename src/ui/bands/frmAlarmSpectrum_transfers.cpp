@@ -55,7 +55,7 @@ bool frmAlarmSpectrum::Transfer(const char* name, const std::string& step,
     const HandlerEdge::Occupation occupation(Edge());
     const TransferMode mode(*panel_);
     transfer();
-    complete = !cancelled_ && RegisterAccess::Usable();
+    complete = !cancelled_ && core_.registers.Reachable();
   });
   if (!begun) SetMessage("The sensor is busy with something else. Nothing was transferred.");
   KeepStep(step);

@@ -3,7 +3,6 @@
 #include "ui/main/freshness.h"
 
 #include "regmap/register_table.h"
-#include "transport/register_access.h"
 
 namespace kestrel {
 namespace {
@@ -34,52 +33,52 @@ void Freshness::CommandSent(int bit) {
   if (bit == kPowerDown) {
     parts_.notices.Asleep();
   } else if (bit != kRecordStartStop) {
-    parts_.settings.ReadSettings();
+    parts_.desk.settings.ReadSettings();
     parts_.windows.ReadAgain();
   }
 }
 
 void Freshness::RegisterWritten(int row) {
   if (row == row::COMMAND) LightsAsOf();
-  parts_.settings.ReadSettings();
+  parts_.desk.settings.ReadSettings();
   parts_.windows.ReadAgain();
 }
 
 // The strip of a loss still stands while the handler runs that ends the loss.
 void Freshness::InterfaceChosen() {
   const bool wasLost = !parts_.lost.isHidden();
-  const SettingsExchange::Shown before = parts_.settings.LastRead();
-  parts_.settings.ReadMainFormRegisters();
-  if (wasLost && RegisterAccess::Usable()) {
-    parts_.notices.ComeBack(before, parts_.settings.LastRead());
+  const SettingsExchange::Shown before = parts_.desk.settings.LastRead();
+  parts_.desk.settings.ReadMainFormRegisters();
+  if (wasLost && parts_.registers.Reachable()) {
+    parts_.notices.ComeBack(before, parts_.desk.settings.LastRead());
   }
 }
 
 void Freshness::RestoreSettings() {
-  parts_.settings.Restore(parts_.notices.Earlier());
-  if (parts_.settings.LastRead() == parts_.notices.Earlier()) parts_.notices.SettingsRestored();
+  parts_.desk.settings.Restore(parts_.notices.Earlier());
+  if (parts_.desk.settings.LastRead() == parts_.notices.Earlier())
+    parts_.notices.SettingsRestored();
 }
 
 void Freshness::StopTimer() {
-  parts_.cycle.StopSeries();
-  if (!RegisterAccess::Usable()) return;
+  if (!parts_.desk.cycle.StopSeries()) return;
   parts_.notices.TimerStopped();
-  parts_.status.ReadStatus("cmdStopTimer");
+  parts_.desk.status.ReadStatus("cmdStopTimer");
 }
 
 void Freshness::ReadAll() {
-  parts_.settings.ReadMainFormRegisters();
+  parts_.desk.settings.ReadMainFormRegisters();
 }
 
 void Freshness::Refresh() {
   parts_.lost.Refresh();
-  const bool usable = RegisterAccess::Usable();
-  if (!usable) {
+  const bool reachable = parts_.registers.Reachable();
+  if (!reachable) {
     LightsAsOf();
     parts_.conditions.ShowAsOf();
   }
   if (!parts_.statusPanel.IsAsOf()) parts_.notices.Awake();
-  parts_.notices.ShowTimerMode(usable && parts_.record.Selected(Setting::RecMode) == kTimerMode,
+  parts_.notices.ShowTimerMode(reachable && parts_.record.Selected(Setting::RecMode) == kTimerMode,
                                parts_.record.PeriodInWords());
   parts_.strip.Arrange();
 }

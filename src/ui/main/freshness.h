@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "acquisition/capture_cycle.h"
-#include "acquisition/settings_exchange.h"
-#include "acquisition/status.h"
+#include "acquisition/desk.h"
 #include "ui/main/alarm_panel.h"
 #include "ui/main/conditions_panel.h"
 #include "ui/main/lost_notice.h"
@@ -21,9 +19,8 @@ namespace kestrel {
 class Freshness {
  public:
   struct Parts {
-    SettingsExchange& settings;
-    StatusDisplay& status;
-    CaptureCycle& cycle;
+    RegisterAccess& registers;
+    Desk& desk;
     SecondaryWindows& windows;
     RecordPanel& record;
     ConditionsPanel& conditions;

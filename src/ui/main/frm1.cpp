@@ -32,7 +32,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
     : core_(core),
       simulator_(std::move(simulator)),
       edge_(core.seams.messages,
-            {.busy = [this] { return readout_.Busy(); },
+            {.busy = [this] { return desk_.readout.Busy(); },
              .refused =
                  [this] {
                    statusBar()->showMessage(
@@ -59,22 +59,14 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       notices_(*strip_),
       watcher_(new AdapterWatcher(core, edge_, this)),
       lblInterface_(new LineLabel),
-      alarms_(core.registers, *alarmPanel_),
-      plot_(core.record, *plotPanel_, alarms_, core.seams.loop, core.seams.messages),
-      overlay_(plot_, *plotPanel_),
-      status_(core.registers, alarms_, core.seams.loop, *statusPanel_),
-      log_(core.record, core.seams.files, core.seams.locale, core.seams.loop, *capture_),
-      logNotice_(core, log_, *capture_, *statusBar()),
-      delay_(core.seams.loop),
-      readout_(core, status_, alarms_, plot_, *plotPanel_, log_, *capture_),
-      cycle_(core, delay_, status_, alarms_, readout_, plot_, overlay_, *capture_),
-      settings_(core.registers, status_, alarms_, core.seams.messages, delay_, *record_),
-      cursor_(core.record, *plotPanel_),
-      pointer_(*plotPanel_, overlay_, cursor_, edge_),
-      windows_(core, edge_, overlay_, this),
-      freshness_({settings_, status_, cycle_, windows_, *record_, *conditions_, *statusPanel_,
+      desk_(core, {*alarmPanel_, *plotPanel_, *plotPanel_, *statusPanel_, *capture_, *capture_,
+                   *capture_, *record_, *plotPanel_}),
+      logNotice_(core, desk_.log, *capture_, *statusBar()),
+      pointer_(*plotPanel_, desk_.overlay, desk_.cursor, edge_),
+      windows_(core, edge_, desk_.overlay, this),
+      freshness_({core.registers, desk_, windows_, *record_, *conditions_, *statusPanel_,
                   *alarmPanel_, *lostNotice_, *strip_, notices_}),
-      cures_({core, edge_, plot_, settings_, *record_, *capture_, windows_}) {
+      cures_({core, edge_, desk_.plot, desk_.settings, *record_, *capture_, windows_}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -127,15 +119,15 @@ void frm1::On(Sender* sender, Signal signal, const char* name, Handler handler) 
 void frm1::ConnectButtons() {
   const auto clicked = &QPushButton::clicked;
   On(capture_->cmdStart, clicked, "cmdStart_Click", [this] {
-    settings_.HideWorkingSign();
+    desk_.settings.HideWorkingSign();
     notices_.CaptureStarted();
-    cycle_.cmdStart_Click();
+    desk_.cycle.cmdStart_Click();
   });
   On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click", [this] {
-    if (IsIdle()) cycle_.cmdReadBuffer_Click();
+    if (IsIdle()) desk_.cycle.cmdReadBuffer_Click();
   });
   On(record_->cmdGetRecord, clicked, "cmdGetRecord_Click", [this] {
-    if (IsIdle()) cycle_.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
+    if (IsIdle()) desk_.cycle.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
   });
   On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { windows_.OpenRecInfo(); });
   On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
@@ -144,15 +136,15 @@ void frm1::ConnectButtons() {
   On(statusPanel_->CmdReadStatus, clicked, "CmdReadStatus_Click",
      [this] { CmdReadStatus_Click(); });
   On(statusPanel_->cmdClearStatus, clicked, "cmdClearStatus_Click",
-     [this] { status_.ClearStatus("cmdClearStatus"); });
+     [this] { desk_.status.ClearStatus("cmdClearStatus"); });
 }
 
 // The sign that settings were exchanged waits; a capture's own wait must not be disturbed by it.
 void frm1::ConnectSettings() {
   const auto setting = [this](auto signal, const char* name, void (SettingsExchange::*exchange)()) {
     On(record_, signal, name, [this, exchange] {
-      (settings_.*exchange)();
-      if (!cycle_.Running()) settings_.ShowWorkingCapPrd();
+      (desk_.settings.*exchange)();
+      if (!desk_.cycle.Running()) desk_.settings.ShowWorkingCapPrd();
     });
   };
   setting(&RecordPanel::RecCtrlChanged, "Set_RecCtrl", &SettingsExchange::Set_RecCtrl);
@@ -163,23 +155,24 @@ void frm1::ConnectSettings() {
 
 void frm1::ConnectPlot() {
   On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click", [this] {
-    plot_.cmdPlotScale_Click();
-    if (overlay_.IsOn()) overlay_.PlotBands();
+    desk_.plot.cmdPlotScale_Click();
+    if (desk_.overlay.IsOn()) desk_.overlay.PlotBands();
   });
   for (const Axis axis : kAxes) {
     On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace", [this] {
-      plot_.SetPlotTrace();
-      overlay_.RecordRedrawn();
+      desk_.plot.SetPlotTrace();
+      desk_.overlay.RecordRedrawn();
     });
   }
   recordListener_ = core_.record.OnChange([this] {
-    cursor_.RecordChanged();
+    desk_.cursor.RecordChanged();
     ShowRecordLine();
   });
   // Reads nothing from the sensor and may come at any time.
   connect(plotPanel_, &PlotPanel::CursorStepped, this,
-          [this](CursorStep step) { cursor_.Step(step); });
-  connect(plotPanel_, &PlotPanel::CursorPlaced, this, [this](int index) { cursor_.GoTo(index); });
+          [this](CursorStep step) { desk_.cursor.Step(step); });
+  connect(plotPanel_, &PlotPanel::CursorPlaced, this,
+          [this](int index) { desk_.cursor.GoTo(index); });
 }
 
 void frm1::ConnectMenu() {
@@ -220,7 +213,7 @@ void frm1::ConnectWindows() {
           [this](int bit) { freshness_.CommandSent(bit); });
   connect(&windows_, &SecondaryWindows::RegisterWritten, this,
           [this](int row) { freshness_.RegisterWritten(row); });
-  cycle_.OnFoundAgain(refill);
+  desk_.cycle.OnFoundAgain(refill);
   connect(watcher_, &AdapterWatcher::Lost, this, [this] { SetCommInterfaceIndicators(); });
 }
 
@@ -238,7 +231,7 @@ void frm1::ConnectNotices() {
 }
 
 void frm1::ShowRecordLine() {
-  caption_->Show(core_.record.Get(), {.sensorLost = !RegisterAccess::Usable()});
+  caption_->Show(core_.record.Get(), {.sensorLost = !core_.registers.Reachable()});
 }
 
 void frm1::Form_Load() {
@@ -249,13 +242,13 @@ void frm1::Form_Load() {
   conditions_->LbLTemp->setText("noData");
   plotPanel_->SetStartValues();
   plotPanel_->IniAlarmBandLabels();
-  overlay_.initPlotLines();
+  desk_.overlay.initPlotLines();
   capture_->ckAutoPlot->setChecked(true);
   SetProductNumber(kProduct31407);
 }
 
 bool frm1::IsIdle() {
-  if (!cycle_.Running()) return true;
+  if (!desk_.cycle.Running()) return true;
   statusBar()->showMessage(tr("Please wait for the capture or stop it first."), kNoticeMs);
   return false;
 }
@@ -276,7 +269,7 @@ void frm1::SetProductNumber(std::int16_t product) {
   ProductNumber = product;
   conditions_->lblProduct->setText(QString::number(product));
   menu_->mnu31407->setChecked(product == kProduct31407);
-  settings_.ReadMainFormRegisters();
+  desk_.settings.ReadMainFormRegisters();
 }
 
 void frm1::mnuSimulated_Click() {
@@ -287,7 +280,7 @@ void frm1::mnuSimulated_Click() {
   InterfaceType = kUsbAdapter;
   WriteConfigFile(core_.seams.files);
   InitInterface(core_);
-  settings_.ReadMainFormRegisters();
+  desk_.settings.ReadMainFormRegisters();
 }
 
 void frm1::mnu31407_Click() {
@@ -301,15 +294,15 @@ void frm1::mnuUnplug_Click() {
 }
 
 void frm1::CmdReadStatus_Click() {
-  status_.ReadStatus("CmdReadStatus");
-  settings_.ReadMainFormRegisters();
+  desk_.status.ReadStatus("CmdReadStatus");
+  desk_.settings.ReadMainFormRegisters();
 }
 
 void frm1::ckDataLog_Click() {
   capture_->ShowDataLogState();
   if (capture_->ckDataLog->isChecked() && logNotice_.SwitchedOn()) windows_.OpenDataLog();
-  status_.ReadStatus("ckDataLog");
-  settings_.ReadMainFormRegisters();
+  desk_.status.ReadStatus("ckDataLog");
+  desk_.settings.ReadMainFormRegisters();
 }
 
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
@@ -318,7 +311,7 @@ void frm1::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  cycle_.Close();
+  desk_.cycle.Close();
   windows_.CancelTransfers();
   QMainWindow::closeEvent(event);
 }
@@ -333,7 +326,7 @@ bool frm1::eventFilter(QObject* watched, QEvent* event) {
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (key->key() == Qt::Key_Escape && !key->isAutoRepeat() && widget != nullptr &&
         widget->window() == this) {
-      Handle("Form_KeyUp", [this] { cycle_.Form_KeyUp(kEscapeKey); });
+      Handle("Form_KeyUp", [this] { desk_.cycle.Form_KeyUp(kEscapeKey); });
       return true;
     }
   }

@@ -8,12 +8,9 @@
 #include <functional>
 #include <memory>
 
-#include "acquisition/capture_cycle.h"
-#include "acquisition/settings_exchange.h"
+#include "acquisition/desk.h"
 #include "app/handler_edge.h"
 #include "connection/core.h"
-#include "plot/band_overlay.h"
-#include "plot/cursor.h"
 #include "ui/main/adapter_watcher.h"
 #include "ui/main/alarm_panel.h"
 #include "ui/main/capture_panel.h"
@@ -47,10 +44,10 @@ class frm1 : public QMainWindow {
   void SetProductNumber(std::int16_t product);
 
   // The alarm bands on the plot, as their editor uses them.
-  [[nodiscard]] BandOverlay& Overlay() { return overlay_; }
+  [[nodiscard]] BandOverlay& Overlay() { return desk_.overlay; }
 
   // The data-log files that captures go to.
-  [[nodiscard]] const DataLog& Log() const { return log_; }
+  [[nodiscard]] const DataLog& Log() const { return desk_.log; }
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -98,17 +95,8 @@ class frm1 : public QMainWindow {
   QPointer<AdapterWatcher> watcher_;
   QLabel* lblInterface_;
 
-  AlarmStatus alarms_;
-  SpectrumPlot plot_;
-  BandOverlay overlay_;
-  StatusDisplay status_;
-  DataLog log_;
+  Desk desk_;
   LogNotice logNotice_;
-  WindowDelay delay_;
-  CaptureReadout readout_;
-  CaptureCycle cycle_;
-  SettingsExchange settings_;
-  PlotCursor cursor_;
   CurrentRecord::Listener recordListener_;
   PlotPointer pointer_;
   SecondaryWindows windows_;

@@ -50,7 +50,7 @@ void LostNotice::LayOut() {
 // Once lost, an adapter stays lost until something can be used again: a capture's vain search for
 // it leaves no interface selected.
 void LostNotice::Refresh() {
-  if (RegisterAccess::Usable()) {
+  if (core_.registers.Reachable()) {
     hide();
     lblLostReason_->hide();
   } else if (InterfaceType == kUsbAdapter && isHidden()) {

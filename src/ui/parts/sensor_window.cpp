@@ -7,14 +7,15 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "transport/register_access.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
 
-SensorWindow::SensorWindow(const char* name, const QString& title, HandlerEdge& edge,
-                           QWidget* parent, QPoint offsetTwips)
-    : SecondaryWindow(name, title, edge, parent, offsetTwips), lblNote_(MakeLabel("lblNote", "")) {
+SensorWindow::SensorWindow(const char* name, const QString& title, RegisterAccess& registers,
+                           HandlerEdge& edge, QWidget* parent, QPoint offsetTwips)
+    : SecondaryWindow(name, title, edge, parent, offsetTwips),
+      registers_(registers),
+      lblNote_(MakeLabel("lblNote", "")) {
   lblNote_->setWordWrap(true);
   lblNote_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   // Room for the longest note, so that nothing moves when there is something to tell.
@@ -60,7 +61,7 @@ void SensorWindow::Form_Activate() {
 }
 
 void SensorWindow::NoteWhetherReached() {
-  if (RegisterAccess::Usable()) {
+  if (registers_.Reachable()) {
     if (notesFailure_) Note("");
   } else {
     Note(tr("The sensor cannot be reached: nothing new was read."));

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <functional>
 
+#include "transport/register_access.h"
 #include "ui/parts/secondary_window.h"
 
 namespace kestrel {
@@ -18,8 +19,8 @@ class SensorWindow : public SecondaryWindow {
   void ReadAgain();
 
  protected:
-  SensorWindow(const char* name, const QString& title, HandlerEdge& edge, QWidget* parent,
-               QPoint offsetTwips);
+  SensorWindow(const char* name, const QString& title, RegisterAccess& registers, HandlerEdge& edge,
+               QWidget* parent, QPoint offsetTwips);
 
   // Puts the controls above the notes and buttons.
   void LayOut(QLayout* controls);
@@ -52,6 +53,7 @@ class SensorWindow : public SecondaryWindow {
  private:
   void NoteWhetherReached();
 
+  RegisterAccess& registers_;
   QLabel* lblNote_;
   bool notesFailure_ = false;  // that the sensor was not reached
 };

@@ -19,8 +19,8 @@ constexpr QPoint kPlaceTwips{300, 3300};
 
 }  // namespace
 
-frmALM_CTRL::frmALM_CTRL(Core& /*core*/, HandlerEdge& edge, QWidget* parent)
-    : SensorWindow("frmALM_CTRL", tr("Alarm control"), edge, parent, kPlaceTwips),
+frmALM_CTRL::frmALM_CTRL(Core& core, HandlerEdge& edge, QWidget* parent)
+    : SensorWindow("frmALM_CTRL", tr("Alarm control"), core.registers, edge, parent, kPlaceTwips),
       control_(*this),
       lblHexWord_(MakeLabel("lblHexWord", "")),
       cbxResponseDelay_(

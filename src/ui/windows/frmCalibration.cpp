@@ -45,7 +45,7 @@ QLineEdit* MakeValueBox(const char* name) {
 }  // namespace
 
 frmCalibration::frmCalibration(Core& core, HandlerEdge& edge, QWidget* parent)
-    : SensorWindow("frmCalibration", tr("Calibration"), edge, parent, kPlaceTwips),
+    : SensorWindow("frmCalibration", tr("Calibration"), core.registers, edge, parent, kPlaceTwips),
       logic_(core.registers, core.delay, core.seams.pointer, *this),
       rows_{},
       cmdAutoNull_(MakeButton("cmdAutoNull", tr("&Auto null"),

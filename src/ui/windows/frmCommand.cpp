@@ -17,6 +17,7 @@ constexpr QPoint kPlaceTwips{600, 3300};
 
 frmCommand::frmCommand(Core& core, HandlerEdge& edge, QWidget* parent)
     : SecondaryWindow("frmCommand", tr("Global commands"), edge, parent, kPlaceTwips),
+      registers_(core.registers),
       cbxCommand_(MakeComboBox("cbxCommand", tr("Function"), tr("Function of the sensor"))),
       LbLBusy_(MakeLabel("LbLBusy", tr("Busy..."))),
       lblNote_(MakeLabel("lblNote", "")),
@@ -56,7 +57,7 @@ void frmCommand::cmdWrite_Click() {
   const int bit = cbxCommand_->currentIndex();
   lblNote_->clear();
   commands_.cmdWrite_Click(bit);
-  if (bit >= 0 && RegisterAccess::Usable()) emit Sent(bit);
+  if (bit >= 0 && registers_.Reachable()) emit Sent(bit);
 }
 
 void frmCommand::ShowBusyLabel(bool shown) {

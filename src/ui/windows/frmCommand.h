@@ -45,6 +45,7 @@ class frmCommand : public SecondaryWindow, public BusyView {
  private:
   void cmdWrite_Click();
 
+  RegisterAccess& registers_;
   QComboBox* cbxCommand_;
   QLabel* LbLBusy_;
   QLabel* lblNote_;

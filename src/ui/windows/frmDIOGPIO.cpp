@@ -15,7 +15,7 @@ constexpr QPoint kPlaceTwips{300, 2500};
 }  // namespace
 
 frmDIOGPIO::frmDIOGPIO(Core& core, HandlerEdge& edge, QWidget* parent)
-    : SensorWindow("frmDIOGPIO", tr("DIO/GPIO"), edge, parent, kPlaceTwips),
+    : SensorWindow("frmDIOGPIO", tr("DIO/GPIO"), core.registers, edge, parent, kPlaceTwips),
       logic_(core.registers, core.delay, *this),
       lines_{new DioLineBox(0), new DioLineBox(1)},
       lblDioWord_(MakeLabel("lblDioWord", "")),

@@ -208,7 +208,7 @@ void frmManualReg::keyPressEvent(QKeyEvent* event) {
 void frmManualReg::Write() {
   Change("cmdWrite_Click", [this] {
     logic_.cmdWrite_Click(Row(), txtDataWrite_->text().toStdString());
-    if (cmdWrite_->isEnabled() && RegisterAccess::Usable()) emit Written(Row());
+    if (cmdWrite_->isEnabled() && core_.registers.Reachable()) emit Written(Row());
   });
 }
 

@@ -66,8 +66,7 @@ void frmRecInfo::showEvent(QShowEvent* event) {
 }
 
 void frmRecInfo::Read_RecInfo() {
-  gRecInfo->ReadRec_Info();
-  if (!RegisterAccess::Usable()) return;
+  if (!gRecInfo->ReadRec_Info()) return;
   lblHex_->setText(QString::fromStdString(Hex(ToLong(gRecInfo->DecimalReadWord()))) + "   ");
   ShowRow(4, gRecInfo->SampleRateOption());
   ShowRow(3, gRecInfo->Windowing());

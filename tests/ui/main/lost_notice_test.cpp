@@ -123,7 +123,7 @@ TEST_F(LostAdapter, TryingAgainAfterRepluggingTakesTheAdapterBack) {
   hardware_.Adapter().Replug(0);
   PressIt("cmdLostRetry");
   EXPECT_EQ(chosen.count(), 1);
-  EXPECT_TRUE(RegisterAccess::Usable());
+  EXPECT_TRUE(core_.registers.Reachable());
   notice_.Refresh();
   EXPECT_TRUE(notice_.isHidden());
   EXPECT_TRUE(messages_.Texts().empty());

@@ -1,6 +1,6 @@
 // Register by register, in the order in which the sensor is asked.
 // SPDX-License-Identifier: MIT
-#include "station/readings.h"
+#include "acquisition/readings.h"
 
 #include <array>
 
@@ -12,11 +12,17 @@ namespace {
 
 constexpr int kPointsPerProgressStep = 64;
 
-using AxisRows = std::array<std::int16_t, 3>;
+std::int16_t BufferRow(Axis axis) {
+  return std::array{row::X_BUF, row::Y_BUF, row::Z_BUF}[Index(axis)];
+}
 
-bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record,
-                const std::function<void(int done, int total)>& progress) {
-  const std::int16_t buffer = AxisRows{row::X_BUF, row::Y_BUF, row::Z_BUF}[Index(axis)];
+template <typename... Values>
+void Tell(const std::function<void(Values...)>& step, Values... values) {
+  if (step) step(values...);
+}
+
+bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record, const ReadoutSteps& steps) {
+  const std::int16_t buffer = BufferRow(axis);
   const int points = static_cast<int>(record.Points());
   AxisRecord& read = record.Of(axis);
   for (int i = 0; i < points; ++i) {
@@ -26,9 +32,22 @@ bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record,
     read.raw(i) = *word;
     read.data(i) = *word * record.lsbWeight;
     if (i % kPointsPerProgressStep == 0) {
-      progress(static_cast<int>(Index(axis)) * points + i, 3 * points);
+      Tell(steps.points, static_cast<int>(Index(axis)) * points + i, 3 * points);
     }
   }
+  return true;
+}
+
+bool ReadSurroundings(RegisterAccess& registers, Conditions& conditions,
+                      const ReadoutSteps& steps) {
+  const auto supply = registers.Read(row::SUPPLY_OUT);
+  if (!supply) return false;
+  conditions.supplyV = supply->scaled;
+  Tell(steps.supply, supply->scaled);
+  const auto temperature = registers.Read(row::TEMP_OUT);
+  if (!temperature) return false;
+  conditions.temperatureC = temperature->scaled;
+  Tell(steps.temperature, temperature->scaled);
   return true;
 }
 
@@ -55,31 +74,31 @@ std::optional<AlarmState> ReadAlarms(RegisterAccess& registers) {
   return alarms;
 }
 
-bool ReadConditions(RegisterAccess& registers, Conditions& conditions) {
-  const auto supply = registers.Read(row::SUPPLY_OUT);
-  const auto temperature = supply ? registers.Read(row::TEMP_OUT) : std::nullopt;
-  if (!temperature) return false;
-  conditions.supplyV = supply->scaled;
-  conditions.temperatureC = temperature->scaled;
-  return true;
+std::optional<Conditions> ReadConditions(RegisterAccess& registers) {
+  Conditions conditions;
+  if (!ReadSurroundings(registers, conditions, {})) return std::nullopt;
+  return conditions;
+}
+
+void ReadBuffersAs(RecordKind kind) {
+  for (const Axis axis : kAxes) RegSigned[BufferRow(axis)] = kind == RecordKind::Time;
 }
 
 std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind kind,
-                                        std::int16_t range,
-                                        const std::function<void(int done, int total)>& progress) {
+                                        const ReadoutSteps& steps) {
   Record record;
   record.kind = kind;
-  record.scaledRange = range;
-  record.lsbWeight = LsbWeightOf(range, kind);
   const auto count = ReadWord(registers, row::REC_CNT);
   if (!count) return std::nullopt;
   record.conditions.recordCount = *count;
-  if (!ReadConditions(registers, record.conditions)) return std::nullopt;
+  Tell(steps.counted, *count);
+  if (!ReadSurroundings(registers, record.conditions, steps)) return std::nullopt;
   const auto info = ReadWord(registers, row::REC_INFO);
   if (!info) return std::nullopt;
   record.settings = SettingsFromWords(*info, 0);
+  steps.scale(record);
   for (const Axis axis : kAxes) {
-    if (!ReadPoints(registers, axis, record, progress)) return std::nullopt;
+    if (!ReadPoints(registers, axis, record, steps)) return std::nullopt;
   }
   return record;
 }
