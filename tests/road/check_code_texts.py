@@ -18,6 +18,7 @@ from fractions import Fraction
 sys.path.insert(0, str(pathlib.Path(__file__).parent.parent / "numeric"))
 from make_decimal_rows import fixed, general  # noqa: E402
 
+LAST_BIN = 255  # of a spectrum
 SEEDS = [1, 2]
 REGISTERS = 2000  # questions a seed
 OTHERS = 1000  # of each kind
@@ -76,8 +77,8 @@ def cursor(draw: random.Random) -> tuple[str, str]:
     g = draw.choice([draw.uniform(-80, 80), draw.randrange(-2000, 2000) / 1000 + 0.0005])
     bin_ = float(round(place))
     hertz = bin_ * (100189.9 / 8.0**option / 512)
-    return (f"cursor {option} {place!r} {g!r}",
-            f"{fixed(bin_, 0)} {int(fixed(hertz, 0)):,} Hz {fixed(g, 3)}\n")
+    frequency = f"{int(fixed(hertz, 0)):,} Hz" if bin_ <= LAST_BIN else ""
+    return f"cursor {option} {place!r} {g!r}", f"{fixed(bin_, 0)} {frequency} {fixed(g, 3)}\n"
 
 
 def peak(draw: random.Random) -> tuple[str, str]:

@@ -142,9 +142,10 @@ void NoticeStrip::Arrange() {
     first = false;
   }
   const auto all = static_cast<int>(lines_.size()) + (Leads() ? 1 : 0);
-  cmdMore_->setVisible(all > 1);
-  cmdMore_->setText(open_ ? tr("Fewer") : tr("%1 more").arg(all - 1));
   if (all <= 1) open_ = false;
+  cmdMore_->setVisible(all > 1);
+  const QString word = open_ ? tr("Fewer") : tr("%1 more").arg(all - 1);
+  cmdMore_->setText(all > 1 ? word : QString());
   setVisible(all > 0);
 }
 

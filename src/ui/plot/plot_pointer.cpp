@@ -28,7 +28,9 @@ PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cur
 void PlotPointer::pic1_MouseMove(const PointerPlace& pointer) {
   overlay_.pic1_MouseMove(pointer);
   // A held pointer may leave the box; the record ends there.
-  cursor_.pic1_MouseMove(std::clamp(pointer.x, 0.0, static_cast<double>(Buff.width)), pointer.y);
+  const double x =
+      pointer.held ? std::clamp(pointer.x, 0.0, static_cast<double>(Buff.width)) : pointer.x;
+  cursor_.pic1_MouseMove(x, pointer.y);
   if (pointer.held) {
     panel_.HideHoverValues();
   } else {
