@@ -120,7 +120,8 @@ TEST_F(FileFaults, AnAlarmFileThatCannotBeReadLeavesTheTable) {
   EXPECT_EQ(Save(saving, 77), "");
   int refused = 0;
   for (const int error : {EACCES, EIO}) {
-    for (int k = 1; k <= 6; ++k) {
+    bool met = true;
+    for (int k = 1; met; ++k) {  // every call, those that look in which folder the file is included
       ResetAlarmBandTable();
       std::string told;
       {
@@ -130,6 +131,7 @@ TEST_F(FileFaults, AnAlarmFileThatCannotBeReadLeavesTheTable) {
         } catch (const RuntimeError& failure) {
           told = failure.what();
         }
+        met = faults.Met();
       }
       EXPECT_FALSE(alarmView_.shown);
       if (told.empty()) {
