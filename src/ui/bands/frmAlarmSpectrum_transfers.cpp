@@ -85,7 +85,9 @@ bool frmAlarmSpectrum::ReadAll(const char* name) {
 
 // The reading that belongs to the opening, once the sensor is free.
 void frmAlarmSpectrum::ReadOpened() {
-  if (!unread_ || !isVisible() || !Edge().Resting()) return;
+  // A main window that was closed takes this one along: the sensor is left alone from then on.
+  const bool leaving = parentWidget() != nullptr && !parentWidget()->isVisible();
+  if (!unread_ || !isVisible() || leaving || !Edge().Resting()) return;
   unread_ = false;
   const BandTable entered = AlarmBandTable;
   const bool untouched = entered == BandTable{} && edits_.History().NextUndo().empty();
