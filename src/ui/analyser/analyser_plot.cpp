@@ -42,7 +42,7 @@ void AnalyserPlot::SetScene(PlotScene scene) {
   emit ViewChanged();
 }
 
-void AnalyserPlot::SetCursor(PlotCursor cursor) {
+void AnalyserPlot::SetCursor(SceneCursor cursor) {
   Refresh([&] { overlay_.cursor = std::move(cursor); });
   PlotSpeaker::CursorMoved(this);
 }

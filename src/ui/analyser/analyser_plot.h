@@ -67,8 +67,8 @@ class AnalyserPlot : public QWidget {
 
   void SetScene(PlotScene scene);
   [[nodiscard]] const PlotScene& Scene() const { return scene_; }
-  void SetCursor(PlotCursor cursor);
-  [[nodiscard]] const PlotCursor& Cursor() const { return overlay_.cursor; }
+  void SetCursor(SceneCursor cursor);
+  [[nodiscard]] const SceneCursor& Cursor() const { return overlay_.cursor; }
   void SetReader(Reader reader) { reader_ = std::move(reader); }
 
   [[nodiscard]] const PlotRanges& Ranges() const { return navigator_.Ranges(); }

@@ -64,7 +64,7 @@ void PaintRing(QPainter& painter, const PlotPage& page, const PlotMember& member
   painter.drawEllipse(QPointF(PlaceOf(page, member.x), y), kRing, kRing);
 }
 
-void PaintSpan(QPainter& painter, const PlotPage& page, const PlotCursor& cursor,
+void PaintSpan(QPainter& painter, const PlotPage& page, const SceneCursor& cursor,
                const std::vector<QRectF>& flags) {
   if (!cursor.isSpan || cursor.members.size() < 2) return;
   QColor shade = page.look.accent;
@@ -86,7 +86,7 @@ void PaintSpan(QPainter& painter, const PlotPage& page, const PlotCursor& cursor
   DrawTabular(painter, page.fonts.smallBold, between, Qt::AlignHCenter, cursor.spanText);
 }
 
-void PaintCursor(QPainter& painter, const PlotPage& page, const PlotCursor& cursor) {
+void PaintCursor(QPainter& painter, const PlotPage& page, const SceneCursor& cursor) {
   const auto flags = FlagPlaces(page, cursor);
   PaintSpan(painter, page, cursor, flags);
   for (std::size_t i = 0; i < cursor.members.size(); ++i) {
@@ -157,7 +157,7 @@ QRect Around(const QRectF& place) {
 
 }  // namespace
 
-std::vector<QRectF> FlagPlaces(const PlotPage& page, const PlotCursor& cursor) {
+std::vector<QRectF> FlagPlaces(const PlotPage& page, const SceneCursor& cursor) {
   std::vector<QRectF> places(cursor.members.size());
   std::vector<QRectF> taken;
   const auto place = [&](std::size_t i) {

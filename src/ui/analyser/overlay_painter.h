@@ -13,7 +13,7 @@
 namespace kestrel {
 
 struct PlotOverlay {
-  PlotCursor cursor;
+  SceneCursor cursor;
   std::optional<double> pointer;  // along x, in the unit of the data
   QPointF pointerPlace;           // in pixels
   PlotReadOut pointerReadOut;
@@ -22,7 +22,7 @@ struct PlotOverlay {
 };
 
 // Where a member's flag is; empty for one outside the view, or without room.
-[[nodiscard]] std::vector<QRectF> FlagPlaces(const PlotPage& page, const PlotCursor& cursor);
+[[nodiscard]] std::vector<QRectF> FlagPlaces(const PlotPage& page, const SceneCursor& cursor);
 
 // All that painting the overlay may touch.
 [[nodiscard]] QRegion OverlayRegion(const PlotPage& page, const PlotOverlay& overlay);

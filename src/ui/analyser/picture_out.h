@@ -17,7 +17,7 @@ namespace kestrel {
 struct PlotPicture {
   PlotScene scene;
   PlotRanges ranges;
-  PlotCursor cursor;
+  SceneCursor cursor;
   QFont font;
   QSize size{1200, 700};
 };

@@ -129,7 +129,7 @@ struct PlotReadOut {
   std::vector<Row> rows = {};
 };
 
-struct PlotCursor {
+struct SceneCursor {
   std::vector<PlotMember> members = {};
   bool isSpan = false;       // shaded from the first to the second member (delta cursor)
   QString spanText = {};     // between the flags: "1.218 ms"

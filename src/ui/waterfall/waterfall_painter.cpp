@@ -161,7 +161,7 @@ void PaintColourScale(QPainter& painter, const WaterfallPage& page, const Waterf
   }
 }
 
-void PaintWaterfallCursor(QPainter& painter, const WaterfallPage& page, const PlotCursor& cursor,
+void PaintWaterfallCursor(QPainter& painter, const WaterfallPage& page, const SceneCursor& cursor,
                           std::optional<double> time) {
   const QRectF& canvas = page.canvas;
   for (const PlotMember& member : cursor.members) {

@@ -35,7 +35,7 @@ void PaintWaterfallGaps(QPainter& painter, const WaterfallPage& page, const Wate
 void PaintWaterfallAxes(QPainter& painter, const WaterfallPage& page);
 void PaintColourScale(QPainter& painter, const WaterfallPage& page, const WaterfallScale& scale,
                       const ColourMap& map, const QString& title);
-void PaintWaterfallCursor(QPainter& painter, const WaterfallPage& page, const PlotCursor& cursor,
+void PaintWaterfallCursor(QPainter& painter, const WaterfallPage& page, const SceneCursor& cursor,
                           std::optional<double> time);
 
 // Local times at round steps, at most so many, as seconds since 1970.

@@ -91,7 +91,7 @@ void WaterfallView::SetTimeCursor(std::optional<double> time) {
   update();
 }
 
-void WaterfallView::SetCursor(PlotCursor cursor) {
+void WaterfallView::SetCursor(SceneCursor cursor) {
   cursor_ = std::move(cursor);
   update();
 }

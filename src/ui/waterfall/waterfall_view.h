@@ -44,7 +44,7 @@ class WaterfallView : public QWidget {
 
   // Lines across and along: the row at that time, and the cursor's members.
   void SetTimeCursor(std::optional<double> time);
-  void SetCursor(PlotCursor cursor);
+  void SetCursor(SceneCursor cursor);
 
   [[nodiscard]] const WaterfallRows& Rows() const { return rows_; }
   [[nodiscard]] QRectF Canvas() const { return canvas_; }
@@ -87,7 +87,7 @@ class WaterfallView : public QWidget {
   double top_ = 0;  // the time at the upper edge
   bool isFrozen_ = false;
   std::optional<double> timeCursor_;
-  PlotCursor cursor_;
+  SceneCursor cursor_;
   Look look_;
   LookFonts fonts_;
   ColourMap map_;

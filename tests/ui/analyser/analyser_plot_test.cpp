@@ -168,7 +168,7 @@ TEST_F(AnalyserPlotTest, AMovingCursorDrawsNoTraceAgain) {
   const int ground = plot_.GroundPaints();
   const int traces = plot_.TracePaints();
   PaintedRegion painted(plot_);
-  PlotCursor cursor = DeltaCursor();
+  SceneCursor cursor = DeltaCursor();
   cursor.isSpan = false;
   plot_.SetCursor(cursor);
   QCoreApplication::processEvents();
@@ -189,7 +189,7 @@ TEST_F(AnalyserPlotTest, WhatIsPaintedInPartsLooksAsPaintedWhole) {
   plot_.SetScene(OverlaidScene());
   plot_.SetCursor(HarmonicCursor());
   for (int i = 0; i < 30; ++i) {
-    PlotCursor cursor = i % 2 == 0 ? HarmonicCursor() : DeltaCursor();
+    SceneCursor cursor = i % 2 == 0 ? HarmonicCursor() : DeltaCursor();
     for (PlotMember& member : cursor.members) member.x *= 0.7 + 0.01 * i;
     plot_.SetCursor(cursor);
     QTest::mouseMove(&plot_, QPoint(100 + 20 * i, 150 + 7 * i));

@@ -118,8 +118,8 @@ inline PlotScene StackedScene() {
   return scene;
 }
 
-inline PlotCursor HarmonicCursor() {
-  PlotCursor cursor;
+inline SceneCursor HarmonicCursor() {
+  SceneCursor cursor;
   cursor.members = {{8220.9, "f\u2080", MemberKind::Main, 0, 0.581},
                     {16441.8, "2\u00D7", MemberKind::Found, 0, 0.300},
                     {24662.7, "3\u00D7", MemberKind::Found, 0, 0.171},
@@ -131,8 +131,8 @@ inline PlotCursor HarmonicCursor() {
   return cursor;
 }
 
-inline PlotCursor DeltaCursor() {
-  PlotCursor cursor;
+inline SceneCursor DeltaCursor() {
+  SceneCursor cursor;
   cursor.members = {{8220.9, "A", MemberKind::Main, 0, 0.581},
                     {24664, "B", MemberKind::Main, 0, 0.171}};
   cursor.isSpan = true;
