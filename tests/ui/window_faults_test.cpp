@@ -132,6 +132,12 @@ class WindowFaults : public FaultBench,
         "screen before."};
     return (control.find("otice") != std::string::npos) && kTexts.contains(text);
   }
+  // How many controls there are apart from those.
+  static std::ptrdiff_t WithoutNotices(const Screen& screen) {
+    return std::count_if(screen.begin(), screen.end(), [](const auto& control) {
+      return !IsNoticeOfALoss(control.first, control.second);
+    });
+  }
   // The record's line without the time at its end: no two captures are of the same second.
   static std::string Timeless(const std::string& control, const std::string& text) {
     return control == "lblRecordLine" ? text.substr(0, text.rfind(", ")) : text;
@@ -177,6 +183,8 @@ class WindowFaults : public FaultBench,
   void Try(const Operation& operation, const Course& course, UsbFault fault, int number) {
     Begin(operation);
     Let(fault, number);
+    Course known = course;  // with the record that is at hand now
+    known.before["frm1.lblRecordLine"] = ReadScreen()["frm1.lblRecordLine"];
     operation.press(*this);
     Settle();
     const bool met = usb_.Met() != UsbRequest::None;
@@ -192,7 +200,7 @@ class WindowFaults : public FaultBench,
       EXPECT_EQ(Find<QFrame>("lostNotice").isHidden(), core_.registers.Reachable());
     }
     ExpectIdle();
-    if (lost || fault == UsbFault::Slow) ExpectKnownScreen(ReadScreen(), course, operation.clears);
+    if (lost || fault == UsbFault::Slow) ExpectKnownScreen(ReadScreen(), known, operation.clears);
     const std::vector<int> writes = Writes();
     ExpectInRegisterMap(writes);
     if (!operation.searches) ExpectBeginningOf(StopsOnce(writes), StopsOnce(course.writes));
@@ -238,7 +246,7 @@ TEST_P(WindowFaults, OneMessageAtMostAndTheNextTimeItWorks) {
     // Nothing of it has stayed.
     const Screen last = WithoutFault(operation).after;
     ExpectKnownScreen(last, {course.after, course.after, {}, 0});
-    EXPECT_EQ(last.size(), course.after.size());
+    EXPECT_EQ(WithoutNotices(last), WithoutNotices(course.after));
   }
 }
 
