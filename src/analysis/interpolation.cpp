@@ -206,7 +206,7 @@ double Company(const Spectrum& spectrum, std::size_t bin) {
   const std::size_t first = std::max(spectrum.FirstVibration() + 1, bin - std::min(bin, reach));
   double highest = 0;
   for (std::size_t each = first; each <= bin + reach && each + 1 < spectrum.Bins(); ++each) {
-    const bool apart = each + 1 < bin || each > bin + 1;
+    const bool apart = bin > each + 1 || each > bin + 1;
     if (apart && IsLocalTop(spectrum, each)) highest = std::max(highest, At(spectrum, each));
   }
   return highest;

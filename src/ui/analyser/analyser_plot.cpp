@@ -179,7 +179,8 @@ void AnalyserPlot::changeEvent(QEvent* event) {
 std::optional<double> AnalyserPlot::NearestSample(double x, int pane) const {
   if (pane < 0 || pane >= static_cast<int>(scene_.panes.size())) return std::nullopt;
   const auto& traces = scene_.panes[static_cast<std::size_t>(pane)].traces;
-  const auto focus = std::find_if(traces.begin(), traces.end(), [](auto& t) { return t.isFocus; });
+  const auto focus =
+      std::find_if(traces.begin(), traces.end(), [](const auto& t) { return t.isFocus; });
   const auto trace = focus != traces.end() ? focus : traces.begin();
   if (trace == traces.end() || trace->x.empty()) return std::nullopt;
   const auto after = std::lower_bound(trace->x.begin(), trace->x.end(), x);
