@@ -123,6 +123,7 @@ QWidget* NoticeStrip::MakeRow(const Notice& notice) {
   if (!notice.cure.isEmpty()) {
     auto* cure = new QPushButton(notice.cure);
     cure->setObjectName("cmdNotice_" + notice.id);
+    cure->setAccessibleDescription(notice.text);
     line->addWidget(cure);
     connect(cure, &QPushButton::clicked, this, [act = notice.carryOut] { act(); });
   }
