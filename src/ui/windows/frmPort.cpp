@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QHideEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/parts/widgets.h"
 
@@ -48,6 +49,13 @@ frmPort::frmPort(Core& core, HandlerEdge& edge, QWidget* parent)
 // The window may be shown without becoming active.
 void frmPort::showEvent(QShowEvent* event) {
   Form_Activate();
+  // The hint wraps: its lines are known only at the window's width. Half a line more, since heights
+  // are rounded on scaled screens.
+  txtUser_->setMinimumHeight(txtUser_->sizeHint().height() + 2);
+  if (layout()->hasHeightForWidth()) {
+    const int needed = layout()->totalHeightForWidth(width()) + fontMetrics().height() / 2;
+    resize(width(), std::max(height(), needed));
+  }
   SecondaryWindow::showEvent(event);
 }
 
