@@ -51,7 +51,7 @@ void frmPort::showEvent(QShowEvent* event) {
   Form_Activate();
   // The hint wraps: its lines are known only at the window's width. Half a line more, since heights
   // are rounded on scaled screens.
-  txtUser_->setMinimumHeight(txtUser_->sizeHint().height() + 2);
+  txtUser_->setMinimumWidth(txtUser_->fontMetrics().horizontalAdvance("0x03780"));
   if (layout()->hasHeightForWidth()) {
     const int needed = layout()->totalHeightForWidth(width()) + fontMetrics().height() / 2;
     resize(width(), std::max(height(), needed));
