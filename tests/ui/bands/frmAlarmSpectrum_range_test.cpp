@@ -1,6 +1,7 @@
 // What the alarm editor says when the range changes: thresholds are codes of the range.
 // SPDX-License-Identifier: MIT
 #include <QFrame>
+#include <QTest>
 
 #include "alarms/alarm_file.h"
 #include "device/rec_ctrl.h"
@@ -63,7 +64,7 @@ TEST_F(ThresholdsAndRange, UndoBringsTheCodesBackAndWithThemTheNotice) {
   Click("cmdKeepG");
   Click("cmdUndo");
   EXPECT_EQ(Values(3, 0), kBand);
-  EXPECT_TRUE(Notice().isVisible());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Notice().isVisible(); }));
   Click("cmdRedo");
   EXPECT_EQ(Values(3, 0)[2], 1875);
   EXPECT_FALSE(Notice().isVisible());
