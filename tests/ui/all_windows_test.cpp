@@ -73,6 +73,8 @@ TEST_F(AllWindows, WhileACaptureIsAwaitedServiceWindowsChangeNothingAndSayWhy) {
 // Offsets from the main window's corner, 15 twips to the pixel.
 TEST_F(AllWindows, WindowsArePlacedAtTheirOffsetsFromTheMainWindow) {
   Start();
+  // On a scaled screen the windows have no room there and are moved into it.
+  if (Window().devicePixelRatio() != 1) GTEST_SKIP() << "at another scale";
   const QPoint corner(10, 20);
   Window().move(corner);
   Settle();
