@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "figure.h"
-#include "ui/analyser/analyser_plot.h"
+#include "ui/chart/analyser_plot.h"
 #include "ui/waterfall/waterfall_view.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include <array>
 #include <cmath>
 
-#include "ui/analyser/ground_painter.h"
-#include "ui/analyser/tabular_text.h"
+#include "ui/chart/ground_painter.h"
+#include "ui/chart/tabular_text.h"
 
 namespace kestrel {
 namespace {

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "chart/axis_ticks.h"
+#include "chart/plot_scene.h"
 #include "chart/waterfall_rows.h"
-#include "ui/analyser/look.h"
-#include "ui/analyser/plot_scene.h"
+#include "ui/chart/look.h"
 #include "ui/waterfall/waterfall_image.h"
 
 namespace kestrel {

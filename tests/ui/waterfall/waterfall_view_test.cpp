@@ -5,7 +5,7 @@
 #include <QDir>
 #include <QSignalSpy>
 
-#include "ui/analyser/sample_scenes.h"
+#include "ui/chart/sample_scenes.h"
 #include "ui/rendering.h"
 #include "ui/waterfall/waterfall_painter.h"
 

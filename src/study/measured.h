@@ -1,0 +1,53 @@
+// A record as the analyser reads it: spectra, curves and peaks of its axes, worked out once.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/peaks.h"
+#include "analysis/quantity.h"
+#include "analysis/refusal.h"
+#include "analysis/spectrum.h"
+#include "record/record.h"
+#include "study/study_choice.h"
+
+namespace kestrel::study {
+
+using RecordPointer = std::shared_ptr<const Record>;
+
+// A spectrum in the chosen quantity, with its peaks.
+struct MeasuredSpectrum {
+  analysis::Spectrum spectrum;
+  analysis::Told<analysis::QuantityCurve> curve;
+  std::vector<analysis::Peak> peaks;  // largest first; none of a hold
+};
+
+// One axis of a record; why there is no spectrum where there is none.
+using MeasuredAxis = analysis::Told<MeasuredSpectrum>;
+
+struct Measured {
+  RecordPointer record;
+  std::vector<MeasuredAxis> axes;  // X, Y, Z
+
+  [[nodiscard]] const MeasuredAxis& Of(Axis axis) const { return axes[Index(axis)]; }
+};
+
+// Scaled by the range that the record itself tells, whatever it was scaled by for the plot of the
+// main window.
+[[nodiscard]] Measured Measure(RecordPointer record, const StudyChoice& choice);
+[[nodiscard]] MeasuredSpectrum Measure(analysis::Spectrum spectrum, const StudyChoice& choice);
+
+// An amplitude of a peak in the chosen quantity, with its bound.
+struct Amplitude {
+  double value = 0;
+  std::optional<double> bound = {};
+};
+[[nodiscard]] Amplitude AmplitudeOf(const analysis::Spectrum& spectrum,
+                                    const analysis::QuantityChoice& choice,
+                                    const analysis::Line& line);
+
+}  // namespace kestrel::study

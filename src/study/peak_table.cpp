@@ -1,0 +1,84 @@
+// The peak table of what is shown.
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+
+#include "analysis/known_frequencies.h"
+#include "numeric/number_texts.h"
+#include "study/scene.h"
+#include "study/tables.h"
+
+namespace kestrel::study {
+namespace {
+
+std::string WithSign(const std::string& bound) {
+  return bound.empty() || bound.starts_with("±") ? bound : "±" + bound;
+}
+
+PeakRow RowOf(const Study& study, const MeasuredSpectrum& measured, const analysis::Peak& peak,
+              const std::vector<analysis::Marker>& markers) {
+  const StudyChoice& choice = study.Choice();
+  const analysis::Horizontal across = HorizontalOf(choice, measured.spectrum.binWidthHz);
+  const auto frequency = analysis::WithBound(analysis::FromHertz(across, peak.line.hz),
+                                             analysis::FromHertz(across, peak.line.hzBound));
+  const Amplitude amplitude = AmplitudeOf(measured.spectrum, choice.quantity, peak.line);
+  PeakRow row{.axis = peak.axis,
+              .hz = peak.line.hz,
+              .amplitude = amplitude.value,
+              .frequency = frequency.value,
+              .frequencyBound = WithSign(frequency.bound),
+              .value = analysis::SignificantText(amplitude.value),
+              .unresolved = peak.line.unresolved};
+  if (amplitude.bound) {
+    const auto text = analysis::WithBound(amplitude.value, *amplitude.bound);
+    row.value = text.value;
+    row.valueBound = WithSign(text.bound);
+  }
+  if (choice.machine.rpm && analysis::IsSpeed(*choice.machine.rpm)) {
+    row.order = analysis::NumberText(60 * peak.line.hz / *choice.machine.rpm, 2);
+  }
+  if (const auto marker = analysis::NearestMarker(markers, peak.line)) row.nearest = marker->name;
+  return row;
+}
+
+}  // namespace
+
+PeakTable PeaksOf(const Study& study) {
+  const StudyChoice& choice = study.Choice();
+  PeakTable table;
+  if (study.Shown() == nullptr) return {.summary = "No record yet"};
+  if (const auto refused = study.Refused()) return {.summary = refused->title};
+  const auto known = analysis::FrequenciesOf(choice.machine);
+  for (const Axis axis : AxesOfPane({.shown = choice.shown}, 0)) {
+    const MeasuredSpectrum* measured = study.SpectrumOf(axis);
+    if (measured == nullptr || !measured->curve) continue;
+    const auto markers = analysis::MarkersOf(known, measured->spectrum);
+    const analysis::Horizontal across = HorizontalOf(choice, measured->spectrum.binWidthHz);
+    table.frequencyHead = analysis::UnitOf(across);
+    const double from =
+        measured->spectrum.FrequencyOf(static_cast<double>(measured->curve->firstValid) - 0.5);
+    for (const analysis::Peak& peak : measured->peaks) {
+      if (peak.line.hz >= from) table.rows.push_back(RowOf(study, *measured, peak, markers));
+    }
+  }
+  std::stable_sort(table.rows.begin(), table.rows.end(),
+                   [](const PeakRow& a, const PeakRow& b) { return a.amplitude > b.amplitude; });
+  table.valueHead = analysis::UnitOf(choice.quantity);
+  table.summary = std::to_string(table.rows.size());
+  if (choice.peaks.floorG > 0) {
+    table.summary += " above " + analysis::SignificantText(choice.peaks.floorG) + " g";
+  }
+  return table;
+}
+
+analysis::TextTable PeakTable::AsText() const {
+  analysis::TextTable text{
+      .heads = {"Axis", frequencyHead, "±", valueHead, "±", "Order", "Nearest"}};
+  for (const PeakRow& row : rows) {
+    text.rows.push_back({std::string(1, Letter(row.axis)), row.frequency, row.frequencyBound,
+                         row.value, row.valueBound, row.order,
+                         row.unresolved ? "unresolved" : row.nearest});
+  }
+  return text;
+}
+
+}  // namespace kestrel::study

@@ -1,0 +1,30 @@
+// What a study shows in its plot, and what stands beside the pointer.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "chart/plot_scene.h"
+#include "study/study.h"
+
+namespace kestrel::study {
+
+// Of the view that is chosen; without a pane that has traces, `hint` says why.
+[[nodiscard]] PlotScene SceneOf(const Study& study);
+[[nodiscard]] PlotScene SpectrumScene(const Study& study);
+[[nodiscard]] PlotScene TimeScene(const Study& study);
+
+// The values of the live traces at the nearest sample to x (Hz or s).
+[[nodiscard]] PlotReadOut ReadOutAt(const Study& study, double x, int pane);
+
+// The axes whose traces a pane holds.
+[[nodiscard]] std::vector<Axis> AxesOfPane(const StudyChoice& choice, int pane);
+[[nodiscard]] int PaneOf(const StudyChoice& choice, Axis axis);
+
+[[nodiscard]] PlotInk InkOf(Axis axis);
+
+// The horizontal axis of a spectrum, in Hz where the chosen unit cannot be had.
+[[nodiscard]] analysis::Horizontal HorizontalOf(const StudyChoice& choice, double binWidthHz);
+
+// Head and line of what is shown, as they stand above the plot.
+void TitleScene(PlotScene& scene, const Study& study);
+
+}  // namespace kestrel::study

@@ -1,0 +1,84 @@
+// A study: the records at hand, what the user has chosen to see of them, and what came of it.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "analysis/band_levels.h"
+#include "analysis/waterfall.h"
+#include "study/accumulated.h"
+#include "study/measured.h"
+#include "study/shelf.h"
+#include "study/study_choice.h"
+
+namespace kestrel::study {
+
+// The six bands of each axis for one sample-rate option.
+using SensorBands = std::array<std::array<analysis::SensorBand, 6>, 3>;
+
+class Study {
+ public:
+  // A moment as the user reads clocks, and whether the date is said.
+  using LocalTime = std::function<std::string(std::chrono::system_clock::time_point)>;
+
+  explicit Study(LocalTime localTime, StudyChoice choice = {});
+
+  // What comes.
+  void Take(RecordPointer record);
+  void AddGap(const std::string& reason) { rows_.AddGap(reason); }
+  void SetSensorBands(int option, const SensorBands& bands) { sensorBands_[option] = bands; }
+
+  // What the user does.
+  void Choose(StudyChoice choice);
+  void Freeze();         // a copy of what is shown becomes a trace
+  void TakeReference();  // what is shown becomes the reference
+  void RestartAccumulation() { accumulated_.Restart(); }
+  // Records to look at, the first in the place of the live one, the others beside it. None: live.
+  void Select(const std::vector<RecordId>& ids);
+
+  // What is there.
+  [[nodiscard]] const StudyChoice& Choice() const { return choice_; }
+  [[nodiscard]] const Shelf& Records() const { return shelf_; }
+  [[nodiscard]] const analysis::Waterfall& Rows() const { return rows_; }
+  [[nodiscard]] const Accumulated& Accumulation() const { return accumulated_; }
+  [[nodiscard]] bool IsLive() const { return selected_.empty(); }
+  // What is looked at; null before the first record.
+  [[nodiscard]] const Measured* Shown() const { return shown_ ? &*shown_ : nullptr; }
+  [[nodiscard]] const Measured* Frozen() const { return frozen_ ? &*frozen_ : nullptr; }
+  [[nodiscard]] const Measured* Reference() const { return reference_ ? &*reference_ : nullptr; }
+  // Selected beside the one shown.
+  [[nodiscard]] const std::vector<Measured>& Others() const { return others_; }
+  [[nodiscard]] std::string TimeText(std::chrono::system_clock::time_point time) const {
+    return localTime_(time);
+  }
+  // Of an axis at an option; null while nobody has said.
+  [[nodiscard]] const std::array<analysis::SensorBand, 6>* BandsOf(int option, Axis axis) const;
+  // The spectrum of what is shown; null where there is none.
+  [[nodiscard]] const MeasuredSpectrum* SpectrumOf(Axis axis) const;
+  // Why the chosen quantity cannot be told of what is shown; nothing where it can.
+  [[nodiscard]] std::optional<analysis::Refusal> Refused() const;
+
+ private:
+  void MeasureAgain();
+
+  LocalTime localTime_;
+  StudyChoice choice_;
+  Shelf shelf_ = Shelf();
+  analysis::Waterfall rows_ = analysis::Waterfall();
+  Accumulated accumulated_;
+  std::map<int, SensorBands> sensorBands_ = {};
+  RecordPointer live_ = nullptr;
+  std::vector<RecordId> selected_ = {};
+  std::optional<Measured> shown_ = {};
+  std::optional<Measured> frozen_ = {};
+  std::optional<Measured> reference_ = {};
+  std::vector<Measured> others_ = {};
+};
+
+}  // namespace kestrel::study

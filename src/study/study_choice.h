@@ -1,0 +1,81 @@
+// What the analyser's user has chosen to see, as one value that can be kept and compared.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "analysis/horizontal.h"
+#include "analysis/known_frequencies.h"
+#include "analysis/peaks.h"
+#include "analysis/quantity.h"
+#include "record/axis.h"
+
+namespace kestrel::study {
+
+enum class View { Spectrum, Time, Waterfall };
+enum class Scale { Linear, Logarithmic };
+// Traces beside the live one. At most one of each axis.
+enum class Extra { Frozen, Reference, LinearAverage, ExponentialAverage, MaximumHold, MinimumHold };
+enum class CursorKind { None, Single, Delta, Harmonic, Sideband };
+
+// A cursor's places along x: Hz of a spectrum, s of a time record.
+struct CursorPlaces {
+  std::optional<double> at = {};      // single; first of delta; f0 of harmonic; centre of sideband
+  std::optional<double> second = {};  // second of delta; spacing of sideband
+  bool operator==(const CursorPlaces&) const = default;
+};
+
+// A band of the user's, in Hz.
+struct FreeBand {
+  std::string name = {};
+  double fromHz = 0;
+  double toHz = 0;
+  bool operator==(const FreeBand&) const = default;
+};
+
+// A text of the user's at a frequency.
+struct UserMarker {
+  double hz = 0;
+  std::string text = {};
+  bool operator==(const UserMarker&) const = default;
+};
+
+struct StudyChoice {
+  View view = View::Spectrum;
+  analysis::QuantityChoice quantity = {};
+  Scale up = Scale::Linear;  // a level is in dB whatever this says
+  Scale across = Scale::Linear;
+  analysis::HorizontalUnit unit = analysis::HorizontalUnit::Hertz;
+  analysis::MagnitudeMeaning meaning = analysis::MagnitudeMeaning::PeakOfSine;
+  analysis::WindowKind timeWindow = analysis::WindowKind::Hanning;
+  std::array<bool, 3> shown = {true, true, true};
+  Axis focus = Axis::X;
+  bool stacked = false;
+  bool showBands = true;
+  bool showLabels = true;
+  bool showKnown = false;
+  bool difference = false;  // to the reference, in dB, in the place of the quantity
+  std::set<Extra> extras = {};
+  int averageOf = 10;
+  CursorKind cursor = CursorKind::None;
+  CursorPlaces inSpectrum = {};
+  CursorPlaces inTime = {};
+  int cursorMembers = 6;
+  analysis::PeakSettings peaks = {};
+  analysis::Machine machine = {};
+  std::vector<FreeBand> bands = {};
+  std::vector<UserMarker> markers = {};
+
+  [[nodiscard]] bool Shows(Axis axis) const { return shown[Index(axis)]; }
+  [[nodiscard]] bool Has(Extra extra) const { return extras.contains(extra); }
+  [[nodiscard]] CursorPlaces& Places() { return view == View::Time ? inTime : inSpectrum; }
+  [[nodiscard]] const CursorPlaces& Places() const {
+    return view == View::Time ? inTime : inSpectrum;
+  }
+};
+
+}  // namespace kestrel::study

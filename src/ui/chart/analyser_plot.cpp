@@ -1,0 +1,211 @@
+// The plot of the analyser: its layers, its view and what stands beside the pointer.
+// SPDX-License-Identifier: MIT
+#include "ui/chart/analyser_plot.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/chart/label_painter.h"
+#include "ui/chart/plot_speaker.h"
+#include "ui/chart/trace_painter.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kWheelPause = 400;  // ms
+constexpr int kDigits = 3;        // of a read-out that knows no bounds
+
+}  // namespace
+
+AnalyserPlot::AnalyserPlot(QWidget* parent)
+    : QWidget(parent), look_(Look::Of(palette())), fonts_(font()) {
+  setObjectName(QStringLiteral("analyserPlot"));
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  settled_.setSingleShot(true);
+  settled_.setInterval(kWheelPause);
+  connect(&settled_, &QTimer::timeout, this, [this] { Changed(true); });
+  PlotSpeaker::Present();
+  navigator_.Follow(scene_);
+}
+
+void AnalyserPlot::SetScene(PlotScene scene) {
+  scene_ = std::move(scene);
+  navigator_.Follow(scene_);
+  Redraw();
+  if (overlay_.pointer) Point(overlay_.pointerPlace);
+  NameView();
+  emit ViewChanged();
+}
+
+void AnalyserPlot::SetCursor(SceneCursor cursor) {
+  Refresh([&] { overlay_.cursor = std::move(cursor); });
+  PlotSpeaker::CursorMoved(this);
+}
+
+PlotPage AnalyserPlot::Page() const {
+  return {scene_, layout_, look_, fonts_};
+}
+
+PlotLayout AnalyserPlot::Laid() const {
+  return LaidOut(scene_, navigator_.Ranges(), fonts_, size(), ratio_);
+}
+
+void AnalyserPlot::LayOut() {
+  layout_ = Laid();
+}
+
+void AnalyserPlot::Redraw() {
+  isGroundValid_ = false;
+  isPictureValid_ = false;
+  LayOut();
+  update();
+}
+
+// Repaints where the overlay was and where it will be.
+void AnalyserPlot::Refresh(const std::function<void()>& change) {
+  const QRegion before = OverlayRegion(Page(), overlay_);
+  change();
+  update(before + OverlayRegion(Page(), overlay_));
+}
+
+void AnalyserPlot::Changed(bool isRemembered) {
+  if (isRemembered) {
+    settled_.stop();
+    navigator_.Remember();
+  } else {
+    settled_.start();
+  }
+  Redraw();
+  emit ViewChanged();
+}
+
+void AnalyserPlot::ShowAll() {
+  navigator_.ShowAll();
+  Changed(true);
+}
+
+void AnalyserPlot::GoBack() {
+  navigator_.GoBack();
+  Redraw();
+  emit ViewChanged();
+}
+
+void AnalyserPlot::GoForward() {
+  navigator_.GoForward();
+  Redraw();
+  emit ViewChanged();
+}
+
+void AnalyserPlot::ShowAcross(const PlotRange& range) {
+  navigator_.PutAcross(range);
+  Changed(true);
+}
+
+void AnalyserPlot::ZoomAcross(double factor) {
+  const PlotRange& shown = Ranges().across;
+  const AxisMap map(shown, scene_.across.kind, 0, 1);
+  const auto& members = overlay_.cursor.members;
+  const bool isSeen = !members.empty() && shown.Holds(members[0].x);
+  navigator_.ZoomAcross(isSeen ? members[0].x : map.FromPixel(0.5), factor);
+  Changed(true);
+}
+
+void AnalyserPlot::ZoomUp(double factor) {
+  for (std::size_t i = 0; i < scene_.panes.size(); ++i) {
+    const AxisMap map(Ranges().up[i], scene_.panes[i].up, 0, 1);
+    const bool hasZero = scene_.panes[i].up == AxisKind::Linear && Ranges().up[i].Holds(0);
+    navigator_.ZoomUp(i, hasZero ? 0 : map.FromPixel(0.5), factor);
+  }
+  Changed(true);
+}
+
+void AnalyserPlot::DrawLayers(QSize pixels, double ratio) {
+  if (ratio != ratio_ || ground_.size() != pixels) {
+    ratio_ = ratio;
+    isGroundValid_ = false;
+    LayOut();
+  }
+  if (!isGroundValid_) {
+    if (ground_.size() != pixels) ground_ = QImage(pixels, QImage::Format_RGB32);
+    ground_.setDevicePixelRatio(ratio);
+    QPainter painter(&ground_);
+    PaintGround(painter, Page());
+    ++groundPaints_;
+    isPictureValid_ = false;
+  }
+  isGroundValid_ = true;
+  if (isPictureValid_) return;
+  if (picture_.size() != pixels) picture_ = QImage(pixels, QImage::Format_RGB32);
+  picture_.setDevicePixelRatio(ratio);
+  DrawTraces(ground_, picture_, Page());
+  QPainter painter(&picture_);
+  PaintPeakLabels(painter, Page());
+  isPictureValid_ = true;
+  ++tracePaints_;
+}
+
+void AnalyserPlot::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  const double ratio = painter.deviceTransform().m11();
+  DrawLayers((QSizeF(size()) * ratio).toSize(), ratio);
+  painter.setClipRegion(event->region());
+  painter.save();
+  painter.scale(1 / ratio, 1 / ratio);
+  picture_.setDevicePixelRatio(1);
+  painter.drawImage(QPoint(0, 0), picture_);
+  painter.restore();
+  PaintOverlay(painter, Page(), overlay_);
+}
+
+void AnalyserPlot::resizeEvent(QResizeEvent* event) {
+  Redraw();
+  QWidget::resizeEvent(event);
+}
+
+void AnalyserPlot::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    look_ = Look::Of(palette());
+    fonts_ = LookFonts(font());
+    Redraw();
+  }
+  QWidget::changeEvent(event);
+}
+
+std::optional<double> AnalyserPlot::NearestSample(double x, int pane) const {
+  if (pane < 0 || pane >= static_cast<int>(scene_.panes.size())) return std::nullopt;
+  const auto& traces = scene_.panes[static_cast<std::size_t>(pane)].traces;
+  const auto focus =
+      std::find_if(traces.begin(), traces.end(), [](const auto& t) { return t.isFocus; });
+  const auto trace = focus != traces.end() ? focus : traces.begin();
+  if (trace == traces.end() || trace->x.empty()) return std::nullopt;
+  const auto after = std::lower_bound(trace->x.begin(), trace->x.end(), x);
+  if (after == trace->x.begin()) return *after;
+  if (after == trace->x.end()) return trace->x.back();
+  return x - *(after - 1) < *after - x ? *(after - 1) : *after;
+}
+
+PlotReadOut AnalyserPlot::ReadOutAt(double x, int pane) const {
+  if (reader_) return reader_(x, pane);
+  PlotReadOut readOut;
+  const PlotPane& shown = scene_.panes[static_cast<std::size_t>(pane)];
+  const auto text = [](double value) { return SignificantText(value, kDigits); };
+  readOut.title = text(x * scene_.across.factor) + ' ' + scene_.across.unit;
+  for (const PlotTrace& trace : shown.traces) {
+    const auto place = std::lower_bound(trace.x.begin(), trace.x.end(), x);
+    const auto index = static_cast<std::size_t>(place - trace.x.begin());
+    if (place == trace.x.end() || *place != x || index >= trace.y.size()) continue;
+    readOut.rows.push_back({trace.ink, trace.name, text(trace.y[index]) + ' ' + shown.unit});
+  }
+  return readOut;
+}
+
+void AnalyserPlot::NameView() {
+  setAccessibleName(QString::fromStdString(HeadLine(scene_)));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,19 @@
+// The labels at the peaks of a plot.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPainter>
+#include <optional>
+#include <vector>
+
+#include "chart/label_places.h"
+#include "ui/chart/ground_painter.h"
+
+namespace kestrel {
+
+// By the pane's peaks; what has no room, or is outside the view, has no place.
+[[nodiscard]] std::vector<std::optional<LabelPlace>> PeakLabelPlaces(const PlotPage& page,
+                                                                     std::size_t pane);
+void PaintPeakLabels(QPainter& painter, const PlotPage& page);
+
+}  // namespace kestrel

@@ -1,0 +1,136 @@
+// Writing a plot as PNG, SVG or PDF, or onto the clipboard.
+// SPDX-License-Identifier: MIT
+#include "ui/chart/picture_out.h"
+
+#include <QClipboard>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QPageSize>
+#include <QPainter>
+#include <QPdfWriter>
+#ifdef KESTREL_SVG
+#include <QSvgGenerator>
+#endif
+
+#include "ui/chart/label_painter.h"
+#include "ui/chart/overlay_painter.h"
+#include "ui/chart/trace_painter.h"
+
+namespace kestrel {
+namespace {
+
+constexpr double kFileRatio = 2;
+constexpr int kDotsPerInch = 96;  // one unscaled pixel
+
+QString Text(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+// What the painters need, kept together; always light.
+class Sheet {
+ public:
+  Sheet(const PlotPicture& picture, double ratio)
+      : picture_(picture),
+        look_(Look::Light()),
+        fonts_(picture.font),
+        layout_(LaidOut(picture.scene, picture.ranges, fonts_, picture.size, ratio, true)) {}
+
+  [[nodiscard]] PlotPage Page() const { return {picture_.scene, layout_, look_, fonts_}; }
+
+  void PaintBelow(QPainter& painter) const { PaintGround(painter, Page()); }
+  void PaintAbove(QPainter& painter) const {
+    PaintPeakLabels(painter, Page());
+    PlotOverlay overlay;
+    overlay.cursor = picture_.cursor;
+    PaintOverlay(painter, Page(), overlay);
+  }
+  void PaintLines(QPainter& painter) const {
+    PaintBelow(painter);
+    PaintTraces(painter, Page());
+    PaintAbove(painter);
+  }
+
+ private:
+  const PlotPicture& picture_;
+  Look look_;
+  LookFonts fonts_;
+  PlotLayout layout_;
+};
+
+#ifdef KESTREL_SVG
+bool WriteSvg(const PlotPicture& picture, QFile& file) {
+  QSvgGenerator svg;
+  svg.setOutputDevice(&file);
+  svg.setSize(picture.size);
+  svg.setViewBox(QRect(QPoint(), picture.size));
+  svg.setResolution(kDotsPerInch);
+  svg.setTitle(Text(picture.scene.head));
+  svg.setDescription(Text(picture.scene.line + '\n' + picture.scene.source));
+  QPainter painter(&svg);
+  Sheet(picture, 1).PaintLines(painter);
+  return painter.end();
+}
+#endif
+
+bool WritePdf(const PlotPicture& picture, QFile& file) {
+  QPdfWriter pdf(&file);
+  constexpr double kPointsPerPixel = 72.0 / kDotsPerInch;
+  pdf.setPageSize(QPageSize(QSizeF(picture.size) * kPointsPerPixel, QPageSize::Point));
+  pdf.setPageMargins(QMarginsF());
+  pdf.setResolution(kDotsPerInch);
+  pdf.setTitle(Text(HeadLine(picture.scene)));
+  QPainter painter(&pdf);
+  Sheet(picture, 1).PaintLines(painter);
+  return painter.end();
+}
+
+}  // namespace
+
+QImage Drawn(const PlotPicture& picture, double ratio) {
+  const Sheet sheet(picture, ratio);
+  QImage image((QSizeF(picture.size) * ratio).toSize(), QImage::Format_RGB32);
+  image.setDevicePixelRatio(ratio);
+  QPainter below(&image);
+  sheet.PaintBelow(below);
+  below.end();
+  const QImage ground = image.copy();
+  DrawTraces(ground, image, sheet.Page());
+  QPainter above(&image);
+  sheet.PaintAbove(above);
+  above.end();
+  image.setText(QStringLiteral("Title"), Text(picture.scene.head));
+  image.setText(QStringLiteral("Description"), Text(picture.scene.line));
+  image.setText(QStringLiteral("Source"), Text(picture.scene.source));
+  return image;
+}
+
+QStringList PictureEndings() {
+  return {
+      QStringLiteral("png"),
+      QStringLiteral("pdf"),
+#ifdef KESTREL_SVG
+      QStringLiteral("svg"),
+#endif
+  };
+}
+
+bool WritePicture(const PlotPicture& picture, const QString& name) {
+  const QString ending = QFileInfo(name).suffix().toLower();
+  if (!PictureEndings().contains(ending)) return false;
+  QFile file(name);
+  if (!file.open(QIODevice::WriteOnly)) return false;
+  bool isWritten = false;
+  if (ending == u"png") isWritten = Drawn(picture, kFileRatio).save(&file, "PNG");
+#ifdef KESTREL_SVG
+  if (ending == u"svg") isWritten = WriteSvg(picture, file);
+#endif
+  if (ending == u"pdf") isWritten = WritePdf(picture, file);
+  return isWritten && file.flush() && file.error() == QFileDevice::NoError;
+}
+
+void CopyPicture(const PlotPicture& picture) {
+  QGuiApplication::clipboard()->setImage(Drawn(picture, kFileRatio));
+}
+
+}  // namespace kestrel

@@ -1,0 +1,36 @@
+// Pictures of a plot that leave the program: the same painters, light colours, everything inside.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFont>
+#include <QImage>
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include "chart/plot_scene.h"
+#include "ui/chart/plot_layout.h"
+
+namespace kestrel {
+
+// What is shown, at which size (unscaled pixels), with the cursor but without the pointer.
+struct PlotPicture {
+  PlotScene scene;
+  PlotRanges ranges;
+  SceneCursor cursor;
+  QFont font;
+  QSize size{1200, 700};
+};
+
+[[nodiscard]] QImage Drawn(const PlotPicture& picture, double ratio);
+
+// The endings of files that WritePicture knows, "svg" only where the toolkit can write it.
+[[nodiscard]] QStringList PictureEndings();
+
+// Writes a .png (at twice the size), .svg or .pdf file, by its ending. False when the file cannot
+// be written or the ending is another.
+[[nodiscard]] bool WritePicture(const PlotPicture& picture, const QString& file);
+
+void CopyPicture(const PlotPicture& picture);  // to the clipboard
+
+}  // namespace kestrel

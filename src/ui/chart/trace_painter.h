@@ -1,0 +1,24 @@
+// The traces of a plot, on a picture's pixels or as vectors.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QImage>
+#include <QPainter>
+#include <vector>
+
+#include "chart/stroke_image.h"
+#include "ui/chart/ground_painter.h"
+
+namespace kestrel {
+
+// The ground with the traces over it, both of format RGB32, of one size and with the layout's
+// ratio.
+void DrawTraces(const QImage& ground, QImage& picture, const PlotPage& page);
+
+// With a painter, for devices that keep lines as lines.
+void PaintTraces(QPainter& painter, const PlotPage& page);
+
+// The strokes of one pane in device pixels, relative to the canvas's top left corner.
+[[nodiscard]] std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t pane);
+
+}  // namespace kestrel
