@@ -4,7 +4,6 @@
 
 #include "analysis/cursors.h"
 #include "numeric/number_texts.h"
-#include "record/frequency.h"
 #include "study/scene.h"
 #include "study/tables.h"
 
@@ -26,16 +25,16 @@ struct Tracks {
 Tracks TracksOf(const Study& study) {
   Tracks tracks;
   const StudyChoice& choice = study.Choice();
-  const Record& record = *study.Shown()->record;
   tracks.isTime = choice.view == View::Time;
-  tracks.unit = tracks.isTime ? "g" : analysis::UnitOf(choice.quantity);
-  if (tracks.isTime && record.kind != RecordKind::Time) return tracks;
+  tracks.unit = tracks.isTime ? UnitOfTime(choice) : analysis::UnitOf(choice.quantity);
   tracks.values.reserve(3);
-  for (const Axis axis : AxesOfPane({.shown = choice.shown}, 0)) {
+  for (const Axis axis : ShownAxes(choice)) {
     analysis::TraceView view;
     if (tracks.isTime) {
-      tracks.values.push_back(analysis::ValuesInG(record, axis, true));
-      view.step = 1 / SampleFrequency(record.settings.option);
+      const auto curve = study.TimeCurveOf(axis);
+      if (!curve) continue;
+      tracks.values.push_back(curve->values);
+      view.step = curve->stepS;
     } else {
       const MeasuredSpectrum* measured = study.SpectrumOf(axis);
       if (measured == nullptr || !measured->curve) continue;

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "numeric/number_texts.h"
-#include "record/frequency.h"
 #include "study/scene.h"
 #include "study/tables.h"
 
@@ -33,10 +32,9 @@ struct Track {
 Track TrackOf(const Study& study, Axis axis) {
   if (study.Shown() == nullptr) return {};
   if (study.Choice().view == View::Time) {
-    const Record& record = *study.Shown()->record;
-    if (record.kind != RecordKind::Time) return {};
-    return {.values = analysis::ValuesInG(record, axis, true),
-            .step = 1 / SampleFrequency(record.settings.option)};
+    const auto curve = study.TimeCurveOf(axis);
+    if (!curve) return {};
+    return {.values = curve->values, .step = curve->stepS};
   }
   const MeasuredSpectrum* measured = study.SpectrumOf(axis);
   if (measured == nullptr || !measured->curve) return {};

@@ -48,7 +48,7 @@ PeakTable PeaksOf(const Study& study) {
   if (study.Shown() == nullptr) return {.summary = "No record yet"};
   if (const auto refused = study.Refused()) return {.summary = refused->title};
   const auto known = analysis::FrequenciesOf(choice.machine);
-  for (const Axis axis : AxesOfPane({.shown = choice.shown}, 0)) {
+  for (const Axis axis : ShownAxes(choice)) {
     const MeasuredSpectrum* measured = study.SpectrumOf(axis);
     if (measured == nullptr || !measured->curve) continue;
     const auto markers = analysis::MarkersOf(known, measured->spectrum);

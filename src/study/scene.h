@@ -15,6 +15,11 @@ namespace kestrel::study {
 // The values of the live traces at the nearest sample to x (Hz or s).
 [[nodiscard]] PlotReadOut ReadOutAt(const Study& study, double x, int pane);
 
+// "g", "mm/s": of samples.
+[[nodiscard]] std::string UnitOfTime(const StudyChoice& choice);
+
+// The axes that are shown, X first.
+[[nodiscard]] std::vector<Axis> ShownAxes(const StudyChoice& choice);
 // The axes whose traces a pane holds.
 [[nodiscard]] std::vector<Axis> AxesOfPane(const StudyChoice& choice, int pane);
 [[nodiscard]] int PaneOf(const StudyChoice& choice, Axis axis);

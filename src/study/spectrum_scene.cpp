@@ -265,15 +265,12 @@ PlotScene SpectrumScene(const Study& study) {
   const StudyChoice& choice = study.Choice();
   PlotScene scene;
   TitleScene(scene, study);
-  if (const auto refused = study.Refused(); refused && !choice.difference) {
-    scene.hint = analysis::AsLine(*refused);
-    return scene;
-  }
+  if (study.Refused() && !choice.difference) return scene;
   const MeasuredSpectrum* focus = study.SpectrumOf(choice.focus);
   if (focus == nullptr) return scene;
   scene.across = AcrossOf(choice, *focus);
   AddMarks(scene, study, focus->spectrum);
-  const std::vector<Axis> shown = AxesOfPane({.shown = choice.shown}, 0);
+  const std::vector<Axis> shown = ShownAxes(choice);
   if (shown.empty()) scene.hint = "No axis is shown. Press X, Y or Z.";
   const int panes = choice.stacked ? static_cast<int>(shown.size()) : (shown.empty() ? 0 : 1);
   for (int pane = 0; pane < panes; ++pane) {

@@ -17,13 +17,22 @@ void Study::Take(RecordPointer record) {
   rows_.Add(*live_);
   Measured measured = Measure(live_, choice_);
   accumulated_.Add(measured);
-  if (IsLive()) shown_ = std::move(measured);
+  if (IsLive() && !isHeld_) shown_ = std::move(measured);
 }
 
 void Study::Choose(StudyChoice choice) {
+  const bool isSame = choice.MeasuresAs(choice_);
+  if (choice.meaning != choice_.meaning || choice.timeWindow != choice_.timeWindow) {
+    accumulated_.Restart();
+  }
   choice_ = std::move(choice);
   accumulated_.AverageOf(choice_.averageOf);
-  MeasureAgain();
+  if (!isSame) MeasureAgain();
+}
+
+void Study::Hold(bool held) {
+  isHeld_ = held;
+  if (!held) MeasureAgain();
 }
 
 void Study::Freeze() {
@@ -38,6 +47,7 @@ void Study::TakeReference() {
 
 void Study::Select(const std::vector<RecordId>& ids) {
   selected_.clear();
+  isHeld_ = false;
   for (const RecordId id : ids) {
     if (shelf_.Find(id)) selected_.push_back(id);
   }
@@ -51,9 +61,11 @@ void Study::MeasureAgain() {
   again(frozen_);
   again(reference_);
   others_.clear();
+  const RecordPointer held = shown_ ? shown_->record : nullptr;
   shown_.reset();
   if (selected_.empty()) {
-    if (live_) shown_ = Measure(live_, choice_);
+    const RecordPointer& record = isHeld_ ? held : live_;
+    if (record) shown_ = Measure(record, choice_);
     return;
   }
   for (const RecordId id : selected_) {
@@ -79,6 +91,10 @@ const MeasuredSpectrum* Study::SpectrumOf(Axis axis) const {
 
 std::optional<analysis::Refusal> Study::Refused() const {
   if (!shown_) return std::nullopt;
+  if (choice_.view == View::Time) {
+    const auto curve = TimeCurveOf(choice_.focus);
+    return curve ? std::nullopt : std::optional(curve.Why());
+  }
   const MeasuredAxis& focus = shown_->Of(choice_.focus);
   if (!focus) return focus.Why();
   if (!focus->curve) return focus->curve.Why();

@@ -22,6 +22,13 @@ namespace kestrel::study {
 // The six bands of each axis for one sample-rate option.
 using SensorBands = std::array<std::array<analysis::SensorBand, 6>, 3>;
 
+// Samples of one axis.
+struct TimeCurve {
+  std::vector<double> values;  // g, or mm/s
+  double stepS = 0;
+  double fromHz = 0;  // of velocity: edge of its high-pass
+};
+
 class Study {
  public:
   // A moment as the user reads clocks, and whether the date is said.
@@ -36,6 +43,7 @@ class Study {
 
   // What the user does.
   void Choose(StudyChoice choice);
+  void Hold(bool held);  // what is shown stays, while records go on coming
   void Freeze();         // a copy of what is shown becomes a trace
   void TakeReference();  // what is shown becomes the reference
   void RestartAccumulation() { accumulated_.Restart(); }
@@ -48,6 +56,8 @@ class Study {
   [[nodiscard]] const analysis::Waterfall& Rows() const { return rows_; }
   [[nodiscard]] const Accumulated& Accumulation() const { return accumulated_; }
   [[nodiscard]] bool IsLive() const { return selected_.empty(); }
+  [[nodiscard]] bool IsHeld() const { return isHeld_; }
+  [[nodiscard]] const std::vector<RecordId>& Selected() const { return selected_; }
   // What is looked at; null before the first record.
   [[nodiscard]] const Measured* Shown() const { return shown_ ? &*shown_ : nullptr; }
   [[nodiscard]] const Measured* Frozen() const { return frozen_ ? &*frozen_ : nullptr; }
@@ -61,6 +71,9 @@ class Study {
   [[nodiscard]] const std::array<analysis::SensorBand, 6>* BandsOf(int option, Axis axis) const;
   // The spectrum of what is shown; null where there is none.
   [[nodiscard]] const MeasuredSpectrum* SpectrumOf(Axis axis) const;
+  // The samples of what is shown in the chosen quantity over time; refused of a spectrum, and of
+  // velocity where the record is too short for it.
+  [[nodiscard]] analysis::Told<TimeCurve> TimeCurveOf(Axis axis) const;
   // Why the chosen quantity cannot be told of what is shown; nothing where it can.
   [[nodiscard]] std::optional<analysis::Refusal> Refused() const;
 
@@ -74,6 +87,7 @@ class Study {
   Accumulated accumulated_;
   std::map<int, SensorBands> sensorBands_ = {};
   RecordPointer live_ = nullptr;
+  bool isHeld_ = false;
   std::vector<RecordId> selected_ = {};
   std::optional<Measured> shown_ = {};
   std::optional<Measured> frozen_ = {};

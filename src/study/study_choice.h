@@ -12,11 +12,14 @@
 #include "analysis/known_frequencies.h"
 #include "analysis/peaks.h"
 #include "analysis/quantity.h"
+#include "analysis/severity.h"
 #include "record/axis.h"
 
 namespace kestrel::study {
 
 enum class View { Spectrum, Time, Waterfall };
+// What the samples of a time record are read in.
+enum class TimeQuantity { Acceleration, Velocity };
 enum class Scale { Linear, Logarithmic };
 // Traces beside the live one. At most one of each axis.
 enum class Extra { Frozen, Reference, LinearAverage, ExponentialAverage, MaximumHold, MinimumHold };
@@ -44,9 +47,16 @@ struct UserMarker {
   bool operator==(const UserMarker&) const = default;
 };
 
+// Limits that severity is judged by before the user chooses others.
+[[nodiscard]] inline analysis::ZoneLimits DefaultZones() {
+  return analysis::SeverityTables().front().rows.front();
+}
+
 struct StudyChoice {
   View view = View::Spectrum;
   analysis::QuantityChoice quantity = {};
+  TimeQuantity timeQuantity = TimeQuantity::Acceleration;
+  double timeFromHz = 0;  // high-pass of velocity over time; 0: the lowest that the record allows
   Scale up = Scale::Linear;  // a level is in dB whatever this says
   Scale across = Scale::Linear;
   analysis::HorizontalUnit unit = analysis::HorizontalUnit::Hertz;
@@ -67,9 +77,15 @@ struct StudyChoice {
   int cursorMembers = 6;
   analysis::PeakSettings peaks = {};
   analysis::Machine machine = {};
+  analysis::ZoneLimits zones = DefaultZones();
   std::vector<FreeBand> bands = {};
   std::vector<UserMarker> markers = {};
 
+  // Whether the same numbers come of a record with either.
+  [[nodiscard]] bool MeasuresAs(const StudyChoice& other) const {
+    return quantity == other.quantity && meaning == other.meaning &&
+           timeWindow == other.timeWindow && peaks == other.peaks;
+  }
   [[nodiscard]] bool Shows(Axis axis) const { return shown[Index(axis)]; }
   [[nodiscard]] bool Has(Extra extra) const { return extras.contains(extra); }
   [[nodiscard]] CursorPlaces& Places() { return view == View::Time ? inTime : inSpectrum; }

@@ -1,0 +1,79 @@
+// How changes of the study reach those who show it.
+// SPDX-License-Identifier: MIT
+#include "ui/analyser/study_model.h"
+
+#include <QDateTime>
+#include <memory>
+#include <utility>
+
+namespace kestrel {
+
+QString LocalTime(std::chrono::system_clock::time_point time) {
+  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+  const QDateTime local = QDateTime::fromMSecsSinceEpoch(ms.count());
+  const bool isToday = local.date() == QDate::currentDate();
+  return local.toString(isToday ? QStringLiteral("HH:mm:ss")
+                                : QStringLiteral("yyyy-MM-dd HH:mm:ss"));
+}
+
+StudyModel::StudyModel(QObject* parent)
+    : QObject(parent), study_([](auto time) { return LocalTime(time).toStdString(); }) {}
+
+void StudyModel::Change(const Edit& edit) {
+  study::StudyChoice choice = study_.Choice();
+  edit(choice);
+  study_.Choose(std::move(choice));
+  emit Changed();
+}
+
+void StudyModel::MoveCursor(study::CursorKind kind, const study::CursorPlaces& places) {
+  study::StudyChoice choice = study_.Choice();
+  choice.cursor = kind;
+  choice.Places() = places;
+  study_.Choose(std::move(choice));
+  emit CursorMoved();
+}
+
+void StudyModel::Take(const Record& record) {
+  study_.Take(std::make_shared<const Record>(record));
+  emit RecordsChanged();
+  emit Changed();
+}
+
+void StudyModel::AddGap(const std::string& reason) {
+  study_.AddGap(reason);
+  emit RecordsChanged();
+}
+
+void StudyModel::SetSensorBands(int option, const study::SensorBands& bands) {
+  study_.SetSensorBands(option, bands);
+  emit Changed();
+}
+
+void StudyModel::Select(const std::vector<study::RecordId>& ids) {
+  study_.Select(ids);
+  emit RecordsChanged();
+  emit Changed();
+}
+
+void StudyModel::Hold(bool held) {
+  study_.Hold(held);
+  emit Changed();
+}
+
+void StudyModel::Freeze() {
+  study_.Freeze();
+  emit Changed();
+}
+
+void StudyModel::TakeReference() {
+  study_.TakeReference();
+  emit Changed();
+}
+
+void StudyModel::RestartAccumulation() {
+  study_.RestartAccumulation();
+  emit Changed();
+}
+
+}  // namespace kestrel

@@ -1,0 +1,50 @@
+// The study of one analyser window, and who is told when it changes.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <vector>
+
+#include "study/study.h"
+
+namespace kestrel {
+
+// Every control changes the choice through here; every view draws what Get() holds when told.
+class StudyModel : public QObject {
+  Q_OBJECT
+
+ public:
+  using Edit = std::function<void(study::StudyChoice&)>;
+
+  explicit StudyModel(QObject* parent = nullptr);
+
+  [[nodiscard]] const study::Study& Get() const { return study_; }
+  [[nodiscard]] const study::StudyChoice& Choice() const { return study_.Choice(); }
+
+  void Change(const Edit& edit);
+  // The cursor alone: cheap enough for every movement of the pointer.
+  void MoveCursor(study::CursorKind kind, const study::CursorPlaces& places);
+
+  void Take(const Record& record);
+  void AddGap(const std::string& reason);
+  void SetSensorBands(int option, const study::SensorBands& bands);
+  void Select(const std::vector<study::RecordId>& ids);
+  void Hold(bool held);
+  void Freeze();
+  void TakeReference();
+  void RestartAccumulation();
+
+ signals:
+  void Changed();         // what is shown, the cursor included
+  void CursorMoved();     // the cursor alone
+  void RecordsChanged();  // which records there are, or which are selected
+
+ private:
+  study::Study study_;
+};
+
+// A record's moment as the user reads clocks.
+[[nodiscard]] QString LocalTime(std::chrono::system_clock::time_point time);
+
+}  // namespace kestrel

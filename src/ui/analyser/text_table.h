@@ -1,0 +1,81 @@
+// A table of texts as the analyser shows them: calm rows, copied with heads and units.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QTableView>
+#include <QVariant>
+#include <vector>
+
+#include "analysis/cursors.h"
+
+namespace kestrel {
+
+// How a column is set.
+struct TextColumn {
+  QString head;
+  Qt::Alignment alignment = Qt::AlignRight;
+  bool isMuted = false;    // bounds, seconds
+  bool isDropped = false;  // the first to go in a narrow dock
+};
+
+// A cell: its text, and what it is sorted by where that is not the text.
+struct TextCell {
+  QString text;
+  QVariant order = {};
+  QVariant mark = {};  // a swatch's colour
+};
+
+class TextTableModel : public QAbstractTableModel {
+ public:
+  using QAbstractTableModel::QAbstractTableModel;
+
+  // Columns that stay the same keep the widths that the user gave them.
+  void SetColumns(std::vector<TextColumn> columns);
+  void SetRows(std::vector<std::vector<TextCell>> rows);
+
+  [[nodiscard]] const std::vector<TextColumn>& Columns() const { return columns_; }
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                    int role) const override;
+  void sort(int column, Qt::SortOrder order) override;
+
+ private:
+  void SortRows();
+
+  std::vector<TextColumn> columns_;
+  std::vector<std::vector<TextCell>> rows_;
+  int sortColumn_ = -1;  // as it came
+  Qt::SortOrder sortOrder_ = Qt::DescendingOrder;
+};
+
+class TextTable : public QTableView {
+ public:
+  explicit TextTable(const char* name, QWidget* parent = nullptr);
+
+  [[nodiscard]] TextTableModel& Model() { return model_; }
+  // Says what will stand here while there are no rows.
+  void SetHint(const QString& hint);
+  // Cells of the selected rows, or of all where none is, with tabs, heads first.
+  [[nodiscard]] QString AsTabs() const;
+  void Copy() const;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void changeEvent(QEvent* event) override;
+
+ private:
+  void FitRows();
+
+  TextTableModel model_;
+  QString hint_;
+};
+
+[[nodiscard]] inline QString Text(const std::string& text) {
+  return QString::fromStdString(text);
+}
+
+}  // namespace kestrel
