@@ -35,6 +35,7 @@ const Waterfall::Row& Waterfall::At(std::size_t row) const {
 }
 
 void Waterfall::Put(Row row) {
+  ++taken_;
   if (rows_.size() < mostRows_) {
     rows_.push_back(std::move(row));
     return;
@@ -43,18 +44,20 @@ void Waterfall::Put(Row row) {
   oldest_ = (oldest_ + 1) % mostRows_;
 }
 
-std::optional<std::string> Waterfall::Add(const Record& record) {
+std::optional<std::string> Waterfall::Add(const Record& record, bool ownRange) {
   const RecordSettings& settings = record.settings;
+  const int range = ownRange ? settings.range : record.scaledRange;
   if (record.kind != RecordKind::Spectrum) return "a time record has no row";
   if (!IsCode(settings.option)) return "its rate option is none";
-  if (!IsCode(record.scaledRange)) return "its range is none";
-  if (!std::isfinite(record.lsbWeight)) return "its scale is none";
+  if (!IsCode(range)) return "its range is none";
+  const double gPerWord = StepOf(record, ownRange);
+  if (!std::isfinite(gPerWord)) return "its scale is none";
   Row row{.time = record.time,
-          .gPerWord = record.lsbWeight,
+          .gPerWord = gPerWord,
           .averages = settings.averages,
           .option = static_cast<std::uint8_t>(settings.option),
           .window = static_cast<std::uint8_t>(settings.window),
-          .range = static_cast<std::uint8_t>(record.scaledRange),
+          .range = static_cast<std::uint8_t>(range),
           .gapBefore = std::exchange(gap_, {})};
   for (const Axis axis : kAxes) {
     const auto raw = record.Of(axis).raw.First(kSpectrumBins);
@@ -99,6 +102,27 @@ Spectrum Waterfall::SpectrumOf(std::size_t row, Axis axis, MagnitudeMeaning mean
     spectrum.peakG.push_back(Scaled(words[bin], kept.gPerWord, bin, meaning));
   }
   return spectrum;
+}
+
+Record Waterfall::RecordOf(std::size_t row) const {
+  const Row& kept = At(row);
+  Record record;
+  record.kind = RecordKind::Spectrum;
+  record.time = kept.time;
+  record.lsbWeight = kept.gPerWord;
+  record.scaledRange = kept.range;
+  record.settings.range = kept.range;
+  record.settings.option = kept.option;
+  record.settings.window = kept.window;
+  record.settings.averages = kept.averages;
+  for (const Axis axis : kAxes) {
+    const auto& words = kept.words[Index(axis)];
+    for (std::size_t bin = 0; bin < words.size(); ++bin) {
+      record.Of(axis).raw(static_cast<int>(bin)) = words[bin];
+      record.Of(axis).data(static_cast<int>(bin)) = words[bin] * kept.gPerWord;
+    }
+  }
+  return record;
 }
 
 std::vector<TimedLevel> Waterfall::ColumnAt(double hz, Axis axis, MagnitudeMeaning meaning) const {

@@ -30,13 +30,15 @@ class Waterfall {
   explicit Waterfall(std::size_t mostRows = kWaterfallRows);
 
   // Nothing where the record was taken in; else why not: a time record, an option or range that is
-  // none.
-  std::optional<std::string> Add(const Record& record);
+  // none. Scaled as the record is, or by the range that its information word tells.
+  std::optional<std::string> Add(const Record& record, bool ownRange = false);
   // Rows are missing from here to the next one: "sensor unplugged".
   void AddGap(std::string reason);
   void Clear();
 
   [[nodiscard]] std::size_t Rows() const { return rows_.size(); }
+  // How many have ever been taken in.
+  [[nodiscard]] std::int64_t Taken() const { return taken_; }
   // Row 0 is the oldest; `row` below Rows() in all that follow.
   [[nodiscard]] std::chrono::system_clock::time_point TimeOf(std::size_t row) const;
   [[nodiscard]] const std::string& GapBefore(std::size_t row) const;
@@ -44,6 +46,9 @@ class Waterfall {
   // The spectrum that the row came from, its words scaled as the record's were.
   [[nodiscard]] Spectrum SpectrumOf(std::size_t row, Axis axis,
                                     MagnitudeMeaning meaning = MagnitudeMeaning::PeakOfSine) const;
+  // The record that the row came from as far as a row keeps it: magnitudes, settings and time, the
+  // range being the one it is scaled by.
+  [[nodiscard]] Record RecordOf(std::size_t row) const;
   // Level against time in the bin at hz; rows whose spectrum does not reach there are left out.
   [[nodiscard]] std::vector<TimedLevel> ColumnAt(
       double hz, Axis axis, MagnitudeMeaning meaning = MagnitudeMeaning::PeakOfSine) const;
@@ -67,7 +72,8 @@ class Waterfall {
   std::size_t mostRows_;
   std::vector<Row> rows_{};
   std::size_t oldest_ = 0;  // index of row 0 once the ring is full
-  std::string gap_{};       // before the next row
+  std::int64_t taken_ = 0;
+  std::string gap_{};  // before the next row
 };
 
 }  // namespace kestrel::analysis

@@ -110,7 +110,7 @@ SceneCursor CursorOf(const Study& study) {
   const CursorPlaces& places = choice.Places();
   if (track.Empty() || !places.at || choice.cursor == CursorKind::None) return cursor;
   const MeasuredSpectrum* measured =
-      choice.view == View::Spectrum ? study.SpectrumOf(choice.focus) : nullptr;
+      choice.view != View::Time ? study.SpectrumOf(choice.focus) : nullptr;
   if (choice.cursor == CursorKind::Delta) {
     AddDelta(cursor, study, track, places);
   } else if (choice.cursor == CursorKind::Harmonic && measured != nullptr) {
@@ -187,7 +187,7 @@ CursorPlaces Dragged(const Study& study, int member, double x) {
 CursorPlaces SnappedTo(const Study& study, double x) {
   CursorPlaces places = Placed(study, x);
   const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-  if (study.Choice().view != View::Spectrum || measured == nullptr || !places.at) return places;
+  if (study.Choice().view == View::Time || measured == nullptr || !places.at) return places;
   const double hz = analysis::Snapped(measured->peaks, x, HertzWithin(FocusTrack(study)));
   const bool isSecond = study.Choice().cursor == CursorKind::Delta && places.second &&
                         std::abs(hz - *places.second) < std::abs(hz - *places.at);
@@ -198,7 +198,7 @@ CursorPlaces SnappedTo(const Study& study, double x) {
 CursorPlaces ToPeakBySize(const Study& study, int direction) {
   CursorPlaces places = study.Choice().Places();
   const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-  if (study.Choice().view != View::Spectrum || measured == nullptr || measured->peaks.empty()) {
+  if (study.Choice().view == View::Time || measured == nullptr || measured->peaks.empty()) {
     return places;
   }
   const auto& peaks = measured->peaks;
@@ -229,7 +229,7 @@ CursorPlaces BeginningOf(const Study& study, CursorKind kind) {
   if (!places.at) {
     const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
     const bool hasPeak =
-        study.Choice().view == View::Spectrum && measured != nullptr && !measured->peaks.empty();
+        study.Choice().view != View::Time && measured != nullptr && !measured->peaks.empty();
     places.at = hasPeak ? measured->peaks.front().line.hz : (track.First() + track.Last()) / 2;
   }
   if (!places.second && kind == CursorKind::Delta) {

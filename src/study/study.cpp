@@ -14,7 +14,7 @@ Study::Study(LocalTime localTime, StudyChoice choice)
 void Study::Take(RecordPointer record) {
   live_ = std::move(record);
   shelf_.Add(live_);
-  rows_.Add(*live_);
+  rows_.Add(*live_, true);
   Measured measured = Measure(live_, choice_);
   accumulated_.Add(measured);
   if (IsLive() && !isHeld_) shown_ = std::move(measured);

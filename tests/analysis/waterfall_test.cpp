@@ -59,6 +59,32 @@ TEST(Waterfall, AColumnLeavesOutRowsThatDoNotReachThere) {
   }
 }
 
+TEST(Waterfall, ARowGivesTheRecordItCameFromAsFarAsItKeepsIt) {
+  Waterfall waterfall;
+  const Record record = RecordAt(3, 4000, 1);
+  (void)waterfall.Add(record);
+  const Record kept = waterfall.RecordOf(0);
+  EXPECT_EQ(kept.time, record.time);
+  for (const bool ownRange : {false, true}) {
+    EXPECT_EQ(*SpectrumOf(kept, Axis::Z, {.ownRange = ownRange}),
+              *SpectrumOf(record, Axis::Z, {.ownRange = ownRange}));
+  }
+}
+
+TEST(Waterfall, ARecordScaledForAnotherRangeMayKeepItsOwn) {
+  Waterfall waterfall;
+  Record record = RecordAt(0, 1000);
+  record.scaledRange = 0;
+  record.lsbWeight = LsbWeightOf(0, RecordKind::Spectrum);
+  (void)waterfall.Add(record);
+  (void)waterfall.Add(record, true);
+  const double own = LsbWeightOf(2, RecordKind::Spectrum);
+  EXPECT_DOUBLE_EQ(waterfall.SpectrumOf(0, Axis::Z).peakG[40], 1000 * record.lsbWeight);
+  EXPECT_DOUBLE_EQ(waterfall.SpectrumOf(1, Axis::Z).peakG[40], 1000 * own);
+  EXPECT_EQ(waterfall.SpectrumOf(1, Axis::Z).range, 2);
+  EXPECT_EQ(waterfall.Taken(), 2);
+}
+
 TEST(Waterfall, TheOldestRowsGiveWay) {
   Waterfall waterfall(3);
   for (int second = 0; second < 8; ++second) (void)waterfall.Add(RecordAt(second, second));

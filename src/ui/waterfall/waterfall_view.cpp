@@ -194,6 +194,7 @@ void WaterfallView::mouseMoveEvent(QMouseEvent* event) {
 // Over time alone; the horizontal axis is the spectrum's above it.
 void WaterfallView::wheelEvent(QWheelEvent* event) {
   SetSpan(span_ / std::pow(kWheelFactor, event->angleDelta().y() / kNotch));
+  emit SpanTurned();
   event->accept();
 }
 

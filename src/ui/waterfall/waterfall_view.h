@@ -46,6 +46,9 @@ class WaterfallView : public QWidget {
   void SetTimeCursor(std::optional<double> time);
   void SetCursor(SceneCursor cursor);
 
+  [[nodiscard]] double Span() const { return span_; }
+  [[nodiscard]] double Top() const { return top_; }  // the time at the upper edge
+  [[nodiscard]] const WaterfallScale& Scale() const { return scale_; }
   [[nodiscard]] const WaterfallRows& Rows() const { return rows_; }
   [[nodiscard]] QRectF Canvas() const { return canvas_; }
   [[nodiscard]] double TimeAt(double y) const;
@@ -58,6 +61,7 @@ class WaterfallView : public QWidget {
   void RowChosen(int row, double time);  // the record whose spectrum to show
   void ColumnChosen(double x);           // the place whose level over time to show
   void StepAsked(int rows, int bins);    // by the arrow keys
+  void SpanTurned();                     // by the wheel
 
  protected:
   void paintEvent(QPaintEvent* event) override;
