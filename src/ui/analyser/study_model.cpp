@@ -2,19 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/study_model.h"
 
-#include <QDateTime>
 #include <memory>
 #include <utility>
 
-namespace kestrel {
+#include "ui/parts/local_time.h"
 
-QString LocalTime(std::chrono::system_clock::time_point time) {
-  const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
-  const QDateTime local = QDateTime::fromMSecsSinceEpoch(ms.count());
-  const bool isToday = local.date() == QDate::currentDate();
-  return local.toString(isToday ? QStringLiteral("HH:mm:ss")
-                                : QStringLiteral("yyyy-MM-dd HH:mm:ss"));
-}
+namespace kestrel {
 
 StudyModel::StudyModel(QObject* parent)
     : QObject(parent), study_([](auto time) { return LocalTime(time).toStdString(); }) {}

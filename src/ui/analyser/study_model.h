@@ -44,7 +44,4 @@ class StudyModel : public QObject {
   study::Study study_;
 };
 
-// A record's moment as the user reads clocks.
-[[nodiscard]] QString LocalTime(std::chrono::system_clock::time_point time);
-
 }  // namespace kestrel

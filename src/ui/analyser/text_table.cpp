@@ -8,70 +8,13 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyledItemDelegate>
 #include <algorithm>
 #include <utility>
 
+#include "ui/analyser/row_delegate.h"
 #include "ui/chart/look.h"
-#include "ui/chart/tabular_text.h"
 
 namespace kestrel {
-namespace {
-
-constexpr int kInside = 8;
-constexpr int kSwatch = 10;
-
-// Rows with a hairline below, figures of one width.
-class RowDelegate : public QStyledItemDelegate {
- public:
-  using QStyledItemDelegate::QStyledItemDelegate;
-
-  void paint(QPainter* painter, const QStyleOptionViewItem& option,
-             const QModelIndex& index) const override {
-    const Look look = Look::Of(option.palette);
-    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-    const bool isPointed = option.state.testFlag(QStyle::State_MouseOver);
-    const bool isActive = option.state.testFlag(QStyle::State_Active);
-    if (isSelected || isPointed) {
-      painter->fillRect(option.rect, !isSelected ? look.pointedAt
-                                     : isActive  ? look.selected
-                                                 : look.header);
-    }
-    painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
-                      look.grid);
-    QRectF place = QRectF(option.rect).adjusted(kInside, 0, -kInside, 0);
-    const QVariant mark = index.data(Qt::DecorationRole);
-    if (mark.isValid()) {
-      painter->fillRect(QRectF(place.left(), place.center().y() - kSwatch / 2.0, kSwatch, kSwatch),
-                        mark.value<QColor>());
-      place.setLeft(place.left() + kSwatch + 6);
-    }
-    const auto ink = index.data(Qt::ForegroundRole);
-    painter->setPen(ink.toBool() ? look.muted : look.text);
-    const LookFonts fonts(option.font);
-    const QFont& font = ink.toBool() ? fonts.small : fonts.plain;
-    const QString text = index.data(Qt::DisplayRole).toString();
-    const auto alignment = index.data(Qt::TextAlignmentRole).value<Qt::Alignment>();
-    const QString shown = QFontMetricsF(font).elidedText(text, Qt::ElideRight, place.width() + 1);
-    DrawTabular(*painter, font, place, alignment, shown == text ? text : shown);
-    if (option.state.testFlag(QStyle::State_HasFocus)) {
-      painter->setPen(QPen(look.accent, 1));
-      painter->drawRect(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -1.5));
-    }
-  }
-
-  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
-                               const QModelIndex& index) const override {
-    const QString text = index.data(Qt::DisplayRole).toString();
-    const double width = TabularWidth(option.font, text) + 2 * kInside +
-                         (index.data(Qt::DecorationRole).isValid() ? kSwatch + 6 : 0);
-    return {static_cast<int>(std::ceil(width)) + 2,
-            QStyledItemDelegate::sizeHint(option, index).height()};
-  }
-};
-
-}  // namespace
-
 void TextTableModel::SetColumns(std::vector<TextColumn> columns) {
   const bool isSame = std::equal(columns.begin(), columns.end(), columns_.begin(), columns_.end(),
                                  [](auto& a, auto& b) { return a.head == b.head; });
@@ -122,6 +65,8 @@ QVariant TextTableModel::data(const QModelIndex& index, int role) const {
       return cell.text;
     case Qt::DecorationRole:
       return cell.mark;
+    case Qt::UserRole:
+      return cell.order;
     case Qt::ForegroundRole:
       return columns_[column].isMuted;
     case Qt::TextAlignmentRole:

@@ -4,14 +4,11 @@
 
 #include <QString>
 #include <QWidget>
-#include <chrono>
-#include <set>
-#include <vector>
 
 #include "record/record.h"
 #include "record/record_notices.h"
 #include "ui/parts/line_label.h"
-#include "ui/parts/notice_strip.h"
+#include "ui/parts/record_notice_strip.h"
 
 namespace kestrel {
 
@@ -29,12 +26,8 @@ class RecordCaption : public QWidget {
   void CureWanted(Cure cure);
 
  private:
-  void ShowNotices(const std::vector<RecordNotice>& notices);
-
-  std::chrono::system_clock::time_point shown_;  // of the record
-  std::set<NoticeKind> closed_;                  // by the user, for this record
   LineLabel* lblRecordLine_;
-  NoticeStrip* notices_;
+  RecordNoticeStrip* notices_;
 };
 
 // A record's time as the user reads clocks: "18:34:16", the date before it when not of today.

@@ -1,0 +1,87 @@
+// How a dock of the analyser is titled and framed.
+// SPDX-License-Identifier: MIT
+#include "ui/analyser/analyser_dock.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "ui/analyser/flat_button.h"
+#include "ui/analyser/text_table.h"
+#include "ui/chart/look.h"
+#include "ui/parts/line_label.h"
+
+namespace kestrel {
+
+AnalyserDock::AnalyserDock(const char* name, const QString& title, QWidget* content,
+                           QWidget* parent)
+    : QDockWidget(title, parent),
+      bar_(new QWidget(this)),
+      lblTitle_(new QLabel(title)),
+      lblSummary_(new LineLabel) {
+  setObjectName(name);
+  lblTitle_->setObjectName(QString(name) + "_title");
+  lblSummary_->setObjectName(QString(name) + "_summary");
+  lblSummary_->setTextFormat(Qt::PlainText);
+  auto* row = new QHBoxLayout(bar_);
+  row->setContentsMargins(12, 0, 4, 0);
+  row->setSpacing(4);
+  row->addWidget(lblTitle_);
+  row->addSpacing(8);
+  row->addWidget(lblSummary_, 1);
+  const auto add = [&](const char* suffix, const char* icon, const QString& word) {
+    auto* button = new FlatButton(QString(name) + suffix, {}, icon, bar_);
+    button->setToolTip(word);
+    button->setAccessibleName(title + ": " + word);
+    button->setFocusPolicy(Qt::TabFocus);
+    row->addWidget(button);
+    return button;
+  };
+  connect(add("_float", "float", tr("Float or dock")), &QToolButton::clicked, this,
+          [this] { setFloating(!isFloating()); });
+  connect(add("_close", "close", tr("Close")), &QToolButton::clicked, this, &QWidget::close);
+  setTitleBarWidget(bar_);
+  setWidget(content);
+  Colour();
+}
+
+void AnalyserDock::SetSummary(const QString& summary) {
+  lblSummary_->setText(summary);
+  lblSummary_->setToolTip(summary);
+}
+
+void AnalyserDock::SetCopied(TextTable* table) {
+  auto* row = static_cast<QHBoxLayout*>(bar_->layout());
+  auto* button = new FlatButton(objectName() + "_copy", {}, QStringLiteral("copy"), bar_);
+  button->setToolTip(tr("Copy the table (Ctrl+C)"));
+  button->setAccessibleName(windowTitle() + ": " + tr("Copy the table"));
+  button->setFocusPolicy(Qt::TabFocus);
+  row->insertWidget(row->count() - 2, button);
+  connect(button, &QToolButton::clicked, table, [table] { table->Copy(); });
+}
+
+void AnalyserDock::changeEvent(QEvent* event) {
+  QDockWidget::changeEvent(event);
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) Colour();
+}
+
+void AnalyserDock::paintEvent(QPaintEvent* /*event*/) {
+  const Look look = Look::Of(palette());
+  QPainter painter(this);
+  painter.fillRect(rect(), look.panel);
+  painter.setPen(look.hairline);
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  const int below = bar_->geometry().bottom();
+  painter.drawLine(0, below, width(), below);
+}
+
+void AnalyserDock::Colour() {
+  if (lblTitle_ == nullptr) return;
+  lblTitle_->setFont(LookFonts(font()).bold);
+  QPalette muted = palette();
+  muted.setColor(QPalette::WindowText, Look::Of(palette()).muted);
+  if (lblSummary_->palette() != muted) lblSummary_->setPalette(muted);
+  bar_->setMinimumHeight(std::max(32, fontMetrics().height() + 12));
+}
+
+}  // namespace kestrel

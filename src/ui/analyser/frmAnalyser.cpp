@@ -1,0 +1,183 @@
+// How the analyser's window is put together.
+// SPDX-License-Identifier: MIT
+#include "ui/analyser/frmAnalyser.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMenuBar>
+#include <QShortcut>
+#include <QStatusBar>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+
+#include "ui/chart/look.h"
+
+namespace kestrel {
+namespace {
+
+constexpr QSize kUsualSize{1280, 800};
+
+// Shown over the docks, in place of a menu bar of its own.
+QWidget* HeadOf(QMenuBar* menus, ViewBar* views, AnalyserToolBar* tools) {
+  auto* head = new QWidget;
+  auto* column = new QVBoxLayout(head);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(menus);
+  column->addWidget(views);
+  column->addWidget(tools);
+  return head;
+}
+
+}  // namespace
+
+frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
+    : QMainWindow(parent, Qt::Window),
+      host_(std::move(host)),
+      viewBar_(new ViewBar),
+      toolBar_(new AnalyserToolBar(model_)),
+      area_(new PlotArea(model_)),
+      views_(new QStackedWidget) {
+  setObjectName("frmAnalyser");
+  setWindowTitle(tr("Analyser"));
+  setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
+  TakeColours();
+  LayOut();
+  AddDocks();
+  AddMenus();
+  AddKeys();
+  Connect();
+  resize(kUsualSize);
+  Restore();
+  Refresh();
+}
+
+frmAnalyser::~frmAnalyser() {
+  Keep();
+}
+
+void frmAnalyser::LayOut() {
+  views_->setObjectName("views");
+  views_->addWidget(area_);
+  setCentralWidget(views_);
+  setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
+  setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
+  setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
+  statusBar()->setObjectName("analyserStatus");
+  statusBar()->setSizeGripEnabled(false);
+}
+
+AnalyserDock* frmAnalyser::AddDock(const char* name, const QString& title, SummarisedPanel* panel,
+                                   Qt::DockWidgetArea area) {
+  auto* dock = new AnalyserDock(name, title, panel, this);
+  connect(panel, &SummarisedPanel::Summarised, dock, &AnalyserDock::SetSummary);
+  addDockWidget(area, dock);
+  docks_.push_back(dock);
+  return dock;
+}
+
+void frmAnalyser::AddDocks() {
+  AddDock("dockRecords", tr("Records"), new RecordsPanel(model_), Qt::LeftDockWidgetArea);
+  auto* peaks = new PeaksPanel(model_);
+  AddDock("dockPeaks", tr("Peaks"), peaks, Qt::RightDockWidgetArea)->SetCopied(&peaks->Table());
+  auto* levels = new LevelsPanel(model_);
+  AddDock("dockLevels", tr("Levels"), levels, Qt::RightDockWidgetArea)->SetCopied(&levels->Table());
+  auto* cursor = new CursorPanel(model_);
+  AddDock("dockCursor", tr("Cursor"), cursor, Qt::BottomDockWidgetArea)
+      ->SetCopied(&cursor->Table());
+  connect(&area_->Commands(), &PlotCommands::MemberAsked, cursor, &CursorPanel::NextMember);
+  resizeDocks({docks_[0], docks_[1]}, {236, 360}, Qt::Horizontal);
+  resizeDocks({docks_[1], docks_[2]}, {380, 330}, Qt::Vertical);
+  resizeDocks({docks_[3]}, {190}, Qt::Vertical);
+}
+
+void frmAnalyser::Connect() {
+  connect(viewBar_, &ViewBar::ViewChosen, this,
+          [this](int view) { ChooseView(static_cast<study::View>(view)); });
+  connect(viewBar_->cmdCapture, &QToolButton::clicked, this, &frmAnalyser::ToggleCapture);
+  connect(viewBar_->cmdRepeat, &QToolButton::clicked, this, [this] { host_.openRepeat(); });
+  connect(&model_, &StudyModel::Changed, this, &frmAnalyser::Refresh);
+  connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
+  connect(area_, &PlotArea::OptionWanted, this,
+          [this](int option) { host_.captureAtOption(option); });
+  AnalyserPlot& plot = area_->Plot();
+  connect(&plot, &AnalyserPlot::ViewChanged, this, &frmAnalyser::Refresh);
+  connect(toolBar_->cmdBack, &QToolButton::clicked, &plot, &AnalyserPlot::GoBack);
+  connect(toolBar_->cmdForward, &QToolButton::clicked, &plot, &AnalyserPlot::GoForward);
+  connect(toolBar_->cmdShowAll, &QToolButton::clicked, &plot, &AnalyserPlot::ShowAll);
+  connect(toolBar_->cmdCopy, &QToolButton::clicked, this, &frmAnalyser::Copy);
+  connect(toolBar_->cmdExport, &QToolButton::clicked, this, &frmAnalyser::AskExport);
+  connect(toolBar_->cmdLive, &QToolButton::clicked, this, [this] {
+    const bool isLive = model_.Get().IsLive() && !model_.Get().IsHeld();
+    if (!model_.Get().IsLive()) model_.Select({});
+    model_.Hold(isLive);
+  });
+  connect(&area_->Commands(), &PlotCommands::CopyAsked, this, &frmAnalyser::Copy);
+  connect(&area_->Commands(), &PlotCommands::ExportAsked, this, &frmAnalyser::AskExport);
+  connect(&area_->Commands(), &PlotCommands::MarkerAsked, this, &frmAnalyser::AskMarker);
+}
+
+void frmAnalyser::ChooseView(study::View view) {
+  if (view == model_.Choice().view) return;
+  model_.Change([view](study::StudyChoice& choice) { choice.view = view; });
+}
+
+// Each view remembers its own docks.
+void frmAnalyser::Refresh() {
+  const study::View view = model_.Choice().view;
+  viewBar_->SetView(static_cast<int>(view));
+  if (view != view_) {
+    dockStates_[view_] = saveState();
+    view_ = view;
+    if (const auto kept = dockStates_.find(view); kept != dockStates_.end()) {
+      restoreState(kept->second);
+    }
+  }
+  const AnalyserPlot& plot = area_->Plot();
+  toolBar_->cmdBack->setEnabled(plot.CanGoBack());
+  toolBar_->cmdForward->setEnabled(plot.CanGoForward());
+  toolBar_->cmdShowAll->setEnabled(!plot.ShowsAll());
+}
+
+void frmAnalyser::SetSensor(const QString& text, const QString& detail) {
+  viewBar_->SetSensor(text, detail);
+}
+
+void frmAnalyser::SetRunning(bool isRunning) {
+  isRunning_ = isRunning;
+  viewBar_->SetRunning(isRunning);
+}
+
+void frmAnalyser::SetProgress(const QString& text, double part) {
+  viewBar_->SetProgress(text, part);
+}
+
+void frmAnalyser::ToggleCapture() {
+  isRunning_ ? host_.stop() : host_.capture();
+}
+
+void frmAnalyser::ShowInFront() {
+  show();
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+  area_->Plot().setFocus();
+}
+
+void frmAnalyser::TakeColours() {
+  const QPalette colours = Look::Of(QApplication::palette()).Palette();
+  if (palette() != colours) setPalette(colours);
+}
+
+void frmAnalyser::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  if (event->type() == QEvent::ApplicationPaletteChange) TakeColours();
+}
+
+void frmAnalyser::closeEvent(QCloseEvent* event) {
+  Keep();
+  QMainWindow::closeEvent(event);
+}
+
+}  // namespace kestrel

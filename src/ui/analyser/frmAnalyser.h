@@ -1,0 +1,95 @@
+// The analyser: the window in which records are looked at, compared and understood.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QActionGroup>
+#include <QMainWindow>
+#include <QStackedWidget>
+#include <array>
+#include <functional>
+#include <map>
+
+#include "ui/analyser/analyser_dock.h"
+#include "ui/analyser/plot_area.h"
+#include "ui/analyser/records_panel.h"
+#include "ui/analyser/study_model.h"
+#include "ui/analyser/table_panels.h"
+#include "ui/analyser/tool_bar.h"
+#include "ui/analyser/view_bar.h"
+#include "ui/chart/theme.h"
+
+namespace kestrel {
+
+// What the window asks of the program around it. Each may be called at any time and returns at
+// once.
+struct AnalyserHost {
+  std::function<void()> capture;  // as a press of Start
+  std::function<void()> stop;     // what runs, repeats included
+  std::function<bool()> isCapturing;
+  std::function<void(int)> captureAtOption;  // sets the sample-rate option, then captures
+  std::function<void(Cure)> cure;            // of the record at hand
+  std::function<void()> openRepeat;          // the form of repeated captures
+  std::function<void()> toggleRepeat;
+};
+
+class frmAnalyser : public QMainWindow {
+ public:
+  explicit frmAnalyser(AnalyserHost host, QWidget* parent = nullptr);
+  ~frmAnalyser() override;
+  frmAnalyser(const frmAnalyser&) = delete;
+  frmAnalyser& operator=(const frmAnalyser&) = delete;
+
+  [[nodiscard]] StudyModel& Model() { return model_; }
+  [[nodiscard]] PlotArea& Area() { return *area_; }
+
+  // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
+  void SetSensor(const QString& text, const QString& detail);
+  // The capture, or a series of them, has begun or ended.
+  void SetRunning(bool isRunning);
+  void SetProgress(const QString& text, double part);
+
+  void ShowInFront();
+  void ChooseView(study::View view);
+  // Writes the plot into a file; says in the status bar how that went.
+  bool Export(const QString& file);
+  void Copy();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void LayOut();
+  void AddDocks();
+  AnalyserDock* AddDock(const char* name, const QString& title, SummarisedPanel* panel,
+                        Qt::DockWidgetArea area);
+  void AddMenus();
+  void AddThemes(QMenu& menu);
+  void AddKeys();
+  void AddKey(const QKeySequence& key, std::function<void()> deed);
+  void Connect();
+  void Refresh();
+  void TakeColours();
+  void AskMarker(double hz);
+  void AskExport();
+  void ToggleCapture();
+  void NextPane(int step);
+  void ShowPlotAlone(bool isAlone);
+  void Restore();
+  void Keep() const;
+
+  AnalyserHost host_;
+  StudyModel model_;
+  ViewBar* viewBar_;
+  AnalyserToolBar* toolBar_;
+  PlotArea* area_;
+  QStackedWidget* views_;
+  std::vector<AnalyserDock*> docks_;
+  QActionGroup* themes_ = nullptr;
+  study::View view_ = study::View::Spectrum;
+  std::map<study::View, QByteArray> dockStates_;
+  QByteArray beforeAlone_;
+  bool isRunning_ = false;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,217 @@
+// The analyser's menus and keys, pictures, markers, and what a restart remembers.
+// SPDX-License-Identifier: MIT
+#include <QClipboard>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
+#include <QMenuBar>
+#include <QSettings>
+#include <QShortcut>
+#include <QStatusBar>
+
+#include "ui/analyser/frmAnalyser.h"
+#include "ui/analyser/text_table.h"
+
+namespace kestrel {
+namespace {
+
+constexpr int kSaidMs = 6000;
+
+QSettings Kept() {
+  return {QSettings::IniFormat, QSettings::UserScope, "kestrel", "analyser"};
+}
+
+QString StateKey(study::View view) {
+  return QStringLiteral("docks/%1").arg(static_cast<int>(view));
+}
+
+}  // namespace
+
+void frmAnalyser::AddMenus() {
+  auto* bar = menuWidget()->findChild<QMenuBar*>();
+  QMenu* file = bar->addMenu(tr("&File"));
+  file->addAction(tr("&Copy picture"), this, &frmAnalyser::Copy)->setObjectName("mnuCopy");
+  file->addAction(tr("&Export picture..."), this, &frmAnalyser::AskExport)
+      ->setObjectName("mnuExport");
+  file->addSeparator();
+  QAction* close = file->addAction(tr("C&lose"), this, &QWidget::close);
+  close->setObjectName("mnuClose");
+  close->setShortcut(QKeySequence::Close);
+
+  QMenu* view = bar->addMenu(tr("&View"));
+  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall")};
+  for (int i = 0; i < static_cast<int>(views.size()); ++i) {
+    QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
+    action->setObjectName(QStringLiteral("mnuView%1").arg(i));
+    action->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + i)));
+    connect(action, &QAction::triggered, this,
+            [this, i] { ChooseView(static_cast<study::View>(i)); });
+  }
+  view->addSeparator();
+  for (AnalyserDock* dock : docks_) {
+    dock->toggleViewAction()->setObjectName("mnu_" + dock->objectName());
+    view->addAction(dock->toggleViewAction());
+  }
+  QAction* alone = view->addAction(tr("Plot &alone"));
+  alone->setObjectName("mnuPlotAlone");
+  alone->setCheckable(true);
+  alone->setShortcut(Qt::Key_F11);
+  connect(alone, &QAction::toggled, this, &frmAnalyser::ShowPlotAlone);
+  view->addSeparator();
+  AddThemes(*view->addMenu(tr("T&heme")));
+
+  QMenu* capture = bar->addMenu(tr("&Capture"));
+  const auto add = [&](const char* name, const QString& text, const QKeySequence& key,
+                       std::function<void()> deed) {
+    QAction* action = capture->addAction(text);
+    action->setObjectName(name);
+    action->setShortcut(key);
+    connect(action, &QAction::triggered, this, std::move(deed));
+  };
+  add("mnuCapture", tr("&Capture"), Qt::Key_F5, [this] { host_.capture(); });
+  add("mnuStop", tr("&Stop"), {}, [this] { host_.stop(); });
+  add("mnuRepeat", tr("&Repeat..."), {}, [this] { host_.openRepeat(); });
+  add("mnuToggleRepeat", tr("Repeat &on or off"), Qt::SHIFT | Qt::Key_F5,
+      [this] { host_.toggleRepeat(); });
+}
+
+void frmAnalyser::AddThemes(QMenu& menu) {
+  themes_ = new QActionGroup(this);
+  const std::array names{tr("As the &system has it"), tr("&Light"), tr("&Dark")};
+  for (int i = 0; i < static_cast<int>(names.size()); ++i) {
+    QAction* action = menu.addAction(names[static_cast<std::size_t>(i)]);
+    action->setObjectName(QStringLiteral("mnuTheme%1").arg(i));
+    action->setCheckable(true);
+    action->setChecked(i == 0);
+    themes_->addAction(action);
+    connect(action, &QAction::triggered, this, [i] { ApplyTheme(static_cast<Theme>(i)); });
+  }
+}
+
+void frmAnalyser::AddKeys() {
+  AddKey(Qt::Key_Escape, [this] {
+    if (isRunning_) host_.stop();
+  });
+  AddKey(Qt::Key_F6, [this] { NextPane(1); });
+  AddKey(Qt::SHIFT | Qt::Key_F6, [this] { NextPane(-1); });
+  AddKey(QKeySequence::Find, [this] {
+    if (auto* filter = findChild<QLineEdit*>("txtFilterRecords")) filter->setFocus();
+  });
+  AddKey(Qt::CTRL | Qt::Key_E, [this] { AskExport(); });
+}
+
+void frmAnalyser::AddKey(const QKeySequence& key, std::function<void()> deed) {
+  connect(new QShortcut(key, this), &QShortcut::activated, this, std::move(deed));
+}
+
+// The plot, then the docks that are seen.
+void frmAnalyser::NextPane(int step) {
+  std::vector<QWidget*> panes{views_->currentWidget()};
+  for (AnalyserDock* dock : docks_) {
+    if (!dock->isHidden() && !dock->visibleRegion().isEmpty()) panes.push_back(dock->widget());
+  }
+  const auto count = static_cast<int>(panes.size());
+  int now = 0;
+  for (int i = 0; i < count; ++i) {
+    if (panes[static_cast<std::size_t>(i)]->isAncestorOf(focusWidget())) now = i;
+  }
+  QWidget* next = panes[static_cast<std::size_t>((now + step + count) % count)];
+  for (QWidget* child : next->findChildren<QWidget*>()) {
+    if (child->focusPolicy() == Qt::NoFocus || !child->isVisible()) continue;
+    const bool isContent = qobject_cast<QAbstractItemView*>(child) != nullptr ||
+                           qobject_cast<AnalyserPlot*>(child) != nullptr;
+    if (!isContent) continue;
+    child->setFocus(Qt::TabFocusReason);
+    return;
+  }
+  next->setFocus(Qt::TabFocusReason);
+}
+
+void frmAnalyser::ShowPlotAlone(bool isAlone) {
+  if (!isAlone) {
+    restoreState(beforeAlone_);
+    return;
+  }
+  beforeAlone_ = saveState();
+  for (AnalyserDock* dock : docks_) dock->hide();
+}
+
+void frmAnalyser::Copy() {
+  CopyPicture(area_->Picture());
+  statusBar()->showMessage(tr("The picture is on the clipboard."), kSaidMs);
+}
+
+void frmAnalyser::AskExport() {
+  auto* dialog = new QFileDialog(this, tr("Export picture"));
+  dialog->setObjectName("askExport");
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setAcceptMode(QFileDialog::AcceptSave);
+  QStringList kinds;
+  for (const QString& ending : PictureEndings()) {
+    kinds << QStringLiteral("%1 (*.%2)").arg(ending.toUpper(), ending);
+  }
+  dialog->setNameFilters(kinds);
+  dialog->setDefaultSuffix(PictureEndings().constFirst());
+  connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& kind) {
+    dialog->setDefaultSuffix(kind.section(' ', 0, 0).toLower());
+  });
+  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) { Export(file); });
+  dialog->open();
+}
+
+bool frmAnalyser::Export(const QString& file) {
+  const bool isWritten = WritePicture(area_->Picture(), file);
+  const QString ending = QFileInfo(file).suffix().toLower();
+  if (isWritten) {
+    statusBar()->showMessage(tr("Written: %1").arg(file), kSaidMs);
+  } else if (!PictureEndings().contains(ending)) {
+    statusBar()->showMessage(
+        tr("\".%1\" is no kind of picture that can be written. Choose one of %2.")
+            .arg(ending, PictureEndings().join(", ")));
+  } else {
+    statusBar()->showMessage(
+        tr("%1 cannot be written there. Choose a folder that you may write in.").arg(file));
+  }
+  return isWritten;
+}
+
+void frmAnalyser::AskMarker(double hz) {
+  auto* dialog = new QInputDialog(this);
+  dialog->setObjectName("askMarker");
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setWindowTitle(tr("Marker"));
+  dialog->setLabelText(tr("Text at %1 Hz").arg(hz, 0, 'f', 1));
+  connect(dialog, &QInputDialog::textValueSelected, this, [this, hz](const QString& text) {
+    if (text.trimmed().isEmpty()) return;
+    model_.Change([&](study::StudyChoice& choice) {
+      choice.markers.push_back({hz, text.trimmed().toStdString()});
+    });
+  });
+  dialog->open();
+}
+
+void frmAnalyser::Restore() {
+  QSettings kept = Kept();
+  restoreGeometry(kept.value("geometry").toByteArray());
+  for (const study::View view :
+       {study::View::Spectrum, study::View::Time, study::View::Waterfall}) {
+    const QByteArray state = kept.value(StateKey(view)).toByteArray();
+    if (!state.isEmpty()) dockStates_[view] = state;
+  }
+  if (const auto state = dockStates_.find(view_); state != dockStates_.end()) {
+    restoreState(state->second);
+  }
+  const int theme = std::clamp(kept.value("theme", 0).toInt(), 0, 2);
+  themes_->actions().at(theme)->setChecked(true);
+  if (theme != 0) ApplyTheme(static_cast<Theme>(theme));
+}
+
+void frmAnalyser::Keep() const {
+  QSettings kept = Kept();
+  kept.setValue("geometry", saveGeometry());
+  for (const auto& [view, state] : dockStates_) kept.setValue(StateKey(view), state);
+  kept.setValue(StateKey(view_), saveState());
+  kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
+}
+
+}  // namespace kestrel

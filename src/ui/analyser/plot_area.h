@@ -1,0 +1,49 @@
+// The plot of spectra and samples with its notices and refusals.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+#include "ui/analyser/plot_commands.h"
+#include "ui/analyser/refusal_card.h"
+#include "ui/analyser/study_model.h"
+#include "ui/chart/analyser_plot.h"
+#include "ui/chart/picture_out.h"
+#include "ui/parts/record_notice_strip.h"
+
+namespace kestrel {
+
+class PlotArea : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit PlotArea(StudyModel& model);
+
+  [[nodiscard]] AnalyserPlot& Plot() { return *plot_; }
+  [[nodiscard]] PlotCommands& Commands() { return *commands_; }
+  [[nodiscard]] RefusalCard& Refusal() { return *card_; }
+  // As it is shown now, for the clipboard and files.
+  [[nodiscard]] PlotPicture Picture() const;
+
+ signals:
+  void CureWanted(Cure cure);     // of a notice about the record shown
+  void OptionWanted(int option);  // capture there
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void Show();
+  void ShowCursor();
+  void ShowNotices();
+  void ShowRefusal();
+  void PlaceCard();
+
+  StudyModel& model_;
+  RecordNoticeStrip* notices_;
+  AnalyserPlot* plot_;
+  PlotCommands* commands_;
+  RefusalCard* card_;
+};
+
+}  // namespace kestrel

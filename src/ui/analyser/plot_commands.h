@@ -1,0 +1,37 @@
+// What the keys of the analyser's plot do to the study.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/analyser/study_model.h"
+#include "ui/chart/analyser_plot.h"
+
+namespace kestrel {
+
+// Carries out what the plot asks for, but for pictures, which need the plot itself.
+class PlotCommands : public QObject {
+  Q_OBJECT
+
+ public:
+  PlotCommands(StudyModel& model, AnalyserPlot& plot);
+
+  void CarryOut(PlotCommand command);
+
+ signals:
+  void CopyAsked();
+  void ExportAsked();
+  void MarkerAsked(double hz);
+  void MemberAsked(int step);  // the next of the cursor's members, or the one before
+
+ private:
+  void Listen();
+  void ChangeAxes(PlotCommand command);
+  void ChangeCursor(PlotCommand command);
+  void MoveTo(const study::CursorPlaces& places);
+  void NextFocus();
+  void NextMember(int step);
+
+  StudyModel& model_;
+  AnalyserPlot& plot_;
+};
+
+}  // namespace kestrel

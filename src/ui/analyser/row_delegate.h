@@ -1,0 +1,42 @@
+// Rows of the analyser's tables: a hairline below, figures of one width, swatches of traces.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStyledItemDelegate>
+#include <vector>
+
+#include "analysis/band_levels.h"
+
+namespace kestrel {
+
+class RowDelegate : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override;
+};
+
+// Largest magnitude of a band against its thresholds, as parts of the largest of them.
+struct BandBar {
+  double level = 0;
+  double warning = 0;  // 0: none
+  double fault = 0;
+  analysis::BandState state = analysis::BandState::Free;
+};
+
+// A row's bar, in a column without text.
+class BarDelegate : public RowDelegate {
+ public:
+  using RowDelegate::RowDelegate;
+  void SetBars(std::vector<BandBar> bars) { bars_ = std::move(bars); }
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+
+ private:
+  std::vector<BandBar> bars_;
+};
+
+}  // namespace kestrel

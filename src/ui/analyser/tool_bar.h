@@ -1,0 +1,57 @@
+// The analyser's tool bar: what is shown, along which axes, with which overlays.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMenu>
+#include <QWidget>
+
+#include "ui/analyser/flat_button.h"
+#include "ui/analyser/study_model.h"
+
+namespace kestrel {
+
+// Changes the choice by itself; what needs the plot (history, pictures) is left to its owner.
+class AnalyserToolBar : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit AnalyserToolBar(StudyModel& model);
+
+  FlatButton* cmdQuantity;
+  Segments* segAmplitude;
+  Segments* segVertical;
+  FlatButton* cmdUnit;
+  Segments* segHorizontal;
+  Segments* segLayout;
+  FlatButton* cmdTraces;
+  FlatButton* cmdCursor;
+  FlatButton* cmdBands;
+  FlatButton* cmdLabels;
+  FlatButton* cmdKnown;
+  FlatButton* cmdLive;
+  FlatButton* cmdBack;
+  FlatButton* cmdForward;
+  FlatButton* cmdShowAll;
+  FlatButton* cmdCopy;
+  FlatButton* cmdExport;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void Fill();
+  void LayOut();
+  void Connect();
+  void Show();
+  void ShowWords();
+
+  StudyModel& model_;
+};
+
+// A change of the choice by one of its parts, for menus and keys.
+void ChooseQuantity(study::StudyChoice& choice, analysis::Quantity quantity);
+void ChooseVertical(study::StudyChoice& choice, int kind);  // 0 linear, 1 logarithmic, 2 dB
+[[nodiscard]] int VerticalOf(const study::StudyChoice& choice);
+
+}  // namespace kestrel
