@@ -87,7 +87,7 @@ kestrel::PlotScene Scene(const Values& values, kestrel::TraceStyle style) {
   scene.panes.resize(1);
   scene.panes[0].range = kestrel::PlotRange{0, 1};
   for (std::size_t i = 0; i < values.size(); ++i) {
-    kestrel::PlotTrace trace;
+    kestrel::SceneTrace trace;
     trace.ink = static_cast<kestrel::PlotInk>(i % 3);
     trace.style = style;
     trace.x = Bins();

@@ -25,7 +25,7 @@ enum class TraceStyle {
 
 // x does not decrease and is in Hz or s; y in the unit of the pane's axis (dB already in dB). What
 // is not a number in y is a gap.
-struct PlotTrace {
+struct SceneTrace {
   std::string name = {};    // for the legend: "X", "12 November"
   std::string figure = {};  // beside the name in the legend: "0.454"; may be empty
   PlotInk ink = PlotInk::Other;
@@ -84,7 +84,7 @@ struct PlotPane {
   std::string unit = {};   // "g", for the read-out that the plot makes itself
   AxisKind up = AxisKind::Linear;
   std::optional<PlotRange> range = {};  // instead of one that fits the values
-  std::vector<PlotTrace> traces = {};
+  std::vector<SceneTrace> traces = {};
   std::optional<PlotCrowd> crowd = {};
   std::vector<PlotBand> bands = {};
   std::vector<PlotPeak> peaks = {};  // largest first

@@ -40,7 +40,7 @@ std::vector<double> Drawn(const analysis::QuantityCurve& curve, AxisKind kind) {
   return values;
 }
 
-PlotTrace TraceOf(const MeasuredSpectrum& measured, AxisKind kind) {
+SceneTrace TraceOf(const MeasuredSpectrum& measured, AxisKind kind) {
   return {.ink = InkOf(measured.spectrum.axis),
           .x = Frequencies(measured.spectrum),
           .y = Drawn(*measured.curve, kind)};
@@ -55,7 +55,7 @@ void AddLive(PlotPane& pane, const Study& study, Axis axis) {
   const StudyChoice& choice = study.Choice();
   const MeasuredSpectrum* measured = study.SpectrumOf(axis);
   if (measured == nullptr || !measured->curve) return;
-  PlotTrace trace = TraceOf(*measured, pane.up);
+  SceneTrace trace = TraceOf(*measured, pane.up);
   trace.name = Letter(axis);
   trace.figure = OverallText(measured->spectrum);
   trace.isFocus = axis == choice.focus;
@@ -66,7 +66,7 @@ void AddLive(PlotPane& pane, const Study& study, Axis axis) {
 void AddHeld(PlotPane& pane, const MeasuredSpectrum& measured, const std::string& name,
              TraceStyle style) {
   if (!measured.curve) return;
-  PlotTrace trace = TraceOf(measured, pane.up);
+  SceneTrace trace = TraceOf(measured, pane.up);
   trace.name = name + " " + Letter(measured.spectrum.axis);
   trace.style = style;
   if (style == TraceStyle::Reference) trace.ink = PlotInk::Other;

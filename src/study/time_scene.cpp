@@ -6,8 +6,8 @@
 namespace kestrel::study {
 namespace {
 
-PlotTrace TraceOf(const TimeCurve& curve, Axis axis, bool isFocus) {
-  PlotTrace trace{.name = std::string(1, Letter(axis)), .ink = InkOf(axis), .isFocus = isFocus};
+SceneTrace TraceOf(const TimeCurve& curve, Axis axis, bool isFocus) {
+  SceneTrace trace{.name = std::string(1, Letter(axis)), .ink = InkOf(axis), .isFocus = isFocus};
   trace.y = curve.values;
   for (std::size_t i = 0; i < trace.y.size(); ++i) {
     trace.x.push_back(static_cast<double>(i) * curve.stepS);

@@ -23,9 +23,8 @@ namespace kestrel {
 // What the window asks of the program around it. Each may be called at any time and returns at
 // once.
 struct AnalyserHost {
-  std::function<void()> capture;  // as a press of Start
-  std::function<void()> stop;     // what runs, repeats included
-  std::function<bool()> isCapturing;
+  std::function<void()> capture;             // as a press of Start
+  std::function<void()> stop;                // what runs, repeats included
   std::function<void(int)> captureAtOption;  // sets the sample-rate option, then captures
   std::function<void(Cure)> cure;            // of the record at hand
   std::function<void()> openRepeat;          // the form of repeated captures

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/study_model.h"
 
-#include <memory>
 #include <utility>
 
 #include "ui/parts/local_time.h"
@@ -27,8 +26,8 @@ void StudyModel::MoveCursor(study::CursorKind kind, const study::CursorPlaces& p
   emit CursorMoved();
 }
 
-void StudyModel::Take(const Record& record) {
-  study_.Take(std::make_shared<const Record>(record));
+void StudyModel::Take(study::RecordPointer record) {
+  study_.Take(std::move(record));
   emit RecordsChanged();
   emit Changed();
 }

@@ -26,7 +26,7 @@ class StudyModel : public QObject {
   // The cursor alone: cheap enough for every movement of the pointer.
   void MoveCursor(study::CursorKind kind, const study::CursorPlaces& places);
 
-  void Take(const Record& record);
+  void Take(study::RecordPointer record);
   void AddGap(const std::string& reason);
   void SetSensorBands(int option, const study::SensorBands& bands);
   void Select(const std::vector<study::RecordId>& ids);

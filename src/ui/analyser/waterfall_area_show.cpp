@@ -67,7 +67,7 @@ void WaterfallArea::ShowRow(std::size_t row) {
   scene.head = "Waterfall";
   scene.line = MapLine();
   for (PlotPane& pane : scene.panes) {
-    for (PlotTrace& trace : pane.traces) trace.name += ", " + whole.TimeText(*shown_);
+    for (SceneTrace& trace : pane.traces) trace.name += ", " + whole.TimeText(*shown_);
   }
   plot_->SetScene(std::move(scene));
 }

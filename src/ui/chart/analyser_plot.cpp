@@ -195,7 +195,7 @@ PlotReadOut AnalyserPlot::ReadOutAt(double x, int pane) const {
   const PlotPane& shown = scene_.panes[static_cast<std::size_t>(pane)];
   const auto text = [](double value) { return SignificantText(value, kDigits); };
   readOut.title = text(x * scene_.across.factor) + ' ' + scene_.across.unit;
-  for (const PlotTrace& trace : shown.traces) {
+  for (const SceneTrace& trace : shown.traces) {
     const auto place = std::lower_bound(trace.x.begin(), trace.x.end(), x);
     const auto index = static_cast<std::size_t>(place - trace.x.begin());
     if (place == trace.x.end() || *place != x || index >= trace.y.size()) continue;

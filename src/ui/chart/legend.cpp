@@ -28,7 +28,7 @@ bool IsSame(const Entry& a, const Entry& b) {
 
 std::vector<Entry> Entries(const PlotPage& page, const PlotPane& pane) {
   std::vector<Entry> entries;
-  for (const PlotTrace& trace : pane.traces) {
+  for (const SceneTrace& trace : pane.traces) {
     const std::string text = trace.figure.empty() ? trace.name : trace.name + ' ' + trace.figure;
     entries.push_back({text, page.look.Ink(trace.ink), trace.style, trace.isFocus});
   }

@@ -66,7 +66,7 @@ double LeastPositive(const PlotScene& scene) {
   if (scene.across.validFrom > 0) return scene.across.validFrom;
   double least = scene.across.whole.high;
   for (const PlotPane& pane : scene.panes) {
-    for (const PlotTrace& trace : pane.traces) {
+    for (const SceneTrace& trace : pane.traces) {
       const auto first = std::upper_bound(trace.x.begin(), trace.x.end(), 0.0);
       if (first != trace.x.end()) least = std::min(least, *first);
     }
@@ -128,7 +128,7 @@ PlotRange FittingRange(const PlotScene& scene, const PlotPane& pane) {
   if (pane.range && IsShowable(*pane.range, pane.up)) return *pane.range;
   PlotRange values{kNoValue, kNoValue};
   const double from = scene.across.validFrom;
-  for (const PlotTrace& trace : pane.traces) TakeAll(trace.x, trace.y, from, pane.up, values);
+  for (const SceneTrace& trace : pane.traces) TakeAll(trace.x, trace.y, from, pane.up, values);
   if (pane.crowd) {
     for (const auto& y : pane.crowd->y) TakeAll(pane.crowd->x, y, from, pane.up, values);
   }

@@ -73,7 +73,7 @@ std::vector<PlotLine> LonePoints(const std::vector<PlotLine>& lines) {
   return lone;
 }
 
-void AddTrace(const PlotPage& page, const CanvasMaps& maps, const PlotTrace& trace,
+void AddTrace(const PlotPage& page, const CanvasMaps& maps, const SceneTrace& trace,
               std::vector<Stroke>& strokes) {
   const std::span<const double> x(trace.x);
   const std::span<const double> y(trace.y);
@@ -191,10 +191,10 @@ std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t index) {
   const CanvasMaps maps(page, index);
   const auto& traces = page.scene.panes[index].traces;
   std::vector<Stroke> strokes;
-  for (const PlotTrace& trace : traces) {
+  for (const SceneTrace& trace : traces) {
     if (!trace.isFocus) AddTrace(page, maps, trace, strokes);
   }
-  for (const PlotTrace& trace : traces) {
+  for (const SceneTrace& trace : traces) {
     if (trace.isFocus) AddTrace(page, maps, trace, strokes);
   }
   return strokes;

@@ -36,6 +36,7 @@ void CapturePanel::LayOut() {
   cmdStart->setFont(large);
   cmdStart->setMinimumHeight(2 * fontMetrics().height());
   cmdStart->setShortcut(QKeySequence("F5"));
+  emit CaptureStateChanged();
   lblCapturingData_->setAlignment(Qt::AlignCenter);
   KeepPlaceWhileHidden(lblCapturingData_);
   lblCapturingData_->hide();

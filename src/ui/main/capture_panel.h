@@ -20,6 +20,8 @@ namespace kestrel {
 // Start button, what happens with a capture, and the data log. Also shows the captures' figures in
 // the panels around it.
 class CapturePanel : public QGroupBox, public CaptureView, public ReadoutView, public DataLogView {
+  Q_OBJECT
+
  public:
   CapturePanel(RecordPanel& record, ConditionsPanel& conditions, MousePointer& pointer);
 
@@ -58,6 +60,9 @@ class CapturePanel : public QGroupBox, public CaptureView, public ReadoutView, p
   QLineEdit* txtFileCount;
   QPushButton* cmdConfigDataLog;
   QProgressBar* progress;  // belongs into the status bar
+
+ signals:
+  void CaptureStateChanged();  // the caption of cmdStart is another
 
  private:
   void LayOut();

@@ -24,6 +24,9 @@ class MainMenu : public QObject {
   QAction* mnuDIOGPIO;
   QAction* MnuCal;
   QAction* mnuRegisters;
+  QAction* mnuAnalyser;
+  QAction* mnuRepeat;
+  QAction* mnuRepeatStop;
   QAction* mnu31407;
   QAction* mnuGuide;
   QAction* mnuAbout;

@@ -24,6 +24,19 @@ void RecordCures::CarryOut(Cure cure) {
   }
 }
 
+bool RecordCures::ChooseOption(int option) {
+  constexpr int kBits = 4;
+  bool isChosen = false;
+  parts_.edge.RunIdle("ChooseOption", [this, option, &isChosen] {
+    for (int bit = 0; bit < kBits; ++bit) {
+      parts_.record.SetSampleRateBit(bit, (option >> bit & 1) != 0);
+    }
+    parts_.settings.Set_RecCtrl();
+    isChosen = gRecCtrl->SampleRate() == option && parts_.core.registers.Reachable();
+  });
+  return isChosen;
+}
+
 void RecordCures::UseOwnRange() {
   const Record& record = parts_.core.record.Get();
   parts_.core.record.HandOver(Rescaled(record, record.settings.range));

@@ -29,6 +29,9 @@ class RecordCures {
   explicit RecordCures(const Parts& parts) : parts_(parts) {}
 
   void CarryOut(Cure cure);
+  // Sets the sample-rate option, 0..3. False where a capture is waited for or the sensor was not
+  // reached.
+  bool ChooseOption(int option);
 
  private:
   void UseOwnRange();

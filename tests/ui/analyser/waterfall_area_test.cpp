@@ -37,7 +37,7 @@ class WaterfallAreaTest : public ::testing::Test {
     auto* note = area_.findChild<QLabel*>(QStringLiteral("waterfallNote"));
     return note->isVisible() ? note->text() : QString();
   }
-  const PlotTrace& Trace() { return area_.Plot().Scene().panes.at(0).traces.at(0); }
+  const SceneTrace& Trace() { return area_.Plot().Scene().panes.at(0).traces.at(0); }
   void Click(double hz, int second) {
     const QPointF place(area_.Map().XOf(hz), area_.Map().YOf(kMadeUpStart + second));
     QTest::mouseClick(&area_.Map(), Qt::LeftButton, {}, place.toPoint());

@@ -42,7 +42,7 @@ class AnalyserPlotTest : public ::testing::TestWithParam<double> {
   static PlotScene OneTrace(std::vector<double> x, std::vector<double> y) {
     PlotScene scene = EmptyScene();
     scene.across.validFrom = -INFINITY;
-    PlotTrace trace;
+    SceneTrace trace;
     trace.ink = PlotInk::Z;
     trace.x = std::move(x);
     trace.y = std::move(y);

@@ -35,7 +35,7 @@ inline std::vector<double> SampleBins() {
   return x;
 }
 
-inline PlotTrace SampleTrace(int axis) {
+inline SceneTrace SampleTrace(int axis) {
   const std::vector<std::vector<std::array<double, 2>>> tones{
       {{987, 0.16}, {22698, 0.601}, {21714, 0.088}, {23686, 0.072}, {1977, 0.06}},
       {{987, 0.619}, {1974, 0.240}, {2961, 0.110}, {22695, 0.079}},
@@ -43,7 +43,7 @@ inline PlotTrace SampleTrace(int axis) {
   const std::array names{"X", "Y", "Z"};
   const std::array figures{"0.454", "0.482", "0.491"};
   const auto index = static_cast<std::size_t>(axis);
-  PlotTrace trace;
+  SceneTrace trace;
   trace.name = names[index];
   trace.figure = figures[index];
   trace.ink = static_cast<PlotInk>(axis);
@@ -97,9 +97,9 @@ inline PlotScene StackedScene() {
   scene.panes.assign(3, scene.panes[0]);
   for (int axis = 0; axis < 3; ++axis) {
     PlotPane& pane = scene.panes[static_cast<std::size_t>(axis)];
-    PlotTrace trace = SampleTrace(axis);
+    SceneTrace trace = SampleTrace(axis);
     trace.figure.clear();
-    PlotTrace reference = trace;
+    SceneTrace reference = trace;
     reference.style = TraceStyle::Reference;
     reference.ink = PlotInk::Other;
     reference.isFocus = false;

@@ -1,0 +1,156 @@
+// How the analyser is opened, and how records, bands and progress reach it.
+// SPDX-License-Identifier: MIT
+#include "ui/main/analyser_part.h"
+
+#include <QTimer>
+#include <utility>
+
+#include "ui/main/interface_text.h"
+#include "ui/parts/widgets.h"
+#include "ui/repeat/repeat_text.h"
+
+namespace kestrel {
+namespace {
+
+constexpr std::size_t kMostWaiting = study::kShelfRecords;
+
+study::SensorBands BandsOf(const BandTable& table, int option) {
+  study::SensorBands bands{};
+  for (const Axis axis : kAxes) {
+    for (int band = 1; band <= kAlarmBands; ++band) {
+      bands[Index(axis)][static_cast<std::size_t>(band - 1)] = {
+          .lowBin = table(kFLowField, band, option),
+          .highBin = table(kFHighField, band, option),
+          .warning = table(Alarm1Field(axis), band, option),
+          .fault = table(Alarm2Field(axis), band, option)};
+    }
+  }
+  return bands;
+}
+
+// The same record handed over again, perhaps scaled otherwise.
+bool IsSame(const Record& one, const Record& other) {
+  if (one.time != other.time || one.kind != other.kind || one.settings != other.settings) {
+    return false;
+  }
+  for (const Axis axis : kAxes) {
+    if (one.Of(axis).raw != other.Of(axis).raw) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+AnalyserPart::AnalyserPart(const Parts& parts)
+    : cmdAnalyser(MakeButton("cmdAnalyser", tr("Ana&lyser"),
+                             tr("Look at this record with zoom, peaks, levels and cursors (F9)"))),
+      parts_(parts),
+      recordListener_(parts.core.record.OnChange([this] { TakeRecord(); })) {
+  connect(cmdAnalyser, &QPushButton::clicked, this, [this] { Open(); });
+  connect(parts_.menu.mnuAnalyser, &QAction::triggered, this, [this] { Open(); });
+  connect(&parts_.repeats, &RepeatRunner::Changed, this, [this] { ShowProgress(); });
+  connect(&parts_.capture, &CapturePanel::CaptureStateChanged, this, [this] { ShowProgress(); });
+}
+
+AnalyserPart::~AnalyserPart() {
+  delete window_;
+}
+
+void AnalyserPart::Open() {
+  if (!window_) {
+    window_ = new frmAnalyser(Host(), &parts_.window);
+    for (const auto& record : std::exchange(waiting_, {})) window_->Model().Take(record);
+    Refresh();
+  }
+  window_->ShowInFront();
+}
+
+// From the event loop: a capture lasts, and whoever asked for it returns at once.
+void AnalyserPart::Later(std::function<void()> deed) {
+  QTimer::singleShot(0, this, std::move(deed));
+}
+
+AnalyserHost AnalyserPart::Host() {
+  const auto isCapturing = [this] { return parts_.capture.StartCaption() == kStopCaption; };
+  const auto press = [this] { parts_.capture.cmdStart->click(); };
+  return {.capture =
+              [this, isCapturing, press] {
+                if (!isCapturing()) Later(press);
+              },
+          .stop =
+              [this, isCapturing, press] {
+                parts_.repeats.Stop();
+                if (isCapturing()) Later(press);
+              },
+          .captureAtOption =
+              [this, isCapturing, press](int option) {
+                if (isCapturing()) return;
+                Later([this, press, option] {
+                  if (parts_.cures.ChooseOption(option)) press();
+                });
+              },
+          .cure = [this](Cure cure) { Later([this, cure] { parts_.cures.CarryOut(cure); }); },
+          .openRepeat = parts_.openRepeat,
+          .toggleRepeat =
+              [this] {
+                const auto progress = parts_.repeats.Progress();
+                if (parts_.repeats.Running()) {
+                  parts_.repeats.Stop();
+                } else if (!progress || !parts_.repeats.Start(progress->settings).isEmpty()) {
+                  parts_.openRepeat();
+                }
+              }};
+}
+
+void AnalyserPart::TakeRecord() {
+  const Record& record = parts_.core.record.Get();
+  if (!record.Taken() || (last_ && IsSame(*last_, record))) return;
+  last_ = std::make_shared<const Record>(record);
+  if (window_) {
+    GiveBands();
+    window_->Model().Take(last_);
+    return;
+  }
+  waiting_.push_back(last_);
+  if (waiting_.size() > kMostWaiting) waiting_.pop_front();
+}
+
+void AnalyserPart::NoteGap(const std::string& reason) {
+  if (window_) window_->Model().AddGap(reason);
+}
+
+void AnalyserPart::Refresh() {
+  if (!window_) return;
+  GiveBands();
+  const InterfaceText text = DescribeInterface();
+  window_->SetSensor(QString::fromStdString(text.line),
+                     QString::fromStdString(text.line + "\n" + text.detail).trimmed());
+  ShowProgress();
+}
+
+void AnalyserPart::GiveBands() {
+  if (hasBands_ && bands_ == AlarmBandTable) return;
+  bands_ = AlarmBandTable;
+  hasBands_ = true;
+  for (int option = 0; option < kSampleRateOptions; ++option) {
+    window_->Model().SetSensorBands(option, BandsOf(bands_, option));
+  }
+}
+
+void AnalyserPart::ShowProgress() {
+  const auto progress = parts_.repeats.Progress();
+  if (progress && progress->gaps.size() > gaps_) NoteGap(progress->gaps.back().reason);
+  if (progress) gaps_ = progress->gaps.size();
+  if (!window_) return;
+  const bool isRepeating = parts_.repeats.Running();
+  window_->SetRunning(isRepeating || parts_.capture.StartCaption() == kStopCaption);
+  if (!progress || !isRepeating) {
+    window_->SetProgress({}, 0);
+    return;
+  }
+  const auto times = progress->settings.times;
+  window_->SetProgress(RepeatLine(*progress),
+                       times ? static_cast<double>(progress->done) / *times : -1);
+}
+
+}  // namespace kestrel

@@ -1,0 +1,66 @@
+// What the main window has of the analyser: menu entry, button, and the records that it is shown.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPointer>
+#include <QPushButton>
+#include <deque>
+#include <functional>
+#include <memory>
+
+#include "alarms/band_table.h"
+#include "connection/core.h"
+#include "ui/analyser/frmAnalyser.h"
+#include "ui/main/capture_panel.h"
+#include "ui/main/main_menu.h"
+#include "ui/main/record_cures.h"
+#include "ui/repeat/repeat_runner.h"
+
+namespace kestrel {
+
+// The window is made when first opened. Records that came before are kept for it.
+class AnalyserPart : public QObject {
+ public:
+  struct Parts {
+    Core& core;
+    CapturePanel& capture;
+    MainMenu& menu;
+    RecordCures& cures;
+    RepeatRunner& repeats;
+    std::function<void()> openRepeat;
+    QMainWindow& window;
+  };
+
+  explicit AnalyserPart(const Parts& parts);
+  // The window goes before what it uses.
+  ~AnalyserPart() override;
+  AnalyserPart(const AnalyserPart&) = delete;
+  AnalyserPart& operator=(const AnalyserPart&) = delete;
+
+  QPushButton* cmdAnalyser;  // belongs into the main window
+
+  void Open();
+  [[nodiscard]] frmAnalyser* Window() { return window_; }
+  // After every handler: alarm bands or the interface may be others.
+  void Refresh();
+  // Records are missing from here on.
+  void NoteGap(const std::string& reason);
+
+ private:
+  [[nodiscard]] AnalyserHost Host();
+  void TakeRecord();
+  void ShowProgress();
+  void GiveBands();
+  void Later(std::function<void()> deed);
+
+  Parts parts_;
+  QPointer<frmAnalyser> window_;
+  std::deque<std::shared_ptr<const Record>> waiting_;  // records for a window not made yet
+  std::shared_ptr<const Record> last_;
+  BandTable bands_;  // as the window has them
+  bool hasBands_ = false;
+  std::size_t gaps_ = 0;
+  CurrentRecord::Listener recordListener_;
+};
+
+}  // namespace kestrel
