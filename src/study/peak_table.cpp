@@ -4,6 +4,7 @@
 
 #include "analysis/known_frequencies.h"
 #include "numeric/number_texts.h"
+#include "study/known_table.h"
 #include "study/scene.h"
 #include "study/tables.h"
 
@@ -47,7 +48,7 @@ PeakTable PeaksOf(const Study& study) {
   PeakTable table;
   if (study.Shown() == nullptr) return {.summary = "No record yet"};
   if (const auto refused = study.Refused()) return {.summary = refused->title};
-  const auto known = analysis::FrequenciesOf(choice.machine);
+  const auto known = KnownOf(choice);
   for (const Axis axis : ShownAxes(choice)) {
     const MeasuredSpectrum* measured = study.SpectrumOf(axis);
     if (measured == nullptr || !measured->curve) continue;

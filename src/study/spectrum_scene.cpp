@@ -6,6 +6,7 @@
 #include "analysis/known_frequencies.h"
 #include "analysis/levels.h"
 #include "numeric/number_texts.h"
+#include "study/known_table.h"
 #include "study/scene.h"
 
 namespace kestrel::study {
@@ -249,7 +250,7 @@ PlotAcross AcrossOf(const StudyChoice& choice, const MeasuredSpectrum& measured)
 
 void AddMarks(PlotScene& scene, const Study& study, const analysis::Spectrum& spectrum) {
   if (study.Choice().showKnown) {
-    const auto known = analysis::FrequenciesOf(study.Choice().machine);
+    const auto known = KnownOf(study.Choice());
     for (const analysis::Marker& marker : analysis::MarkersOf(known, spectrum)) {
       scene.marks.push_back({.from = marker.fromHz, .to = marker.toHz, .name = marker.name});
     }

@@ -77,6 +77,7 @@ struct StudyChoice {
   int cursorMembers = 6;
   analysis::PeakSettings peaks = {};
   analysis::Machine machine = {};
+  std::set<std::string> knownOff = {};  // names of known frequencies that are not shown
   analysis::ZoneLimits zones = DefaultZones();
   std::vector<FreeBand> bands = {};
   std::vector<UserMarker> markers = {};

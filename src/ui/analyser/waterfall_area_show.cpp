@@ -8,6 +8,7 @@
 #include "analysis/known_frequencies.h"
 #include "numeric/number_texts.h"
 #include "study/cursors.h"
+#include "study/known_table.h"
 #include "study/scene.h"
 #include "ui/analyser/text_table.h"
 #include "ui/analyser/waterfall_area.h"
@@ -51,7 +52,7 @@ double SpanFor(double seconds) {
 std::string NameAt(const study::Study& row, double hz, double binWidthHz) {
   const study::MeasuredSpectrum* measured = row.SpectrumOf(row.Choice().focus);
   if (measured == nullptr) return "";
-  const auto known = analysis::FrequenciesOf(row.Choice().machine);
+  const auto known = study::KnownOf(row.Choice());
   const auto marker = analysis::NearestMarker(analysis::MarkersOf(known, measured->spectrum),
                                               {.hz = hz, .hzBound = binWidthHz / 2});
   return marker ? marker->name : "";
