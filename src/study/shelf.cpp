@@ -16,6 +16,10 @@ RecordId Shelf::Add(RecordPointer record) {
   return last_;
 }
 
+void Shelf::Amend(RecordPointer record) {
+  if (!entries_.empty()) entries_.front().record = std::move(record);
+}
+
 RecordPointer Shelf::Find(RecordId id) const {
   const auto found =
       std::find_if(entries_.begin(), entries_.end(), [id](const auto& e) { return e.id == id; });

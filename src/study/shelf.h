@@ -28,6 +28,9 @@ class Shelf {
 
   RecordId Add(RecordPointer record);
 
+  // In the place of the newest one.
+  void Amend(RecordPointer record);
+
   // Newest first.
   [[nodiscard]] const std::deque<ShelfEntry>& Entries() const { return entries_; }
   // Null where there is no such record (any more).

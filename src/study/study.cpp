@@ -20,6 +20,15 @@ void Study::Take(RecordPointer record) {
   if (IsLive() && !isHeld_) shown_ = std::move(measured);
 }
 
+void Study::Amend(RecordPointer record) {
+  if (!live_) return;
+  for (auto* measured : {&shown_, &frozen_, &reference_}) {
+    if (*measured && (*measured)->record == live_) (*measured)->record = record;
+  }
+  shelf_.Amend(record);
+  live_ = std::move(record);
+}
+
 void Study::Choose(StudyChoice choice) {
   const bool isSame = choice.MeasuresAs(choice_);
   if (choice.meaning != choice_.meaning || choice.timeWindow != choice_.timeWindow) {

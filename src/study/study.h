@@ -38,6 +38,8 @@ class Study {
 
   // What comes.
   void Take(RecordPointer record);
+  // More is known of the record that came last; its data are the same.
+  void Amend(RecordPointer record);
   void AddGap(const std::string& reason) { rows_.AddGap(reason); }
   void SetSensorBands(int option, const SensorBands& bands) { sensorBands_[option] = bands; }
 

@@ -38,6 +38,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       viewBar_(new ViewBar),
       toolBar_(new AnalyserToolBar(model_)),
       area_(new PlotArea(model_)),
+      waterfall_(new WaterfallArea(model_)),
       views_(new QStackedWidget) {
   setObjectName("frmAnalyser");
   setWindowTitle(tr("Analyser"));
@@ -60,6 +61,7 @@ frmAnalyser::~frmAnalyser() {
 void frmAnalyser::LayOut() {
   views_->setObjectName("views");
   views_->addWidget(area_);
+  views_->addWidget(waterfall_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -101,11 +103,13 @@ void frmAnalyser::Connect() {
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,
           [this](int option) { host_.captureAtOption(option); });
-  AnalyserPlot& plot = area_->Plot();
-  connect(&plot, &AnalyserPlot::ViewChanged, this, &frmAnalyser::Refresh);
-  connect(toolBar_->cmdBack, &QToolButton::clicked, &plot, &AnalyserPlot::GoBack);
-  connect(toolBar_->cmdForward, &QToolButton::clicked, &plot, &AnalyserPlot::GoForward);
-  connect(toolBar_->cmdShowAll, &QToolButton::clicked, &plot, &AnalyserPlot::ShowAll);
+  for (AnalyserPlot* plot : {&area_->Plot(), &waterfall_->Plot()}) {
+    connect(plot, &AnalyserPlot::ViewChanged, this, &frmAnalyser::Refresh);
+  }
+  connect(waterfall_, &WaterfallArea::CommandAsked, &area_->Commands(), &PlotCommands::CarryOut);
+  connect(toolBar_->cmdBack, &QToolButton::clicked, this, [this] { Plot().GoBack(); });
+  connect(toolBar_->cmdForward, &QToolButton::clicked, this, [this] { Plot().GoForward(); });
+  connect(toolBar_->cmdShowAll, &QToolButton::clicked, this, [this] { Plot().ShowAll(); });
   connect(toolBar_->cmdCopy, &QToolButton::clicked, this, &frmAnalyser::Copy);
   connect(toolBar_->cmdExport, &QToolButton::clicked, this, &frmAnalyser::AskExport);
   connect(toolBar_->cmdLive, &QToolButton::clicked, this, [this] {
@@ -134,10 +138,17 @@ void frmAnalyser::Refresh() {
       restoreState(kept->second);
     }
   }
-  const AnalyserPlot& plot = area_->Plot();
+  if (views_->currentIndex() != (view == study::View::Waterfall ? 1 : 0)) {
+    views_->setCurrentIndex(view == study::View::Waterfall ? 1 : 0);
+  }
+  const AnalyserPlot& plot = Plot();
   toolBar_->cmdBack->setEnabled(plot.CanGoBack());
   toolBar_->cmdForward->setEnabled(plot.CanGoForward());
   toolBar_->cmdShowAll->setEnabled(!plot.ShowsAll());
+}
+
+AnalyserPlot& frmAnalyser::Plot() const {
+  return view_ == study::View::Waterfall ? waterfall_->Plot() : area_->Plot();
 }
 
 void frmAnalyser::SetSensor(const QString& text, const QString& detail) {

@@ -16,6 +16,7 @@
 #include "ui/analyser/table_panels.h"
 #include "ui/analyser/tool_bar.h"
 #include "ui/analyser/view_bar.h"
+#include "ui/analyser/waterfall_area.h"
 #include "ui/chart/theme.h"
 
 namespace kestrel {
@@ -68,6 +69,8 @@ class frmAnalyser : public QMainWindow {
   void AddKey(const QKeySequence& key, std::function<void()> deed);
   void Connect();
   void Refresh();
+  // The plot of the view that is shown.
+  [[nodiscard]] AnalyserPlot& Plot() const;
   void TakeColours();
   void AskMarker(double hz);
   void AskExport();
@@ -82,6 +85,7 @@ class frmAnalyser : public QMainWindow {
   ViewBar* viewBar_;
   AnalyserToolBar* toolBar_;
   PlotArea* area_;
+  WaterfallArea* waterfall_;
   QStackedWidget* views_;
   std::vector<AnalyserDock*> docks_;
   QActionGroup* themes_ = nullptr;

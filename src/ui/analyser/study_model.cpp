@@ -32,6 +32,11 @@ void StudyModel::Take(study::RecordPointer record) {
   emit Changed();
 }
 
+void StudyModel::Amend(study::RecordPointer record) {
+  study_.Amend(std::move(record));
+  emit Changed();
+}
+
 void StudyModel::AddGap(const std::string& reason) {
   study_.AddGap(reason);
   emit RecordsChanged();

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "study/study.h"
@@ -27,6 +28,8 @@ class StudyModel : public QObject {
   void MoveCursor(study::CursorKind kind, const study::CursorPlaces& places);
 
   void Take(study::RecordPointer record);
+  void Take(const Record& record) { Take(std::make_shared<const Record>(record)); }
+  void Amend(study::RecordPointer record);
   void AddGap(const std::string& reason);
   void SetSensorBands(int option, const study::SensorBands& bands);
   void Select(const std::vector<study::RecordId>& ids);

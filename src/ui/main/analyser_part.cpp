@@ -28,7 +28,7 @@ study::SensorBands BandsOf(const BandTable& table, int option) {
   return bands;
 }
 
-// The same record handed over again, perhaps scaled otherwise.
+// The same data handed over again, with more known of them or scaled otherwise.
 bool IsSame(const Record& one, const Record& other) {
   if (one.time != other.time || one.kind != other.kind || one.settings != other.settings) {
     return false;
@@ -104,13 +104,15 @@ AnalyserHost AnalyserPart::Host() {
 
 void AnalyserPart::TakeRecord() {
   const Record& record = parts_.core.record.Get();
-  if (!record.Taken() || (last_ && IsSame(*last_, record))) return;
+  if (!record.Taken() || (last_ && *last_ == record)) return;
+  const bool isAmended = last_ && IsSame(*last_, record);
   last_ = std::make_shared<const Record>(record);
   if (window_) {
     GiveBands();
-    window_->Model().Take(last_);
+    isAmended ? window_->Model().Amend(last_) : window_->Model().Take(last_);
     return;
   }
+  if (isAmended && !waiting_.empty()) waiting_.pop_back();
   waiting_.push_back(last_);
   if (waiting_.size() > kMostWaiting) waiting_.pop_front();
 }

@@ -27,5 +27,60 @@ TEST_F(FrmAnalyser, ShowsEachNewRecordAsItComes) {
   EXPECT_GT(window.findChild<QTableView*>("tblPeaks")->model()->rowCount(), 3);
 }
 
+TEST_F(FrmAnalyser, Pictures) {
+  const QString folder = qEnvironmentVariable("KESTREL_LOOK");
+  if (folder.isEmpty()) GTEST_SKIP();
+  frmAnalyser& window = Open();
+  const auto save = [&](const QString& name) {
+    QTest::qWait(50);
+    window.grab().save(folder + "/" + name + ".png");
+  };
+  for (const int theme : {1, 2}) {
+    ApplyTheme(static_cast<Theme>(theme));
+    const QString t = theme == 1 ? "-light" : "-dark";
+    window.resize(1440, 900);
+    save("empty" + t);
+    for (int i = 0; i < 3; ++i) Capture();
+    QTest::qWait(20);
+    window.Model().Change([](auto& c) {
+      c.up = study::Scale::Logarithmic;
+      c.focus = Axis::Z;
+    });
+    window.Area().Commands().CarryOut(PlotCommand::CursorHarmonic);
+    save("spectrum" + t);
+    window.resize(1280, 720);
+    save("small" + t);
+    window.resize(1440, 900);
+    window.Model().Change([](auto& c) { c.stacked = true; });
+    window.Model().TakeReference();
+    window.Area().Commands().CarryOut(PlotCommand::CursorSideband);
+    save("stacked" + t);
+    window.Model().Change([](auto& c) {
+      c.stacked = false;
+      c.quantity.quantity = analysis::Quantity::Velocity;
+      c.quantity.lowestHz = 0;
+    });
+    save("velocity" + t);
+    window.Model().Change([](auto& c) { c.quantity.quantity = analysis::Quantity::Acceleration; });
+    window.ChooseView(study::View::Time);
+    save("nosamples" + t);
+    Choose("cbxRecMode", 2);
+    Capture();
+    save("time" + t);
+    window.Model().Change([](auto& c) {
+      c.timeQuantity = study::TimeQuantity::Velocity;
+      c.timeFromHz = 10;
+    });
+    save("refusal" + t);
+    window.Model().Change([](auto& c) { c.timeFromHz = 0; });
+    save("timevelocity" + t);
+    window.ChooseView(study::View::Waterfall);
+    save("waterfall" + t);
+    window.ChooseView(study::View::Spectrum);
+    Choose("cbxRecMode", 0);
+  }
+  ApplyTheme(Theme::System);
+}
+
 }  // namespace
 }  // namespace kestrel
