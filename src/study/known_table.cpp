@@ -3,6 +3,7 @@
 #include "study/known_table.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <utility>
 
@@ -18,13 +19,19 @@ const analysis::Spectrum* SpectrumAtHand(const Study& study) {
   return nullptr;
 }
 
+// "1×", "8.33×", "0.420×".
+std::string OrderText(double order) {
+  const bool isWhole = std::floor(order) == order && order < 1000;
+  return (isWhole ? analysis::NumberText(order, 0) : analysis::SignificantText(order)) + "×";
+}
+
 KnownRow RowOf(const analysis::KnownFrequency& known, const StudyChoice& choice,
                const analysis::Spectrum* spectrum) {
   KnownRow row{.known = known,
                .isOn = !choice.knownOff.contains(known.name),
                .name = known.name,
                .frequency = analysis::NumberText(known.hz, 1)};
-  if (known.order) row.order = analysis::SignificantText(*known.order) + "×";
+  if (known.order) row.order = OrderText(*known.order);
   if (spectrum == nullptr) return row;
   row.lines = std::to_string(analysis::MarkersOf({known}, *spectrum).size());
   if (const auto refusal = analysis::WhyNotSeen(known, *spectrum)) {

@@ -45,8 +45,9 @@ TEST_F(KnownTableTest, TellsFrequencyOrderAndLines) {
   const KnownTable table = Table();
   const KnownRow& mesh = RowOf(table, "Gear mesh, 23 teeth");
   EXPECT_EQ(mesh.frequency, "22,698.7");
-  EXPECT_EQ(mesh.order, "23.0×");
+  EXPECT_EQ(mesh.order, "23×");
   EXPECT_TRUE(mesh.isSeen);
+  EXPECT_EQ(RowOf(table, "Cage, front").order, "0.417×");
   EXPECT_EQ(RowOf(table, "Outer race, front").lines, "5");
   EXPECT_EQ(RowOf(table, "Mains").order, "");
 }

@@ -95,6 +95,7 @@ void KnownPanel::LayOut() {
   table_->setTabKeyNavigation(false);
   table_->verticalHeader()->hide();
   table_->horizontalHeader()->setHighlightSections(false);
+  table_->horizontalHeaderItem(kName)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   table_->horizontalHeader()->setSectionResizeMode(kName, QHeaderView::Stretch);
 
