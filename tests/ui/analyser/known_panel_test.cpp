@@ -78,7 +78,7 @@ TEST_F(KnownPanelTest, TheSpeedComesFromThePeakOrSaysThatThereIsNone) {
   Press("speedFromPeak");
   EXPECT_FALSE(Machine().rpm);
   EXPECT_NE(Find<QLabel>("shaftSpeedMessage")->text(), "");
-  model_.Take(MadeUpSpectrum(0, {{39, 500}, {40, 1000}, {41, 500}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{39, 500}, {40, 1000}, {41, 500}}));
   Press("speedFromPeak");
   ASSERT_TRUE(Machine().rpm);
   EXPECT_NEAR(*Machine().rpm, 40 * BinWidth(0) * 60, BinWidth(0) * 6);
@@ -203,7 +203,7 @@ TEST_F(KnownPanelTest, ATickSwitchesAFrequencyOffAndOn) {
 TEST_F(KnownPanelTest, WhatTheRecordCannotShowIsMutedWithItsReason) {
   Type("shaftSpeed", "59214");
   Choose("mains", 1);
-  model_.Take(MadeUpSpectrum(0, {{40, 1000}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
   EXPECT_EQ(Item("Shaft")->foreground().color(), Look::Light().text);
   EXPECT_EQ(Item("Mains")->foreground().color(), Look::Light().muted);
   EXPECT_TRUE(Item("Mains")->toolTip().contains("option 1"));
@@ -214,7 +214,7 @@ TEST_F(KnownPanelTest, ARecordThatComesDoesNotDisturbTyping) {
   auto* edit = Find<QLineEdit>("shaftSpeed");
   edit->setFocus();
   QTest::keyClicks(edit, "15");
-  model_.Take(MadeUpSpectrum(0, {{40, 1000}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
   QTest::keyClicks(edit, "00");
   QTest::keyClick(edit, Qt::Key_Return);
   EXPECT_EQ(Machine().rpm, 1500);
@@ -232,7 +232,7 @@ TEST_F(KnownPanelTest, APictureToLookAt) {
         analysis::GearMesh{.name = "Gear mesh, 23 teeth", .teeth = 23});
     choice.knownOff = {"Mains"};
   });
-  model_.Take(MadeUpSpectrum(0, {{40, 1000}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
   const QString folder = qEnvironmentVariable("KESTREL_APPROVE");
   for (const bool isDark : {false, true}) {
     panel_.setPalette(isDark ? Look::Dark().Palette() : Look::Light().Palette());

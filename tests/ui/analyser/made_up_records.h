@@ -4,11 +4,13 @@
 
 #include <chrono>
 #include <cmath>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "record/frequency.h"
 #include "record/record.h"
+#include "ui/analyser/study_model.h"
 
 namespace kestrel {
 
@@ -39,6 +41,10 @@ inline Record MadeUpSpectrum(int second, const std::vector<std::pair<int, int>>&
     }
   }
   return record;
+}
+
+inline void TakeRecord(StudyModel& model, Record record) {
+  model.Take(std::make_shared<const Record>(std::move(record)));
 }
 
 }  // namespace kestrel

@@ -39,11 +39,12 @@ class SeverityPanelTest : public ::testing::Test {
     int second = 0;
     for (const int option : {3, 2, 1}) {
       const int bin = static_cast<int>(std::lround(50 / BinWidth(option)));
-      model_.Take(MadeUpSpectrum(
-          second += 60,
-          bin > 3 ? std::vector<std::pair<int, int>>{{bin - 1, 500}, {bin, 1000}, {bin + 1, 500}}
-                  : std::vector<std::pair<int, int>>{},
-          option));
+      TakeRecord(model_, MadeUpSpectrum(second += 60,
+                                        bin > 3 ? std::vector<std::pair<int, int>>{{bin - 1, 500},
+                                                                                   {bin, 1000},
+                                                                                   {bin + 1, 500}}
+                                                : std::vector<std::pair<int, int>>{},
+                                        option));
     }
   }
 
@@ -53,7 +54,7 @@ class SeverityPanelTest : public ::testing::Test {
 
 TEST_F(SeverityPanelTest, NoZoneIsShownWhereTheBandIsNotCovered) {
   EXPECT_FALSE(panel_.Picture().View().IsTold());
-  model_.Take(MadeUpSpectrum(0, {{40, 1000}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
   EXPECT_FALSE(panel_.Picture().View().IsTold());
   EXPECT_EQ(TextOf("severityHeading"), "No zone: the band is not covered");
   EXPECT_TRUE(TextOf("severityNote").contains("Capture at options 3, 2 and 1"));
@@ -127,7 +128,7 @@ TEST(PlaceInZones, EachZoneHasAQuarterOfTheBar) {
 // To be looked at: KESTREL_APPROVE names the folder.
 TEST_F(SeverityPanelTest, APictureToLookAt) {
   const QString folder = qEnvironmentVariable("KESTREL_APPROVE");
-  model_.Take(MadeUpSpectrum(0, {{40, 1000}}));
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
   for (const QString name : {"missing", "told"}) {
     for (const bool isDark : {false, true}) {
       panel_.setPalette(isDark ? Look::Dark().Palette() : Look::Light().Palette());

@@ -26,7 +26,7 @@ class WaterfallAreaTest : public ::testing::Test {
   }
   void TakeRows(int from, int count, int word = 1000, int option = 0) {
     for (int i = from; i < from + count; ++i) {
-      model_.Take(MadeUpSpectrum(10 * i, {{40, word + i}, {80, word / 2}}, option));
+      TakeRecord(model_, MadeUpSpectrum(10 * i, {{40, word + i}, {80, word / 2}}, option));
     }
   }
   double ShownSecond() const {
@@ -245,19 +245,19 @@ TEST_F(WaterfallAreaTest, ARecordScaledForAnotherRangeHasItsOwnValues) {
   Record record = MadeUpSpectrum(0, {{40, 1000}});
   record.scaledRange = 0;
   record.lsbWeight = LsbWeightOf(0, RecordKind::Spectrum);
-  model_.Take(record);
+  TakeRecord(model_, record);
   EXPECT_FLOAT_EQ(area_.Map().Rows().Row(0)[40], static_cast<float>(1000 * step_));
   EXPECT_DOUBLE_EQ(Trace().y[40], 1000 * step_);
 }
 
 TEST_F(WaterfallAreaTest, RecordsOfNothingAndOfFullScaleAreShown) {
-  model_.Take(MadeUpSpectrum(0, {}));
+  TakeRecord(model_, MadeUpSpectrum(0, {}));
   for (const Axis axis : kAxes) {
     Record record = MadeUpSpectrum(10, {});
     record.Of(axis) = {};
     for (int bin = 0; bin < 256; ++bin) record.Of(Axis::Z).raw(bin) = axis == Axis::Z ? 0 : 65535;
     record.time = MadeUpTime(10 + static_cast<int>(Index(axis)) * 10);
-    model_.Take(record);
+    TakeRecord(model_, record);
     for (const auto up : {study::Scale::Linear, study::Scale::Logarithmic}) {
       model_.Change([&](auto& choice) { choice.up = up; });
       EXPECT_FALSE(RenderOf(area_, 1).isNull());
@@ -280,7 +280,7 @@ TEST_F(WaterfallAreaTest, APictureToLookAt) {
     if (i == 20) model_.AddGap("sensor unplugged");
     if (i >= 20 && i <= 26) continue;
     const int speed = std::min(40, 20 + i);
-    model_.Take(MadeUpSpectrum(10 * i, {{speed, 1200}, {2 * speed, 500}, {3 * speed, 200}}));
+    TakeRecord(model_, MadeUpSpectrum(10 * i, {{speed, 1200}, {2 * speed, 500}, {3 * speed, 200}}));
   }
   study::SensorBands bands{};
   bands[Index(Axis::Z)][2] = {.lowBin = 35, .highBin = 45, .warning = 1000, .fault = 1300};
