@@ -73,6 +73,18 @@ std::string SpreadText(const Newest& newest, const Record& last) {
   return minutes <= 1 ? "within a minute" : "within " + std::to_string(minutes) + " minutes";
 }
 
+std::string UncertainText(const SeverityView& view) {
+  std::string axes;
+  int count = 0;
+  for (const Axis axis : kAxes) {
+    if (!view.axes[Index(axis)]->uncertain) continue;
+    axes += (count++ > 0 ? ", " : "") + std::string(1, Letter(axis));
+  }
+  if (count == 0) return "";
+  return axes + (count == 1 ? " is uncertain: its captures disagree."
+                            : " are uncertain: their captures disagree.");
+}
+
 void Describe(SeverityView& view, const Newest& newest, const Record& last) {
   if (!view.IsTold()) {
     const analysis::Refusal& why = view.axes.front().Why();
@@ -87,12 +99,7 @@ void Describe(SeverityView& view, const Newest& newest, const Record& last) {
   }
   view.note = "From captures at options " + used + ", taken " + SpreadText(newest, last) +
               ". An estimate, not a certificate. " + view.note;
-  for (const Axis axis : kAxes) {
-    const auto& told = view.axes[Index(axis)];
-    if (told && told->uncertain) {
-      view.note += std::string(1, Letter(axis)) + " is uncertain: its captures disagree. ";
-    }
-  }
+  view.note += UncertainText(view);
 }
 
 }  // namespace

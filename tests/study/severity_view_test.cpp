@@ -96,7 +96,7 @@ TEST(SeverityView, CapturesThatDisagreeAreSaidToBeUncertain) {
   const SeverityView view = SeverityOf(study);
   ASSERT_TRUE(view.IsTold());
   EXPECT_TRUE(view.axes[0]->uncertain);
-  EXPECT_THAT(view.note, HasSubstr("X is uncertain"));
+  EXPECT_THAT(view.note, HasSubstr("X, Y, Z are uncertain"));
 }
 
 }  // namespace

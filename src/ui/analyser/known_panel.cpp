@@ -7,6 +7,7 @@
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cmath>
@@ -57,6 +58,8 @@ KnownPanel::KnownPanel(StudyModel& model, QWidget* parent)
   note_->setObjectName(QStringLiteral("knownNote"));
   add_->setObjectName(QStringLiteral("addKnown"));
   remove_->setObjectName(QStringLiteral("removeKnown"));
+  setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
   LayOut();
   Connect();
   Refresh();
@@ -122,7 +125,9 @@ void KnownPanel::LayOut() {
 }
 
 void KnownPanel::Connect() {
-  connect(&model_, &StudyModel::Changed, this, &KnownPanel::Refresh);
+  connect(&model_, &StudyModel::Changed, this, [this] {
+    if (isVisible()) Refresh();
+  });
   connect(speed_, &NumberField::Entered, this, [this](double rpm) {
     analysis::Machine machine = model_.Choice().machine;
     machine.rpm = rpm;
@@ -298,6 +303,11 @@ void KnownPanel::FillTable(const study::KnownTable& table) {
   }
   remove_->setEnabled(!table_->selectedItems().isEmpty());
   isFilling_ = false;
+}
+
+void KnownPanel::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Refresh();
 }
 
 void KnownPanel::changeEvent(QEvent* event) {

@@ -18,6 +18,7 @@
 
 namespace kestrel {
 
+// While it is hidden it waits.
 class KnownPanel : public QWidget {
   Q_OBJECT
 
@@ -41,6 +42,7 @@ class KnownPanel : public QWidget {
   void LibraryChanged();  // time to keep it
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QFormLayout>
+#include <QShowEvent>
 #include <QVBoxLayout>
 #include <string>
 
@@ -59,8 +60,12 @@ SeverityPanel::SeverityPanel(StudyModel& model, QWidget* parent)
          [this, i](double value) { return analysis::AreLimits(With(i, value)); }});
     connect(limits_[i], &NumberField::Entered, this, [this, i](double v) { Take(i, v); });
   }
+  setBackgroundRole(QPalette::Base);
+  setAutoFillBackground(true);
   LayOut();
-  connect(&model_, &StudyModel::Changed, this, &SeverityPanel::Refresh);
+  connect(&model_, &StudyModel::Changed, this, [this] {
+    if (isVisible()) Refresh();
+  });
   connect(table_, &QComboBox::activated, this, &SeverityPanel::ChooseTable);
   connect(capture_, &QPushButton::clicked, this,
           [this] { emit CaptureAsked(picture_->View().missing); });
@@ -172,6 +177,11 @@ void SeverityPanel::Refresh() {
   }
   picture_->Show(std::move(view), model_.Choice().zones);
   ShowLimits();
+}
+
+void SeverityPanel::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  Refresh();
 }
 
 void SeverityPanel::changeEvent(QEvent* event) {

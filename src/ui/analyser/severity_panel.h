@@ -15,6 +15,7 @@
 
 namespace kestrel {
 
+// While it is hidden it waits.
 class SeverityPanel : public QWidget {
   Q_OBJECT
 
@@ -29,6 +30,7 @@ class SeverityPanel : public QWidget {
   void CaptureAsked(const std::vector<int>& options);  // slowest first
 
  protected:
+  void showEvent(QShowEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:

@@ -59,6 +59,7 @@ double PlaceInZones(double mmPerS, const analysis::ZoneLimits& limits) {
 SeverityPicture::SeverityPicture(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("severityPicture"));
   setAccessibleName(QStringLiteral("Severity estimate"));
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
 void SeverityPicture::Show(study::SeverityView view, const analysis::ZoneLimits& limits) {

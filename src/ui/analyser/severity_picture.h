@@ -18,8 +18,8 @@ class SeverityPicture : public QWidget {
   void Show(study::SeverityView view, const analysis::ZoneLimits& limits);
   [[nodiscard]] const study::SeverityView& View() const { return view_; }
 
-  [[nodiscard]] QSize sizeHint() const override { return {300, 150}; }
-  [[nodiscard]] QSize minimumSizeHint() const override { return {220, 130}; }
+  [[nodiscard]] QSize sizeHint() const override { return {300, 116}; }
+  [[nodiscard]] QSize minimumSizeHint() const override { return {220, 116}; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
