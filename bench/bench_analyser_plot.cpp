@@ -4,13 +4,18 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "figure.h"
+#include "record/frequency.h"
+#include "ui/analyser/waterfall_area.h"
 #include "ui/chart/analyser_plot.h"
 #include "ui/waterfall/waterfall_view.h"
 
@@ -212,6 +217,51 @@ void Waterfall() {
                   .kept = isFull && bytes <= kPromisedBytes});
 }
 
+kestrel::Record RecordAt(double time, const std::vector<double>& words) {
+  kestrel::Record record;
+  record.time = std::chrono::system_clock::from_time_t(static_cast<std::time_t>(time));
+  record.settings.window = 1;
+  record.settings.range = record.scaledRange = 3;
+  record.lsbWeight = kestrel::LsbWeightOf(3, kestrel::RecordKind::Spectrum);
+  for (const kestrel::Axis axis : kestrel::kAxes) {
+    for (int bin = 0; bin < kPoints; ++bin) {
+      const double word = std::round(1000 * words[static_cast<std::size_t>(bin)]);
+      record.Of(axis).raw(bin) = word;
+      record.Of(axis).data(bin) = word * record.lsbWeight;
+    }
+  }
+  return record;
+}
+
+// From the capture to the screen with everything around the map: spectrum, level over time.
+void WaterfallWithItsSpectrum() {
+  constexpr int kThere = 2000;
+  kestrel::StudyModel model;
+  model.Change([](kestrel::study::StudyChoice& choice) {
+    choice.view = kestrel::study::View::Waterfall;
+    choice.cursor = kestrel::study::CursorKind::Single;
+    choice.inSpectrum.at = 40 * kestrel::BinWidth(0);
+  });
+  kestrel::WaterfallArea area(model);
+  const Values records = Machine(64);
+  double time = 1.7e9;
+  const auto add = [&] {
+    time += 1;
+    model.Take(std::make_shared<const kestrel::Record>(
+        RecordAt(time, records[static_cast<std::size_t>(time) % records.size()])));
+  };
+  for (int i = 0; i < kThere; ++i) add();
+  Show(area, kUsual);
+  area.repaint();
+  const double spent = MedianMs([&] {
+    add();
+    area.repaint();
+  });
+  const bool isAdded = area.Map().Rows().Count() == kThere + kRounds && area.Rebuilds() == 1;
+  kestrel::PrintNote("waterfall with its spectrum and level over time, a new record, 1600 x 900: " +
+                     kestrel::Amount(spent, 1, "ms") + (isAdded ? "" : ", MISSING ROWS"));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -227,5 +277,6 @@ int main(int argc, char** argv) {
   Frames("a line each, full height", Scene(FullHeight(100), kestrel::TraceStyle::Held));
   Frames("least to largest and median, full height", CrowdScene(FullHeight(100)));
   Waterfall();
+  WaterfallWithItsSpectrum();
   return 0;
 }

@@ -270,9 +270,7 @@ void KnownPanel::Refresh() {
   harmonics_->setValue(machine.harmonics);
   const study::KnownTable table = study::KnownTableOf(model_.Get());
   FillTable(table);
-  QPalette muted = palette();
-  muted.setColor(QPalette::WindowText, Look::Of(muted).muted);
-  note_->setPalette(muted);
+  SetInk(*note_, Look::Of(palette()).muted);
   note_->setText(table.rows.empty() && table.note.empty()
                      ? QStringLiteral("Shaft, gears, bearings and mains that you name here are "
                                       "marked in the spectrum and named in the peak table.")

@@ -27,6 +27,12 @@ std::optional<double> NumberIn(const QLocale& locale, const QString& text) {
   return number;
 }
 
+void SetInk(QLabel& label, const QColor& ink) {
+  QPalette palette = label.palette();
+  for (const auto role : {QPalette::WindowText, QPalette::Text}) palette.setColor(role, ink);
+  label.setPalette(palette);
+}
+
 NumberField::NumberField(const QString& name, const QString& accessibleName, Rule rule,
                          QWidget* parent)
     : QWidget(parent), rule_(std::move(rule)), edit_(new QLineEdit), message_(new QLabel) {
@@ -60,9 +66,7 @@ void NumberField::SetNumber(std::optional<double> number) {
 }
 
 void NumberField::Say(const QString& message) {
-  QPalette colours = palette();
-  colours.setColor(QPalette::WindowText, Look::Of(colours).fault);
-  message_->setPalette(colours);
+  SetInk(*message_, Look::Of(palette()).fault);
   message_->setText(message);
   message_->setVisible(!message.isEmpty());
   edit_->setAccessibleDescription(message);

@@ -56,4 +56,7 @@ class NumberField : public QWidget {
 // The finite number that a text stands for in a locale; nothing for any other text.
 [[nodiscard]] std::optional<double> NumberIn(const QLocale& locale, const QString& text);
 
+// Text in a colour of its own, whatever ground it stands on.
+void SetInk(QLabel& label, const QColor& ink);
+
 }  // namespace kestrel

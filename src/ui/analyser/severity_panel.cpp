@@ -29,12 +29,6 @@ QString Listed(const std::vector<int>& options) {
                                QStringLiteral(" and ") + last;
 }
 
-void SetInk(QLabel* label, const QColor& ink) {
-  QPalette palette = label->palette();
-  palette.setColor(QPalette::WindowText, ink);
-  label->setPalette(palette);
-}
-
 }  // namespace
 
 SeverityPanel::SeverityPanel(StudyModel& model, QWidget* parent)
@@ -169,8 +163,8 @@ void SeverityPanel::Refresh() {
   heading_->setFont(LookFonts(font()).bold);
   heading_->setText(Text(view.heading));
   note_->setText(Text(view.note));
-  SetInk(note_, look.muted);
-  SetInk(source_, look.muted);
+  SetInk(*note_, look.muted);
+  SetInk(*source_, look.muted);
   capture_->setVisible(isOffered_ && !view.missing.empty());
   if (!view.missing.empty()) {
     capture_->setText(QStringLiteral("Capture at ") + Listed(view.missing));

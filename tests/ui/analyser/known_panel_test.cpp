@@ -210,6 +210,17 @@ TEST_F(KnownPanelTest, WhatTheRecordCannotShowIsMutedWithItsReason) {
   EXPECT_TRUE(Find<QLabel>("knownNote")->text().contains("Mains lies below"));
 }
 
+TEST_F(KnownPanelTest, TheNoteIsMutedInEitherTheme) {
+  Choose("mains", 1);
+  TakeRecord(model_, MadeUpSpectrum(0, {{40, 1000}}));
+  for (const Look& look : {Look::Light(), Look::Dark(), Look::Light()}) {
+    panel_.setPalette(look.Palette());
+    QCoreApplication::processEvents();
+    const auto* note = Find<QLabel>("knownNote");
+    EXPECT_EQ(note->palette().color(note->foregroundRole()), look.muted);
+  }
+}
+
 TEST_F(KnownPanelTest, ARecordThatComesDoesNotDisturbTyping) {
   auto* edit = Find<QLineEdit>("shaftSpeed");
   edit->setFocus();
