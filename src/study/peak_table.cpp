@@ -47,7 +47,7 @@ PeakTable PeaksOf(const Study& study) {
   const StudyChoice& choice = study.Choice();
   PeakTable table;
   if (study.Shown() == nullptr) return {.summary = "No record yet"};
-  if (const auto refused = study.Refused()) return {.summary = refused->title};
+  if (const auto refused = study.SpectrumRefused()) return {.summary = refused->title};
   const auto known = KnownOf(choice);
   for (const Axis axis : ShownAxes(choice)) {
     const MeasuredSpectrum* measured = study.SpectrumOf(axis);

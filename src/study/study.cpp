@@ -104,6 +104,11 @@ std::optional<analysis::Refusal> Study::Refused() const {
     const auto curve = TimeCurveOf(choice_.focus);
     return curve ? std::nullopt : std::optional(curve.Why());
   }
+  return SpectrumRefused();
+}
+
+std::optional<analysis::Refusal> Study::SpectrumRefused() const {
+  if (!shown_) return std::nullopt;
   const MeasuredAxis& focus = shown_->Of(choice_.focus);
   if (!focus) return focus.Why();
   if (!focus->curve) return focus->curve.Why();

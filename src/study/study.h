@@ -78,6 +78,8 @@ class Study {
   [[nodiscard]] analysis::Told<TimeCurve> TimeCurveOf(Axis axis) const;
   // Why the chosen quantity cannot be told of what is shown; nothing where it can.
   [[nodiscard]] std::optional<analysis::Refusal> Refused() const;
+  // The same of its spectrum, whatever the view.
+  [[nodiscard]] std::optional<analysis::Refusal> SpectrumRefused() const;
 
  private:
   void MeasureAgain();

@@ -25,6 +25,7 @@ QPainterPath Outline(const QRectF& place, FlatButton::Place kind) {
   const bool left = kind == Place::Alone || kind == Place::First;
   const bool right = kind == Place::Alone || kind == Place::Last;
   QPainterPath path;
+  path.setFillRule(Qt::WindingFill);
   path.addRoundedRect(place, kCorner, kCorner);
   const double half = place.width() / 2;
   if (!left) path.addRect(QRectF(place.topLeft(), QSizeF(half, place.height())));
@@ -51,7 +52,9 @@ void FlatButton::SetPlace(Place place) {
 }
 
 void FlatButton::SetMain(bool isMain) {
+  if (isMain == isMain_) return;
   isMain_ = isMain;
+  updateGeometry();
   update();
 }
 
@@ -80,7 +83,9 @@ QSize FlatButton::sizeHint() const {
   const bool hasIcon = !icon_.isEmpty() || swatch_ >= 0;
   double width = 2 * kInside - (ShowsWord() ? 0 : 4);
   if (hasIcon) width += kIcon;
-  if (ShowsWord()) width += QFontMetricsF(font()).horizontalAdvance(text()) + (hasIcon ? kGap : 0);
+  // A button keeps its width when it is checked and its word half-bold.
+  const QFont& widest = isMain_ || isCheckable() ? LookFonts(font()).bold : font();
+  if (ShowsWord()) width += QFontMetricsF(widest).horizontalAdvance(text()) + (hasIcon ? kGap : 0);
   if (menu() != nullptr) width += kIcon + 2;
   return {static_cast<int>(std::ceil(width)), std::max(28, fontMetrics().height() + 11)};
 }

@@ -39,11 +39,13 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       toolBar_(new AnalyserToolBar(model_)),
       area_(new PlotArea(model_)),
       waterfall_(new WaterfallArea(model_)),
-      views_(new QStackedWidget) {
+      views_(new QStackedWidget),
+      lblConditions_(new QLabel) {
   setObjectName("frmAnalyser");
   setWindowTitle(tr("Analyser"));
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
   TakeColours();
+  qApp->installEventFilter(this);
   LayOut();
   AddDocks();
   AddMenus();
@@ -68,6 +70,9 @@ void frmAnalyser::LayOut() {
   setCorner(Qt::BottomRightCorner, Qt::RightDockWidgetArea);
   statusBar()->setObjectName("analyserStatus");
   statusBar()->setSizeGripEnabled(false);
+  lblConditions_->setObjectName("lblConditions");
+  lblConditions_->setToolTip(tr("When the record that is shown was read"));
+  statusBar()->addPermanentWidget(lblConditions_);
 }
 
 AnalyserDock* frmAnalyser::AddDock(const char* name, const QString& title, SummarisedPanel* panel,
@@ -145,6 +150,7 @@ void frmAnalyser::Refresh() {
   toolBar_->cmdBack->setEnabled(plot.CanGoBack());
   toolBar_->cmdForward->setEnabled(plot.CanGoForward());
   toolBar_->cmdShowAll->setEnabled(!plot.ShowsAll());
+  ShowConditions();
 }
 
 AnalyserPlot& frmAnalyser::Plot() const {
@@ -181,9 +187,22 @@ void frmAnalyser::TakeColours() {
   if (palette() != colours) setPalette(colours);
 }
 
-void frmAnalyser::changeEvent(QEvent* event) {
-  QMainWindow::changeEvent(event);
-  if (event->type() == QEvent::ApplicationPaletteChange) TakeColours();
+// The window's own colours keep the program's from reaching it by themselves.
+bool frmAnalyser::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) TakeColours();
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void frmAnalyser::ShowConditions() {
+  const auto* shown = model_.Get().Shown();
+  if (shown == nullptr) {
+    lblConditions_->clear();
+    return;
+  }
+  const Conditions& conditions = shown->record->conditions;
+  lblConditions_->setText(tr("Supply %1 V    %2 °C")
+                              .arg(locale().toString(conditions.supplyV, 'f', 3),
+                                   locale().toString(conditions.temperatureC, 'f', 1)));
 }
 
 void frmAnalyser::closeEvent(QCloseEvent* event) {

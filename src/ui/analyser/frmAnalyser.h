@@ -55,7 +55,7 @@ class frmAnalyser : public QMainWindow {
   void Copy();
 
  protected:
-  void changeEvent(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
@@ -72,6 +72,7 @@ class frmAnalyser : public QMainWindow {
   // The plot of the view that is shown.
   [[nodiscard]] AnalyserPlot& Plot() const;
   void TakeColours();
+  void ShowConditions();
   void AskMarker(double hz);
   void AskExport();
   void ToggleCapture();
@@ -87,6 +88,7 @@ class frmAnalyser : public QMainWindow {
   PlotArea* area_;
   WaterfallArea* waterfall_;
   QStackedWidget* views_;
+  QLabel* lblConditions_;
   std::vector<AnalyserDock*> docks_;
   QActionGroup* themes_ = nullptr;
   study::View view_ = study::View::Spectrum;

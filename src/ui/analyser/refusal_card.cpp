@@ -75,11 +75,11 @@ void RefusalCard::Show(const std::optional<analysis::Refusal>& refusal,
 
 void RefusalCard::FillOptions() {
   table_->setVisible(!refusal_->options.empty());
-  table_->Model().SetColumns({{tr("Option"), Qt::AlignLeft},
-                              {tr("Length")},
-                              {tr("Told from")},
-                              {tr("up to")},
-                              {QString(), Qt::AlignRight, true}});
+  table_->SetColumns({{tr("Option"), Qt::AlignLeft},
+                      {tr("Length")},
+                      {tr("Told from")},
+                      {tr("up to")},
+                      {QString(), Qt::AlignLeft}});
   std::vector<std::vector<TextCell>> rows;
   for (const analysis::OptionOffer& offer : refusal_->options) {
     const QString option =
@@ -91,7 +91,6 @@ void RefusalCard::FillOptions() {
                     {offer.wouldDo ? QStringLiteral("\u2713 ") + tr("would do") : QString()}});
   }
   table_->Model().SetRows(std::move(rows));
-  table_->horizontalHeader()->setStretchLastSection(true);
   table_->clearSelection();
   for (int row = 0; row < table_->Model().rowCount(); ++row) {
     if (refusal_->options[static_cast<std::size_t>(row)].wouldDo) table_->selectRow(row);

@@ -11,7 +11,6 @@
 namespace kestrel {
 namespace {
 
-constexpr int kInside = 8;
 constexpr int kSwatch = 10;
 
 void PaintThreshold(QPainter& painter, double x, double middle, QPen pen) {
@@ -35,7 +34,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   }
   painter->fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
                     look.grid);
-  QRectF place = QRectF(option.rect).adjusted(kInside, 0, -kInside, 0);
+  QRectF place = QRectF(option.rect).adjusted(kCellInside, 0, -kCellInside, 0);
   const QVariant mark = index.data(Qt::DecorationRole);
   if (mark.isValid()) {
     painter->fillRect(QRectF(place.left(), place.center().y() - kSwatch / 2.0, kSwatch, kSwatch),
@@ -58,7 +57,7 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QString text = index.data(Qt::DisplayRole).toString();
-  const double width = TabularWidth(option.font, text) + 2 * kInside +
+  const double width = TabularWidth(option.font, text) + 2 * kCellInside +
                        (index.data(Qt::DecorationRole).isValid() ? kSwatch + 6 : 0);
   return {static_cast<int>(std::ceil(width)) + 2,
           QStyledItemDelegate::sizeHint(option, index).height()};
@@ -71,7 +70,7 @@ void BarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   if (row >= bars_.size()) return;
   const BandBar& bar = bars_[row];
   const Look look = Look::Of(option.palette);
-  const QRectF place = QRectF(option.rect).adjusted(kInside, 0, -kInside, 0);
+  const QRectF place = QRectF(option.rect).adjusted(kCellInside, 0, -kCellInside, 0);
   const double middle = place.center().y();
   const auto x = [&](double part) { return place.left() + part * place.width(); };
   const QColor ink = bar.state == analysis::BandState::Fault     ? look.fault

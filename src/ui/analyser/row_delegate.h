@@ -9,6 +9,9 @@
 
 namespace kestrel {
 
+// Pixels left and right of a cell's text.
+inline constexpr int kCellInside = 6;
+
 class RowDelegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;

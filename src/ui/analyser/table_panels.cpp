@@ -54,13 +54,13 @@ PeaksPanel::PeaksPanel(StudyModel& model) : model_(model), table_("tblPeaks") {
 void PeaksPanel::Show() {
   const study::PeakTable table = study::PeaksOf(model_.Get());
   const QString bound = QStringLiteral("\u00B1");
-  table_.Model().SetColumns({{tr("Axis"), kLeft},
-                             {Text(table.frequencyHead)},
-                             {bound, kLeft, true},
-                             {Text(table.valueHead)},
-                             {bound + " ", kLeft, true},
-                             {tr("Order")},
-                             {tr("Nearest"), kLeft}});
+  table_.SetColumns({{QString(), kLeft},
+                     {Text(table.frequencyHead)},
+                     {bound, kLeft, true},
+                     {Text(table.valueHead)},
+                     {bound + " ", kLeft, true},
+                     {tr("Order")},
+                     {tr("Nearest"), kLeft}});
   std::vector<std::vector<TextCell>> rows;
   for (const study::PeakRow& row : table.rows) {
     rows.push_back({{AxisName(row.axis), static_cast<int>(Index(row.axis)), InkOf(*this, row.axis)},
@@ -117,11 +117,11 @@ LevelsPanel::LevelsPanel(StudyModel& model)
 
 void LevelsPanel::Show() {
   const study::LevelTable table = study::LevelsOf(model_.Get());
-  levels_.Model().SetColumns({{QString(), kLeft},
-                              {QStringLiteral("X")},
-                              {QStringLiteral("Y")},
-                              {QStringLiteral("Z")},
-                              {tr("Note"), kLeft, true}});
+  levels_.SetColumns({{QString(), kLeft},
+                      {QStringLiteral("X")},
+                      {QStringLiteral("Y")},
+                      {QStringLiteral("Z")},
+                      {tr("Note"), kLeft, true}});
   std::vector<std::vector<TextCell>> rows;
   for (const study::LevelRow& row : table.rows) {
     rows.push_back({{Text(row.name)},
@@ -139,11 +139,11 @@ void LevelsPanel::Show() {
 }
 
 void LevelsPanel::ShowBands() {
-  bands_.Model().SetColumns({{tr("Band"), kLeft},
-                             {QStringLiteral("Hz"), kLeft, true},
-                             {QStringLiteral("g peak")},
-                             {tr("to warning"), kLeft},
-                             {tr("dB free")}});
+  bands_.SetColumns({{tr("Band"), kLeft},
+                     {QStringLiteral("Hz"), kLeft, true},
+                     {QStringLiteral("g peak")},
+                     {tr("to warning"), kLeft},
+                     {tr("dB free")}});
   std::vector<std::vector<TextCell>> rows;
   std::vector<BandBar> bars;
   for (const study::BandRow& row : study::BandsOf(model_.Get())) {
@@ -186,7 +186,7 @@ void CursorPanel::Show() {
   for (const std::string& head : table.table.heads) {
     columns.push_back({Text(head), columns.empty() ? kLeft : Qt::AlignRight});
   }
-  table_.Model().SetColumns(std::move(columns));
+  table_.SetColumns(std::move(columns));
   std::vector<std::vector<TextCell>> rows;
   for (const auto& cells : table.table.rows) {
     std::vector<TextCell> row;

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "ui/analyser/row_delegate.h"
+#include "ui/analyser/table_head.h"
 #include "ui/chart/look.h"
 
 namespace kestrel {
@@ -111,6 +112,7 @@ void TextTableModel::SortRows() {
 
 TextTable::TextTable(const char* name, QWidget* parent) : QTableView(parent) {
   setObjectName(name);
+  setHorizontalHeader(new TableHead(this));
   setModel(&model_);
   setItemDelegate(new RowDelegate(this));
   setShowGrid(false);
@@ -123,12 +125,16 @@ TextTable::TextTable(const char* name, QWidget* parent) : QTableView(parent) {
   setMouseTracking(true);
   setTabKeyNavigation(false);
   verticalHeader()->hide();
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setSectionsMovable(true);
   horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setMinimumSectionSize(24);
   FitRows();
+}
+
+void TextTable::SetColumns(std::vector<TextColumn> columns) {
+  horizontalHeader()->setStretchLastSection(!columns.empty() &&
+                                            columns.back().alignment == Qt::AlignLeft);
+  model_.SetColumns(std::move(columns));
 }
 
 void TextTable::SetHint(const QString& hint) {

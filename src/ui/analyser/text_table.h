@@ -56,6 +56,8 @@ class TextTable : public QTableView {
   explicit TextTable(const char* name, QWidget* parent = nullptr);
 
   [[nodiscard]] TextTableModel& Model() { return model_; }
+  // The last column takes the room that is left, unless its texts stand on the right.
+  void SetColumns(std::vector<TextColumn> columns);
   // Says what will stand here while there are no rows.
   void SetHint(const QString& hint);
   // Cells of the selected rows, or of all where none is, with tabs, heads first.

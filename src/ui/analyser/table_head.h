@@ -1,0 +1,22 @@
+// The head row of the analyser's tables.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QHeaderView>
+
+namespace kestrel {
+
+// Small muted words over a hairline; a triangle where the rows are sorted by the user.
+class TableHead : public QHeaderView {
+ public:
+  explicit TableHead(QWidget* parent);
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+  [[nodiscard]] QSize sectionSizeFromContents(int section) const override;
+
+ private:
+  [[nodiscard]] QString Word(int section) const;
+};
+
+}  // namespace kestrel
