@@ -49,7 +49,7 @@ void NumberChoice::AddTo(CLI::App& app) {
   app.add_option_function<std::string>(
          "--peaks",
          [this](const std::string& text) { peaks_ = static_cast<int>(*WholeTextNumber(text)); },
-         "Report so many of the largest peaks of each axis, interpolated, with their bounds")
+         "Report so many of the largest peaks of each axis, 1 to 256")
       ->check(PeaksProblem)
       ->type_name("INT");
   app.add_flag("--levels", levels_, "Report the levels of each axis and of its alarm bands");

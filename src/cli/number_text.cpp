@@ -60,11 +60,12 @@ std::string ShapeText(const ShapeNumbers& shape) {
 }
 
 std::string BandText(const BandNumbers& band) {
-  std::string text = "band " + std::to_string(band.limits.number) + " ";
-  if (!band.level) return text + "not used";
+  std::string text = "band " + std::to_string(band.limits.number);
+  if (!band.level) return text + " is not used";
+  text += ": ";
   text += *band.level ? LevelText(**band.level) : AsLine(band.level->Why());
   const std::string state = analysis::TextOf(band.limits);
-  return text + (state.empty() ? ", no threshold" : ": " + state);
+  return text + (state.empty() ? "; no threshold" : "; " + state);
 }
 
 // The lines of each axis; one without an axis where all three say the same.
@@ -106,7 +107,7 @@ Lines LevelLines(const NumberReport& report) {
   for (const Axis axis : kAxes) {
     const AxisNumbers& numbers = report.axes[Index(axis)];
     if (const auto& overall = numbers.overall) {
-      lines.Add(axis, *overall ? "overall " + LevelText(**overall) : AsLine(overall->Why()));
+      lines.Add(axis, *overall ? "overall: " + LevelText(**overall) : AsLine(overall->Why()));
     }
     if (const auto& shape = numbers.shape) {
       lines.Add(axis, *shape ? ShapeText(**shape) : AsLine(shape->Why()));

@@ -11,6 +11,7 @@
 #include "analysis/joined.h"
 #include "analysis/levels.h"
 #include "analysis/quantity.h"
+#include "analysis/quantity_values.h"
 #include "analysis/severity.h"
 #include "analysis/third_octaves.h"
 #include "analysis/time_velocity.h"
@@ -54,6 +55,12 @@ Numbers Level(const Question& question) {
   const Told<BandLevel> level =
       LevelBetween(SpectrumFrom(question, 2), question.numbers[0], question.numbers[1]);
   return level ? Numbers{level->rmsG, level->peakG, level->peakHz} : Numbers{};
+}
+
+Numbers LevelAs(const Question& question, const QuantityChoice& choice) {
+  const Told<QuantityLevel> level =
+      LevelIn(SpectrumFrom(question, 2), choice, question.numbers[0], question.numbers[1]);
+  return level ? Numbers{level->fromHz, level->rms, level->largest, level->largestHz} : Numbers{};
 }
 
 Numbers Time(const Question& question) {
@@ -131,6 +138,14 @@ std::map<std::string, Answer> Answers() {
              return Transform(question.numbers, WindowOfCode(question.window));
            }},
           {"band", Level},
+          {"velocityband",
+           [](const Question& question) {
+             return LevelAs(question, {Quantity::Velocity, Amplitude::Rms});
+           }},
+          {"displacementband",
+           [](const Question& question) {
+             return LevelAs(question, {Quantity::Displacement, Amplitude::PeakToPeak});
+           }},
           {"time", Time},
           {"timevelocity", Velocity},
           {"joined", JoinedPoints},
