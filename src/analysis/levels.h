@@ -5,8 +5,10 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "analysis/quantity.h"
 #include "analysis/refusal.h"
 #include "analysis/spectrum.h"
 
@@ -33,6 +35,26 @@ struct BandLevel {
 
 // Over all bins that hold vibration.
 [[nodiscard]] Told<BandLevel> OverallLevel(const Spectrum& spectrum);
+
+// A band's RMS and largest bin in a quantity. The RMS of a density is that of the acceleration
+// whose power it spreads out.
+struct QuantityLevel {
+  double fromHz = 0;  // the part of the band that holds the quantity: edges of bins, or the band's
+  double toHz = 0;
+  bool whole = true;  // that part is the whole band
+  double rms = 0;
+  std::string rmsUnit{};  // "mm/s RMS"
+  double largest = 0;     // value of the largest bin whose centre is in the band
+  double largestHz = 0;   // 0 where all are 0
+  std::string largestUnit{};
+};
+
+// Refused as LevelBetween is, and where the band holds nothing of the quantity.
+[[nodiscard]] Told<QuantityLevel> LevelIn(const Spectrum& spectrum, const QuantityChoice& choice,
+                                          double fromHz, double toHz);
+
+// Over all bins that hold the quantity.
+[[nodiscard]] Told<QuantityLevel> OverallIn(const Spectrum& spectrum, const QuantityChoice& choice);
 
 // Shape of a time record, its mean removed.
 struct TimeLevels {

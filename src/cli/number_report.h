@@ -11,7 +11,7 @@
 #include "alarms/band_table.h"
 #include "analysis/band_levels.h"
 #include "analysis/levels.h"
-#include "analysis/quantity_values.h"
+#include "analysis/peaks.h"
 #include "cli/number_choice.h"
 #include "record/record.h"
 

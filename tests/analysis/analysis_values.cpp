@@ -11,7 +11,6 @@
 #include "analysis/joined.h"
 #include "analysis/levels.h"
 #include "analysis/quantity.h"
-#include "analysis/quantity_values.h"
 #include "analysis/severity.h"
 #include "analysis/third_octaves.h"
 #include "analysis/time_velocity.h"
