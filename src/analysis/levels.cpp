@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <numbers>
 #include <numeric>
 
 #include "analysis/quantity.h"
@@ -128,6 +129,13 @@ double BottomOf(const Spectrum& spectrum, const QuantityCurve& curve) {
 }
 
 }  // namespace
+
+// Magnitudes of noise are Rayleigh distributed: the square of their mean is π/4 of their mean
+// square.
+double NoiseOfAveragedMagnitudesDb(int transforms) {
+  const double share = std::numbers::pi / 4;
+  return 10 * std::log10(share + (1 - share) / std::max(transforms, 1));
+}
 
 double PowerBetween(const Spectrum& spectrum, double fromHz, double toHz,
                     const std::function<double(double)>& weight) {

@@ -14,6 +14,10 @@
 
 namespace kestrel::analysis {
 
+// How far below its RMS noise reads where the sensor averages the magnitudes of `transforms`
+// transforms, in dB: 0 of one, towards −1.05 of many. Lines read as they are.
+[[nodiscard]] double NoiseOfAveragedMagnitudesDb(int transforms);
+
 // RMS and largest bin of a band, in g.
 struct BandLevel {
   double fromHz = 0;  // the part of the band that the spectrum holds

@@ -3,6 +3,7 @@
 #include "cli/number_report.h"
 
 #include "analysis/time_velocity.h"
+#include "numeric/number_texts.h"
 #include "record/record_notices.h"
 
 namespace kestrel {
@@ -125,11 +126,24 @@ void TakeAxis(NumberReport& report, const Record& record, Axis axis, const Numbe
   }
 }
 
+// Of levels and densities of averaged spectra; empty where it does not matter.
+std::string NoticeOfAverages(const Record& record, const NumberChoice& choice) {
+  const int averages = record.settings.averages;
+  const bool isPower = choice.Levels() || choice.Quantity().quantity == Quantity::Density;
+  if (record.kind != RecordKind::Spectrum || averages < 2 || !isPower) return {};
+  return "The sensor averages magnitudes, not power. Noise reads " +
+         analysis::NumberText(-analysis::NoiseOfAveragedMagnitudesDb(averages), 1) +
+         " dB low, lines as they are.";
+}
+
 // Notices about the scale mean those who show it by another; here it is the record's own.
-std::vector<std::string> NoticesOf(const Record& record) {
+std::vector<std::string> NoticesOf(const Record& record, const NumberChoice& choice) {
   std::vector<std::string> notices;
   for (const RecordNotice& notice : RecordNotices(record, {})) {
     if (notice.kind != NoticeKind::WrongScale) notices.push_back(notice.what + ". " + notice.means);
+  }
+  if (const auto averages = NoticeOfAverages(record, choice); !averages.empty()) {
+    notices.push_back(averages);
   }
   return notices;
 }
@@ -140,7 +154,7 @@ NumberReport NumbersOf(const Record& record, const NumberChoice& choice,
                        const std::optional<BandTable>& bands) {
   NumberReport report{.quantity = choice.Quantity(),
                       .ownTransform = record.kind == RecordKind::Time,
-                      .notices = NoticesOf(record)};
+                      .notices = NoticesOf(record, choice)};
   for (const Axis axis : kAxes) TakeAxis(report, record, axis, choice, bands);
   return report;
 }

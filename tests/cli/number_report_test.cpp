@@ -168,6 +168,16 @@ TEST(NumberReport, AClippedRecordSaysSo) {
                                         "are higher than shown.\n"));
 }
 
+TEST(NumberReport, LevelsOfAveragedMagnitudesSayWhatNoiseReads) {
+  Record record = OneLine();
+  record.settings.averages = 8;
+  EXPECT_THAT(NumbersOf(record, Asked({"--levels"}), {}).notices,
+              testing::ElementsAre("The sensor averages magnitudes, not power. Noise reads 0.9 dB "
+                                   "low, lines as they are."));
+  EXPECT_TRUE(NumbersOf(record, Asked({"--peaks", "3"}), {}).notices.empty());
+  EXPECT_TRUE(NumbersOf(OneLine(), Asked({"--levels"}), {}).notices.empty());
+}
+
 BandTable OneBand(Axis axis, int low, int high, int warning, int fault) {
   BandTable table;
   table(kFLowField, 2, 0) = low;
