@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "cli/number_report.h"
 
+#include <algorithm>
+
 #include "analysis/time_velocity.h"
 #include "numeric/number_texts.h"
 #include "record/record_notices.h"
@@ -75,8 +77,9 @@ Told<ShapeNumbers> ShapeOf(const Record& record, Axis axis, const QuantityChoice
     return ShapeNumbers{.levels = *levels, .unit = analysis::ShortUnitOf(quantity)};
   }
   if (!levels) return NoNumbers("It holds values that are no numbers.", "Capture again");
-  const std::string title = analysis::TitleOf(quantity);
-  return Refusal{.title = title.substr(0, title.find(',')) + " levels cannot be told over time",
+  std::string name = analysis::TitleOf(quantity);
+  name.resize(std::min(name.find(','), name.size()));
+  return Refusal{.title = name + " levels cannot be told over time",
                  .reason = "A time record tells levels of acceleration and velocity alone.",
                  .cure = "Choose --quantity g or velocity, or capture a spectrum"};
 }

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 
 #include "program_bench.h"
+#include "simulator/simulated_hardware.h"
 #include "support/failing_usb_driver.h"
 
 namespace kestrel {
@@ -97,6 +98,31 @@ TEST_F(NumberOptions, AnInterruptWhileBandsAreReadCapturesNothing) {
   interrupted = [&] { return ++asked == 2; };
   EXPECT_EQ(Simulate({"--json", "capture", "--levels"}), ExitCode::Interrupted);
   EXPECT_EQ(out.str(), "");
+}
+
+// Wherever the sensor is lost, on the way to its bands or after, nothing is told as if it were
+// there.
+TEST_F(NumberOptions, ASensorLostOnTheWayGivesNoNumbers) {
+  int last = 0;
+  int withoutRecord = 0;
+  for (int request = 1; last == 0; request += 53) {
+    ASSERT_LT(request, 20000);
+    SimulatedHardware hardware(clock);
+    FailingUsbDriver failing(hardware.Adapter());
+    driver = &failing;
+    failing.FailFrom(request);
+    const ExitCode end = Run({"--json", "capture", "--averages", "1", "--levels", "--peaks", "1"});
+    if (end == ExitCode::Success) {
+      last = request;
+      continue;
+    }
+    ASSERT_EQ(end, ExitCode::NoSensor) << request;
+    EXPECT_EQ(out.str(), "") << request;
+    EXPECT_NE(error.str(), "") << request;
+    if (error.str().find("bands") != std::string::npos) ++withoutRecord;
+  }
+  EXPECT_GT(withoutRecord, 5) << "many requests are those of the bands";
+  EXPECT_GT(last, 1000) << withoutRecord;
 }
 
 TEST_F(NumberOptions, AnEmptyStoredRecordIsRefusedInWords) {
