@@ -112,13 +112,13 @@ bool CaptureCommand::PrepareFiles(Session& session) const {
     session.Say("--out: the folder " + folder.string() + " cannot be written.");
     return false;
   }
-  DataLogName = name_;
+  NameDataLog(name_);
   const std::string start = (name_.empty() ? std::string(kDefaultLogName) : name_) + "_";
   for (const std::string& file : session.station.FilesHere().List(folder)) {
     if (!file.starts_with(start)) continue;
     const int number = std::atoi(file.c_str() + start.size());
     if (number < 1 || number >= 32767) continue;
-    DataLogIndex = std::max(DataLogIndex, static_cast<std::int16_t>(number + 1));
+    NumberDataLog(std::max(DataLogIndex, static_cast<std::int16_t>(number + 1)));
   }
   return true;
 }
