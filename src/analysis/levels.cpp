@@ -8,6 +8,7 @@
 #include <numbers>
 #include <numeric>
 
+#include "analysis/interpolation.h"
 #include "analysis/quantity.h"
 
 namespace kestrel::analysis {
@@ -102,14 +103,36 @@ QuantityChoice RmsOf(const QuantityChoice& choice) {
   return rms;
 }
 
-double RmsBetween(const Spectrum& spectrum, const QuantityChoice& choice, const BandLevel& band) {
-  if (choice.quantity == Quantity::Level) return LevelOf(band.rmsG, choice.reference);
-  if (!IsIntegrated(choice)) return band.rmsG;
+// rms² of a band in a quantity; of a level that of the acceleration.
+double PowerAs(const Spectrum& spectrum, const QuantityChoice& choice, double fromHz, double toHz) {
+  if (!IsIntegrated(choice)) return PowerBetween(spectrum, fromHz, toHz);
   const QuantityChoice peak{.quantity = choice.quantity};
-  return std::sqrt(PowerBetween(spectrum, band.fromHz, band.toHz, [&](double hz) {
+  return PowerBetween(spectrum, fromHz, toHz, [&](double hz) {
     const double perG = ValueIn(spectrum, peak, 1, hz);
     return perG * perG;
-  }));
+  });
+}
+
+double RmsBetween(const Spectrum& spectrum, const QuantityChoice& choice, const BandLevel& band) {
+  if (choice.quantity == Quantity::Level) return LevelOf(band.rmsG, choice.reference);
+  return std::sqrt(PowerAs(spectrum, choice, band.fromHz, band.toHz));
+}
+
+// A line whose top is a lobe or more above the first valid bin lies whole in the valid ones.
+double EdgeShare(const Spectrum& spectrum, const QuantityCurve& curve, const QuantityLevel& level) {
+  const std::vector<double>& values = spectrum.peakG;
+  const std::size_t lobe = spectrum.window.lobe;
+  if (curve.firstValid >= values.size()) return 0;
+  std::size_t top = curve.firstValid;
+  while (top + 1 < values.size() && values[top + 1] > values[top]) ++top;
+  const double noise = LocalNoise(spectrum, curve.firstValid);
+  if (top >= curve.firstValid + lobe || values[top] < 2 * noise) return 0;
+  std::size_t last = top;
+  while (last + 1 < values.size() && last < top + lobe && values[last + 1] < values[last]) ++last;
+  const double end = spectrum.FrequencyOf(static_cast<double>(last) + 0.5);
+  const double all = PowerAs(spectrum, curve.choice, level.fromHz, level.toHz);
+  const double edge = PowerAs(spectrum, curve.choice, level.fromHz, std::min(end, level.toHz));
+  return all > 0 ? edge / all : 0;
 }
 
 void TakeLargest(QuantityLevel& level, const Spectrum& spectrum, const QuantityCurve& curve) {
@@ -186,6 +209,7 @@ Told<QuantityLevel> LevelIn(const Spectrum& spectrum, const QuantityChoice& choi
                       .rmsUnit = UnitOf(RmsOf(choice)),
                       .largestUnit = UnitOf(choice)};
   TakeLargest(level, spectrum, *curve);
+  level.edgeShare = EdgeShare(spectrum, *curve, level);
   return level;
 }
 

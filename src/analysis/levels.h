@@ -51,6 +51,9 @@ struct QuantityLevel {
   double largest = 0;     // value of the largest bin whose centre is in the band
   double largestHz = 0;   // 0 where all are 0
   std::string largestUnit{};
+  // Share of the power, 0 to 1, of a line at the lower end of what holds the quantity: there lines
+  // are cut off, or reach in from below. 0 where none stands out of the noise.
+  double edgeShare = 0;
 };
 
 // Refused as LevelBetween is, and where the band holds nothing of the quantity.

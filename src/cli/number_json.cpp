@@ -48,6 +48,7 @@ void AddLevel(Json& json, const char* name, const QuantityLevel& level) {
   json["largest"] = Plain(level.largest);
   json["largest_unit"] = level.largestUnit;
   json["largest_hz"] = level.largestHz > 0 ? Plain(level.largestHz) : Json();
+  if (level.edgeShare > 0) json["edge_share"] = Plain(level.edgeShare);
 }
 
 // A value as told, or null with the reason.

@@ -16,6 +16,7 @@ using analysis::QuantityPeak;
 using analysis::SignificantText;
 
 constexpr int kLevelDigits = 3;
+constexpr double kEdgeTold = 0.05;  // of the power: below, the level is hardly wrong
 
 std::string BoundedBy(const std::string& value, const std::string& bound) {
   return bound.empty() ? value : value + " " + bound;
@@ -38,6 +39,11 @@ std::string LevelText(const QuantityLevel& level) {
   if (level.largestHz > 0) {
     text += ", largest " + SignificantText(level.largest, kLevelDigits) + " " + level.largestUnit +
             " at " + HertzText(level.largestHz);
+  }
+  if (level.edgeShare >= kEdgeTold) {
+    text += "; " + NumberText(100 * level.edgeShare, 0) +
+            " % of its power is a line at the lower end, which is told in part: capture at a "
+            "higher option";
   }
   return text;
 }

@@ -12,6 +12,7 @@ namespace kestrel::analysis {
 namespace {
 
 constexpr QuantityChoice kVelocity{Quantity::Velocity, Amplitude::Rms};
+constexpr QuantityChoice kDisplacement{Quantity::Displacement, Amplitude::PeakToPeak};
 constexpr QuantityChoice kDensity{Quantity::Density, Amplitude::Rms};
 
 double VelocityRms(double peakG, double hz) {
@@ -85,6 +86,42 @@ TEST(LevelsInAQuantity, NothingHasNoPeakAndALevelOfZero) {
   EXPECT_EQ(overall->rms, 0);
   EXPECT_EQ(overall->largest, 0);
   EXPECT_EQ(overall->largestHz, 0);
+}
+
+TEST(LevelsInAQuantity, ALineBelowThatReachesInIsToldAsOneAtTheEdge) {
+  for (const WindowKind window : {WindowKind::Hanning, WindowKind::FlatTop}) {
+    const Spectrum alone = SpectrumOfTones({{40, 0.5}}, window);
+    const Spectrum beside = SpectrumOfTones({{1.7, 1}, {40, 0.5}}, window);
+    const auto clean = OverallIn(alone, kDisplacement);
+    const auto reached = OverallIn(beside, kDisplacement);
+    EXPECT_LT(clean->edgeShare, 1e-6);
+    ASSERT_GT(reached->edgeShare, 0.3);
+    // Without it the level is that of the line above.
+    EXPECT_NEAR(reached->rms * std::sqrt(1 - reached->edgeShare), clean->rms, 0.05 * clean->rms);
+    const double high = beside.FrequencyOf(30);
+    EXPECT_LT(LevelIn(beside, kDisplacement, high, beside.TopHz())->edgeShare, 1e-6);
+  }
+}
+
+TEST(LevelsInAQuantity, ALineThatIsCutOffIsToldAsOneAtTheEdge) {
+  for (const WindowKind window : {WindowKind::Hanning, WindowKind::FlatTop}) {
+    const auto first = static_cast<double>(FirstIntegrableBin(WindowOf(window)));
+    const auto lobe = static_cast<double>(WindowOf(window).lobe);
+    const Spectrum cut = SpectrumOfTones({{first + 0.3, 1}}, window);
+    const auto low = OverallIn(cut, kVelocity);
+    EXPECT_LT(low->rms, 0.99 * VelocityRms(1, cut.FrequencyOf(first + 0.3)));
+    EXPECT_GT(low->edgeShare, 0.9);
+    const Spectrum whole = SpectrumOfTones({{first + lobe, 1}}, window);
+    const auto told = OverallIn(whole, kVelocity);
+    EXPECT_LT(told->edgeShare, 1e-6);
+    EXPECT_GT(told->rms, 0.97 * VelocityRms(1, whole.FrequencyOf(first + lobe)));
+  }
+}
+
+TEST(LevelsInAQuantity, AnOffsetAloneIsNoLineAtTheEdge) {
+  const Spectrum offset = SpectrumOfSamples(SamplesOf({{40, 0.5}}, 0.3), WindowKind::Hanning);
+  EXPECT_LT(OverallIn(offset, kDisplacement)->edgeShare, 1e-6);
+  EXPECT_LT(OverallIn(offset, {})->edgeShare, 1e-6);
 }
 
 }  // namespace
