@@ -42,8 +42,7 @@ std::string LevelText(const QuantityLevel& level) {
   }
   if (level.edgeShare >= kEdgeTold) {
     text += "; " + NumberText(100 * level.edgeShare, 0) +
-            " % of its power is a line at the lower end, which is told in part: capture at a "
-            "higher option";
+            " % of its power is a line at the lower end, told in part; higher options reach lower";
   }
   return text;
 }
