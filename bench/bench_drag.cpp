@@ -13,6 +13,7 @@
 #include "plot_moves.h"
 #include "record/capture_data.h"
 #include "support/fake_band_overlay.h"
+#include "support/given.h"
 #include "ui/plot/band_lines.h"
 
 namespace kestrel {
@@ -25,12 +26,12 @@ constexpr int kWideBand = 3;
 // Six bands, the dragged one half as wide as the record.
 void SetBands() {
   for (int band = 1; band <= kAlarmBands; ++band) {
-    AlarmBandTable(kFLowField, band, 0) = 40 * band - 30;
-    AlarmBandTable(kFHighField, band, 0) = 40 * band - 10;
-    AlarmBandTable(Alarm1Field(Axis::X), band, 0) = 168;
-    AlarmBandTable(Alarm2Field(Axis::X), band, 0) = 503;
+    Given(AlarmBandTable)(kFLowField, band, 0) = 40 * band - 30;
+    Given(AlarmBandTable)(kFHighField, band, 0) = 40 * band - 10;
+    Given(AlarmBandTable)(Alarm1Field(Axis::X), band, 0) = 168;
+    Given(AlarmBandTable)(Alarm2Field(Axis::X), band, 0) = 503;
   }
-  AlarmBandTable(kFHighField, kWideBand, 0) = AlarmBandTable(kFLowField, kWideBand, 0) + 128;
+  Given(AlarmBandTable)(kFHighField, kWideBand, 0) = AlarmBandTable(kFLowField, kWideBand, 0) + 128;
 }
 
 // All over the half of the plot in which the wide band can follow, never twice running in the same

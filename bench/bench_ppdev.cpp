@@ -10,6 +10,7 @@
 #include "platform/linux/ppdev_port.h"
 #include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
+#include "support/given.h"
 #include "support/parport_settings.h"
 #include "support/recording_pointer.h"
 #include "transport/parallel_port.h"
@@ -62,8 +63,8 @@ int Measure() {
   MockParallelPort mock(testbed, 0, sensor);
   ParportSettings settings;
   settings.Add(0, 0x378);
-  InterfaceType = kParallelPort;
-  PortAddress = 0x378;
+  Given(InterfaceType) = kParallelPort;
+  Given(PortAddress) = 0x378;
   PpdevPort ppdev([] { return PortAddress; },
                   {.folders = {.devices = "/dev", .settings = settings.Folder()}});
   CountedPort port(ppdev);

@@ -12,6 +12,7 @@
 #include "app/program_state.h"
 #include "numeric/number_parse.h"
 #include "require.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 
@@ -30,9 +31,9 @@ State Current() {
 State Read(std::string_view content, const State& before, RecordingMessages& messages) {
   MemoryFiles files;
   files.contents[kFile] = content;
-  InterfaceType = before[0];
-  PortAddress = before[1];
-  ProductNumber = before[2];
+  Given(InterfaceType) = before[0];
+  Given(PortAddress) = before[1];
+  Given(ProductNumber) = before[2];
   Require(ReadConfigFile(files, messages), "a file that is there is read");
   Require(files.contents[kFile] == content, "reading leaves the file alone");
   return Current();

@@ -15,6 +15,7 @@
 #include "device/register_models.h"
 #include "numeric/runtime_error.h"
 #include "regmap/register_table.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -120,9 +121,9 @@ void CheckSearch(const Bench& bench) {
 
 void Transfer(Bench& bench) {
   const int frames = bench.input.Between(1, kFramesPerTransfer);
-  for (int i = 1; i <= frames; ++i) SpiTx(i) = bench.input.Word() % 0xFF00;
+  for (int i = 1; i <= frames; ++i) Given(SpiTx)(i) = bench.input.Word() % 0xFF00;
   FrameBuffer before = SpiRx;
-  UsbCsPerWord = bench.input.Byte() % 2 == 0;
+  Given(UsbCsPerWord) = bench.input.Byte() % 2 == 0;
   const bool present = UsbPresent;
   bench.usb.UsbSpiTransfer(frames);
   const auto& answers = bench.driver.Answers();
@@ -185,7 +186,7 @@ std::size_t Operate(Bench& bench) {
       Require(UsbPresent == (AdapterCount > 0), "a board that is there is selected");
       return std::max<std::size_t>(static_cast<std::size_t>(AdapterCount), 1);
     case 2:
-      ChooseAdapter(bench.usb, bench.files, input.Between(-1, 4));
+      ChooseAdapter(bench.usb, bench.registers, bench.files, input.Between(-1, 4));
       return 1;
     case 3:
       bench.usb.UsbSetupSpi(input.Byte());
@@ -217,7 +218,7 @@ std::size_t Operate(Bench& bench) {
 void Run(Input& input) {
   ResetProgram();
   Bench bench(input);
-  InterfaceType = kUsbAdapter;
+  bench.registers.Use(kUsbAdapter);
   bench.usb.SelectUsbAdapter();
   for (int i = 0; i < kMostOperations && !input.Empty(); ++i) {
     bench.messages.Clear();

@@ -81,7 +81,7 @@ std::optional<Conditions> ReadConditions(RegisterAccess& registers) {
 }
 
 void ReadBuffersAs(RecordKind kind) {
-  for (const Axis axis : kAxes) RegSigned[BufferRow(axis)] = kind == RecordKind::Time;
+  for (const Axis axis : kAxes) SetSigned(BufferRow(axis), kind == RecordKind::Time);
 }
 
 std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind kind,

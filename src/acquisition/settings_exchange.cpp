@@ -78,7 +78,7 @@ void SettingsExchange::Set_RecCtrl() {
 
   gRecCtrl->WriteRecCtrl();
   if (Display_RecCtrl()) return;
-  *gRecCtrl = earlier;
+  gRecCtrl->PutBack(earlier);
   ShowLastRead();
 }
 
@@ -89,7 +89,7 @@ bool SettingsExchange::Display_RecCtrl() {
   const std::int16_t storage = read ? gRecCtrl->StrogeMethod() : std::int16_t{0};
   read = read && registers_.LastOutcome();
   if (!read) {
-    *gRecCtrl = earlier;
+    gRecCtrl->PutBack(earlier);
     return false;
   }
   ShowCode(Setting::Window, gRecCtrl->Windowing());

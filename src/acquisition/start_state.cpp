@@ -13,7 +13,7 @@ void ResetProgramNames() {
   ResetDeviceNames();
   ResetAlarmBandTable();
   ResetDataLogState();
-  DelayActive = 0;
+  ResetDelayActive();
 }
 
 }  // namespace kestrel

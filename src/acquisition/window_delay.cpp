@@ -8,7 +8,17 @@
 
 namespace kestrel {
 
-std::int16_t DelayActive = 0;
+namespace {
+
+std::int16_t active = 0;
+
+}  // namespace
+
+const std::int16_t& DelayActive = active;
+
+void ResetDelayActive() {
+  active = 0;
+}
 
 void WindowDelay::DelayA(double ms) {
   const std::chrono::milliseconds interval{ToLong(ms)};
@@ -18,7 +28,7 @@ void WindowDelay::DelayA(double ms) {
     return;
   }
   loop_.StartTimer(interval, [this] { TimerDelayA_Timer(); });
-  DelayActive = 1;
+  active = 1;
   do {
     loop_.YieldUntilEvent();
   } while (DelayActive == 1);
@@ -26,12 +36,12 @@ void WindowDelay::DelayA(double ms) {
 }
 
 void WindowDelay::TimerDelayA_Timer() {
-  DelayActive = 0;
+  active = 0;
 }
 
 void WindowDelay::Close() {
   closed_ = true;
-  DelayActive = 0;
+  active = 0;
 }
 
 }  // namespace kestrel

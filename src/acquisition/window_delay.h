@@ -8,7 +8,10 @@
 
 namespace kestrel {
 
-extern std::int16_t DelayActive;  // 1 while DelayA waits (0); cleared by the tick of TimerDelayA
+extern const std::int16_t& DelayActive;  // 1 while DelayA waits (0); TimerDelayA's tick clears it
+
+// Back to the start value in brackets.
+void ResetDelayActive();
 
 // Waits that keep the windows alive. There is one timer and one flag: a wait inside a wait ends the
 // outer one at the same tick.

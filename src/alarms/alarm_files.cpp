@@ -86,7 +86,7 @@ int AlarmFiles::Load(const std::filesystem::path& file) {
   const BandTable before = AlarmBandTable;
   int taken = 0;
   try {
-    taken = ReadAlarmFileText(*content, AlarmBandTable);
+    taken = ReadAlarmFileText(*content, ChangeableBands());
   } catch (const RuntimeError& error) {
     view_.DisplaySelected();
     if (AlarmBandTable != before) {

@@ -6,10 +6,20 @@
 
 namespace kestrel {
 
-BandTable AlarmBandTable;
+namespace {
+
+BandTable bands;
+
+}  // namespace
+
+const BandTable& AlarmBandTable = bands;
+
+BandTable& ChangeableBands() {
+  return bands;
+}
 
 void ResetAlarmBandTable() {
-  AlarmBandTable = {};
+  bands = {};
 }
 
 std::size_t BandTable::Checked(int field, int band, int option) {

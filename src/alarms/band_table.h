@@ -57,7 +57,11 @@ class BandTable {
 };
 
 // The host's copy of all bands (0): read from the sensor and from files, edited, drawn on the plot.
-extern BandTable AlarmBandTable;
+// Codes, no units; for reading.
+extern const BandTable& AlarmBandTable;
+
+// The same table, for what changes it whole or in steps: edits, transfers, files.
+[[nodiscard]] BandTable& ChangeableBands();
 
 // Back to the start value in brackets.
 void ResetAlarmBandTable();

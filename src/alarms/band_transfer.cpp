@@ -152,7 +152,7 @@ void BandTransfer::cmdClearAll_Click() {
   if (running_) return;
   for (int option = 0; option < kSampleRateOptions; ++option) {
     for (int band = 1; band <= kAlarmBands; ++band) {
-      for (const int field : kBandFields) AlarmBandTable(field, band, option) = 0;
+      for (const int field : kBandFields) ChangeableBands()(field, band, option) = 0;
     }
   }
   const bool there = registers_.Reachable();
@@ -208,7 +208,7 @@ bool BandTransfer::ReadBand(int band, int option) {
     words[i] = reading->raw;
   }
   for (std::size_t i = 0; i < values.size(); ++i) {
-    AlarmBandTable(kBandFields[i], band, option) = values[i];
+    ChangeableBands()(kBandFields[i], band, option) = values[i];
     sensor_(kBandFields[i], band, option) = values[i];
     read_(kBandFields[i], band, option) = values[i];
     words_(kBandFields[i], band, option) = words[i];

@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <numbers>
 #include <numeric>
 
+#include "analysis/interpolation.h"
 #include "analysis/quantity.h"
 
 namespace kestrel::analysis {
@@ -87,7 +90,75 @@ std::vector<double> Each(std::span<const TimeLevels> records, Member member) {
   return values;
 }
 
+// Whether a sum of squares in g is to be weighted by frequency.
+bool IsIntegrated(const QuantityChoice& choice) {
+  return choice.quantity == Quantity::Velocity || choice.quantity == Quantity::Displacement;
+}
+
+// What the RMS of a band is told in.
+QuantityChoice RmsOf(const QuantityChoice& choice) {
+  QuantityChoice rms = choice;
+  rms.amplitude = Amplitude::Rms;
+  if (choice.quantity == Quantity::Density) rms.quantity = Quantity::Acceleration;
+  return rms;
+}
+
+// rms² of a band in a quantity; of a level that of the acceleration.
+double PowerAs(const Spectrum& spectrum, const QuantityChoice& choice, double fromHz, double toHz) {
+  if (!IsIntegrated(choice)) return PowerBetween(spectrum, fromHz, toHz);
+  const QuantityChoice peak{.quantity = choice.quantity};
+  return PowerBetween(spectrum, fromHz, toHz, [&](double hz) {
+    const double perG = ValueIn(spectrum, peak, 1, hz);
+    return perG * perG;
+  });
+}
+
+double RmsBetween(const Spectrum& spectrum, const QuantityChoice& choice, const BandLevel& band) {
+  if (choice.quantity == Quantity::Level) return LevelOf(band.rmsG, choice.reference);
+  return std::sqrt(PowerAs(spectrum, choice, band.fromHz, band.toHz));
+}
+
+// A line whose top is a lobe or more above the first valid bin lies whole in the valid ones.
+double EdgeShare(const Spectrum& spectrum, const QuantityCurve& curve, const QuantityLevel& level) {
+  const std::vector<double>& values = spectrum.peakG;
+  const std::size_t lobe = spectrum.window.lobe;
+  if (curve.firstValid >= values.size()) return 0;
+  std::size_t top = curve.firstValid;
+  while (top + 1 < values.size() && values[top + 1] > values[top]) ++top;
+  const double noise = LocalNoise(spectrum, curve.firstValid);
+  if (top >= curve.firstValid + lobe || values[top] < 2 * noise) return 0;
+  std::size_t last = top;
+  while (last + 1 < values.size() && last < top + lobe && values[last + 1] < values[last]) ++last;
+  const double end = spectrum.FrequencyOf(static_cast<double>(last) + 0.5);
+  const double all = PowerAs(spectrum, curve.choice, level.fromHz, level.toHz);
+  const double edge = PowerAs(spectrum, curve.choice, level.fromHz, std::min(end, level.toHz));
+  return all > 0 ? edge / all : 0;
+}
+
+void TakeLargest(QuantityLevel& level, const Spectrum& spectrum, const QuantityCurve& curve) {
+  level.largest = -std::numeric_limits<double>::infinity();
+  for (std::size_t bin = curve.firstValid; bin < spectrum.Bins(); ++bin) {
+    const double hz = spectrum.FrequencyOf(static_cast<double>(bin));
+    if (hz < level.fromHz || hz > level.toHz || curve.values[bin] <= level.largest) continue;
+    level.largest = curve.values[bin];
+    level.largestHz = spectrum.peakG[bin] > 0 ? hz : 0;
+  }
+  if (!std::isfinite(level.largest)) level.largest = 0;
+}
+
+// Lower edge of the first bin that holds the quantity.
+double BottomOf(const Spectrum& spectrum, const QuantityCurve& curve) {
+  return spectrum.FrequencyOf(static_cast<double>(curve.firstValid) - 0.5);
+}
+
 }  // namespace
+
+// Magnitudes of noise are Rayleigh distributed: the square of their mean is π/4 of their mean
+// square.
+double NoiseOfAveragedMagnitudesDb(int transforms) {
+  const double share = std::numbers::pi / 4;
+  return 10 * std::log10(share + (1 - share) / std::max(transforms, 1));
+}
 
 double PowerBetween(const Spectrum& spectrum, double fromHz, double toHz,
                     const std::function<double(double)>& weight) {
@@ -119,6 +190,33 @@ Told<BandLevel> LevelBetween(const Spectrum& spectrum, double fromHz, double toH
 
 Told<BandLevel> OverallLevel(const Spectrum& spectrum) {
   return LevelBetween(spectrum, BottomHz(spectrum), spectrum.TopHz());
+}
+
+Told<QuantityLevel> LevelIn(const Spectrum& spectrum, const QuantityChoice& choice, double fromHz,
+                            double toHz) {
+  const auto curve = InQuantity(spectrum, choice);
+  if (!curve) return curve.Why();
+  const double bottom = BottomOf(spectrum, *curve);
+  if (toHz <= bottom) {
+    if (auto refusal = WhyNotBetween(spectrum, choice, fromHz, toHz)) return *refusal;
+  }
+  const auto band = LevelBetween(spectrum, std::max(fromHz, bottom), toHz);
+  if (!band) return band.Why();
+  QuantityLevel level{.fromHz = band->fromHz,
+                      .toHz = band->toHz,
+                      .whole = band->whole && fromHz >= bottom,
+                      .rms = RmsBetween(spectrum, choice, *band),
+                      .rmsUnit = UnitOf(RmsOf(choice)),
+                      .largestUnit = UnitOf(choice)};
+  TakeLargest(level, spectrum, *curve);
+  level.edgeShare = EdgeShare(spectrum, *curve, level);
+  return level;
+}
+
+Told<QuantityLevel> OverallIn(const Spectrum& spectrum, const QuantityChoice& choice) {
+  const auto curve = InQuantity(spectrum, choice);
+  if (!curve) return curve.Why();
+  return LevelIn(spectrum, choice, BottomOf(spectrum, *curve), spectrum.TopHz());
 }
 
 std::optional<TimeLevels> LevelsOf(std::span<const double> samplesG) {

@@ -5,12 +5,18 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 #include <vector>
 
+#include "analysis/quantity.h"
 #include "analysis/refusal.h"
 #include "analysis/spectrum.h"
 
 namespace kestrel::analysis {
+
+// How far below its RMS noise reads where the sensor averages the magnitudes of `transforms`
+// transforms, in dB: 0 of one, towards −1.05 of many. Lines read as they are.
+[[nodiscard]] double NoiseOfAveragedMagnitudesDb(int transforms);
 
 // RMS and largest bin of a band, in g.
 struct BandLevel {
@@ -33,6 +39,29 @@ struct BandLevel {
 
 // Over all bins that hold vibration.
 [[nodiscard]] Told<BandLevel> OverallLevel(const Spectrum& spectrum);
+
+// A band's RMS and largest bin in a quantity. The RMS of a density is that of the acceleration
+// whose power it spreads out.
+struct QuantityLevel {
+  double fromHz = 0;  // the part of the band that holds the quantity: edges of bins, or the band's
+  double toHz = 0;
+  bool whole = true;  // that part is the whole band
+  double rms = 0;
+  std::string rmsUnit{};  // "mm/s RMS"
+  double largest = 0;     // value of the largest bin whose centre is in the band
+  double largestHz = 0;   // 0 where all are 0
+  std::string largestUnit{};
+  // Share of the power, 0 to 1, of a line at the lower end of what holds the quantity: there lines
+  // are cut off, or reach in from below. 0 where none stands out of the noise.
+  double edgeShare = 0;
+};
+
+// Refused as LevelBetween is, and where the band holds nothing of the quantity.
+[[nodiscard]] Told<QuantityLevel> LevelIn(const Spectrum& spectrum, const QuantityChoice& choice,
+                                          double fromHz, double toHz);
+
+// Over all bins that hold the quantity.
+[[nodiscard]] Told<QuantityLevel> OverallIn(const Spectrum& spectrum, const QuantityChoice& choice);
 
 // Shape of a time record, its mean removed.
 struct TimeLevels {

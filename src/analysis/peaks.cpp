@@ -52,4 +52,34 @@ std::optional<Peak> NearestPeak(const std::vector<Peak>& peaks, double hz, doubl
   return nearest;
 }
 
+LineValue ValueOf(const Spectrum& spectrum, const QuantityChoice& choice, const Line& line) {
+  LineValue told{.value = ValueIn(spectrum, choice, line.peakG, line.hz)};
+  if (!line.peakBoundG) return told;
+  const double lowest = std::max(line.hz - line.hzBound, spectrum.binWidthHz / 2);
+  const double most = ValueIn(spectrum, choice, line.peakG + *line.peakBoundG, lowest);
+  const double least = ValueIn(spectrum, choice, std::max(line.peakG - *line.peakBoundG, 0.0),
+                               line.hz + line.hzBound);
+  told.bound = std::max(most - told.value, told.value - least);
+  return told;
+}
+
+Told<std::vector<QuantityPeak>> PeaksIn(const Spectrum& spectrum, const QuantityChoice& choice,
+                                        const PeakSettings& settings) {
+  const auto curve = InQuantity(spectrum, choice);
+  if (!curve) return curve.Why();
+  PeakSettings all = settings;
+  all.atMost = spectrum.Bins();
+  std::vector<QuantityPeak> peaks;
+  for (const Peak& peak : FindPeaks(spectrum, all)) {
+    if (peak.bin < curve->firstValid) continue;
+    peaks.push_back({peak, ValueOf(spectrum, choice, peak.line)});
+  }
+  std::ranges::stable_sort(peaks, std::greater{},
+                           [](const QuantityPeak& peak) { return peak.value.value; });
+  if (peaks.size() > settings.atMost) {
+    peaks.erase(peaks.begin() + static_cast<std::ptrdiff_t>(settings.atMost), peaks.end());
+  }
+  return peaks;
+}
+
 }  // namespace kestrel::analysis

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analysis/interpolation.h"
+#include "analysis/quantity.h"
 #include "analysis/spectrum.h"
 
 namespace kestrel::analysis {
@@ -34,5 +35,24 @@ struct Peak {
 // The peak nearest to `hz`, where one lies within `withinHz`.
 [[nodiscard]] std::optional<Peak> NearestPeak(const std::vector<Peak>& peaks, double hz,
                                               double withinHz);
+
+// A line's amplitude in a quantity. The bound holds what both the line's amplitude and its
+// frequency may be wrong by; none where the line has none.
+struct LineValue {
+  double value = 0;
+  std::optional<double> bound{};
+};
+[[nodiscard]] LineValue ValueOf(const Spectrum& spectrum, const QuantityChoice& choice,
+                                const Line& line);
+
+struct QuantityPeak {
+  Peak peak;
+  LineValue value;
+};
+
+// The peaks in bins that hold the quantity, largest value first. Refused where the quantity is.
+[[nodiscard]] Told<std::vector<QuantityPeak>> PeaksIn(const Spectrum& spectrum,
+                                                      const QuantityChoice& choice,
+                                                      const PeakSettings& settings = {});
 
 }  // namespace kestrel::analysis

@@ -16,13 +16,14 @@ namespace {
 
 struct Setting {
   std::string_view key;
-  std::int16_t* value;
+  const std::int16_t& value;
+  void (*choose)(std::int16_t value);
 };
 
 std::array<Setting, 3> Settings() {
-  return {{{"Interface", &InterfaceType},
-           {"Port Address", &PortAddress},
-           {"ProductNumber", &ProductNumber}}};
+  return {{{"Interface", InterfaceType, ChooseInterface},
+           {"Port Address", PortAddress, ChoosePort},
+           {"ProductNumber", ProductNumber, ChooseProduct}}};
 }
 
 // Far more than any settings file; keeps a wrong file of that name from filling the memory.
@@ -54,7 +55,7 @@ std::string TakeLine(std::string_view line) {
   for (const Setting& setting : Settings()) {
     if (key != setting.key) continue;
     try {
-      *setting.value = ParseInteger(value);
+      setting.choose(ParseInteger(value));
     } catch (const RuntimeError& error) {
       return error.what();
     }
@@ -96,7 +97,7 @@ bool ReadConfigFile(Files& files, Messages& messages) {
 void WriteConfigFile(Files& files) {
   std::string content;
   for (const Setting& setting : Settings()) {
-    content += std::string(setting.key) + " = " + std::to_string(*setting.value) + "\n";
+    content += std::string(setting.key) + " = " + std::to_string(setting.value) + "\n";
   }
   try {
     files.ReplaceWhole(files.WorkingFolder() / kConfigFileName, content);

@@ -10,11 +10,25 @@
 
 namespace kestrel {
 
-std::int32_t LoopsPer10us = 0;
-bool DelayCalibrated = false;
-float MinimumDelay = 0;
-std::int32_t MinimumDelayCount = 0;
-std::string DelayReport;
+namespace {
+
+struct DelayState {
+  std::int32_t loopsPer10us = 0;
+  bool calibrated = false;
+  float minimum = 0;
+  std::int32_t minimumCount = 0;
+  std::string report;
+};
+
+DelayState state;
+
+}  // namespace
+
+const std::int32_t& LoopsPer10us = state.loopsPer10us;
+const bool& DelayCalibrated = state.calibrated;
+const float& MinimumDelay = state.minimum;
+const std::int32_t& MinimumDelayCount = state.minimumCount;
+const std::string& DelayReport = state.report;
 
 namespace {
 
@@ -43,17 +57,13 @@ std::string Report(float first, float second, float third, float actual) {
 }
 
 void SetLoops(double loops) {
-  LoopsPer10us = ToLong(loops);
+  state.loopsPer10us = ToLong(loops);
 }
 
 }  // namespace
 
 void ResetDelayState() {
-  LoopsPer10us = 0;
-  DelayCalibrated = false;
-  MinimumDelay = 0;
-  MinimumDelayCount = 0;
-  DelayReport.clear();
+  state = {};
 }
 
 void SoftwareDelay::Delay(float& ms) {
@@ -65,8 +75,8 @@ void SoftwareDelay::Delay(float& ms) {
 }
 
 void SoftwareDelay::CalibrateDelay() {
-  DelayCalibrated = true;
-  LoopsPer10us = kFirstGuess;
+  state.calibrated = true;
+  state.loopsPer10us = kFirstGuess;
   const Hourglass hourglass(pointer_);
 
   const float first = TrialSeconds(kHalfSecondMs);
@@ -86,15 +96,19 @@ void SoftwareDelay::CalibrateDelay() {
 
   const float actual = std::max(TrialSeconds(kThreeSecondsMs), 0.1F);
   SetLoops(3.0 / static_cast<double>(actual) * LoopsPer10us);
-  MinimumDelay = static_cast<float>(40.0 / LoopsPer10us * 0.01);
-  MinimumDelayCount = ToLong(static_cast<double>(MinimumDelay) * LoopsPer10us / 0.01);
-  DelayReport = Report(first, second, third, actual);
+  state.minimum = static_cast<float>(40.0 / LoopsPer10us * 0.01);
+  state.minimumCount = ToLong(static_cast<double>(MinimumDelay) * LoopsPer10us / 0.01);
+  state.report = Report(first, second, third, actual);
+}
+
+void SoftwareDelay::ForgetCalibration() {
+  state.calibrated = false;
 }
 
 void SoftwareDelay::SkipCalibration() {
-  DelayCalibrated = true;
-  LoopsPer10us = kFirstGuess;
-  DelayReport = "Delay calibration was skipped.\r\n";
+  state.calibrated = true;
+  state.loopsPer10us = kFirstGuess;
+  state.report = "Delay calibration was skipped.\r\n";
 }
 
 // A timer that passes midnight gives a negative time; the floors of the calibration catch it.

@@ -10,11 +10,12 @@
 
 namespace kestrel {
 
-extern std::int32_t LoopsPer10us;       // empty loop iterations that take 10 us (0); CalibrateDelay
-extern bool DelayCalibrated;            // (false); set at the start of CalibrateDelay
-extern float MinimumDelay;              // ms (0); CalibrateDelay
-extern std::int32_t MinimumDelayCount;  // iterations (0); CalibrateDelay; reported, used by no wait
-extern std::string DelayReport;         // the figures of the calibration (""); CalibrateDelay
+// What the calibration found, for reading; start values in brackets.
+extern const std::int32_t& LoopsPer10us;       // empty loop iterations that take 10 us (0)
+extern const bool& DelayCalibrated;            // (false); no unit
+extern const float& MinimumDelay;              // ms (0)
+extern const std::int32_t& MinimumDelayCount;  // iterations (0); reported, used by no wait
+extern const std::string& DelayReport;         // the figures of the calibration ("")
 
 // Back to the start values in brackets.
 void ResetDelayState();
@@ -33,6 +34,9 @@ class SoftwareDelay {
   // Measures LoopsPer10us in up to three half-second trials and one of three seconds, and writes
   // the report. Throws RuntimeError "Overflow" when a count leaves 32 bits.
   void CalibrateDelay();
+
+  // The next wait calibrates first.
+  static void ForgetCalibration();
 
   // Spares the trials: LoopsPer10us keeps its first guess and the report says so.
   void SkipCalibration();

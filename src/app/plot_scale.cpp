@@ -1,9 +1,19 @@
-// The start value of PlotScale.
+// What PlotScale refers to.
 // SPDX-License-Identifier: MIT
 #include "app/plot_scale.h"
 
 namespace kestrel {
 
-double PlotScale = 0;
+namespace {
+
+double scale = 0;
+
+}  // namespace
+
+const double& PlotScale = scale;
+
+void TakePlotScale(double fullScaleG) {
+  scale = fullScaleG;
+}
 
 }  // namespace kestrel

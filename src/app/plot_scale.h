@@ -4,8 +4,10 @@
 
 namespace kestrel {
 
-// Vertical full scale of the plot in g (0); set to 1 by Main, afterwards always the number in the
-// caption of cmdPlotScale, taken over by PlotRecord.
-extern double PlotScale;
+// Vertical full scale of the plot in g (0): 1 from the start of the program, afterwards always the
+// number in the caption of cmdPlotScale, taken over by PlotRecord.
+extern const double& PlotScale;
+
+void TakePlotScale(double fullScaleG);
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// Start values of the program-wide state, and the six colours.
+// What the names of the program-wide state refer to, and the six colours.
 // SPDX-License-Identifier: MIT
 #include "app/program_state.h"
 
@@ -6,22 +6,33 @@
 
 namespace kestrel {
 
-std::int16_t InterfaceType = kNoInterface;
-std::int16_t PortAddress = 0;
-std::int16_t ProductNumber = 0;
-bool PortReady = false;
-bool StopSpiLoop = true;
-bool UsbPresent = false;
-bool UsbCsPerWord = true;
-std::uint8_t UsbSpiDelay = 1;
-std::uint8_t UsbSpiBits = 120;
-std::uint8_t UsbSpiSetupValue = 25;
-double clrRed = 0;
-double clrGreen = 0;
-double clrYellow = 0;
-double clrAmber = 0;
-double clrMagenta = 0;
-double clrCyan = 0;
+namespace {
+
+struct ProgramState {
+  std::int16_t interfaceType = kNoInterface;
+  std::int16_t portAddress = 0;
+  std::int16_t productNumber = 0;
+  double red = 0;
+  double green = 0;
+  double yellow = 0;
+  double amber = 0;
+  double magenta = 0;
+  double cyan = 0;
+};
+
+ProgramState state;
+
+}  // namespace
+
+const std::int16_t& InterfaceType = state.interfaceType;
+const std::int16_t& PortAddress = state.portAddress;
+const std::int16_t& ProductNumber = state.productNumber;
+const double& clrRed = state.red;
+const double& clrGreen = state.green;
+const double& clrYellow = state.yellow;
+const double& clrAmber = state.amber;
+const double& clrMagenta = state.magenta;
+const double& clrCyan = state.cyan;
 
 double Rgb(int red, int green, int blue) {
   const auto part = [](int value) { return static_cast<double>(std::clamp(value, 0, 255)); };
@@ -29,30 +40,28 @@ double Rgb(int red, int green, int blue) {
 }
 
 void SetColours() {
-  clrRed = Rgb(230, 0, 0);
-  clrGreen = Rgb(0, 210, 0);
-  clrYellow = Rgb(240, 240, 0);
-  clrAmber = Rgb(255, 230, 0);
-  clrMagenta = Rgb(250, 0, 250);
-  clrCyan = Rgb(0, 255, 255);
+  state.red = Rgb(230, 0, 0);
+  state.green = Rgb(0, 210, 0);
+  state.yellow = Rgb(240, 240, 0);
+  state.amber = Rgb(255, 230, 0);
+  state.magenta = Rgb(250, 0, 250);
+  state.cyan = Rgb(0, 255, 255);
 }
 
-void SetStartDefaults() {
-  PortReady = false;
-  StopSpiLoop = true;
-  UsbCsPerWord = true;
-  UsbSpiDelay = 1;
-  UsbSpiBits = 120;
-  UsbSpiSetupValue = 25;
-  InterfaceType = kNoInterface;
+void ChooseInterface(std::int16_t type) {
+  state.interfaceType = type;
+}
+
+void ChoosePort(std::int16_t address) {
+  state.portAddress = address;
+}
+
+void ChooseProduct(std::int16_t number) {
+  state.productNumber = number;
 }
 
 void ResetProgramState() {
-  SetStartDefaults();
-  PortAddress = 0;
-  ProductNumber = 0;
-  UsbPresent = false;
-  clrRed = clrGreen = clrYellow = clrAmber = clrMagenta = clrCyan = 0;
+  state = {};
 }
 
 }  // namespace kestrel

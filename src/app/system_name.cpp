@@ -25,16 +25,18 @@ const char* NameOf(const SystemVersion& version) {
   return kWinNt;
 }
 
+std::string name = kWinNt;
+
 }  // namespace
 
-std::string SystemName = kWinNt;
+const std::string& SystemName = name;
 
 void ResetSystemName() {
-  SystemName = kWinNt;
+  name = kWinNt;
 }
 
 void iniSystem2(const SystemVersion& version) {
-  SystemName = NameOf(version);
+  name = NameOf(version);
 }
 
 bool UsbOffered(Messages& messages) {

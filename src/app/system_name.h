@@ -17,7 +17,7 @@ struct SystemVersion {
 };
 
 // Class of the operating system, "Win95", "Win98", "WinNT" or "WinXP" ("WinNT"); iniSystem2.
-extern std::string SystemName;
+extern const std::string& SystemName;
 
 // Back to the start value in brackets.
 void ResetSystemName();

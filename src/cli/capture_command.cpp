@@ -10,6 +10,7 @@
 #include <cmath>
 
 #include "cli/record_report.h"
+#include "cli/word_choice.h"
 #include "logging/data_log.h"
 #include "logging/data_log_settings.h"
 #include "numeric/number_parse.h"
@@ -17,13 +18,13 @@
 namespace kestrel {
 namespace {
 
-// In the order in which help names them.
-using Codes = std::vector<std::pair<std::string, std::int16_t>>;
+using Codes = WordCodes<std::int16_t>;
 
 const Codes kModes{{"manual", 0}, {"timer", 1}, {"time", 2}};
 const Codes kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
 const Codes kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
 
+constexpr std::int16_t kTimeMode = 2;
 constexpr double kLongestInterval = 86400;
 constexpr double kMostCaptures = 1e9;
 
@@ -42,19 +43,19 @@ std::string CountProblem(const std::string& text) {
   return "\"" + text + "\" is no number of captures; it is a whole number from 1";
 }
 
-// An option whose argument is one of a few words.
-void AddChoice(CLI::App& app, const char* name, std::optional<std::int16_t>& code,
-               const Codes& codes, const char* description) {
-  std::string words;
-  for (const auto& [word, value] : codes) words += (words.empty() ? "" : ", ") + word;
-  app.add_option_function<std::string>(
-         name,
-         [&code, &codes](const std::string& word) {
-           code = std::ranges::find(codes, word, &Codes::value_type::first)->second;
-         },
-         std::string(description) + ": " + words)
-      ->check(CLI::IsMember(codes))
-      ->type_name("WORD");
+// The sensor's bands, where levels are asked for: before anything is captured, which a transfer
+// that is interrupted would lose.
+Result<std::optional<BandTable>> BandsFor(Session& session, const NumberChoice& numbers) {
+  if (!numbers.Levels()) return std::optional<BandTable>{};
+  const auto bands = session.station.Bands().Read();
+  if (!bands) return bands.Why();
+  return std::optional{*bands};
+}
+
+std::optional<NumberReport> NumbersFor(const Record& record, const NumberChoice& numbers,
+                                       const std::optional<BandTable>& bands) {
+  if (!numbers.Any()) return std::nullopt;
+  return NumbersOf(record, numbers, bands);
 }
 
 }  // namespace
@@ -81,12 +82,18 @@ void CaptureCommand::AddTo(CLI::App& app) {
                  "Write a data file even of a capture that brought no new data")
       ->needs("--out");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
+  numbers_.AddTo(*word_);
 }
 
 ExitCode CaptureCommand::Run(Session& session, const Output& output) {
   const auto setup = session.station.Records().Configure(setup_);
   if (!setup) return session.Fail(setup.Why());
   if (!PrepareFiles(session)) return ExitCode::Failure;
+  if (setup->mode != kTimeMode) {
+    const auto bands = BandsFor(session, numbers_);
+    if (!bands) return session.Fail(bands.Why());
+    bands_ = *bands;
+  }
   Clock& clock = session.station.Road().seams.clock;
   for (int number = 1;; ++number) {
     const auto start = clock.Monotonic();
@@ -105,13 +112,13 @@ bool CaptureCommand::PrepareFiles(Session& session) const {
     session.Say("--out: the folder " + folder.string() + " cannot be written.");
     return false;
   }
-  DataLogName = name_;
+  NameDataLog(name_);
   const std::string start = (name_.empty() ? std::string(kDefaultLogName) : name_) + "_";
   for (const std::string& file : session.station.FilesHere().List(folder)) {
     if (!file.starts_with(start)) continue;
     const int number = std::atoi(file.c_str() + start.size());
     if (number < 1 || number >= 32767) continue;
-    DataLogIndex = std::max(DataLogIndex, static_cast<std::int16_t>(number + 1));
+    NumberDataLog(std::max(DataLogIndex, static_cast<std::int16_t>(number + 1)));
   }
   return true;
 }
@@ -125,7 +132,8 @@ ExitCode CaptureCommand::Capture(Session& session, const Output& output, int num
                       .number = number,
                       .withData = withData_,
                       .stopped = captured->interrupted,
-                      .file = {}};
+                      .file = {},
+                      .numbers = NumbersFor(captured->record, numbers_, bands_)};
   const bool isNew = report.record.IsNew();
   const bool writes = !folder_.empty() && (isNew || oldData_);
   if (writes) {
@@ -148,14 +156,24 @@ void RecordCommand::AddTo(CLI::App& app) {
       ->check(CLI::Range(0, 15));
   word_->add_flag("--time", time_, "It is a time record, not a spectrum");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
+  numbers_.AddTo(*word_);
 }
 
 ExitCode RecordCommand::Run(Session& session, const Output& output) {
+  std::optional<BandTable> table;
+  if (!time_) {
+    const auto bands = BandsFor(session, numbers_);
+    if (!bands) return session.Fail(bands.Why());
+    table = *bands;
+  }
   const auto record = session.station.Records().ReadStored(
       record_, time_ ? RecordKind::Time : RecordKind::Spectrum);
   if (!record) return session.Fail(record.Why());
   session.EndProgress();
-  WriteRecord(output, {.record = *record, .withData = withData_, .file = {}});
+  WriteRecord(output, {.record = *record,
+                       .withData = withData_,
+                       .file = {},
+                       .numbers = NumbersFor(*record, numbers_, table)});
   return ExitCode::Success;
 }
 

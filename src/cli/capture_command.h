@@ -6,7 +6,9 @@
 #include <optional>
 #include <string>
 
+#include "alarms/band_table.h"
 #include "cli/command.h"
+#include "cli/number_choice.h"
 
 namespace kestrel {
 
@@ -29,6 +31,8 @@ class CaptureCommand : public Command {
   std::string name_;
   bool withData_ = false;
   bool oldData_ = false;
+  NumberChoice numbers_;
+  std::optional<BandTable> bands_;  // of the sensor, where levels are asked for
 };
 
 // "record": a stored record from the sensor's flash.
@@ -43,6 +47,7 @@ class RecordCommand : public Command {
   int record_ = 0;
   bool time_ = false;
   bool withData_ = false;
+  NumberChoice numbers_;
 };
 
 }  // namespace kestrel

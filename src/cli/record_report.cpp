@@ -7,6 +7,7 @@
 #include <iomanip>
 
 #include "alarms/band_table.h"
+#include "cli/number_json.h"
 #include "device/alarm_flags.h"
 #include "device/rec_info.h"
 #include "numeric/number_format.h"
@@ -64,11 +65,13 @@ std::string PlainRange(std::int16_t code) {
   return "0 to " + GeneralNumber(FullScaleOf(code)) + " g";
 }
 
-Json AxisJson(const Record& record, Axis axis) {
+Json AxisJson(const RecordReport& report, Axis axis) {
+  const Record& record = report.record;
   const Peak peak = PeakOf(record, axis);
   Json json{{"peak_g", peak.g}, {IsSpectrum(record) ? "peak_bin" : "peak_sample", peak.index}};
   if (IsSpectrum(record)) json["peak_hz"] = peak.index * BinWidth(record.settings.option);
   json["alarm"] = AlarmText(record.alarms.Of(axis));
+  if (report.numbers) AddNumbers(json, *report.numbers, axis);
   Json& data = json["data_g"] = Json::array();
   for (const double value : record.Values(axis)) data.push_back(value);
   return json;
@@ -87,7 +90,8 @@ Json RecordJson(const RecordReport& report) {
   if (IsSpectrum(record)) json["averages"] = std::max<int>(settings.averages, 1);
   json["window"] = PlainWindow(settings.window);
   json["range"] = PlainRange(settings.range);
-  for (const Axis axis : kAxes) json["axes"][std::string(1, Letter(axis))] = AxisJson(record, axis);
+  if (report.numbers) json["numbers"] = NumbersHeadJson(*report.numbers);
+  for (const Axis axis : kAxes) json["axes"][std::string(1, Letter(axis))] = AxisJson(report, axis);
   json["supply_v"] = static_cast<double>(record.conditions.supplyV);
   json["temperature_c"] = static_cast<double>(record.conditions.temperatureC);
   json["status"] = StatusJson(record.status);
@@ -125,6 +129,7 @@ void PrintRecord(std::ostream& out, const RecordReport& report) {
   }
   out << "  " << ConditionsText(record.conditions);
   if (!report.file.empty()) out << "  file " << report.file.string() << '\n';
+  if (report.numbers) PrintNumbers(out, *report.numbers);
   if (report.withData) PrintPoints(out, record);
 }
 

@@ -3,18 +3,21 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 
 #include "cli/command.h"
+#include "cli/number_report.h"
 #include "record/record.h"
 
 namespace kestrel {
 
 struct RecordReport {
   Record record;
-  int number = 0;              // 1 for the first capture; 0 where there is only one
-  bool withData = false;       // every point in the text as well; JSON always has them
-  bool stopped = false;        // ended early
-  std::filesystem::path file;  // empty when none was written
+  int number = 0;                         // 1 for the first capture; 0 where there is only one
+  bool withData = false;                  // every point in the text as well; JSON always has them
+  bool stopped = false;                   // ended early
+  std::filesystem::path file;             // empty when none was written
+  std::optional<NumberReport> numbers{};  // where they were asked for
 };
 
 // Reports a record: how it was taken, the peak of each axis, conditions, flags, alarms.

@@ -7,7 +7,14 @@
 
 namespace kestrel {
 
+void SetStartDefaults() {
+  ResetPortDriver();
+  ResetAdapterSettings();
+  ChooseInterface(kNoInterface);
+}
+
 void InitInterface(Core& core) {
+  core.registers.Use(InterfaceType);
   if (InterfaceType == kParallelPort) {
     PreparePort(core.seams.driverService, core.seams.port, core.port, core.seams.messages);
   } else if (InterfaceType == kUsbAdapter) {
@@ -16,10 +23,10 @@ void InitInterface(Core& core) {
       core.usb.UsbSetSpiBits(UsbSpiBits);
       core.usb.UsbSetupSpi(UsbSpiSetupValue);
     } else {
-      InterfaceType = kNoInterface;
+      core.registers.Use(kNoInterface);
     }
   } else {
-    InterfaceType = kNoInterface;
+    core.registers.Use(kNoInterface);
     core.seams.messages.Show("Please select an interface before taking data");
   }
 }

@@ -10,7 +10,21 @@
 
 namespace kestrel {
 
-std::unique_ptr<cALMCtrl> gAlmCtrl;
+namespace {
+
+std::unique_ptr<cALMCtrl> shared;
+
+}  // namespace
+
+const std::unique_ptr<cALMCtrl>& gAlmCtrl = shared;
+
+void MakeAlmCtrl(RegisterAccess& registers) {
+  shared = std::make_unique<cALMCtrl>(registers);
+}
+
+void DropAlmCtrl() {
+  shared.reset();
+}
 
 namespace {
 

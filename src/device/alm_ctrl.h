@@ -75,6 +75,9 @@ class cALMCtrl {
 };
 
 // The model all windows share (none); made by InitRegisterTable, never replaced.
-extern std::unique_ptr<cALMCtrl> gAlmCtrl;
+extern const std::unique_ptr<cALMCtrl>& gAlmCtrl;
+
+void MakeAlmCtrl(RegisterAccess& registers);
+void DropAlmCtrl();
 
 }  // namespace kestrel

@@ -11,7 +11,21 @@
 
 namespace kestrel {
 
-std::unique_ptr<cRecCtrl> gRecCtrl;
+namespace {
+
+std::unique_ptr<cRecCtrl> shared;
+
+}  // namespace
+
+const std::unique_ptr<cRecCtrl>& gRecCtrl = shared;
+
+void MakeRecCtrl(RegisterAccess& registers) {
+  shared = std::make_unique<cRecCtrl>(registers);
+}
+
+void DropRecCtrl() {
+  shared.reset();
+}
 
 namespace {
 

@@ -80,6 +80,9 @@ class cRecCtrl {
   // it; where not, they hold what seemed to be read.
   bool ReadRecCtrl();
 
+  // Everything as it was when `earlier` was kept, without a transfer.
+  void PutBack(const cRecCtrl& earlier) { *this = earlier; }
+
  private:
   RegisterAccess* registers_;  // a pointer, so that a state can be kept and put back
   std::int16_t recModeCode_ = 0;
@@ -96,6 +99,9 @@ class cRecCtrl {
 };
 
 // The model all windows share (none); made by InitRegisterTable, never replaced.
-extern std::unique_ptr<cRecCtrl> gRecCtrl;
+extern const std::unique_ptr<cRecCtrl>& gRecCtrl;
+
+void MakeRecCtrl(RegisterAccess& registers);
+void DropRecCtrl();
 
 }  // namespace kestrel

@@ -9,7 +9,21 @@
 
 namespace kestrel {
 
-std::unique_ptr<cRecInfo> gRecInfo;
+namespace {
+
+std::unique_ptr<cRecInfo> shared;
+
+}  // namespace
+
+const std::unique_ptr<cRecInfo>& gRecInfo = shared;
+
+void MakeRecInfo(RegisterAccess& registers) {
+  shared = std::make_unique<cRecInfo>(registers);
+}
+
+void DropRecInfo() {
+  shared.reset();
+}
 
 namespace {
 

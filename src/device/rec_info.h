@@ -47,6 +47,9 @@ class cRecInfo {
 };
 
 // The model all windows share (none); made by InitRegisterTable, never replaced.
-extern std::unique_ptr<cRecInfo> gRecInfo;
+extern const std::unique_ptr<cRecInfo>& gRecInfo;
+
+void MakeRecInfo(RegisterAccess& registers);
+void DropRecInfo();
 
 }  // namespace kestrel

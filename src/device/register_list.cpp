@@ -22,12 +22,9 @@ std::string FourDigits(std::int32_t value) {
   return digits.substr(digits.size() - kWordDigits);
 }
 
-void FitName(std::string& name) {
-  if (name.size() < kShortestName) {
-    name += "______";
-  } else if (name.size() > kLongestName) {
-    name.resize(kLongestName);
-  }
+std::string FittedName(const std::string& name) {
+  if (name.size() < kShortestName) return name + "______";
+  return name.substr(0, kLongestName);
 }
 
 std::string WithoutTrailingBlanks(const std::string& text) {
@@ -63,7 +60,7 @@ std::optional<RegisterListing> ReadAllRegisters(RegisterAccess& registers,
   }
   listing.text = kHeading;
   for (RegisterListing::Line& line : listing.lines) {
-    FitName(RegName[line.row]);
+    SetName(line.row, FittedName(RegName[line.row]));
     line.changed = Changed(before, line);
     listing.text += LineText(line);
   }

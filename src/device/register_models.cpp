@@ -12,28 +12,30 @@
 #include "device/rec_info.h"
 #include "record/capture_data.h"
 #include "regmap/register_table.h"
+#include "transport/port_driver.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {
 
 void InitRegisterTable(RegisterAccess& registers) {
-  gAlmCtrl = std::make_unique<cALMCtrl>(registers);
-  gRecCtrl = std::make_unique<cRecCtrl>(registers);
-  gRecInfo = std::make_unique<cRecInfo>(registers);
+  MakeAlmCtrl(registers);
+  MakeRecCtrl(registers);
+  MakeRecInfo(registers);
   BuildRegisterTable();
 }
 
 void ResetDeviceNames() {
-  gRecInfo.reset();
-  gRecCtrl.reset();
-  gAlmCtrl.reset();
+  DropRecInfo();
+  DropRecCtrl();
+  DropAlmCtrl();
   ResetProgramState();
   ResetDelayState();
+  ResetPortDriver();
   ResetAdapterState();
   ResetRegisterAccessState();
   ResetRegisterTable();
   ResetCaptureData();
-  PlotScale = 0;
+  TakePlotScale(0);
 }
 
 }  // namespace kestrel

@@ -15,9 +15,21 @@
 
 namespace kestrel {
 
-std::int16_t DataLogIndex = 1;
-bool DataFormatLSB = false;
-std::string DataLogName;
+namespace {
+
+struct DataLogState {
+  std::int16_t index = 1;
+  bool lsb = false;
+  std::string name;
+};
+
+DataLogState state;
+
+}  // namespace
+
+const std::int16_t& DataLogIndex = state.index;
+const bool& DataFormatLSB = state.lsb;
+const std::string& DataLogName = state.name;
 
 namespace {
 
@@ -51,9 +63,19 @@ class BusyMark {
 }  // namespace
 
 void ResetDataLogState() {
-  DataLogIndex = 1;
-  DataFormatLSB = false;
-  DataLogName.clear();
+  state = {};
+}
+
+void NumberDataLog(std::int16_t next) {
+  state.index = next;
+}
+
+void ChooseDataFormat(bool lsb) {
+  state.lsb = lsb;
+}
+
+void NameDataLog(const std::string& name) {
+  state.name = name;
 }
 
 void DataLog::WriteDataFile() {
@@ -66,7 +88,7 @@ void DataLog::WriteDataFile() {
   lastFile_ = file;
   view_.SetFileCount(std::to_string(DataLogIndex));
   lastIndexUsed_ = DataLogIndex == kLastIndex;
-  DataLogIndex = ToInteger(DataLogIndex + 1.0);
+  state.index = ToInteger(DataLogIndex + 1.0);
 }
 
 std::string DataLog::Text(const std::string& name) {

@@ -13,9 +13,15 @@
 
 namespace kestrel {
 
-extern std::int16_t DataLogIndex;  // number of the next file (1); WriteDataFile
-extern bool DataFormatLSB;         // raw words instead of scaled values (false); settings window
-extern std::string DataLogName;    // base file name chosen by the user (""); settings window
+// How data-log files are written, for reading; no units, start values in brackets.
+extern const std::int16_t& DataLogIndex;  // number of the next file (1); WriteDataFile counts on
+extern const bool& DataFormatLSB;         // raw words instead of scaled values (false)
+extern const std::string& DataLogName;    // base file name chosen by the user ("")
+
+// The user's choices.
+void NumberDataLog(std::int16_t next);
+void ChooseDataFormat(bool lsb);
+void NameDataLog(const std::string& name);
 
 // Back to the start values in brackets.
 void ResetDataLogState();

@@ -15,22 +15,22 @@ bool IsBlank(const std::string& name) {
 
 DataLogSettings::DataLogSettings(Messages& messages)
     : messages_(messages), earlierName_(DataLogName), earlierLsb_(DataFormatLSB) {
-  if (DataLogName.empty()) DataLogName = kProposedLogName;
+  if (DataLogName.empty()) NameDataLog(kProposedLogName);
   typedName_ = DataLogName;
 }
 
 void DataLogSettings::txtFileName_Change(const std::string& name) {
   typedName_ = name;
-  DataLogName = name;
+  NameDataLog(name);
 }
 
 void DataLogSettings::cmdReSetFileIndex_Click() {
   if (!numberBeforeReset_) numberBeforeReset_ = DataLogIndex;
-  DataLogIndex = 1;
+  NumberDataLog(1);
 }
 
 void DataLogSettings::ChooseFormat(bool lsb) {
-  DataFormatLSB = lsb;
+  ChooseDataFormat(lsb);
 }
 
 bool DataLogSettings::cmdOK_Click() {
@@ -40,15 +40,15 @@ bool DataLogSettings::cmdOK_Click() {
     if (problem.empty()) return true;
     problem = "File name " + typedName_ + ": " + problem + ".";
   }
-  DataLogName = earlierName_;
+  NameDataLog(earlierName_);
   messages_.Show(problem);
   return false;
 }
 
 void DataLogSettings::cmdCancel_Click() {
-  DataLogName = earlierName_;
-  DataFormatLSB = earlierLsb_;
-  if (numberBeforeReset_) DataLogIndex = std::max(DataLogIndex, *numberBeforeReset_);
+  NameDataLog(earlierName_);
+  ChooseDataFormat(earlierLsb_);
+  if (numberBeforeReset_) NumberDataLog(std::max(DataLogIndex, *numberBeforeReset_));
 }
 
 }  // namespace kestrel

@@ -86,6 +86,10 @@ double RoundedDown(double value, int digits) {
   return RoundedBy(value, digits, std::floor);
 }
 
+double RoundedTo(double value, int digits) {
+  return RoundedBy(value, digits, std::round);
+}
+
 BoundDigits DigitsOfBound(double bound) {
   const double magnitude = std::fabs(bound);
   if (magnitude == 0 || !std::isfinite(magnitude)) return {};
@@ -102,6 +106,17 @@ BoundedText WithBound(double value, double bound) {
   const BoundDigits digits = DigitsOfBound(bound);
   return {NumberText(value, digits.decimals),
           "\u00B1" + NumberText(digits.bound, std::max(digits.decimals, 0))};
+}
+
+BoundedNumber RoundedByBound(double value, double bound) {
+  if (!std::isfinite(value)) return {value, 0};
+  if (!std::isfinite(bound) || bound == 0) return {RoundedTo(value, 6), 0};
+  const double magnitude = std::fabs(bound);
+  const int decimals = DigitsOfBound(magnitude).decimals + 1;
+  const double unit = std::pow(10.0, std::abs(decimals));
+  const double rounded =
+      decimals >= 0 ? std::round(value * unit) / unit : std::round(value / unit) * unit;
+  return {rounded, RoundedUp(magnitude + std::fabs(rounded - value), 2)};
 }
 
 std::string HertzText(double hz) {

@@ -21,6 +21,9 @@ inline constexpr const char* kNoNumber = "\u2013";
 [[nodiscard]] double RoundedUp(double value, int digits = 3);
 [[nodiscard]] double RoundedDown(double value, int digits = 3);
 
+// The nearest number of `digits` significant digits.
+[[nodiscard]] double RoundedTo(double value, int digits);
+
 // How many decimals a value with this error bound carries, and the bound's own text. The bound
 // keeps one digit, two where it begins with 1 or 2, and is rounded up; negative decimals round to
 // tens.
@@ -38,6 +41,16 @@ struct BoundedText {
   bool operator==(const BoundedText&) const = default;
 };
 [[nodiscard]] BoundedText WithBound(double value, double bound);
+
+// The same for a reader that goes on calculating: the value at one digit more than its text has,
+// and its bound at two digits, rounding included. A bound of 0, or none, stays 0 and leaves the
+// value at six digits.
+struct BoundedNumber {
+  double value = 0;
+  double bound = 0;
+  bool operator==(const BoundedNumber&) const = default;
+};
+[[nodiscard]] BoundedNumber RoundedByBound(double value, double bound);
 
 // A frequency in Hz with three significant digits and its unit: "587 Hz", "49.9 kHz".
 [[nodiscard]] std::string HertzText(double hz);

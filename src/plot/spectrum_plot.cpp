@@ -37,7 +37,7 @@ void SpectrumPlot::Draw(std::span<const PlotTrace> traces) {
   view_.SetUnit(horizontal.unit);
   view_.ShowFrequency(last != kTimeWidth);
   view_.SetXmax(GeneralNumber(end));
-  PlotScale = LeadingNumber(view_.ScaleCaption());
+  TakePlotScale(LeadingNumber(view_.ScaleCaption()));
   const double bottom = LabelAxes(last);
   view_.SetScale(horizontal.first, PlotScale, end, bottom);
   loop_.YieldToPaint();

@@ -10,25 +10,55 @@
 
 namespace kestrel {
 
+namespace {
+
+struct Table {
+  RegisterColumn<std::string> name;
+  RegisterColumn<std::int32_t> addr;
+  RegisterColumn<std::uint8_t> group;
+  RegisterColumn<std::int16_t> bits;
+  RegisterColumn<bool> isSigned;
+  RegisterColumn<bool> readable;
+  RegisterColumn<bool> writable;
+  RegisterColumn<float> scale;
+  RegisterColumn<float> offset;
+  RegisterColumn<bool> reserved;
+  RegisterColumn<bool> keepBit15;
+  RegisterColumn<bool> keepBit14;
+  std::int16_t count = 0;
+};
+
+Table table;
+
+}  // namespace
+
 namespace row {
-#define KESTREL_DEFINE_ROW(name) std::int16_t name = -1;
+namespace {
+
+#define KESTREL_ROW_NUMBER(name) std::int16_t number##name = -1;
+KESTREL_REGISTER_NAMES(KESTREL_ROW_NUMBER)
+#undef KESTREL_ROW_NUMBER
+
+}  // namespace
+
+#define KESTREL_DEFINE_ROW(name) const std::int16_t& name = number##name;
 KESTREL_REGISTER_NAMES(KESTREL_DEFINE_ROW)
 #undef KESTREL_DEFINE_ROW
 }  // namespace row
 
-RegisterColumn<std::string> RegName;
-RegisterColumn<std::int32_t> RegAddr;
-RegisterColumn<std::uint8_t> RegGroup;
-RegisterColumn<std::int16_t> RegBits;
-RegisterColumn<bool> RegSigned;
-RegisterColumn<bool> RegReadable;
-RegisterColumn<bool> RegWritable;
-RegisterColumn<float> RegScale;
-RegisterColumn<float> RegOffset;
-RegisterColumn<bool> RegReserved;
-RegisterColumn<bool> RegKeepBit15;
-RegisterColumn<bool> RegKeepBit14;
-std::int16_t RegCount = 0;
+const RegisterColumn<std::string>& RegName = table.name;
+const RegisterColumn<std::int32_t>& RegAddr = table.addr;
+const RegisterColumn<std::uint8_t>& RegGroup = table.group;
+const RegisterColumn<std::int16_t>& RegBits = table.bits;
+const RegisterColumn<bool>& RegSigned = table.isSigned;
+const RegisterColumn<bool>& RegReadable = table.readable;
+const RegisterColumn<bool>& RegWritable = table.writable;
+const RegisterColumn<float>& RegScale = table.scale;
+const RegisterColumn<float>& RegOffset = table.offset;
+const RegisterColumn<bool>& RegReserved = table.reserved;
+const RegisterColumn<bool>& RegKeepBit15 = table.keepBit15;
+const RegisterColumn<bool>& RegKeepBit14 = table.keepBit14;
+const std::int16_t& RegCount = table.count;
 
 namespace {
 
@@ -130,7 +160,7 @@ constexpr bool AddressesFit() {
 }
 static_assert(AddressesFit(), "an address has 7 bits, and the high byte follows the low byte");
 
-#define KESTREL_ROW_VARIABLE(name) &row::name,
+#define KESTREL_ROW_VARIABLE(name) &row::number##name,
 constexpr std::array kRowVariables{KESTREL_REGISTER_NAMES(KESTREL_ROW_VARIABLE)};
 #undef KESTREL_ROW_VARIABLE
 
@@ -142,43 +172,39 @@ void SetRowVariables() {
 
 void FillRow(std::size_t index, const Entry& entry) {
   const auto at = static_cast<std::int16_t>(index);
-  RegName[at] = entry.name;
-  RegAddr[at] = entry.address;
-  RegGroup[at] = entry.group;
-  RegBits[at] = entry.bits;
-  RegSigned[at] = entry.sign == Signed;
-  RegReadable[at] = entry.access == ReadOnly || entry.access == ReadWrite;
-  RegWritable[at] = entry.access == WriteOnly || entry.access == ReadWrite;
-  RegScale[at] = entry.scale;
-  RegOffset[at] = entry.offset;
-  RegReserved[at] = entry.listing == Reserved;
-  RegKeepBit15[at] = false;
-  RegKeepBit14[at] = false;
+  table.name[at] = entry.name;
+  table.addr[at] = entry.address;
+  table.group[at] = entry.group;
+  table.bits[at] = entry.bits;
+  table.isSigned[at] = entry.sign == Signed;
+  table.readable[at] = entry.access == ReadOnly || entry.access == ReadWrite;
+  table.writable[at] = entry.access == WriteOnly || entry.access == ReadWrite;
+  table.scale[at] = entry.scale;
+  table.offset[at] = entry.offset;
+  table.reserved[at] = entry.listing == Reserved;
+  table.keepBit15[at] = false;
+  table.keepBit14[at] = false;
 }
 
 }  // namespace
 
 void BuildRegisterTable() {
   SetRowVariables();
-  RegCount = static_cast<std::int16_t>(kFilledRows - 1);
+  table.count = static_cast<std::int16_t>(kFilledRows - 1);
   for (std::size_t index = 0; index < kFilledRows; ++index) FillRow(index, kEntries[index]);
+}
+
+void SetSigned(std::int16_t row, bool isSigned) {
+  table.isSigned[row] = isSigned;
+}
+
+void SetName(std::int16_t row, const std::string& name) {
+  table.name[row] = name;
 }
 
 void ResetRegisterTable() {
   for (std::int16_t* row : kRowVariables) *row = -1;
-  RegName = {};
-  RegAddr = {};
-  RegGroup = {};
-  RegBits = {};
-  RegSigned = {};
-  RegReadable = {};
-  RegWritable = {};
-  RegScale = {};
-  RegOffset = {};
-  RegReserved = {};
-  RegKeepBit15 = {};
-  RegKeepBit14 = {};
-  RegCount = 0;
+  table = {};
 }
 
 }  // namespace kestrel

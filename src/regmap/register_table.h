@@ -33,25 +33,30 @@ class RegisterColumn {
   std::array<Value, kRegisterRows> values_{};
 };
 
-// The register table, one column an array. Filled once by BuildRegisterTable; afterwards the
-// capture cycle switches RegSigned of the three buffer registers, and listing all registers may
-// shorten or pad RegName.
-extern RegisterColumn<std::string> RegName;
-extern RegisterColumn<std::int32_t> RegAddr;   // byte address of the low byte; high byte at + 1
-extern RegisterColumn<std::uint8_t> RegGroup;  // 1, 2 or 4; displayed only
-extern RegisterColumn<std::int16_t> RegBits;   // significant bits of a read
-extern RegisterColumn<bool> RegSigned;         // two's complement of width RegBits
-extern RegisterColumn<bool> RegReadable;
-extern RegisterColumn<bool> RegWritable;
-extern RegisterColumn<float> RegScale;  // scaled value = value x RegScale + RegOffset
-extern RegisterColumn<float> RegOffset;
-extern RegisterColumn<bool> RegReserved;   // listed as "reserved", left out of the register log
-extern RegisterColumn<bool> RegKeepBit15;  // keep bit 15 of a read apart; a relic, no row does
-extern RegisterColumn<bool> RegKeepBit14;  // keep bit 14 of a read apart; a relic, no row does
-extern std::int16_t RegCount;              // highest filled row
+// The register table, one column an array, for reading; no column but RegAddr has a unit. Filled
+// once by BuildRegisterTable; afterwards captures switch the sign of the three buffer registers,
+// and listing all registers may shorten or pad names.
+extern const RegisterColumn<std::string>& RegName;
+// Byte address of the low byte; the high byte is at + 1.
+extern const RegisterColumn<std::int32_t>& RegAddr;
+extern const RegisterColumn<std::uint8_t>& RegGroup;  // 1, 2 or 4; displayed only
+extern const RegisterColumn<std::int16_t>& RegBits;   // significant bits of a read
+extern const RegisterColumn<bool>& RegSigned;         // two's complement of width RegBits
+extern const RegisterColumn<bool>& RegReadable;
+extern const RegisterColumn<bool>& RegWritable;
+extern const RegisterColumn<float>& RegScale;  // scaled value = value x RegScale + RegOffset
+extern const RegisterColumn<float>& RegOffset;
+extern const RegisterColumn<bool>& RegReserved;  // listed as "reserved", not in the register log
+// Keep bit 15 or 14 of a read apart; relics, no row does.
+extern const RegisterColumn<bool>& RegKeepBit15;
+extern const RegisterColumn<bool>& RegKeepBit14;
+extern const std::int16_t& RegCount;  // highest filled row
 
 // Sets the row variables and RegCount, then fills the rows in order.
 void BuildRegisterTable();
+
+void SetSigned(std::int16_t row, bool isSigned);
+void SetName(std::int16_t row, const std::string& name);
 
 // Back to the state before BuildRegisterTable.
 void ResetRegisterTable();

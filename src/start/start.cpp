@@ -50,7 +50,7 @@ bool Step(Core& core, const char* name, const std::function<void()>& step) {
 // The loading window must be painted before the trials block the program. Where the trials fail,
 // because of a timer that stands still, the program can go on: the waits follow another clock.
 void MeasureDelay(Core& core, StartWindows& windows, bool quickStart) {
-  DelayCalibrated = false;
+  core.delay.ForgetCalibration();
   if (quickStart) {
     core.delay.SkipCalibration();
     return;
@@ -62,12 +62,13 @@ void MeasureDelay(Core& core, StartWindows& windows, bool quickStart) {
   Step(core, "CalibrateDelay", [&] { core.delay.CalibrateDelay(); });
 }
 
-void ChooseInterface(Core& core, std::int16_t interfaceWithoutConfig) {
+void PrepareInterface(Core& core, std::int16_t interfaceWithoutConfig) {
   bool chosen = false;
   Step(core, "ReadConfigFile",
        [&] { chosen = ReadConfigFile(core.seams.files, core.seams.messages); });
-  if (!chosen) InterfaceType = interfaceWithoutConfig;
-  if (!Step(core, "InitInterface", [&] { InitInterface(core); })) InterfaceType = kNoInterface;
+  if (!chosen) ChooseInterface(interfaceWithoutConfig);
+  if (Step(core, "InitInterface", [&] { InitInterface(core); })) return;
+  core.registers.Use(kNoInterface);
 }
 
 }  // namespace
@@ -76,11 +77,11 @@ void Main(Core& core, StartWindows& windows, const StartOptions& options) {
   SetColours();
   MeasureDelay(core, windows, options.quickStart);
   SetStartDefaults();
-  ChooseInterface(core, options.interfaceWithoutConfig);
+  PrepareInterface(core, options.interfaceWithoutConfig);
   InitRegisterTable(core.registers);
   Step(core, "Main", [&] { windows.SetLoadingText(" "); });
   Step(core, "Main", [&] { windows.HideLoading(); });
-  PlotScale = 1.0;
+  TakePlotScale(1.0);
   windows.ShowMainWindow();
 }
 

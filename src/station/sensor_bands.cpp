@@ -46,7 +46,7 @@ Result<std::string> SensorBands::Write(const BandTable& table) {
     return Failure{FailureKind::Refused,
                    "Writing alarm bands: " + misfit + ". Nothing was written."};
   }
-  AlarmBandTable = table;
+  ChangeableBands() = table;
   View view(watch_);
   BandTransfer transfer(core_.registers, core_.delay, loop_, messages_, view);
   loop_.OnInterrupt([&transfer] { transfer.Cancel(); });

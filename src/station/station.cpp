@@ -86,10 +86,10 @@ Done Station::Connect() {
 void Station::ChooseInterface() {
   if (!connection_.portDevice.empty()) site_.usePortDevice(connection_.portDevice);
   if (connection_.parallelAddress || !connection_.portDevice.empty()) {
-    InterfaceType = kParallelPort;
-    PortAddress = connection_.parallelAddress.value_or(PortAddress);
+    kestrel::ChooseInterface(kParallelPort);
+    ChoosePort(connection_.parallelAddress.value_or(PortAddress));
   } else if (connection_.simulate || connection_.adapter || !ReadConfigFile(files_, messages_)) {
-    InterfaceType = kUsbAdapter;
+    kestrel::ChooseInterface(kUsbAdapter);
   }
 }
 

@@ -26,25 +26,23 @@ int Preferred(const std::string& name) {
 
 }  // namespace
 
-bool ChooseAdapter(UsbAdapter& usb, Files& files, int index) {
+bool ChooseAdapter(UsbAdapter& usb, RegisterAccess& registers, Files& files, int index) {
   if (!IsPresent(index)) {
-    SelectedAdapterNumber = -1;
-    UsbPresent = false;
-    StopSpiLoop = true;
+    UsbAdapter::SelectNone();
     return false;
   }
   usb.SelectAdapter(index);
   // A board that refuses the first is not sent the second.
   if (!usb.UsbSetupSpi(UsbSpiSetupValue) || !usb.UsbSetSpiBits(UsbSpiBits)) return false;
-  InterfaceType = kUsbAdapter;
+  registers.Use(kUsbAdapter);
   WriteConfigFile(files);
   return true;
 }
 
-bool ChooseAdapterAgain(UsbAdapter& usb, Files& files) {
+bool ChooseAdapterAgain(UsbAdapter& usb, RegisterAccess& registers, Files& files) {
   const std::string earlier = SelectedAdapter.deviceName;
   usb.FindAdapters();
-  return ChooseAdapter(usb, files, Preferred(earlier));
+  return ChooseAdapter(usb, registers, files, Preferred(earlier));
 }
 
 }  // namespace kestrel

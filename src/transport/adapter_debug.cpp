@@ -80,7 +80,7 @@ void AdapterDebug::txtLoopDelay_KeyDown(const std::string& text) {
 }
 
 void AdapterDebug::UseChipSelectPerWord(bool perWord) {
-  UsbCsPerWord = perWord;
+  UsbAdapter::UseChipSelectPerWord(perWord);
 }
 
 std::string AdapterDebug::OtherPolarity(const std::string& caption) {
@@ -105,7 +105,7 @@ bool AdapterDebug::Repeat() {
 
 // Register accesses between two transfers of the loop use the same buffer, so it is filled anew.
 bool AdapterDebug::Transfer() {
-  for (std::size_t i = 0; i < frames_.size(); ++i) SpiTx(static_cast<int>(i) + 1) = frames_[i];
+  UsbAdapter::FillTx(std::vector<std::int32_t>(frames_.begin(), frames_.end()));
   const bool good{usb_.UsbSpiTransfer(static_cast<int>(frames_.size()))};
   ++transfers_;
   std::vector<std::uint16_t> received;

@@ -48,7 +48,7 @@ void AdapterLoop::Start() {
   }
   wait_ = *wait;
   view_.SetLoopCaption(kStopLoopCaption);
-  StopSpiLoop = false;
+  UsbAdapter::LetLoopRun();
   if (!debug_.cmdWriteSpi_Click()) {
     Stop();
     return;
@@ -58,14 +58,14 @@ void AdapterLoop::Start() {
 }
 
 void AdapterLoop::Stop() {
-  StopSpiLoop = true;
+  UsbAdapter::EndLoop();
   view_.StopTicks();
   view_.SetLoopCaption(kLoopCaption);
 }
 
 void AdapterLoop::Tick(bool mayTransfer) {
   if (!Running()) return;
-  if (!UsbPresent) StopSpiLoop = true;
+  if (!UsbPresent) UsbAdapter::EndLoop();
   const bool due = mayTransfer && clock_.Monotonic() >= due_;
   if (StopSpiLoop || (due && !debug_.Repeat())) {
     Stop();

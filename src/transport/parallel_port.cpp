@@ -6,9 +6,9 @@
 
 namespace kestrel {
 
-std::int32_t LptWord = 0;
-
 namespace {
+
+std::int32_t answered = 0;
 
 // Data register: bit 0 chip select, bit 1 clock, bit 2 data towards the sensor. The data line is
 // inverted both ways: a data bit 1 goes out as 0, and a status bit 6 of 0 comes in as 1.
@@ -31,6 +31,12 @@ std::int16_t StatusAddress() {
 
 }  // namespace
 
+const std::int32_t& LptWord = answered;
+
+void KeepLptWord(std::int32_t word) {
+  answered = word;
+}
+
 void ParallelPort::Out(std::int16_t value) {
   port_.vbOut(PortAddress, value);
 }
@@ -39,7 +45,7 @@ void ParallelPort::LptShiftOut(std::int32_t frame) {
   if (InterfaceType != kParallelPort) return;
   Out(kDataHigh);
   Out(kSelected);
-  LptWord = 0;
+  answered = 0;
   for (int bit = 15; bit >= 0; --bit) {
     const bool one = (frame >> bit & 1) != 0;
     const std::int16_t data = one ? 0 : kDataHigh;
@@ -56,14 +62,14 @@ void ParallelPort::LptShiftOut(std::int32_t frame) {
 // of address 0: reading never changes a register.
 std::int32_t ParallelPort::LptReadWord(std::int16_t& address) {
   if (InterfaceType != kParallelPort) return 0;
-  LptWord = 0;
+  answered = 0;
   address = static_cast<std::int16_t>(address & kAddressMask);
   LptShiftOut(address * 256);
   Out(kDataHigh);
   Out(kSelected);
   for (int bit = 15; bit >= 0; --bit) {
     Out(kClocked);
-    if ((port_.vbInp(StatusAddress()) & kAnswerBit) == 0) LptWord += 1 << bit;
+    if ((port_.vbInp(StatusAddress()) & kAnswerBit) == 0) answered += 1 << bit;
     Out(kSelected);
   }
   Out(kReleased);

@@ -9,7 +9,11 @@
 
 namespace kestrel {
 
-extern std::int32_t LptWord;  // word assembled by the last read, over USB too (0)
+// Word assembled by the last read, over USB too, no unit (0).
+extern const std::int32_t& LptWord;
+
+// A word that came another way.
+void KeepLptWord(std::int32_t word);
 
 // The sensor's SPI port wired to the PC's parallel port, driven pin by pin. Every operation does
 // nothing (reads give 0) unless InterfaceType is the parallel port. There is no error path.

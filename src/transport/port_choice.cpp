@@ -27,8 +27,8 @@ bool PortChoice::cmdOK_Click(const std::string& text) {
     messages_.Show("Port address: " + address.fault + kExample);
     return false;
   }
-  PortAddress = NarrowToInteger(address.value);
-  InterfaceType = kParallelPort;
+  ChoosePort(NarrowToInteger(address.value));
+  registers_.Use(kParallelPort);
   // A port that was made ready at another address, or was lost since, is not the one in use.
   const bool ready = PortReady && port_.IsHeld();
   if ((SystemName == "WinNT" || SystemName == "WinXP") && !ready) {

@@ -9,15 +9,21 @@
 #include "seams/messages.h"
 #include "seams/port_io.h"
 #include "transport/parallel_port.h"
+#include "transport/register_access.h"
 
 namespace kestrel {
 
 // Makes a parallel port the interface.
 class PortChoice {
  public:
-  PortChoice(DriverService& service, PortIo& io, ParallelPort& port, Files& files,
-             Messages& messages)
-      : service_(service), io_(io), port_(port), files_(files), messages_(messages) {}
+  PortChoice(DriverService& service, PortIo& io, ParallelPort& port, RegisterAccess& registers,
+             Files& files, Messages& messages)
+      : service_(service),
+        io_(io),
+        port_(port),
+        registers_(registers),
+        files_(files),
+        messages_(messages) {}
 
   // PortAddress as the user sees it, in hexadecimal digits.
   [[nodiscard]] static std::string AddressText();
@@ -31,6 +37,7 @@ class PortChoice {
   DriverService& service_;
   PortIo& io_;
   ParallelPort& port_;
+  RegisterAccess& registers_;
   Files& files_;
   Messages& messages_;
 };

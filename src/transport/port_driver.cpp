@@ -5,10 +5,10 @@
 #include <exception>
 #include <string>
 
-#include "app/program_state.h"
-
 namespace kestrel {
 namespace {
+
+bool ready = false;
 
 constexpr const char* kServiceKey = "SYSTEM\\CurrentControlSet\\Services\\giveio";
 constexpr const char* kStartValue = "Start";
@@ -47,6 +47,12 @@ bool Install(DriverService& service) {
 
 }  // namespace
 
+const bool& PortReady = ready;
+
+void ResetPortDriver() {
+  ready = false;
+}
+
 // A program's folder that cannot be written keeps the driver out, not the program.
 bool SetupGiveIO(DriverService& service, Messages& messages) {
   std::string reason;
@@ -63,7 +69,7 @@ bool SetupGiveIO(DriverService& service, Messages& messages) {
 void PreparePort(DriverService& service, PortIo& io, ParallelPort& port, Messages& messages) {
   const bool installed = SetupGiveIO(service, messages);
   io.giveio();
-  PortReady = true;
+  ready = true;
   if (installed && !port.IsHeld()) ShowNotInstalled(service, messages, "");
   port.LptPortReset();
 }

@@ -9,6 +9,11 @@
 
 namespace kestrel {
 
+extern const bool& PortReady;  // the parallel-port driver has been enabled (false); PreparePort
+
+// Back to the start value in brackets.
+void ResetPortDriver();
+
 // Makes sure the port-access driver service "giveio" is installed and starts with the system; shows
 // "The required I/O drivers could not be installed." with the reason when it cannot be had, faults
 // of the service among them. Returns whether it can.

@@ -9,14 +9,18 @@
 
 namespace kestrel {
 
-std::int32_t RegValue = 0;
-float RegScaled = 0;
-std::int16_t RegLowByte = 0;
-std::int16_t RegHighByte = 0;
-std::int32_t RegBit15 = 0;
-std::int32_t RegBit14 = 0;
-
 namespace {
+
+struct LastRead {
+  std::int32_t value = 0;
+  float scaled = 0;
+  std::int16_t lowByte = 0;
+  std::int16_t highByte = 0;
+  std::int32_t bit15 = 0;
+  std::int32_t bit14 = 0;
+};
+
+LastRead last;
 
 constexpr std::int16_t kAddressMask = 127;
 constexpr std::int16_t kByteMask = 255;
@@ -34,35 +38,37 @@ std::int32_t WriteFrame(std::int16_t address, std::int32_t data) {
 
 }  // namespace
 
+const std::int32_t& RegValue = last.value;
+const float& RegScaled = last.scaled;
+const std::int16_t& RegLowByte = last.lowByte;
+const std::int16_t& RegHighByte = last.highByte;
+const std::int32_t& RegBit15 = last.bit15;
+const std::int32_t& RegBit14 = last.bit14;
+
 void ResetRegisterAccessState() {
-  RegValue = 0;
-  RegScaled = 0;
-  RegLowByte = 0;
-  RegHighByte = 0;
-  RegBit15 = 0;
-  RegBit14 = 0;
-  LptWord = 0;
+  last = {};
+  KeepLptWord(0);
 }
 
-// InterfaceType is the choice; this is the one place that looks at it.
-SpiLink& RegisterAccess::Link() {
-  if (InterfaceType == kUsbAdapter) return overAdapter_;
-  if (InterfaceType == kParallelPort) return overPort_;
-  return none_;
+void RegisterAccess::Use(std::int16_t interfaceType) {
+  ChooseInterface(interfaceType);
+  link_ = &none_;
+  if (interfaceType == kUsbAdapter) link_ = &overAdapter_;
+  if (interfaceType == kParallelPort) link_ = &overPort_;
 }
 
 std::optional<Reading> RegisterAccess::Read(std::int16_t row) {
-  RegScaled = 0;
-  RegValue = 0;
+  last.scaled = 0;
+  last.value = 0;
   if (!RegReadable[row]) return std::nullopt;
   auto address = static_cast<std::int16_t>(RegAddr[row]);
   const Reading reading = DecodeReading(row, ReadRegWord(address));
-  RegHighByte = static_cast<std::int16_t>(reading.raw / 256);
-  RegLowByte = static_cast<std::int16_t>(reading.raw & kByteMask);
-  if (RegKeepBit15[row]) RegBit15 = reading.raw & ~0x7FFF;
-  if (RegKeepBit14[row]) RegBit14 = reading.raw & 0x4000;
-  RegValue = reading.value;
-  RegScaled = reading.scaled;
+  last.highByte = static_cast<std::int16_t>(reading.raw / 256);
+  last.lowByte = static_cast<std::int16_t>(reading.raw & kByteMask);
+  if (RegKeepBit15[row]) last.bit15 = reading.raw & ~0x7FFF;
+  if (RegKeepBit14[row]) last.bit14 = reading.raw & 0x4000;
+  last.value = reading.value;
+  last.scaled = reading.scaled;
   delay_.Delay(float{kAccessGapMs});
   return last_ ? std::optional(reading) : std::nullopt;
 }
@@ -104,14 +110,16 @@ bool RegisterAccess::WriteRegBytePair(std::int16_t& address1, std::int16_t& data
 }
 
 std::int32_t RegisterAccess::ReadRegWord(std::int16_t& address) {
-  LptWord = 0;
+  KeepLptWord(0);
   MaskInPlace(address, kAddressMask);
-  last_ = Link().Ask(address * 256, LptWord);
-  return LptWord;
+  std::int32_t word = 0;
+  last_ = link_->Ask(address * 256, word);
+  KeepLptWord(word);
+  return word;
 }
 
 bool RegisterAccess::Send(std::span<const std::int32_t> frames) {
-  last_ = Link().Send(frames);
+  last_ = link_->Send(frames);
   return static_cast<bool>(last_);
 }
 

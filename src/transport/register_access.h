@@ -15,20 +15,20 @@
 
 namespace kestrel {
 
-// Results of the last read by row (all 0).
-extern std::int32_t RegValue;     // decoded value; 0 if the row is not readable
-extern float RegScaled;           // value x scale + offset of the row; 0 if not readable
-extern std::int16_t RegLowByte;   // bits 7..0 of the raw word
-extern std::int16_t RegHighByte;  // bits 15..8 of the raw word
-extern std::int32_t RegBit15;     // raw bit 15, for rows that keep it
-extern std::int32_t RegBit14;     // raw bit 14, for rows that keep it
+// Results of the last read by row, for reading (all 0).
+extern const std::int32_t& RegValue;  // decoded value, no unit; 0 if the row is not readable
+extern const float& RegScaled;  // value x scale + offset, in the row's unit; 0 if not readable
+extern const std::int16_t& RegLowByte;   // bits 7..0 of the raw word
+extern const std::int16_t& RegHighByte;  // bits 15..8 of the raw word
+extern const std::int32_t& RegBit15;     // raw bit 15, for rows that keep it
+extern const std::int32_t& RegBit14;     // raw bit 14, for rows that keep it
 
 // Back to 0, LptWord included.
 void ResetRegisterAccessState();
 
 // The only way to the sensor: 16-bit registers, read and written in SPI frames over the link of the
-// interface that InterfaceType names; with any other InterfaceType reads give 0 and writes do
-// nothing. Operations are complete when they return, and must not be nested.
+// interface that is in use; without one reads give 0 and writes do nothing. Operations are complete
+// when they return, and must not be nested.
 //
 // Whoever shows or keeps what was read takes the reading that is returned, which is there only when
 // the sensor gave it. LastOutcome() tells why there is none. The adapter shows its errors itself,
@@ -37,10 +37,15 @@ class RegisterAccess {
  public:
   RegisterAccess(UsbAdapter& usb, ParallelPort& port, SoftwareDelay& delay)
       : overAdapter_(usb), overPort_(port), delay_(delay) {}
+  RegisterAccess(const RegisterAccess&) = delete;
+  RegisterAccess& operator=(const RegisterAccess&) = delete;
+
+  // Takes this interface, kNoInterface included, for all that follows: InterfaceType names it.
+  void Use(std::int16_t interfaceType);
 
   // Whether the sensor can be reached through the interface that is selected, as far as that is
   // known without asking it: an adapter that answered last, a port that is held.
-  [[nodiscard]] bool Reachable() { return static_cast<bool>(Link().Ready()); }
+  [[nodiscard]] bool Reachable() { return static_cast<bool>(link_->Ready()); }
 
   // How the last operation went.
   [[nodiscard]] const Outcome& LastOutcome() const { return last_; }
@@ -70,12 +75,12 @@ class RegisterAccess {
   std::int32_t ReadRegWord(std::int16_t& address);
 
  private:
-  [[nodiscard]] SpiLink& Link();
   bool Send(std::span<const std::int32_t> frames);
 
   NoLink none_;
   AdapterLink overAdapter_;
   PortLink overPort_;
+  SpiLink* link_ = &none_;
   SoftwareDelay& delay_;
   Outcome last_;
 };

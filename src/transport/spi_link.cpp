@@ -33,10 +33,9 @@ Outcome AdapterLink::Ready() {
 }
 
 Outcome AdapterLink::Send(std::span<const std::int32_t> frames) {
-  int n = 0;
-  for (const std::int32_t frame : frames) SpiTx(++n) = frame;
-  UsbSpiDelay = kShortestSpiDelay;
-  return usb_.UsbSpiTransfer(n);
+  UsbAdapter::FillTx(frames);
+  UsbAdapter::UseSpiDelay(kShortestSpiDelay);
+  return usb_.UsbSpiTransfer(static_cast<int>(frames.size()));
 }
 
 Outcome AdapterLink::Ask(std::int32_t readFrame, std::int32_t& answer) {

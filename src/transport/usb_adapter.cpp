@@ -5,20 +5,51 @@
 #include <algorithm>
 #include <vector>
 
-#include "app/program_state.h"
-#include "numeric/conversions.h"
 #include "numeric/runtime_error.h"
 
 namespace kestrel {
 
-FrameBuffer SpiTx;
-FrameBuffer SpiRx;
-std::uint8_t SpiWordCount = 0;
-std::array<AdapterRecord, kAdapterNames> AdapterRecords;
-std::array<NameFinding, kAdapterNames> NameFindings;
-AdapterRecord SelectedAdapter;
-std::int16_t AdapterCount = 0;
-std::int16_t SelectedAdapterNumber = -1;
+namespace {
+
+struct Settings {
+  bool stopLoop = true;
+  bool csPerWord = true;
+  std::uint8_t delay = 1;
+  std::uint8_t bits = 120;
+  std::uint8_t setup = 25;
+};
+
+struct AdapterState {
+  FrameBuffer tx;
+  FrameBuffer rx;
+  std::uint8_t wordCount = 0;
+  std::array<AdapterRecord, kAdapterNames> records;
+  std::array<NameFinding, kAdapterNames> findings;
+  AdapterRecord selected;
+  std::int16_t count = 0;
+  std::int16_t selectedNumber = -1;
+  bool present = false;
+  Settings settings;
+};
+
+AdapterState state;
+
+}  // namespace
+
+const FrameBuffer& SpiTx = state.tx;
+const FrameBuffer& SpiRx = state.rx;
+const std::uint8_t& SpiWordCount = state.wordCount;
+const std::array<AdapterRecord, kAdapterNames>& AdapterRecords = state.records;
+const std::array<NameFinding, kAdapterNames>& NameFindings = state.findings;
+const AdapterRecord& SelectedAdapter = state.selected;
+const std::int16_t& AdapterCount = state.count;
+const std::int16_t& SelectedAdapterNumber = state.selectedNumber;
+const bool& UsbPresent = state.present;
+const bool& StopSpiLoop = state.settings.stopLoop;
+const bool& UsbCsPerWord = state.settings.csPerWord;
+const std::uint8_t& UsbSpiDelay = state.settings.delay;
+const std::uint8_t& UsbSpiBits = state.settings.bits;
+const std::uint8_t& UsbSpiSetupValue = state.settings.setup;
 
 namespace {
 
@@ -33,50 +64,14 @@ constexpr const char* kCure = "Plug the board in and select it again.";
 constexpr const char* kWriteError = "Error Writing SPI";
 constexpr const char* kReadError = "Error Reading SPI";
 
-constexpr std::uint8_t kCommandReadSettings = 1;
-constexpr std::uint8_t kCommandSetup = 11;
-constexpr std::uint8_t kCommandBits = 12;
-constexpr std::uint8_t kCommandTransferPerWord = 13;
-constexpr std::uint8_t kCommandTransfer = 14;
-
-std::array<std::uint8_t, 4> PipeNumber(std::uint32_t pipe) {
-  return {static_cast<std::uint8_t>(pipe & 0xFFU), static_cast<std::uint8_t>(pipe >> 8U & 0xFFU),
-          static_cast<std::uint8_t>(pipe >> 16U & 0xFFU), static_cast<std::uint8_t>(pipe >> 24U)};
-}
-
-// Dividing by 255 gives the high byte for every high byte up to 254; 255 overflows the byte. No
-// register frame has that high byte, and the board's firmware is used to the sender doing this.
-std::uint8_t HighByte(std::int32_t frame) {
-  const std::int32_t quotient = (frame & ~0xFF) / 255;
-  return ToByte(static_cast<double>(quotient));
-}
-
-std::vector<std::uint8_t> TransferBlock(int n) {
-  std::vector<std::uint8_t> block{UsbCsPerWord ? kCommandTransferPerWord : kCommandTransfer,
-                                  UsbSpiDelay, static_cast<std::uint8_t>(n)};
-  for (int i = 1; i <= n; ++i) {
-    block.push_back(HighByte(SpiTx(i)));
-    block.push_back(static_cast<std::uint8_t>(SpiTx(i) & 0xFF));
-  }
-  return block;
-}
-
 }  // namespace
 
-std::int32_t& FrameBuffer::operator()(int number) {
-  if (number < 1 || number > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
-  return frames_[static_cast<std::size_t>(number - 1)];
+void ResetAdapterState() {
+  state = {};
 }
 
-void ResetAdapterState() {
-  SpiTx = {};
-  SpiRx = {};
-  SpiWordCount = 0;
-  AdapterRecords = {};
-  NameFindings = {};
-  SelectedAdapter = {};
-  AdapterCount = 0;
-  SelectedAdapterNumber = -1;
+void ResetAdapterSettings() {
+  state.settings = {};
 }
 
 // A board opened for one operation; closed again whichever way the operation ends.
@@ -105,12 +100,12 @@ UsbDriver::Handle UsbAdapter::OpenDevice(const std::string& name) {
 }
 
 void UsbAdapter::FindAdapters() {
-  AdapterCount = 0;
-  AdapterRecords = {};
-  NameFindings = {};
+  state.count = 0;
+  state.records = {};
+  state.findings = {};
   for (int n = 0; n < kAdapterNames; ++n) {
     const std::string name = "Ezusb-" + std::to_string(n);
-    NameFinding& finding = NameFindings[static_cast<std::size_t>(n)];
+    NameFinding& finding = state.findings[static_cast<std::size_t>(n)];
     const OpenedDevice device(*this, name);
     finding.opened = device.valid();
     if (!finding.opened) {
@@ -119,8 +114,8 @@ void UsbAdapter::FindAdapters() {
     }
     const std::string boardType = ReadBoardType(device.handle(), finding);
     if (boardType == "None") continue;
-    AdapterRecord& record = AdapterRecords[static_cast<std::size_t>(n)];
-    ++AdapterCount;
+    AdapterRecord& record = state.records[static_cast<std::size_t>(n)];
+    ++state.count;
     record.present = true;
     record.deviceName = name;
     record.boardType = boardType;
@@ -128,23 +123,9 @@ void UsbAdapter::FindAdapters() {
   }
 }
 
-void UsbAdapter::GetBoardInfo(UsbDriver::Handle device, AdapterRecord& record) {
-  if (!record.present || device < 1) return;
-  constexpr std::size_t kSpeedPipe = 3;
-  constexpr int kLargestFullSpeedPacket = 64;
-
-  record.string1 = ReadStringDescriptor(device, 1);
-  record.string2 = record.string1 == "None" ? "None" : ReadStringDescriptor(device, 2);
-  const bool named = record.string1 != "None" && record.string2 != "None";
-  const bool versionRead = named && ReadFirmwareVersion(device, record.firmwareVersion);
-  const int packetSize = ReadPacketSize(device, kSpeedPipe);
-  record.usbVersion = packetSize <= kLargestFullSpeedPacket ? "1.1" : "2";
-  if (!versionRead || packetSize == 0) messages_.Show("Error getting Board Info");
-}
-
 void UsbAdapter::SelectUsbAdapter() {
-  UsbPresent = false;
-  SelectedAdapterNumber = -1;
+  state.present = false;
+  state.selectedNumber = -1;
   FindAdapters();
   if (AdapterCount == 0) {
     messages_.Show("No USB Buffers Found, Please Verify Setup.");
@@ -160,22 +141,48 @@ void UsbAdapter::SelectUsbAdapter() {
 }
 
 void UsbAdapter::SelectAdapter(int number) {
-  SelectedAdapter = AdapterRecords.at(static_cast<std::size_t>(number));
-  SelectedAdapterNumber = static_cast<std::int16_t>(number);
-  UsbPresent = true;
+  state.selected = AdapterRecords.at(static_cast<std::size_t>(number));
+  state.selectedNumber = static_cast<std::int16_t>(number);
+  state.present = true;
   bitsSetFor_ = 0;
   setupSetFor_ = 0;
 }
 
+void UsbAdapter::SelectNone() {
+  state.selectedNumber = -1;
+  Lose();
+}
+
+void UsbAdapter::LetLoopRun() {
+  state.settings.stopLoop = false;
+}
+
+void UsbAdapter::EndLoop() {
+  state.settings.stopLoop = true;
+}
+
+void UsbAdapter::UseChipSelectPerWord(bool perWord) {
+  state.settings.csPerWord = perWord;
+}
+
+void UsbAdapter::UseSpiDelay(std::uint8_t code) {
+  state.settings.delay = code;
+}
+
+void UsbAdapter::FillTx(std::span<const std::int32_t> frames) {
+  int number = 0;
+  for (const std::int32_t frame : frames) state.tx(++number) = frame;
+}
+
 Outcome UsbAdapter::UsbSetupSpi(std::uint8_t value) {
   if (!UsbPresent) return Absent();
-  UsbSpiSetupValue = value == 0 ? 1 : value;
+  state.settings.setup = value == 0 ? 1 : value;
   return SendSetting(kCommandSetup, UsbSpiSetupValue);
 }
 
 Outcome UsbAdapter::UsbSetSpiBits(std::uint8_t value) {
   if (!UsbPresent) return Absent();
-  UsbSpiBits = value;
+  state.settings.bits = value;
   return SendSetting(kCommandBits, UsbSpiBits);
 }
 
@@ -226,20 +233,21 @@ std::optional<std::array<std::uint8_t, 2>> UsbAdapter::UsbReadSettings() {
 Outcome UsbAdapter::UsbSpiTransfer(int n) {
   if (!UsbPresent) return Absent();
   if (n < 1 || n > kFramesPerTransfer) throw RuntimeError(kSubscriptOutOfRange);
-  UsbSpiDelay = std::clamp<std::uint8_t>(UsbSpiDelay, 1, 5);
-  SpiWordCount = static_cast<std::uint8_t>(n);
+  state.settings.delay = std::clamp<std::uint8_t>(UsbSpiDelay, 1, 5);
+  state.wordCount = static_cast<std::uint8_t>(n);
   const char* failure = nullptr;
   std::vector<std::uint8_t> answer(2 * static_cast<std::size_t>(n));
   {
     const OpenedDevice device(*this, SelectedAdapter.deviceName);
-    std::vector<std::uint8_t> block = TransferBlock(n);
+    std::vector<std::uint8_t> block = TransferBlock(
+        UsbCsPerWord ? kCommandTransferPerWord : kCommandTransfer, UsbSpiDelay, SpiTx, n);
     failure = SetAgainAfterPowerLoss(device);
     if (failure == nullptr) failure = Exchange(device, block, answer);
   }
   if (failure != nullptr) return Fail(failure);
   for (int i = 1; i <= n; ++i) {
     const std::size_t at = 2 * static_cast<std::size_t>(i - 1);
-    SpiRx(i) = answer[at] * 256 + answer[at + 1];
+    state.rx(i) = answer[at] * 256 + answer[at + 1];
   }
   return {};
 }
@@ -261,8 +269,8 @@ int UsbAdapter::BulkTransfer(UsbDriver::Handle device, std::uint32_t pipe,
 }
 
 void UsbAdapter::Lose() {
-  UsbPresent = false;
-  StopSpiLoop = true;
+  state.present = false;
+  EndLoop();
 }
 
 // Presence falls before the box shows: handlers that run meanwhile must not reach the board.

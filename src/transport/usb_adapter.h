@@ -11,11 +11,11 @@
 #include "seams/error.h"
 #include "seams/messages.h"
 #include "seams/usb_driver.h"
+#include "transport/adapter_blocks.h"
 
 namespace kestrel {
 
 inline constexpr int kAdapterNames = 4;  // "Ezusb-0" to "Ezusb-3"
-inline constexpr int kFramesPerTransfer = 16;
 
 // What is known of one adapter board.
 struct AdapterRecord {
@@ -37,27 +37,29 @@ struct NameFinding {
   std::uint16_t product = 0;
 };
 
-// Frame numbers run from 1 to 16.
-class FrameBuffer {
- public:
-  // Throws RuntimeError "Subscript out of range" outside 1..16.
-  std::int32_t& operator()(int number);
+// What the adapter's last search, its choice and its transfers left, for reading; no units but
+// where one is given, start values in brackets. UsbAdapter alone changes it.
+extern const FrameBuffer& SpiTx;          // frames to send (all 0)
+extern const FrameBuffer& SpiRx;          // answers received (all 0)
+extern const std::uint8_t& SpiWordCount;  // frames of the last transfer (0)
+extern const std::array<AdapterRecord, kAdapterNames>& AdapterRecords;
+extern const std::array<NameFinding, kAdapterNames>& NameFindings;
+extern const AdapterRecord& SelectedAdapter;       // copy of the record in use
+extern const std::int16_t& AdapterCount;           // boards found by the last search (0)
+extern const std::int16_t& SelectedAdapterNumber;  // 0..3, -1 when none (-1)
 
- private:
-  std::array<std::int32_t, kFramesPerTransfer> frames_{};
-};
-
-extern FrameBuffer SpiTx;          // frames to send (all 0); register access layer, debug window
-extern FrameBuffer SpiRx;          // answers received (all 0); UsbSpiTransfer
-extern std::uint8_t SpiWordCount;  // frames of the last transfer (0); UsbSpiTransfer
-extern std::array<AdapterRecord, kAdapterNames> AdapterRecords;  // FindAdapters
-extern std::array<NameFinding, kAdapterNames> NameFindings;      // FindAdapters
-extern AdapterRecord SelectedAdapter;       // copy of the record in use; SelectAdapter
-extern std::int16_t AdapterCount;           // boards found by the last search (0)
-extern std::int16_t SelectedAdapterNumber;  // 0..3, -1 when none (-1)
+extern const bool& UsbPresent;                // the selected adapter answers (false)
+extern const bool& StopSpiLoop;               // ends the adapter's endless transfer loop (true)
+extern const bool& UsbCsPerWord;              // adapter command 13 rather than 14 (true)
+extern const std::uint8_t& UsbSpiDelay;       // delay code of every transfer, 1..5 (1)
+extern const std::uint8_t& UsbSpiBits;        // value last sent with adapter command 12 (120)
+extern const std::uint8_t& UsbSpiSetupValue;  // value last sent with adapter command 11 (25)
 
 // Back to the start values in brackets.
 void ResetAdapterState();
+
+// The settings of transfers and the loop's end back to their start values.
+void ResetAdapterSettings();
 
 // The USB-to-SPI adapter: command blocks to the board's firmware on pipe 0, answers on pipe 1.
 // Every operation opens the board and closes it again. A failed request shows one message, returns
@@ -79,6 +81,18 @@ class UsbAdapter {
 
   // Makes record 0..3 the selected one.
   void SelectAdapter(int number);
+
+  // No board is selected; the transfer loop ends.
+  static void SelectNone();
+
+  static void LetLoopRun();
+  static void EndLoop();
+
+  static void UseChipSelectPerWord(bool perWord);
+  static void UseSpiDelay(std::uint8_t code);
+
+  // Puts frames into SpiTx from 1 on; sends nothing.
+  static void FillTx(std::span<const std::int32_t> frames);
 
   Outcome UsbSetupSpi(std::uint8_t value);    // adapter command 11; 0 is sent as 1
   Outcome UsbSetSpiBits(std::uint8_t value);  // adapter command 12

@@ -71,6 +71,20 @@ std::string FromUtf16(std::span<const std::uint8_t> bytes) {
 
 // Nothing is concluded from bytes that a request did not deliver.
 
+void UsbAdapter::GetBoardInfo(UsbDriver::Handle device, AdapterRecord& record) {
+  if (!record.present || device < 1) return;
+  constexpr std::size_t kSpeedPipe = 3;
+  constexpr int kLargestFullSpeedPacket = 64;
+
+  record.string1 = ReadStringDescriptor(device, 1);
+  record.string2 = record.string1 == "None" ? "None" : ReadStringDescriptor(device, 2);
+  const bool named = record.string1 != "None" && record.string2 != "None";
+  const bool versionRead = named && ReadFirmwareVersion(device, record.firmwareVersion);
+  const int packetSize = ReadPacketSize(device, kSpeedPipe);
+  record.usbVersion = packetSize <= kLargestFullSpeedPacket ? "1.1" : "2";
+  if (!versionRead || packetSize == 0) messages_.Show("Error getting Board Info");
+}
+
 std::string UsbAdapter::ReadBoardType(UsbDriver::Handle device, NameFinding& finding) {
   std::array<std::uint8_t, kDeviceDescriptorBuffer> buffer{};
   std::uint32_t returned = 0;

@@ -5,6 +5,7 @@
 #include "connection/init_interface.h"
 #include "device/rec_ctrl.h"
 #include "support/capture_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -255,7 +256,7 @@ TEST_F(Capture, AnUnknownCaptionIsNamedAndBecomesStop) {
 }
 
 TEST_F(Capture, WithoutAnInterfaceTheUserIsAskedForOne) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   cycle.cmdStart_Click();
   EXPECT_EQ(messages.Texts(), Words{"Please select an interface before taking data"});
   EXPECT_EQ(TakeFrames(), Frames{});
@@ -264,7 +265,7 @@ TEST_F(Capture, WithoutAnInterfaceTheUserIsAskedForOne) {
 }
 
 TEST_F(Capture, ALostAdapterIsSearchedAgainByTheNextPress) {
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   ReadyAtPoll(1);
   cycle.cmdStart_Click();
   EXPECT_TRUE(messages.Texts().empty());
@@ -274,7 +275,7 @@ TEST_F(Capture, ALostAdapterIsSearchedAgainByTheNextPress) {
 // What the model holds may be wrong: it was last filled while the sensor was being lost.
 TEST_F(Capture, TheControlRegisterIsReadAgainOnceTheAdapterIsFound) {
   sensor.Set(address::kRecCtrl, 0x0320);
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   ReadyAtPoll(1);
   cycle.cmdStart_Click();
   EXPECT_EQ(TakeFrames(), ReadFrames(address::kRecCtrl) + WaitFrames(1) + ReadoutFrames(255) +
@@ -296,7 +297,7 @@ TEST_F(Capture, AnAdapterLostAgainBeforeTheControlRegisterIsReadStartsNothing) {
   InitInterface(core);
   const int requestsOfTheSearch = sensor.Requests() - before;
   TakeFrames();
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   sensor.UnplugAtRequest(requestsOfTheSearch + 1);
   cycle.cmdStart_Click();
   EXPECT_EQ(messages.Texts(), Words{"Error Writing SPI"});
@@ -305,7 +306,7 @@ TEST_F(Capture, AnAdapterLostAgainBeforeTheControlRegisterIsReadStartsNothing) {
 }
 
 TEST_F(Capture, AnAdapterThatIsStillMissingIsNamedOnce) {
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   sensor.UnplugAtRequest(1);
   cycle.cmdStart_Click();
   EXPECT_EQ(messages.Texts(), Words{"No USB Buffers Found, Please Verify Setup."});
@@ -350,7 +351,7 @@ TEST_F(Capture, ReadingTheBuffersNeedsNoCapture) {
 }
 
 TEST_F(Capture, ReadingTheBuffersWithoutAnInterfaceAsksForOne) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   cycle.cmdReadBuffer_Click();
   EXPECT_EQ(messages.Texts(), Words{"Please select an interface before taking data"});
   EXPECT_EQ(TakeFrames(), Frames{});

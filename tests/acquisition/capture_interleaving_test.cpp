@@ -241,7 +241,7 @@ class Session : public CaptureBench {
 
   void Reselect() {
     if (core.registers.Reachable()) return;
-    InterfaceType = kUsbAdapter;
+    core.registers.Use(kUsbAdapter);
     core.usb.SelectUsbAdapter();
     EXPECT_TRUE(core.registers.Reachable());
   }

@@ -5,6 +5,7 @@
 #include "acquisition/capture_cycle.h"
 #include "device/rec_ctrl.h"
 #include "support/capture_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -14,8 +15,8 @@ class CaptureOverlay : public CaptureBench {
   CaptureOverlay() {
     sensor.Set(address::kStatus, 0x0080);
     for (int band = 1; band <= 6; ++band) {
-      AlarmBandTable(kFLowField, band, 0) = 10 * band;
-      AlarmBandTable(kFHighField, band, 0) = 10 * band + 5;
+      Given(AlarmBandTable)(kFLowField, band, 0) = 10 * band;
+      Given(AlarmBandTable)(kFHighField, band, 0) = 10 * band + 5;
     }
     overlay.initPlotLines();
     overlay.SetOwner(&owner);

@@ -5,6 +5,7 @@
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
 #include "support/capture_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -233,7 +234,7 @@ TEST_F(Readout, TheRecordTellsAllThatIsKnownOfIt) {
   sensor.Set(address::kAlmYStat, 0x1003);
   sensor.Set(address::kAlmZPeak, 1000);
   sensor.Set(address::kAlmZFreq, 42);
-  ProductNumber = 31407;
+  Given(ProductNumber) = 31407;
   status.ReadStatus("cmdStart");
   const auto before = clock.UtcNow();
   readout.ReadCaptureBuffer();

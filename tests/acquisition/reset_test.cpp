@@ -6,11 +6,11 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "support/given.h"
 #include "support/register_bench.h"
 #include "support/reset_program.h"
 
@@ -25,16 +25,16 @@ struct Name {
 
 // A name, its start value and another value.
 template <typename Variable, typename Value>
-Name Plain(const char* name, Variable& variable, Value start, Value other) {
-  return {name, [&variable, other] { variable = static_cast<Variable>(other); },
+Name Plain(const char* name, const Variable& variable, Value start, Value other) {
+  return {name, [&variable, other] { Given(variable) = static_cast<Variable>(other); },
           [&variable, start] { return variable == static_cast<Variable>(start); }};
 }
 
 #define KESTREL_PLAIN(variable, start, other) Plain(#variable, variable, start, other)
 
 template <typename Column, typename Value>
-Name Filled(const char* name, Column& column, Value empty, Value other) {
-  return {name, [&column, other] { column[0] = column[85] = other; },
+Name Filled(const char* name, const Column& column, Value empty, Value other) {
+  return {name, [&column, other] { Given(column)[0] = Given(column)[85] = other; },
           [&column, empty] { return column[0] == empty && column[85] == empty; }};
 }
 
@@ -59,8 +59,8 @@ Name OfRecord(const char* name, const Value& value) {
 
 #define KESTREL_OF_RECORD(name) OfRecord(#name, name)
 
-Name SpiFrames(const char* name, FrameBuffer& buffer) {
-  return {name, [&buffer] { buffer(1) = buffer(16) = 1; },
+Name SpiFrames(const char* name, const FrameBuffer& buffer) {
+  return {name, [&buffer] { Given(buffer)(1) = Given(buffer)(16) = 1; },
           [&buffer] { return buffer(1) == 0 && buffer(16) == 0; }};
 }
 
@@ -104,11 +104,11 @@ std::vector<Name> TransportNames() {
           KESTREL_PLAIN(SelectedAdapterNumber, -1, 2),
           SpiFrames("SpiTx", SpiTx),
           SpiFrames("SpiRx", SpiRx),
-          {"AdapterRecords", [] { AdapterRecords[3].present = true; },
+          {"AdapterRecords", [] { Given(AdapterRecords)[3].present = true; },
            [] { return !AdapterRecords[3].present; }},
-          {"NameFindings", [] { NameFindings[3].opened = true; },
+          {"NameFindings", [] { Given(NameFindings)[3].opened = true; },
            [] { return !NameFindings[3].opened; }},
-          {"SelectedAdapter", [] { SelectedAdapter.deviceName = "Ezusb-1"; },
+          {"SelectedAdapter", [] { Given(SelectedAdapter).deviceName = "Ezusb-1"; },
            [] { return SelectedAdapter.deviceName.empty(); }}};
 }
 
@@ -148,7 +148,7 @@ std::vector<Name> CaptureNames() {
           {"StatusFlagText", [] { NameStatus({.word = 1, .known = true}); },
            [] { return StatusFlagText == std::array<std::string, kStatusFlags>{}; }},
           {"AvgExponent", [] { NoteAverages(8); }, [] { return AvgExponent == 0; }},
-          {"AlarmBandTable", [] { AlarmBandTable(0, 1, 0) = 7; },
+          {"AlarmBandTable", [] { Given(AlarmBandTable)(0, 1, 0) = 7; },
            [] { return AlarmBandTable == BandTable{}; }},
           KESTREL_PLAIN(DataLogIndex, 1, 7),
           KESTREL_PLAIN(DataFormatLSB, false, true),
@@ -157,12 +157,9 @@ std::vector<Name> CaptureNames() {
 
 // The models need registers to read; those of a bench serve, which outlives their use here.
 std::vector<Name> ModelNames(RegisterAccess& registers) {
-  return {{"gRecCtrl", [&] { gRecCtrl = std::make_unique<cRecCtrl>(registers); },
-           [] { return gRecCtrl == nullptr; }},
-          {"gAlmCtrl", [&] { gAlmCtrl = std::make_unique<cALMCtrl>(registers); },
-           [] { return gAlmCtrl == nullptr; }},
-          {"gRecInfo", [&] { gRecInfo = std::make_unique<cRecInfo>(registers); },
-           [] { return gRecInfo == nullptr; }}};
+  return {{"gRecCtrl", [&] { MakeRecCtrl(registers); }, [] { return gRecCtrl == nullptr; }},
+          {"gAlmCtrl", [&] { MakeAlmCtrl(registers); }, [] { return gAlmCtrl == nullptr; }},
+          {"gRecInfo", [&] { MakeRecInfo(registers); }, [] { return gRecInfo == nullptr; }}};
 }
 
 // The name that a line declares as program-wide, "extern <type> <name>;"; empty for any other line.

@@ -7,6 +7,7 @@
 #include "device/rec_ctrl.h"
 #include "logging/data_log_text.h"
 #include "support/capture_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -93,13 +94,13 @@ TEST_F(Settings, APointerOutOfRangeIsNamedAndTheCountStillShown) {
     const char* value;
     bool isSigned;
   };
-  RegBits[row::REC_PNTR] = 16;
+  Given(RegBits)[row::REC_PNTR] = 16;
   for (const Row& row : {Row{16, "16", false}, Row{0xFFFF, "-1", true}}) {
     SCOPED_TRACE(row.word);
     messages.Clear();
     view.selected[Setting::RecPntr] = 3;
     view.recCount.clear();
-    RegSigned[row::REC_PNTR] = row.isSigned;
+    Given(RegSigned)[row::REC_PNTR] = row.isSigned;
     sensor.Set(address::kRecPntr, row.word);
     settings.Read_RecPtrCnt();
     EXPECT_EQ(messages.Texts(),
@@ -375,7 +376,7 @@ TEST_F(Settings, AChoiceThatIsNotWrittenDoesNotStayOnTheScreen) {
 }
 
 TEST_F(Settings, WithoutAnInterfaceNothingIsSentOrShown) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   view.selected[Setting::Window] = 2;
   view.recCount = "shown before";
   settings.ReadMainFormRegisters();

@@ -5,6 +5,7 @@
 #include "acquisition/capture_cycle.h"
 #include "device/rec_ctrl.h"
 #include "support/capture_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -72,7 +73,7 @@ TEST_F(StoredRecord, IsLoggedLikeAnyRecordThatIsRead) {
 }
 
 TEST_F(StoredRecord, WithoutAnInterfaceTheUserIsAskedForOne) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   cycle.cmdGetRecord_Click(1);
   EXPECT_EQ(messages.Texts(), Words{"Please select an interface before taking data"});
   EXPECT_EQ(TakeFrames(), Frames{});
@@ -80,7 +81,7 @@ TEST_F(StoredRecord, WithoutAnInterfaceTheUserIsAskedForOne) {
 
 TEST_F(StoredRecord, ALostAdapterIsSearchedAndTheControlRegisterReadAgain) {
   sensor.Set(address::kRecCtrl, 0x0010);
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   cycle.cmdGetRecord_Click(2);
   EXPECT_EQ(TakeFrames(), ReadFrames(address::kRecCtrl) + RetrieveFrames(2) + ReadoutFrames(255) +
                               AlarmStatusFrames());

@@ -8,6 +8,7 @@
 #include "alarms/band_table.h"
 #include "numeric/runtime_error.h"
 #include "support/fake_clock.h"
+#include "support/given.h"
 #include "support/journal.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
@@ -46,7 +47,7 @@ class AlarmFilesTest : public testing::Test, public AlarmFilesView {
 };
 
 TEST_F(AlarmFilesTest, SavesBesideTheProgram) {
-  AlarmBandTable(0, 1, 0) = 12;
+  Given(AlarmBandTable)(0, 1, 0) = 12;
   files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
   EXPECT_EQ(disk.contents.at("/program/AlarmSpectrum_pump.csv"), AlarmFileText(AlarmBandTable));
   EXPECT_EQ(journal.Entries(), Words{"24 bands saved to /program/AlarmSpectrum_pump.csv."});
@@ -113,7 +114,7 @@ TEST_F(AlarmFilesTest, LoadsIntoTheTableBehindAMessageWindow) {
 }
 
 TEST_F(AlarmFilesTest, AMissingFileIsNamedAndTheTableUntouched) {
-  AlarmBandTable(0, 1, 0) = 5;
+  Given(AlarmBandTable)(0, 1, 0) = 5;
   EXPECT_EQ(Refusal("AlarmSpectrum_none.csv"),
             "/program/AlarmSpectrum_none.csv: the file cannot be read.");
   EXPECT_EQ(Refusal("values read from flash mem."),
@@ -133,7 +134,7 @@ TEST_F(AlarmFilesTest, ABadLineIsNamedWithTheFileAndWhatCameBeforeIsShown) {
 
 TEST_F(AlarmFilesTest, WhatABadLineLeavesBehindIsTold) {
   disk.contents["/program/AlarmSpectrum_bad.csv"] = AlarmFileText({}) + "9,9,9,9,9,9,9,9,9,9";
-  AlarmBandTable(0, 1, 0) = 5;
+  Given(AlarmBandTable)(0, 1, 0) = 5;
   EXPECT_EQ(Refusal("AlarmSpectrum_bad.csv"),
             "/program/AlarmSpectrum_bad.csv, line 26: option = 9. Subscript out of range");
   EXPECT_EQ(AlarmBandTable(0, 1, 0), 0);
@@ -144,7 +145,7 @@ TEST_F(AlarmFilesTest, WhatABadLineLeavesBehindIsTold) {
 }
 
 TEST_F(AlarmFilesTest, AFileWithOnlyTheHeaderLoadsNothing) {
-  AlarmBandTable(0, 1, 0) = 5;
+  Given(AlarmBandTable)(0, 1, 0) = 5;
   const std::string whole = AlarmFileText({});
   disk.contents["/program/AlarmSpectrum_empty.csv"] = whole.substr(0, whole.find('\n') + 1);
   files.ReadFile("AlarmSpectrum_empty.csv");
@@ -210,9 +211,9 @@ TEST_F(AlarmFilesTest, AFileIsLoadedFromEitherPlace) {
 TEST_F(AlarmFilesTest, WhatWasSavedIsWhatIsLoadedAndAnotherFileOfItsNameIsTold) {
   disk.readOnly.insert("/program");
   disk.contents["/program/AlarmSpectrum_a.csv"] = AlarmFileText({});
-  AlarmBandTable(0, 1, 0) = 7;
+  Given(AlarmBandTable)(0, 1, 0) = 7;
   files.cmdWriteFile_Click("AlarmSpectrum_a.csv");
-  AlarmBandTable(0, 1, 0) = 0;
+  Given(AlarmBandTable)(0, 1, 0) = 0;
   files.ReadFile("AlarmSpectrum_a.csv");
   EXPECT_EQ(AlarmBandTable(0, 1, 0), 7);
   EXPECT_EQ(journal.Entries().back(),
@@ -222,17 +223,17 @@ TEST_F(AlarmFilesTest, WhatWasSavedIsWhatIsLoadedAndAnotherFileOfItsNameIsTold) 
 
 TEST_F(AlarmFilesTest, AFileHoldsTheTableUntilItIsEditedFurther) {
   EXPECT_FALSE(files.HoldTable());
-  AlarmBandTable(0, 1, 0) = 12;
+  Given(AlarmBandTable)(0, 1, 0) = 12;
   files.cmdWriteFile_Click("AlarmSpectrum_pump.csv");
   EXPECT_TRUE(files.HoldTable());
-  AlarmBandTable(0, 1, 0) = 13;
+  Given(AlarmBandTable)(0, 1, 0) = 13;
   EXPECT_FALSE(files.HoldTable());
   files.ReadFile("AlarmSpectrum_pump.csv");
   EXPECT_TRUE(files.HoldTable());
 }
 
 TEST_F(AlarmFilesTest, AFileOfSomeBandsDoesNotHoldTheOthers) {
-  AlarmBandTable(0, 1, 0) = 12;
+  Given(AlarmBandTable)(0, 1, 0) = 12;
   disk.contents["/program/AlarmSpectrum_one.csv"] =
       AlarmFileText(BandTable{}).substr(0, AlarmFileText(BandTable{}).find('\n') + 1) +
       "3,6,10,20,0,0,0,0,0,0\r\n";

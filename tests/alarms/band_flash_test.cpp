@@ -14,6 +14,7 @@
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -29,7 +30,7 @@ class BandFlash : public testing::Test, public BandTransferView {
   BandFlash() {
     ResetAlarms();
     core.delay.SkipCalibration();
-    InterfaceType = kUsbAdapter;
+    core.registers.Use(kUsbAdapter);
     InitInterface(core);
     InitRegisterTable(core.registers);
   }
@@ -67,10 +68,10 @@ TEST_F(BandFlash, EveryValueComesBackAsItWasWritten) {
         }
       }
     }
-    AlarmBandTable = table;
+    Given(AlarmBandTable) = table;
     transfer.cmdWriteAll_Click();
     EXPECT_EQ(message, "24 bands written.");
-    AlarmBandTable = {};
+    Given(AlarmBandTable) = {};
     transfer.ReadAllFlash();
     EXPECT_EQ(AlarmBandTable, table) << "round " << round;
   }
@@ -87,7 +88,7 @@ TEST_F(BandFlash, EveryTransferOfOneOptionLeavesTheOthersAlone) {
       const auto option = static_cast<std::int16_t>(random.Below(kSampleRateOptions));
       for (int changes = 10; changes > 0; --changes) {
         const int field = random.Of(kBandFields);
-        AlarmBandTable(field, random.Between(1, kAlarmBands), random.Below(kSampleRateOptions)) =
+        ChangeableBands()(field, random.Between(1, kAlarmBands), random.Below(kSampleRateOptions)) =
             random.Below(field <= kFHighField ? 256 : 0x8000);
       }
       const BandTable edited = AlarmBandTable;
@@ -102,15 +103,15 @@ TEST_F(BandFlash, EveryTransferOfOneOptionLeavesTheOthersAlone) {
       const BandTable unsaved = AlarmBandTable;
       transfer.ReadAllFlash();
       EXPECT_EQ(AlarmBandTable, held);
-      AlarmBandTable = unsaved;
+      Given(AlarmBandTable) = unsaved;
     }
     EXPECT_TRUE(messages.Texts().empty());
   });
 }
 
 TEST_F(BandFlash, TheLargestCodeOfTheYAxisComesBackWith15Bits) {
-  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 65535;
-  AlarmBandTable(Alarm2Field(Axis::Z), 1, 0) = 65535;
+  Given(AlarmBandTable)(Alarm2Field(Axis::Y), 1, 0) = 65535;
+  Given(AlarmBandTable)(Alarm2Field(Axis::Z), 1, 0) = 65535;
   transfer.Write6BandsToFlash(0);
   transfer.ReadFlash(0);
   EXPECT_EQ(AlarmBandTable(Alarm2Field(Axis::Y), 1, 0), 32767);
@@ -118,11 +119,11 @@ TEST_F(BandFlash, TheLargestCodeOfTheYAxisComesBackWith15Bits) {
 }
 
 TEST_F(BandFlash, ClearedBandsReadAsZeros) {
-  AlarmBandTable(0, 6, 3) = 9;
+  Given(AlarmBandTable)(0, 6, 3) = 9;
   transfer.cmdWriteAll_Click();
   transfer.cmdClearAll_Click();
   clock.Advance(std::chrono::seconds{1});
-  AlarmBandTable(0, 6, 3) = 5;
+  Given(AlarmBandTable)(0, 6, 3) = 5;
   transfer.ReadAllFlash();
   EXPECT_EQ(AlarmBandTable, BandTable{});
 }

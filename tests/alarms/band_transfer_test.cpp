@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "support/given.h"
 #include "transfer_bench.h"
 
 namespace kestrel {
@@ -47,7 +48,7 @@ TEST_F(Transfer, WhatTheRegistersHoldGoesIntoTheTable) {
   for (std::size_t i = 0; i < kAddresses.size(); ++i) {
     sensor.Set(kAddresses[i], 100 + static_cast<int>(i));
   }
-  AlarmBandTable(2, 1, 1) = 77;
+  Given(AlarmBandTable)(2, 1, 1) = 77;
   transfer.ReadFlash(1);
   for (int band = 1; band <= 6; ++band) {
     for (std::size_t i = 0; i < kBandFields.size(); ++i) {
@@ -61,7 +62,7 @@ TEST_F(Transfer, WhatTheRegistersHoldGoesIntoTheTable) {
 }
 
 TEST_F(Transfer, AnOptionThatIsNoneIsNamedAndTheTableUntouched) {
-  AlarmBandTable = RandomTable(1);
+  Given(AlarmBandTable) = RandomTable(1);
   const BandTable before = AlarmBandTable;
   for (const std::int16_t option : {std::int16_t{4}, std::int16_t{-1}}) {
     messages.Clear();
@@ -97,7 +98,7 @@ TEST_F(Transfer, ReadingAllShowsEachOptionAndThenTheFirst) {
 }
 
 TEST_F(Transfer, WritingAnOptionLoadsTheRegistersThenThePointerThenSaves) {
-  AlarmBandTable = RandomTable(2);
+  Given(AlarmBandTable) = RandomTable(2);
   transfer.Write6BandsToFlash(3);
   Frames frames;
   for (int band = 1; band <= 6; ++band) {
@@ -120,7 +121,7 @@ TEST_F(Transfer, ThePauseOfAWriteIsBeforeTheSaveAndNoneAfterIt) {
 }
 
 TEST_F(Transfer, WritingAllIsOneClearAnd24Saves) {
-  AlarmBandTable = RandomTable(3);
+  Given(AlarmBandTable) = RandomTable(3);
   transfer.cmdWriteAll_Click();
   EXPECT_EQ(sensor.Count(kClearFrame), 1);
   EXPECT_EQ(sensor.Count(kSaveFrame), 24);
@@ -138,9 +139,9 @@ TEST_F(Transfer, WritingAllIsOneClearAnd24Saves) {
 }
 
 TEST_F(Transfer, ClearingZeroesTheTableAndSendsOneCommandWithoutAPause) {
-  AlarmBandTable = RandomTable(4);
-  AlarmBandTable(2, 1, 0) = 5;
-  AlarmBandTable(0, 0, 4) = 6;
+  Given(AlarmBandTable) = RandomTable(4);
+  Given(AlarmBandTable)(2, 1, 0) = 5;
+  Given(AlarmBandTable)(0, 0, 4) = 6;
   const auto start = clock.Monotonic();
   transfer.cmdClearAll_Click();
   EXPECT_EQ(TakeFrames(), Frames{kClearFrame});
@@ -154,8 +155,8 @@ TEST_F(Transfer, ClearingZeroesTheTableAndSendsOneCommandWithoutAPause) {
 }
 
 TEST_F(Transfer, WithoutASensorNothingIsSentAndTheLineSaysSo) {
-  InterfaceType = kNoInterface;
-  AlarmBandTable = RandomTable(6);
+  core.registers.Use(kNoInterface);
+  Given(AlarmBandTable) = RandomTable(6);
   const BandTable before = AlarmBandTable;
   transfer.ReadAllFlash();
   EXPECT_EQ(message, "No sensor can be reached.");
@@ -179,7 +180,7 @@ TEST_F(Transfer, OfBandsThatAreNotUsedNothingIsKnown) {
 }
 
 TEST_F(Transfer, TheShadowHoldsWhatWasWrittenAndThenWhatIsRead) {
-  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 65535;
+  Given(AlarmBandTable)(Alarm2Field(Axis::Y), 1, 0) = 65535;
   transfer.Write6BandsToFlash(0);
   EXPECT_EQ(transfer.InSensor(Alarm2Field(Axis::Y), 1, 0), 65535);
   sensor.Set(0x2C, 65535);
@@ -216,7 +217,7 @@ TEST_F(Transfer, WhatCameFromTheSensorGoesBackAsItCame) {
 TEST_F(Transfer, AChangedValueIsWrittenAsItIs) {
   sensor.Set(0x2C, 0xFFFF);
   transfer.ReadFlash(0);
-  AlarmBandTable(Alarm2Field(Axis::Y), 1, 0) = 32766;
+  Given(AlarmBandTable)(Alarm2Field(Axis::Y), 1, 0) = 32766;
   TakeFrames();
   transfer.Write6BandsToFlash(0);
   const Frames frames = TakeFrames();
@@ -229,8 +230,8 @@ TEST_F(Transfer, OfANumberThatNoRegisterTakesItIsToldWhatTheSensorHolds) {
     std::int32_t held;
   };
   for (const Misfit& misfit : {Misfit{65536 + 9, 9}, Misfit{-5, 251}, Misfit{-300, 0xFFD4}}) {
-    AlarmBandTable = {};
-    AlarmBandTable(Alarm1Field(Axis::X), 4, 2) = misfit.value;
+    Given(AlarmBandTable) = {};
+    Given(AlarmBandTable)(Alarm1Field(Axis::X), 4, 2) = misfit.value;
     transfer.cmdWriteAll_Click();
     EXPECT_EQ(message,
               "24 bands written. Values that do not fit their registers: 1; of these the sensor "

@@ -3,6 +3,7 @@
 // What happens between two bands of a transfer: progress, Cancel, and what else handlers do.
 
 #include "numeric/runtime_error.h"
+#include "support/given.h"
 #include "transfer_bench.h"
 
 namespace kestrel {
@@ -27,7 +28,7 @@ TEST_F(BetweenBands, AReadCanBeCancelledBetweenAnyTwoBands) {
 }
 
 TEST_F(BetweenBands, AWriteCanBeCancelledBetweenAnyTwoBands) {
-  AlarmBandTable = RandomTable(7);
+  Given(AlarmBandTable) = RandomTable(7);
   for (int band = 0; band < 24; ++band) {
     SCOPED_TRACE(band);
     transfer.ForgetSensor();
@@ -103,7 +104,7 @@ TEST_F(BetweenBands, NoTransferBeginsInsideAnother) {
     transfer.ReadAllFlash();
     transfer.Write6BandsToFlash(1);
   });
-  AlarmBandTable = RandomTable(5);
+  Given(AlarmBandTable) = RandomTable(5);
   transfer.ReadFlash(0);
   EXPECT_EQ(sensor.Count(kSaveFrame), 0);
   EXPECT_EQ(sensor.Count(kClearFrame), 0);

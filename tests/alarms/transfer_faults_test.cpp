@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The plug is pulled at every single request of a transfer.
 
+#include "support/given.h"
 #include "transfer_bench.h"
 
 namespace kestrel {
@@ -55,7 +56,7 @@ TEST_F(TransferFaults, ALostSensorEndsAReadWithOneMessageAndOnlyWholeBandsArrive
   const int requests = RequestsOf([this] { transfer.ReadFlash(1); });
   for (int k = 1; k <= requests; ++k) {
     SCOPED_TRACE(k);
-    AlarmBandTable = RandomTable(11);
+    Given(AlarmBandTable) = RandomTable(11);
     const BandTable before = AlarmBandTable;
     sensor.UnplugAtRequest(k);
     transfer.ReadFlash(1);
@@ -109,7 +110,7 @@ TEST_F(TransferFaults, AReadThatFailsSendsAndWaitsNoMore) {
 }
 
 TEST_F(TransferFaults, ALostSensorEndsAWriteAndTheBandAtHandIsNotTakenForWritten) {
-  AlarmBandTable = RandomTable(12);
+  Given(AlarmBandTable) = RandomTable(12);
   const int requests = RequestsOf([this] { transfer.cmdWriteAll_Click(); });
   for (int k = 1; k <= requests; ++k) {
     SCOPED_TRACE(k);
@@ -126,7 +127,7 @@ TEST_F(TransferFaults, ALostSensorEndsAWriteAndTheBandAtHandIsNotTakenForWritten
 
 TEST_F(TransferFaults, AWriteOfOneOptionThatFailsLeavesTheOtherOptionsKnown) {
   transfer.cmdWriteAll_Click();
-  AlarmBandTable = RandomTable(13);
+  Given(AlarmBandTable) = RandomTable(13);
   PlugInAgain();
   sensor.UnplugAtRequest(70);
   transfer.Write6BandsToFlash(2);
@@ -151,7 +152,7 @@ TEST_F(TransferFaults, AClearThatFailsLeavesNothingKnown) {
   EXPECT_EQ(transfer.InSensor(0, 1, 0), std::nullopt);
   PlugInAgain();
   transfer.ReadAllFlash();
-  AlarmBandTable = RandomTable(14);
+  Given(AlarmBandTable) = RandomTable(14);
   sensor.UnplugAtRequest(1);
   transfer.cmdClearAll_Click();
   EXPECT_EQ(message, "Clearing failed: the sensor was lost. Only this table is cleared.");
@@ -170,7 +171,7 @@ TEST_F(TransferFaults, AnAnswerThatComesShortCountsAsLost) {
 }
 
 TEST_F(TransferFaults, AnAdapterThatIsMissedBetweenTwoBandsEndsTheTransfer) {
-  loop.AtYield(4, [] { UsbPresent = false; });
+  loop.AtYield(4, [] { Given(UsbPresent) = false; });
   transfer.ReadAllFlash();
   EXPECT_EQ(message, "Reading failed: the sensor was lost. Read: option 0 bands 1 to 3.");
   EXPECT_EQ(sensor.Count(kRetrieveFrame), 3);

@@ -56,6 +56,12 @@ Numbers Level(const Question& question) {
   return level ? Numbers{level->rmsG, level->peakG, level->peakHz} : Numbers{};
 }
 
+Numbers LevelAs(const Question& question, const QuantityChoice& choice) {
+  const Told<QuantityLevel> level =
+      LevelIn(SpectrumFrom(question, 2), choice, question.numbers[0], question.numbers[1]);
+  return level ? Numbers{level->fromHz, level->rms, level->largest, level->largestHz} : Numbers{};
+}
+
 Numbers Time(const Question& question) {
   const std::optional<TimeLevels> levels = LevelsOf(question.numbers);
   const std::optional<SelfTest> test = TestSelf(question.numbers, WindowOfCode(question.window));
@@ -131,6 +137,14 @@ std::map<std::string, Answer> Answers() {
              return Transform(question.numbers, WindowOfCode(question.window));
            }},
           {"band", Level},
+          {"velocityband",
+           [](const Question& question) {
+             return LevelAs(question, {Quantity::Velocity, Amplitude::Rms});
+           }},
+          {"displacementband",
+           [](const Question& question) {
+             return LevelAs(question, {Quantity::Displacement, Amplitude::PeakToPeak});
+           }},
           {"time", Time},
           {"timevelocity", Velocity},
           {"joined", JoinedPoints},

@@ -169,6 +169,25 @@ def per_bin(spectrum, code, option):
             "displacement": 2 * spectrum * constants.g * 1e6 / omega**2}
 
 
+def integrated_bands(draw, spectrum, code, option):
+    """Levels of a band in velocity and displacement, as `questions` yields them."""
+    bottom = (INTEGRABLE[code] - 0.5) * width(option)
+    low, high = np.sort(draw.uniform(0, 255.5, 2)) * width(option)
+    if high <= bottom:
+        return
+    hz = bins_of(spectrum, option)
+    inside = (hz >= max(low, bottom)) & (hz <= high)
+    curves = per_bin(spectrum, code, option)
+    weights = {"velocity": lambda hz: (G_MM / (2 * np.pi * hz)) ** 2,
+               "displacement": lambda hz: (constants.g * 1e6 / (2 * np.pi * hz) ** 2) ** 2}
+    for name, weight in weights.items():
+        values = np.where(inside, curves[name], 0)
+        rms = np.sqrt(power(spectrum, code, option, max(low, bottom), high, weight))
+        yield (f"{name}band {code} {option}", np.concatenate([[low, high], spectrum]),
+               [max(low, bottom), rms, np.max(values),
+                hz[np.argmax(values)] if np.max(values) > 0 else 0])
+
+
 def questions(draw):
     """(question, numbers it is asked with, wanted answer) of one round."""
     code, option = int(draw.integers(0, 3)), int(draw.integers(0, 4))
@@ -182,6 +201,7 @@ def questions(draw):
     yield (f"band {head}", np.concatenate([[low, high], spectrum]),
            [np.sqrt(power(spectrum, code, option, low, high)), np.max(inside),
             hz[np.argmax(inside)] if np.max(inside) > 0 else 0])
+    yield from integrated_bands(draw, spectrum, code, option)
     w = window_of(code)
     yield f"window {head}", [], np.concatenate(
         [[np.mean(w), bandwidth(code), scallop(code)], w])

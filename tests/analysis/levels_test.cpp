@@ -171,5 +171,28 @@ TEST(Levels, TheSumOfSquaresOfASpectrumIsThePowerOfItsTimeRecord) {
   EXPECT_FALSE(TestSelf(std::vector<double>(512, 1.0), Window{}));
 }
 
+TEST(Levels, AveragedMagnitudesOfNoiseReadAsLowAsTold) {
+  std::mt19937_64 random(7);
+  for (const int transforms : {1, 2, 8, 64}) {
+    double power = 0;
+    double wanted = 0;
+    for (int record = 0; record < 40; ++record) {
+      std::vector<double> mean(257);
+      for (int each = 0; each < transforms; ++each) {
+        std::vector<double> samples(512);
+        AddNoise(samples, 0.1, random);
+        const auto bins = Transform(samples, WindowOf(WindowKind::Hanning));
+        for (std::size_t k = 0; k < mean.size(); ++k) mean[k] += bins[k] / transforms;
+      }
+      for (std::size_t k = 2; k < 256; ++k) power += mean[k] * mean[k] / 2 / 1.5;
+      wanted += 0.1 * 0.1 * 254 / 256;
+    }
+    EXPECT_NEAR(10 * std::log10(power / wanted), NoiseOfAveragedMagnitudesDb(transforms), 0.1)
+        << transforms;
+  }
+  EXPECT_EQ(NoiseOfAveragedMagnitudesDb(1), 0);
+  EXPECT_EQ(NoiseOfAveragedMagnitudesDb(0), 0);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/program_state.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/seeds.h"
@@ -23,9 +24,9 @@ class ConfigFile : public testing::Test {
  protected:
   ConfigFile() {
     ResetProgramState();
-    InterfaceType = 100;
-    PortAddress = 200;
-    ProductNumber = 300;
+    Given(InterfaceType) = 100;
+    Given(PortAddress) = 200;
+    Given(ProductNumber) = 300;
   }
   ~ConfigFile() override { ResetProgramState(); }
 
@@ -170,9 +171,9 @@ TEST_F(ConfigFile, OnlyTheStartOfAHugeFileIsRead) {
 }
 
 TEST_F(ConfigFile, WritesThreeLinesInTheirOrder) {
-  InterfaceType = 2;
-  PortAddress = -1;
-  ProductNumber = 31407;
+  Given(InterfaceType) = 2;
+  Given(PortAddress) = -1;
+  Given(ProductNumber) = 31407;
   Stored() = "earlier content, longer than the new one will be ......";
   WriteConfigFile(files_);
   EXPECT_EQ(Stored(), "Interface = 2\nPort Address = -1\nProductNumber = 31407\n");
@@ -180,11 +181,11 @@ TEST_F(ConfigFile, WritesThreeLinesInTheirOrder) {
 }
 
 TEST_F(ConfigFile, WhatIsWrittenReadsBack) {
-  InterfaceType = 1;
-  PortAddress = 888;
-  ProductNumber = -32768;
+  Given(InterfaceType) = 1;
+  Given(PortAddress) = 888;
+  Given(ProductNumber) = -32768;
   WriteConfigFile(files_);
-  InterfaceType = PortAddress = ProductNumber = 0;
+  Given(InterfaceType) = Given(PortAddress) = Given(ProductNumber) = 0;
   EXPECT_TRUE(ReadConfigFile(files_, messages_));
   EXPECT_THAT(Settings(), ElementsAre(1, 888, -32768));
 }
@@ -227,9 +228,9 @@ TEST_F(ConfigFile, RandomLinesAreTakenOrNamed) {
 
 TEST_F(ConfigFile, AnySettingsReadBack) {
   WithSeeds(100, [this](Random& random) {
-    InterfaceType = static_cast<std::int16_t>(random.Word());
-    PortAddress = static_cast<std::int16_t>(random.Word());
-    ProductNumber = static_cast<std::int16_t>(random.Word());
+    Given(InterfaceType) = static_cast<std::int16_t>(random.Word());
+    Given(PortAddress) = static_cast<std::int16_t>(random.Word());
+    Given(ProductNumber) = static_cast<std::int16_t>(random.Word());
     const std::vector<int> written = Settings();
     WriteConfigFile(files_);
     ResetProgramState();

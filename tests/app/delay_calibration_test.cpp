@@ -10,6 +10,7 @@
 
 #include "app/delay.h"
 #include "numeric/runtime_error.h"
+#include "support/given.h"
 #include "support/recording_pointer.h"
 
 namespace kestrel {
@@ -164,8 +165,8 @@ TEST_F(DelayCalibration, MidnightInTheLastTrialCountsAsATenthOfASecond) {
 }
 
 TEST_F(DelayCalibration, StartsFromTheSameGuessEachTime) {
-  LoopsPer10us = 77;
-  DelayReport = "earlier";
+  Given(LoopsPer10us) = 77;
+  Given(DelayReport) = "earlier";
   ScriptedComputer computer({0.5, 3.0});
   Calibrate(computer);
   EXPECT_EQ(computer.Loops().front(), (std::pair<std::int32_t, std::int32_t>{50000, 1000}));

@@ -9,6 +9,7 @@
 
 #include "numeric/runtime_error.h"
 #include "support/fake_clock.h"
+#include "support/given.h"
 #include "support/recording_pointer.h"
 
 namespace kestrel {
@@ -23,8 +24,8 @@ class DelayTest : public testing::Test {
  protected:
   DelayTest() {
     ResetDelayState();
-    DelayCalibrated = true;
-    LoopsPer10us = 1;
+    Given(DelayCalibrated) = true;
+    Given(LoopsPer10us) = 1;
   }
   ~DelayTest() override { ResetDelayState(); }
 
@@ -34,7 +35,7 @@ class DelayTest : public testing::Test {
 };
 
 TEST_F(DelayTest, ZeroIsNoWaitAtAll) {
-  DelayCalibrated = false;
+  Given(DelayCalibrated) = false;
   float ms = 0;
   delay_.Delay(ms);
   delay_.Delay(-0.0F);
@@ -94,10 +95,10 @@ TEST_F(DelayTest, FirstWaitCalibrates) {
 }
 
 TEST_F(DelayTest, ResetRestoresEveryName) {
-  LoopsPer10us = 5;
-  MinimumDelay = 1;
-  MinimumDelayCount = 2;
-  DelayReport = "text";
+  Given(LoopsPer10us) = 5;
+  Given(MinimumDelay) = 1;
+  Given(MinimumDelayCount) = 2;
+  Given(DelayReport) = "text";
   ResetDelayState();
   EXPECT_EQ(LoopsPer10us, 0);
   EXPECT_FALSE(DelayCalibrated);

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "support/given.h"
 #include "support/recording_messages.h"
 
 namespace kestrel {
@@ -46,11 +47,11 @@ TEST_F(SystemNames, ASystemThatTellsNothingCountsAsNt) {
 
 TEST_F(SystemNames, OnlyTheOldestHasNoUsb) {
   for (const char* name : {"Win98", "WinNT", "WinXP"}) {
-    SystemName = name;
+    Given(SystemName) = name;
     EXPECT_TRUE(UsbOffered(messages_)) << name;
   }
   EXPECT_TRUE(messages_.Texts().empty());
-  SystemName = "Win95";
+  Given(SystemName) = "Win95";
   EXPECT_FALSE(UsbOffered(messages_));
   EXPECT_THAT(messages_.Texts(), testing::ElementsAre("USB not available for Windows95"));
 }

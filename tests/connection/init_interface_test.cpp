@@ -7,6 +7,7 @@
 
 #include "app/program_state.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/map_driver_service.h"
 #include "support/memory_files.h"
 #include "support/recording_boards.h"
@@ -14,6 +15,7 @@
 #include "support/recording_pointer.h"
 #include "support/recording_port.h"
 #include "support/scripted_loop.h"
+#include "transport/port_driver.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {
@@ -30,10 +32,11 @@ class InterfaceMadeReady : public testing::Test {
   static void Reset() {
     ResetProgramState();
     ResetAdapterState();
+    ResetPortDriver();
   }
 
   void Make(std::int16_t interfaceType) {
-    InterfaceType = interfaceType;
+    Given(InterfaceType) = interfaceType;
     InitInterface(core_);
   }
 
@@ -57,6 +60,28 @@ class InterfaceMadeReady : public testing::Test {
                    .driverService = service_}};
 };
 
+TEST_F(InterfaceMadeReady, StartDefaultsLeavePortAndProductAlone) {
+  Given(InterfaceType) = kUsbAdapter;
+  Given(PortAddress) = 888;
+  Given(ProductNumber) = kProduct31407;
+  Given(PortReady) = true;
+  Given(StopSpiLoop) = false;
+  Given(UsbCsPerWord) = false;
+  Given(UsbSpiDelay) = 5;
+  Given(UsbSpiBits) = 1;
+  Given(UsbSpiSetupValue) = 2;
+  SetStartDefaults();
+  EXPECT_EQ(InterfaceType, kNoInterface);
+  EXPECT_FALSE(PortReady);
+  EXPECT_TRUE(StopSpiLoop);
+  EXPECT_TRUE(UsbCsPerWord);
+  EXPECT_EQ(UsbSpiDelay, 1);
+  EXPECT_EQ(UsbSpiBits, 120);
+  EXPECT_EQ(UsbSpiSetupValue, 25);
+  EXPECT_EQ(PortAddress, 888);
+  EXPECT_EQ(ProductNumber, kProduct31407);
+}
+
 TEST_F(InterfaceMadeReady, NoneAsksToSelectOneAndTouchesNoHardware) {
   for (const std::int16_t none : {kNoInterface, std::int16_t{7}, std::int16_t{-1}}) {
     messages_.Clear();
@@ -70,8 +95,8 @@ TEST_F(InterfaceMadeReady, NoneAsksToSelectOneAndTouchesNoHardware) {
 
 TEST_F(InterfaceMadeReady, AnAdapterGetsTheSettingsThatTheStateHolds) {
   boards_.boards[0] = {};
-  UsbSpiBits = 16;
-  UsbSpiSetupValue = 3;
+  Given(UsbSpiBits) = 16;
+  Given(UsbSpiSetupValue) = 3;
   Make(kUsbAdapter);
   EXPECT_EQ(InterfaceType, kUsbAdapter);
   EXPECT_TRUE(UsbPresent);
@@ -86,7 +111,7 @@ TEST_F(InterfaceMadeReady, AnAdapterThatIsNotThereIsNoInterface) {
 }
 
 TEST_F(InterfaceMadeReady, AParallelPortIsHeldAtItsAddressAndNoAdapterIsAsked) {
-  PortAddress = 888;
+  Given(PortAddress) = 888;
   Make(kParallelPort);
   EXPECT_EQ(InterfaceType, kParallelPort);
   EXPECT_TRUE(PortReady);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/alm_ctrl_editor.h"
 
+#include "support/given.h"
 #include "support/register_bench.h"
 
 namespace kestrel {
@@ -144,7 +145,7 @@ TEST_F(AlmCtrlEdit, UnpluggedAtAnyRequestThereIsOneMessageAndTheLastReadingStays
     EXPECT_FALSE(shown.dioEnable) << "the change was not taken over";
     EXPECT_EQ(shown.responseDelay, 10);
     sensor.PlugInAgain();
-    UsbPresent = true;
+    Given(UsbPresent) = true;
   }
 }
 
@@ -153,7 +154,7 @@ TEST_F(AlmCtrlEdit, AfterALossTheFirstChangeReadsTheSensorAnew) {
   sensor.UnplugAtRequest(1);
   editor.Display_AlmCtrl();
   sensor.PlugInAgain();
-  UsbPresent = true;
+  Given(UsbPresent) = true;
   sensor.Set(address::kAlmCtrl, 0x0780);
   TakeFrames();
   shown.dioEnable = true;
@@ -182,7 +183,7 @@ TEST_F(AlmCtrlEdit, WhatWasChangedAndRefusedIsTakenBack) {
 }
 
 TEST_F(AlmCtrlEdit, WithoutAnInterfaceNothingIsShownAsRead) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   editor.Display_AlmCtrl();
   EXPECT_EQ(shown.hexWord, "");
   EXPECT_EQ(shown.responseDelay, -1);

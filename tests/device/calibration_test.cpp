@@ -3,6 +3,7 @@
 #include "device/calibration.h"
 
 #include "regmap/register_table.h"
+#include "support/given.h"
 #include "support/journal.h"
 #include "support/register_bench.h"
 
@@ -100,16 +101,16 @@ TEST_F(Null, EachAxisHasItsRegister) {
 }
 
 TEST_F(Null, ZIsDividedByTheFactorOfY) {
-  RegScale[row::X_NULL] = 1;
-  RegScale[row::Y_NULL] = 2;
-  RegScale[row::Z_NULL] = 4;
+  Given(RegScale)[row::X_NULL] = 1;
+  Given(RegScale)[row::Y_NULL] = 2;
+  Given(RegScale)[row::Z_NULL] = 4;
   EXPECT_EQ(WordOf(Axis::X, "400"), 400);
   EXPECT_EQ(WordOf(Axis::Y, "400"), 200);
   EXPECT_EQ(WordOf(Axis::Z, "400"), 200);
 }
 
 TEST_F(Null, HalvesAreRoundedToTheEvenWord) {
-  RegScale[row::X_NULL] = 1;
+  Given(RegScale)[row::X_NULL] = 1;
   EXPECT_EQ(WordOf(Axis::X, "2.5"), 2);
   EXPECT_EQ(WordOf(Axis::X, "3.5"), 4);
   EXPECT_EQ(WordOf(Axis::X, "-2.5"), 0xFFFE);
@@ -157,7 +158,7 @@ TEST_F(Null, AValueThatDoesNotFitIsNamedAndNotWritten) {
 }
 
 TEST_F(Null, ARegisterOutsideTheTableIsAnIndexError) {
-  row::Y_NULL = 86;
+  Given(row::Y_NULL) = 86;
   EXPECT_EQ(ErrorOf(Axis::Y, "1"), "Subscript out of range");
   EXPECT_EQ(ErrorOf(Axis::Z, "1"), "Subscript out of range") << "it takes the factor of Y";
   EXPECT_EQ(TakeFrames(), Frames{});
@@ -208,7 +209,7 @@ TEST_F(Null, ThePointerIsRestoredWhenTheSensorIsLost) {
 }
 
 TEST_F(Null, ThePointerIsRestoredWhenTheCommandFails) {
-  row::COMMAND = 86;
+  Given(row::COMMAND) = 86;
   EXPECT_THROW(logic.cmdFlashUpdate_Click(), RuntimeError);
   EXPECT_EQ(pointer.Shown(), (Words{"hourglass", "default"}));
   EXPECT_EQ(journal.Entries(), (Words{"busy after 0", "idle after 0"}));
@@ -231,7 +232,7 @@ TEST_F(Null, UnpluggedAtAnyRequestThereIsOneMessageAndNoRowChanges) {
     EXPECT_EQ(values, (Texts{"7,5", before[1], before[2]})) << "what was typed is kept";
     EXPECT_EQ(note.empty(), request <= 3) << "told only of what was written";
     sensor.PlugInAgain();
-    UsbPresent = true;
+    Given(UsbPresent) = true;
   }
 }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "device/dio_gpio.h"
 
+#include "support/given.h"
 #include "support/register_bench.h"
 
 namespace kestrel {
@@ -201,7 +202,7 @@ TEST_F(Dio, UnpluggedAtAnyRequestThereIsOneMessageAndTheLastReadingStays) {
       EXPECT_EQ(Line(0).output, std::optional<bool>(true));
       EXPECT_EQ(Line(1).function, DioFunction::Alarm);
       sensor.PlugInAgain();
-      UsbPresent = true;
+      Given(UsbPresent) = true;
     }
   }
 }
@@ -211,7 +212,7 @@ TEST_F(Dio, AfterALossTheFirstChoiceReadsTheSensorAnew) {
   sensor.UnplugAtRequest(1);
   logic.ReadDIOGPIO();
   sensor.PlugInAgain();
-  UsbPresent = true;
+  Given(UsbPresent) = true;
   TakeFrames();
   logic.GpioChanged();
   EXPECT_EQ(TakeFrames(), kRead);

@@ -176,7 +176,7 @@ TEST_F(ManualRegisterLogic, FlashUpdateIsOneCommandAndAQuarterOfASecond) {
 }
 
 TEST_F(ManualRegisterLogic, WithoutAnInterfaceFlashUpdateStillTakesItsTime) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   manual.cmdUpdateFlash_Click();
   EXPECT_EQ(TakeFrames(), Frames{});
   ASSERT_FALSE(clock.Waits().empty());
@@ -185,7 +185,7 @@ TEST_F(ManualRegisterLogic, WithoutAnInterfaceFlashUpdateStillTakesItsTime) {
 }
 
 TEST_F(ManualRegisterLogic, WithoutAnInterfaceEveryRegisterListsAs0AndTheNoteSaysSo) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   manual.cmdReadAllReg_Click();
   EXPECT_EQ(manual.Listing().lines.size(), 50U);
   for (const RegisterListing::Line& line : manual.Listing().lines) EXPECT_EQ(line.word, "0000");
@@ -253,7 +253,7 @@ TEST_F(ManualRegisterLogic, ASensorLostAnywhereInAWriteGivesOneMessageAndKeepsTh
 }
 
 TEST_F(ManualRegisterLogic, WithoutAnInterfaceNothingIsWritten) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   manual.cmdWrite_Click(row::FFT_AVG, "9");
   EXPECT_EQ(view.note, "The sensor cannot be reached.");
   EXPECT_EQ(clock.Waits(), Waits{});

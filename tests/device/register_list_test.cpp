@@ -7,6 +7,7 @@
 
 #include "device/register_log.h"
 #include "regmap/register_table.h"
+#include "support/given.h"
 #include "support/register_bench.h"
 #include "support/seeds.h"
 
@@ -109,7 +110,7 @@ TEST_F(RegisterList, BringsNamesToTheirLengthInTheTableItselfAndOnlyOnce) {
 }
 
 TEST_F(RegisterList, BlanksAtTheEndOfANameAreNotListedButKept) {
-  RegName[row::MONTH] = "MON    ";
+  Given(RegName)[row::MONTH] = "MON    ";
   EXPECT_TRUE(Has(List(), "MON     \t54\t0000"));
   EXPECT_EQ(RegName[row::MONTH], "MON    ");
 }

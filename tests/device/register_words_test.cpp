@@ -11,6 +11,7 @@
 #include "device/rec_info.h"
 #include "device/register_fields.h"
 #include "regmap/register_table.h"
+#include "support/given.h"
 #include "support/register_bench.h"
 #include "support/seeds.h"
 
@@ -53,7 +54,7 @@ std::int32_t LowBits(std::int32_t word, int bits, bool isSigned) {
 
 // One row of each shape, since all rows take the same road.
 TEST_F(EveryWord, IsReadInTheWidthAndSignOfItsRow) {
-  RegSigned[row::Y_BUF] = true;  // as a time record has it
+  Given(RegSigned)[row::Y_BUF] = true;  // as a time record has it
   std::set<std::pair<int, bool>> shapes;
   for (std::int16_t row = 0; row <= RegCount; ++row) {
     if (!RegReadable[row] || !shapes.insert({RegBits[row], RegSigned[row]}).second) continue;
@@ -70,8 +71,8 @@ TEST_F(EveryWord, IsReadInTheWidthAndSignOfItsRow) {
 TEST_F(EveryWord, IsReadInAnyWidth) {
   for (std::int16_t bits = 1; bits <= 16; ++bits) {
     for (const bool isSigned : {false, true}) {
-      RegBits[row::SCRATCH_A] = bits;
-      RegSigned[row::SCRATCH_A] = isSigned;
+      Given(RegBits)[row::SCRATCH_A] = bits;
+      Given(RegSigned)[row::SCRATCH_A] = isSigned;
       for (int word = 0; word < kWords; word += 41) {
         ASSERT_EQ(ValueOf(row::SCRATCH_A, word), LowBits(word, bits, isSigned)) << bits;
       }

@@ -1,6 +1,7 @@
 // The port in use is the one that is held, whoever changed the address: over mock ports.
 // SPDX-License-Identifier: MIT
 #include "transport/port_choice.h"
+#include "support/given.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,7 +39,8 @@ class PortInUse : public testing::Test {
   }
   bool Choose(const char* address) {
     program->messages.Clear();
-    PortChoice choice(service, port, program->core.port, program->files, program->messages);
+    PortChoice choice(service, port, program->core.port, program->core.registers, program->files,
+                      program->messages);
     return choice.cmdOK_Click(address);
   }
   std::vector<std::string> Texts() { return program->messages.Texts(); }
@@ -121,7 +123,7 @@ TEST_F(PortInUse, TheOtherPortTakesThePlaceOfTheFirst) {
 
 TEST_F(PortInUse, StartTakesThePortWhoseAddressWasPutInForceElsewhere) {
   StartAt(kFirst);
-  PortAddress = kSecond;
+  Given(PortAddress) = kSecond;
   EXPECT_EQ(ProductId(), std::nullopt);
   program->Capture();
   EXPECT_THAT(Texts(), IsEmpty());

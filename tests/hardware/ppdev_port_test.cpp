@@ -14,6 +14,7 @@
 #include "platform/linux/ppdev_service.h"
 #include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
+#include "support/given.h"
 #include "support/parport_settings.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -33,8 +34,8 @@ class PpdevPortTest : public testing::Test {
     settings.Add(0, 0x378);
     settings.Add(1, 0xE010);
     ResetProgramState();
-    InterfaceType = kParallelPort;
-    PortAddress = 0x378;
+    Given(InterfaceType) = kParallelPort;
+    Given(PortAddress) = 0x378;
   }
   ~PpdevPortTest() override { ResetProgramState(); }
 
@@ -65,7 +66,7 @@ TEST_F(PpdevPortTest, ThePortOfTheAddressIsClaimedAloneUntilTheEnd) {
 }
 
 TEST_F(PpdevPortTest, AnAddressInTheUpperHalfFindsItsPort) {
-  PortAddress = static_cast<std::int16_t>(0xE010);
+  Given(PortAddress) = static_cast<std::int16_t>(0xE010);
   port.giveio();
   EXPECT_TRUE(second.Claimed());
   port.vbOut(PortAddress, 5);
@@ -76,7 +77,7 @@ TEST_F(PpdevPortTest, AskedAgainItKeepsThePortAndTakesAnotherAtAnotherAddress) {
   port.giveio();
   port.giveio();
   EXPECT_EQ(first.claims, 1);
-  PortAddress = static_cast<std::int16_t>(0xE010);
+  Given(PortAddress) = static_cast<std::int16_t>(0xE010);
   port.giveio();
   EXPECT_FALSE(first.Claimed());
   EXPECT_TRUE(second.Claimed());
@@ -135,7 +136,7 @@ TEST_F(PpdevPortTest, APortHeldBySomebodyElseIsNotWaitedForWithoutEnd) {
 TEST_F(PpdevPortTest, ANamedDeviceIsTakenWhateverTheAddress) {
   PpdevPort::Options options = Options();
   options.device = "/dev/parport1";
-  PortAddress = 0x278;
+  Given(PortAddress) = 0x278;
   PpdevPort named([] { return PortAddress; }, options);
   EXPECT_TRUE(named.Claim());
   named.vbOut(0x278, 7);
@@ -149,7 +150,7 @@ TEST_F(PpdevPortTest, WhenThePortIsHadNothingIsInstalled) {
   EXPECT_THAT(messages.Texts(), IsEmpty());
   EXPECT_TRUE(first.Claimed());
 
-  PortAddress = 0x278;
+  Given(PortAddress) = 0x278;
   SetupGiveIO(service, messages);
   EXPECT_THAT(messages.Texts(), ElementsAre("The required I/O drivers could not be installed."));
   EXPECT_THAT(messages.explanations,

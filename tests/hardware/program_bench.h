@@ -17,6 +17,7 @@
 #include "support/fake_main_views.h"
 #include "support/fake_plot_views.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -38,7 +39,7 @@ class Program {
     ResetProgram();
     SetColours();
     core.delay.SkipCalibration();
-    PortAddress = portAddress;
+    Given(PortAddress) = portAddress;
     Connect(interface);
     InitRegisterTable(core.registers);
     views_.recMode = 0;
@@ -52,7 +53,7 @@ class Program {
 
   // Prepares the interface as the program does when one is selected.
   void Connect(std::int16_t interface = kUsbAdapter) {
-    InterfaceType = interface;
+    core.registers.Use(interface);
     InitInterface(core);
   }
   void Capture() { desk_.cycle.cmdStart_Click(); }

@@ -9,6 +9,7 @@
 
 #include "logging/data_log.h"
 #include "logging/reset_logging.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 
@@ -40,7 +41,7 @@ TEST_F(LogSettings, ANameIsProposedWhereNoneIsSet) {
 }
 
 TEST_F(LogSettings, TheUsersNameIsNotReplacedByTheProposal) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   const DataLogSettings settings(messages);
   EXPECT_EQ(DataLogName, "pump");
 }
@@ -53,7 +54,7 @@ TEST_F(LogSettings, OkKeepsTheProposedName) {
 }
 
 TEST_F(LogSettings, ATypedNameHoldsAtOnceAndOkKeepsIt) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   DataLogSettings settings(messages);
   settings.txtFileName_Change("fan 3");
   EXPECT_EQ(DataLogName, "fan 3");
@@ -64,8 +65,8 @@ TEST_F(LogSettings, ATypedNameHoldsAtOnceAndOkKeepsIt) {
 }
 
 TEST_F(LogSettings, CancelTakesNameAndFormatBack) {
-  DataLogName = "pump";
-  DataFormatLSB = true;
+  Given(DataLogName) = "pump";
+  Given(DataFormatLSB) = true;
   DataLogSettings settings(messages);
   settings.txtFileName_Change("fan");
   settings.ChooseFormat(false);
@@ -82,7 +83,7 @@ TEST_F(LogSettings, CancelTakesTheProposedNameBackToo) {
 }
 
 TEST_F(LogSettings, AnEmptyNameIsRefusedAndTheEarlierOneStays) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   EXPECT_EQ(Refusal(""), Words{"Please enter a file name or press CANCEL"});
   EXPECT_EQ(DataLogName, "pump");
 }
@@ -109,7 +110,7 @@ TEST_F(LogSettings, NamesInOtherScriptsAreKept) {
 }
 
 TEST_F(LogSettings, ANameThatCannotBeAFileNameIsRefusedWithTheName) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   const std::string tooLong(241, 'n');
   EXPECT_EQ(Refusal("a/b"), Words{"File name a/b: the character / cannot stand in a file name."});
   EXPECT_EQ(Refusal("a\\b"),
@@ -129,7 +130,7 @@ TEST_F(LogSettings, TheFormatHoldsAtOnce) {
 }
 
 TEST_F(LogSettings, ResetBeginsWithFile1AndOkKeepsIt) {
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   DataLogSettings settings(messages);
   settings.cmdReSetFileIndex_Click();
   EXPECT_EQ(DataLogIndex, 1);
@@ -138,7 +139,7 @@ TEST_F(LogSettings, ResetBeginsWithFile1AndOkKeepsIt) {
 }
 
 TEST_F(LogSettings, CancelTakesAResetBackHoweverOftenItWasPressed) {
-  DataLogIndex = 9;
+  Given(DataLogIndex) = 9;
   DataLogSettings settings(messages);
   settings.cmdReSetFileIndex_Click();
   settings.cmdReSetFileIndex_Click();
@@ -147,19 +148,19 @@ TEST_F(LogSettings, CancelTakesAResetBackHoweverOftenItWasPressed) {
 }
 
 TEST_F(LogSettings, CancelKeepsTheNumbersOfFilesThatWereWrittenMeanwhile) {
-  DataLogIndex = 9;
+  Given(DataLogIndex) = 9;
   DataLogSettings settings(messages);
-  DataLogIndex = 11;  // two captures
+  Given(DataLogIndex) = 11;  // two captures
   settings.cmdCancel_Click();
   EXPECT_EQ(DataLogIndex, 11);
   settings.cmdReSetFileIndex_Click();
-  DataLogIndex = 14;
+  Given(DataLogIndex) = 14;
   settings.cmdCancel_Click();
   EXPECT_EQ(DataLogIndex, 14);
 }
 
 TEST_F(LogSettings, ANameOfBlanksIsRefusedLikeNone) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   for (const char* name : {" ", "   ", "\t"}) {
     EXPECT_EQ(Refusal(name), Words{"Please enter a file name or press CANCEL"}) << name;
   }

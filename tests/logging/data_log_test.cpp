@@ -15,6 +15,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_log_view.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/scripted_loop.h"
 
@@ -100,7 +101,7 @@ TEST_F(DataLogFile, HeaderOfAnFftRecord) {
 TEST_F(DataLogFile, FlagTextsStandInTheOrderOfTheNamesBit14First) {
   for (int bit = 0; bit < static_cast<int>(kStatusFlags); ++bit) {
     record.status.word = 1 << bit;
-    DataLogIndex = 1;
+    Given(DataLogIndex) = 1;
     std::string texts;
     for (int other = 14; other >= 0; --other) {
       const char* whenSet = other >= 7 ? "SET" : "FAIL";
@@ -124,7 +125,7 @@ TEST_F(DataLogFile, ScaledValuesInGeneralFormatWithoutTrailingSeparator) {
 }
 
 TEST_F(DataLogFile, RawWordsOfAnFftRecord) {
-  DataFormatLSB = true;
+  Given(DataFormatLSB) = true;
   const Lines lines = Write();
   EXPECT_EQ(lines[12], "0,0,0,65535");
   EXPECT_EQ(lines[13], "1,1,-2,65534");
@@ -133,7 +134,7 @@ TEST_F(DataLogFile, RawWordsOfAnFftRecord) {
 
 TEST_F(DataLogFile, ATimeRecordHas512SignedLines) {
   record.kind = RecordKind::Time;
-  DataFormatLSB = true;
+  Given(DataFormatLSB) = true;
   record.Of(Axis::X).raw(511) = -32768;
   const Lines lines = Write();
   ASSERT_EQ(lines.size(), 12U + 512U);
@@ -196,8 +197,8 @@ TEST_F(DataLogFile, FilesAreNumbered) {
 }
 
 TEST_F(DataLogFile, TheUsersNameIsTaken) {
-  DataLogName = "pump 7";
-  DataLogIndex = 12;
+  Given(DataLogName) = "pump 7";
+  Given(DataLogIndex) = 12;
   const Lines lines = Write();
   EXPECT_EQ(log.LastFile(), "/program/pump 7_12.csv");
   EXPECT_EQ(lines[0], "File Name,pump 7.csv");
@@ -209,7 +210,7 @@ TEST_F(DataLogFile, AFileOfThatNameIsReplaced) {
 }
 
 TEST_F(DataLogFile, TheCounterIsYellowMeanwhileAndShowsTheFileJustWritten) {
-  DataLogIndex = 5;
+  Given(DataLogIndex) = 5;
   log.WriteDataFile();
   EXPECT_EQ(view.colours, (std::vector<double>{kYellow, kWhite}));
   EXPECT_EQ(view.fileCount, "5");
@@ -230,7 +231,7 @@ TEST_F(DataLogFile, AFileThatCannotBeWrittenUsesNoIndex) {
 
 // The index cannot count on from here, but its file is whole.
 TEST_F(DataLogFile, TheLastIndexIsWrittenAndThenOverflows) {
-  DataLogIndex = 32766;
+  Given(DataLogIndex) = 32766;
   log.WriteDataFile();
   EXPECT_EQ(DataLogIndex, 32767);
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
@@ -243,7 +244,7 @@ TEST_F(DataLogFile, TheLastIndexIsWrittenAndThenOverflows) {
 }
 
 TEST_F(DataLogFile, AfterTheLastIndexNothingIsWrittenAndNothingReplaced) {
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
   const std::string last = files.contents.at("/program/Datalog_32767.csv");
   for (int i = 0; i < 3; ++i) {
@@ -256,21 +257,21 @@ TEST_F(DataLogFile, AfterTheLastIndexNothingIsWrittenAndNothingReplaced) {
 }
 
 TEST_F(DataLogFile, OnceTheIndexIsResetLoggingGoesOn) {
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  DataLogIndex = 1;
+  Given(DataLogIndex) = 1;
   EXPECT_EQ(Write().size(), 268U);
   EXPECT_EQ(log.LastFile(), "/program/Datalog_1.csv");
   EXPECT_EQ(DataLogIndex, 2);
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   files.contents.clear();
   EXPECT_EQ(ErrorOfWriting(), "Overflow");
   EXPECT_EQ(files.contents.size(), 1U) << "the last index is free again";
 }
 
 TEST_F(DataLogFile, ALastFileThatCannotBeWrittenCanBeTriedAgain) {
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   files.failure = "No space left on device";
   EXPECT_EQ(ErrorOfWriting(), "/program/Datalog_32767.csv: No space left on device");
   files.failure.clear();
@@ -290,7 +291,7 @@ TEST_F(DataLogFile, WhereTheProgramsFolderIsReadOnlyFilesGoToTheDocuments) {
 
 TEST_F(DataLogFile, ANameThatCannotBeAFileNameIsNamedAndNothingWritten) {
   for (const std::string name : {"../pump", "a\\b", "nul"}) {
-    DataLogName = name;
+    Given(DataLogName) = name;
     EXPECT_EQ(ErrorOfWriting().substr(0, 12 + name.size()), "File name " + name + ": ");
     EXPECT_TRUE(files.contents.empty());
     EXPECT_EQ(DataLogIndex, 1);

@@ -7,6 +7,7 @@
 #include "logging/data_log.h"
 #include "logging/reset_logging.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 
 namespace kestrel {
@@ -23,8 +24,8 @@ class LogFiles : public testing::Test {
 
 TEST_F(LogFiles, TheNextFileHasNameNumberAndFolder) {
   EXPECT_EQ(NextLogFile(files, locale), "/program/Datalog_1.csv");
-  DataLogName = "pump";
-  DataLogIndex = 12;
+  Given(DataLogName) = "pump";
+  Given(DataLogIndex) = 12;
   files.readOnly.insert("/program");
   EXPECT_EQ(NextLogFile(files, locale), "/documents/pump_12.csv");
 }
@@ -36,11 +37,11 @@ TEST_F(LogFiles, FilesOfTheNextNumberAndHigherAreInTheWay) {
         "Datalog_x.csv", "Datalog_.csv", "pump_5.csv", "Datalog_5.csv.old"}) {
     files.contents[std::filesystem::path("/program") / name] = "earlier";
   }
-  DataLogIndex = 4;
+  Given(DataLogIndex) = 4;
   EXPECT_EQ(LogFilesInTheWay(files, locale), 2);
   EXPECT_EQ(WarningOfFilesInTheWay(files, locale),
             "Earlier files with this or a higher number, which new ones will replace: 2.");
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   EXPECT_EQ(LogFilesInTheWay(files, locale), 1);
 }
 

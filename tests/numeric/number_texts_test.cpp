@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <limits>
 
 namespace kestrel::analysis {
@@ -27,6 +28,34 @@ TEST(NumberTexts, ABoundIsNeverRoundedDown) {
     EXPECT_GE(DigitsOfBound(bound).bound, bound * (1 - 1e-9)) << bound;
     EXPECT_LE(DigitsOfBound(bound).bound, bound * 1.34) << bound;
   }
+}
+
+TEST(NumberTexts, ANumberToGoOnWithHasADigitMoreThanItsText) {
+  EXPECT_EQ(RoundedByBound(22698.2487, 0.87), (BoundedNumber{22698.25, 0.88}));
+  EXPECT_EQ(RoundedByBound(985.4444, 3.2), (BoundedNumber{985.4, 3.3}));
+  EXPECT_EQ(RoundedByBound(20723.44, 12.4), (BoundedNumber{20723.4, 13}));
+  EXPECT_EQ(RoundedByBound(22698.2, 980), (BoundedNumber{22700, 990}));
+  EXPECT_EQ(RoundedByBound(-0.012345, 0.00031), (BoundedNumber{-0.01235, 0.00032}));
+}
+
+TEST(NumberTexts, TheBoundOfARoundedNumberHoldsWhatTheUnroundedOneHeld) {
+  double value = 1234.56789;
+  for (double bound = 0.00013; bound < 900; bound *= 1.037) {
+    const BoundedNumber rounded = RoundedByBound(value, bound);
+    EXPECT_LE(rounded.value - rounded.bound, (value - bound) * (1 + 1e-12)) << bound;
+    EXPECT_GE(rounded.value + rounded.bound, (value + bound) * (1 - 1e-12)) << bound;
+    EXPECT_LE(rounded.bound, bound * 1.17) << bound;
+    value = value * 1.01 + 0.003;
+  }
+}
+
+TEST(NumberTexts, ANumberWithoutABoundKeepsSixDigits) {
+  EXPECT_EQ(RoundedByBound(49.99999, 0), (BoundedNumber{50, 0}));
+  EXPECT_EQ(RoundedByBound(1.23456789, kInfinity), (BoundedNumber{1.23457, 0}));
+  EXPECT_TRUE(std::isnan(RoundedByBound(kNan, 1).value));
+  EXPECT_EQ(RoundedTo(0.00123456789, 3), 0.00123);
+  EXPECT_EQ(RoundedTo(987654.0, 3), 988000);
+  EXPECT_EQ(RoundedTo(0, 3), 0);
 }
 
 TEST(NumberTexts, ABoundOfNineAndMoreCarriesIntoTheNextDigit) {

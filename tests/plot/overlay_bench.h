@@ -9,6 +9,7 @@
 #include "support/change_record.h"
 #include "support/fake_band_overlay.h"
 #include "support/fake_plot_views.h"
+#include "support/given.h"
 #include "support/register_bench.h"
 #include "support/reset_alarms.h"
 
@@ -35,10 +36,10 @@ class OverlayBench : public RegisterBench {
   }
 
   static void SetBand(int number, Band band, Axis axis = Axis::X, int option = 0) {
-    AlarmBandTable(kFLowField, number, option) = band.fLow;
-    AlarmBandTable(kFHighField, number, option) = band.fHigh;
-    AlarmBandTable(Alarm1Field(axis), number, option) = band.alarm1;
-    AlarmBandTable(Alarm2Field(axis), number, option) = band.alarm2;
+    Given(AlarmBandTable)(kFLowField, number, option) = band.fLow;
+    Given(AlarmBandTable)(kFHighField, number, option) = band.fHigh;
+    Given(AlarmBandTable)(Alarm1Field(axis), number, option) = band.alarm1;
+    Given(AlarmBandTable)(Alarm2Field(axis), number, option) = band.alarm2;
   }
 
   // Six bands 40 bins apart and 20 wide, with levels at 0.1 and 0.3 g.

@@ -1,6 +1,7 @@
 // The sensor's registers written down a second time, row by row.
 // SPDX-License-Identifier: MIT
 #include "regmap/register_table.h"
+#include "support/given.h"
 
 #include <gtest/gtest.h>
 
@@ -146,7 +147,7 @@ TEST_F(RegisterTable, RowsOutsideTheTableAreAnIndexError) {
   for (const std::int16_t at :
        {std::int16_t{-1}, std::int16_t{86}, std::int16_t{32767}, std::int16_t{-32768}}) {
     try {
-      RegName[at] = "never";
+      Given(RegName)[at] = "never";
       ADD_FAILURE() << "row " << at << " was accepted";
     } catch (const RuntimeError& error) {
       EXPECT_STREQ(error.what(), "Subscript out of range");
@@ -176,10 +177,10 @@ TEST_F(RegisterTable, RowVariablesOfTheBestKnownRows) {
 }
 
 TEST_F(RegisterTable, BuildingAgainUndoesChangesOfTheRun) {
-  RegName[row::STATUS] = "STATUS      ";
-  RegSigned[row::X_BUF] = true;
-  row::COMMAND = 5;
-  RegCount = 3;
+  Given(RegName)[row::STATUS] = "STATUS      ";
+  Given(RegSigned)[row::X_BUF] = true;
+  Given(row::COMMAND) = 5;
+  Given(RegCount) = 3;
   BuildRegisterTable();
   EXPECT_EQ(RegName[29], "STATUS");
   EXPECT_FALSE(RegSigned[10]);

@@ -25,6 +25,7 @@
 #include "support/fake_clock.h"
 #include "support/fake_log_view.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"
@@ -79,7 +80,7 @@ class FileFaults : public testing::Test {
     environment_.Set("XDG_DOCUMENTS_DIR", documents_.path().string());
     std::filesystem::current_path(folder_.path());
     files_.SetFolder(folder_.path());
-    InterfaceType = kUsbAdapter;
+    core_.registers.Use(kUsbAdapter);
     InitInterface(core_);
     InitRegisterTable(core_.registers);
     debug_.cmdWriteSpi_Click();
@@ -94,14 +95,14 @@ class FileFaults : public testing::Test {
     const std::string kind = saving.name;
     try {
       if (kind == "DataLog") {
-        DataLogIndex = 1;
+        Given(DataLogIndex) = 1;
         ChangeRecord(core_.record, [mark](Record& record) { record.Of(Axis::X).data(0) = mark; });
         log_.WriteDataFile();
       } else if (kind == "AlarmFile") {
-        AlarmBandTable(0, 1, 0) = mark;
+        Given(AlarmBandTable)(0, 1, 0) = mark;
         alarmFiles_.cmdWriteFile_Click(saving.file);
       } else if (kind == "Configuration") {
-        PortAddress = static_cast<std::int16_t>(mark);
+        Given(PortAddress) = static_cast<std::int16_t>(mark);
         WriteConfigFile(files_);
       } else if (kind == "RegisterList") {
         WriteRegisterLog(files_, locale_, "mark " + std::to_string(mark));

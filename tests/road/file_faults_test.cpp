@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "file_faults_bench.h"
+#include "support/given.h"
 #include "support/killed_child.h"
 
 namespace kestrel {
@@ -101,7 +102,7 @@ INSTANTIATE_TEST_SUITE_P(Modules, SavingFaults, testing::ValuesIn(kSavings),
 TEST_F(FileFaults, ADataLogThatFailsKeepsItsNumber) {
   for (int k = 1; k <= 12; ++k) {
     Empty();
-    DataLogIndex = 1;
+    Given(DataLogIndex) = 1;
     bool failed = false;
     {
       const SystemCallFaults faults(k, {Kind::Fails, EIO});
@@ -154,7 +155,7 @@ TEST_F(FileFaults, ASettingsFileThatCannotBeReadChangesNothing) {
   EXPECT_EQ(Save(kSavings[2], 0x278), "");
   for (const int error : {EACCES, EIO}) {
     for (int k = 1; k <= 5; ++k) {
-      PortAddress = 1;
+      Given(PortAddress) = 1;
       bool read = false;
       {
         const SystemCallFaults faults(k, {Kind::Fails, error});

@@ -16,6 +16,7 @@
 #include "simulator/simulated_hardware.h"
 #include "support/fake_clock.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/memory_files.h"
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
@@ -31,15 +32,15 @@ class Road {
  public:
   explicit Road(std::int16_t interface) : interface_(interface) {
     core.delay.SkipCalibration();
-    Take();
-    PortAddress = 888;
+    ChooseInterface(interface);
+    ChoosePort(888);
     InitInterface(core);
     InitRegisterTable(core.registers);
     EXPECT_TRUE(messages.Texts().empty());
   }
 
   // The program speaks over this road from now on.
-  void Take() const { InterfaceType = interface_; }
+  void Take() { core.registers.Use(interface_); }
 
   std::uint16_t Directly(int frame) {
     return reference.Exchange(static_cast<std::uint16_t>(frame));
@@ -78,7 +79,7 @@ TEST_F(TwoRoads, AnyTransferOfTheAdapterIsWhatTheSensorSees) {
       const int frames = random.Between(1, kFramesPerTransfer);
       std::vector<int> answers;
       for (int n = 1; n <= frames; ++n) {
-        SpiTx(n) = AnyFrame(random);
+        Given(SpiTx)(n) = AnyFrame(random);
         answers.push_back(road.Directly(SpiTx(n)));
       }
       road.core.usb.UsbSpiTransfer(frames);

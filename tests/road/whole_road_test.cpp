@@ -107,6 +107,37 @@ TEST_P(EverySetting, ASineBetweenBinsReadsWithinItsBounds) {
   }
 }
 
+// Wherever a line lies, whatever is told of it holds.
+TEST_P(EverySetting, ASineAnywhereReadsWithinWhatIsToldInEachQuantity) {
+  using analysis::Amplitude;
+  using analysis::Quantity;
+  const auto [option, window, range] = GetParam();
+  const double width = BinWidth(option);
+  int bounded = 0;
+  for (const double bin : {5.43, 6.5, 9.98, 31.26, 77.5, 133.71, 222.04, 249.6}) {
+    const double peakG = 0.6 * kFullScaleG[range];
+    const double hz = bin * width;
+    const double omega = 2 * 3.14159265358979323846 * hz;
+    Road road(SingleTone(hz, peakG), kUsbAdapter);
+    const auto spectrum =
+        analysis::SpectrumOf(road.Capture(kFftMode, option, window, range, 1), Axis::Z);
+    const std::pair<analysis::QuantityChoice, double> wanted[] = {
+        {{Quantity::Acceleration, Amplitude::PeakToPeak}, 2 * peakG},
+        {{Quantity::Velocity, Amplitude::Rms}, 9806.65 * peakG / omega / std::sqrt(2.0)},
+        {{Quantity::Displacement, Amplitude::PeakToPeak}, 2 * 9.80665e6 * peakG / (omega * omega)}};
+    for (const auto& [choice, value] : wanted) {
+      const auto peaks = analysis::PeaksIn(*spectrum, choice, {.atMost = 1});
+      ASSERT_EQ(peaks->size(), 1U) << "bin " << bin;
+      const analysis::QuantityPeak& peak = peaks->front();
+      EXPECT_NEAR(peak.peak.line.hz, hz, peak.peak.line.hzBound) << "bin " << bin;
+      if (!peak.value.bound) continue;
+      ++bounded;
+      EXPECT_NEAR(peak.value.value, value, *peak.value.bound) << "bin " << bin;
+    }
+  }
+  EXPECT_GE(bounded, 18) << "few lines have no bound";
+}
+
 TEST(WholeRoad, ATimeRecordHoldsTheSineItself) {
   const double frequency = 16 * BinWidth(0);
   Road road(SingleTone(frequency, 3.0), kUsbAdapter);

@@ -11,6 +11,7 @@
 #include "device/rec_info.h"
 #include "regmap/register_table.h"
 #include "support/fixed_locale.h"
+#include "support/given.h"
 #include "support/journal.h"
 #include "support/map_driver_service.h"
 #include "support/memory_files.h"
@@ -20,6 +21,7 @@
 #include "support/recording_port.h"
 #include "support/reset_device.h"
 #include "support/scripted_loop.h"
+#include "transport/port_driver.h"
 
 namespace kestrel {
 namespace {
@@ -236,13 +238,13 @@ TEST_F(Start, InterfaceToBeginWithCountsOnlyWithoutConfigFile) {
 }
 
 TEST_F(Start, DefaultsAreSetBeforeTheConfigFileIsRead) {
-  InterfaceType = 2;
-  StopSpiLoop = false;
-  UsbCsPerWord = false;
-  UsbSpiDelay = 4;
-  UsbSpiBits = 1;
-  UsbSpiSetupValue = 1;
-  PortReady = true;
+  Given(InterfaceType) = 2;
+  Given(StopSpiLoop) = false;
+  Given(UsbCsPerWord) = false;
+  Given(UsbSpiDelay) = 4;
+  Given(UsbSpiBits) = 1;
+  Given(UsbSpiSetupValue) = 1;
+  Given(PortReady) = true;
   Config("Port Address = 632\n");
   Run();
   EXPECT_EQ(InterfaceType, 0);

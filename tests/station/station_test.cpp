@@ -7,6 +7,7 @@
 #include "record/capture_data.h"
 #include "station_bench.h"
 #include "support/absent_hardware.h"
+#include "support/given.h"
 #include "support/unused_hardware.h"
 
 namespace kestrel {
@@ -148,7 +149,7 @@ TEST_F(StationTest, BandsGoToTheSensorAndComeBack) {
   table(Alarm1Field(Axis::Y), 3, 2) = 120;
   ASSERT_TRUE(station.Bands().Write(table));
   EXPECT_EQ(told.back().total, 24);
-  AlarmBandTable = {};
+  Given(AlarmBandTable) = {};
   const auto read = station.Bands().Read();
   ASSERT_TRUE(read);
   EXPECT_EQ((*read)(Alarm1Field(Axis::Y), 3, 2), 120);

@@ -12,6 +12,7 @@
 #include "plot/overlay_lines.h"
 #include "plot/overlay_owner.h"
 #include "support/fake_plot_views.h"
+#include "support/given.h"
 #include "support/journal.h"
 
 namespace kestrel {
@@ -74,8 +75,8 @@ class FakeOverlayOwner : public OverlayOwner {
   void TakeDraggedEdges(int band, int fLow, int fHigh) override {
     edges.push_back({band, fLow, fHigh});
     if (keeps) {
-      AlarmBandTable(kFLowField, band, option) = fLow;
-      AlarmBandTable(kFHighField, band, option) = fHigh;
+      Given(AlarmBandTable)(kFLowField, band, option) = fLow;
+      Given(AlarmBandTable)(kFHighField, band, option) = fHigh;
     }
   }
   void TakeDraggedLevel(int band, int alarm, double g) override {

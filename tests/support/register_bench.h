@@ -29,7 +29,7 @@ class RegisterBench : public testing::Test {
   explicit RegisterBench(Reset reset = ResetDevice) : startState_{reset} {
     SetColours();
     core.delay.SkipCalibration();
-    InterfaceType = kUsbAdapter;
+    core.registers.Use(kUsbAdapter);
     core.usb.SelectUsbAdapter();
     InitRegisterTable(core.registers);
     sensor.ClearFrames();

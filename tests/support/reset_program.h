@@ -16,6 +16,7 @@
 #include "logging/data_log.h"
 #include "record/capture_data.h"
 #include "regmap/register_table.h"
+#include "transport/port_driver.h"
 #include "transport/register_access.h"
 #include "transport/usb_adapter.h"
 

@@ -1,9 +1,11 @@
 // A board chosen, set up and remembered.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_choice.h"
+#include "support/given.h"
 
 #include "support/memory_files.h"
 #include "usb_fixture.h"
+#include "usb_registers.h"
 
 namespace kestrel {
 namespace {
@@ -14,23 +16,24 @@ using testing::IsEmpty;
 class AdapterChoice : public UsbTest {
  protected:
   AdapterChoice() {
-    ProductNumber = 31407;
+    Given(ProductNumber) = 31407;
     boards_.boards[0] = {};
     boards_.boards[2] = {.product = 0xEF00};
     usb_.FindAdapters();
     boards_.ClearLog();
-    StopSpiLoop = false;
+    Given(StopSpiLoop) = false;
   }
 
-  bool Choose(int index) { return ChooseAdapter(usb_, files_, index); }
+  bool Choose(int index) { return ChooseAdapter(usb_, registers_.access, files_, index); }
   std::string Config() { return files_.contents[files_.WorkingFolder() / "CommPort.cfg"]; }
 
   MemoryFiles files_;
+  UsbRegisters registers_{usb_};
 };
 
 TEST_F(AdapterChoice, TheRecordIsCopiedAndTheBoardGetsItsSetupThenItsBits) {
-  UsbSpiSetupValue = 7;
-  UsbSpiBits = 9;
+  Given(UsbSpiSetupValue) = 7;
+  Given(UsbSpiBits) = 9;
   EXPECT_TRUE(Choose(2));
   EXPECT_EQ(SelectedAdapter.deviceName, "Ezusb-2");
   EXPECT_EQ(SelectedAdapter.boardType, "MCP");
@@ -47,7 +50,7 @@ TEST_F(AdapterChoice, TheRecordIsCopiedAndTheBoardGetsItsSetupThenItsBits) {
 TEST_F(AdapterChoice, AnotherIndexLeavesNoBoardAndEndsTheLoop) {
   for (const int index : {-1, 4, 255, 1}) {  // 1 is a name without a board
     ASSERT_TRUE(Choose(0));
-    StopSpiLoop = false;
+    Given(StopSpiLoop) = false;
     boards_.ClearLog();
     EXPECT_FALSE(Choose(index)) << index;
     EXPECT_FALSE(UsbPresent);
@@ -63,13 +66,13 @@ TEST_F(AdapterChoice, ABoardThatRefusesASettingIsNotMadeTheInterface) {
     const char* message;
     std::size_t sent;
   };
-  InterfaceType = kParallelPort;
+  registers_.access.Use(kParallelPort);
   for (const Row& row :
        {Row{1, "Error Setting up SPI", 0}, Row{2, "Error Setting up SPI", 1},
         Row{3, "Error Setting SPI Bits", 1}, Row{4, "Error Setting SPI Bits", 2}}) {
     messages_.Clear();
     boards_.ClearLog();
-    StopSpiLoop = false;
+    Given(StopSpiLoop) = false;
     boards_.FailAt(row.failAt);
     EXPECT_FALSE(Choose(0)) << row.failAt;
     EXPECT_THAT(messages_.Texts(), ElementsAre(row.message));
@@ -83,8 +86,8 @@ TEST_F(AdapterChoice, ABoardThatRefusesASettingIsNotMadeTheInterface) {
 
 TEST_F(AdapterChoice, ChoosingAgainPrefersTheBoardThatWasSelected) {
   ASSERT_TRUE(Choose(2));
-  UsbPresent = false;
-  EXPECT_TRUE(ChooseAdapterAgain(usb_, files_));
+  Given(UsbPresent) = false;
+  EXPECT_TRUE(ChooseAdapterAgain(usb_, registers_.access, files_));
   EXPECT_EQ(SelectedAdapterNumber, 2);
   EXPECT_TRUE(UsbPresent);
 }
@@ -93,30 +96,31 @@ TEST_F(AdapterChoice, ChoosingAgainTakesTheFirstBoardWhereThatOneIsGone) {
   ASSERT_TRUE(Choose(2));
   boards_.boards.erase(2);
   boards_.boards[3] = {};
-  EXPECT_TRUE(ChooseAdapterAgain(usb_, files_));
+  EXPECT_TRUE(ChooseAdapterAgain(usb_, registers_.access, files_));
   EXPECT_EQ(SelectedAdapterNumber, 0);
 }
 
 TEST_F(AdapterChoice, ChoosingAgainInVainShowsNothingAndCanBeRepeated) {
   ASSERT_TRUE(Choose(2));
   boards_.boards.clear();
-  EXPECT_FALSE(ChooseAdapterAgain(usb_, files_));
-  EXPECT_FALSE(ChooseAdapterAgain(usb_, files_));
+  EXPECT_FALSE(ChooseAdapterAgain(usb_, registers_.access, files_));
+  EXPECT_FALSE(ChooseAdapterAgain(usb_, registers_.access, files_));
   EXPECT_THAT(messages_.Texts(), IsEmpty());
   EXPECT_FALSE(UsbPresent);
   EXPECT_EQ(InterfaceType, kUsbAdapter);
   boards_.boards[0] = {};
   boards_.boards[2] = {};
-  EXPECT_TRUE(ChooseAdapterAgain(usb_, files_));
+  EXPECT_TRUE(ChooseAdapterAgain(usb_, registers_.access, files_));
   EXPECT_EQ(SelectedAdapter.deviceName, "Ezusb-2") << "the one before the vain searches";
 }
 
 TEST_F(AdapterChoice, ChoosingAgainAfterTheInterfaceFellAwayMakesItUsbAgain) {
   ASSERT_TRUE(Choose(0));
-  UsbPresent = false;
-  InterfaceType = kNoInterface;
-  EXPECT_TRUE(ChooseAdapterAgain(usb_, files_));
+  Given(UsbPresent) = false;
+  registers_.access.Use(kNoInterface);
+  EXPECT_TRUE(ChooseAdapterAgain(usb_, registers_.access, files_));
   EXPECT_EQ(InterfaceType, kUsbAdapter);
+  EXPECT_TRUE(registers_.access.Reachable());
 }
 
 }  // namespace

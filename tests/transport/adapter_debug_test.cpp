@@ -1,6 +1,7 @@
 // Actions of the adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_debug.h"
+#include "support/given.h"
 
 #include "debug_fixture.h"
 #include "numeric/runtime_error.h"
@@ -24,11 +25,11 @@ TEST_F(AdapterDebugLogic, EveryActionAsksForAnAdapterFirst) {
     debug_.txtLoopDelay_KeyDown("5");
     EXPECT_FALSE(debug_.cmdWriteSpi_Click());
   };
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   actions();
   EXPECT_EQ(messages_.Texts(), std::vector<std::string>(4, kNoBoard));
-  UsbPresent = true;
-  SelectedAdapterNumber = -1;
+  Given(UsbPresent) = true;
+  Given(SelectedAdapterNumber) = -1;
   actions();
   EXPECT_EQ(messages_.Texts(), std::vector<std::string>(8, kNoBoard));
   EXPECT_THAT(boards_.Log(), IsEmpty());
@@ -126,8 +127,8 @@ TEST_F(AdapterDebugLogic, RepeatingSendsTheLastFramesWhateverWasTransferredMeanw
   Type({"1C00", "1D00"});
   debug_.cmdWriteSpi_Click();
   Type({"7777"});
-  SpiTx(1) = 0x0A00;
-  SpiTx(2) = 0x0A00;
+  Given(SpiTx)(1) = 0x0A00;
+  Given(SpiTx)(2) = 0x0A00;
   boards_.ClearLog();
   EXPECT_TRUE(debug_.Repeat());
   EXPECT_THAT(boards_.Sent(), ElementsAre("0D 01 02 1C 00 1D 00"));

@@ -1,11 +1,13 @@
 // The transfer loop: ticks, stops, faults between them.
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_loop.h"
+#include "support/given.h"
 
 #include <random>
 
 #include "debug_fixture.h"
 #include "transport/adapter_choice.h"
+#include "usb_registers.h"
 
 namespace kestrel {
 namespace {
@@ -44,6 +46,7 @@ class AdapterLoopLogic : public DebugTest {
     EXPECT_EQ(boards_.Sent().size(), sent) << "a late tick sends nothing";
   }
 
+  UsbRegisters registers_{usb_};
   AdapterLoop loop_{debug_, clock_, messages_, view_};
 };
 
@@ -88,14 +91,14 @@ TEST_F(AdapterLoopLogic, AnAdapterFoundLostStopsItWithoutAMessage) {
 
 TEST_F(AdapterLoopLogic, PresenceThatFallsAnyOtherWayStopsItToo) {
   loop_.cmdLoop_Click();
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   Tick();
   ExpectStopped();
 }
 
 TEST_F(AdapterLoopLogic, ChoosingNoBoardStopsIt) {
   loop_.cmdLoop_Click();
-  ChooseAdapter(usb_, files_, 4);
+  ChooseAdapter(usb_, registers_.access, files_, 4);
   Tick();
   ExpectStopped();
 }
@@ -108,7 +111,7 @@ TEST_F(AdapterLoopLogic, HoweverLongTheWaitTheEndIsNoticedSoon) {
   EXPECT_EQ(boards_.Sent().size(), 1U);
   Tick();
   EXPECT_EQ(boards_.Sent().size(), 2U);
-  StopSpiLoop = true;
+  Given(StopSpiLoop) = true;
   Tick();
   ExpectStopped();
 }
@@ -125,7 +128,7 @@ TEST_F(AdapterLoopLogic, WhileSomethingElseUsesTheSensorTheLoopWaits) {
 TEST_F(AdapterLoopLogic, TheSameFramesGoOutThoughTheBufferServesOthersInBetween) {
   loop_.cmdLoop_Click();
   Type({"7777"});
-  SpiTx(1) = 0x0A00;
+  Given(SpiTx)(1) = 0x0A00;
   Tick();
   EXPECT_THAT(boards_.Sent(), ElementsAre(kBlock, kBlock));
 }
@@ -142,7 +145,7 @@ TEST_F(AdapterLoopLogic, ANewWaitCountsFromTheNextTransferOnceItMakesSense) {
 }
 
 TEST_F(AdapterLoopLogic, WithoutAnAdapterItDoesNotStart) {
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   loop_.cmdLoop_Click();
   EXPECT_THAT(messages_.Texts(), ElementsAre("Please Select a Buffer first"));
   EXPECT_TRUE(StopSpiLoop);
@@ -180,14 +183,14 @@ TEST_F(AdapterLoopLogic, RandomLoopsEndCleanlyHoweverTheyAreStopped) {
   for (int run = 0; run < 300; ++run) {
     boards_.boards[0] = {};
     messages_.Clear();
-    ASSERT_TRUE(ChooseAdapterAgain(usb_, files_));
+    ASSERT_TRUE(ChooseAdapterAgain(usb_, registers_.access, files_));
     boards_.ClearLog();
     view_.wait = std::to_string(1 + choice(300));
     loop_.cmdLoop_Click();
     ASSERT_EQ(view_.caption, "Stop");
     for (int i = choice(30); i > 0; --i) {
       Tick(choice(4) != 0);
-      if (choice(5) == 0) SpiTx(1) = 0x0A00;
+      if (choice(5) == 0) Given(SpiTx)(1) = 0x0A00;
     }
     const int ending = choice(6);
     ++endings[static_cast<std::size_t>(ending)];
@@ -198,7 +201,7 @@ TEST_F(AdapterLoopLogic, RandomLoopsEndCleanlyHoweverTheyAreStopped) {
       boards_.boards.clear();
       EXPECT_TRUE(usb_.FindLost());
     }
-    if (ending == 4) ChooseAdapter(usb_, files_, 9);
+    if (ending == 4) ChooseAdapter(usb_, registers_.access, files_, 9);
     if (ending == 5) loop_.Stop();
     for (int i = 0; i < 4 && view_.tick; ++i) Tick();
     EXPECT_EQ(messages_.Texts().size(), fails ? 1U : 0U) << "run " << run;

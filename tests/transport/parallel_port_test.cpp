@@ -1,6 +1,7 @@
 // Frames over the port, pin by pin.
 // SPDX-License-Identifier: MIT
 #include "transport/parallel_port.h"
+#include "support/given.h"
 
 #include "port_fixture.h"
 
@@ -13,7 +14,7 @@ using testing::IsEmpty;
 class ParallelPortTest : public PortTest {};
 
 TEST_F(ParallelPortTest, FrameGoesOutPinByPin) {
-  LptWord = 99;
+  Given(LptWord) = 99;
   port_.LptShiftOut(0x9C34);
   EXPECT_THAT(pins_.Log(), ElementsAreArray(Pins("4 5 "
                                                  "7 3 1 5  7 7 5 5  7 7 5 5  7 3 1 5 "  // 9
@@ -85,8 +86,8 @@ TEST_F(ParallelPortTest, ResetPutsTheLinesIntoTheirIdleState) {
 
 TEST_F(ParallelPortTest, OtherInterfacesLeaveThePinsAlone) {
   for (const std::int16_t type : {kNoInterface, kUsbAdapter, std::int16_t{7}}) {
-    InterfaceType = type;
-    LptWord = 99;
+    Given(InterfaceType) = type;
+    Given(LptWord) = 99;
     std::int16_t address = 0x19C;
     port_.LptShiftOut(0x9C34);
     EXPECT_EQ(port_.LptReadWord(address), 0);

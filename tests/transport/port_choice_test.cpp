@@ -1,6 +1,7 @@
 // An address typed, the port prepared and remembered.
 // SPDX-License-Identifier: MIT
 #include "transport/port_choice.h"
+#include "support/given.h"
 
 #include <algorithm>
 
@@ -8,6 +9,7 @@
 #include "port_fixture.h"
 #include "support/map_driver_service.h"
 #include "support/memory_files.h"
+#include "support/recording_boards.h"
 #include "support/recording_messages.h"
 
 namespace kestrel {
@@ -23,9 +25,9 @@ class ParallelPortChoice : public PortTest {
  protected:
   ParallelPortChoice() {
     ResetSystemName();
-    InterfaceType = kNoInterface;
-    PortAddress = 0;
-    ProductNumber = 31407;
+    Given(InterfaceType) = kNoInterface;
+    Given(PortAddress) = 0;
+    Given(ProductNumber) = 31407;
     service_.registry[kStart] = "2";
   }
   ~ParallelPortChoice() override { ResetSystemName(); }
@@ -49,7 +51,10 @@ class ParallelPortChoice : public PortTest {
   MapDriverService service_;
   MemoryFiles files_;
   RecordingMessages messages_;
-  PortChoice choice_{service_, pins_, port_, files_, messages_};
+  RecordingBoards boards_;
+  UsbAdapter usb_{boards_, messages_};
+  RegisterAccess registers_{usb_, port_, delay_};
+  PortChoice choice_{service_, pins_, port_, registers_, files_, messages_};
 };
 
 TEST_F(ParallelPortChoice, TakesTheAddressPreparesThePortAndRemembersIt) {
@@ -65,7 +70,7 @@ TEST_F(ParallelPortChoice, TakesTheAddressPreparesThePortAndRemembersIt) {
 }
 
 TEST_F(ParallelPortChoice, APortThatIsReadyIsNotPreparedAgain) {
-  PortReady = true;
+  Given(PortReady) = true;
   EXPECT_TRUE(choice_.cmdOK_Click("278"));
   EXPECT_EQ(PortAddress, 0x278);
   EXPECT_EQ(InterfaceType, kParallelPort);
@@ -81,8 +86,8 @@ TEST_F(ParallelPortChoice, OnlySystemsOfTheNtFamilyNeedTheDriver) {
   };
   for (const Row& row :
        {Row{"Win95", false}, Row{"Win98", false}, Row{"WinNT", true}, Row{"WinXP", true}}) {
-    SystemName = row.name;
-    PortReady = false;
+    Given(SystemName) = row.name;
+    Given(PortReady) = false;
     pins_.ClearLog();
     EXPECT_TRUE(choice_.cmdOK_Click("378"));
     EXPECT_EQ(PortReady, row.prepared) << row.name;
@@ -133,7 +138,7 @@ TEST_F(ParallelPortChoice, ADriverThatCannotBeInstalledAndLibrariesThatAreMissin
 }
 
 TEST_F(ParallelPortChoice, AnAddressAboveTheSignBitKeepsItsDigits) {
-  PortReady = true;
+  Given(PortReady) = true;
   EXPECT_TRUE(choice_.cmdOK_Click("fff8"));
   EXPECT_EQ(PortAddress, -8);
   EXPECT_EQ(PortChoice::AddressText(), "FFF8");

@@ -11,9 +11,11 @@
 
 #include "app/delay.h"
 #include "app/program_state.h"
+#include "support/given.h"
 #include "support/recording_pointer.h"
 #include "support/recording_port.h"
 #include "transport/parallel_port.h"
+#include "transport/port_driver.h"
 
 namespace kestrel {
 
@@ -52,16 +54,18 @@ class PortTest : public testing::Test {
  protected:
   PortTest() {
     ResetProgramState();
+    ResetPortDriver();
     ResetDelayState();
     delay_.SkipCalibration();
-    InterfaceType = kParallelPort;
-    PortAddress = 888;
-    LptWord = 0;
+    Given(InterfaceType) = kParallelPort;
+    Given(PortAddress) = 888;
+    Given(LptWord) = 0;
   }
   ~PortTest() override {
     ResetProgramState();
+    ResetPortDriver();
     ResetDelayState();
-    LptWord = 0;
+    Given(LptWord) = 0;
   }
 
   RecordingPort pins_;

@@ -20,6 +20,7 @@ class RegistersOverPort : public PortTest {
   RegistersOverPort() {
     ResetRegisterAccessState();
     BuildRegisterTable();
+    registers_.Use(kParallelPort);
   }
   ~RegistersOverPort() override {
     EXPECT_THAT(boards_.Log(), IsEmpty());

@@ -3,6 +3,7 @@
 // Registers over the USB adapter, and without any interface.
 
 #include "transport/register_access.h"
+#include "support/given.h"
 
 #include <bit>
 #include <chrono>
@@ -27,7 +28,7 @@ class RegisterAccessTest : public UsbTest {
     Reset();
     delay_.SkipCalibration();
     BuildRegisterTable();
-    InterfaceType = kUsbAdapter;
+    registers_.Use(kUsbAdapter);
   }
   ~RegisterAccessTest() override { Reset(); }
   void SetUp() override { SelectABoard(); }
@@ -87,10 +88,10 @@ TEST_F(RegisterAccessTest, WordsAreDecodedByWidthAndSign) {
 }
 
 TEST_F(RegisterAccessTest, SignIsTakenFromTheTableAtEachRead) {
-  RegSigned[row::X_BUF] = true;
+  Given(RegSigned)[row::X_BUF] = true;
   Read(row::X_BUF, 0xFFFE);
   EXPECT_EQ(RegValue, -2);
-  RegSigned[row::X_BUF] = false;
+  Given(RegSigned)[row::X_BUF] = false;
   Read(row::X_BUF, 0xFFFE);
   EXPECT_EQ(RegValue, 65534);
 }
@@ -121,8 +122,8 @@ TEST_F(RegisterAccessTest, ProductIsRoundedBeforeTheOffsetIsAdded) {
 TEST_F(RegisterAccessTest, UnreadableRowsSendNothingAndGiveZero) {
   for (const std::int16_t row :
        {row::COMMAND, row::SCRATCH_B, std::int16_t{58}, std::int16_t{85}}) {
-    RegValue = 7;
-    RegScaled = 7;
+    Given(RegValue) = 7;
+    Given(RegScaled) = 7;
     registers_.ReadReg(row);
     EXPECT_EQ(RegValue, 0) << row;
     EXPECT_EQ(RegScaled, 0.0F) << row;
@@ -149,8 +150,8 @@ TEST_F(RegisterAccessTest, Bits15And14AreKeptForRowsThatAskForIt) {
   Read(row::STATUS, 0xFFFF);
   EXPECT_EQ(RegBit15, 0);
   EXPECT_EQ(RegBit14, 0);
-  RegKeepBit15[row::STATUS] = true;
-  RegKeepBit14[row::STATUS] = true;
+  Given(RegKeepBit15)[row::STATUS] = true;
+  Given(RegKeepBit14)[row::STATUS] = true;
   Read(row::STATUS, 0xC123);
   EXPECT_EQ(RegBit15, 0x8000);
   EXPECT_EQ(RegBit14, 0x4000);
@@ -194,13 +195,13 @@ TEST_F(RegisterAccessTest, WritesHaveTheByteOrderTheRowNeeds) {
 
 TEST_F(RegisterAccessTest, EveryTransferUsesTheShortestDelayCode) {
   boards_.answers = {{0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}};
-  UsbSpiDelay = 4;
+  Given(UsbSpiDelay) = 4;
   registers_.WriteReg(row::COMMAND, 1);
   EXPECT_EQ(UsbSpiDelay, 1);
-  UsbSpiDelay = 4;
+  Given(UsbSpiDelay) = 4;
   registers_.WriteReg(row::STATUS, 1);
   EXPECT_EQ(UsbSpiDelay, 1);
-  UsbSpiDelay = 4;
+  Given(UsbSpiDelay) = 4;
   registers_.ReadReg(row::STATUS);
   EXPECT_EQ(UsbSpiDelay, 1);
 }
@@ -238,7 +239,7 @@ TEST_F(RegisterAccessTest, ByteOperationsThemselvesDoNotWait) {
 }
 
 TEST_F(RegisterAccessTest, TableRowsKeepTheirAddresses) {
-  RegAddr[row::STATUS] = 0xBC;
+  Given(RegAddr)[row::STATUS] = 0xBC;
   Read(row::STATUS, 1);
   EXPECT_EQ(RegAddr[row::STATUS], 0xBC);
   EXPECT_THAT(boards_.Sent(), ElementsAre("0D 01 02 3C 00 3C 00"));
@@ -257,10 +258,10 @@ TEST_F(RegisterAccessTest, ReadThatFailsGivesTheEarlierAnswer) {
 
 TEST_F(RegisterAccessTest, WithoutInterfaceReadsGiveZeroAndWritesOnlyWait) {
   for (const std::int16_t type : {kNoInterface, std::int16_t{7}}) {
-    InterfaceType = type;
+    registers_.Use(type);
     clock_.ClearWaits();
-    RegValue = 7;
-    LptWord = 7;
+    Given(RegValue) = 7;
+    Given(LptWord) = 7;
     EXPECT_FALSE(registers_.Reachable());
     registers_.ReadReg(row::TEMP_OUT);
     EXPECT_EQ(RegValue, 0);
@@ -275,9 +276,9 @@ TEST_F(RegisterAccessTest, WithoutInterfaceReadsGiveZeroAndWritesOnlyWait) {
 }
 
 TEST_F(RegisterAccessTest, ResetRestoresEveryName) {
-  RegValue = RegBit15 = RegBit14 = LptWord = 1;
-  RegScaled = 1;
-  RegLowByte = RegHighByte = 1;
+  Given(RegValue) = Given(RegBit15) = Given(RegBit14) = Given(LptWord) = 1;
+  Given(RegScaled) = 1;
+  Given(RegLowByte) = Given(RegHighByte) = 1;
   ResetRegisterAccessState();
   EXPECT_EQ(RegValue, 0);
   EXPECT_EQ(RegScaled, 0.0F);

@@ -3,6 +3,7 @@
 // Command blocks and their answers.
 
 #include "numeric/runtime_error.h"
+#include "support/given.h"
 #include "usb_fixture.h"
 
 namespace kestrel {
@@ -19,8 +20,8 @@ class UsbAdapterTest : public UsbTest {
 };
 
 TEST_F(UsbAdapterTest, TwoFramesInOneTransfer) {
-  SpiTx(1) = 0x1C00;
-  SpiTx(2) = 0x1C00;
+  Given(SpiTx)(1) = 0x1C00;
+  Given(SpiTx)(2) = 0x1C00;
   boards_.answers = {{0x12, 0x34, 0xFF, 0xFE}};
   usb_.UsbSpiTransfer(2);
   EXPECT_THAT(boards_.Log(), ElementsAre(kOpen, "send 0D 01 02 1C 00 1C 00", "receive 4", "close"));
@@ -33,7 +34,7 @@ TEST_F(UsbAdapterTest, SixteenFramesAreTheMost) {
   std::string block = "0D 01 10";
   std::vector<std::uint8_t> answer;
   for (int i = 1; i <= 16; ++i) {
-    SpiTx(i) = i * 256 + 15 * i;
+    Given(SpiTx)(i) = i * 256 + 15 * i;
     char frame[8];
     std::snprintf(frame, sizeof frame, " %02X %02X", static_cast<unsigned>(i),
                   static_cast<unsigned>(15 * i));
@@ -50,16 +51,16 @@ TEST_F(UsbAdapterTest, SixteenFramesAreTheMost) {
 TEST_F(UsbAdapterTest, OtherNumbersOfFramesAreRefused) {
   for (const int n : {0, -1, 17}) {
     EXPECT_THROW(usb_.UsbSpiTransfer(n), RuntimeError) << n;
-    EXPECT_THROW(SpiTx(n) = 1, RuntimeError) << n;
+    EXPECT_THROW(Given(SpiTx)(n) = 1, RuntimeError) << n;
   }
   EXPECT_THAT(boards_.Log(), IsEmpty());
 }
 
 TEST_F(UsbAdapterTest, CommandTellsWhetherChipSelectFallsPerWord) {
   boards_.answers = {{0, 0}, {0, 0}};
-  UsbCsPerWord = false;
+  Given(UsbCsPerWord) = false;
   usb_.UsbSpiTransfer(1);
-  UsbCsPerWord = true;
+  Given(UsbCsPerWord) = true;
   usb_.UsbSpiTransfer(1);
   EXPECT_THAT(boards_.Sent(), ElementsAre("0E 01 01 00 00", "0D 01 01 00 00"));
 }
@@ -76,7 +77,7 @@ TEST_F(UsbAdapterTest, DelayCodeIsKeptFrom1To5) {
         Row{255, 5, "0D 05 01 00 00"}}) {
     boards_.ClearLog();
     boards_.answers = {{0, 0}};
-    UsbSpiDelay = row.asked;
+    Given(UsbSpiDelay) = row.asked;
     usb_.UsbSpiTransfer(1);
     EXPECT_EQ(UsbSpiDelay, row.used) << int{row.asked};
     EXPECT_THAT(boards_.Sent(), ElementsAre(row.block)) << int{row.asked};
@@ -87,7 +88,7 @@ TEST_F(UsbAdapterTest, EveryHighByteUpTo254IsSentAsItIs) {
   for (int high = 0; high <= 254; ++high) {
     boards_.ClearLog();
     boards_.answers = {{0, 0}};
-    SpiTx(1) = high * 256 + 0xA5;
+    Given(SpiTx)(1) = high * 256 + 0xA5;
     usb_.UsbSpiTransfer(1);
     char block[20];
     std::snprintf(block, sizeof block, "0D 01 01 %02X A5", static_cast<unsigned>(high));
@@ -96,8 +97,8 @@ TEST_F(UsbAdapterTest, EveryHighByteUpTo254IsSentAsItIs) {
 }
 
 TEST_F(UsbAdapterTest, HighByte255Overflows) {
-  SpiTx(1) = 0x1C00;
-  SpiTx(2) = 0xFF00;
+  Given(SpiTx)(1) = 0x1C00;
+  Given(SpiTx)(2) = 0xFF00;
   try {
     usb_.UsbSpiTransfer(2);
     FAIL() << "was sent";
@@ -110,10 +111,10 @@ TEST_F(UsbAdapterTest, HighByte255Overflows) {
 }
 
 TEST_F(UsbAdapterTest, NothingIsSentWithoutABoard) {
-  UsbPresent = false;
-  SpiRx(1) = 77;
-  UsbSpiDelay = 9;
-  UsbSpiBits = 120;
+  Given(UsbPresent) = false;
+  Given(SpiRx)(1) = 77;
+  Given(UsbSpiDelay) = 9;
+  Given(UsbSpiBits) = 120;
   usb_.UsbSpiTransfer(1);
   usb_.UsbSetupSpi(3);
   usb_.UsbSetSpiBits(4);
@@ -174,11 +175,11 @@ TEST_F(UsbAdapterTest, BulkTransferThatFailsIsNotRepeated) {
 }
 
 TEST_F(UsbAdapterTest, ResetRestoresEveryName) {
-  SpiTx(1) = 1;
-  SpiTx(16) = 1;
-  SpiRx(1) = 1;
-  SpiRx(16) = 1;
-  SpiWordCount = 4;
+  Given(SpiTx)(1) = 1;
+  Given(SpiTx)(16) = 1;
+  Given(SpiRx)(1) = 1;
+  Given(SpiRx)(16) = 1;
+  Given(SpiWordCount) = 4;
   ResetAdapterState();
   for (int i = 1; i <= 16; ++i) {
     EXPECT_EQ(SpiTx(i), 0);

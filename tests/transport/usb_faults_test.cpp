@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "support/given.h"
 #include "usb_fixture.h"
 
 namespace kestrel {
@@ -17,7 +18,7 @@ class UsbFaults : public UsbTest {
   void SetUp() override { SelectABoard(); }
 
   void TransferOneFrame() {
-    SpiTx(1) = 0x1C00;
+    Given(SpiTx)(1) = 0x1C00;
     boards_.answers = {{0x55, 0xAA}};
     usb_.UsbSpiTransfer(1);
   }
@@ -40,7 +41,7 @@ TEST_F(UsbFaults, BoardThatDoesNotOpenForATransfer) {
 
 TEST_F(UsbFaults, BlockThatIsNotAccepted) {
   boards_.FailAt(2);
-  SpiRx(1) = 77;
+  Given(SpiRx)(1) = 77;
   TransferOneFrame();
   ExpectLost("Error Writing SPI");
   EXPECT_THAT(boards_.Log(),
@@ -56,7 +57,7 @@ TEST_F(UsbFaults, BlockThatIsAcceptedInPart) {
 
 TEST_F(UsbFaults, AnswersThatDoNotCome) {
   boards_.FailAt(3);
-  SpiRx(1) = 77;
+  Given(SpiRx)(1) = 77;
   TransferOneFrame();
   ExpectLost("Error Reading SPI");
   EXPECT_THAT(boards_.Log(), ElementsAre("open \\\\.\\Ezusb-0 40000000 2 3", "send 0D 01 01 1C 00",
@@ -66,7 +67,7 @@ TEST_F(UsbFaults, AnswersThatDoNotCome) {
 
 TEST_F(UsbFaults, AnswersThatComeShort) {
   boards_.ShortAt(3);
-  SpiRx(1) = 77;
+  Given(SpiRx)(1) = 77;
   TransferOneFrame();
   ExpectLost("Error Reading SPI");
   EXPECT_EQ(SpiRx(1), 77);
@@ -83,13 +84,13 @@ TEST_F(UsbFaults, SettingsThatAreNotAccepted) {
     for (const int k : {1, 2}) {
       SCOPED_TRACE(std::string(row.message) + " " + std::to_string(k));
       messages_.Clear();
-      UsbPresent = true;
+      Given(UsbPresent) = true;
       boards_.FailAt(k);
       row.operation();
       ExpectLost(row.message);
     }
     messages_.Clear();
-    UsbPresent = true;
+    Given(UsbPresent) = true;
     boards_.ShortAt(2);
     row.operation();
     ExpectLost(row.message);

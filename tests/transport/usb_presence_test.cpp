@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Reading the board's settings, and noticing that it is gone.
 
+#include "support/given.h"
 #include "usb_fixture.h"
 
 namespace kestrel {
@@ -16,7 +17,7 @@ class UsbPresence : public UsbTest {
  protected:
   void SetUp() override {
     SelectABoard();
-    StopSpiLoop = false;
+    Given(StopSpiLoop) = false;
   }
 };
 
@@ -36,8 +37,8 @@ TEST_F(UsbPresence, SettingsThatCannotBeReadLoseTheBoardWithOneMessage) {
   for (const Row& row :
        {Row{1, "Error Writing SPI"}, Row{2, "Error Writing SPI"}, Row{3, "Error Reading SPI"}}) {
     messages_.Clear();
-    UsbPresent = true;
-    StopSpiLoop = false;
+    Given(UsbPresent) = true;
+    Given(StopSpiLoop) = false;
     boards_.FailAt(row.failAt);
     EXPECT_FALSE(usb_.UsbReadSettings().has_value());
     EXPECT_THAT(messages_.Texts(), ElementsAre(row.message)) << row.failAt;
@@ -78,8 +79,8 @@ TEST_F(UsbPresence, EveryFailedRequestEndsTheLoop) {
   boards_.FailAt(1);
   usb_.UsbSpiTransfer(1);
   EXPECT_TRUE(StopSpiLoop);
-  UsbPresent = true;
-  StopSpiLoop = false;
+  Given(UsbPresent) = true;
+  Given(StopSpiLoop) = false;
   boards_.FailAt(1);
   usb_.UsbSetSpiBits(1);
   EXPECT_TRUE(StopSpiLoop);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Finding, recognising and selecting a board.
 
+#include "support/given.h"
 #include "usb_fixture.h"
 
 namespace kestrel {
@@ -27,8 +28,8 @@ TEST_F(UsbSearch, OpeningThatFailsGivesAValueBelowOne) {
 }
 
 TEST_F(UsbSearch, NoBoardAtAll) {
-  SelectedAdapterNumber = 3;
-  UsbPresent = true;
+  Given(SelectedAdapterNumber) = 3;
+  Given(UsbPresent) = true;
   usb_.SelectUsbAdapter();
   EXPECT_THAT(boards_.Log(),
               ElementsAre("open \\\\.\\Ezusb-0 40000000 2 3", "open \\\\.\\Ezusb-1 40000000 2 3",

@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "support/fake_band_overlay.h"
+#include "support/given.h"
 #include "ui/main/frm1.h"
 #include "ui/plot/band_lines.h"
 #include "ui/rendering.h"
@@ -30,10 +31,10 @@ class OverlayWindowBench : public WindowBench {
     ChooseShortCaptures();
     Press("cmdStart");
     for (int band = 1; band <= 6; ++band) {
-      AlarmBandTable(kFLowField, band, 0) = 40 * band - 30;
-      AlarmBandTable(kFHighField, band, 0) = 40 * band - 10;
-      AlarmBandTable(Alarm1Field(Axis::X), band, 0) = 168;
-      AlarmBandTable(Alarm2Field(Axis::X), band, 0) = 503;
+      Given(AlarmBandTable)(kFLowField, band, 0) = 40 * band - 30;
+      Given(AlarmBandTable)(kFHighField, band, 0) = 40 * band - 10;
+      Given(AlarmBandTable)(Alarm1Field(Axis::X), band, 0) = 168;
+      Given(AlarmBandTable)(Alarm2Field(Axis::X), band, 0) = 503;
     }
     owner_.keeps = true;
     Window().Overlay().SetOwner(&owner_);

@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "record/capture_data.h"
+#include "support/given.h"
 #include "ui/random_use_bench.h"
 
 namespace kestrel {
@@ -241,8 +242,8 @@ class Session : public RandomUseBench {
     usb_.Mend();
     hardware_.Adapter().Unplug(0);
     hardware_.Adapter().Replug(0);
-    InterfaceType = kUsbAdapter;
-    UsbPresent = false;
+    core_.registers.Use(kUsbAdapter);
+    Given(UsbPresent) = false;
     Settle();
     Press("cmdReadBuffer");  // finds the adapter again
     Choose("cbxRecMode", 0);

@@ -11,6 +11,7 @@
 #include "alarms/alarm_file.h"
 #include "alarms/band_table.h"
 #include "record/capture_data.h"
+#include "support/given.h"
 #include "ui/all_windows_bench.h"
 #include "ui/main/adapter_watcher.h"
 
@@ -98,8 +99,8 @@ class FaultBench : public AllWindowsBench {
     CloseWindows();
     hardware_.Adapter().Unplug(0);
     hardware_.Adapter().Replug(0);
-    UsbPresent = false;
-    InterfaceType = kUsbAdapter;
+    Given(UsbPresent) = false;
+    core_.registers.Use(kUsbAdapter);
     Find<QPushButton>("cmdLostRetry").click();
     ASSERT_TRUE(core_.registers.Reachable());
     operation.open(*this);

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "regmap/register_table.h"
+#include "support/given.h"
 #include "ui/window_faults_bench.h"
 
 namespace kestrel {
@@ -93,7 +94,7 @@ inline Operations ReadoutOperations() {
 // What looks for the board itself.
 inline Operations SearchOperations() {
   const auto lose = [](Bench& bench) {
-    UsbPresent = false;
+    Given(UsbPresent) = false;
     bench.Press("CmdReadStatus");
   };
   const auto nothing = [](Bench&) {};

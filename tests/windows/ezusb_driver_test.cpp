@@ -128,7 +128,7 @@ TEST(EzusbDriverTest, AWholeRoadToARegister) {
   UnusedPort port;
   ParallelPort parallel(port, delay);
   RegisterAccess registers(usb, parallel, delay);
-  InterfaceType = kUsbAdapter;
+  registers.Use(kUsbAdapter);
   BuildRegisterTable();
   registers.ReadReg(row::PROD_ID);
   EXPECT_EQ(RegValue, 31407);

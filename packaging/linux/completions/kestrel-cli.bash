@@ -16,6 +16,8 @@ _kestrel_cli() {
     --range) words="1 5 20 70" ;;
     --option) words="0 1 2 3" ;;
     --window) words="rectangular hanning flattop" ;;
+    --quantity) words="g velocity displacement density" ;;
+    --amplitude) words="peak rms pp" ;;
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
     --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
@@ -23,13 +25,13 @@ _kestrel_cli() {
     *)
       case $command:$action in
         :) words="$global $commands" ;;
-        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --help" ;;
+        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --peaks --levels --quantity --amplitude --help" ;;
         registers:) words="list read write dump" ;;
         registers:dump) words="--out" ;;
         bands:) words="read write clear load save" ;;
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
-        record:) words="--time --data --help" ;;
+        record:) words="--time --data --peaks --levels --quantity --amplitude --help" ;;
         status:) words="--clear --help" ;;
       esac ;;
   esac

@@ -36,7 +36,7 @@ frmAlarmSpectrum::frmAlarmSpectrum(Core& core, HandlerEdge& edge, OverlayControl
     : SecondaryWindow("frmAlarmSpectrum", tr("Alarm spectrum"), edge, parent, kOffsetTwips),
       core_(core),
       overlay_(overlay),
-      edits_(AlarmBandTable),
+      edits_(ChangeableBands()),
       transfer_(core.registers, core.delay, core.seams.loop, core.seams.messages, *this),
       files_(core.seams.files, core.seams.loop, core.seams.messages, *this),
       model_(AlarmBandTable,

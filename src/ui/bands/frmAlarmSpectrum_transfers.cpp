@@ -106,7 +106,7 @@ bool frmAlarmSpectrum::ReadAround(const BandTable& entered) {
   whole_ = whole_ || read;
   const auto kept = ChangedPlaces(opened_.value_or(AlarmBandTable), entered);
   for (const BandPlace& place : kept) {
-    AlarmBandTable(place.field, place.band, place.option) = ValueAt(entered, place);
+    ChangeableBands()(place.field, place.band, place.option) = ValueAt(entered, place);
   }
   KeepStep("what was entered before the reading");
   AddToMessage(tr("Values entered before that were kept: %1.").arg(kept.size()));

@@ -277,7 +277,7 @@ void frm1::SetCommInterfaceIndicators() {
 }
 
 void frm1::SetProductNumber(std::int16_t product) {
-  ProductNumber = product;
+  ChooseProduct(product);
   conditions_->lblProduct->setText(QString::number(product));
   menu_->mnu31407->setChecked(product == kProduct31407);
   desk_.settings.ReadMainFormRegisters();
@@ -288,7 +288,7 @@ void frm1::mnuSimulated_Click() {
   simulator_.connect();
   menu_->mnuUnplug->setChecked(false);
   windows_.ForgetSensor();
-  InterfaceType = kUsbAdapter;
+  core_.registers.Use(kUsbAdapter);
   WriteConfigFile(core_.seams.files);
   InitInterface(core_);
   desk_.settings.ReadMainFormRegisters();

@@ -25,7 +25,7 @@ bool LogNotice::SwitchedOn() {
         ". Going on behind them keeps them" +
         (free ? ": the next number is then " + std::to_string(*free) + "."
               : ", but there is no number left for that."));
-    if (wish == EarlierFiles::GoOn && free) DataLogIndex = *free;
+    if (wish == EarlierFiles::GoOn && free) NumberDataLog(*free);
     if (wish == EarlierFiles::Replace) replaced_ = DataLogName;
     otherName = wish == EarlierFiles::OtherName || (wish == EarlierFiles::GoOn && !free);
   }

@@ -61,7 +61,7 @@ void LostNotice::Refresh() {
 }
 
 void LostNotice::TryAgain() {
-  if (ChooseAdapterAgain(core_.usb, core_.seams.files)) {
+  if (ChooseAdapterAgain(core_.usb, core_.registers, core_.seams.files)) {
     emit InterfaceChosen();
     return;
   }

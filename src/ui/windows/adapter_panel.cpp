@@ -116,7 +116,7 @@ void AdapterPanel::cmdFindEzUsb_Click() {
 }
 
 void AdapterPanel::optUsbPort_Click(int index) {
-  if (ChooseAdapter(core_.usb, core_.seams.files, index)) emit InterfaceChosen();
+  if (ChooseAdapter(core_.usb, core_.registers, core_.seams.files, index)) emit InterfaceChosen();
 }
 
 }  // namespace kestrel

@@ -18,8 +18,8 @@ constexpr const char* kUsualAddresses = "378 on most computers; 278 or 3BC on ot
 
 frmPort::frmPort(Core& core, HandlerEdge& edge, QWidget* parent)
     : SecondaryWindow("frmPort", tr("Parallel port"), edge, parent, {3000, 3000}),
-      choice_(core.seams.driverService, core.seams.port, core.port, core.seams.files,
-              core.seams.messages),
+      choice_(core.seams.driverService, core.seams.port, core.port, core.registers,
+              core.seams.files, core.seams.messages),
       txtUser_(new QLineEdit),
       lblHint_(MakeLabel("lblHint", tr(kUsualAddresses))) {
   txtUser_->setObjectName("txtUser");

@@ -1,6 +1,7 @@
 // The grid of the bands: keys, marks, edits, pasting.
 // SPDX-License-Identifier: MIT
 #include "ui/bands/band_grid.h"
+#include "support/given.h"
 
 #include <QToolTip>
 
@@ -201,7 +202,7 @@ TEST_F(BandGridTest, ABlockGoesToTheClipboardAndBack) {
 
 TEST_F(BandGridTest, ThresholdsSurviveTheWayThroughTheClipboardInTheUsersDecimalMark) {
   locale_.decimalMark = ',';
-  AlarmBandTable(Alarm1Field(Axis::X), 1, 0) = 12345;
+  Given(AlarmBandTable)(Alarm1Field(Axis::X), 1, 0) = 12345;
   editor_->Refresh();
   Select({{1, kAlarm1X}, {1, kAlarm1X}});
   Key(Qt::Key_C, Qt::ControlModifier);
@@ -291,7 +292,7 @@ class BandGridMarks : public BandGridTest {
     return inked;
   }
   void Put(int field, int value) {
-    AlarmBandTable(field, 1, 0) = value;
+    Given(AlarmBandTable)(field, 1, 0) = value;
     editor_->Refresh();
   }
 };
@@ -300,7 +301,7 @@ TEST_F(BandGridMarks, EveryMarkIsSeenWithoutColours) {
   const QPalette light = QApplication::palette();
   for (const QPalette& theme : {light, DarkPalette()}) {
     QApplication::setPalette(theme);
-    AlarmBandTable = {};
+    Given(AlarmBandTable) = {};
     editor_->Refresh();
     const QRectF all(0, 0, 1, 1);
     const QRectF left(0, 0, 0.15, 1);
@@ -318,7 +319,7 @@ TEST_F(BandGridMarks, EveryMarkIsSeenWithoutColours) {
 }
 
 TEST_F(BandGridTest, WithoutARangeThresholdsShowADashAndRefuseEditsWithTheReason) {
-  gRecCtrl = std::make_unique<cRecCtrl>(core_.registers);
+  MakeRecCtrl(core_.registers);
   editor_->Refresh();
   EXPECT_EQ(Shown(1, kAlarm1X), "-");
   EXPECT_EQ(Get<QLabel>("lblRange").text(), "Range not known");

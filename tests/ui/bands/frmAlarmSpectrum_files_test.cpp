@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "alarms/alarm_file.h"
+#include "support/given.h"
 #include "ui/bands/alarm_editor_bench.h"
 
 namespace kestrel {
@@ -107,7 +108,7 @@ TEST_F(FrmAlarmSpectrum, AFileIsReadToItsEndWhateverIsDoneMeanwhile) {
       [this] { editor_->close(); }, [this] { Get<QPushButton>("cmdReadAll").click(); },
       [this] { Get<QPushButton>("cmdWriteFile").click(); }, [this] { ShowOption(1); }};
   for (const auto& deed : deeds) {
-    AlarmBandTable = {};
+    Given(AlarmBandTable) = {};
     Open();
     ChooseFile(kProposed);
     files_.contents[kProposedFile] = AlarmFileText(table);

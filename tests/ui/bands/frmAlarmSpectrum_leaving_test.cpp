@@ -1,6 +1,7 @@
 // A cell that is being typed in is taken, whichever way the user leaves it.
 // SPDX-License-Identifier: MIT
 #include "alarms/alarm_file.h"
+#include "support/given.h"
 #include "ui/bands/alarm_editor_bench.h"
 
 namespace kestrel {
@@ -85,7 +86,7 @@ TEST_F(LeavingACell, UndoByItsLetterTakesBackTheTypedValue) {
 TEST_F(LeavingACell, APressWithoutTheFocusTakesItToo) {
   for (const char* button : {"cmdWriteFile", "cmdUseName", "cmdClose"}) {
     SCOPED_TRACE(button);
-    AlarmBandTable = {};
+    Given(AlarmBandTable) = {};
     OpenAndType();
     ChooseFile(kProposed);
     Get<QPushButton>(button).click();

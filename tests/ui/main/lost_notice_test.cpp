@@ -3,6 +3,7 @@
 // The adapter in use is unplugged and comes back.
 
 #include "ui/main/lost_notice.h"
+#include "support/given.h"
 
 #include <QSignalSpy>
 
@@ -19,7 +20,7 @@ using Words = std::vector<std::string>;
 class LostAdapter : public WindowBench {
  protected:
   LostAdapter() {
-    InterfaceType = kUsbAdapter;
+    core_.registers.Use(kUsbAdapter);
     InitInterface(core_);
     QObject::connect(&watcher_, &AdapterWatcher::Lost, &notice_, &LostNotice::Refresh);
   }
@@ -77,7 +78,7 @@ TEST_F(LostAdapter, TheWatchRestsWhileAHandlerRuns) {
 }
 
 TEST_F(LostAdapter, TheWatchIsForUsbOnly) {
-  InterfaceType = kParallelPort;
+  core_.registers.Use(kParallelPort);
   hardware_.Adapter().Unplug(0);
   watcher_.Look();
   EXPECT_TRUE(UsbPresent);
@@ -159,8 +160,8 @@ TEST_F(LostAdapter, SelectingIsAskedForByTheButton) {
 }
 
 TEST_F(LostAdapter, NoInterfaceFromTheStartIsNoLoss) {
-  InterfaceType = kNoInterface;
-  UsbPresent = false;
+  core_.registers.Use(kNoInterface);
+  Given(UsbPresent) = false;
   notice_.Refresh();
   EXPECT_TRUE(notice_.isHidden());
 }

@@ -1,6 +1,7 @@
 // The alarm control window over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmALM_CTRL.h"
+#include "support/given.h"
 
 #include <QAbstractItemView>
 
@@ -250,12 +251,12 @@ TEST_F(FrmAlmCtrl, UnpluggedAtAnyRequestOfAnEditTheWindowShowsWhatItShowed) {
     EXPECT_EQ(messages.Texts().size(), 1U) << "one message is enough";
     EXPECT_TRUE(Checked("opTemperature"));
     sensor.PlugInAgain();
-    UsbPresent = true;
+    Given(UsbPresent) = true;
   }
 }
 
 TEST_F(FrmAlmCtrl, WithoutAnInterfaceItStaysEmptyAndSaysSo) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   Open();
   EXPECT_EQ(Text("lblHexWord"), "");
   EXPECT_EQ(Find<QComboBox>("cbxResponseDelay").currentIndex(), -1);

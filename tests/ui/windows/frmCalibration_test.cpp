@@ -1,6 +1,7 @@
 // The calibration window over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmCalibration.h"
+#include "support/given.h"
 
 #include "ui/windows/sensor_window_bench.h"
 
@@ -192,7 +193,7 @@ TEST_F(FrmCalibration, UnpluggedAtAnyRequestTheWindowShowsWhatItShowed) {
     EXPECT_EQ(BoxText("txtAUX1null"), "0.0143");
     EXPECT_FALSE(Text("lblNote").isEmpty());
     sensor.PlugInAgain();
-    UsbPresent = true;
+    Given(UsbPresent) = true;
     sensor.Set(address::kXNull, 1);
   };
   for (int request = 1; request <= 12; ++request) lose("cmdWriteX", request);
@@ -203,7 +204,7 @@ TEST_F(FrmCalibration, UnpluggedAtAnyRequestTheWindowShowsWhatItShowed) {
 }
 
 TEST_F(FrmCalibration, WithoutAnInterfaceItStaysEmpty) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   Open();
   for (const Row& row : kRows) {
     EXPECT_EQ(Text(row.word), "");

@@ -1,6 +1,7 @@
 // The window of the digital lines over a scripted sensor.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmDIOGPIO.h"
+#include "support/given.h"
 
 #include "ui/windows/sensor_window_bench.h"
 
@@ -218,13 +219,13 @@ TEST_F(FrmDioGpio, UnpluggedAtAnyRequestOfAChoiceTheWindowShowsWhatItShowed) {
       EXPECT_EQ(Text("lblGpioWord"), "100");
       EXPECT_FALSE(Text("lblNote").isEmpty());
       sensor.PlugInAgain();
-      UsbPresent = true;
+      Given(UsbPresent) = true;
     }
   }
 }
 
 TEST_F(FrmDioGpio, WithoutAnInterfaceNothingIsSelected) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   Open();
   for (const auto* option : window_->findChildren<QRadioButton*>()) {
     EXPECT_FALSE(option->isChecked()) << option->objectName().toStdString();

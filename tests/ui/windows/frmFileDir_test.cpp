@@ -1,6 +1,7 @@
 // The settings of the data log, by their window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmFileDir.h"
+#include "support/given.h"
 
 #include <QPointer>
 
@@ -40,9 +41,9 @@ TEST_F(FrmFileDir, LoadsWithTheStartSettings) {
 }
 
 TEST_F(FrmFileDir, LoadsWithTheSettingsThatHold) {
-  DataLogName = "pump 7";
-  DataLogIndex = 32767;
-  DataFormatLSB = true;
+  Given(DataLogName) = "pump 7";
+  Given(DataLogIndex) = 32767;
+  Given(DataFormatLSB) = true;
   locale_.decimalMark = ',';
   files_.readOnly.insert("/program");
   Open();
@@ -69,7 +70,7 @@ TEST_F(FrmFileDir, OkKeepsTheSettingsAndUnloadsTheWindow) {
 }
 
 TEST_F(FrmFileDir, AnEmptyNameIsRefusedAndTheWindowStays) {
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   const auto window = Open();
   TypeName("");
   Press("cmdOK");
@@ -100,7 +101,7 @@ TEST_F(FrmFileDir, CancelEscapeAndTheCloseButtonTakeTheChangesBack) {
   const Way ways[] = {[this](frmFileDir&) { Press("cmdCancel"); },
                       [](frmFileDir& window) { QTest::keyClick(&window, Qt::Key_Escape); },
                       [](frmFileDir& window) { window.close(); }};
-  DataLogName = "pump";
+  Given(DataLogName) = "pump";
   for (const Way& leave : ways) {
     const auto window = Open();
     TypeName("fan");
@@ -116,7 +117,7 @@ TEST_F(FrmFileDir, CancelEscapeAndTheCloseButtonTakeTheChangesBack) {
 }
 
 TEST_F(FrmFileDir, TheIndexIsResetAndShown) {
-  DataLogIndex = 9;
+  Given(DataLogIndex) = 9;
   Open();
   Press("cmdReSetFileIndex");
   EXPECT_EQ(DataLogIndex, 1);
@@ -148,7 +149,7 @@ TEST_F(FrmFileDir, CapturesFollowTheSettings) {
 TEST_F(FrmFileDir, AFullSeriesIsToldAndResettingTheIndexLetsItGoOn) {
   Start();
   Find<QCheckBox>("ckDataLog").click();
-  DataLogIndex = 32767;
+  Given(DataLogIndex) = 32767;
   for (int i = 0; i < 2; ++i) {
     messages_.Clear();
     Press("cmdReadBuffer");
@@ -166,7 +167,7 @@ TEST_F(FrmFileDir, AFullSeriesIsToldAndResettingTheIndexLetsItGoOn) {
 }
 
 TEST_F(FrmFileDir, CancelTakesAResetBackSoThatNoFileIsReplaced) {
-  DataLogIndex = 9;
+  Given(DataLogIndex) = 9;
   Open();
   Press("cmdReSetFileIndex");
   Press("cmdCancel");

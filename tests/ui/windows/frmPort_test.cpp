@@ -1,6 +1,7 @@
 // The window of the parallel port's address.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmPort.h"
+#include "support/given.h"
 
 #include <QSignalSpy>
 
@@ -33,7 +34,7 @@ class FrmPort : public WindowBench {
 TEST_F(FrmPort, ShowsTheAddressInHexadecimalWheneverItIsActivated) {
   EXPECT_EQ(BoxText("txtUser"), "378");
   window_->close();
-  PortAddress = -8;
+  Given(PortAddress) = -8;
   window_->ShowInFront();
   EXPECT_EQ(BoxText("txtUser"), "FFF8");
 }

@@ -1,6 +1,7 @@
 // The adapter debug window.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBdebug.h"
+#include "support/given.h"
 
 #include <QSignalSpy>
 #include <set>
@@ -83,7 +84,7 @@ TEST_F(FrmUsbDebug, AFaultyFrameIsNamedAndGetsTheFocus) {
 }
 
 TEST_F(FrmUsbDebug, WithoutAnAdapterEveryActionSaysSo) {
-  UsbPresent = false;
+  Given(UsbPresent) = false;
   Type(1, "0E00");
   for (const char* button : {"cmdReadBits", "cmdReadDelay", "cmdWriteSpi", "cmdLoop"}) {
     messages_.Clear();
@@ -131,7 +132,7 @@ TEST_F(FrmUsbDebug, TheOptionsChooseTheChipSelect) {
   EXPECT_FALSE(UsbCsPerWord);
   Find<QRadioButton>("optSpiChan_0").click();
   EXPECT_TRUE(UsbCsPerWord);
-  UsbCsPerWord = false;
+  Given(UsbCsPerWord) = false;
   window_->close();
   window_->ShowInFront();
   EXPECT_TRUE(Find<QRadioButton>("optSpiChan_1").isChecked());

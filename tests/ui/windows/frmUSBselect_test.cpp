@@ -1,6 +1,7 @@
 // The window in which an adapter is selected.
 // SPDX-License-Identifier: MIT
 #include "ui/windows/frmUSBselect.h"
+#include "support/given.h"
 
 #include <QSignalSpy>
 
@@ -47,7 +48,7 @@ TEST_F(FrmUsbSelect, OpeningSearchesAndShowsEachBoard) {
 
 TEST_F(FrmUsbSelect, ChoosingABoardMakesItTheInterface) {
   hardware_.Adapter().SetBoard(2, {});
-  InterfaceType = kParallelPort;
+  core_.registers.Use(kParallelPort);
   const QSignalSpy chosen(&Open(), &frmUSBselect::InterfaceChosen);
   Option(2).click();
   EXPECT_EQ(SelectedAdapter.deviceName, "Ezusb-2");
@@ -122,7 +123,7 @@ TEST_F(FrmUsbSelect, WhileACaptureIsWaitedForNeitherSearchNorChoiceDisturbsIt) {
 }
 
 TEST_F(FrmUsbSelect, TheOldestSystemHasNoUsb) {
-  SystemName = "Win95";
+  Given(SystemName) = "Win95";
   usb_.FailFrom(0);
   Open();
   EXPECT_EQ(messages_.Texts(), Words{"USB not available for Windows95"});

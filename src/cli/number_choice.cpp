@@ -1,0 +1,79 @@
+// What may be asked for together.
+// SPDX-License-Identifier: MIT
+#include "cli/number_choice.h"
+
+#include <CLI/Error.hpp>
+#include <cmath>
+#include <string>
+
+#include "analysis/spectrum.h"
+#include "cli/word_choice.h"
+#include "numeric/number_parse.h"
+
+namespace kestrel {
+namespace {
+
+using analysis::Amplitude;
+using analysis::Quantity;
+
+const WordCodes<Quantity> kQuantities{{"g", Quantity::Acceleration},
+                                      {"velocity", Quantity::Velocity},
+                                      {"displacement", Quantity::Displacement},
+                                      {"density", Quantity::Density}};
+const WordCodes<Amplitude> kAmplitudes{
+    {"peak", Amplitude::Peak}, {"rms", Amplitude::Rms}, {"pp", Amplitude::PeakToPeak}};
+
+// Why a text cannot be the number of peaks; empty when it can.
+std::string PeaksProblem(const std::string& text) {
+  const auto count = WholeTextNumber(text);
+  const bool fits = count && *count >= 1 && *count <= double{analysis::kSpectrumBins};
+  if (fits && *count == std::floor(*count)) return {};
+  return "\"" + text + "\" is no number of peaks; it is a whole number from 1 to 256";
+}
+
+Amplitude UsualAmplitude(Quantity quantity) {
+  switch (quantity) {
+    case Quantity::Velocity:
+    case Quantity::Density:
+      return Amplitude::Rms;
+    case Quantity::Displacement:
+      return Amplitude::PeakToPeak;
+    default:
+      return Amplitude::Peak;
+  }
+}
+
+}  // namespace
+
+void NumberChoice::AddTo(CLI::App& app) {
+  app.add_option_function<std::string>(
+         "--peaks",
+         [this](const std::string& text) { peaks_ = static_cast<int>(*WholeTextNumber(text)); },
+         "Report so many of the largest peaks of each axis, 1 to 256")
+      ->check(PeaksProblem)
+      ->type_name("INT");
+  app.add_flag("--levels", levels_, "Report the levels of each axis and of its alarm bands");
+  AddChoice(app, "--quantity", quantity_, kQuantities, "Quantity of peaks and levels");
+  AddChoice(app, "--amplitude", amplitude_, kAmplitudes, "Amplitude of peaks");
+  app.parse_complete_callback([this] { Check(); });
+}
+
+void NumberChoice::Check() const {
+  if ((quantity_ || amplitude_) && !Any()) {
+    throw CLI::ValidationError(quantity_ ? "--quantity" : "--amplitude",
+                               "tells in what peaks and levels are reported. Give --peaks or "
+                               "--levels as well");
+  }
+  if (quantity_ == Quantity::Density && amplitude_ && *amplitude_ != Amplitude::Rms) {
+    throw CLI::ValidationError("--amplitude",
+                               "a density is power, which is always RMS. Leave --amplitude out, "
+                               "or choose another --quantity");
+  }
+}
+
+analysis::QuantityChoice NumberChoice::Quantity() const {
+  const analysis::Quantity quantity = quantity_.value_or(analysis::Quantity::Acceleration);
+  return {.quantity = quantity, .amplitude = amplitude_.value_or(UsualAmplitude(quantity))};
+}
+
+}  // namespace kestrel

@@ -1,0 +1,33 @@
+// The options that ask for peaks and levels of a record, and in what they are told.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/App.hpp>
+#include <optional>
+
+#include "analysis/quantity.h"
+
+namespace kestrel {
+
+class NumberChoice {
+ public:
+  // Adds --peaks, --levels, --quantity and --amplitude; `this` outlives `app`.
+  void AddTo(CLI::App& app);
+
+  // The most peaks an axis is told; 0 where none are asked for.
+  [[nodiscard]] int Peaks() const { return peaks_; }
+  [[nodiscard]] bool Levels() const { return levels_; }
+  [[nodiscard]] bool Any() const { return peaks_ > 0 || levels_; }
+  // Where no amplitude is chosen: acceleration as peak, velocity as RMS, displacement peak to peak.
+  [[nodiscard]] analysis::QuantityChoice Quantity() const;
+
+ private:
+  void Check() const;
+
+  int peaks_ = 0;
+  bool levels_ = false;
+  std::optional<analysis::Quantity> quantity_;
+  std::optional<analysis::Amplitude> amplitude_;
+};
+
+}  // namespace kestrel

@@ -1,0 +1,37 @@
+// Options of the command line whose argument is one of a few words.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kestrel {
+
+// Words and what they stand for, in the order in which help names them.
+template <typename Value>
+using WordCodes = std::vector<std::pair<std::string, Value>>;
+
+// `codes` and `chosen` outlive the option.
+template <typename Value>
+void AddChoice(CLI::App& app, const char* name, std::optional<Value>& chosen,
+               const WordCodes<Value>& codes, const char* description) {
+  std::string words;
+  for (const auto& [word, value] : codes) words += (words.empty() ? "" : ", ") + word;
+  app.add_option_function<std::string>(
+         name,
+         [&chosen, &codes](const std::string& word) {
+           chosen = std::ranges::find(codes, word, &std::pair<std::string, Value>::first)->second;
+         },
+         std::string(description) + ": " + words)
+      ->check(CLI::IsMember(codes))
+      ->type_name("WORD");
+}
+
+}  // namespace kestrel
