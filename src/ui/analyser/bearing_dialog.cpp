@@ -104,15 +104,6 @@ void BearingDialog::LayOut() {
   fill(byFactors_, factors_,
        {QStringLiteral("Outer race"), QStringLiteral("Inner race"), QStringLiteral("Element spin"),
         QStringLiteral("Cage")});
-  auto* keep = Button("keepBearing", QStringLiteral("Keep in library"));
-  auto* forget = Button("forgetBearing", QStringLiteral("Remove from library"));
-  auto* use = Button("useBearing", QStringLiteral("Put on the machine"));
-  use->setDefault(true);
-  auto* close = Button("closeBearing", QStringLiteral("Close"));
-  connect(keep, &QPushButton::clicked, this, &BearingDialog::Keep);
-  connect(forget, &QPushButton::clicked, this, &BearingDialog::Forget);
-  connect(use, &QPushButton::clicked, this, &BearingDialog::Use);
-  connect(close, &QPushButton::clicked, this, &QDialog::reject);
   auto* head = new QFormLayout;
   head->addRow(QStringLiteral("Name"), name_);
   head->addRow(QStringLiteral("Told by"), mode_);
@@ -125,13 +116,26 @@ void BearingDialog::LayOut() {
   auto* both = new QHBoxLayout;
   both->addWidget(list_);
   both->addLayout(right, 1);
+  auto* column = new QVBoxLayout(this);
+  column->addLayout(both);
+  column->addLayout(Buttons());
+}
+
+QLayout* BearingDialog::Buttons() {
+  auto* keep = Button("keepBearing", QStringLiteral("Keep in library"));
+  auto* forget = Button("forgetBearing", QStringLiteral("Remove from library"));
+  auto* use = Button("useBearing", QStringLiteral("Put on the machine"));
+  use->setDefault(true);
+  auto* close = Button("closeBearing", QStringLiteral("Close"));
+  connect(keep, &QPushButton::clicked, this, &BearingDialog::Keep);
+  connect(forget, &QPushButton::clicked, this, &BearingDialog::Forget);
+  connect(use, &QPushButton::clicked, this, &BearingDialog::Use);
+  connect(close, &QPushButton::clicked, this, &QDialog::reject);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(forget);
   buttons->addStretch();
   for (QPushButton* button : {keep, use, close}) buttons->addWidget(button);
-  auto* column = new QVBoxLayout(this);
-  column->addLayout(both);
-  column->addLayout(buttons);
+  return buttons;
 }
 
 void BearingDialog::SetMode(bool byFactors) {

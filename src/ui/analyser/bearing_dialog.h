@@ -35,6 +35,7 @@ class BearingDialog : public QDialog {
 
  private:
   void LayOut();
+  [[nodiscard]] QLayout* Buttons();
   void Show(const analysis::Bearing& bearing);
   void ShowLibrary();
   void ShowFactors();

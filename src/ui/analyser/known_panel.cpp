@@ -9,12 +9,9 @@
 #include <QHeaderView>
 #include <QShowEvent>
 #include <QVBoxLayout>
-#include <algorithm>
-#include <cmath>
+#include <array>
 
 #include "analysis/horizontal.h"
-#include "ui/analyser/bearing_dialog.h"
-#include "ui/analyser/part_dialog.h"
 #include "ui/analyser/text_table.h"
 #include "ui/chart/look.h"
 
@@ -26,11 +23,6 @@ enum Mains { kNone, kFifty, kSixty, kOwn };
 
 constexpr int kMostHarmonics = 50;
 
-bool IsMains(double hz) {
-  constexpr double kMostHz = 50'000;
-  return hz > 0 && hz <= kMostHz;
-}
-
 }  // namespace
 
 KnownPanel::KnownPanel(StudyModel& model, QWidget* parent)
@@ -41,9 +33,9 @@ KnownPanel::KnownPanel(StudyModel& model, QWidget* parent)
                               [](double rpm) { return analysis::IsSpeed(rpm); }, true})),
       fromPeak_(new QToolButton),
       mains_(new QComboBox),
-      ownMains_(new NumberField(
-          QStringLiteral("ownMains"), QStringLiteral("Line frequency, Hz"),
-          {QStringLiteral("frequency"), QStringLiteral("above 0 to 50,000 Hz"), IsMains})),
+      ownMains_(new NumberField(QStringLiteral("ownMains"), QStringLiteral("Line frequency, Hz"),
+                                {QStringLiteral("frequency"),
+                                 QStringLiteral("above 0 to 50,000 Hz"), study::IsFrequency})),
       harmonics_(new QSpinBox),
       table_(new QTableWidget(0, kColumns)),
       note_(new QLabel),
@@ -75,32 +67,10 @@ void KnownPanel::LayOut() {
   harmonics_->setRange(1, kMostHarmonics);
   harmonics_->setKeyboardTracking(false);
   harmonics_->setAccessibleName(QStringLiteral("Harmonics that are marked"));
-  add_->setText(QStringLiteral("Add"));
-  add_->setPopupMode(QToolButton::InstantPopup);
-  auto* menu = new QMenu(add_);
-  menu->addAction(QStringLiteral("Gear mesh…"), this, &KnownPanel::AddMesh)
-      ->setObjectName(QStringLiteral("addMesh"));
-  menu->addAction(QStringLiteral("Bearing…"), this, &KnownPanel::AddBearing)
-      ->setObjectName(QStringLiteral("addBearing"));
-  menu->addAction(QStringLiteral("Frequency…"), this, &KnownPanel::AddFrequency)
-      ->setObjectName(QStringLiteral("addFrequency"));
-  add_->setMenu(menu);
+  SetUpMenu();
   remove_->setText(QStringLiteral("Remove"));
   note_->setWordWrap(true);
-  table_->setHorizontalHeaderLabels({QStringLiteral("Name"), QStringLiteral("Hz"),
-                                     QStringLiteral("Order"), QStringLiteral("Lines")});
-  table_->setAccessibleName(QStringLiteral("Known frequencies"));
-  table_->setShowGrid(false);
-  table_->setFrameShape(QFrame::NoFrame);
-  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table_->setSelectionMode(QAbstractItemView::SingleSelection);
-  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table_->setTabKeyNavigation(false);
-  table_->verticalHeader()->hide();
-  table_->horizontalHeader()->setHighlightSections(false);
-  table_->horizontalHeaderItem(kName)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  table_->horizontalHeader()->setSectionResizeMode(kName, QHeaderView::Stretch);
+  SetUpTable();
 
   auto* speed = new QHBoxLayout;
   speed->addWidget(speed_, 1, Qt::AlignTop);
@@ -122,6 +92,36 @@ void KnownPanel::LayOut() {
   column->addWidget(table_, 1);
   column->addWidget(note_);
   column->addLayout(buttons);
+}
+
+void KnownPanel::SetUpMenu() {
+  add_->setText(QStringLiteral("Add"));
+  add_->setPopupMode(QToolButton::InstantPopup);
+  auto* menu = new QMenu(add_);
+  menu->addAction(QStringLiteral("Gear mesh…"), this, &KnownPanel::AddMesh)
+      ->setObjectName(QStringLiteral("addMesh"));
+  menu->addAction(QStringLiteral("Bearing…"), this, &KnownPanel::AddBearing)
+      ->setObjectName(QStringLiteral("addBearing"));
+  menu->addAction(QStringLiteral("Frequency…"), this, &KnownPanel::AddFrequency)
+      ->setObjectName(QStringLiteral("addFrequency"));
+  add_->setMenu(menu);
+}
+
+void KnownPanel::SetUpTable() {
+  table_->setHorizontalHeaderLabels({QStringLiteral("Name"), QStringLiteral("Hz"),
+                                     QStringLiteral("Order"), QStringLiteral("Lines")});
+  table_->setAccessibleName(QStringLiteral("Known frequencies"));
+  table_->setShowGrid(false);
+  table_->setFrameShape(QFrame::NoFrame);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table_->setTabKeyNavigation(false);
+  table_->verticalHeader()->hide();
+  table_->horizontalHeader()->setHighlightSections(false);
+  table_->horizontalHeaderItem(kName)->setTextAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  table_->horizontalHeader()->setSectionResizeMode(kName, QHeaderView::Stretch);
 }
 
 void KnownPanel::Connect() {
@@ -191,52 +191,6 @@ void KnownPanel::TakeSpeedFromPeak() {
   analysis::Machine machine = model_.Choice().machine;
   machine.rpm = *hz * 60;
   Change(machine);
-}
-
-void KnownPanel::AddMesh() {
-  auto* dialog = new PartDialog(
-      {QStringLiteral("meshDialog"),
-       QStringLiteral("Gear mesh"),
-       QStringLiteral("Gear mesh"),
-       QStringLiteral("Teeth"),
-       {QStringLiteral("number of teeth"), QStringLiteral("a whole number, 1 to 10,000"),
-        [](double teeth) { return teeth >= 1 && teeth <= 10'000 && std::floor(teeth) == teeth; }}},
-      this);
-  connect(dialog, &PartDialog::Told, this, [this](const QString& name, double teeth) {
-    Change(study::With(model_.Choice().machine,
-                       analysis::GearMesh{.name = name.toStdString() + ", " +
-                                                  std::to_string(std::lround(teeth)) + " teeth",
-                                          .teeth = static_cast<int>(std::lround(teeth))}));
-  });
-  dialog->show();
-}
-
-void KnownPanel::AddFrequency() {
-  auto* dialog = new PartDialog(
-      {QStringLiteral("frequencyDialog"),
-       QStringLiteral("Frequency"),
-       QStringLiteral("Belt"),
-       QStringLiteral("Frequency, Hz"),
-       {QStringLiteral("frequency"), QStringLiteral("above 0 to 50,000 Hz"), IsMains}},
-      this);
-  connect(dialog, &PartDialog::Told, this, [this](const QString& name, double hz) {
-    Change(study::With(model_.Choice().machine,
-                       analysis::FreeFrequency{.name = name.toStdString(), .hz = hz}));
-  });
-  dialog->show();
-}
-
-void KnownPanel::AddBearing() {
-  auto* dialog = new BearingDialog(library_, this);
-  connect(dialog, &BearingDialog::Chosen, this, [this](const analysis::Bearing& bearing) {
-    Change(study::With(model_.Choice().machine, bearing));
-  });
-  connect(dialog, &BearingDialog::LibraryChanged, this,
-          [this](const study::BearingLibrary& library) {
-            library_ = library;
-            emit LibraryChanged();
-          });
-  dialog->show();
 }
 
 void KnownPanel::RemoveSelected() {

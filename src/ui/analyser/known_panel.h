@@ -47,6 +47,8 @@ class KnownPanel : public QWidget {
 
  private:
   void LayOut();
+  void SetUpMenu();
+  void SetUpTable();
   void Connect();
   void Refresh();
   void FillTable(const study::KnownTable& table);
