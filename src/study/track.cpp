@@ -44,7 +44,7 @@ bool IsBelowFloor(const Track& track, std::size_t point, double value) {
 
 std::string BelowText(const Track& track, double floor) {
   if (track.decibel) return "below " + NumberIn(track, std::ceil(floor * 10) / 10);
-  return "below " + NumberIn(track, analysis::RoundedUp(floor, 2));
+  return "below " + analysis::SignificantText(analysis::RoundedUp(floor, 2), 2);
 }
 
 struct Reading {
