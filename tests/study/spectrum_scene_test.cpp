@@ -104,7 +104,7 @@ TEST(SpectrumScene, ExtrasAreNamedWithTheirCaptures) {
   study.TakeReference();
   std::vector<std::string> names;
   const PlotScene scene = SceneOf(study);
-  for (const PlotTrace& trace : scene.panes.at(0).traces) names.push_back(trace.name);
+  for (const SceneTrace& trace : scene.panes.at(0).traces) names.push_back(trace.name);
   EXPECT_EQ(names, (std::vector<std::string>{"X", "Frozen X", "Reference X", "Average of 2 X",
                                              "Exponential average of 3 X", "Maximum of 3 X",
                                              "Minimum of 3 X"}));
