@@ -32,10 +32,12 @@ TEST(Shelf, DropsTheOldestAndNeverGivesAnIdAgain) {
   EXPECT_EQ(shelf.Find(4)->conditions.recordCount, 4);
 }
 
-TEST(Shelf, TheNewestIsReplacedUnderItsId) {
+TEST(Shelf, TheNewestIsAmendedUnderItsId) {
   Shelf shelf(2);
-  shelf.ReplaceNewest(Taken(1));
-  shelf.ReplaceNewest(Taken(2));
+  shelf.Amend(Taken(0));
+  EXPECT_TRUE(shelf.Entries().empty());
+  shelf.Add(Taken(1));
+  shelf.Amend(Taken(2));
   EXPECT_EQ(shelf.Entries().size(), 1U);
   EXPECT_EQ(shelf.Find(1)->conditions.recordCount, 2);
 }
