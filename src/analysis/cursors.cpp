@@ -30,7 +30,7 @@ double FirstX(const TraceView& trace) {
 std::optional<double> RatioDb(const TraceView& trace, double from, double to) {
   if (trace.decibel) return to - from;
   if (!(from > 0) || !(to > 0)) return std::nullopt;
-  return 20 * std::log10(to / from);
+  return (trace.power ? 10 : 20) * std::log10(to / from);
 }
 
 // Where a member may lie from its place: half a bin, and what a speed read slightly wrong adds.

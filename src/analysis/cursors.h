@@ -20,6 +20,7 @@ struct TraceView {
   double step = 1;             // > 0
   std::size_t firstValid = 0;  // points before hold nothing that can be told
   bool decibel = false;        // the values are levels: a ratio is their difference
+  bool power = false;          // the values are powers: a ratio is 10 lg
 };
 
 // Value of a trace at x; none outside its valid points.

@@ -4,14 +4,14 @@
 
 namespace kestrel::study {
 
-void Accumulated::Restart() {
+void Accumulated::Restart(const std::string& why) {
   using analysis::Averaging;
   axes_.clear();
   for (std::size_t i = 0; i < kAxes.size(); ++i) {
     axes_.push_back({.linear = {Averaging::Linear, averageOf_},
                      .exponential = {Averaging::Exponential, averageOf_}});
   }
-  restarted_.clear();
+  restarted_ = why;
 }
 
 void Accumulated::AverageOf(int captures) {
@@ -30,10 +30,7 @@ std::optional<std::string> Accumulated::WhyNot(const Measured& capture) const {
 }
 
 void Accumulated::Add(const Measured& capture) {
-  if (const auto why = WhyNot(capture)) {
-    Restart();
-    restarted_ = *why;
-  }
+  if (const auto why = WhyNot(capture)) Restart(*why);
   for (const Axis axis : kAxes) {
     if (!capture.Of(axis)) continue;
     const analysis::Spectrum& spectrum = capture.Of(axis)->spectrum;

@@ -19,11 +19,12 @@ class Accumulated {
   // Takes in a capture. A capture that does not fit what is there begins anew, and Restarted()
   // tells why.
   void Add(const Measured& capture);
-  void Restart();
+  void Restart(const std::string& why = {});
   // Another number of captures begins anew.
   void AverageOf(int captures);
 
-  // "other window: Hanning"; empty while what was begun goes on.
+  // Why what is there began anew of itself: "other window: Hanning"; empty where the user or
+  // nothing began it.
   [[nodiscard]] const std::string& Restarted() const { return restarted_; }
   // Null before the first capture, and for the extras that are no accumulation.
   [[nodiscard]] const analysis::Spectrum* Of(Extra extra, Axis axis) const;

@@ -1,114 +1,90 @@
 // The cursor's table: values of all traces, differences, members found and missing.
 // SPDX-License-Identifier: MIT
 #include <cmath>
+#include <utility>
 
 #include "analysis/cursors.h"
 #include "numeric/number_texts.h"
+#include "study/cursors.h"
 #include "study/scene.h"
 #include "study/tables.h"
+#include "study/track.h"
 
 namespace kestrel::study {
 namespace {
 
-using analysis::NumberText;
-using analysis::SignificantText;
-
-struct Tracks {
-  std::vector<Axis> axes;
-  std::vector<std::vector<double>> values;
-  std::vector<analysis::TraceView> views;
-  std::string unit;
-  bool isTime = false;
+struct AxisTrack {
+  Axis axis = Axis::X;
+  Track track;
 };
 
 // Axes whose values can be told, in the unit shown.
-Tracks TracksOf(const Study& study) {
-  Tracks tracks;
-  const StudyChoice& choice = study.Choice();
-  tracks.isTime = choice.view == View::Time;
-  tracks.unit = tracks.isTime ? UnitOfTime(choice) : analysis::UnitOf(choice.quantity);
-  tracks.values.reserve(3);
-  for (const Axis axis : ShownAxes(choice)) {
-    analysis::TraceView view;
-    if (tracks.isTime) {
-      const auto curve = study.TimeCurveOf(axis);
-      if (!curve) continue;
-      tracks.values.push_back(curve->values);
-      view.step = curve->stepS;
-    } else {
-      const MeasuredSpectrum* measured = study.SpectrumOf(axis);
-      if (measured == nullptr || !measured->curve) continue;
-      tracks.values.push_back(measured->curve->values);
-      view.step = measured->spectrum.binWidthHz;
-      view.firstValid = measured->curve->firstValid;
-      view.decibel = choice.quantity.quantity == analysis::Quantity::Level;
-    }
-    view.values = &tracks.values.back();
-    tracks.axes.push_back(axis);
-    tracks.views.push_back(view);
+std::vector<AxisTrack> TracksOf(const Study& study) {
+  std::vector<AxisTrack> tracks;
+  for (const Axis axis : ShownAxes(study.Choice())) {
+    Track track = TrackOf(study, axis);
+    if (!track.Empty()) tracks.push_back({axis, std::move(track)});
   }
   return tracks;
 }
 
-std::string PlaceText(const Tracks& tracks, double x) {
-  return tracks.isTime ? analysis::SecondsText(x) : NumberText(x, 1) + " Hz";
-}
-
-CursorTable SingleTable(const Tracks& tracks, double at) {
-  CursorTable table{.summary = "Single, " + PlaceText(tracks, at),
-                    .table = {.heads = {"Axis", tracks.unit}}};
-  for (std::size_t i = 0; i < tracks.axes.size(); ++i) {
-    const auto value = analysis::ReadAt(tracks.views[i], at);
-    table.table.rows.push_back(
-        {std::string(1, Letter(tracks.axes[i])), value ? SignificantText(*value) : "offset"});
+CursorTable SingleTable(const Study& study, const std::vector<AxisTrack>& tracks, double at) {
+  CursorTable table{.summary = "Single, " + PlaceText(study, at)};
+  if (tracks.empty()) return table;
+  table.table.heads = {"Axis", tracks.front().track.unit};
+  for (const AxisTrack& each : tracks) {
+    table.table.rows.push_back({std::string(1, Letter(each.axis)), CellAt(each.track, at)});
   }
   return table;
 }
 
-std::string Text(const std::optional<double>& value) {
-  return value ? SignificantText(*value) : "";
+// What is below one step has neither difference nor ratio.
+std::vector<std::string> DeltaRow(const AxisTrack& each, double from, double to) {
+  const Track& track = each.track;
+  std::vector<std::string> row{std::string(1, Letter(each.axis)), CellAt(track, from),
+                               CellAt(track, to), "", ""};
+  if (!track.ToldAt(from) || !track.ToldAt(to)) return row;
+  const auto reading = analysis::ReadDelta({track.View()}, from, to).rows.front();
+  if (reading.difference) row[3] = NumberIn(track, *reading.difference);
+  if (reading.ratioDb) row[4] = analysis::SignedDecibelText(*reading.ratioDb);
+  return row;
 }
 
-CursorTable DeltaTable(const Tracks& tracks, double from, double to) {
-  const analysis::DeltaReading reading = analysis::ReadDelta(tracks.views, from, to);
-  CursorTable table{.summary = "Delta, " + PlaceText(tracks, reading.dx),
-                    .table = {.heads = {"Axis", "A, " + tracks.unit, "B, " + tracks.unit, "B − A",
-                                        "B re A, dB"}}};
-  if (reading.reciprocal) {
-    const double reciprocal = *reading.reciprocal;
-    table.summary += "; reciprocal " + (tracks.isTime ? analysis::HertzText(reciprocal)
-                                                      : analysis::SecondsText(reciprocal));
+CursorTable DeltaTable(const Study& study, const std::vector<AxisTrack>& tracks, double from,
+                       double to) {
+  CursorTable table{.summary = "Delta, " + PlaceText(study, to - from)};
+  const double apart = std::abs(to - from);
+  const bool isTime = study.Choice().view == View::Time;
+  if (apart > 0) {
+    table.summary += "; reciprocal " +
+                     (isTime ? analysis::HertzText(1 / apart) : analysis::SecondsText(1 / apart));
   }
-  for (std::size_t i = 0; i < tracks.axes.size(); ++i) {
-    const auto& row = reading.rows[i];
-    table.table.rows.push_back({std::string(1, Letter(tracks.axes[i])), Text(row.from),
-                                Text(row.to), Text(row.difference),
-                                row.ratioDb ? analysis::SignedDecibelText(*row.ratioDb) : ""});
-  }
+  if (tracks.empty()) return table;
+  const std::string& unit = tracks.front().track.unit;
+  table.table.heads = {"Axis", "A, " + unit, "B, " + unit, "B − A", "B re A, dB"};
+  for (const AxisTrack& each : tracks) table.table.rows.push_back(DeltaRow(each, from, to));
   return table;
 }
 
-CursorTable HarmonicTable(const MeasuredSpectrum& measured, double f0, int members) {
-  const auto reading = analysis::ReadHarmonics(measured.spectrum, measured.peaks, f0, members);
+CursorTable HarmonicTable(Axis axis, const analysis::HarmonicReading& reading) {
   const auto text = analysis::WithBound(reading.f0, reading.f0Bound);
-  CursorTable table{.summary = std::string("Harmonic on ") + Letter(measured.spectrum.axis) +
-                               ", f₀ " + text.value + " Hz " + text.bound,
-                    .table = analysis::TableOf(reading)};
-  if (reading.used > 0) {
-    table.summary += ", least squares over " + std::to_string(reading.used) +
-                     (reading.used == 1 ? " member" : " members");
-  }
+  CursorTable table{
+      .summary = std::string("Harmonic on ") + Letter(axis) + ", f₀ " + text.value + " Hz",
+      .table = analysis::TableOf(reading)};
+  if (!text.bound.empty()) table.summary += " " + text.bound;
+  table.summary += reading.used == 0 ? ", no member found"
+                                     : ", least squares over " + std::to_string(reading.used) +
+                                           (reading.used == 1 ? " member" : " members");
   return table;
 }
 
-CursorTable SidebandTable(const MeasuredSpectrum& measured, double centre, double spacing,
-                          int pairs) {
-  const auto reading =
-      analysis::ReadSidebands(measured.spectrum, measured.peaks, centre, spacing, pairs);
+CursorTable SidebandTable(Axis axis, const analysis::SidebandReading& reading) {
   const auto text = analysis::WithBound(reading.spacingHz, reading.spacingBound);
-  CursorTable table{.summary = std::string("Sidebands on ") + Letter(measured.spectrum.axis) +
-                               ", spacing " + text.value + " Hz " + text.bound,
-                    .table = analysis::TableOf(reading)};
+  CursorTable table{
+      .summary = std::string("Sidebands on ") + Letter(axis) + ", spacing " + text.value + " Hz",
+      .table = analysis::TableOf(reading)};
+  if (!text.bound.empty()) table.summary += " " + text.bound;
+  if (reading.used == 0) table.summary += ", no sideband found";
   if (reading.sidebandsDb) {
     table.summary +=
         ", together " + analysis::SignedDecibelText(*reading.sidebandsDb) + " dB re centre";
@@ -125,20 +101,13 @@ CursorTable CursorTableOf(const Study& study) {
   if (choice.cursor == CursorKind::None || !places.at) {
     return {.summary = "No cursor. C single, D delta, H harmonic, S sideband."};
   }
-  const Tracks tracks = TracksOf(study);
-  const MeasuredSpectrum* measured = tracks.isTime ? nullptr : study.SpectrumOf(choice.focus);
+  if (const auto reading = HarmonicsAtCursor(study)) return HarmonicTable(choice.focus, *reading);
+  if (const auto reading = SidebandsAtCursor(study)) return SidebandTable(choice.focus, *reading);
+  const std::vector<AxisTrack> tracks = TracksOf(study);
   if (choice.cursor == CursorKind::Delta && places.second) {
-    return DeltaTable(tracks, *places.at, *places.second);
+    return DeltaTable(study, tracks, *places.at, *places.second);
   }
-  if (choice.cursor == CursorKind::Harmonic && measured != nullptr) {
-    return HarmonicTable(*measured, *places.at, choice.cursorMembers);
-  }
-  if (choice.cursor == CursorKind::Sideband && measured != nullptr) {
-    return SidebandTable(*measured, *places.at,
-                         places.second.value_or(10 * measured->spectrum.binWidthHz),
-                         choice.cursorMembers / 2);
-  }
-  return SingleTable(tracks, *places.at);
+  return SingleTable(study, tracks, *places.at);
 }
 
 }  // namespace kestrel::study

@@ -1,67 +1,37 @@
-// How a study's cursor stands and moves.
+// How a study's cursor stands.
 // SPDX-License-Identifier: MIT
 #include "study/cursors.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "numeric/number_texts.h"
 #include "study/scene.h"
 #include "study/tables.h"
+#include "study/track.h"
 
 namespace kestrel::study {
 namespace {
 
-constexpr double kSnapBins = 10;
+constexpr double kSidebandBins = 10;  // spacing before the user says another
 
-// The curve that the cursor stands on: of the focus axis, in the unit of the axis shown.
-struct Track {
-  std::vector<double> values;
-  double step = 0;  // Hz or s
-  std::size_t firstValid = 0;
-  bool decibel = false;
-
-  [[nodiscard]] bool Empty() const { return values.empty() || step <= 0; }
-  [[nodiscard]] analysis::TraceView View() const {
-    return {.values = &values, .step = step, .firstValid = firstValid, .decibel = decibel};
-  }
-  [[nodiscard]] double First() const { return step * static_cast<double>(firstValid); }
-  [[nodiscard]] double Last() const { return step * static_cast<double>(values.size() - 1); }
-};
-
-Track TrackOf(const Study& study, Axis axis) {
-  if (study.Shown() == nullptr) return {};
-  if (study.Choice().view == View::Time) {
-    const auto curve = study.TimeCurveOf(axis);
-    if (!curve) return {};
-    return {.values = curve->values, .step = curve->stepS};
-  }
-  const MeasuredSpectrum* measured = study.SpectrumOf(axis);
-  if (measured == nullptr || !measured->curve) return {};
-  return {.values = measured->curve->values,
-          .step = measured->spectrum.binWidthHz,
-          .firstValid = measured->curve->firstValid,
-          .decibel = study.Choice().quantity.quantity == analysis::Quantity::Level};
-}
-
-Track FocusTrack(const Study& study) {
-  return TrackOf(study, study.Choice().focus);
+// On a logarithmic axis a value of nothing is drawn at half the smallest that can be told.
+double DrawnAt(const Study& study, const Track& track, double x) {
+  const auto value = analysis::ReadAt(track.View(), x);
+  if (!value) return kNoValue;
+  const bool isLog = study.Choice().up == Scale::Logarithmic && !track.decibel && !track.isTime;
+  if (!isLog || track.floor.empty()) return *value;
+  const double place =
+      std::clamp(std::round(x / track.step), 0.0, static_cast<double>(track.floor.size()) - 1);
+  return std::max(*value, track.floor[static_cast<std::size_t>(place)] / 2);
 }
 
 PlotMember MemberAt(const Study& study, const Track& track, double x, const std::string& flag,
                     MemberKind kind) {
-  PlotMember member{
-      .x = x, .flag = flag, .kind = kind, .pane = PaneOf(study.Choice(), study.Choice().focus)};
-  if (const auto value = analysis::ReadAt(track.View(), x)) member.y = *value;
-  return member;
-}
-
-std::string PlaceText(const Study& study, double x) {
-  if (study.Choice().view == View::Time) return analysis::SecondsText(x);
-  const auto* measured = study.SpectrumOf(study.Choice().focus);
-  const analysis::Horizontal across =
-      HorizontalOf(study.Choice(), measured != nullptr ? measured->spectrum.binWidthHz : 0);
-  return analysis::NumberText(analysis::FromHertz(across, x), 1) + " " + analysis::UnitOf(across);
+  return {.x = x,
+          .flag = flag,
+          .kind = kind,
+          .pane = PaneOf(study.Choice(), study.Choice().focus),
+          .y = DrawnAt(study, track, x)};
 }
 
 void AddSingle(SceneCursor& cursor, const Study& study, const Track& track, double at) {
@@ -97,146 +67,50 @@ void AddMembers(SceneCursor& cursor, const Study& study, const Track& track,
   }
 }
 
-double HertzWithin(const Track& track) {
-  return kSnapBins * track.step;
+}  // namespace
+
+CursorKind ShownKind(const StudyChoice& choice) {
+  const bool needsSpectrum =
+      choice.cursor == CursorKind::Harmonic || choice.cursor == CursorKind::Sideband;
+  return needsSpectrum && choice.view == View::Time ? CursorKind::Single : choice.cursor;
 }
 
-}  // namespace
+std::optional<analysis::HarmonicReading> HarmonicsAtCursor(const Study& study) {
+  const StudyChoice& choice = study.Choice();
+  const MeasuredSpectrum* measured = study.SpectrumOf(choice.focus);
+  const auto at = choice.Places().at;
+  if (ShownKind(choice) != CursorKind::Harmonic || measured == nullptr || !at) return {};
+  return analysis::ReadHarmonics(measured->spectrum, measured->peaks, *at, choice.cursorMembers);
+}
+
+std::optional<analysis::SidebandReading> SidebandsAtCursor(const Study& study) {
+  const StudyChoice& choice = study.Choice();
+  const MeasuredSpectrum* measured = study.SpectrumOf(choice.focus);
+  const CursorPlaces& places = choice.Places();
+  if (ShownKind(choice) != CursorKind::Sideband || measured == nullptr || !places.at) return {};
+  return analysis::ReadSidebands(
+      measured->spectrum, measured->peaks, *places.at,
+      places.second.value_or(kSidebandBins * measured->spectrum.binWidthHz),
+      choice.cursorMembers / 2);
+}
 
 SceneCursor CursorOf(const Study& study) {
   SceneCursor cursor;
   const StudyChoice& choice = study.Choice();
-  const Track track = FocusTrack(study);
+  const Track track = TrackOf(study, choice.focus);
   const CursorPlaces& places = choice.Places();
   if (track.Empty() || !places.at || choice.cursor == CursorKind::None) return cursor;
-  const MeasuredSpectrum* measured =
-      choice.view != View::Time ? study.SpectrumOf(choice.focus) : nullptr;
-  if (choice.cursor == CursorKind::Delta) {
+  if (const auto harmonics = HarmonicsAtCursor(study)) {
+    AddMembers(cursor, study, track, harmonics->members, true);
+  } else if (const auto sidebands = SidebandsAtCursor(study)) {
+    AddMembers(cursor, study, track, sidebands->members, false);
+  } else if (choice.cursor == CursorKind::Delta) {
     AddDelta(cursor, study, track, places);
-  } else if (choice.cursor == CursorKind::Harmonic && measured != nullptr) {
-    const auto reading = analysis::ReadHarmonics(measured->spectrum, measured->peaks, *places.at,
-                                                 choice.cursorMembers);
-    AddMembers(cursor, study, track, reading.members, true);
-  } else if (choice.cursor == CursorKind::Sideband && measured != nullptr) {
-    const auto reading = analysis::ReadSidebands(
-        measured->spectrum, measured->peaks, *places.at,
-        places.second.value_or(10 * measured->spectrum.binWidthHz), choice.cursorMembers / 2);
-    AddMembers(cursor, study, track, reading.members, false);
   } else {
     AddSingle(cursor, study, track, *places.at);
   }
-  if (!cursor.members.empty()) {
-    cursor.spoken = CursorTableOf(study).summary;
-  }
+  if (!cursor.members.empty()) cursor.spoken = CursorTableOf(study).summary;
   return cursor;
-}
-
-CursorPlaces Placed(const Study& study, double x) {
-  CursorPlaces places = study.Choice().Places();
-  const Track track = FocusTrack(study);
-  if (track.Empty()) return places;
-  const double at = analysis::OnPoint(track.View(), x);
-  if (study.Choice().cursor == CursorKind::Delta && places.at &&
-      (!places.second || std::abs(x - *places.second) < std::abs(x - *places.at))) {
-    places.second = at;
-  } else {
-    places.at = at;
-  }
-  return places;
-}
-
-CursorPlaces Stepped(const Study& study, double bins) {
-  CursorPlaces places = study.Choice().Places();
-  const Track track = FocusTrack(study);
-  if (track.Empty() || !places.at) return places;
-  const bool isDelta = study.Choice().cursor == CursorKind::Delta && places.second;
-  double& moved = isDelta ? *places.second : *places.at;
-  moved = std::clamp(moved + bins * track.step, track.First(), track.Last());
-  return places;
-}
-
-CursorPlaces Dragged(const Study& study, int member, double x) {
-  CursorPlaces places = study.Choice().Places();
-  const Track track = FocusTrack(study);
-  if (track.Empty() || !places.at || member < 0) return places;
-  const double within = std::clamp(x, track.First(), track.Last());
-  switch (study.Choice().cursor) {
-    case CursorKind::Harmonic:
-      places.at = analysis::HarmonicDragged(member + 1, within).value_or(*places.at);
-      break;
-    case CursorKind::Sideband: {
-      const int number = member - study.Choice().cursorMembers / 2;
-      if (number == 0) {
-        places.at = within;
-      } else if (const auto spacing = analysis::SidebandDragged(*places.at, number, within)) {
-        places.second = spacing;
-      }
-      break;
-    }
-    case CursorKind::Delta:
-      (member == 0 ? places.at : places.second) = within;
-      break;
-    case CursorKind::Single:
-    case CursorKind::None:
-      places.at = within;
-      break;
-  }
-  return places;
-}
-
-CursorPlaces SnappedTo(const Study& study, double x) {
-  CursorPlaces places = Placed(study, x);
-  const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-  if (study.Choice().view == View::Time || measured == nullptr || !places.at) return places;
-  const double hz = analysis::Snapped(measured->peaks, x, HertzWithin(FocusTrack(study)));
-  const bool isSecond = study.Choice().cursor == CursorKind::Delta && places.second &&
-                        std::abs(hz - *places.second) < std::abs(hz - *places.at);
-  (isSecond ? places.second : places.at) = hz;
-  return places;
-}
-
-CursorPlaces ToPeakBySize(const Study& study, int direction) {
-  CursorPlaces places = study.Choice().Places();
-  const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-  if (study.Choice().view == View::Time || measured == nullptr || measured->peaks.empty()) {
-    return places;
-  }
-  const auto& peaks = measured->peaks;
-  std::ptrdiff_t at = -1;
-  for (std::size_t i = 0; i < peaks.size(); ++i) {
-    if (places.at && std::abs(peaks[i].line.hz - *places.at) < measured->spectrum.binWidthHz / 2) {
-      at = static_cast<std::ptrdiff_t>(i);
-    }
-  }
-  const auto last = static_cast<std::ptrdiff_t>(peaks.size()) - 1;
-  places.at = peaks[static_cast<std::size_t>(
-                        std::clamp<std::ptrdiff_t>(at < 0 ? 0 : at + direction, 0, last))]
-                  .line.hz;
-  return places;
-}
-
-CursorPlaces ToEnd(const Study& study, bool last) {
-  CursorPlaces places = study.Choice().Places();
-  const Track track = FocusTrack(study);
-  if (!track.Empty()) places.at = last ? track.Last() : track.First();
-  return places;
-}
-
-CursorPlaces BeginningOf(const Study& study, CursorKind kind) {
-  CursorPlaces places = study.Choice().Places();
-  const Track track = FocusTrack(study);
-  if (kind == CursorKind::None || track.Empty()) return places;
-  if (!places.at) {
-    const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-    const bool hasPeak =
-        study.Choice().view != View::Time && measured != nullptr && !measured->peaks.empty();
-    places.at = hasPeak ? measured->peaks.front().line.hz : (track.First() + track.Last()) / 2;
-  }
-  if (!places.second && kind == CursorKind::Delta) {
-    places.second = std::min(track.Last(), *places.at + 10 * track.step);
-  }
-  if (!places.second && kind == CursorKind::Sideband) places.second = 10 * track.step;
-  return places;
 }
 
 }  // namespace kestrel::study

@@ -1,16 +1,27 @@
-// The levels of what is shown: overall, free bands, shape of time records; and the alarm bands.
+// The levels of a spectrum: overall, free bands, and over the reference.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/levels.h"
+#include "analysis/trace_set.h"
 #include "numeric/number_texts.h"
 #include "study/scene.h"
 #include "study/tables.h"
+#include "study/track.h"
 
 namespace kestrel::study {
 namespace {
 
+using analysis::BandLevel;
 using analysis::SignificantText;
+
+// RMS that bins which read nothing may hide: each up to half a step.
+double HiddenRms(const analysis::Spectrum& spectrum, double fromHz, double toHz) {
+  const double bins = std::max(spectrum.BinOf(toHz - fromHz), 0.0);
+  const double bandwidth = spectrum.window.noiseBandwidth;
+  return bandwidth > 0 ? spectrum.stepG / 2 * std::sqrt(bins / 2 / bandwidth) : 0;
+}
 
 template <typename Text>
 LevelRow RowOf(const std::string& name, const Text& text, const std::string& note = "") {
@@ -19,96 +30,121 @@ LevelRow RowOf(const std::string& name, const Text& text, const std::string& not
   return row;
 }
 
-std::string BandText(const Study& study, Axis axis, const FreeBand& band) {
-  const MeasuredSpectrum* measured = study.SpectrumOf(axis);
-  if (measured == nullptr) return "";
-  const auto level = analysis::LevelBetween(measured->spectrum, band.fromHz, band.toHz);
-  if (!level) return "";
-  return SignificantText(level->rmsG) + (level->whole ? "" : " (part)");
+// Overall levels of the axes, none where there are none.
+struct Overall {
+  const MeasuredSpectrum* measured = nullptr;
+  std::optional<BandLevel> level = {};
+};
+using OverallLevels = std::array<Overall, 3>;
+
+OverallLevels OverallOf(const Study& study) {
+  OverallLevels levels;
+  for (const Axis axis : kAxes) {
+    Overall& overall = levels[Index(axis)];
+    overall.measured = study.SpectrumOf(axis);
+    if (overall.measured == nullptr) continue;
+    if (const auto level = analysis::OverallLevel(overall.measured->spectrum)) {
+      overall.level = *level;
+    }
+  }
+  return levels;
+}
+
+std::string RmsText(const Overall& overall) {
+  return overall.level ? LevelText(overall.measured->spectrum, *overall.level) : "";
+}
+
+std::string PeakText(const Overall& overall) {
+  if (!overall.level) return "";
+  const double step = overall.measured->spectrum.stepG;
+  if (overall.level->peakG < step * (1 - 1e-9)) {
+    return "below " + SignificantText(analysis::RoundedUp(step, 2), 2);
+  }
+  return SignificantText(overall.level->peakG);
+}
+
+std::string PlaceOfPeak(const Overall& overall) {
+  if (!overall.level || !(overall.level->peakG > 0)) return "";
+  const double halfBin = overall.measured->spectrum.binWidthHz / 2;
+  return analysis::WithBound(overall.level->peakHz, halfBin).value;
+}
+
+LevelRow FreeBandRow(const Study& study, const FreeBand& band) {
+  std::string note = analysis::HertzText(band.fromHz) + " to " + analysis::HertzText(band.toHz);
+  std::string cure;
+  const auto text = [&](Axis axis) -> std::string {
+    const MeasuredSpectrum* measured = study.SpectrumOf(axis);
+    if (measured == nullptr) return "";
+    const auto level = analysis::LevelBetween(measured->spectrum, band.fromHz, band.toHz);
+    if (!level) {
+      cure = level.Why().cure;
+      return "";
+    }
+    return LevelText(measured->spectrum, *level) + (level->whole ? "" : " (part)");
+  };
+  LevelRow row = RowOf(band.name + ", g RMS", text);
+  row.note = cure.empty() ? note : note + "; " + cure;
+  return row;
+}
+
+// Overall level over the reference's; the note says why where they may not be compared.
+LevelRow ReferenceRow(const OverallLevels& levels, const Measured& reference) {
+  LevelRow row{.name = "re reference, dB"};
+  for (const Axis axis : kAxes) {
+    const Overall& overall = levels[Index(axis)];
+    if (!overall.level || !reference.Of(axis)) continue;
+    const analysis::Spectrum& other = reference.Of(axis)->spectrum;
+    if (const auto why = analysis::WhyNotWith(overall.measured->spectrum, other)) {
+      row.note = "reference has " + *why;
+      continue;
+    }
+    const auto level = analysis::OverallLevel(other);
+    const bool isTold =
+        level && level->rmsG > HiddenRms(other, level->fromHz, level->toHz) &&
+        overall.level->rmsG > HiddenRms(overall.measured->spectrum, level->fromHz, level->toHz);
+    row.values[Index(axis)] =
+        isTold ? analysis::SignedDecibelText(20 * std::log10(overall.level->rmsG / level->rmsG))
+               : "";
+  }
+  return row;
 }
 
 LevelTable SpectrumLevels(const Study& study) {
+  const OverallLevels levels = OverallOf(study);
+  const MeasuredAxis& focus = study.Shown()->Of(study.Choice().focus);
   LevelTable table;
-  const auto overall = [&](Axis axis, const auto& text) -> std::string {
-    const MeasuredSpectrum* measured = study.SpectrumOf(axis);
-    if (measured == nullptr) return "";
-    const auto level = analysis::OverallLevel(measured->spectrum);
-    return level ? text(*level) : "";
-  };
-  if (const auto* focus = study.SpectrumOf(study.Choice().focus)) {
-    if (const auto level = analysis::OverallLevel(focus->spectrum)) {
-      table.summary =
-          analysis::HertzText(level->fromHz) + " to " + analysis::HertzText(level->toHz);
-    } else {
-      table.summary = level.Why().title;
-    }
+  if (!focus) {
+    table.summary = focus.Why().title;
+  } else if (const auto& level = levels[Index(study.Choice().focus)].level) {
+    table.summary = analysis::HertzText(level->fromHz) + " to " + analysis::HertzText(level->toHz);
+  } else {
+    table.summary = analysis::OverallLevel(focus->spectrum).Why().title;
   }
-  using analysis::BandLevel;
-  table.rows.push_back(RowOf("Overall, g RMS", [&](Axis axis) {
-    return overall(axis, [](const BandLevel& level) { return SignificantText(level.rmsG); });
-  }));
-  table.rows.push_back(RowOf("Largest, g peak", [&](Axis axis) {
-    return overall(axis, [](const BandLevel& level) { return SignificantText(level.peakG); });
-  }));
-  table.rows.push_back(RowOf("at, Hz", [&](Axis axis) {
-    return overall(axis,
-                   [](const BandLevel& level) { return analysis::NumberText(level.peakHz, 0); });
-  }));
-  for (const FreeBand& band : study.Choice().bands) {
-    table.rows.push_back(RowOf(
-        band.name + ", g RMS", [&](Axis axis) { return BandText(study, axis, band); },
-        analysis::HertzText(band.fromHz) + " to " + analysis::HertzText(band.toHz)));
+  const auto add = [&](const std::string& name, std::string (*text)(const Overall&)) {
+    table.rows.push_back(RowOf(name, [&](Axis axis) { return text(levels[Index(axis)]); }));
+  };
+  add("Overall, g RMS", RmsText);
+  add("Largest, g peak", PeakText);
+  add("at, Hz", PlaceOfPeak);
+  if (study.Reference() != nullptr && study.Choice().Has(Extra::Reference)) {
+    table.rows.push_back(ReferenceRow(levels, *study.Reference()));
   }
-  return table;
-}
-
-LevelTable TimeLevels(const Study& study) {
-  const Record& record = *study.Shown()->record;
-  LevelTable table{.summary = std::to_string(record.Points()) + " samples"};
-  const auto of = [&](Axis axis, const auto& text) -> std::string {
-    const auto values = analysis::ValuesInG(record, axis, true);
-    const auto levels = analysis::LevelsOf(values);
-    return levels ? text(*levels) : "";
-  };
-  const auto band = [](const analysis::StatisticalBand& noise) {
-    return "noise: " + analysis::NumberText(noise.low, 1) + " to " +
-           analysis::NumberText(noise.high, 1);
-  };
-  using analysis::TimeLevels;
-  table.rows.push_back(RowOf("RMS, g", [&](Axis axis) {
-    return of(axis, [](const TimeLevels& levels) { return SignificantText(levels.rmsG); });
-  }));
-  table.rows.push_back(RowOf("Peak, g", [&](Axis axis) {
-    return of(axis, [](const TimeLevels& levels) { return SignificantText(levels.peakG); });
-  }));
-  table.rows.push_back(RowOf("Mean, g", [&](Axis axis) {
-    return of(axis, [](const TimeLevels& levels) { return SignificantText(levels.meanG); });
-  }));
-  table.rows.push_back(RowOf(
-      "Crest factor",
-      [&](Axis axis) {
-        return of(axis, [](const TimeLevels& levels) {
-          return levels.crest ? analysis::NumberText(*levels.crest, 1) : "";
-        });
-      },
-      band(analysis::kCrestOfNoise)));
-  table.rows.push_back(RowOf(
-      "Kurtosis",
-      [&](Axis axis) {
-        return of(axis, [](const TimeLevels& levels) {
-          return levels.kurtosis ? analysis::NumberText(*levels.kurtosis, 1) : "";
-        });
-      },
-      band(analysis::kKurtosisOfNoise)));
+  for (const FreeBand& band : study.Choice().bands) table.rows.push_back(FreeBandRow(study, band));
   return table;
 }
 
 }  // namespace
 
+std::string LevelText(const analysis::Spectrum& spectrum, const BandLevel& level) {
+  const double hidden = HiddenRms(spectrum, level.fromHz, level.toHz);
+  if (level.rmsG >= hidden && level.rmsG > 0) return SignificantText(level.rmsG);
+  return "below " + SignificantText(analysis::RoundedUp(std::hypot(level.rmsG, hidden), 2), 2);
+}
+
 LevelTable LevelsOf(const Study& study) {
   if (study.Shown() == nullptr) return {.summary = "No record yet"};
   const bool isTime = study.Shown()->record->kind == RecordKind::Time;
-  return isTime && study.Choice().view == View::Time ? TimeLevels(study) : SpectrumLevels(study);
+  return isTime && study.Choice().view == View::Time ? TimeLevelsOf(study) : SpectrumLevels(study);
 }
 
 analysis::TextTable LevelTable::AsText() const {
@@ -117,31 +153,6 @@ analysis::TextTable LevelTable::AsText() const {
     text.rows.push_back({row.name, row.values[0], row.values[1], row.values[2], row.note});
   }
   return text;
-}
-
-std::vector<BandRow> BandsOf(const Study& study) {
-  const MeasuredSpectrum* measured = study.SpectrumOf(study.Choice().focus);
-  if (measured == nullptr) return {};
-  const auto* bands = study.BandsOf(measured->spectrum.option, study.Choice().focus);
-  if (bands == nullptr) return {};
-  std::vector<BandRow> rows;
-  for (const auto& band : analysis::LevelsOf(measured->spectrum, *bands)) {
-    if (band.state == analysis::BandState::Unused) continue;
-    const double most = std::max({band.largestG, band.warningG, band.faultG});
-    const double scale = most > 0 ? 1 / most : 0;
-    rows.push_back(
-        {.number = band.number,
-         .range =
-             analysis::NumberText(band.fromHz, 0) + " to " + analysis::NumberText(band.toHz, 0),
-         .largest = SignificantText(band.largestG),
-         .state = analysis::TextOf(band),
-         .headroom = band.toWarningDb ? analysis::SignedDecibelText(*band.toWarningDb) : "",
-         .kind = band.state,
-         .level = band.largestG * scale,
-         .warning = band.warningG * scale,
-         .fault = band.faultG * scale});
-  }
-  return rows;
 }
 
 }  // namespace kestrel::study

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "study/measured.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kestrel::study {
@@ -27,13 +28,59 @@ Measured Measure(RecordPointer record, const StudyChoice& choice) {
   return measured;
 }
 
+std::vector<analysis::Peak> ToldPeaks(const MeasuredSpectrum& measured) {
+  if (!measured.curve) return {};
+  const analysis::QuantityCurve& curve = *measured.curve;
+  const double from = measured.spectrum.FrequencyOf(static_cast<double>(curve.firstValid) - 0.5);
+  std::vector<analysis::Peak> told;
+  std::copy_if(measured.peaks.begin(), measured.peaks.end(), std::back_inserter(told),
+               [from](const analysis::Peak& peak) { return peak.line.hz >= from; });
+  const auto value = [&](const analysis::Peak& peak) {
+    return analysis::ValueIn(measured.spectrum, curve.choice, peak.line.peakG, peak.line.hz);
+  };
+  std::ranges::stable_sort(told, std::greater{}, value);
+  return told;
+}
+
+void MeasureAgain(Measured& measured, const StudyChoice& before, const StudyChoice& choice) {
+  const bool isTime = measured.record->kind == RecordKind::Time;
+  const bool isOther =
+      isTime ? before.timeWindow != choice.timeWindow : before.meaning != choice.meaning;
+  if (isOther) {
+    measured = Measure(std::move(measured.record), choice);
+    return;
+  }
+  const bool isOtherQuantity = before.quantity != choice.quantity;
+  const bool areOtherPeaks = before.peaks != choice.peaks;
+  for (MeasuredAxis& axis : measured.axes) {
+    if (!axis || (!isOtherQuantity && !areOtherPeaks)) continue;
+    MeasuredSpectrum again = *axis;
+    if (isOtherQuantity) again.curve = analysis::InQuantity(again.spectrum, choice.quantity);
+    if (areOtherPeaks) again.peaks = analysis::FindPeaks(again.spectrum, choice.peaks);
+    axis = std::move(again);
+  }
+}
+
+bool IsSameCapture(const Record& one, const Record& other) {
+  if (one.kind != other.kind || one.time != other.time || one.settings != other.settings) {
+    return false;
+  }
+  return std::ranges::all_of(kAxes,
+                             [&](Axis axis) { return one.Of(axis).raw == other.Of(axis).raw; });
+}
+
 Amplitude AmplitudeOf(const analysis::Spectrum& spectrum, const analysis::QuantityChoice& choice,
                       const analysis::Line& line) {
-  const auto value = [&](double peakG) {
-    return analysis::ValueIn(spectrum, choice, peakG, line.hz);
+  const auto value = [&](double peakG, double hz) {
+    return analysis::ValueIn(spectrum, choice, std::max(peakG, 0.0), hz);
   };
-  Amplitude amplitude{.value = value(line.peakG)};
-  if (line.peakBoundG) amplitude.bound = value(line.peakG + *line.peakBoundG) - amplitude.value;
+  Amplitude amplitude{.value = value(line.peakG, line.hz)};
+  if (!line.peakBoundG) return amplitude;
+  const double bound = *line.peakBoundG;
+  const double lowestHz = std::max(line.hz - line.hzBound, spectrum.binWidthHz / 2);
+  const double most = value(line.peakG + bound, lowestHz);
+  const double least = value(line.peakG - bound, line.hz + line.hzBound);
+  amplitude.bound = std::max(most - amplitude.value, amplitude.value - least);
   return amplitude;
 }
 

@@ -23,8 +23,11 @@ using RecordPointer = std::shared_ptr<const Record>;
 struct MeasuredSpectrum {
   analysis::Spectrum spectrum;
   analysis::Told<analysis::QuantityCurve> curve;
-  std::vector<analysis::Peak> peaks;  // largest first; none of a hold
+  std::vector<analysis::Peak> peaks;  // largest first, in g
 };
+
+// The peaks that are told in the chosen quantity, largest in it first; none where it is refused.
+[[nodiscard]] std::vector<analysis::Peak> ToldPeaks(const MeasuredSpectrum& measured);
 
 // One axis of a record; why there is no spectrum where there is none.
 using MeasuredAxis = analysis::Told<MeasuredSpectrum>;
@@ -40,8 +43,15 @@ struct Measured {
 // main window.
 [[nodiscard]] Measured Measure(RecordPointer record, const StudyChoice& choice);
 [[nodiscard]] MeasuredSpectrum Measure(analysis::Spectrum spectrum, const StudyChoice& choice);
+// The same record by another choice, working out again only what the two choices tell apart.
+void MeasureAgain(Measured& measured, const StudyChoice& before, const StudyChoice& choice);
 
-// An amplitude of a peak in the chosen quantity, with its bound.
+// Whether two records are of one capture: the same words, whatever they are scaled by and whatever
+// was read of their alarms.
+[[nodiscard]] bool IsSameCapture(const Record& one, const Record& other);
+
+// An amplitude of a peak in the chosen quantity, with its bound: the larger of the two sides, and
+// of velocity and displacement with what the frequency may be wrong by.
 struct Amplitude {
   double value = 0;
   std::optional<double> bound = {};

@@ -7,6 +7,7 @@
 #include "study/known_table.h"
 #include "study/scene.h"
 #include "study/tables.h"
+#include "study/track.h"
 
 namespace kestrel::study {
 namespace {
@@ -27,7 +28,7 @@ PeakRow RowOf(const Study& study, const MeasuredSpectrum& measured, const analys
               .amplitude = amplitude.value,
               .frequency = frequency.value,
               .frequencyBound = WithSign(frequency.bound),
-              .value = analysis::SignificantText(amplitude.value),
+              .value = AmplitudeText(choice.quantity, amplitude.value),
               .unresolved = peak.line.unresolved};
   if (amplitude.bound) {
     const auto text = analysis::WithBound(amplitude.value, *amplitude.bound);
@@ -35,10 +36,23 @@ PeakRow RowOf(const Study& study, const MeasuredSpectrum& measured, const analys
     row.valueBound = WithSign(text.bound);
   }
   if (choice.machine.rpm && analysis::IsSpeed(*choice.machine.rpm)) {
-    row.order = analysis::NumberText(60 * peak.line.hz / *choice.machine.rpm, 2);
+    const double ordersOfHz = 60 / *choice.machine.rpm;
+    row.order =
+        analysis::WithBound(ordersOfHz * peak.line.hz, ordersOfHz * peak.line.hzBound).value;
   }
   if (const auto marker = analysis::NearestMarker(markers, peak.line)) row.nearest = marker->name;
   return row;
+}
+
+// Of the axes shown; nothing where one of them has peaks to tell.
+std::optional<std::string> WhyNoPeaks(const Study& study) {
+  std::optional<std::string> why = "No axis is shown";
+  for (const Axis axis : ShownAxes(study.Choice())) {
+    const MeasuredAxis& told = study.Shown()->Of(axis);
+    if (told && told->curve) return std::nullopt;
+    why = told ? told->curve.Why().title : told.Why().title;
+  }
+  return why;
 }
 
 }  // namespace
@@ -47,7 +61,7 @@ PeakTable PeaksOf(const Study& study) {
   const StudyChoice& choice = study.Choice();
   PeakTable table;
   if (study.Shown() == nullptr) return {.summary = "No record yet"};
-  if (const auto refused = study.SpectrumRefused()) return {.summary = refused->title};
+  if (const auto why = WhyNoPeaks(study)) return {.summary = *why};
   const auto known = KnownOf(choice);
   for (const Axis axis : ShownAxes(choice)) {
     const MeasuredSpectrum* measured = study.SpectrumOf(axis);
@@ -55,10 +69,8 @@ PeakTable PeaksOf(const Study& study) {
     const auto markers = analysis::MarkersOf(known, measured->spectrum);
     const analysis::Horizontal across = HorizontalOf(choice, measured->spectrum.binWidthHz);
     table.frequencyHead = analysis::UnitOf(across);
-    const double from =
-        measured->spectrum.FrequencyOf(static_cast<double>(measured->curve->firstValid) - 0.5);
-    for (const analysis::Peak& peak : measured->peaks) {
-      if (peak.line.hz >= from) table.rows.push_back(RowOf(study, *measured, peak, markers));
+    for (const analysis::Peak& peak : ToldPeaks(*measured)) {
+      table.rows.push_back(RowOf(study, *measured, peak, markers));
     }
   }
   std::stable_sort(table.rows.begin(), table.rows.end(),

@@ -8,6 +8,8 @@
 #include "numeric/number_texts.h"
 #include "study/known_table.h"
 #include "study/scene.h"
+#include "study/tables.h"
+#include "study/track.h"
 
 namespace kestrel::study {
 namespace {
@@ -49,7 +51,7 @@ SceneTrace TraceOf(const MeasuredSpectrum& measured, AxisKind kind) {
 
 std::string OverallText(const analysis::Spectrum& spectrum) {
   const auto level = analysis::OverallLevel(spectrum);
-  return level ? analysis::SignificantText(level->rmsG) + " g RMS" : "";
+  return level ? LevelText(spectrum, *level) + " g RMS" : "";
 }
 
 void AddLive(PlotPane& pane, const Study& study, Axis axis) {
@@ -119,16 +121,19 @@ void AddOthers(PlotPane& pane, const Study& study, Axis axis) {
     }
     return;
   }
-  PlotCrowd crowd;
+  const MeasuredSpectrum* shown = study.SpectrumOf(axis);
+  if (shown == nullptr) return;
+  PlotCrowd crowd{.x = Frequencies(shown->spectrum)};
   for (const Measured& other : others) {
     if (!other.Of(axis) || !other.Of(axis)->curve) continue;
     const MeasuredSpectrum& measured = *other.Of(axis);
-    if (crowd.x.empty()) crowd.x = Frequencies(measured.spectrum);
-    if (Frequencies(measured.spectrum) != crowd.x) continue;
+    if (measured.spectrum.binWidthHz != shown->spectrum.binWidthHz) continue;
     crowd.y.push_back(Drawn(*measured.curve, pane.up));
   }
   if (crowd.y.empty()) return;
   crowd.name = std::to_string(crowd.y.size()) + " records, least to largest, median";
+  const std::size_t missing = others.size() - crowd.y.size();
+  if (missing > 0) crowd.name += "; " + std::to_string(missing) + " of other bins left out";
   crowd.ink = InkOf(axis);
   pane.crowd = std::move(crowd);
 }
@@ -143,6 +148,7 @@ void AddBands(PlotPane& pane, const Study& study, Axis axis) {
   const MeasuredSpectrum* measured = study.SpectrumOf(axis);
   if (!study.Choice().showBands || measured == nullptr || study.Choice().difference) return;
   const analysis::Spectrum& spectrum = measured->spectrum;
+  if (spectrum.source != analysis::SpectrumSource::Sensor) return;
   const analysis::QuantityChoice& choice = study.Choice().quantity;
   const bool hasThresholds = choice.quantity == analysis::Quantity::Acceleration ||
                              choice.quantity == analysis::Quantity::Level;
@@ -159,8 +165,8 @@ void AddBands(PlotPane& pane, const Study& study, Axis axis) {
          .to = band.toHz + half,
          .name = std::to_string(band.number),
          .headroom = band.toWarningDb ? analysis::SignedDecibelText(*band.toWarningDb) + " dB" : "",
-         .warning = value(band.warningG, band.fromHz),
-         .fault = value(band.faultG, band.fromHz),
+         .warning = value(band.warningG, band.toHz),
+         .fault = value(band.faultG, band.toHz),
          .state = StateOf(band.state),
          .stateText = analysis::TextOf(band)});
   }
@@ -170,12 +176,15 @@ void AddLabels(PlotPane& pane, const Study& study, const std::vector<Axis>& axes
   if (!study.Choice().showLabels || study.Choice().difference) return;
   std::vector<analysis::Peak> peaks;
   for (const Axis axis : axes) {
-    if (const auto* measured = study.SpectrumOf(axis); measured != nullptr && measured->curve) {
-      peaks.insert(peaks.end(), measured->peaks.begin(), measured->peaks.end());
-    }
+    const auto* measured = study.SpectrumOf(axis);
+    if (measured == nullptr) continue;
+    const auto told = ToldPeaks(*measured);
+    peaks.insert(peaks.end(), told.begin(), told.end());
   }
-  std::sort(peaks.begin(), peaks.end(),
-            [](const auto& a, const auto& b) { return a.line.peakG > b.line.peakG; });
+  std::ranges::stable_sort(peaks, std::greater{}, [&](const analysis::Peak& peak) {
+    return analysis::ValueIn(study.SpectrumOf(peak.axis)->spectrum, study.Choice().quantity,
+                             peak.line.peakG, peak.line.hz);
+  });
   peaks.resize(std::min(peaks.size(), kLabels));
   for (const analysis::Peak& peak : peaks) {
     const MeasuredSpectrum& measured = *study.SpectrumOf(peak.axis);
@@ -189,7 +198,7 @@ void AddLabels(PlotPane& pane, const Study& study, const std::vector<Axis>& axes
                       .value +
                   " " + analysis::UnitOf(across),
          .detail = std::string(1, Letter(peak.axis)) + " " +
-                   analysis::SignificantText(amplitude.value) + " " +
+                   AmplitudeText(study.Choice().quantity, amplitude.value) + " " +
                    analysis::ShortUnitOf(study.Choice().quantity)});
   }
 }
@@ -237,7 +246,8 @@ PlotPane PaneOfAxes(PlotScene& scene, const Study& study, const std::vector<Axis
 PlotAcross AcrossOf(const StudyChoice& choice, const MeasuredSpectrum& measured) {
   const analysis::Spectrum& spectrum = measured.spectrum;
   const analysis::Horizontal axis = HorizontalOf(choice, spectrum.binWidthHz);
-  const std::size_t first = measured.curve ? measured.curve->firstValid : spectrum.FirstVibration();
+  const bool isOfQuantity = measured.curve && !choice.difference;
+  const std::size_t first = isOfQuantity ? measured.curve->firstValid : spectrum.FirstVibration();
   const double validFrom = spectrum.FrequencyOf(static_cast<double>(first) - 0.5);
   const bool isLog = choice.across == Scale::Logarithmic;
   return {.title = analysis::TitleOf(axis),

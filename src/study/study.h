@@ -29,6 +29,10 @@ struct TimeCurve {
   double fromHz = 0;  // of velocity: edge of its high-pass
 };
 
+// Samples of a time record in g; refused of a spectrum, of codes that are none and of values that
+// are no numbers.
+[[nodiscard]] analysis::Told<TimeCurve> SamplesOf(const Record& record, Axis axis);
+
 class Study {
  public:
   // A moment as the user reads clocks, and whether the date is said.
@@ -36,7 +40,9 @@ class Study {
 
   explicit Study(LocalTime localTime, StudyChoice choice = {});
 
-  // What comes.
+  // What comes. A record that was never taken is none. One that is known already, now with its
+  // alarms or another scale, takes the place of the first. What a stopped capture left behind is
+  // shown, but is no capture to average, hold or add to the waterfall.
   void Take(RecordPointer record);
   // More is known of the record that came last; its data are the same.
   void Amend(RecordPointer record);
@@ -46,10 +52,11 @@ class Study {
   // What the user does.
   void Choose(StudyChoice choice);
   void Hold(bool held);  // what is shown stays, while records go on coming
-  void Freeze();         // a copy of what is shown becomes a trace
-  void TakeReference();  // what is shown becomes the reference
+  void Freeze();         // a copy of what is shown becomes a trace; nothing without one
+  void TakeReference();  // what is shown becomes the reference; nothing without one
   void RestartAccumulation() { accumulated_.Restart(); }
-  // Records to look at, the first in the place of the live one, the others beside it. None: live.
+  // Records to look at, the first in the place of the live one, the others beside it; each counts
+  // once. None of them there any more: live.
   void Select(const std::vector<RecordId>& ids);
 
   // What is there.
@@ -76,13 +83,12 @@ class Study {
   // The samples of what is shown in the chosen quantity over time; refused of a spectrum, and of
   // velocity where the record is too short for it.
   [[nodiscard]] analysis::Told<TimeCurve> TimeCurveOf(Axis axis) const;
-  // Why the chosen quantity cannot be told of what is shown; nothing where it can.
+  // Why the chosen quantity cannot be told of the focus axis of what is shown; nothing where it
+  // can.
   [[nodiscard]] std::optional<analysis::Refusal> Refused() const;
-  // The same of its spectrum, whatever the view.
-  [[nodiscard]] std::optional<analysis::Refusal> SpectrumRefused() const;
 
  private:
-  void MeasureAgain();
+  void MeasureAllAgain(const StudyChoice& before);
 
   LocalTime localTime_;
   StudyChoice choice_;

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "analysis/cursors.h"
+#include "analysis/levels.h"
 #include "study/study.h"
 
 namespace kestrel::study {
@@ -45,6 +47,12 @@ struct LevelTable {
   [[nodiscard]] analysis::TextTable AsText() const;
 };
 [[nodiscard]] LevelTable LevelsOf(const Study& study);
+// Of the time record shown.
+[[nodiscard]] LevelTable TimeLevelsOf(const Study& study);
+// RMS of a band in g: "0.454"; "below 0.0012" where it is less than bins that read nothing may
+// hide.
+[[nodiscard]] std::string LevelText(const analysis::Spectrum& spectrum,
+                                    const analysis::BandLevel& level);
 
 struct BandRow {
   int number = 0;
@@ -58,7 +66,8 @@ struct BandRow {
   double warning = 0;
   double fault = 0;
 };
-// The focus axis's bands for the option of what is shown; empty where nobody knows them.
+// The focus axis's bands for the option of what is shown; empty where nobody knows them, and of a
+// transform, which has no words to hold against thresholds.
 [[nodiscard]] std::vector<BandRow> BandsOf(const Study& study);
 
 struct CursorTable {

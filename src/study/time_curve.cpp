@@ -1,5 +1,10 @@
 // The samples of a time record in the chosen quantity.
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+
 #include "analysis/time_velocity.h"
 #include "record/frequency.h"
 #include "study/study.h"
@@ -13,14 +18,37 @@ analysis::Refusal NoSamples() {
           .cure = "Capture in the mode Manual Time"};
 }
 
+analysis::Refusal Unreadable(std::string reason) {
+  return {.title = "No samples can be told from this record",
+          .reason = std::move(reason),
+          .cure = "Capture again"};
+}
+
+bool IsCode(int code) {
+  return code >= 0 && code < 4;
+}
+
 }  // namespace
 
-analysis::Told<TimeCurve> Study::TimeCurveOf(Axis axis) const {
-  if (!shown_ || shown_->record->kind != RecordKind::Time) return NoSamples();
-  const Record& record = *shown_->record;
+analysis::Told<TimeCurve> SamplesOf(const Record& record, Axis axis) {
+  if (record.kind != RecordKind::Time) return NoSamples();
+  if (!IsCode(record.settings.option)) return Unreadable("Its rate option is none of 0 to 3.");
+  if (!IsCode(record.settings.range)) return Unreadable("Its range is none of the sensor's.");
   TimeCurve curve{.values = analysis::ValuesInG(record, axis, true),
                   .stepS = 1 / SampleFrequency(record.settings.option)};
-  if (choice_.timeQuantity == TimeQuantity::Acceleration) return curve;
+  if (!std::ranges::all_of(curve.values, [](double value) { return std::isfinite(value); })) {
+    return Unreadable("It holds values that are no numbers.");
+  }
+  return curve;
+}
+
+analysis::Told<TimeCurve> Study::TimeCurveOf(Axis axis) const {
+  if (!shown_) return NoSamples();
+  const Record& record = *shown_->record;
+  auto told = SamplesOf(record, axis);
+  if (!told) return told;
+  const TimeCurve& curve = *told;
+  if (choice_.timeQuantity == TimeQuantity::Acceleration) return told;
   const double lowest = analysis::LowestVelocityOf(record.settings.option);
   const auto velocity = analysis::VelocityOf(curve.values, record.settings.option,
                                              choice_.timeFromHz > 0 ? choice_.timeFromHz : lowest);

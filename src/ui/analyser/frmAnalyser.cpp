@@ -40,7 +40,8 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       area_(new PlotArea(model_)),
       waterfall_(new WaterfallArea(model_)),
       views_(new QStackedWidget),
-      lblConditions_(new QLabel) {
+      lblConditions_(new QLabel),
+      known_(new KnownPanel(model_)) {
   setObjectName("frmAnalyser");
   setWindowTitle(tr("Analyser"));
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
@@ -75,10 +76,12 @@ void frmAnalyser::LayOut() {
   statusBar()->addPermanentWidget(lblConditions_);
 }
 
-AnalyserDock* frmAnalyser::AddDock(const char* name, const QString& title, SummarisedPanel* panel,
+AnalyserDock* frmAnalyser::AddDock(const char* name, const QString& title, QWidget* panel,
                                    Qt::DockWidgetArea area) {
   auto* dock = new AnalyserDock(name, title, panel, this);
-  connect(panel, &SummarisedPanel::Summarised, dock, &AnalyserDock::SetSummary);
+  if (auto* summarised = qobject_cast<SummarisedPanel*>(panel)) {
+    connect(summarised, &SummarisedPanel::Summarised, dock, &AnalyserDock::SetSummary);
+  }
   addDockWidget(area, dock);
   docks_.push_back(dock);
   return dock;
@@ -94,6 +97,12 @@ void frmAnalyser::AddDocks() {
   AddDock("dockCursor", tr("Cursor"), cursor, Qt::BottomDockWidgetArea)
       ->SetCopied(&cursor->Table());
   connect(&area_->Commands(), &PlotCommands::MemberAsked, cursor, &CursorPanel::NextMember);
+  auto* known = AddDock("dockKnown", tr("Known frequencies"), known_, Qt::RightDockWidgetArea);
+  auto* severity = AddDock("dockSeverity", tr("Severity estimate"), new SeverityPanel(model_),
+                           Qt::RightDockWidgetArea);
+  tabifyDockWidget(docks_[2], known);
+  tabifyDockWidget(known, severity);
+  docks_[2]->raise();
   resizeDocks({docks_[0], docks_[1]}, {236, 360}, Qt::Horizontal);
   resizeDocks({docks_[1], docks_[2]}, {380, 330}, Qt::Vertical);
   resizeDocks({docks_[3]}, {190}, Qt::Vertical);
@@ -104,6 +113,7 @@ void frmAnalyser::Connect() {
           [this](int view) { ChooseView(static_cast<study::View>(view)); });
   connect(viewBar_->cmdCapture, &QToolButton::clicked, this, &frmAnalyser::ToggleCapture);
   connect(viewBar_->cmdRepeat, &QToolButton::clicked, this, [this] { host_.openRepeat(); });
+  connect(known_, &KnownPanel::LibraryChanged, this, &frmAnalyser::Keep);
   connect(&model_, &StudyModel::Changed, this, &frmAnalyser::Refresh);
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,

@@ -10,8 +10,10 @@
 #include <map>
 
 #include "ui/analyser/analyser_dock.h"
+#include "ui/analyser/known_panel.h"
 #include "ui/analyser/plot_area.h"
 #include "ui/analyser/records_panel.h"
+#include "ui/analyser/severity_panel.h"
 #include "ui/analyser/study_model.h"
 #include "ui/analyser/table_panels.h"
 #include "ui/analyser/tool_bar.h"
@@ -61,7 +63,7 @@ class frmAnalyser : public QMainWindow {
  private:
   void LayOut();
   void AddDocks();
-  AnalyserDock* AddDock(const char* name, const QString& title, SummarisedPanel* panel,
+  AnalyserDock* AddDock(const char* name, const QString& title, QWidget* panel,
                         Qt::DockWidgetArea area);
   void AddMenus();
   void AddThemes(QMenu& menu);
@@ -89,6 +91,7 @@ class frmAnalyser : public QMainWindow {
   WaterfallArea* waterfall_;
   QStackedWidget* views_;
   QLabel* lblConditions_;
+  KnownPanel* known_;
   std::vector<AnalyserDock*> docks_;
   QActionGroup* themes_ = nullptr;
   study::View view_ = study::View::Spectrum;

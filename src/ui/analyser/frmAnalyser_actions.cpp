@@ -8,6 +8,8 @@
 #include <QSettings>
 #include <QShortcut>
 #include <QStatusBar>
+#include <algorithm>
+#include <array>
 
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/analyser/text_table.h"
@@ -201,6 +203,9 @@ void frmAnalyser::Restore() {
   if (const auto state = dockStates_.find(view_); state != dockStates_.end()) {
     restoreState(state->second);
   }
+  const std::string unread =
+      known_->LoadLibrary(kept.value("bearings").toString().toStdString());
+  if (!unread.empty()) statusBar()->showMessage(Text(unread));
   const int theme = std::clamp(kept.value("theme", 0).toInt(), 0, 2);
   themes_->actions().at(theme)->setChecked(true);
   if (theme != 0) ApplyTheme(static_cast<Theme>(theme));
@@ -211,6 +216,7 @@ void frmAnalyser::Keep() const {
   kept.setValue("geometry", saveGeometry());
   for (const auto& [view, state] : dockStates_) kept.setValue(StateKey(view), state);
   kept.setValue(StateKey(view_), saveState());
+  kept.setValue("bearings", Text(known_->SaveLibrary()));
   kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
 }
 

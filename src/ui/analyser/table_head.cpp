@@ -25,6 +25,11 @@ QString TableHead::Word(int section) const {
   return model()->headerData(section, orientation(), Qt::DisplayRole).toString().trimmed();
 }
 
+void TableHead::paintEvent(QPaintEvent* event) {
+  QPainter(viewport()).fillRect(viewport()->rect(), Look::Of(palette()).header);
+  QHeaderView::paintEvent(event);
+}
+
 void TableHead::paintSection(QPainter* painter, const QRect& rect, int section) const {
   const Look look = Look::Of(palette());
   painter->fillRect(rect, look.header);

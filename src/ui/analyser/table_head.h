@@ -12,6 +12,7 @@ class TableHead : public QHeaderView {
   explicit TableHead(QWidget* parent);
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
   [[nodiscard]] QSize sectionSizeFromContents(int section) const override;
 

@@ -1,0 +1,46 @@
+// The shelf of records: order, ids, and what is dropped.
+// SPDX-License-Identifier: MIT
+#include "study/shelf.h"
+
+#include <gtest/gtest.h>
+
+#include "sample_records.h"
+
+namespace kestrel::study {
+namespace {
+
+RecordPointer Taken(int second) {
+  return RecordOf({.second = second});
+}
+
+TEST(Shelf, HoldsTheNewestFirst) {
+  Shelf shelf(3);
+  EXPECT_EQ(shelf.Add(Taken(1)), 1);
+  EXPECT_EQ(shelf.Add(Taken(2)), 2);
+  EXPECT_EQ(shelf.Entries().front().id, 2);
+  EXPECT_EQ(shelf.Find(1)->conditions.recordCount, 1);
+  EXPECT_EQ(shelf.Find(3), nullptr);
+  EXPECT_EQ(shelf.Dropped(), 0);
+}
+
+TEST(Shelf, DropsTheOldestAndNeverGivesAnIdAgain) {
+  Shelf shelf(2);
+  for (int i = 1; i <= 5; ++i) EXPECT_EQ(shelf.Add(Taken(i)), i);
+  EXPECT_EQ(shelf.Entries().size(), 2U);
+  EXPECT_EQ(shelf.Dropped(), 3);
+  EXPECT_EQ(shelf.Find(3), nullptr);
+  EXPECT_EQ(shelf.Find(4)->conditions.recordCount, 4);
+}
+
+TEST(Shelf, TheNewestIsAmendedUnderItsId) {
+  Shelf shelf(2);
+  shelf.Amend(Taken(0));
+  EXPECT_TRUE(shelf.Entries().empty());
+  shelf.Add(Taken(1));
+  shelf.Amend(Taken(2));
+  EXPECT_EQ(shelf.Entries().size(), 1U);
+  EXPECT_EQ(shelf.Find(1)->conditions.recordCount, 2);
+}
+
+}  // namespace
+}  // namespace kestrel::study
