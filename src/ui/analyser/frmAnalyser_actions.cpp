@@ -203,8 +203,7 @@ void frmAnalyser::Restore() {
   if (const auto state = dockStates_.find(view_); state != dockStates_.end()) {
     restoreState(state->second);
   }
-  const std::string unread =
-      known_->LoadLibrary(kept.value("bearings").toString().toStdString());
+  const std::string unread = known_->LoadLibrary(kept.value("bearings").toString().toStdString());
   if (!unread.empty()) statusBar()->showMessage(Text(unread));
   const int theme = std::clamp(kept.value("theme", 0).toInt(), 0, 2);
   themes_->actions().at(theme)->setChecked(true);
