@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-#include "sample_records.h"
+#include "study/sample_records.h"
 
 namespace kestrel::study {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-#include "sample_records.h"
+#include "study/sample_records.h"
 
 namespace kestrel::study {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "sample_records.h"
+#include "study/sample_records.h"
 
 namespace kestrel::study {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <limits>
 
-#include "sample_records.h"
+#include "study/sample_records.h"
 
 namespace kestrel::study {
 namespace {

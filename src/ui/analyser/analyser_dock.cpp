@@ -6,10 +6,10 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
-#include "ui/analyser/flat_button.h"
-#include "ui/analyser/text_table.h"
 #include "ui/chart/look.h"
 #include "ui/parts/line_label.h"
+#include "ui/study/flat_button.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 

@@ -6,10 +6,10 @@
 #include <array>
 
 #include "analysis/trace_set.h"
+#include "display/cursors.h"
 #include "numeric/number_texts.h"
-#include "study/cursors.h"
-#include "ui/analyser/text_table.h"
 #include "ui/analyser/tool_bar.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {

@@ -5,7 +5,7 @@
 #include <QMenu>
 #include <functional>
 
-#include "ui/analyser/study_model.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

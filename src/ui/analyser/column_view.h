@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "chart/axis_map.h"
-#include "study/row_study.h"
+#include "display/row_study.h"
 #include "ui/chart/look.h"
 #include "ui/waterfall/waterfall_view.h"
 

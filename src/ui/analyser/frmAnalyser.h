@@ -10,16 +10,16 @@
 #include <map>
 
 #include "ui/analyser/analyser_dock.h"
-#include "ui/analyser/known_panel.h"
 #include "ui/analyser/plot_area.h"
 #include "ui/analyser/records_panel.h"
-#include "ui/analyser/severity_panel.h"
-#include "ui/analyser/study_model.h"
 #include "ui/analyser/table_panels.h"
 #include "ui/analyser/tool_bar.h"
 #include "ui/analyser/view_bar.h"
 #include "ui/analyser/waterfall_area.h"
 #include "ui/chart/theme.h"
+#include "ui/machine/known_panel.h"
+#include "ui/machine/severity_panel.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

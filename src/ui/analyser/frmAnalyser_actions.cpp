@@ -12,7 +12,7 @@
 #include <array>
 
 #include "ui/analyser/frmAnalyser.h"
-#include "ui/analyser/text_table.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {

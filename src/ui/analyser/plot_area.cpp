@@ -8,8 +8,8 @@
 #include <algorithm>
 
 #include "analysis/time_velocity.h"
-#include "study/cursors.h"
-#include "study/scene.h"
+#include "display/cursors.h"
+#include "display/scene.h"
 #include "ui/parts/local_time.h"
 
 namespace kestrel {

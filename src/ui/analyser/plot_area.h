@@ -6,10 +6,10 @@
 
 #include "ui/analyser/plot_commands.h"
 #include "ui/analyser/refusal_card.h"
-#include "ui/analyser/study_model.h"
 #include "ui/chart/analyser_plot.h"
 #include "ui/chart/picture_out.h"
 #include "ui/parts/record_notice_strip.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

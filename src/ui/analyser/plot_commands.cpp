@@ -6,8 +6,8 @@
 #include <array>
 #include <cmath>
 
-#include "study/cursors.h"
-#include "study/scene.h"
+#include "display/cursors.h"
+#include "display/scene.h"
 #include "ui/analyser/tool_bar.h"
 
 namespace kestrel {

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "ui/analyser/study_model.h"
 #include "ui/chart/analyser_plot.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

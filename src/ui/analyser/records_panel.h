@@ -7,8 +7,8 @@
 #include <QListView>
 #include <QSortFilterProxyModel>
 
-#include "ui/analyser/study_model.h"
 #include "ui/analyser/table_panels.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

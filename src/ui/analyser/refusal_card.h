@@ -7,8 +7,8 @@
 #include <optional>
 
 #include "analysis/refusal.h"
-#include "ui/analyser/flat_button.h"
-#include "ui/analyser/text_table.h"
+#include "ui/study/flat_button.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 

@@ -6,8 +6,8 @@
 #include <QHeaderView>
 #include <QVBoxLayout>
 
-#include "study/cursors.h"
-#include "study/scene.h"
+#include "display/cursors.h"
+#include "display/scene.h"
 #include "ui/chart/look.h"
 
 namespace kestrel {

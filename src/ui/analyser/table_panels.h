@@ -5,11 +5,11 @@
 #include <QLabel>
 #include <QWidget>
 
-#include "study/tables.h"
-#include "ui/analyser/flat_button.h"
-#include "ui/analyser/row_delegate.h"
-#include "ui/analyser/study_model.h"
-#include "ui/analyser/text_table.h"
+#include "display/tables.h"
+#include "ui/study/flat_button.h"
+#include "ui/study/row_delegate.h"
+#include "ui/study/study_model.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 

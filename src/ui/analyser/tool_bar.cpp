@@ -7,8 +7,8 @@
 #include <array>
 
 #include "ui/analyser/choice_menus.h"
-#include "ui/analyser/text_table.h"
 #include "ui/chart/look.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {

@@ -5,8 +5,8 @@
 #include <QMenu>
 #include <QWidget>
 
-#include "ui/analyser/flat_button.h"
-#include "ui/analyser/study_model.h"
+#include "ui/study/flat_button.h"
+#include "ui/study/study_model.h"
 
 namespace kestrel {
 

@@ -7,7 +7,7 @@
 #include <QTabBar>
 #include <QWidget>
 
-#include "ui/analyser/flat_button.h"
+#include "ui/study/flat_button.h"
 
 namespace kestrel {
 

@@ -6,8 +6,8 @@
 #include <QShowEvent>
 #include <QVBoxLayout>
 
-#include "study/cursors.h"
-#include "study/scene.h"
+#include "display/cursors.h"
+#include "display/scene.h"
 
 namespace kestrel {
 namespace {

@@ -8,10 +8,10 @@
 #include <optional>
 #include <vector>
 
-#include "study/row_study.h"
+#include "display/row_study.h"
 #include "ui/analyser/column_view.h"
-#include "ui/analyser/study_model.h"
 #include "ui/chart/analyser_plot.h"
+#include "ui/study/study_model.h"
 #include "ui/waterfall/waterfall_view.h"
 
 namespace kestrel {

@@ -6,12 +6,12 @@
 #include <cmath>
 
 #include "analysis/known_frequencies.h"
+#include "display/cursors.h"
+#include "display/known_table.h"
+#include "display/scene.h"
 #include "numeric/number_texts.h"
-#include "study/cursors.h"
-#include "study/known_table.h"
-#include "study/scene.h"
-#include "ui/analyser/text_table.h"
 #include "ui/analyser/waterfall_area.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <QDir>
 
-#include "ui/analyser/made_up_records.h"
+#include "ui/made_up_records.h"
 #include "ui/rendering.h"
 
 namespace kestrel {

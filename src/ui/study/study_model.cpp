@@ -1,0 +1,76 @@
+// How changes of the study reach those who show it.
+// SPDX-License-Identifier: MIT
+#include "ui/study/study_model.h"
+
+#include <utility>
+
+#include "ui/parts/local_time.h"
+
+namespace kestrel {
+
+StudyModel::StudyModel(QObject* parent)
+    : QObject(parent), study_([](auto time) { return LocalTime(time).toStdString(); }) {}
+
+void StudyModel::Change(const Edit& edit) {
+  study::StudyChoice choice = study_.Choice();
+  edit(choice);
+  study_.Choose(std::move(choice));
+  emit Changed();
+}
+
+void StudyModel::MoveCursor(study::CursorKind kind, const study::CursorPlaces& places) {
+  study::StudyChoice choice = study_.Choice();
+  choice.cursor = kind;
+  choice.Places() = places;
+  study_.Choose(std::move(choice));
+  emit CursorMoved();
+}
+
+void StudyModel::Take(study::RecordPointer record) {
+  study_.Take(std::move(record));
+  emit RecordsChanged();
+  emit Changed();
+}
+
+void StudyModel::Amend(study::RecordPointer record) {
+  study_.Amend(std::move(record));
+  emit Changed();
+}
+
+void StudyModel::AddGap(const std::string& reason) {
+  study_.AddGap(reason);
+  emit RecordsChanged();
+}
+
+void StudyModel::SetSensorBands(int option, const study::SensorBands& bands) {
+  study_.SetSensorBands(option, bands);
+  emit Changed();
+}
+
+void StudyModel::Select(const std::vector<study::RecordId>& ids) {
+  study_.Select(ids);
+  emit RecordsChanged();
+  emit Changed();
+}
+
+void StudyModel::Hold(bool held) {
+  study_.Hold(held);
+  emit Changed();
+}
+
+void StudyModel::Freeze() {
+  study_.Freeze();
+  emit Changed();
+}
+
+void StudyModel::TakeReference() {
+  study_.TakeReference();
+  emit Changed();
+}
+
+void StudyModel::RestartAccumulation() {
+  study_.RestartAccumulation();
+  emit Changed();
+}
+
+}  // namespace kestrel
