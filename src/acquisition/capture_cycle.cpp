@@ -194,6 +194,21 @@ void CaptureCycle::ReadBuffers(const RecordOrigin& origin) {
   if (!closed_) overlay_.RecordRedrawn();
 }
 
+// The range of its peaks stands in the record's own information word.
+bool CaptureCycle::TakeSeriesRecord() {
+  if (running_ || !GoingOn()) return false;
+  const auto info = ReadWord(core_.registers, row::REC_INFO);
+  if (!info) return false;
+  alarms_.ExpectPeaks(GPerLsb(SettingsFromWords(*info, 0).range));
+  status_.ReadStatus("cmdStart");
+  readout_.Expect(RecordKind::Spectrum);
+  const bool read = readout_.ReadSeriesBuffer();
+  if (closed_) return read;
+  if (!read) plot_.PlotRecord();
+  overlay_.RecordRedrawn();
+  return read;
+}
+
 // The peaks that come with a stored spectrum are codes of the range at which it was taken.
 void CaptureCycle::cmdGetRecord_Click(int record) {
   if (!InterfaceReady()) return;

@@ -61,6 +61,11 @@ class CaptureCycle {
   // of the last capture.
   void cmdGetRecord_Click(int record);
 
+  // Reads the newest record that the sensor has captured by itself in timer mode. Returns whether
+  // it did; where not, the earlier record stays. Nothing happens while a capture is waited for or
+  // the sensor cannot be reached.
+  bool TakeSeriesRecord();
+
   // What a record mode (list index) delivers is what the next read-out expects.
   void SetRecordType(int recMode);
 

@@ -10,11 +10,13 @@
 #include "device/rec_info.h"
 #include "numeric/number_format.h"
 #include "record/capture_data.h"
+#include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
 constexpr std::int16_t kLastRange = 3;
+constexpr int kSeriesTries = 3;
 
 // Hourglass and progress bar for as long as a read-out lasts, however it ends.
 class BusyDisplay {
@@ -49,7 +51,20 @@ void CaptureReadout::Expect(RecordKind kind) {
 }
 
 bool CaptureReadout::ReadCaptureBuffer(const RecordOrigin& origin) {
-  std::optional<Record> record = Read(origin);
+  return Take(Read(origin));
+}
+
+bool CaptureReadout::ReadSeriesBuffer() {
+  for (int tries = 0; tries < kSeriesTries; ++tries) {
+    std::optional<Record> record = Read({});
+    const auto count = ReadWord(core_.registers, row::REC_CNT);
+    if (!record || !count) break;
+    if (*count == record->conditions.recordCount) return Take(std::move(record));
+  }
+  return Take(std::nullopt);
+}
+
+bool CaptureReadout::Take(std::optional<Record> record) {
   if (!record) {
     const Record& earlier = core_.record.Get();
     Expect(earlier.kind);

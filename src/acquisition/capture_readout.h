@@ -53,6 +53,11 @@ class CaptureReadout {
   // earlier one, its kind is expected again, and nothing is plotted or logged.
   bool ReadCaptureBuffer(const RecordOrigin& origin = {});
 
+  // Reads the newest record of a series that the sensor takes by itself, as ReadCaptureBuffer does,
+  // and again when the sensor has taken another one meanwhile: a record is never made of two.
+  // Returns false as well when it took one each time.
+  bool ReadSeriesBuffer();
+
   // A capture ended that is not read out: how far the sensor has counted is no longer known.
   void ForgetCount() { count_.reset(); }
 
@@ -60,6 +65,7 @@ class CaptureReadout {
   [[nodiscard]] bool Busy() const { return busy_; }
 
  private:
+  bool Take(std::optional<Record> record);
   std::optional<Record> Read(const RecordOrigin& origin);
   void ClearPlot();
   void SetScale(Record& record);

@@ -41,6 +41,9 @@ class HandlerEdge {
   // a timer, may use the adapter.
   [[nodiscard]] bool Resting() const;
 
+  // How many handlers are at work, one inside another.
+  [[nodiscard]] int Depth() const { return running_; }
+
   // For what would disturb a capture: refused while one is waited for.
   void RunIdle(const char* name, const std::function<void()>& handler);
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "app/delay.h"
+#include "app/messages_aside.h"
 #include "record/current_record.h"
 #include "seams/clock.h"
 #include "seams/driver_service.h"
@@ -36,12 +37,16 @@ struct Seams {
 class Core {
  public:
   explicit Core(const Seams& outside)
-      : seams(outside),
+      : messages(outside.messages),
+        seams{outside.clock, outside.loop,  outside.pointer,
+              messages,      outside.files, outside.locale,
+              outside.usb,   outside.port,  outside.driverService},
         delay(seams.clock, seams.pointer),
         usb(seams.usb, seams.messages),
         port(seams.port, delay),
         registers(usb, port, delay) {}
 
+  MessagesAside messages;  // on the way to the user
   Seams seams;
   SoftwareDelay delay;
   UsbAdapter usb;

@@ -110,6 +110,9 @@ class UsbAdapter {
   // counts as lost, without a message; returns whether it has just been found lost.
   [[nodiscard]] bool FindLost();
 
+  // Whether the system lists a board of this name; it is not touched.
+  [[nodiscard]] bool IsAttached(const std::string& name) { return driver_.Attached(name); }
+
   // Why nothing can be sent while UsbPresent is false.
   [[nodiscard]] static Error Absent();
 
