@@ -71,6 +71,8 @@ class Repeat {
 
   [[nodiscard]] RepeatStep Next();
   [[nodiscard]] RepeatProgress Progress();
+  [[nodiscard]] const RepeatSettings& Settings() const { return settings_; }
+  [[nodiscard]] bool Ended() const { return ended_; }
 
   // A capture that Next() asked for, or a fetch.
   void CaptureBegan();

@@ -25,6 +25,10 @@ bool SensorReturn::Look() {
   return type_ == kParallelPort && LookForPort();
 }
 
+bool SensorReturn::SameRoad() const {
+  return InterfaceType == type_ && (type_ != kUsbAdapter || SelectedAdapter.deviceName == board_);
+}
+
 // A board that hangs keeps whoever asks it waiting.
 bool SensorReturn::LookForBoard() {
   if (!core_.usb.IsAttached(board_)) {

@@ -24,6 +24,9 @@ class SensorReturn {
   // answer is asked ever less often. Messages may come of it.
   [[nodiscard]] bool Look();
 
+  // Whether the interface is the remembered road.
+  [[nodiscard]] bool SameRoad() const;
+
  private:
   [[nodiscard]] bool LookForBoard();
   [[nodiscard]] bool LookForPort();

@@ -15,9 +15,9 @@ class SeriesRecord : public CaptureBench {
   // The sensor takes another record while its Z axis is read, so many times.
   void TakeAnotherDuringReadOut(int times) {
     sensor.OnRead(address::kZBuf, [this, times, taken = 0]() mutable {
-      const int pointer = sensor.Word(address::kBufPntr);
-      if (pointer == 100 && taken < times) sensor.Set(address::kRecCnt, 8 + taken++);
-      return taken * 10000 + pointer;
+      const int point = sensor.Word(address::kBufPntr);
+      if (point == 100 && taken < times) sensor.Set(address::kRecCnt, 8 + taken++);
+      return taken * 10000 + point;
     });
   }
 };

@@ -60,6 +60,16 @@ void Freshness::RestoreSettings() {
     parts_.notices.SettingsRestored();
 }
 
+bool Freshness::GiveBack(const SettingsExchange::Shown& earlier) {
+  SettingsExchange& settings = parts_.desk.settings;
+  InterfaceChosen();
+  if (earlier.lists.empty() || settings.LastRead() == earlier) return true;
+  settings.Restore(earlier);
+  if (settings.LastRead() != earlier) return false;
+  parts_.notices.SettingsRestored();
+  return true;
+}
+
 void Freshness::StopTimer() {
   if (!parts_.desk.cycle.StopSeries()) return;
   parts_.notices.TimerStopped();

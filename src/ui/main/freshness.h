@@ -42,6 +42,9 @@ class Freshness {
   void InterfaceChosen();
 
   void RestoreSettings();
+  // The sensor that was lost is back by itself: all is read, and it gets these settings again where
+  // it has others. Returns whether it has them.
+  [[nodiscard]] bool GiveBack(const SettingsExchange::Shown& earlier);
   void StopTimer();
   void ReadAll();
 

@@ -66,7 +66,8 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       windows_(core, edge_, desk_.overlay, this),
       freshness_({core.registers, desk_, windows_, *record_, *conditions_, *statusPanel_,
                   *alarmPanel_, *lostNotice_, *strip_, notices_}),
-      cures_({core, edge_, desk_.plot, desk_.settings, *record_, *capture_, windows_}) {
+      cures_({core, edge_, desk_.plot, desk_.settings, *record_, *capture_, windows_}),
+      repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -121,6 +122,7 @@ void frm1::ConnectButtons() {
   On(capture_->cmdStart, clicked, "cmdStart_Click", [this] {
     desk_.settings.HideWorkingSign();
     notices_.CaptureStarted();
+    repeat_.NoteStartPressed();
     desk_.cycle.cmdStart_Click();
   });
   On(capture_->cmdReadBuffer, clicked, "cmdReadBuffer_Click", [this] {
@@ -311,6 +313,7 @@ void frm1::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  repeat_.Runner().Close();
   desk_.cycle.Close();
   windows_.CancelTransfers();
   QMainWindow::closeEvent(event);
@@ -321,12 +324,16 @@ bool frm1::eventFilter(QObject* watched, QEvent* event) {
   if (watched->isWidgetType() && pointer_.TakesKey(*event)) return true;
   // A window that becomes active reads the sensor: a loss is found before that, without a message.
   if (event->type() == QEvent::WindowActivate && watcher_) watcher_->Look();
+  if (event->type() == QEvent::KeyPress && repeat_.TakesKey(*watched, *event)) return true;
   if (event->type() == QEvent::KeyRelease && capture_->KeyPreview()) {
     const auto* key = static_cast<QKeyEvent*>(event);
     const auto* widget = qobject_cast<QWidget*>(watched);
     if (key->key() == Qt::Key_Escape && !key->isAutoRepeat() && widget != nullptr &&
         widget->window() == this) {
-      Handle("Form_KeyUp", [this] { desk_.cycle.Form_KeyUp(kEscapeKey); });
+      Handle("Form_KeyUp", [this] {
+        repeat_.NoteStartPressed();
+        desk_.cycle.Form_KeyUp(kEscapeKey);
+      });
       return true;
     }
   }

@@ -22,6 +22,7 @@
 #include "ui/main/main_notices.h"
 #include "ui/main/record_cures.h"
 #include "ui/main/record_panel.h"
+#include "ui/main/repeat_part.h"
 #include "ui/main/secondary_windows.h"
 #include "ui/main/simulator_control.h"
 #include "ui/main/status_panel.h"
@@ -45,6 +46,9 @@ class frm1 : public QMainWindow {
 
   // The alarm bands on the plot, as their editor uses them.
   [[nodiscard]] BandOverlay& Overlay() { return desk_.overlay; }
+
+  // Repeated captures, one program's worth, for whoever shows or starts them.
+  [[nodiscard]] RepeatRunner& Repeats() { return repeat_.Runner(); }
 
   // The data-log files that captures go to.
   [[nodiscard]] const DataLog& Log() const { return desk_.log; }
@@ -102,6 +106,7 @@ class frm1 : public QMainWindow {
   SecondaryWindows windows_;
   Freshness freshness_;
   RecordCures cures_;
+  RepeatPart repeat_;
 };
 
 }  // namespace kestrel

@@ -39,6 +39,10 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuDIOGPIO = Add(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));
   MnuCal = Add(sensor, "MnuCal", tr("Ca&libration..."));
   mnuRegisters = Add(sensor, "mnuRegisters", tr("&Registers..."));
+  sensor->addSeparator();
+  mnuRepeat = Add(sensor, "mnuRepeat", tr("Repeat ca&ptures..."));
+  mnuRepeat->setShortcut(Qt::SHIFT | Qt::Key_F5);
+  mnuRepeatStop = Add(sensor, "mnuRepeatStop", tr("S&top repeating"));
 
   QMenu* product = window.menuBar()->addMenu(tr("&Product"));
   mnu31407 = Add(product, "mnu31407", "31407");

@@ -24,6 +24,8 @@ class MainMenu : public QObject {
   QAction* mnuDIOGPIO;
   QAction* MnuCal;
   QAction* mnuRegisters;
+  QAction* mnuRepeat;
+  QAction* mnuRepeatStop;
   QAction* mnu31407;
   QAction* mnuGuide;
   QAction* mnuAbout;
