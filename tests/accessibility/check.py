@@ -28,6 +28,7 @@ WINDOWS = (
     ("Sensor", "DIO/GPIO...", "DIO/GPIO", "Close"),
     ("Sensor", "Calibration...", "Calibration", "Close"),
     ("Sensor", "Registers...", "Registers", "Close"),
+    ("Sensor", "Repeat captures...", "Repeat captures", "Close"),
     ("Help", "About...", "About", "OK"),
 )
 

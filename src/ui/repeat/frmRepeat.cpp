@@ -118,6 +118,8 @@ QWidget* frmRepeat::HowFar() {
   txtGaps_->setObjectName("txtGaps");
   txtGaps_->setAccessibleName(tr("Gaps, while the sensor was lost"));
   txtGaps_->setReadOnly(true);
+  // A caret shows that it has the focus.
+  txtGaps_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   txtGaps_->setTabChangesFocus(true);
   txtGaps_->setPlaceholderText(tr("No gaps"));
   txtGaps_->setFixedHeight(4 * fontMetrics().lineSpacing());

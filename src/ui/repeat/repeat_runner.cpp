@@ -214,7 +214,10 @@ void RepeatRunner::NoteLoss(const std::vector<std::string>& told) {
   if (lost_) return;
   lost_ = true;
   before_ = settings_.LastRead();
-  repeat_->SensorLost(told.empty() ? tr("The sensor was lost.").toStdString() : told.front());
+  const QString what = told.empty() ? QString() : QString::fromStdString(told.front());
+  repeat_->SensorLost(
+      (what.isEmpty() ? tr("the sensor was lost") : tr("the sensor was lost (%1)").arg(what))
+          .toStdString());
   edge_.Run("RepeatLost", [] {});
 }
 
