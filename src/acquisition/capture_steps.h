@@ -29,6 +29,10 @@ inline constexpr std::int16_t kTimeMode = 2;
   return (status.word & kDataReadyFlag) != 0;
 }
 
+// How long a capture can last at most, for one that nobody watches: three times what its samples
+// take, and time to wake up. `option` 0 to 3 is the sample-rate option.
+[[nodiscard]] std::chrono::nanoseconds LongestCapture(int option, int averages);
+
 // Asks the sensor to stop a capture or a series of them. Returns whether it was reached.
 bool SendStop(RegisterAccess& registers);
 

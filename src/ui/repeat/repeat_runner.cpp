@@ -4,7 +4,9 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <utility>
 
+#include "acquisition/capture_steps.h"
 #include "acquisition/readings.h"
 #include "device/rec_ctrl.h"
 #include "regmap/register_table.h"
@@ -20,6 +22,7 @@ using Do = RepeatStep::Do;
 constexpr milliseconds kSoon{100};
 constexpr milliseconds kDisplayEvery{250};
 constexpr std::int16_t kTimerMode = 1;
+constexpr int kMostAverages = 255;
 
 }  // namespace
 
@@ -35,7 +38,10 @@ RepeatRunner::RepeatRunner(Core& core, HandlerEdge& edge, CaptureCycle& cycle,
   next_.setSingleShot(true);
   next_.setTimerType(Qt::PreciseTimer);
   connect(&next_, &QTimer::timeout, this, &RepeatRunner::Tick);
-  connect(&display_, &QTimer::timeout, this, &RepeatRunner::Changed);
+  connect(&display_, &QTimer::timeout, this, [this] {
+    WatchCapture();
+    emit Changed();
+  });
 }
 
 QString RepeatRunner::Unfit(RepeatMode mode) const {
@@ -88,6 +94,7 @@ std::optional<RepeatProgress> RepeatRunner::Progress() {
 }
 
 void RepeatRunner::UserStoppedCapture() {
+  if (timedOut_) return;  // that was not the user
   stoppedByUser_ = true;
   Stop();
 }
@@ -158,9 +165,28 @@ std::vector<std::string> RepeatRunner::Quietly(const std::function<void()>& deed
 
 void RepeatRunner::Capture() {
   stoppedByUser_ = false;
+  timedOut_ = false;
+  const auto lists = settings_.LastRead().lists;
+  const auto averages = lists.find(Setting::FftAvgs);  // an index is its number
+  deadline_ = core_.seams.clock.Monotonic() +
+              LongestCapture(gRecCtrl->SampleRate(),
+                             averages == lists.end() ? kMostAverages : averages->second);
   repeat_->CaptureBegan();
   emit Changed();
-  Conclude(Quietly(deeds_.pressStart));
+  const auto told = Quietly(deeds_.pressStart);
+  deadline_.reset();
+  const bool timedOut = std::exchange(timedOut_, false);
+  if (timedOut && !stoppedByUser_ && !closed_) {
+    NoteLoss({tr("a capture did not end; it may have been reset").toStdString()});
+  } else {
+    Conclude(told);
+  }
+}
+
+void RepeatRunner::WatchCapture() {
+  if (!deadline_ || core_.seams.clock.Monotonic() < *deadline_) return;
+  timedOut_ = true;
+  deeds_.pressStart();
 }
 
 void RepeatRunner::Fetch() {

@@ -64,6 +64,8 @@ class RepeatRunner : public QObject {
   void Fetch();
   void LookAtCount();
   void SeekSensor();
+  // A sensor that was reset in the middle of a capture never completes it.
+  void WatchCapture();
   void NoteRecord();
   void NoteLoss(const std::vector<std::string>& told);
   // What became of a capture or fetch; what was told meanwhile.
@@ -84,6 +86,8 @@ class RepeatRunner : public QObject {
   QTimer display_;                  // for those who show the progress, then too
   bool lost_ = false;
   bool stoppedByUser_ = false;
+  std::optional<std::chrono::nanoseconds> deadline_;  // of the capture under way, monotonic
+  bool timedOut_ = false;
   bool closed_ = false;
 };
 

@@ -50,6 +50,22 @@ TEST_F(RepeatedCapturesOfALostSensor, LostDuringACaptureShowNoBox) {
   EXPECT_EQ(Progress().missed, 1);
 }
 
+// Its adapter never noticed; the capture that was under way would never end.
+TEST_F(RepeatedCapturesOfALostSensor, GoOnAfterAResetInTheMiddleOfOne) {
+  AtCapture([this] {
+    hardware_.Sensor().CutPower();
+    hardware_.Sensor().RestorePower();
+    clock_.WaitUntil(clock_.Monotonic() + std::chrono::seconds{31});
+  });
+  BeginAtOnce("2");
+  EXPECT_TRUE(Ends());
+  EXPECT_EQ(Progress().done, 2);
+  EXPECT_EQ(Progress().missed, 1);
+  EXPECT_TRUE(Gaps().contains("may have been reset")) << Gaps().toStdString();
+  EXPECT_EQ(Find<QComboBox>("cbxFFTAvgs").currentIndex(), 1) << "the settings that they had";
+  EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
+}
+
 TEST_F(RepeatedCapturesOfALostSensor, GoOnWithTheSettingsThatTheyHad) {
   Choose("cbxSignalRange", 1);
   BeginEvery("1");
