@@ -49,14 +49,14 @@ bool SensorReturn::LookForBoard() {
   if (!core_.usb.UsbSetupSpi(UsbSpiSetupValue) || !core_.usb.UsbSetSpiBits(UsbSpiBits)) {
     return false;
   }
-  InterfaceType = kUsbAdapter;
+  core_.registers.Use(kUsbAdapter);
   return true;
 }
 
 bool SensorReturn::LookForPort() {
   core_.seams.port.giveio();
   if (!core_.port.IsHeld()) return false;
-  InterfaceType = kParallelPort;
+  core_.registers.Use(kParallelPort);
   core_.port.LptPortReset();
   return core_.registers.Reachable();
 }

@@ -35,7 +35,7 @@ TEST_F(LostSensor, IsNotAskedWhileItsBoardIsNotAttached) {
 
 TEST_F(LostSensor, IsTheInterfaceAgainWhenItsBoardIsBack) {
   Lose();
-  InterfaceType = kNoInterface;  // somebody searched in vain
+  core.registers.Use(kNoInterface);  // somebody searched in vain
   sensor.PlugInAgain();
   EXPECT_TRUE(return_.Look());
   EXPECT_EQ(InterfaceType, kUsbAdapter);
@@ -47,39 +47,35 @@ TEST_F(LostSensor, IsTheInterfaceAgainWhenItsBoardIsBack) {
   EXPECT_TRUE(messages.Texts().empty());
 }
 
-// The board that is there is another one.
-TEST_F(LostSensor, IsNotReplacedByAnotherBoard) {
-  SelectedAdapter.deviceName = "Ezusb-2";
-  return_.NoteRoad();
-  UsbPresent = false;
-  EXPECT_FALSE(return_.Look());
-  EXPECT_FALSE(UsbPresent);
-}
-
 TEST_F(LostSensor, ThatDoesNotAnswerIsAskedEverLessOften) {
   class Mute : public ScriptedSensor {
    public:
     using ScriptedSensor::ScriptedSensor;
-    [[nodiscard]] bool Attached(const std::string&) override { return true; }
+    [[nodiscard]] bool Attached(const std::string& /*name*/) override { return true; }
+    [[nodiscard]] Handle CreateFile(const std::string& path, std::uint32_t access,
+                                    std::uint32_t share, std::uint32_t creation) override {
+      if (path.ends_with("0")) ++searches;
+      return ScriptedSensor::CreateFile(path, access, share, creation);
+    }
+    int searches = 0;
   };
   Mute mute{clock};
   Core lost{Seams{clock, loop, pointer, messages, files, locale, mute, port, driverService}};
-  UsbPresent = false;
-  mute.UnplugAtRequest(1);
+  lost.registers.Use(kUsbAdapter);
   SensorReturn look(lost);
   look.NoteRoad();
-  int asked = 0;
-  for (int i = 0; i < 200; ++i) {
-    NameFindings = {};
-    EXPECT_FALSE(look.Look());
-    if (NameFindings[0].openError != 0) ++asked;
-  }
-  EXPECT_GE(asked, 200 / 17);
-  EXPECT_LE(asked, 25);
+  mute.UnplugAtRequest(1);
+  std::int16_t count = address::kRecCnt;
+  lost.registers.ReadRegWord(count);
+  ASSERT_FALSE(lost.registers.Reachable());
+  mute.searches = 0;
+  for (int i = 0; i < 200; ++i) EXPECT_FALSE(look.Look());
+  EXPECT_GE(mute.searches, 200 / 16);
+  EXPECT_LE(mute.searches, 25);
 }
 
 TEST_F(LostSensor, WithoutAnInterfaceIsNotLookedFor) {
-  InterfaceType = kNoInterface;
+  core.registers.Use(kNoInterface);
   return_.NoteRoad();
   EXPECT_FALSE(return_.Look());
 }
