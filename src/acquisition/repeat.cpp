@@ -88,7 +88,7 @@ void Repeat::CaptureDone() {
     lasted_ = Now() - began_;
     CountOne();
   }
-  if (ending_) End("Stopped.");
+  if (ending_) End("stopped");
 }
 
 void Repeat::CountOne() {
@@ -98,7 +98,7 @@ void Repeat::CountOne() {
 
 void Repeat::CaptureStopped() {
   capturing_ = false;
-  End("The last capture was stopped.");
+  End("the last capture was stopped");
 }
 
 void Repeat::CaptureFailed(const std::string& why) {
@@ -115,7 +115,7 @@ void Repeat::SensorLost(const std::string& why) {
   lookedAt_ = lostAt_;
   if (gaps_.size() == kMostGaps) gaps_.erase(gaps_.begin());
   gaps_.push_back({.from = clock_.UtcNow(), .to = {}, .reason = why});
-  if (ending_) End("Stopped.");
+  if (ending_) End("stopped");
 }
 
 // The time of day may have been set meanwhile: the gap is as long as it lasted.
@@ -133,7 +133,7 @@ void Repeat::SensorBack() {
 void Repeat::UserStopped() {
   if (ended_) return;
   ending_ = capturing_;
-  if (!ending_) End("Stopped.");
+  if (!ending_) End("stopped");
 }
 
 void Repeat::End(const std::string& why) {
@@ -179,7 +179,7 @@ void Repeat::FetchMissed(const std::string& why) {
   note_ = why;
   postponed_ = true;
   lookedAt_ = Now();
-  if (ending_) End("Stopped.");
+  if (ending_) End("stopped");
 }
 
 RepeatProgress Repeat::Progress() {

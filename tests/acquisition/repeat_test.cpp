@@ -231,7 +231,7 @@ TEST_F(Repeating, StoppedBetweenCapturesEndsAtOnce) {
   Capture(1s);
   repeat->UserStopped();
   EXPECT_EQ(What(), Do::End);
-  EXPECT_EQ(Now().reason, "Stopped.");
+  EXPECT_EQ(Now().reason, "stopped");
   EXPECT_EQ(Now().done, 1);
 }
 
@@ -244,7 +244,7 @@ TEST_F(Repeating, StoppedDuringACaptureCompletesItAndEnds) {
   repeat->CaptureDone();
   EXPECT_EQ(What(), Do::End);
   EXPECT_EQ(Now().done, 1);
-  EXPECT_EQ(Now().reason, "Stopped.");
+  EXPECT_EQ(Now().reason, "stopped");
 }
 
 TEST_F(Repeating, ACaptureThatTheUserStopsIsNotCountedAndIsTheEnd) {

@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <utility>
 
-#include "ui/main/interface_text.h"
+#include "ui/parts/interface_text.h"
 #include "ui/parts/widgets.h"
 #include "ui/repeat/repeat_text.h"
 

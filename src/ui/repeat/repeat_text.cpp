@@ -63,6 +63,9 @@ QString RepeatLine(const RepeatProgress& progress) {
   if (progress.remaining) parts << tr("%1 left").arg(DurationWords(*progress.remaining));
   if (progress.missed > 0) parts << tr("%1 missed").arg(progress.missed);
   if (progress.gaps.size() == 1) parts << tr("1 gap");
+  if (progress.state == RepeatState::Waiting && !progress.reason.empty()) {
+    parts << QString::fromStdString(progress.reason);
+  }
   if (progress.gaps.size() > 1) parts << tr("%1 gaps").arg(progress.gaps.size());
   return parts.join(", ");
 }

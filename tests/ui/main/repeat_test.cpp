@@ -70,7 +70,7 @@ TEST_F(RepeatedCaptures, AreStoppedInTheFormBetweenTwo) {
   ASSERT_TRUE(QTest::qWaitFor([this] { return Progress().state == RepeatState::Waiting; }));
   Press("cmdRepeatStop");
   EXPECT_FALSE(Runner().Running());
-  EXPECT_EQ(State(), "1 capture done, Stopped.");
+  EXPECT_EQ(State(), "1 capture done, stopped");
   EXPECT_TRUE(Find<QPushButton>("cmdRepeatStart").isEnabled());
 }
 
@@ -79,7 +79,7 @@ TEST_F(RepeatedCaptures, StoppedDuringOneCompleteIt) {
   BeginAtOnce("5");
   EXPECT_TRUE(Ends());
   EXPECT_EQ(Text("lblRecCount"), "1");
-  EXPECT_EQ(State(), "1 of 5 captures done, Stopped.");
+  EXPECT_EQ(State(), "1 of 5 captures done, stopped");
 }
 
 TEST_F(RepeatedCaptures, EndWhenTheMainWindowsStopIsPressed) {
@@ -88,7 +88,7 @@ TEST_F(RepeatedCaptures, EndWhenTheMainWindowsStopIsPressed) {
   BeginAtOnce("5");
   EXPECT_TRUE(Ends());
   EXPECT_EQ(starts.size(), 1U);
-  EXPECT_EQ(State(), "0 of 5 captures done, The last capture was stopped.");
+  EXPECT_EQ(State(), "0 of 5 captures done, the last capture was stopped");
 }
 
 TEST_F(RepeatedCaptures, EndWithEscapeDuringACapture) {

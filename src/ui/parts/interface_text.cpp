@@ -1,6 +1,6 @@
 // The interface's name, place and state put together.
 // SPDX-License-Identifier: MIT
-#include "ui/main/interface_text.h"
+#include "ui/parts/interface_text.h"
 
 #include "app/program_state.h"
 #include "numeric/number_format.h"
