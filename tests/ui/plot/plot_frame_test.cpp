@@ -101,11 +101,11 @@ TEST_F(PlotFrameTest, LabelsHaveTheirNamesAndNoAccessibleName) {
     EXPECT_TRUE(label->isVisible()) << name;
   }
   EXPECT_EQ(frame.findChild<PictureBox*>("pic1"), frame.pic1);
-  for (int band = 1; band <= PlotFrame::kBands; ++band) {
+  for (int band = 1; band <= EdgeLabels::kBands; ++band) {
     EXPECT_EQ(frame.findChild<QLabel*>(QString("lblABLow_%1").arg(band)),
-              frame.EdgeLabel(false, band));
+              frame.Edges().At(false, band));
     EXPECT_EQ(frame.findChild<QLabel*>(QString("lblABHigh_%1").arg(band)),
-              frame.EdgeLabel(true, band));
+              frame.Edges().At(true, band));
   }
 }
 
@@ -251,9 +251,9 @@ TEST_F(PlotFrameTest, BoxStaysWhereItIsFromScaleToScale) {
 
 TEST_F(PlotFrameTest, EdgeLabelStandsAtItsPlaceAndFollowsTheBox) {
   ShowSpectrum();
-  QLabel* label = frame.EdgeLabel(false, 2);
-  frame.SetEdgeText(false, 2, "2");
-  frame.PlaceEdgeLabel(false, 2, 100);
+  QLabel* label = frame.Edges().At(false, 2);
+  frame.Edges().SetText(false, 2, "2");
+  frame.Edges().PlaceAt(false, 2, 100);
   const auto expected = [&] { return frame.pic1->x() + frame.pic1->ToPixels({100, 0}).x(); };
   EXPECT_TRUE(label->isVisible());
   EXPECT_NEAR(label->x(), expected(), 2);
@@ -266,36 +266,36 @@ TEST_F(PlotFrameTest, EdgeLabelStandsAtItsPlaceAndFollowsTheBox) {
 TEST_F(PlotFrameTest, EdgeLabelsStayInsideTheBox) {
   ShowSpectrum();
   for (const double x : {-50.0, 0.0, 255.0, 400.0}) {
-    frame.SetEdgeText(true, 6, "high 6");
-    frame.PlaceEdgeLabel(true, 6, x);
-    EXPECT_TRUE(frame.pic1->geometry().contains(frame.EdgeLabel(true, 6)->geometry())) << x;
+    frame.Edges().SetText(true, 6, "high 6");
+    frame.Edges().PlaceAt(true, 6, x);
+    EXPECT_TRUE(frame.pic1->geometry().contains(frame.Edges().At(true, 6)->geometry())) << x;
   }
 }
 
 TEST_F(PlotFrameTest, EdgesSharedByTwoBandsDoNotCoverEachOther) {
   ShowSpectrum();
-  frame.SetEdgeText(true, 1, "1");
-  frame.PlaceEdgeLabel(true, 1, 50);
-  frame.SetEdgeText(false, 2, "2");
-  frame.PlaceEdgeLabel(false, 2, 51);
+  frame.Edges().SetText(true, 1, "1");
+  frame.Edges().PlaceAt(true, 1, 50);
+  frame.Edges().SetText(false, 2, "2");
+  frame.Edges().PlaceAt(false, 2, 51);
   EXPECT_FALSE(
-      frame.EdgeLabel(true, 1)->geometry().intersects(frame.EdgeLabel(false, 2)->geometry()));
+      frame.Edges().At(true, 1)->geometry().intersects(frame.Edges().At(false, 2)->geometry()));
 }
 
 TEST_F(PlotFrameTest, EdgeLabelsInOnePlaceAreAllLegible) {
   ShowSpectrum();
   for (int band = 1; band <= 6; ++band) {
     for (const bool high : {false, true}) {
-      frame.SetEdgeText(high, band, QString::number(band));
-      frame.PlaceEdgeLabel(high, band, 0);
+      frame.Edges().SetText(high, band, QString::number(band));
+      frame.Edges().PlaceAt(high, band, 0);
     }
   }
   std::vector<QRect> places;
   for (const bool high : {false, true}) {
     for (int band = 1; band <= 6; ++band) {
-      const QRect place = frame.EdgeLabel(high, band)->geometry();
+      const QRect place = frame.Edges().At(high, band)->geometry();
       EXPECT_TRUE(frame.pic1->geometry().contains(place));
-      EXPECT_EQ(place.left(), frame.EdgeLabel(false, 1)->x());
+      EXPECT_EQ(place.left(), frame.Edges().At(false, 1)->x());
       for (const QRect& other : places) EXPECT_FALSE(place.intersects(other));
       places.push_back(place);
     }
@@ -303,15 +303,15 @@ TEST_F(PlotFrameTest, EdgeLabelsInOnePlaceAreAllLegible) {
 }
 
 TEST_F(PlotFrameTest, EdgeLabelIsHiddenWhileBlankOrNotPlaced) {
-  QLabel* label = frame.EdgeLabel(true, 3);
-  frame.SetEdgeText(true, 3, "3");
+  QLabel* label = frame.Edges().At(true, 3);
+  frame.Edges().SetText(true, 3, "3");
   EXPECT_TRUE(label->isHidden());
-  frame.PlaceEdgeLabel(true, 3, 10);
+  frame.Edges().PlaceAt(true, 3, 10);
   EXPECT_FALSE(label->isHidden());
-  frame.SetEdgeText(true, 3, " ");
+  frame.Edges().SetText(true, 3, " ");
   EXPECT_TRUE(label->isHidden());
   label->setText("3");
-  frame.PlaceEdgeLabel(true, 3, 10);
+  frame.Edges().PlaceAt(true, 3, 10);
   EXPECT_FALSE(label->isHidden());
   label->setText("");
   QApplication::processEvents();
@@ -325,7 +325,7 @@ TEST_F(PlotFrameTest, EdgeLabelsReadWellInADarkTheme) {
   frame.setPalette(dark);
   QApplication::processEvents();
   EXPECT_GT(frame.lblYmax->palette().color(QPalette::WindowText).lightness(), 180);
-  const QPalette edge = frame.EdgeLabel(true, 1)->palette();
+  const QPalette edge = frame.Edges().At(true, 1)->palette();
   EXPECT_LT(edge.color(QPalette::WindowText).lightness(), 60);
   EXPECT_GT(edge.color(QPalette::Window).lightness(), 200);
 }
