@@ -12,8 +12,8 @@
 #include "platform/linux/system_clock.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
-#include "simulator/simulated_hardware.h"
 #include "start/start.h"
+#include "station/sensor_road.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"
 #include "ui/parts/qt_event_loop.h"
@@ -41,19 +41,24 @@ class Program {
 
   // With other files than the system's where they are given.
   Program(const Scenario& scenario, Files* files)
-      : hardware_(clock_, scenario),
-        core_({clock_, loop_, pointer_, messages_, files != nullptr ? *files : files_, locale_,
-               hardware_.Adapter(), hardware_.Port(), hardware_.Service()}),
-        windows_(core_, {}) {
+      : road_({clock_,
+               loop_,
+               pointer_,
+               messages_,
+               files != nullptr ? *files : files_,
+               locale_,
+               {nullptr, nullptr, nullptr}}),
+        windows_(road_.core, {}) {
+    road_.Simulate(scenario);
     AssumeEndlessScreen();  // the one that the toolkit makes up is smaller than any real one
-    Main(core_, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
+    Main(road_.core, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});
   }
 
   frm1& Window() { return windows_.MainWindow(); }
   void Choose(const char* list, int index) {
     Window().findChild<QComboBox*>(list)->setCurrentIndex(index);
   }
-  void Unplug() { hardware_.Adapter().Unplug(0); }
+  void Unplug() { road_.Plug(false); }
   void Press(const char* button) { Window().findChild<QPushButton*>(button)->click(); }
 
  private:
@@ -63,8 +68,7 @@ class Program {
   ConsoleMessages messages_;
   SystemFiles files_;
   SystemLocale locale_;
-  SimulatedHardware hardware_;
-  Core core_;
+  SensorRoad road_;
   QtStartWindows windows_;
 };
 

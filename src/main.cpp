@@ -11,10 +11,8 @@
 #include <memory>
 #include <optional>
 
-#include "app/files_in_folder.h"
 #include "platform/system.h"
 #include "simulator/signal/scenario.h"
-#include "simulator/simulated_hardware.h"
 #include "start/start.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"
@@ -116,24 +114,6 @@ int Run(const Options& options) {
   system.UsePortDevice(options.portDevice.toStdString());
   iniSystem2(System::Version());
   QtEventLoop loop;
-  FilesInFolder files(system.SystemFiles());
-  HardwareSwitch hardware(system.Devices());
-  std::unique_ptr<SimulatedHardware> simulator;
-  const auto connect = [&] {
-    if (!simulator) {
-      simulator = std::make_unique<SimulatedHardware>(system.SystemClock(),
-                                                      options.scenario.value_or(RunningMachine()));
-    }
-    simulator->Adapter().Replug(0);
-    hardware.Connect({&simulator->Adapter(), &simulator->Port(), &simulator->Service()});
-  };
-  const SimulatorControl simulatorControl{
-      .connect = connect,
-      .isConnected = [&] { return simulator != nullptr; },
-      .plug =
-          [&](bool in) { in ? simulator->Adapter().Replug(0) : simulator->Adapter().Unplug(0); }};
-  if (options.simulate) connect();
-
   const bool demo = options.demoFolder.has_value();
   std::unique_ptr<Messages> messages;
   if (demo) {
@@ -143,16 +123,20 @@ int Run(const Options& options) {
       return 1;
     }
     messages = std::make_unique<ConsoleMessages>();
-    files.SetFolder(std::filesystem::path(QDir(*options.demoFolder).absolutePath().toStdString())
-                        .make_preferred());
   } else {
     messages = std::make_unique<QtMessages>();
   }
 
-  Core core({system.SystemClock(), loop, pointer, *messages, files, system.SystemLocale(), hardware,
-             hardware, hardware});
-  QtStartWindows windows(core, simulatorControl);
-  Main(core, windows,
+  SensorRoad road({system.SystemClock(), loop, pointer, *messages, system.SystemFiles(),
+                   system.SystemLocale(), system.Devices()});
+  if (demo) {
+    road.UseFolder(std::filesystem::path(QDir(*options.demoFolder).absolutePath().toStdString())
+                       .make_preferred());
+  }
+  const Scenario scenario = options.scenario.value_or(RunningMachine());
+  if (options.simulate) road.Simulate(scenario);
+  QtStartWindows windows(road.core, ControlOf(road, scenario));
+  Main(road.core, windows,
        {.quickStart = options.quickStart,
         .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});
   if (!demo) return QApplication::exec();

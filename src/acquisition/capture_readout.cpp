@@ -104,7 +104,7 @@ std::optional<Record> CaptureReadout::Read(const RecordOrigin& origin) {
   record->status = status_.Last();
   record->alarms = alarms_.State();
   record->alarms.statusKnown = false;
-  record->sensor = PresentSensor();
+  record->sensor = PresentSensor(core_);
   count_ = record->conditions.recordCount;
   return record;
 }

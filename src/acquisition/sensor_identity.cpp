@@ -8,9 +8,9 @@
 
 namespace kestrel {
 
-SensorIdentity PresentSensor() {
+SensorIdentity PresentSensor(const Core& core) {
   SensorIdentity sensor{
-      .product = ProductNumber, .interface = {}, .adapter = {}, .simulated = false};
+      .product = ProductNumber, .interface = {}, .adapter = {}, .simulated = core.simulated};
   if (InterfaceType == kParallelPort) sensor.interface = "parallel port " + Hex(PortAddress);
   if (InterfaceType == kUsbAdapter) {
     sensor.interface = SelectedAdapter.deviceName;

@@ -2,12 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "connection/core.h"
 #include "record/record.h"
 
 namespace kestrel {
 
-// Product, interface and adapter as they are chosen now. Whether the sensor is simulated cannot be
-// told from the program's side of the seams.
-[[nodiscard]] SensorIdentity PresentSensor();
+// Product, interface and adapter as they are chosen now, and whether the road leads to a simulated
+// sensor.
+[[nodiscard]] SensorIdentity PresentSensor(const Core& core);
 
 }  // namespace kestrel

@@ -53,6 +53,8 @@ class Core {
   ParallelPort port;
   RegisterAccess registers;
   CurrentRecord record;
+  // The sensor at its end is a simulated one: whoever puts it there says so.
+  bool simulated = false;
 };
 
 }  // namespace kestrel

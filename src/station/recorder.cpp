@@ -6,6 +6,7 @@
 
 #include "acquisition/capture_steps.h"
 #include "acquisition/readings.h"
+#include "acquisition/sensor_identity.h"
 #include "alarms/alarm_words.h"
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
@@ -20,13 +21,11 @@ using std::chrono::nanoseconds;
 
 }  // namespace
 
-Recorder::Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& watch,
-                   std::function<SensorIdentity()> identity)
+Recorder::Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& watch)
     : core_(core),
       loop_(loop),
       end_(end),
       watch_(watch),
-      identity_(std::move(identity)),
       log_(core.record, core.seams.files, core.seams.locale, loop, view_) {}
 
 Result<RecordSetup> Recorder::Configure(const RecordSetup& change) {
@@ -150,7 +149,7 @@ std::optional<Record> Recorder::ReadOut(RecordKind kind, const RecordOrigin& ori
   if (!record) return std::nullopt;
   record->origin = origin;
   record->time = time;
-  record->sensor = identity_();
+  record->sensor = PresentSensor(core_);
   return record;
 }
 

@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 
@@ -35,8 +34,7 @@ struct Captured {
 
 class Recorder {
  public:
-  Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& watch,
-           std::function<SensorIdentity()> identity);
+  Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& watch);
 
   // Writes what is asked for and reads back how the sensor records: every field is filled.
   Result<RecordSetup> Configure(const RecordSetup& change);
@@ -76,7 +74,6 @@ class Recorder {
   UnattendedLoop& loop_;
   StepEnd& end_;
   const Watch& watch_;
-  std::function<SensorIdentity()> identity_;
   NoCount view_;
   DataLog log_;
   RecordSetup setup_;

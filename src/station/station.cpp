@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "acquisition/readings.h"
-#include "acquisition/sensor_identity.h"
 #include "acquisition/start_state.h"
 #include "app/config_file.h"
 #include "app/program_state.h"
@@ -49,12 +48,9 @@ class NoBusyLabel : public BusyView {
 Station::Station(const StationSite& site, Connection connection)
     : site_(site),
       connection_(std::move(connection)),
-      hardware_(site.hardware),
-      files_(site.files),
       loop_(site.clock, site.watch.interrupted),
-      core_({site.clock, loop_, pointer_, messages_, files_, site.locale, hardware_, hardware_,
-             hardware_}),
-      recorder_(core_, loop_, end_, site_.watch, [this] { return Identity(); }),
+      road_({site.clock, loop_, pointer_, messages_, site.files, site.locale, site.hardware}),
+      recorder_(core_, loop_, end_, site_.watch),
       bands_(core_, loop_, messages_, end_, site_.watch) {
   ResetProgramNames();
   SetColours();
@@ -62,9 +58,7 @@ Station::Station(const StationSite& site, Connection connection)
   SetStartDefaults();
   InitRegisterTable(core_.registers);
   if (!connection_.simulate) return;
-  simulator_ = std::make_unique<SimulatedHardware>(
-      site.clock, ScenarioNamed(connection_.scenario).value_or(RunningMachine()));
-  hardware_.Connect({&simulator_->Adapter(), &simulator_->Port(), &simulator_->Service()});
+  road_.Simulate(ScenarioNamed(connection_.scenario).value_or(RunningMachine()));
 }
 
 // The models hold references to the road.
@@ -88,7 +82,8 @@ void Station::ChooseInterface() {
   if (connection_.parallelAddress || !connection_.portDevice.empty()) {
     kestrel::ChooseInterface(kParallelPort);
     ChoosePort(connection_.parallelAddress.value_or(PortAddress));
-  } else if (connection_.simulate || connection_.adapter || !ReadConfigFile(files_, messages_)) {
+  } else if (connection_.simulate || connection_.adapter ||
+             !ReadConfigFile(core_.seams.files, messages_)) {
     kestrel::ChooseInterface(kUsbAdapter);
   }
 }
@@ -149,7 +144,7 @@ Result<std::filesystem::path> Station::WriteRegisterList() {
   const auto listing = ReadAllRegisters(core_.registers, {});
   if (!listing) return end_.Lost();
   try {
-    return WriteRegisterLog(files_, core_.seams.locale, listing->text);
+    return WriteRegisterLog(core_.seams.files, core_.seams.locale, listing->text);
   } catch (const std::runtime_error& error) {
     return end_.Failed(FailureKind::Refused, error.what());
   }
@@ -189,15 +184,9 @@ std::vector<AdapterRecord> Station::Adapters() {
 }
 
 bool Station::UseFolder(const std::filesystem::path& folder) {
-  if (!files_.CanWriteIn(folder)) return false;
-  files_.SetFolder(folder);
+  if (!core_.seams.files.CanWriteIn(folder)) return false;
+  road_.UseFolder(folder);
   return true;
-}
-
-SensorIdentity Station::Identity() const {
-  SensorIdentity identity = PresentSensor();
-  identity.simulated = simulator_ != nullptr;
-  return identity;
 }
 
 }  // namespace kestrel

@@ -1,24 +1,21 @@
-// One sensor, ready for use without windows: connect, configure, capture, read and write, by
-// values. SPDX-License-Identifier: MIT
+// One sensor, for use without windows: connect, configure, capture, read and write, by values.
+// SPDX-License-Identifier: MIT
 #pragma once
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/files_in_folder.h"
 #include "connection/core.h"
-#include "platform/hardware_switch.h"
 #include "record/record.h"
-#include "simulator/simulated_hardware.h"
 #include "station/noted_messages.h"
 #include "station/recorder.h"
 #include "station/result.h"
 #include "station/sensor_bands.h"
+#include "station/sensor_road.h"
 #include "station/unattended_loop.h"
 #include "station/watch.h"
 
@@ -60,10 +57,10 @@ struct StationState {
   Conditions conditions;  // the record count is not read
 };
 
-// Wires everything between a program and its sensor, once. The mandated program-wide names (the
-// register table, the record at hand, ...) belong to the station that stands: there is one at a
-// time. Its steps block, tell their progress and look for an interrupt as the site's watch has it,
-// and never throw for what sensor or files do. A lost sensor fails the step; connect again.
+// A road to a sensor with all that can be done over it, without windows. The program-wide names
+// (the register table, the record at hand, ...) belong to the station that stands: there is one at
+// a time. Its steps block, tell their progress and look for an interrupt as the site's watch has
+// it, and never throw for what sensor or files do. A lost sensor fails the step; connect again.
 class Station {
  public:
   explicit Station(const StationSite& site, Connection connection = {});
@@ -102,7 +99,7 @@ class Station {
 
   // Where files go from now on. False when nobody can write there.
   [[nodiscard]] bool UseFolder(const std::filesystem::path& folder);
-  [[nodiscard]] Files& FilesHere() { return files_; }
+  [[nodiscard]] Files& FilesHere() { return core_.seams.files; }
 
   // Waits; false when an interrupt ended it.
   [[nodiscard]] bool Pause(std::chrono::nanoseconds duration) { return loop_.Pause(duration); }
@@ -112,8 +109,6 @@ class Station {
 
   // The road to the sensor, for what has no step of its own here.
   [[nodiscard]] Core& Road() { return core_; }
-  // Which sensor it is, as records tell it.
-  [[nodiscard]] SensorIdentity Identity() const;
 
  private:
   class NoPointer : public MousePointer {
@@ -130,12 +125,10 @@ class Station {
   Connection connection_;
   NotedMessages messages_;
   StepEnd end_{messages_};
-  std::unique_ptr<SimulatedHardware> simulator_;
-  HardwareSwitch hardware_;
   NoPointer pointer_;
-  FilesInFolder files_;
   UnattendedLoop loop_;
-  Core core_;
+  SensorRoad road_;
+  Core& core_ = road_.core;
   Recorder recorder_;
   SensorBands bands_;
 };

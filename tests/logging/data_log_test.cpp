@@ -1,92 +1,10 @@
 // What stands in a data-log file, and when it is written.
 // SPDX-License-Identifier: MIT
-#include "logging/data_log.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "logging/data_log_text.h"
-#include "logging/reset_logging.h"
-#include "numeric/runtime_error.h"
-#include "record/capture_data.h"
-#include "support/change_record.h"
-#include "support/fake_clock.h"
-#include "support/fake_log_view.h"
-#include "support/fixed_locale.h"
-#include "support/given.h"
-#include "support/memory_files.h"
-#include "support/scripted_loop.h"
+#include "logging/data_log_bench.h"
 
 namespace kestrel {
 namespace {
-
-using Lines = std::vector<std::string>;
-
-constexpr double kYellow = 0x00FFFF;
-constexpr double kWhite = 0xFFFFFF;
-constexpr const char* kFlagNames =
-    "System Alarm Flag,Z-Axis Spectral Alarm 2,Y-Axis Spectral Alarm 2 ,X-Axis Spectral Alarm 2 ,"
-    "Z-Axis Spectral Alarm 1,Y-Axis Spectral Alarm 1,X-Axis Spectral Alarm 1,DR,FMF,STD,"
-    "Recording Escape ,SPI,FUF,VsH,VsL";
-
-class DataLogFile : public testing::Test {
- protected:
-  DataLogFile() {
-    ResetLogging();
-    record.conditions = {.supplyV = 3.3F, .temperatureC = 24.53F, .recordCount = 1};
-    record.status.known = true;
-    for (int i = 0; i < 512; ++i) {
-      record.Of(Axis::X).raw(i) = i;
-      record.Of(Axis::Y).raw(i) = -2 * i;
-      record.Of(Axis::Z).raw(i) = 65535 - i;
-      record.Of(Axis::X).data(i) = i * 0.0000153;
-      record.Of(Axis::Y).data(i) = i * -0.5;
-      record.Of(Axis::Z).data(i) = i / 3.0;
-    }
-  }
-  ~DataLogFile() override { ResetLogging(); }
-
-  // The file's lines without their line breaks; every line must end in one.
-  [[nodiscard]] Lines Read(const std::string& path) const {
-    Lines lines;
-    std::string rest = files.contents.at(path);
-    for (std::size_t end = rest.find("\r\n"); end != std::string::npos; end = rest.find("\r\n")) {
-      lines.push_back(rest.substr(0, end));
-      rest.erase(0, end + 2);
-    }
-    EXPECT_EQ(rest, "");
-    return lines;
-  }
-
-  // Writes a file and gives its lines.
-  Lines Write() {
-    current.HandOver(record);
-    log.WriteDataFile();
-    return Read(log.LastFile().string());
-  }
-
-  // The run-time error of writing a file; empty when there is none.
-  std::string ErrorOfWriting() {
-    try {
-      log.WriteDataFile();
-    } catch (const RuntimeError& error) {
-      return error.what();
-    }
-    return "";
-  }
-
-  Record record;
-  CurrentRecord current;
-  FakeClock clock;
-  ScriptedLoop loop{clock};
-  MemoryFiles files;
-  FixedLocale locale;
-  Journal journal;
-  FakeLogView view{journal};
-  DataLog log{current, files, locale, loop, view};
-};
 
 TEST_F(DataLogFile, HeaderOfAnFftRecord) {
   const Lines lines = Write();
@@ -167,6 +85,7 @@ TEST_F(DataLogFile, SupplyAndTemperatureHaveSevenDigits) {
 }
 
 // Where numbers have a decimal comma, only the first line keeps a comma as separator.
+
 TEST_F(DataLogFile, ADecimalCommaBringsTabs) {
   locale.decimalMark = ',';
   locale.shortDate = "14.03.2024";
@@ -185,30 +104,6 @@ TEST_F(DataLogFile, ADecimalCommaBringsTabs) {
   EXPECT_EQ(lines[13], "1\t1,53E-05\t-0,5\t0,333333333333333");
 }
 
-TEST_F(DataLogFile, FilesAreNumbered) {
-  for (int i = 0; i < 3; ++i) log.WriteDataFile();
-  ASSERT_EQ(files.contents.size(), 3U);
-  EXPECT_EQ(files.contents.count("/program/Datalog_1.csv"), 1U);
-  EXPECT_EQ(files.contents.count("/program/Datalog_2.csv"), 1U);
-  EXPECT_EQ(files.contents.count("/program/Datalog_3.csv"), 1U);
-  EXPECT_EQ(DataLogIndex, 4);
-  EXPECT_EQ(view.fileCount, "3");
-  EXPECT_EQ(Read("/program/Datalog_2.csv")[0], "File Name,Datalog.csv");
-}
-
-TEST_F(DataLogFile, TheUsersNameIsTaken) {
-  Given(DataLogName) = "pump 7";
-  Given(DataLogIndex) = 12;
-  const Lines lines = Write();
-  EXPECT_EQ(log.LastFile(), "/program/pump 7_12.csv");
-  EXPECT_EQ(lines[0], "File Name,pump 7.csv");
-}
-
-TEST_F(DataLogFile, AFileOfThatNameIsReplaced) {
-  files.contents["/program/Datalog_1.csv"] = "an earlier run";
-  EXPECT_EQ(Write().size(), 268U);
-}
-
 TEST_F(DataLogFile, TheCounterIsYellowMeanwhileAndShowsTheFileJustWritten) {
   Given(DataLogIndex) = 5;
   log.WriteDataFile();
@@ -219,85 +114,7 @@ TEST_F(DataLogFile, TheCounterIsYellowMeanwhileAndShowsTheFileJustWritten) {
   EXPECT_EQ(loop.Paints(), 2);
 }
 
-TEST_F(DataLogFile, AFileThatCannotBeWrittenUsesNoIndex) {
-  log.WriteDataFile();
-  files.failure = "Permission denied";
-  EXPECT_EQ(ErrorOfWriting(), "/program/Datalog_2.csv: Permission denied");
-  EXPECT_EQ(DataLogIndex, 2);
-  EXPECT_EQ(view.fileCount, "1");
-  EXPECT_EQ(view.colours.back(), kWhite);
-  EXPECT_EQ(log.LastFile(), "/program/Datalog_1.csv");
-}
-
 // The index cannot count on from here, but its file is whole.
-TEST_F(DataLogFile, TheLastIndexIsWrittenAndThenOverflows) {
-  Given(DataLogIndex) = 32766;
-  log.WriteDataFile();
-  EXPECT_EQ(DataLogIndex, 32767);
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  EXPECT_EQ(Read("/program/Datalog_32767.csv").size(), 268U);
-  EXPECT_EQ(files.contents.size(), 2U);
-  EXPECT_EQ(log.LastFile(), "/program/Datalog_32767.csv");
-  EXPECT_EQ(DataLogIndex, 32767);
-  EXPECT_EQ(view.fileCount, "32767");
-  EXPECT_EQ(view.colours.back(), kWhite);
-}
-
-TEST_F(DataLogFile, AfterTheLastIndexNothingIsWrittenAndNothingReplaced) {
-  Given(DataLogIndex) = 32767;
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  const std::string last = files.contents.at("/program/Datalog_32767.csv");
-  for (int i = 0; i < 3; ++i) {
-    ChangeRecord(current, [](Record& changed) { changed.Of(Axis::X).data(0) = 77; });
-    EXPECT_EQ(ErrorOfWriting(), "Overflow");
-    EXPECT_EQ(files.contents.size(), 1U);
-    EXPECT_EQ(files.contents.at("/program/Datalog_32767.csv"), last);
-    EXPECT_EQ(view.colours.back(), kWhite);
-  }
-}
-
-TEST_F(DataLogFile, OnceTheIndexIsResetLoggingGoesOn) {
-  Given(DataLogIndex) = 32767;
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  Given(DataLogIndex) = 1;
-  EXPECT_EQ(Write().size(), 268U);
-  EXPECT_EQ(log.LastFile(), "/program/Datalog_1.csv");
-  EXPECT_EQ(DataLogIndex, 2);
-  Given(DataLogIndex) = 32767;
-  files.contents.clear();
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  EXPECT_EQ(files.contents.size(), 1U) << "the last index is free again";
-}
-
-TEST_F(DataLogFile, ALastFileThatCannotBeWrittenCanBeTriedAgain) {
-  Given(DataLogIndex) = 32767;
-  files.failure = "No space left on device";
-  EXPECT_EQ(ErrorOfWriting(), "/program/Datalog_32767.csv: No space left on device");
-  files.failure.clear();
-  EXPECT_EQ(ErrorOfWriting(), "Overflow");
-  EXPECT_EQ(files.contents.size(), 1U);
-}
-
-TEST_F(DataLogFile, WhereTheProgramsFolderIsReadOnlyFilesGoToTheDocuments) {
-  files.readOnly.insert("/program");
-  log.WriteDataFile();
-  EXPECT_EQ(log.LastFile(), "/documents/Datalog_1.csv");
-  files.readOnly.clear();
-  log.WriteDataFile();
-  EXPECT_EQ(log.LastFile(), "/program/Datalog_2.csv");
-  EXPECT_EQ(files.contents.size(), 2U);
-}
-
-TEST_F(DataLogFile, ANameThatCannotBeAFileNameIsNamedAndNothingWritten) {
-  for (const std::string name : {"../pump", "a\\b", "nul"}) {
-    Given(DataLogName) = name;
-    EXPECT_EQ(ErrorOfWriting().substr(0, 12 + name.size()), "File name " + name + ": ");
-    EXPECT_TRUE(files.contents.empty());
-    EXPECT_EQ(DataLogIndex, 1);
-    EXPECT_EQ(view.colours.back(), kWhite);
-  }
-}
 
 TEST(DataLogFormat, FollowsTheDecimalMark) {
   EXPECT_EQ(FormatFor(',').separator, "\t");

@@ -1,66 +1,10 @@
 // The simulated driver: opening, closing, requests, plugging.
 // SPDX-License-Identifier: MIT
-#include "simulator/simulated_adapter.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
-#include "simulator/sensor_fixture.h"
+#include "simulator/simulated_adapter_bench.h"
 
 namespace kestrel {
 namespace {
-
-using ::testing::ElementsAre;
-using Bytes = std::vector<std::uint8_t>;
-
-class AdapterTest : public ::testing::Test {
- protected:
-  UsbDriver::Handle Open(const std::string& name = "Ezusb-0") {
-    return adapter_.CreateFile("\\\\.\\" + name, 0x40000000, 2, 3);
-  }
-  // With the settings that transfers need.
-  UsbDriver::Handle OpenSet() {
-    const auto device = Open();
-    EXPECT_TRUE(Send(device, {12, 120}));
-    EXPECT_TRUE(Send(device, {11, 25}));
-    return device;
-  }
-  bool Request(UsbDriver::Handle device, std::uint32_t code, const Bytes& input, Bytes& output) {
-    return adapter_.DeviceIoControl(device, code, input, output, returned_);
-  }
-  bool Send(UsbDriver::Handle device, Bytes block) {
-    return Request(device, 0x222051, {0, 0, 0, 0}, block);
-  }
-  // The answer to a block; empty when the request fails.
-  Bytes Fetch(UsbDriver::Handle device, std::size_t size) {
-    Bytes answer(size, 0xEE);
-    if (!Request(device, 0x222051, {1, 0, 0, 0}, answer)) return {};
-    answer.resize(returned_);
-    return answer;
-  }
-  std::string StringOf(UsbDriver::Handle device, std::uint8_t index) {
-    Bytes descriptor(4);
-    if (!Request(device, 0x222044, {index, 0, 0, 0, 0}, descriptor)) return "failed";
-    EXPECT_EQ(returned_, 4);
-    descriptor.resize(descriptor[0]);
-    if (!Request(device, 0x222044, {index, 0, 0, 0, 0}, descriptor)) return "failed";
-    EXPECT_EQ(returned_, descriptor.size());
-    EXPECT_EQ(descriptor[1], 3);
-    std::string text;
-    for (std::size_t at = 2; at + 1 < descriptor.size(); at += 2) {
-      text += static_cast<char>(descriptor[at]);
-      EXPECT_EQ(descriptor[at + 1], 0);
-    }
-    return text;
-  }
-
-  Bench bench_;
-  SimulatedAdapter adapter_{bench_.sensor};
-  std::uint32_t returned_ = 0;
-};
 
 TEST_F(AdapterTest, BoardOpensUnderItsNameOnly) {
   EXPECT_GE(Open(), 1);
@@ -189,16 +133,6 @@ TEST_F(AdapterTest, ABoardTransfersNothingUntilBothSettingsWereMadeSincePowerUp)
   EXPECT_TRUE(Send(OpenSet(), frame));
 }
 
-TEST_F(AdapterTest, AReplugIsAnotherPluggingIn) {
-  const auto before = adapter_.Plugging(Open());
-  EXPECT_TRUE(adapter_.Attached("Ezusb-0"));
-  EXPECT_FALSE(adapter_.Attached("Ezusb-1"));
-  adapter_.Unplug(0);
-  EXPECT_FALSE(adapter_.Attached("Ezusb-0"));
-  adapter_.Replug(0);
-  EXPECT_NE(adapter_.Plugging(Open()), before);
-}
-
 TEST_F(AdapterTest, AnswerIsShortWhenLessIsPendingAndFailsWhenNothingIs) {
   const auto device = Open();
   EXPECT_TRUE(Fetch(device, 2).empty());
@@ -254,80 +188,6 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(AdapterTest, SixteenIsTheLimitAndAWellFormedBlockOfItDoesReachTheSensor) {
   ASSERT_TRUE(Send(OpenSet(), TransferOf(16)));
   EXPECT_EQ(bench_.Read(reg::kFftAvg), 0x11);
-}
-
-TEST_F(AdapterTest, UnpluggedBoardFailsEveryRequestUntilReopenedAfterReplugging) {
-  const auto device = Open();
-  adapter_.Unplug(0);
-  EXPECT_FALSE(Send(device, {0}));
-  EXPECT_LT(Open(), 1);
-  EXPECT_EQ(adapter_.LastError(), 2);
-
-  adapter_.Replug(0);
-  EXPECT_FALSE(Send(device, {0})) << "the old handle stays dead";
-  adapter_.CloseHandle(device);
-  EXPECT_TRUE(Send(Open(), {0}));
-  EXPECT_EQ(adapter_.HandleErrors(), 0);
-}
-
-TEST_F(AdapterTest, PendingAnswerIsGoneAfterReplugging) {
-  ASSERT_TRUE(Send(Open(), {0}));
-  adapter_.Unplug(0);
-  adapter_.Replug(0);
-  EXPECT_TRUE(Fetch(Open(), 2).empty());
-}
-
-TEST_F(AdapterTest, SensorIsPoweredThroughTheAdapterAndStartsAgainWithIt) {
-  bench_.Write(reg::kFftAvg, 20);
-  bench_.StartStop();
-  adapter_.Unplug();
-  EXPECT_EQ(bench_.Read(0x56), 0);
-  EXPECT_FALSE(bench_.sensor.IsCapturing());
-  adapter_.Replug();
-  EXPECT_EQ(bench_.Read(0x56), 31407);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8) << "what was not saved is lost";
-  EXPECT_FALSE(bench_.sensor.IsCapturing());
-}
-
-TEST_F(AdapterTest, SensorKeepsItsPowerAsLongAsOneCableIsPluggedIn) {
-  adapter_.SetBoard(2, {});
-  bench_.Write(reg::kFftAvg, 20);
-  adapter_.Unplug(0);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
-  adapter_.Replug(0);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
-  adapter_.Unplug(2);
-  adapter_.Unplug(0);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 0);
-  adapter_.Replug(2);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 8);
-}
-
-TEST_F(AdapterTest, SensorWithoutABoardHasPowerOfItsOwn) {
-  bench_.Write(reg::kFftAvg, 20);
-  adapter_.RemoveBoard(0);
-  EXPECT_EQ(bench_.Read(reg::kFftAvg), 20);
-}
-
-TEST_F(AdapterTest, TransferUnderWayFailsWhenTheCableIsPulled) {
-  const auto device = OpenSet();
-  ASSERT_TRUE(Send(device, {14, 1, 2, 0x56, 0x00, 0x56, 0x00}));
-  adapter_.Unplug();
-  EXPECT_TRUE(Fetch(device, 4).empty());
-  EXPECT_EQ(adapter_.LastError(), 1167);
-}
-
-TEST_F(AdapterTest, BoardsCanBeSetAndRemovedByNumber) {
-  adapter_.RemoveBoard(0);
-  adapter_.SetBoard(3, {.product = 0xEF00, .firmwareMajor = 2, .firmwareMinor = 7});
-  EXPECT_LT(Open("Ezusb-0"), 1);
-  const auto device = Open("Ezusb-3");
-  ASSERT_GE(device, 1);
-  Bytes buffer(147);
-  ASSERT_TRUE(Request(device, 0x222004, buffer, buffer));
-  EXPECT_EQ(buffer[10] | buffer[11] << 8, 0xEF00);
-  ASSERT_TRUE(Send(device, {0}));
-  EXPECT_THAT(Fetch(device, 2), ElementsAre(2, 7));
 }
 
 }  // namespace

@@ -1,43 +1,10 @@
 // Timer mode: periods, pauses, stops.
 // SPDX-License-Identifier: MIT
-#include <gtest/gtest.h>
 
-#include "simulator/sensor_fixture.h"
+#include "simulator/simulated_sensor_timer_bench.h"
 
 namespace kestrel {
 namespace {
-
-using namespace command;
-
-constexpr auto kCapture = 46ms;  // a capture takes 45.11 ms
-constexpr std::uint16_t kEscape = 1 << 4;
-constexpr std::uint16_t kReady = 1 << 7;
-
-// Spectra of one average in timer mode.
-class Timer : public SensorTest {
- protected:
-  void SetUp() override {
-    Write(reg::kRecCtrl, RecCtrl(1, 0, 0, 1));
-    Write(reg::kFftAvg, 1);
-  }
-  void StartSeries(std::uint16_t recPrd) {
-    Write(reg::kRecPrd, recPrd);
-    StartStop();
-  }
-  void StartSeriesAndWaitForItsFirstRecord(std::uint16_t recPrd) {
-    StartSeries(recPrd);
-    clock.Advance(kCapture);
-    ASSERT_EQ(Count(), 1);
-  }
-  std::uint16_t Count() { return Read(reg::kRecCnt); }
-};
-
-struct Period {
-  std::uint16_t recPrd;
-  std::chrono::nanoseconds length;
-};
-
-class TimerPeriod : public Timer, public ::testing::WithParamInterface<Period> {};
 
 TEST_P(TimerPeriod, RunsFromStartToStartAndTheFirstCaptureBeginsAtOnce) {
   StartSeries(GetParam().recPrd);
@@ -129,101 +96,7 @@ TEST_F(Timer, CountWrapsAtSixteenBits) {
   EXPECT_EQ(Count(), 1);
 }
 
-TEST_F(Timer, StartInThePauseBeginsTheSeriesAnewAtOnce) {
-  StartSeriesAndWaitForItsFirstRecord(0x0101);
-  clock.Advance(30s);
-  StartStop();
-  EXPECT_FALSE(DataReady());
-  EXPECT_TRUE(sensor.IsCapturing());
-  clock.Advance(kCapture);
-  EXPECT_TRUE(DataReady());
-  EXPECT_EQ(Count(), 2);
-  clock.Advance(59s);
-  EXPECT_EQ(Count(), 2) << "the period runs from the new start";
-  clock.Advance(1s);
-  EXPECT_EQ(Count(), 3);
-}
-
-TEST_F(Timer, SecondStartInTheFirstCaptureEndsTheSeries) {
-  StartSeries(1);
-  clock.Advance(20ms);
-  StartStop();
-  EXPECT_FALSE(sensor.IsInSeries());
-  clock.Advance(10s);
-  EXPECT_EQ(Status(), 0);
-  EXPECT_EQ(Count(), 0);
-}
-
-TEST_F(Timer, StartInALaterCaptureEndsTheSeriesWhileARecordWaits) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  clock.Advance(1s - 20ms);
-  ASSERT_TRUE(sensor.IsCapturing());
-  StartStop();
-  clock.Advance(10s);
-  EXPECT_EQ(Status(), kReady);
-  EXPECT_EQ(Count(), 1);
-}
-
-TEST_F(Timer, ClearAndStartInALaterCaptureBeginTheSeriesAnew) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  clock.Advance(1s - 20ms);
-  ASSERT_TRUE(sensor.IsCapturing());
-  Give(kClearStatus);
-  EXPECT_EQ(Status(), 0);
-  StartStop();
-  clock.Advance(45ms);
-  EXPECT_EQ(Count(), 1) << "a whole new capture";
-  clock.Advance(1ms);
-  EXPECT_EQ(Count(), 2);
-  clock.Advance(1s);
-  EXPECT_EQ(Count(), 3);
-}
-
 // Wherever in the period the program clears the status and, a moment later, starts.
-TEST_F(Timer, ClearAndStartAlwaysLeadToARecordThatIsNewerThanTheClear) {
-  for (std::uint16_t recPrd = 0; recPrd < 2; ++recPrd) {
-    for (auto press = 0ms; press < 1200ms; press += 7ms) {
-      for (const auto gap : {0ms, 5ms, 44ms, 46ms, 60ms}) {
-        Bench bench;
-        bench.Write(reg::kRecCtrl, RecCtrl(1, 0, 0, 1));
-        bench.Write(reg::kFftAvg, 1);
-        bench.Write(reg::kRecPrd, recPrd);
-        bench.StartStop();
-        bench.clock.Advance(kCapture + press);
-        bench.Give(kClearStatus);
-        const auto before = bench.Read(reg::kRecCnt);
-        bench.clock.Advance(gap);
-        bench.StartStop();
-        bench.clock.Advance(kCapture);
-        ASSERT_TRUE(bench.DataReady()) << recPrd << ", " << press.count() << ", " << gap.count();
-        ASSERT_GT(bench.Read(reg::kRecCnt), before) << press.count() << ", " << gap.count();
-      }
-    }
-  }
-}
-
-TEST_F(Timer, StopRequestEndsTheSeriesInACapture) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  clock.Advance(1s - 20ms);
-  ASSERT_TRUE(sensor.IsCapturing());
-  StopRequest();
-  EXPECT_FALSE(sensor.IsInSeries());
-  clock.Advance(10s);
-  EXPECT_EQ(Status(), kReady | kEscape);
-  EXPECT_EQ(Count(), 1);
-}
-
-TEST_F(Timer, StopRequestEndsTheSeriesInThePause) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  StopRequest();
-  EXPECT_FALSE(sensor.IsInSeries());
-  EXPECT_EQ(Status(), kReady | kEscape);
-  Give(kClearStatus);
-  clock.Advance(10s);
-  StopRequest();
-  EXPECT_EQ(Status(), 0) << "there is nothing left to stop";
-  EXPECT_EQ(Count(), 1);
-}
 
 TEST_F(Timer, SensorTellsCaptureAndPauseApart) {
   EXPECT_FALSE(sensor.IsInSeries());
@@ -263,23 +136,6 @@ TEST_F(Timer, SettingsChangedInACaptureCountFromTheNextOneOn) {
   EXPECT_EQ(Count(), 3);
 }
 
-TEST_F(Timer, AnotherModeEndsTheSeriesInsteadOfTheNextCapture) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  Write(reg::kRecCtrl, RecCtrl(0, 0, 0, 1));
-  clock.Advance(10s);
-  EXPECT_FALSE(sensor.IsInSeries());
-  EXPECT_EQ(Count(), 1);
-}
-
-TEST_F(Timer, StartInThePauseWithAnotherModeTakesOneRecord) {
-  StartSeriesAndWaitForItsFirstRecord(1);
-  Write(reg::kRecCtrl, RecCtrl(2, 0, 0, 1));
-  StartStop();
-  clock.Advance(10s);
-  EXPECT_EQ(Count(), 2);
-  EXPECT_FALSE(sensor.IsInSeries());
-}
-
 TEST_F(Timer, CommandsWorkInThePauseButNotInACapture) {
   StartSeriesAndWaitForItsFirstRecord(1);
   Write(reg::kPointer, 7);
@@ -305,20 +161,6 @@ TEST_F(Timer, NextCaptureWaitsForACommandAtWork) {
   EXPECT_EQ(Count(), 2);
   clock.Advance(2ms);
   EXPECT_EQ(Count(), 3) << "the period runs from the late start";
-}
-
-TEST_F(Timer, SleepAndRestartEndTheSeries) {
-  for (const std::uint16_t word : {kPowerDown, kSoftwareReset, kFactoryReset}) {
-    Write(reg::kRecCtrl, RecCtrl(1, 0, 0, 1));
-    Write(reg::kFftAvg, 1);
-    StartSeries(1);
-    clock.Advance(kCapture);
-    Command(word);
-    const auto count = Count();
-    EXPECT_FALSE(sensor.IsInSeries()) << word;
-    clock.Advance(10s);
-    EXPECT_EQ(Count(), count) << word;
-  }
 }
 
 }  // namespace

@@ -50,7 +50,9 @@ TEST_F(StationTest, ASimulatedSensorNeedsNoDevice) {
   connection.scenario = "calibrator";
   Station station(Site(none), connection);
   ASSERT_TRUE(station.Connect());
-  EXPECT_TRUE(station.Identity().simulated);
+  const auto captured = station.Records().Capture();
+  ASSERT_TRUE(captured);
+  EXPECT_TRUE(captured->record.sensor.simulated);
   EXPECT_EQ(station.Adapters().size(), 1U);
 }
 

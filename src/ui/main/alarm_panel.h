@@ -7,7 +7,7 @@
 #include <array>
 
 #include "alarms/alarm_status.h"
-#include "ui/main/as_of_box.h"
+#include "ui/parts/as_of_box.h"
 
 namespace kestrel {
 

@@ -42,7 +42,7 @@ bool IsSame(const Record& one, const Record& other) {
 }  // namespace
 
 AnalyserPart::AnalyserPart(const Parts& parts)
-    : cmdAnalyser(MakeButton("cmdAnalyser", tr("Ana&lyser"),
+    : cmdAnalyser(MakeButton("cmdAnalyser", tr("Analyser"),
                              tr("Look at this record with zoom, peaks, levels and cursors (F9)"))),
       parts_(parts),
       recordListener_(parts.core.record.OnChange([this] { TakeRecord(); })) {

@@ -4,7 +4,7 @@
 
 #include <QLabel>
 
-#include "ui/main/as_of_box.h"
+#include "ui/parts/as_of_box.h"
 
 namespace kestrel {
 

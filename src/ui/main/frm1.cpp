@@ -9,17 +9,13 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 
-#include "app/config_file.h"
 #include "app/program_state.h"
-#include "connection/init_interface.h"
 #include "numeric/number_format.h"
 #include "ui/parts/fit_screen.h"
 #include "ui/parts/interface_text.h"
 #include "ui/parts/line_label.h"
 #include "ui/parts/wheel_guard.h"
 #include "ui/parts/widgets.h"
-#include "ui/windows/about_box.h"
-#include "ui/windows/user_guide.h"
 
 namespace kestrel {
 namespace {
@@ -30,7 +26,6 @@ constexpr int kNoticeMs = 3000;
 
 frm1::frm1(Core& core, SimulatorControl simulator)
     : core_(core),
-      simulator_(std::move(simulator)),
       edge_(core.seams.messages,
             {.busy = [this] { return desk_.readout.Busy(); },
              .refused =
@@ -68,6 +63,9 @@ frm1::frm1(Core& core, SimulatorControl simulator)
       freshness_({core.registers, desk_, windows_, *record_, *conditions_, *statusPanel_,
                   *alarmPanel_, *lostNotice_, *strip_, notices_}),
       cures_({core, edge_, desk_.plot, desk_.settings, *record_, *capture_, windows_}),
+      commands_({core, edge_, desk_, windows_, *menu_, *this, std::move(simulator),
+                 [this] { return IsIdle(); },
+                 [this](std::int16_t product) { SetProductNumber(product); }}),
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
       analyser_(
           {core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); }, *this}) {
@@ -78,7 +76,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
   ConnectButtons();
   ConnectSettings();
   ConnectPlot();
-  ConnectMenu();
+  commands_.Connect();
   ConnectWindows();
   ConnectNotices();
   qApp->installEventFilter(this);
@@ -183,31 +181,6 @@ void frm1::ConnectPlot() {
           [this](int index) { desk_.cursor.GoTo(index); });
 }
 
-void frm1::ConnectMenu() {
-  const auto chosen = &QAction::triggered;
-  On(menu_->mnuSimulated, chosen, "mnuSimulated_Click", [this] { mnuSimulated_Click(); });
-  On(menu_->mnuUnplug, chosen, "mnuUnplug_Click", [this] { mnuUnplug_Click(); });
-  On(menu_->mnu31407, chosen, "mnu31407_Click", [this] { mnu31407_Click(); });
-  connect(menu_->mnuGuide, chosen, this,
-          [this] { OpenUserGuide(core_.seams.files, core_.seams.messages); });
-  connect(menu_->mnuAbout, chosen, this, [this] { ShowAboutBox(*this); });
-  connect(menu_->MnuExit, chosen, this, &QWidget::close);
-  const auto opens = [&](QAction* item, const char* name, void (SecondaryWindows::*open)()) {
-    On(item, chosen, name, [this, open] { (windows_.*open)(); });
-  };
-  using Windows = SecondaryWindows;
-  opens(menu_->mnuDatalog, "mnuDatalog_Click", &Windows::OpenDataLog);
-  opens(menu_->mnuUsb, "mnuUsb_Click", &Windows::OpenUsb);
-  opens(menu_->mnuParallel, "mnuParallel_Click", &Windows::OpenPort);
-  opens(menu_->mnuCommand, "mnuCommand_Click", &Windows::OpenCommand);
-  opens(menu_->mnuRecInfo, "mnuRecInfo_Click", &Windows::OpenRecInfo);
-  opens(menu_->mnuAlarmCtrl, "mnuAlarmCtrl_Click", &Windows::OpenAlarmControl);
-  opens(menu_->mnuAlarmSpectrum, "mnuAlarmSpectrum_Click", &Windows::OpenAlarmSpectrum);
-  opens(menu_->mnuDIOGPIO, "mnuDIOGPIO_Click", &Windows::OpenDioGpio);
-  opens(menu_->MnuCal, "MnuCal_Click", &Windows::OpenCalibration);
-  opens(menu_->mnuRegisters, "mnuRegisters_Click", &Windows::OpenRegisters);
-}
-
 // What tells that the adapter is gone, or that another one has been chosen.
 void frm1::ConnectWindows() {
   const auto refill = [this] { freshness_.InterfaceChosen(); };
@@ -271,7 +244,7 @@ void frm1::SetCommInterfaceIndicators() {
   lblInterface_->setToolTip(QString::fromStdString(text.line + "\n" + text.detail).trimmed());
   menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
-  menu_->ShowDebug(simulator_.isConnected());
+  menu_->ShowDebug(commands_.SensorIsSimulated());
   freshness_.Refresh();
   ShowRecordLine();
 }
@@ -281,27 +254,6 @@ void frm1::SetProductNumber(std::int16_t product) {
   conditions_->lblProduct->setText(QString::number(product));
   menu_->mnu31407->setChecked(product == kProduct31407);
   desk_.settings.ReadMainFormRegisters();
-}
-
-void frm1::mnuSimulated_Click() {
-  if (!IsIdle()) return;
-  simulator_.connect();
-  menu_->mnuUnplug->setChecked(false);
-  windows_.ForgetSensor();
-  core_.registers.Use(kUsbAdapter);
-  WriteConfigFile(core_.seams.files);
-  InitInterface(core_);
-  desk_.settings.ReadMainFormRegisters();
-}
-
-void frm1::mnu31407_Click() {
-  SetProductNumber(kProduct31407);
-  WriteConfigFile(core_.seams.files);
-}
-
-// As if somebody pulled the cable, or put it back: the program has to notice by itself.
-void frm1::mnuUnplug_Click() {
-  simulator_.plug(!menu_->mnuUnplug->isChecked());
 }
 
 void frm1::CmdReadStatus_Click() {

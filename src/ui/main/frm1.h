@@ -11,6 +11,7 @@
 #include "acquisition/desk.h"
 #include "app/handler_edge.h"
 #include "connection/core.h"
+#include "station/sensor_road.h"
 #include "ui/main/adapter_watcher.h"
 #include "ui/main/alarm_panel.h"
 #include "ui/main/analyser_part.h"
@@ -21,11 +22,11 @@
 #include "ui/main/lost_notice.h"
 #include "ui/main/main_menu.h"
 #include "ui/main/main_notices.h"
+#include "ui/main/menu_commands.h"
 #include "ui/main/record_cures.h"
 #include "ui/main/record_panel.h"
 #include "ui/main/repeat_part.h"
 #include "ui/main/secondary_windows.h"
-#include "ui/main/simulator_control.h"
 #include "ui/main/status_panel.h"
 #include "ui/parts/notice_strip.h"
 #include "ui/plot/plot_panel.h"
@@ -63,7 +64,6 @@ class frm1 : public QMainWindow {
   void ConnectButtons();
   void ConnectSettings();
   void ConnectPlot();
-  void ConnectMenu();
   void ConnectWindows();
   void ConnectNotices();
   void ShowRecordLine();
@@ -76,14 +76,10 @@ class frm1 : public QMainWindow {
   // Whether no capture is waited for; says so in the status bar where one is.
   bool IsIdle();
 
-  void mnuSimulated_Click();
-  void mnu31407_Click();
-  void mnuUnplug_Click();
   void CmdReadStatus_Click();
   void ckDataLog_Click();
 
   Core& core_;
-  SimulatorControl simulator_;
   HandlerEdge edge_;
 
   MainMenu* menu_;
@@ -107,6 +103,7 @@ class frm1 : public QMainWindow {
   SecondaryWindows windows_;
   Freshness freshness_;
   RecordCures cures_;
+  MenuCommands commands_;
   RepeatPart repeat_;
   AnalyserPart analyser_;
 };

@@ -8,7 +8,7 @@
 
 #include "acquisition/status.h"
 #include "record/status_flags.h"
-#include "ui/main/as_of_box.h"
+#include "ui/parts/as_of_box.h"
 
 namespace kestrel {
 

@@ -13,6 +13,7 @@
 #include "numeric/number_format.h"
 #include "ui/parts/contrast.h"
 #include "ui/parts/widgets.h"
+#include "ui/plot/free_place.h"
 
 namespace kestrel {
 namespace {
@@ -36,22 +37,13 @@ QRect EndingAt(int right, int centre, QSize size) {
   return {QPoint(right - size.width(), centre - size.height() / 2), size};
 }
 
-bool IsBlank(const QLabel* label) {
-  return label->text().trimmed().isEmpty();
-}
-
-bool IsFree(const QRect& place, const std::vector<QRect>& taken) {
-  return std::none_of(taken.begin(), taken.end(),
-                      [&](const QRect& other) { return other.intersects(place); });
-}
-
 QString Text(double value) {
   return QString::fromStdString(GeneralNumber(value));
 }
 
 }  // namespace
 
-PlotFrame::PlotFrame(QWidget* parent) : QWidget(parent), pic1(new PictureBox(this)) {
+PlotFrame::PlotFrame(QWidget* parent) : QWidget(parent), pic1(new PictureBox(this)), edges_(*pic1) {
   pic1->setObjectName("pic1");
   lblYmax = AddLabel("lblYmax", "1");
   LbLYmid = AddLabel("LbLYmid", "0.5");
@@ -69,11 +61,6 @@ PlotFrame::PlotFrame(QWidget* parent) : QWidget(parent), pic1(new PictureBox(thi
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   }
   for (QLabel* label : {lblXmin, lblXmax, Label5}) label->setAlignment(Qt::AlignCenter);
-  for (int band = 1; band <= kBands; ++band) {
-    AddEdge(false, band);
-    AddEdge(true, band);
-  }
-  ColourEdges();
   connect(pic1, &PictureBox::ScaleChanged, this, &PlotFrame::Relayout);
 }
 
@@ -83,42 +70,11 @@ QLabel* PlotFrame::AddLabel(const char* name, const QString& text) {
   return label;
 }
 
-void PlotFrame::AddEdge(bool high, int band) {
-  QLabel* label = MakeLabel("", {});
-  label->setObjectName(ArrayName(high ? "lblABHigh" : "lblABLow", band));
-  label->setParent(this);
-  label->setAttribute(Qt::WA_TransparentForMouseEvents);
-  label->setAutoFillBackground(true);
-  label->setContentsMargins(3, 0, 3, 0);
-  label->setAccessibleDescription(
-      (high ? tr("Upper edge of alarm band %1") : tr("Lower edge of alarm band %1")).arg(band));
-  label->hide();
-  EdgeOf(high, band).label = label;
-}
-
-PlotFrame::Edge& PlotFrame::EdgeOf(bool high, int band) {
-  return edges_.at(high ? 1 : 0).at(static_cast<std::size_t>(band - 1));
-}
-
-QLabel* PlotFrame::EdgeLabel(bool high, int band) const {
-  return edges_.at(high ? 1 : 0).at(static_cast<std::size_t>(band - 1)).label;
-}
-
-void PlotFrame::SetEdgeText(bool high, int band, const QString& text) {
-  EdgeLabel(high, band)->setText(text);
-  PlaceEdges();
-}
-
-void PlotFrame::PlaceEdgeLabel(bool high, int band, double x) {
-  EdgeOf(high, band).x = x;
-  PlaceEdges();
-}
-
 void PlotFrame::Relayout() {
   PlaceBox();
   PlaceLabels();
   PlaceNumbers();
-  PlaceEdges();
+  edges_.Place();
   update();
 }
 
@@ -199,45 +155,6 @@ void PlotFrame::PlaceNumbers() {
   }
 }
 
-// Lower edges in a first row and upper ones in a second: adjoining bands share an edge. A label
-// goes to the first row from there where it covers no other.
-void PlotFrame::PlaceEdges() {
-  const QRect box = pic1->geometry().adjusted(1, 1, -1, -1);
-  std::vector<QRect> taken;
-  for (const bool high : {false, true}) {
-    for (Edge& edge : edges_.at(high ? 1 : 0)) {
-      const bool shown = edge.x.has_value() && !IsBlank(edge.label);
-      edge.label->setVisible(shown);
-      if (!shown) continue;
-      const QSize size = edge.label->sizeHint();
-      const int wished =
-          pic1->x() + static_cast<int>(std::lround(pic1->ToPixels({*edge.x, 0}).x()));
-      const int x = std::max(box.left(), std::min(wished + 1, box.right() + 1 - size.width()));
-      QRect place(QPoint(x, box.top() + 2), size);
-      const int row = size.height() + 2;
-      if (high) place.translate(0, row);
-      while (!IsFree(place, taken) && place.bottom() + row <= box.bottom()) place.translate(0, row);
-      taken.push_back(place);
-      edge.label->setGeometry(place);
-      edge.label->raise();
-    }
-  }
-}
-
-// Dark on the picture's light paper, whatever the theme.
-void PlotFrame::ColourEdges() {
-  QColor ground = pic1->Paper();
-  ground.setAlphaF(0.85F);
-  for (const auto& row : edges_) {
-    for (const Edge& edge : row) {
-      QPalette colours = palette();
-      colours.setColor(QPalette::Window, ground);
-      colours.setColor(QPalette::WindowText, Qt::black);
-      edge.label->setPalette(colours);
-    }
-  }
-}
-
 void PlotFrame::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   const QColor text = palette().color(QPalette::WindowText);
@@ -280,7 +197,7 @@ bool PlotFrame::event(QEvent* event) {
   const bool done = QWidget::event(event);
   switch (event->type()) {
     case QEvent::PaletteChange:
-      ColourEdges();
+      edges_.Colour();
       update();
       break;
     case QEvent::LayoutRequest:

@@ -9,10 +9,9 @@
 #include <QRect>
 #include <QString>
 #include <QWidget>
-#include <array>
-#include <optional>
 #include <vector>
 
+#include "ui/plot/edge_labels.h"
 #include "ui/plot/picture_box.h"
 
 namespace kestrel {
@@ -23,8 +22,6 @@ class PlotFrame : public QWidget {
   Q_OBJECT
 
  public:
-  static constexpr int kBands = 6;
-
   // A painted tick number.
   struct Number {
     double value;
@@ -34,12 +31,7 @@ class PlotFrame : public QWidget {
 
   explicit PlotFrame(QWidget* parent = nullptr);
 
-  // `band` is 1 to kBands; `high` is the label at the upper edge of the band.
-  [[nodiscard]] QLabel* EdgeLabel(bool high, int band) const;
-  // Blank text hides the label.
-  void SetEdgeText(bool high, int band, const QString& text);
-  // The label's left edge goes to x in the scale's coordinates, as far as the picture has room.
-  void PlaceEdgeLabel(bool high, int band, double x);
+  [[nodiscard]] EdgeLabels& Edges() { return edges_; }
 
   [[nodiscard]] const std::vector<Number>& XNumbers() const { return xNumbers_; }
   [[nodiscard]] const std::vector<Number>& YNumbers() const { return yNumbers_; }
@@ -62,27 +54,18 @@ class PlotFrame : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  struct Edge {
-    QLabel* label = nullptr;
-    std::optional<double> x;
-  };
-
   QLabel* AddLabel(const char* name, const QString& text);
-  void AddEdge(bool high, int band);
-  [[nodiscard]] Edge& EdgeOf(bool high, int band);
 
   void Relayout();
   void PlaceBox();
   void PlaceLabels();
   void PlaceNumbers();
-  void PlaceEdges();
-  void ColourEdges();
   void PaintTickMarks(QPainter& painter, const QColor& colour) const;
   [[nodiscard]] int LeftStrip() const;
   [[nodiscard]] QMargins Strips() const;
   [[nodiscard]] QPoint GridPoint(double x, double y) const;
 
-  std::array<std::array<Edge, kBands>, 2> edges_{};
+  EdgeLabels edges_;
   std::vector<Number> xNumbers_;
   std::vector<Number> yNumbers_;
 };

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_panel.h"
 
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QTimer>
@@ -49,55 +48,17 @@ std::optional<CursorStep> StepFor(int key) {
   }
 }
 
-Qt::CursorShape GripShape(Grip grip) {
-  switch (grip) {
-    case Grip::Band:
-      return Qt::SizeHorCursor;
-    case Grip::Edge:
-      return Qt::SplitHCursor;
-    case Grip::Level:
-      return Qt::SizeVerCursor;
-    default:
-      return Qt::ArrowCursor;
-  }
-}
-
-QString GripHint(Grip grip) {
-  switch (grip) {
-    case Grip::Band:
-      return PlotPanel::tr("Drag to move the band, with Shift to move this edge only");
-    case Grip::Edge:
-      return PlotPanel::tr("Drag to move this edge only");
-    case Grip::Level:
-      return PlotPanel::tr("Drag to set the alarm level");
-    default:
-      return {};
-  }
-}
-
-// A cursor read-out that keeps its place while hidden and does not move its neighbours.
-QLabel* MakeCursorLabel(const char* name, const QString& widest) {
-  QLabel* label = MakeLabel(name, "");
-  label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widest));
-  KeepPlaceWhileHidden(label);
-  return label;
-}
-
 }  // namespace
 
 PlotPanel::PlotPanel(const CurrentRecord& record)
     : cmdPlotScale(MakeButton("cmdPlotScale", kStartScale,
                               tr("Vertical full scale in g; each press takes the next step"))),
       record_(record),
-      lblCursorX_(MakeCursorLabel("lblCursorX", "000")),
-      LblFreq_(MakeCursorLabel("LblFreq", "00,000 Hz")),
-      lblCursorTime_(MakeLabel("lblCursorTime", "")),
-      lblCursorY_(MakeCursorLabel("lblCursorY", "-000.000")),
       frame_(new PlotFrame),
       crossHair_(new CrossHair(frame_->pic1)),
       bandLines_(new BandLines(frame_->pic1)),
-      hoverValues_(new HoverValues(frame_->pic1)) {
+      hoverValues_(new HoverValues(frame_->pic1)),
+      grip_(*frame_->pic1) {
   for (const Axis axis : kAxes) {
     const QString letter = QString(QChar(Letter(axis)));
     traces_[Index(axis)] =
@@ -112,10 +73,6 @@ void PlotPanel::NameParts() {
   for (const Axis axis : kAxes) {
     TraceBox(axis)->setAccessibleName(tr("Trace of axis %1").arg(QChar(Letter(axis))));
   }
-  lblCursorX_->setAccessibleDescription(tr("Cursor, bin or sample"));
-  LblFreq_->setAccessibleDescription(tr("Cursor, frequency"));
-  lblCursorTime_->setAccessibleDescription(tr("Cursor, time of the sample"));
-  lblCursorY_->setAccessibleDescription(tr("Cursor, acceleration in g"));
   PlotAccessible::Attach(frame_->pic1, *this);
 }
 
@@ -153,30 +110,15 @@ void PlotPanel::LayOut() {
     strip->addWidget(traces_[Index(axis)]);
   }
   strip->addStretch();
-  LayOutReadOuts(*strip);
+  readouts_.AddTo(*strip);
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addLayout(strip);
   all->addWidget(frame_, 1);
 }
 
-// Frequency and time share a place: a record has the one or the other.
-void PlotPanel::LayOutReadOuts(QBoxLayout& strip) {
-  auto* shared = new QGridLayout;
-  shared->addWidget(LblFreq_, 0, 0);
-  shared->addWidget(lblCursorTime_, 0, 0);
-  lblCursorTime_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  strip.addWidget(new QLabel(tr("Cursor")));
-  strip.addWidget(lblCursorX_);
-  strip.addLayout(shared);
-  strip.addWidget(lblCursorY_);
-  strip.addWidget(new QLabel(tr("g")));
-}
-
 void PlotPanel::SetStartValues() {
-  lblCursorX_->setText("0");
-  LblFreq_->setText(QString("0") + " Hz");
-  lblCursorY_->setText("0.00");
+  readouts_.SetStartValues();
   frame_->lblXmin->setText("0");
   SetScaleCaption(kStartScale);
   SetYmax(kStartScale);
@@ -198,7 +140,7 @@ void PlotPanel::ClearABLabels() {
 
 void PlotPanel::SetEdgeLabels(const QString& text) {
   for (int band = 1; band <= kAlarmBands; ++band) {
-    for (const bool high : {false, true}) frame_->SetEdgeText(high, band, text);
+    for (const bool high : {false, true}) frame_->Edges().SetText(high, band, text);
   }
 }
 
@@ -206,7 +148,7 @@ void PlotPanel::SetUnit(const std::string& text) {
   frame_->Label5->setText(QString::fromStdString(text));
 }
 void PlotPanel::ShowFrequency(bool shown) {
-  LblFreq_->setVisible(shown);
+  readouts_.ShowFrequency(shown);
 }
 void PlotPanel::SetXmax(const std::string& text) {
   frame_->lblXmax->setText(QString::fromStdString(text));
@@ -266,36 +208,28 @@ void PlotPanel::ShowLine(int index, const OverlayLine& line) {
   bandLines_->SetLine(index, line);
 }
 void PlotPanel::PlaceEdgeLabel(bool high, int band, const std::string& text, double x) {
-  frame_->PlaceEdgeLabel(high, band, x);
-  frame_->SetEdgeText(high, band, QString::fromStdString(text));
+  frame_->Edges().PlaceAt(high, band, x);
+  frame_->Edges().SetText(high, band, QString::fromStdString(text));
 }
 void PlotPanel::ShowGrip(Grip grip) {
-  if (grip == grip_) return;
-  grip_ = grip;
-  PictureBox* pic1 = frame_->pic1;
-  pic1->setToolTip(GripHint(grip));
-  if (grip == Grip::None) {
-    pic1->unsetCursor();
-  } else {
-    pic1->setCursor(GripShape(grip));
-  }
+  grip_.Show(grip);
 }
 
 void PlotPanel::SetCursorX(const std::string& text) {
-  lblCursorX_->setText(QString::fromStdString(text));
+  readouts_.SetX(text);
 }
 void PlotPanel::SetCursorFrequency(const std::string& text) {
-  LblFreq_->setText(QString::fromStdString(text));
+  readouts_.SetFrequency(text);
 }
 void PlotPanel::SetCursorTime(const std::string& text) {
-  lblCursorTime_->setText(QString::fromStdString(text));
+  readouts_.SetTime(text);
 }
 void PlotPanel::ClearCursor() {
-  for (QLabel* label : {lblCursorX_, LblFreq_, lblCursorTime_, lblCursorY_}) label->clear();
+  readouts_.Clear();
   crossHair_->Hide();
 }
 void PlotPanel::SetCursorY(const std::string& text) {
-  lblCursorY_->setText(QString::fromStdString(text));
+  readouts_.SetY(text);
 }
 void PlotPanel::MoveCrossHair(double x, double y) {
   crossHair_->Move(x, y);
@@ -322,11 +256,7 @@ void PlotPanel::ShowHoverValues(double x, double y) {
 }
 
 QString PlotPanel::CursorInWords() {
-  if (lblCursorX_->text().isEmpty()) return tr("Plot, no cursor");
-  const QLabel* place = LblFreq_->isHidden() ? lblCursorTime_ : LblFreq_;
-  const QString where = place->text().isEmpty() ? QString() : place->text() + ", ";
-  return tr("Plot, cursor at %1 %2, %3%4 g")
-      .arg(frame_->Label5->text(), lblCursorX_->text(), where, lblCursorY_->text());
+  return readouts_.InWords(frame_->Label5->text());
 }
 
 QString PlotPanel::PictureInWords() {
@@ -338,7 +268,7 @@ QString PlotPanel::PictureInWords() {
 }
 
 int PlotPanel::CursorIndex() {
-  return lblCursorX_->text().toInt();
+  return readouts_.Index();
 }
 int PlotPanel::LastIndex() {
   return static_cast<int>(ScaleWidth());

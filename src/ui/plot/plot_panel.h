@@ -2,9 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QBoxLayout>
 #include <QCheckBox>
-#include <QLabel>
 #include <QPushButton>
 #include <QWidget>
 #include <array>
@@ -14,6 +12,8 @@
 #include "plot/spectrum_plot.h"
 #include "ui/plot/band_lines.h"
 #include "ui/plot/cross_hair.h"
+#include "ui/plot/cursor_readouts.h"
+#include "ui/plot/grip_look.h"
 #include "ui/plot/hover_values.h"
 #include "ui/plot/plot_accessible.h"
 #include "ui/plot/plot_frame.h"
@@ -95,22 +95,18 @@ class PlotPanel : public QWidget,
 
  private:
   void LayOut();
-  void LayOutReadOuts(QBoxLayout& strip);
   void PreparePlot();
   void NameParts();
   void SetEdgeLabels(const QString& text);
 
   const CurrentRecord& record_;
   std::array<QCheckBox*, 3> traces_{};
-  QLabel* lblCursorX_;
-  QLabel* LblFreq_;
-  QLabel* lblCursorTime_;  // in the place of LblFreq, over time records
-  QLabel* lblCursorY_;
+  CursorReadouts readouts_;
   PlotFrame* frame_;
   CrossHair* crossHair_;
   BandLines* bandLines_;  // over the cross-hair, which would dim them
   HoverValues* hoverValues_;
-  Grip grip_ = Grip::None;
+  GripLook grip_;
 };
 
 }  // namespace kestrel

@@ -1,97 +1,10 @@
 // Labels and numbers around the plot.
 // SPDX-License-Identifier: MIT
-#include "ui/plot/plot_frame.h"
 
-#include <gtest/gtest.h>
-
-#include <QApplication>
-#include <QFont>
-#include <QFontMetrics>
-#include <QImage>
-#include <QPalette>
-#include <algorithm>
-#include <cstdlib>
-#include <vector>
-
-#include "ui/rendering.h"
+#include "ui/plot/plot_frame_bench.h"
 
 namespace kestrel {
 namespace {
-
-class PlotFrameTest : public testing::Test {
- protected:
-  PlotFrameTest() {
-    frame.resize(900, 500);
-    frame.show();
-    ShowTime();
-  }
-
-  void ShowTime() {
-    Label("2", "0", "-2", "511", "sample");
-    frame.pic1->Scale(0, 2, 511, -2);
-    QApplication::processEvents();
-  }
-
-  void ShowSpectrum() {
-    Label("0.25", "0.125", "0", "255", "bin");
-    frame.pic1->Scale(0, 0.25, 255, 0);
-    QApplication::processEvents();
-  }
-
-  void Label(const char* top, const char* middle, const char* bottom, const char* right,
-             const char* unit) {
-    frame.lblYmax->setText(top);
-    frame.LbLYmid->setText(middle);
-    frame.lblYmin->setText(bottom);
-    frame.lblXmax->setText(right);
-    frame.Label5->setText(unit);
-  }
-
-  void SetPointSize(int size) {
-    QFont font = frame.font();
-    font.setPointSize(size);
-    frame.setFont(font);
-    QApplication::processEvents();
-  }
-
-  std::vector<QLabel*> Labels() {
-    return {frame.lblYmax, frame.LbLYmid, frame.lblYmin,
-            frame.lblXmin, frame.lblXmax, frame.Label5};
-  }
-
-  // Everything with text on the frame.
-  std::vector<QRect> Texts() {
-    std::vector<QRect> places;
-    for (const QLabel* label : Labels()) places.push_back(label->geometry());
-    for (const auto& number : frame.XNumbers()) places.push_back(number.place);
-    for (const auto& number : frame.YNumbers()) places.push_back(number.place);
-    return places;
-  }
-
-  void ExpectTidy() {
-    const std::vector<QRect> texts = Texts();
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      EXPECT_TRUE(frame.rect().contains(texts[i])) << i;
-      EXPECT_FALSE(frame.pic1->geometry().intersects(texts[i])) << i;
-      for (std::size_t j = 0; j < i; ++j)
-        EXPECT_FALSE(texts[i].intersects(texts[j])) << i << ' ' << j;
-    }
-    for (const QLabel* label : Labels()) {
-      EXPECT_GE(label->width(), label->fontMetrics().horizontalAdvance(label->text()))
-          << label->text().toStdString();
-      EXPECT_GE(label->height(), label->fontMetrics().height()) << label->text().toStdString();
-    }
-  }
-
-  PlotFrame frame;
-};
-
-int CentreX(const QRect& place) {
-  return place.left() + place.width() / 2;
-}
-int CentreY(const QRect& place) {
-  return place.top() + place.height() / 2;
-}
 
 TEST_F(PlotFrameTest, LabelsHaveTheirNamesAndNoAccessibleName) {
   for (const char* name : {"lblYmax", "LbLYmid", "lblYmin", "lblXmin", "lblXmax", "Label5"}) {
@@ -101,11 +14,11 @@ TEST_F(PlotFrameTest, LabelsHaveTheirNamesAndNoAccessibleName) {
     EXPECT_TRUE(label->isVisible()) << name;
   }
   EXPECT_EQ(frame.findChild<PictureBox*>("pic1"), frame.pic1);
-  for (int band = 1; band <= PlotFrame::kBands; ++band) {
+  for (int band = 1; band <= EdgeLabels::kBands; ++band) {
     EXPECT_EQ(frame.findChild<QLabel*>(QString("lblABLow_%1").arg(band)),
-              frame.EdgeLabel(false, band));
+              frame.Edges().At(false, band));
     EXPECT_EQ(frame.findChild<QLabel*>(QString("lblABHigh_%1").arg(band)),
-              frame.EdgeLabel(true, band));
+              frame.Edges().At(true, band));
   }
 }
 
@@ -142,6 +55,7 @@ TEST_F(PlotFrameTest, NumbersStandAtTheGridLines) {
 }
 
 // The marks outside the box continue the grid lines inside it, at any scale.
+
 TEST_F(PlotFrameTest, TickMarksContinueTheGridLines) {
   for (const double ratio : {1.0, 1.5, 2.0, 3.0}) {
     const QImage image = RenderOf(frame, ratio);
@@ -247,87 +161,6 @@ TEST_F(PlotFrameTest, BoxStaysWhereItIsFromScaleToScale) {
   const QRect before = frame.pic1->geometry();
   ShowSpectrum();
   EXPECT_EQ(frame.pic1->geometry(), before);
-}
-
-TEST_F(PlotFrameTest, EdgeLabelStandsAtItsPlaceAndFollowsTheBox) {
-  ShowSpectrum();
-  QLabel* label = frame.EdgeLabel(false, 2);
-  frame.SetEdgeText(false, 2, "2");
-  frame.PlaceEdgeLabel(false, 2, 100);
-  const auto expected = [&] { return frame.pic1->x() + frame.pic1->ToPixels({100, 0}).x(); };
-  EXPECT_TRUE(label->isVisible());
-  EXPECT_NEAR(label->x(), expected(), 2);
-  frame.resize(600, 400);
-  QApplication::processEvents();
-  EXPECT_NEAR(label->x(), expected(), 2);
-  EXPECT_TRUE(label->testAttribute(Qt::WA_TransparentForMouseEvents));
-}
-
-TEST_F(PlotFrameTest, EdgeLabelsStayInsideTheBox) {
-  ShowSpectrum();
-  for (const double x : {-50.0, 0.0, 255.0, 400.0}) {
-    frame.SetEdgeText(true, 6, "high 6");
-    frame.PlaceEdgeLabel(true, 6, x);
-    EXPECT_TRUE(frame.pic1->geometry().contains(frame.EdgeLabel(true, 6)->geometry())) << x;
-  }
-}
-
-TEST_F(PlotFrameTest, EdgesSharedByTwoBandsDoNotCoverEachOther) {
-  ShowSpectrum();
-  frame.SetEdgeText(true, 1, "1");
-  frame.PlaceEdgeLabel(true, 1, 50);
-  frame.SetEdgeText(false, 2, "2");
-  frame.PlaceEdgeLabel(false, 2, 51);
-  EXPECT_FALSE(
-      frame.EdgeLabel(true, 1)->geometry().intersects(frame.EdgeLabel(false, 2)->geometry()));
-}
-
-TEST_F(PlotFrameTest, EdgeLabelsInOnePlaceAreAllLegible) {
-  ShowSpectrum();
-  for (int band = 1; band <= 6; ++band) {
-    for (const bool high : {false, true}) {
-      frame.SetEdgeText(high, band, QString::number(band));
-      frame.PlaceEdgeLabel(high, band, 0);
-    }
-  }
-  std::vector<QRect> places;
-  for (const bool high : {false, true}) {
-    for (int band = 1; band <= 6; ++band) {
-      const QRect place = frame.EdgeLabel(high, band)->geometry();
-      EXPECT_TRUE(frame.pic1->geometry().contains(place));
-      EXPECT_EQ(place.left(), frame.EdgeLabel(false, 1)->x());
-      for (const QRect& other : places) EXPECT_FALSE(place.intersects(other));
-      places.push_back(place);
-    }
-  }
-}
-
-TEST_F(PlotFrameTest, EdgeLabelIsHiddenWhileBlankOrNotPlaced) {
-  QLabel* label = frame.EdgeLabel(true, 3);
-  frame.SetEdgeText(true, 3, "3");
-  EXPECT_TRUE(label->isHidden());
-  frame.PlaceEdgeLabel(true, 3, 10);
-  EXPECT_FALSE(label->isHidden());
-  frame.SetEdgeText(true, 3, " ");
-  EXPECT_TRUE(label->isHidden());
-  label->setText("3");
-  frame.PlaceEdgeLabel(true, 3, 10);
-  EXPECT_FALSE(label->isHidden());
-  label->setText("");
-  QApplication::processEvents();
-  EXPECT_TRUE(label->isHidden());
-}
-
-TEST_F(PlotFrameTest, EdgeLabelsReadWellInADarkTheme) {
-  QPalette dark;
-  dark.setColor(QPalette::Window, QColor(0x2B, 0x2D, 0x30));
-  dark.setColor(QPalette::WindowText, QColor(0xDF, 0xE1, 0xE5));
-  frame.setPalette(dark);
-  QApplication::processEvents();
-  EXPECT_GT(frame.lblYmax->palette().color(QPalette::WindowText).lightness(), 180);
-  const QPalette edge = frame.EdgeLabel(true, 1)->palette();
-  EXPECT_LT(edge.color(QPalette::WindowText).lightness(), 60);
-  EXPECT_GT(edge.color(QPalette::Window).lightness(), 200);
 }
 
 }  // namespace

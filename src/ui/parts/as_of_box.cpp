@@ -1,6 +1,6 @@
 // When read-outs were read, said in the group's title.
 // SPDX-License-Identifier: MIT
-#include "ui/main/as_of_box.h"
+#include "ui/parts/as_of_box.h"
 
 #include "ui/parts/widgets.h"
 
