@@ -44,7 +44,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuRepeat->setShortcut(Qt::SHIFT | Qt::Key_F5);
   mnuRepeatStop = Add(sensor, "mnuRepeatStop", tr("S&top repeating"));
 
-  QMenu* analysis = window.menuBar()->addMenu(tr("Anal&ysis"));
+  QMenu* analysis = window.menuBar()->addMenu(tr("Analysis"));
   mnuAnalyser = Add(analysis, "mnuAnalyser", tr("&Analyser"));
   mnuAnalyser->setShortcut(Qt::Key_F9);
 
