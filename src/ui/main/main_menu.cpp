@@ -19,6 +19,8 @@ QAction* Add(QMenu* menu, const char* name, const QString& text) {
 MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   QMenu* file = window.menuBar()->addMenu(tr("&File"));
   mnuDatalog = Add(file, "mnuDatalog", tr("&Data log..."));
+  mnuAnalyser = Add(file, "mnuAnalyser", tr("&Analyser"));
+  mnuAnalyser->setShortcut(Qt::Key_F9);
   file->addSeparator();
   MnuExit = Add(file, "MnuExit", tr("E&xit"));
   MnuExit->setShortcut(Qt::CTRL | Qt::Key_Q);  // systems differ in having a standard one
@@ -43,10 +45,6 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuRepeat = Add(sensor, "mnuRepeat", tr("Repeat ca&ptures..."));
   mnuRepeat->setShortcut(Qt::SHIFT | Qt::Key_F5);
   mnuRepeatStop = Add(sensor, "mnuRepeatStop", tr("S&top repeating"));
-
-  QMenu* analysis = window.menuBar()->addMenu(tr("Analysis"));
-  mnuAnalyser = Add(analysis, "mnuAnalyser", tr("&Analyser"));
-  mnuAnalyser->setShortcut(Qt::Key_F9);
 
   QMenu* product = window.menuBar()->addMenu(tr("&Product"));
   mnu31407 = Add(product, "mnu31407", "31407");
