@@ -27,6 +27,7 @@ constexpr unsigned kRounds = 1'000'000;
 class SteadyClock : public kestrel::Clock {
  public:
   double SecondsSinceMidnight() override { return 0.0; }
+  std::chrono::system_clock::time_point UtcNow() override { return {}; }
   std::chrono::nanoseconds Monotonic() override { return steady_clock::now().time_since_epoch(); }
   void WaitUntil(std::chrono::nanoseconds deadline) override {
     std::this_thread::sleep_for(deadline - Monotonic());
@@ -85,6 +86,7 @@ double AdapterWordsPerSecond(kestrel::UsbDriver& driver, bool& correct) {
 class SteppedClock : public kestrel::Clock {
  public:
   double SecondsSinceMidnight() override { return 0.0; }
+  std::chrono::system_clock::time_point UtcNow() override { return {}; }
   std::chrono::nanoseconds Monotonic() override { return now_; }
   void WaitUntil(std::chrono::nanoseconds deadline) override { now_ = deadline; }
   void RunEmptyLoop(std::int32_t /*passes*/, std::int32_t /*iterations*/) override {}
