@@ -52,8 +52,8 @@ class RecordDelegate : public QStyledItemDelegate {
              const QModelIndex& index) const override {
     const Look look = Look::Of(option.palette);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-    if (isSelected) painter->fillRect(option.rect, look.selected);
     if (isSelected) {
+      painter->fillRect(option.rect, look.selected);
       painter->fillRect(QRect(option.rect.left(), option.rect.top(), 3, option.rect.height()),
                         look.accent);
     } else if (option.state.testFlag(QStyle::State_MouseOver)) {

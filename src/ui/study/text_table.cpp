@@ -18,7 +18,7 @@
 namespace kestrel {
 void TextTableModel::SetColumns(std::vector<TextColumn> columns) {
   const bool isSame = std::equal(columns.begin(), columns.end(), columns_.begin(), columns_.end(),
-                                 [](auto& a, auto& b) { return a.head == b.head; });
+                                 [](const auto& a, const auto& b) { return a.head == b.head; });
   if (isSame) return;
   beginResetModel();
   columns_ = std::move(columns);
