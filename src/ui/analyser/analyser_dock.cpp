@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <utility>
 
 #include "ui/chart/look.h"
 #include "ui/parts/line_label.h"
@@ -12,6 +13,11 @@
 #include "ui/study/text_table.h"
 
 namespace kestrel {
+namespace {
+
+constexpr int kOwnButtons = 2;  // float and close
+
+}  // namespace
 
 AnalyserDock::AnalyserDock(const char* name, const QString& title, QWidget* content,
                            QWidget* parent)
@@ -50,14 +56,19 @@ void AnalyserDock::SetSummary(const QString& summary) {
   lblSummary_->setToolTip(summary);
 }
 
-void AnalyserDock::SetCopied(TextTable* table) {
-  auto* row = static_cast<QHBoxLayout*>(bar_->layout());
-  auto* button = new FlatButton(objectName() + "_copy", {}, QStringLiteral("copy"), bar_);
-  button->setToolTip(tr("Copy the table (Ctrl+C)"));
-  button->setAccessibleName(windowTitle() + ": " + tr("Copy the table"));
+void AnalyserDock::AddButton(const char* suffix, const char* icon, const QString& word,
+                             std::function<void()> deed) {
+  auto* button = new FlatButton(objectName() + suffix, {}, icon, bar_);
+  button->setToolTip(word);
+  button->setAccessibleName(windowTitle() + ": " + word);
   button->setFocusPolicy(Qt::TabFocus);
-  row->insertWidget(row->count() - 2, button);
-  connect(button, &QToolButton::clicked, table, [table] { table->Copy(); });
+  auto* row = static_cast<QHBoxLayout*>(bar_->layout());
+  row->insertWidget(row->count() - kOwnButtons, button);
+  connect(button, &QToolButton::clicked, this, std::move(deed));
+}
+
+void AnalyserDock::SetCopied(TextTable* table) {
+  AddButton("_copy", "copy", tr("Copy the table (Ctrl+C)"), [table] { table->Copy(); });
 }
 
 void AnalyserDock::changeEvent(QEvent* event) {

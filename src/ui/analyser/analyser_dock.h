@@ -5,6 +5,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QString>
+#include <functional>
 
 namespace kestrel {
 
@@ -16,6 +17,9 @@ class AnalyserDock : public QDockWidget {
 
   // Beside the title, muted: "14 above 0.012 g".
   void SetSummary(const QString& summary);
+  // A button before the others.
+  void AddButton(const char* suffix, const char* icon, const QString& word,
+                 std::function<void()> deed);
   // A table that the title's copy button copies.
   void SetCopied(TextTable* table);
 

@@ -41,7 +41,8 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       waterfall_(new WaterfallArea(model_)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
-      known_(new KnownPanel(model_)) {
+      known_(new KnownPanel(model_)),
+      levels_(new LevelsPanel(model_)) {
   setObjectName("frmAnalyser");
   setWindowTitle(tr("Analyser"));
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
@@ -91,8 +92,10 @@ void frmAnalyser::AddDocks() {
   AddDock("dockRecords", tr("Records"), new RecordsPanel(model_), Qt::LeftDockWidgetArea);
   auto* peaks = new PeaksPanel(model_);
   AddDock("dockPeaks", tr("Peaks"), peaks, Qt::RightDockWidgetArea)->SetCopied(&peaks->Table());
-  auto* levels = new LevelsPanel(model_);
-  AddDock("dockLevels", tr("Levels"), levels, Qt::RightDockWidgetArea)->SetCopied(&levels->Table());
+  auto* levels = AddDock("dockLevels", tr("Levels"), levels_, Qt::RightDockWidgetArea);
+  levels->SetCopied(&levels_->Table());
+  levels->AddButton("_add", "plus", tr("A band of your own; Del removes it"),
+                    [this] { AskBand(); });
   auto* cursor = new CursorPanel(model_);
   AddDock("dockCursor", tr("Cursor"), cursor, Qt::BottomDockWidgetArea)
       ->SetCopied(&cursor->Table());

@@ -76,6 +76,7 @@ class frmAnalyser : public QMainWindow {
   void TakeColours();
   void ShowConditions();
   void AskMarker(double hz);
+  void AskBand();
   void AskExport();
   void ToggleCapture();
   void NextPane(int step);
@@ -92,6 +93,7 @@ class frmAnalyser : public QMainWindow {
   QStackedWidget* views_;
   QLabel* lblConditions_;
   KnownPanel* known_;
+  LevelsPanel* levels_;
   std::vector<AnalyserDock*> docks_;
   QActionGroup* themes_ = nullptr;
   study::View view_ = study::View::Spectrum;

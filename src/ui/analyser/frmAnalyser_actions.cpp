@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QInputDialog>
 #include <QMenuBar>
 #include <QSettings>
@@ -12,6 +13,8 @@
 #include <array>
 
 #include "ui/analyser/frmAnalyser.h"
+#include "ui/analyser/widget_picture.h"
+#include "ui/machine/band_dialog.h"
 #include "ui/study/text_table.h"
 
 namespace kestrel {
@@ -139,7 +142,11 @@ void frmAnalyser::ShowPlotAlone(bool isAlone) {
 }
 
 void frmAnalyser::Copy() {
-  CopyPicture(area_->Picture());
+  if (view_ == study::View::Waterfall) {
+    QGuiApplication::clipboard()->setImage(PictureOf(*waterfall_, Text(area_->Source()), 2));
+  } else {
+    CopyPicture(area_->Picture());
+  }
   statusBar()->showMessage(tr("The picture is on the clipboard."), kSaidMs);
 }
 
@@ -162,7 +169,9 @@ void frmAnalyser::AskExport() {
 }
 
 bool frmAnalyser::Export(const QString& file) {
-  const bool isWritten = WritePicture(area_->Picture(), file);
+  const bool isWritten = view_ == study::View::Waterfall
+                             ? WriteWidgetPicture(*waterfall_, Text(area_->Source()), file)
+                             : WritePicture(area_->Picture(), file);
   const QString ending = QFileInfo(file).suffix().toLower();
   if (isWritten) {
     statusBar()->showMessage(tr("Written: %1").arg(file), kSaidMs);
@@ -190,6 +199,13 @@ void frmAnalyser::AskMarker(double hz) {
     });
   });
   dialog->open();
+}
+
+void frmAnalyser::AskBand() {
+  const bool isTime = model_.Choice().view == study::View::Time;
+  auto* dialog = new BandDialog(isTime ? PlotRange{10, 1000} : Plot().Ranges().across, this);
+  connect(dialog, &BandDialog::Told, levels_, &LevelsPanel::AddBand);
+  dialog->show();
 }
 
 void frmAnalyser::Restore() {

@@ -64,17 +64,21 @@ PlotPicture PlotArea::Picture() const {
                       .cursor = plot_->Cursor(),
                       .font = plot_->font(),
                       .size = plot_->size()};
-  std::string& source = picture.scene.source;
-  if (const auto* shown = model_.Get().Shown()) {
-    const QDateTime taken =
-        QDateTime::fromMSecsSinceEpoch(std::chrono::duration_cast<std::chrono::milliseconds>(
-                                           shown->record->time.time_since_epoch())
-                                           .count());
-    if (!source.empty()) source += ", ";
-    source += taken.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss t")).toStdString();
-  }
-  source += ", version " + QCoreApplication::applicationVersion().toStdString();
+  picture.scene.source = Source();
   return picture;
+}
+
+std::string PlotArea::Source() const {
+  std::string source = plot_->Scene().source;
+  if (const auto* shown = model_.Get().Shown()) {
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(
+        shown->record->time.time_since_epoch());
+    if (!source.empty()) source += ", ";
+    source += QDateTime::fromMSecsSinceEpoch(ms.count())
+                  .toString(QStringLiteral("yyyy-MM-dd HH:mm:ss t"))
+                  .toStdString();
+  }
+  return source + ", version " + QCoreApplication::applicationVersion().toStdString();
 }
 
 void PlotArea::Show() {

@@ -22,6 +22,8 @@ class PlotArea : public QWidget {
   [[nodiscard]] AnalyserPlot& Plot() { return *plot_; }
   [[nodiscard]] PlotCommands& Commands() { return *commands_; }
   [[nodiscard]] RefusalCard& Refusal() { return *card_; }
+  // Sensor, time and version, as they stand in pictures.
+  [[nodiscard]] std::string Source() const;
   // As it is shown now, for the clipboard and files.
   [[nodiscard]] PlotPicture Picture() const;
 

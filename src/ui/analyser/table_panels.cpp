@@ -4,7 +4,9 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "display/cursors.h"
 #include "display/scene.h"
@@ -108,6 +110,7 @@ LevelsPanel::LevelsPanel(StudyModel& model)
   head->addWidget(&axis_);
   column->addLayout(head);
   column->addWidget(&bands_, 4);
+  levels_.installEventFilter(this);
   connect(&model, &StudyModel::Changed, this, &LevelsPanel::Show);
   connect(&axis_, &Segments::Chosen, this, [this](int axis) {
     model_.Change([axis](auto& choice) { choice.focus = kAxes[static_cast<std::size_t>(axis)]; });
@@ -136,6 +139,34 @@ void LevelsPanel::Show() {
   axis_.Choose(static_cast<int>(Index(model_.Choice().focus)));
   ShowBands();
   emit Summarised(Text(table.summary));
+}
+
+void LevelsPanel::AddBand(const study::FreeBand& band) {
+  model_.Change([&band](study::StudyChoice& choice) { choice.bands.push_back(band); });
+}
+
+// The user's bands are the last rows.
+void LevelsPanel::RemoveBands() {
+  const auto count = static_cast<int>(model_.Choice().bands.size());
+  const int first = levels_.Model().rowCount() - count;
+  std::vector<int> selected;
+  for (const QModelIndex& row : levels_.selectionModel()->selectedRows()) {
+    if (row.row() >= first) selected.push_back(row.row() - first);
+  }
+  if (selected.empty() || model_.Choice().view == study::View::Time) return;
+  std::sort(selected.rbegin(), selected.rend());
+  model_.Change([&selected](study::StudyChoice& choice) {
+    for (const int band : selected) choice.bands.erase(choice.bands.begin() + band);
+  });
+}
+
+bool LevelsPanel::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Delete) {
+    RemoveBands();
+    return true;
+  }
+  return SummarisedPanel::eventFilter(watched, event);
 }
 
 void LevelsPanel::ShowBands() {

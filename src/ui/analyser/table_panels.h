@@ -43,6 +43,12 @@ class LevelsPanel : public SummarisedPanel {
   explicit LevelsPanel(StudyModel& model);
   [[nodiscard]] TextTable& Table() { return levels_; }
   [[nodiscard]] TextTable& Bands() { return bands_; }
+  void AddBand(const study::FreeBand& band);
+  // The bands of the user's among the selected rows.
+  void RemoveBands();
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   void Show();

@@ -59,29 +59,29 @@ class Sheet {
 };
 
 #ifdef KESTREL_SVG
-bool WriteSvg(const PlotPicture& picture, QFile& file) {
+bool WriteSvg(const PictureSheet& sheet, QFile& file) {
   QSvgGenerator svg;
   svg.setOutputDevice(&file);
-  svg.setSize(picture.size);
-  svg.setViewBox(QRect(QPoint(), picture.size));
+  svg.setSize(sheet.size);
+  svg.setViewBox(QRect(QPoint(), sheet.size));
   svg.setResolution(kDotsPerInch);
-  svg.setTitle(Text(picture.scene.head));
-  svg.setDescription(Text(picture.scene.line + '\n' + picture.scene.source));
+  svg.setTitle(sheet.title);
+  svg.setDescription(sheet.description);
   QPainter painter(&svg);
-  Sheet(picture, 1).PaintLines(painter);
+  sheet.paint(painter);
   return painter.end();
 }
 #endif
 
-bool WritePdf(const PlotPicture& picture, QFile& file) {
+bool WritePdf(const PictureSheet& sheet, QFile& file) {
   QPdfWriter pdf(&file);
   constexpr double kPointsPerPixel = 72.0 / kDotsPerInch;
-  pdf.setPageSize(QPageSize(QSizeF(picture.size) * kPointsPerPixel, QPageSize::Point));
+  pdf.setPageSize(QPageSize(QSizeF(sheet.size) * kPointsPerPixel, QPageSize::Point));
   pdf.setPageMargins(QMarginsF());
   pdf.setResolution(kDotsPerInch);
-  pdf.setTitle(Text(HeadLine(picture.scene)));
+  pdf.setTitle(sheet.title + ", " + sheet.description.section('\n', 0, 0));
   QPainter painter(&pdf);
-  Sheet(picture, 1).PaintLines(painter);
+  sheet.paint(painter);
   return painter.end();
 }
 
@@ -116,16 +116,25 @@ QStringList PictureEndings() {
 }
 
 bool WritePicture(const PlotPicture& picture, const QString& name) {
+  return WriteSheet({.title = Text(picture.scene.head),
+                     .description = Text(picture.scene.line + '\n' + picture.scene.source),
+                     .size = picture.size,
+                     .paint = [&](QPainter& painter) { Sheet(picture, 1).PaintLines(painter); },
+                     .image = [&](double ratio) { return Drawn(picture, ratio); }},
+                    name);
+}
+
+bool WriteSheet(const PictureSheet& sheet, const QString& name) {
   const QString ending = QFileInfo(name).suffix().toLower();
   if (!PictureEndings().contains(ending)) return false;
   QFile file(name);
   if (!file.open(QIODevice::WriteOnly)) return false;
   bool isWritten = false;
-  if (ending == u"png") isWritten = Drawn(picture, kFileRatio).save(&file, "PNG");
+  if (ending == u"png") isWritten = sheet.image(kFileRatio).save(&file, "PNG");
 #ifdef KESTREL_SVG
-  if (ending == u"svg") isWritten = WriteSvg(picture, file);
+  if (ending == u"svg") isWritten = WriteSvg(sheet, file);
 #endif
-  if (ending == u"pdf") isWritten = WritePdf(picture, file);
+  if (ending == u"pdf") isWritten = WritePdf(sheet, file);
   return isWritten && file.flush() && file.error() == QFileDevice::NoError;
 }
 

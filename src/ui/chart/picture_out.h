@@ -4,9 +4,11 @@
 
 #include <QFont>
 #include <QImage>
+#include <QPainter>
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "chart/plot_scene.h"
 #include "ui/chart/plot_layout.h"
@@ -30,6 +32,17 @@ struct PlotPicture {
 // Writes a .png (at twice the size), .svg or .pdf file, by its ending. False when the file cannot
 // be written or the ending is another.
 [[nodiscard]] bool WritePicture(const PlotPicture& picture, const QString& file);
+
+// What any picture file is made of.
+struct PictureSheet {
+  QString title;
+  QString description;
+  QSize size;                            // unscaled pixels
+  std::function<void(QPainter&)> paint;  // in vectors where the painter can
+  std::function<QImage(double ratio)> image;
+};
+// As WritePicture.
+[[nodiscard]] bool WriteSheet(const PictureSheet& sheet, const QString& file);
 
 void CopyPicture(const PlotPicture& picture);  // to the clipboard
 

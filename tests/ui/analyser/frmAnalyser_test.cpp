@@ -27,6 +27,41 @@ TEST_F(FrmAnalyser, ShowsEachNewRecordAsItComes) {
   EXPECT_GT(window.findChild<QTableView*>("tblPeaks")->model()->rowCount(), 3);
 }
 
+TEST_F(FrmAnalyser, ABandOfTheUsersIsAmongTheLevelsAndGoesWithDelete) {
+  frmAnalyser& window = Open();
+  Capture();
+  auto& levels = *window.findChild<QTableView*>("tblLevels");
+  const int before = levels.model()->rowCount();
+  window.findChild<QToolButton*>("dockLevels_add")->click();
+  auto* dialog = window.findChild<QDialog*>("bandDialog");
+  ASSERT_NE(dialog, nullptr);
+  dialog->findChild<QLineEdit*>("txtBandName")->setText("Mesh");
+  for (auto* button : dialog->findChildren<QPushButton*>()) {
+    if (button->text() == "Add") button->click();
+  }
+  ASSERT_EQ(levels.model()->rowCount(), before + 1);
+  EXPECT_TRUE(levels.model()->index(before, 0).data().toString().startsWith("Mesh"));
+  levels.selectRow(before);
+  QTest::keyClick(&levels, Qt::Key_Delete);
+  EXPECT_EQ(levels.model()->rowCount(), before);
+  EXPECT_TRUE(window.Model().Choice().bands.empty());
+}
+
+TEST_F(FrmAnalyser, TheWaterfallIsWrittenAsAPictureOfEachKind) {
+  frmAnalyser& window = Open();
+  Capture();
+  window.ChooseView(study::View::Waterfall);
+  const QTemporaryDir folder;
+  for (const QString& ending : PictureEndings()) {
+    const QString file = folder.filePath("map." + ending);
+    ASSERT_TRUE(window.Export(file)) << ending.toStdString();
+    EXPECT_GT(QFileInfo(file).size(), 5000) << ending.toStdString();
+  }
+  const QImage image(folder.filePath("map.png"));
+  EXPECT_FALSE(image.isNull());
+  EXPECT_TRUE(image.text("Description").contains("version"));
+}
+
 TEST_F(FrmAnalyser, Pictures) {
   const QString folder = qEnvironmentVariable("KESTREL_LOOK");
   if (folder.isEmpty()) GTEST_SKIP();
