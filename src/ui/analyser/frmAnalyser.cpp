@@ -46,6 +46,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
   setObjectName("frmAnalyser");
   setWindowTitle(tr("Analyser"));
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
+  setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
   TakeColours();
   qApp->installEventFilter(this);
   LayOut();
@@ -150,10 +151,10 @@ void frmAnalyser::Refresh() {
   const study::View view = model_.Choice().view;
   viewBar_->SetView(static_cast<int>(view));
   if (view != view_) {
-    dockStates_[view_] = saveState();
+    dockStates_[view_] = saveState(kDocksVersion);
     view_ = view;
     if (const auto kept = dockStates_.find(view); kept != dockStates_.end()) {
-      restoreState(kept->second);
+      restoreState(kept->second, kDocksVersion);
     }
   }
   if (views_->currentIndex() != (view == study::View::Waterfall ? 1 : 0)) {

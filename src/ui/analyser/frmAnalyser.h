@@ -36,6 +36,9 @@ struct AnalyserHost {
 
 class frmAnalyser : public QMainWindow {
  public:
+  // Of what is kept about docks: another one where there are other docks.
+  static constexpr int kDocksVersion = 1;
+
   explicit frmAnalyser(AnalyserHost host, QWidget* parent = nullptr);
   ~frmAnalyser() override;
   frmAnalyser(const frmAnalyser&) = delete;

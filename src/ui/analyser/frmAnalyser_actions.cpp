@@ -134,10 +134,10 @@ void frmAnalyser::NextPane(int step) {
 
 void frmAnalyser::ShowPlotAlone(bool isAlone) {
   if (!isAlone) {
-    restoreState(beforeAlone_);
+    restoreState(beforeAlone_, kDocksVersion);
     return;
   }
-  beforeAlone_ = saveState();
+  beforeAlone_ = saveState(kDocksVersion);
   for (AnalyserDock* dock : docks_) dock->hide();
 }
 
@@ -217,7 +217,7 @@ void frmAnalyser::Restore() {
     if (!state.isEmpty()) dockStates_[view] = state;
   }
   if (const auto state = dockStates_.find(view_); state != dockStates_.end()) {
-    restoreState(state->second);
+    restoreState(state->second, kDocksVersion);
   }
   const std::string unread = known_->LoadLibrary(kept.value("bearings").toString().toStdString());
   if (!unread.empty()) statusBar()->showMessage(Text(unread));
@@ -230,7 +230,7 @@ void frmAnalyser::Keep() const {
   QSettings kept = Kept();
   kept.setValue("geometry", saveGeometry());
   for (const auto& [view, state] : dockStates_) kept.setValue(StateKey(view), state);
-  kept.setValue(StateKey(view_), saveState());
+  kept.setValue(StateKey(view_), saveState(kDocksVersion));
   kept.setValue("bearings", Text(known_->SaveLibrary()));
   kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
 }
