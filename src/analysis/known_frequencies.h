@@ -28,10 +28,12 @@ struct KnownFrequency {
 struct GearMesh {
   std::string name = "Gear mesh";
   int teeth = 0;
+  bool operator==(const GearMesh&) const = default;
 };
 struct FreeFrequency {
   std::string name{};
   double hz = 0;
+  bool operator==(const FreeFrequency&) const = default;
 };
 
 // A machine as far as it is known. What is none (not finite, not above 0, no speed) gives no
@@ -43,6 +45,7 @@ struct Machine {
   std::vector<Bearing> bearings{};
   std::vector<FreeFrequency> free{};
   int harmonics = 5;  // at most 50
+  bool operator==(const Machine&) const = default;
 };
 [[nodiscard]] std::vector<KnownFrequency> FrequenciesOf(const Machine& machine);
 

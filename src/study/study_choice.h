@@ -93,6 +93,7 @@ struct StudyChoice {
   [[nodiscard]] const CursorPlaces& Places() const {
     return view == View::Time ? inTime : inSpectrum;
   }
+  bool operator==(const StudyChoice&) const = default;
 };
 
 }  // namespace kestrel::study
