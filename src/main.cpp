@@ -14,6 +14,7 @@
 #include "platform/system.h"
 #include "simulator/signal/scenario.h"
 #include "start/start.h"
+#include "ui/analyser/kept_settings.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"
@@ -124,6 +125,7 @@ int Run(const Options& options) {
     }
     messages = std::make_unique<ConsoleMessages>();
   } else {
+    ApplyKeptTheme();
     messages = std::make_unique<QtMessages>();
   }
 

@@ -12,6 +12,8 @@
 #include <QImage>
 #include <QPainter>
 #include <QRadioButton>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
@@ -255,6 +257,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   const QApplication application(argc, argv);
+  const QTemporaryDir settings;  // of a user who has changed none
+  QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, settings.path());
   Gallery gallery(argv[1]);
   DrawWindows(gallery);
   DrawBands(gallery);

@@ -110,11 +110,6 @@ void ChangeMachine(StudyChoice& choice, analysis::Machine machine) {
   if (isFirst && !analysis::FrequenciesOf(choice.machine).empty()) choice.showKnown = true;
 }
 
-bool IsFrequency(double hz) {
-  constexpr double kMostHz = 50'000;
-  return hz > 0 && hz <= kMostHz;
-}
-
 analysis::Machine With(analysis::Machine machine, analysis::GearMesh mesh) {
   Replace(machine.meshes, std::move(mesh));
   return machine;

@@ -33,9 +33,6 @@ struct KnownTable {
 // The first frequency that a machine is given is shown.
 void ChangeMachine(StudyChoice& choice, analysis::Machine machine);
 
-// Above 0 to 50,000 Hz: what a spectrum of the sensor can hold.
-[[nodiscard]] bool IsFrequency(double hz);
-
 // A part of the same name gives way to the new one.
 [[nodiscard]] analysis::Machine With(analysis::Machine machine, analysis::GearMesh mesh);
 [[nodiscard]] analysis::Machine With(analysis::Machine machine, analysis::Bearing bearing);

@@ -41,10 +41,6 @@ std::optional<std::string> NameOf(const Json& json) {
   return json.is_string() ? std::optional(json.get<std::string>()) : std::nullopt;
 }
 
-bool IsFrequency(double hz) {
-  return hz > 0 && hz <= kMostHz;
-}
-
 Json Tell(const CursorPlaces& places) {
   const auto tell = [](const std::optional<double>& place) {
     return place ? Json(*place) : Json();

@@ -17,11 +17,7 @@ using Json = nlohmann::json;
 [[nodiscard]] std::optional<int> WholeOf(const Json& json, int least, int most);
 [[nodiscard]] std::optional<std::string> NameOf(const Json& json);
 
-// What a spectrum of the sensor can hold, and longer than any of its records.
-inline constexpr double kMostHz = 50'000;
-inline constexpr double kMostSeconds = 1'000;
-// Above 0 to the largest.
-[[nodiscard]] bool IsFrequency(double hz);
+inline constexpr double kMostSeconds = 1'000;  // longer than any record
 
 // None of what could not be chosen either.
 [[nodiscard]] Json Tell(const CursorPlaces& places);

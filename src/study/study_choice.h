@@ -52,6 +52,11 @@ struct UserMarker {
   return analysis::SeverityTables().front().rows.front();
 }
 
+inline constexpr double kMostHz = 50'000;  // what a spectrum of the sensor can hold
+[[nodiscard]] inline bool IsFrequency(double hz) {
+  return hz > 0 && hz <= kMostHz;
+}
+
 struct StudyChoice {
   View view = View::Spectrum;
   analysis::QuantityChoice quantity = {};

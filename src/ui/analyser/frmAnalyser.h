@@ -85,6 +85,9 @@ class frmAnalyser : public QMainWindow {
   void NextPane(int step);
   void ShowPlotAlone(bool isAlone);
   void Restore();
+  // What could not be read of it.
+  QStringList RestoreChoice(const QString& text);
+  void SayUnread(const QStringList& unread);
   void Keep() const;
 
   AnalyserHost host_;

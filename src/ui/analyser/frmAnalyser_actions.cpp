@@ -6,13 +6,14 @@
 #include <QGuiApplication>
 #include <QInputDialog>
 #include <QMenuBar>
-#include <QSettings>
 #include <QShortcut>
 #include <QStatusBar>
 #include <algorithm>
 #include <array>
 
+#include "study/choice_text.h"
 #include "ui/analyser/frmAnalyser.h"
+#include "ui/analyser/kept_settings.h"
 #include "ui/analyser/widget_picture.h"
 #include "ui/machine/band_dialog.h"
 #include "ui/study/text_table.h"
@@ -21,10 +22,6 @@ namespace kestrel {
 namespace {
 
 constexpr int kSaidMs = 6000;
-
-QSettings Kept() {
-  return {QSettings::IniFormat, QSettings::UserScope, "kestrel", "analyser"};
-}
 
 QString StateKey(study::View view) {
   return QStringLiteral("docks/%1").arg(static_cast<int>(view));
@@ -209,7 +206,9 @@ void frmAnalyser::AskBand() {
 }
 
 void frmAnalyser::Restore() {
-  QSettings kept = Kept();
+  const QSettings kept = KeptSettings();
+  QStringList unread = RestoreChoice(kept.value("choice").toString());
+  if (kept.status() != QSettings::NoError) unread.prepend(tr("parts of %1").arg(kept.fileName()));
   restoreGeometry(kept.value("geometry").toByteArray());
   for (const study::View view :
        {study::View::Spectrum, study::View::Time, study::View::Waterfall}) {
@@ -219,18 +218,36 @@ void frmAnalyser::Restore() {
   if (const auto state = dockStates_.find(view_); state != dockStates_.end()) {
     restoreState(state->second, kDocksVersion);
   }
-  const std::string unread = known_->LoadLibrary(kept.value("bearings").toString().toStdString());
-  if (!unread.empty()) statusBar()->showMessage(Text(unread));
-  const int theme = std::clamp(kept.value("theme", 0).toInt(), 0, 2);
-  themes_->actions().at(theme)->setChecked(true);
-  if (theme != 0) ApplyTheme(static_cast<Theme>(theme));
+  const QString bearings =
+      Text(known_->LoadLibrary(kept.value("bearings").toString().toStdString()));
+  unread << bearings.split('\n', Qt::SkipEmptyParts);
+  SayUnread(unread);
+  themes_->actions().at(static_cast<int>(ThemeIn(kept)))->setChecked(true);
+}
+
+QStringList frmAnalyser::RestoreChoice(const QString& text) {
+  study::ReadChoice read = study::ChoiceFrom(text.toStdString());
+  model_.Change([&read](study::StudyChoice& choice) { choice = std::move(read.choice); });
+  QStringList unread;
+  for (const std::string& message : read.messages) unread << Text(message);
+  return unread;
+}
+
+void frmAnalyser::SayUnread(const QStringList& unread) {
+  if (unread.isEmpty()) return;
+  constexpr qsizetype kNamed = 3;
+  QString named = unread.mid(0, kNamed).join(QStringLiteral("; "));
+  if (unread.size() > kNamed) named += tr("; and %1 more").arg(unread.size() - kNamed);
+  statusBar()->showMessage(
+      tr("Not all that was remembered can be read; what is missing begins anew. %1").arg(named));
 }
 
 void frmAnalyser::Keep() const {
-  QSettings kept = Kept();
+  QSettings kept = KeptSettings();
   kept.setValue("geometry", saveGeometry());
   for (const auto& [view, state] : dockStates_) kept.setValue(StateKey(view), state);
   kept.setValue(StateKey(view_), saveState(kDocksVersion));
+  kept.setValue("choice", Text(study::TextOf(model_.Choice())));
   kept.setValue("bearings", Text(known_->SaveLibrary()));
   kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
 }
