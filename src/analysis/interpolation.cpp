@@ -61,6 +61,7 @@ void VisitSurrounding(const Spectrum& spectrum, std::size_t bin, Visit visit) {
 // RMS of the noise magnitudes beside a line, the line's own skirt taken out.
 double NoiseBeside(const Spectrum& spectrum, std::size_t bin, const Fit& fit) {
   std::vector<double> rest;
+  rest.reserve(2 * kNoiseReach);
   VisitSurrounding(spectrum, bin, [&](std::size_t each) {
     const double away = static_cast<double>(each) - static_cast<double>(bin) - fit.delta;
     const double skirt = fit.peakG * LobeShape(spectrum.window, away);
@@ -253,6 +254,7 @@ void Widen(Fit& fit, const Spectrum& spectrum, std::size_t bin, double noise) {
 
 double LocalNoise(const Spectrum& spectrum, std::size_t bin) {
   std::vector<double> values;
+  values.reserve(2 * kNoiseReach);
   VisitSurrounding(spectrum, bin, [&](std::size_t each) { values.push_back(At(spectrum, each)); });
   return Median(std::move(values));
 }

@@ -88,6 +88,7 @@ std::vector<double> WindowSamples(const Window& window, std::size_t count) {
 double LobeShape(const Window& window, double bins) {
   double sum = window.coefficients[0] * Sinc(bins);
   for (std::size_t term = 1; term < window.coefficients.size(); ++term) {
+    if (window.coefficients[term] == 0) continue;
     // The alternating signs are undone by the shift of the window's middle to N/2.
     const auto shift = static_cast<double>(term);
     sum += window.coefficients[term] / 2 * (Sinc(bins - shift) + Sinc(bins + shift));

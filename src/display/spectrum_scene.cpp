@@ -105,8 +105,9 @@ void AddExtras(PlotPane& pane, const Study& study, Axis axis) {
       AddHeld(pane, *kept->Of(axis), NameOf(extra, 0),
               extra == Extra::Reference ? TraceStyle::Reference : TraceStyle::Held);
     } else if (const auto* spectrum = study.Accumulation().Of(extra, axis)) {
-      AddHeld(pane, Measure(*spectrum, study.Choice()), NameOf(extra, spectrum->captures),
-              TraceStyle::Held);
+      // Its peaks are not shown, and take longer to find than all else.
+      AddHeld(pane, {*spectrum, analysis::InQuantity(*spectrum, study.Choice().quantity), {}},
+              NameOf(extra, spectrum->captures), TraceStyle::Held);
     }
   }
 }

@@ -60,9 +60,9 @@ double RoundedBy(double value, int digits, double (*round)(double)) {
 
 std::string NumberText(double value, int decimals) {
   if (!std::isfinite(value)) return kNoNumber;
-  const double unit = std::pow(10.0, std::max(-decimals, 0));
-  std::string text = FixedNumber(std::round(value / unit) * unit, 0);
-  if (decimals >= 0) text = FixedNumber(value, decimals);
+  const double unit = decimals < 0 ? std::pow(10.0, -decimals) : 1;
+  const std::string text =
+      decimals < 0 ? FixedNumber(std::round(value / unit) * unit, 0) : FixedNumber(value, decimals);
   const bool negative = text.starts_with('-');
   return (negative ? kMinus : "") + Grouped(text.substr(negative ? 1 : 0));
 }
