@@ -26,7 +26,7 @@
 namespace kestrel {
 namespace {
 
-constexpr int kRounds = 31;
+constexpr int kRounds = 51;
 constexpr double kTablesMs = 2;
 constexpr double kFrameMs = 16;
 constexpr double kOpenMs = 150;
@@ -158,7 +158,7 @@ void Tables() {
   window.Model().Change(ChooseMuch);
   window.Model().SetSensorBands(0, Bands());
   ShowWhole(window);
-  for (int i = 0; i < 300; ++i) window.Model().Take(NextRecord());
+  for (int i = 0; i < 20; ++i) window.Model().Take(NextRecord());
   Settle();
   auto* peaks = window.findChild<QTableView*>("tblPeaks");
   std::vector<double> taken;

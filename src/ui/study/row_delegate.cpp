@@ -55,12 +55,12 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
   }
 }
 
+// The widths of columns follow every record; the style's own hint takes as long as all else.
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QString text = index.data(Qt::DisplayRole).toString();
   const double width = TabularWidth(option.font, text) + 2 * kCellInside +
                        (index.data(Qt::DecorationRole).isValid() ? kSwatch + 6 : 0);
-  return {static_cast<int>(std::ceil(width)) + 2,
-          QStyledItemDelegate::sizeHint(option, index).height()};
+  return {static_cast<int>(std::ceil(width)) + 2, option.fontMetrics.height() + 4};
 }
 
 void BarDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
