@@ -52,12 +52,19 @@ double MedianMs(const std::function<void()>& work, int rounds = kRounds) {
 }
 
 // Noise with the harmonics of a bearing and of a shaft on every axis; no two are the same.
-std::shared_ptr<const Record> NextRecord() {
-  static std::mt19937 random(1);
-  static std::time_t time = 1'763'750'000;
+class Records {
+ public:
+  std::shared_ptr<const Record> Next();
+
+ private:
+  std::mt19937 random_{1};
+  std::time_t time_ = 1'763'750'000;
+};
+
+std::shared_ptr<const Record> Records::Next() {
   std::uniform_int_distribution<int> noise(20, 60);
   auto record = std::make_shared<Record>();
-  record->time = std::chrono::system_clock::from_time_t(++time);
+  record->time = std::chrono::system_clock::from_time_t(++time_);
   record->settings.window = 1;
   record->settings.averages = 8;
   record->settings.range = record->scaledRange = 3;
@@ -65,7 +72,7 @@ std::shared_ptr<const Record> NextRecord() {
   for (const Axis axis : kAxes) {
     for (int bin = 0; bin < 256; ++bin) {
       const bool isLine = bin % 23 == 17 || bin % 42 == 20;
-      const int word = isLine ? 10 * noise(random) * 256 / (bin + 40) : noise(random);
+      const int word = isLine ? 10 * noise(random_) * 256 / (bin + 40) : noise(random_);
       record->Of(axis).raw(bin) = word;
       record->Of(axis).data(bin) = word * record->lsbWeight;
     }
@@ -104,14 +111,15 @@ void Settle() {
 
 // The tables as values, without a window.
 void Values() {
+  Records records;
   StudyModel model;
   model.Change(ChooseMuch);
   model.SetSensorBands(0, Bands());
-  model.Take(NextRecord());
+  model.Take(records.Next());
   std::size_t peaks = 0;
   const auto measure = [&](const auto& tell) {
     return MedianMs([&] {
-      model.Take(NextRecord());
+      model.Take(records.Next());
       tell(model.Get());
     });
   };
@@ -154,17 +162,18 @@ void ShowWhole(frmAnalyser& window) {
 }
 
 void Tables() {
+  Records records;
   frmAnalyser window({});
   window.Model().Change(ChooseMuch);
   window.Model().SetSensorBands(0, Bands());
   ShowWhole(window);
-  for (int i = 0; i < 20; ++i) window.Model().Take(NextRecord());
+  for (int i = 0; i < 20; ++i) window.Model().Take(records.Next());
   Settle();
   auto* peaks = window.findChild<QTableView*>("tblPeaks");
   std::vector<double> taken;
   std::vector<double> painted;
   for (int i = 0; i < kRounds; ++i) {
-    const auto record = NextRecord();
+    const auto record = records.Next();
     taken.push_back(MsOf([&] { window.Model().Take(record); }));
     painted.push_back(MsOf(Settle));
   }
@@ -182,22 +191,26 @@ void Opening() {
   Program program;
   Expose(program.Window());
   Settle();
+  const frmAnalyser* none = program.Window().findChild<frmAnalyser*>("frmAnalyser");
+  frmAnalyser* window = nullptr;
   const auto open = [&] {
     program.Window().findChild<QAction*>("mnuAnalyser")->trigger();
-    Expose(*program.Window().findChild<frmAnalyser*>());
+    window = program.Window().findChild<frmAnalyser*>("frmAnalyser");
+    Expose(*window);
     Settle();
   };
   const double first = MsOf(open);
   Print({.name = "analyser: opened for the first time beside the main window, until painted",
          .measured = Amount(first, 0, "ms"),
          .promise = "at most 150 ms",
-         .kept = first <= kOpenMs});
+         .kept = none == nullptr && window->isVisible() && first <= kOpenMs});
 }
 
 void ManyRecords() {
+  Records records;
   frmAnalyser window({});
   ShowWhole(window);
-  for (std::size_t i = 0; i < study::kShelfRecords; ++i) window.Model().Take(NextRecord());
+  for (std::size_t i = 0; i < study::kShelfRecords; ++i) window.Model().Take(records.Next());
   std::vector<study::RecordId> ids;
   for (const auto& entry : window.Model().Get().Records().Entries()) {
     if (ids.size() < kSelected) ids.push_back(entry.id);
@@ -255,11 +268,12 @@ void Soak() {
   constexpr int kFull = 10'000;
   constexpr int kMore = 5'000;
   constexpr double kMostMb = 2;
+  Records records;
   frmAnalyser window({});
   ShowWhole(window);
   const auto take = [&](int count) {
     for (int i = 0; i < count; ++i) {
-      window.Model().Take(NextRecord());
+      window.Model().Take(records.Next());
       if (i % 50 == 0) Settle();
     }
   };
