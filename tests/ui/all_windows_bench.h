@@ -18,7 +18,7 @@ class AllWindowsBench : public WindowBench {
     const char* action;
     const char* window;
   };
-  static constexpr std::array<Item, 11> kItems{{{"mnuDatalog", "frmFileDir"},
+  static constexpr std::array<Item, 12> kItems{{{"mnuDatalog", "frmFileDir"},
                                                 {"mnuCommand", "frmCommand"},
                                                 {"mnuRecInfo", "frmRecInfo"},
                                                 {"mnuAlarmCtrl", "frmALM_CTRL"},
@@ -27,6 +27,7 @@ class AllWindowsBench : public WindowBench {
                                                 {"MnuCal", "frmCalibration"},
                                                 {"mnuRegisters", "frmManualReg"},
                                                 {"mnuRepeat", "frmRepeat"},
+                                                {"mnuAnalyser", "frmAnalyser"},
                                                 {"mnuParallel", "frmPort"},
                                                 {"mnuUsb", "frmUSBselect"}}};
 
@@ -35,10 +36,10 @@ class AllWindowsBench : public WindowBench {
   }
 
   // Opens a window by its menu item and lets it load.
-  QDialog& Open(const Item& item) {
+  QWidget& Open(const Item& item) {
     Trigger(item.action);
     Settle();
-    return Find<QDialog>(item.window);
+    return Find<QWidget>(item.window);
   }
 
   static void Settle() {

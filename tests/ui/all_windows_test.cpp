@@ -22,7 +22,7 @@ TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) 
   for (const Item& item : kItems) {
     SCOPED_TRACE(item.window);
     frames.clear();
-    QDialog& window = Open(item);
+    QWidget& window = Open(item);
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(Writes(), std::vector<int>{});
     if (std::string(item.window) == "frmFileDir") {
@@ -30,7 +30,7 @@ TEST_F(AllWindows, EveryMenuItemOpensItsWindowOnceAndWritesNothingWhileItFills) 
       continue;
     }
     Trigger(item.action);
-    EXPECT_EQ(Window().findChildren<QDialog*>(item.window).size(), 1);
+    EXPECT_EQ(Window().findChildren<QWidget*>(item.window).size(), 1);
   }
   EXPECT_TRUE(messages_.Texts().empty()) << messages_.Texts().front();
 }
@@ -88,7 +88,7 @@ TEST_F(AllWindows, WindowsArePlacedAtTheirOffsetsFromTheMainWindow) {
                                Placed{{"MnuCal", "frmCalibration"}, {20, 200}},
                                Placed{{"mnuRecInfo", "frmRecInfo"}, {87, 447}}}) {
     SCOPED_TRACE(placed.item.window);
-    const QDialog& window = Open(placed.item);
+    const QWidget& window = Open(placed.item);
     const QRect room = window.screen()->availableGeometry();
     const QPoint wished = Window().pos() + placed.offset;
     const QPoint place(std::min(wished.x(), room.right() - window.width()),

@@ -183,9 +183,9 @@ TEST_F(Keyboard, MnemonicsOfAMenuAreUniqueAndEveryItemHasOne) {
   }
 }
 
-TEST_F(Keyboard, EscapeClosesEveryWindowButTheMainOne) {
+TEST_F(Keyboard, EscapeClosesEveryWindowButThoseWhereItEndsACapture) {
   EachWindow([this](QWidget& window) {
-    if (&window == &Window()) return;
+    if (&window == &Window() || window.objectName() == "frmAnalyser") return;
     SCOPED_TRACE(window.objectName().toStdString());
     const QPointer<QWidget> watched = &window;
     window.activateWindow();

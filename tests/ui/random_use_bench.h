@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractButton>
+#include <QToolButton>
 #include <set>
 #include <string>
 #include <vector>
@@ -43,8 +44,14 @@ class RandomUseBench : public AllWindowsBench {
 
   // What opens the system's own dialogs, or ends the program.
   static bool IsLeftOut(const QString& name) {
-    static const std::set<QString> kLeftOut{"MnuExit", "mnuAbout", "cmdPrint"};
+    static const std::set<QString> kLeftOut{"MnuExit", "mnuAbout", "cmdPrint", "cmdExport"};
     return kLeftOut.contains(name);
+  }
+
+  // A menu that opens waits for its user.
+  static bool HasMenu(const QAbstractButton& button) {
+    const auto* tool = qobject_cast<const QToolButton*>(&button);
+    return tool != nullptr && tool->menu() != nullptr;
   }
 
   std::vector<QWidget*> Clickable() {
@@ -53,7 +60,7 @@ class RandomUseBench : public AllWindowsBench {
       if (!window->isVisible()) continue;
       for (auto* button : window->findChildren<QAbstractButton*>()) {
         if (button->isVisible() && button->isEnabled() && !IsLeftOut(button->objectName()) &&
-            !button->objectName().startsWith("qt_")) {
+            !button->objectName().startsWith("qt_") && !HasMenu(*button)) {
           found.push_back(button);
         }
       }

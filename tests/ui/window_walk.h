@@ -23,7 +23,7 @@ class WindowWalk : public AllWindowsBench {
     Press("cmdStart");
     Look(Window(), visit);
     for (const Item& item : kItems) {
-      const QPointer<QDialog> window = &Open(item);  // one of them is deleted when it closes
+      const QPointer<QWidget> window = &Open(item);  // one of them is deleted when it closes
       if (std::string(item.window) == "frmManualReg") Choose("cmboRegister", 20);
       Look(*window, visit);
       if (std::string(item.window) == "frmUSBselect") {

@@ -38,6 +38,7 @@ ChoiceMenu::ChoiceMenu(const char* name, StudyModel& model, QWidget* parent)
   setToolTipsVisible(true);
   connect(this, &QMenu::aboutToShow, this, [this] {
     clear();
+    qDeleteAll(findChildren<QMenu*>(Qt::FindDirectChildrenOnly));  // clear() leaves them
     Fill();
   });
 }

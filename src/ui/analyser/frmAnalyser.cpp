@@ -125,17 +125,14 @@ void frmAnalyser::Connect() {
   for (AnalyserPlot* plot : {&area_->Plot(), &waterfall_->Plot()}) {
     connect(plot, &AnalyserPlot::ViewChanged, this, &frmAnalyser::Refresh);
   }
-  connect(waterfall_, &WaterfallArea::CommandAsked, &area_->Commands(), &PlotCommands::CarryOut);
+  connect(waterfall_, &WaterfallArea::CommandAsked, this,
+          [this](PlotCommand command) { area_->Commands().CarryOut(command, waterfall_->Row()); });
   connect(toolBar_->cmdBack, &QToolButton::clicked, this, [this] { Plot().GoBack(); });
   connect(toolBar_->cmdForward, &QToolButton::clicked, this, [this] { Plot().GoForward(); });
   connect(toolBar_->cmdShowAll, &QToolButton::clicked, this, [this] { Plot().ShowAll(); });
   connect(toolBar_->cmdCopy, &QToolButton::clicked, this, &frmAnalyser::Copy);
   connect(toolBar_->cmdExport, &QToolButton::clicked, this, &frmAnalyser::AskExport);
-  connect(toolBar_->cmdLive, &QToolButton::clicked, this, [this] {
-    const bool isLive = model_.Get().IsLive() && !model_.Get().IsHeld();
-    if (!model_.Get().IsLive()) model_.Select({});
-    model_.Hold(isLive);
-  });
+  connect(toolBar_->cmdLive, &QToolButton::clicked, this, [this] { model_.ToggleHold(); });
   connect(&area_->Commands(), &PlotCommands::CopyAsked, this, &frmAnalyser::Copy);
   connect(&area_->Commands(), &PlotCommands::ExportAsked, this, &frmAnalyser::AskExport);
   connect(&area_->Commands(), &PlotCommands::MarkerAsked, this, &frmAnalyser::AskMarker);

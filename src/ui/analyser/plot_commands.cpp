@@ -52,7 +52,8 @@ PlotCommands::PlotCommands(StudyModel& model, AnalyserPlot& plot)
 }
 
 void PlotCommands::Listen() {
-  connect(&plot_, &AnalyserPlot::CommandAsked, this, &PlotCommands::CarryOut);
+  connect(&plot_, &AnalyserPlot::CommandAsked, this,
+          [this](PlotCommand command) { CarryOut(command); });
   connect(&plot_, &AnalyserPlot::CursorPlaced, this, [this](double x, int pane) {
     const auto axes = study::AxesOfPane(model_.Choice(), pane);
     if (model_.Choice().stacked && axes.size() == 1 && axes.front() != model_.Choice().focus) {
@@ -74,7 +75,7 @@ void PlotCommands::MoveTo(const study::CursorPlaces& places) {
   model_.MoveCursor(kind == CursorKind::None ? CursorKind::Single : kind, places);
 }
 
-void PlotCommands::CarryOut(PlotCommand command) {
+void PlotCommands::CarryOut(PlotCommand command, const study::Study* row) {
   switch (command) {
     case PlotCommand::Copy:
       emit CopyAsked();
@@ -86,7 +87,7 @@ void PlotCommands::CarryOut(PlotCommand command) {
       if (model_.Get().Shown() != nullptr) model_.TakeReference();
       break;
     case PlotCommand::Freeze:
-      model_.Hold(!model_.Get().IsHeld());
+      model_.ToggleHold();
       break;
     case PlotCommand::Vertical:
       model_.Change(NextVertical);
@@ -105,7 +106,7 @@ void PlotCommands::CarryOut(PlotCommand command) {
       break;
     default:
       ChangeAxes(command);
-      ChangeCursor(command);
+      ChangeCursor(command, row != nullptr ? *row : model_.Get());
   }
 }
 
@@ -142,8 +143,7 @@ void PlotCommands::NextMember(int step) {
   MoveTo(places);
 }
 
-void PlotCommands::ChangeCursor(PlotCommand command) {
-  const study::Study& study = model_.Get();
+void PlotCommands::ChangeCursor(PlotCommand command, const study::Study& study) {
   const auto take = [&](CursorKind kind) {
     model_.MoveCursor(kind, study::BeginningOf(study, kind));
   };

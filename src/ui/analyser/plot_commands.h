@@ -14,7 +14,8 @@ class PlotCommands : public QObject {
  public:
   PlotCommands(StudyModel& model, AnalyserPlot& plot);
 
-  void CarryOut(PlotCommand command);
+  // `row` is the study whose peaks and places are meant; null for what the model shows.
+  void CarryOut(PlotCommand command, const study::Study* row = nullptr);
 
  signals:
   void CopyAsked();
@@ -25,7 +26,7 @@ class PlotCommands : public QObject {
  private:
   void Listen();
   void ChangeAxes(PlotCommand command);
-  void ChangeCursor(PlotCommand command);
+  void ChangeCursor(PlotCommand command, const study::Study& study);
   void MoveTo(const study::CursorPlaces& places);
   void NextFocus();
   void NextMember(int step);

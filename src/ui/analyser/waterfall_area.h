@@ -30,6 +30,8 @@ class WaterfallArea : public QWidget {
   [[nodiscard]] ColumnView& Column() { return *column_; }
   // The row that is looked at; nothing before the first.
   [[nodiscard]] std::optional<study::TimePoint> ShownTime() const { return shown_; }
+  // That row alone as a study, with its cursor; null before the first.
+  [[nodiscard]] const study::Study* Row() const { return row_ ? &*row_ : nullptr; }
   // Nothing follows the newest.
   void Choose(std::optional<study::TimePoint> time);
   [[nodiscard]] bool IsFollowing() const { return !chosen_; }

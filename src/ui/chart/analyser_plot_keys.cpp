@@ -73,7 +73,9 @@ bool AnalyserPlot::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride) {
     const auto& key = *static_cast<QKeyEvent*>(event);
     const bool isPlain = !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-    if (isPlain && (CommandOf(key) || IsZoomKey(key.key()) || key.key() == Qt::Key_A)) {
+    const bool endsDrag = key.key() == Qt::Key_Escape && press_.drag != Drag::None;
+    if (endsDrag ||
+        (isPlain && (CommandOf(key) || IsZoomKey(key.key()) || key.key() == Qt::Key_A))) {
       event->accept();
       return true;
     }

@@ -36,7 +36,6 @@ void CapturePanel::LayOut() {
   cmdStart->setFont(large);
   cmdStart->setMinimumHeight(2 * fontMetrics().height());
   cmdStart->setShortcut(QKeySequence("F5"));
-  emit CaptureStateChanged();
   lblCapturingData_->setAlignment(Qt::AlignCenter);
   KeepPlaceWhileHidden(lblCapturingData_);
   lblCapturingData_->hide();
@@ -69,6 +68,7 @@ std::string CapturePanel::StartCaption() {
 void CapturePanel::SetStartCaption(const std::string& caption) {
   cmdStart->setText(QString::fromStdString(caption));
   cmdStart->setShortcut(QKeySequence("F5"));
+  emit CaptureStateChanged();
 }
 
 void CapturePanel::ShowCapturingData(bool shown) {

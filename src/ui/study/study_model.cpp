@@ -58,6 +58,12 @@ void StudyModel::Hold(bool held) {
   emit Changed();
 }
 
+void StudyModel::ToggleHold() {
+  const bool isNewest = study_.IsLive() && !study_.IsHeld();
+  if (!study_.IsLive()) Select({});
+  Hold(isNewest);
+}
+
 void StudyModel::Freeze() {
   study_.Freeze();
   emit Changed();

@@ -34,6 +34,8 @@ class StudyModel : public QObject {
   void SetSensorBands(int option, const study::SensorBands& bands);
   void Select(const std::vector<study::RecordId>& ids);
   void Hold(bool held);
+  // Holds what is shown; from a held or selected record it leads back to the newest.
+  void ToggleHold();
   void Freeze();
   void TakeReference();
   void RestartAccumulation();
