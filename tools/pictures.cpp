@@ -27,11 +27,14 @@
 #include "picture_list.h"
 #include "support/dark_palette.h"
 #include "support/memory_files.h"
+#include "ui/analyser/frmAnalyser.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kAlarmCaptures = 5;  // until the bearing's warning
+constexpr int kAlarmCaptures = 5;     // until the bearing's warning
+constexpr int kAnalyserCaptures = 6;  // behind the reference
+constexpr double kSpindleRpm = 59'214;
 
 // An installed program's: none of the machine's own paths shows.
 class UserFiles : public MemoryFiles {
@@ -239,6 +242,32 @@ void DrawRecordLines(Gallery& gallery, const char* name) {
   gallery.AddPicture(name, lines.Stacked());
 }
 
+// The worked example of the guide: a reference, six captures more, and what is known of the
+// machine.
+void DrawAnalyser(Gallery& gallery) {
+  Studio studio(BearingFault());
+  studio.Press("cmdStart");
+  studio.Trigger("mnuAnalyser");
+  auto& window = studio.Find<frmAnalyser>("frmAnalyser");
+  window.resize(1280, 760);
+  window.Model().TakeReference();
+  for (int i = 0; i < kAnalyserCaptures; ++i) studio.Press("cmdStart");
+  const analysis::BearingGeometry geometry{20, 4, 24, 0};
+  window.Model().Change([&](study::StudyChoice& choice) {
+    choice.machine.rpm = kSpindleRpm;
+    choice.machine.meshes = {{.name = "Gear mesh", .teeth = 23}};
+    choice.machine.bearings = {
+        {.name = "front", .factors = *analysis::FactorsOf(geometry), .geometry = geometry}};
+    choice.showKnown = true;
+    choice.focus = Axis::Z;
+    choice.up = study::Scale::Logarithmic;
+  });
+  window.Area().Commands().CarryOut(PlotCommand::CursorHarmonic);
+  gallery.Add("analyser.png", window);
+  window.ChooseView(study::View::Waterfall);
+  gallery.Add("waterfall.png", window);
+}
+
 void DrawDark(Gallery& gallery) {
   QApplication::setPalette(DarkPalette());
   Studio studio(RunningMachine());
@@ -262,6 +291,7 @@ int main(int argc, char** argv) {
   Gallery gallery(argv[1]);
   DrawWindows(gallery);
   DrawBands(gallery);
+  DrawAnalyser(gallery);
   DrawRecordLines(gallery, "record_line.png");
   DrawDark(gallery);
   DrawRecordLines(gallery, "record_line_dark.png");

@@ -26,6 +26,9 @@ class Keyboard : public WindowWalk {
       return !line->isReadOnly() && qobject_cast<QComboBox*>(line->parentWidget()) == nullptr;
     }
     if (widget.inherits("QTableCornerButton")) return false;  // Ctrl+A does the same
+    if (const auto* table = qobject_cast<const QTableView*>(&widget)) {
+      return table->model()->rowCount() > 0;
+    }
     return qobject_cast<const QAbstractButton*>(&widget) != nullptr ||
            qobject_cast<const QComboBox*>(&widget) != nullptr ||
            qobject_cast<const QTableView*>(&widget) != nullptr ||
@@ -51,13 +54,15 @@ class Keyboard : public WindowWalk {
   // Of a group of options Tab comes to the selected one only, and the arrows to the others.
   static bool IsReached(const QWidget& widget, const std::set<const QWidget*>& reached) {
     if (reached.count(&widget) > 0) return true;
-    const auto* option = qobject_cast<const QRadioButton*>(&widget);
-    if (option == nullptr) return false;
+    const auto* option = qobject_cast<const QAbstractButton*>(&widget);
+    const bool isOption = qobject_cast<const QRadioButton*>(&widget) != nullptr ||
+                          (option != nullptr && option->group() != nullptr);
+    if (!isOption) return false;
     const auto members = option->group() != nullptr
                              ? option->group()->buttons()
                              : option->parentWidget()->findChildren<QAbstractButton*>();
     return std::any_of(members.begin(), members.end(), [&](const QAbstractButton* other) {
-      return qobject_cast<const QRadioButton*>(other) != nullptr && reached.count(other) > 0;
+      return other->isCheckable() && reached.count(other) > 0;
     });
   }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QDockWidget>
 #include <QLabel>
 #include <QPointer>
 #include <functional>
@@ -43,9 +44,19 @@ class WindowWalk : public AllWindowsBench {
   static std::vector<QWidget*> Shown(const QWidget& window) {
     std::vector<QWidget*> shown;
     for (QWidget* widget : window.findChildren<QWidget*>()) {
-      if (widget->window() == &window && widget->isVisibleTo(&window)) shown.push_back(widget);
+      if (widget->window() != &window || !widget->isVisibleTo(&window)) continue;
+      if (!IsBehindATab(*widget)) shown.push_back(widget);
     }
     return shown;
+  }
+
+  // In a dock that another one covers.
+  static bool IsBehindATab(const QWidget& widget) {
+    for (const QWidget* at = &widget; at != nullptr; at = at->parentWidget()) {
+      const auto* dock = qobject_cast<const QDockWidget*>(at);
+      if (dock != nullptr && dock->visibleRegion().isEmpty()) return true;
+    }
+    return false;
   }
 
   // How a finding names a control.

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "ui/chart/look.h"
+#include "ui/parts/fit_screen.h"
 
 namespace kestrel {
 namespace {
@@ -54,7 +55,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
   AddMenus();
   AddKeys();
   Connect();
-  resize(kUsualSize);
+  resize(kUsualSize.boundedTo(RoomOnScreen(*this)));
   Restore();
   Refresh();
 }

@@ -180,7 +180,12 @@ void TextTable::paintEvent(QPaintEvent* event) {
   QTableView::paintEvent(event);
   if (model_.rowCount() > 0 || hint_.isEmpty()) return;
   QPainter painter(viewport());
-  painter.setPen(Look::Of(palette()).muted);
+  const Look look = Look::Of(palette());
+  if (hasFocus()) {  // no row shows it
+    painter.setPen(QPen(look.accent, 2));
+    painter.drawRect(viewport()->rect().adjusted(2, 2, -2, -2));
+  }
+  painter.setPen(look.muted);
   painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
                    Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, hint_);
 }

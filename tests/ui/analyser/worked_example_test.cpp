@@ -32,6 +32,7 @@ class WorkedExample : public ::testing::Test {
     Window().Model().Change([](study::StudyChoice& choice) {
       const analysis::BearingGeometry geometry{20, 4, 24, 0};
       choice.machine.rpm = 59214;
+      choice.machine.meshes = {{.name = "Gear mesh", .teeth = 23}};
       choice.machine.bearings = {
           {.name = "front", .factors = *analysis::FactorsOf(geometry), .geometry = geometry}};
       choice.showKnown = true;
@@ -53,33 +54,63 @@ class WorkedExample : public ::testing::Test {
     std::ifstream stream(std::filesystem::path(KESTREL_ROOT) / "docs" / "guide.md");
     return QString::fromStdString({std::istreambuf_iterator<char>(stream), {}}).simplified();
   }
-  QString Everything(const char* table) {
-    QString all;
-    const int rows = Window().findChild<QTableView*>(table)->model()->rowCount();
-    for (int row = 0; row < rows; ++row) all += Row(table, row).join(" | ") + "\n";
-    return all;
+  // The row of the peak table that is named so.
+  QStringList Named(const QString& name) {
+    const int rows = Window().findChild<QTableView*>("tblPeaks")->model()->rowCount();
+    for (int row = 0; row < rows; ++row) {
+      if (Row("tblPeaks", row).last() == name) return Row("tblPeaks", row);
+    }
+    ADD_FAILURE() << name.toStdString() << " is no peak's name";
+    return QStringList(7);
   }
 
   MemoryFiles files_;
   std::unique_ptr<Program> program_;
 };
 
-TEST_F(WorkedExample, Look) {
+TEST_F(WorkedExample, ThePeaksAreNamedAndReadAsTheGuideTells) {
   Prepare();
-  for (const char* table : {"tblPeaks", "tblCursor", "tblLevels", "tblBands"}) {
-    std::printf("%s\n%s\n", table, Everything(table).toUtf8().constData());
+  const QStringList largest = Row("tblPeaks", 0);
+  EXPECT_EQ(largest.first(), "Z");
+  EXPECT_EQ(largest.last(), "Outer race, front 1×");
+  const QString told =
+      QString("Z at %1 %2 Hz with %3 %4 g").arg(largest[1], largest[2], largest[3], largest[4]);
+  EXPECT_TRUE(Guide().contains(told)) << told.toStdString();
+  EXPECT_TRUE(Guide().contains("X at " + Named("Gear mesh 1×")[1] + " Hz"));
+  EXPECT_TRUE(Guide().contains("Y at " + Named("Shaft 1×")[1] + " Hz"));
+}
+
+TEST_F(WorkedExample, TheHarmonicCursorFindsTheMembersThatTheGuideTells) {
+  Prepare();
+  const QString summary = Window().findChild<QLabel*>("dockCursor_summary")->text();
+  EXPECT_EQ(summary, "Harmonic on Z, f₀ 8,220.9 Hz ±0.8, least squares over 5 members");
+  EXPECT_TRUE(Guide().contains("f₀ = 8,220.9 ±0.8 Hz"));
+  EXPECT_TRUE(Guide().contains("8,221 to " + Row("tblCursor", 4)[2] + " Hz"));
+  EXPECT_EQ(Row("tblCursor", 5)[2], "not found");
+}
+
+TEST_F(WorkedExample, TheLevelsHaveGrownOnOneAxisAlone) {
+  Prepare();
+  EXPECT_TRUE(Guide().contains("Z has " + Row("tblLevels", 0)[3] + " g RMS"));
+  EXPECT_EQ(Row("tblLevels", 3).first(), "re reference, dB");
+  EXPECT_EQ(Row("tblLevels", 3).mid(1, 3), QStringList({"0.0", "0.0", "+6.9"}));
+  EXPECT_TRUE(Guide().contains("6.9 dB above the reference, X and Y 0.0 dB"));
+}
+
+TEST_F(WorkedExample, TheWaterfallsColumnRises) {
+  Prepare();
+  const auto levels = Window().Model().Get().Rows().ColumnAt(8218.7, Axis::Z);
+  ASSERT_EQ(levels.size(), std::size_t{kCaptures});
+  for (std::size_t i = 1; i < levels.size(); ++i) {
+    EXPECT_GT(levels[i].peakG, levels[i - 1].peakG + 0.05);
   }
-  std::printf("%s\n",
-              Window().findChild<QLabel*>("dockCursor_summary")->text().toUtf8().constData());
-  Window().Model().Change([](auto& c) { c.difference = true; });
-  QApplication::processEvents();
-  std::printf("diff %s\n%s\n", Window().Area().Plot().Cursor().spoken.c_str(),
-              Everything("tblCursor").toUtf8().constData());
-  Window().Model().Change([](auto& c) { c.difference = false; });
-  Window().ChooseView(study::View::Waterfall);
-  QApplication::processEvents();
-  std::printf("figures %s\n",
-              Window().findChild<QLabel*>("waterfallFigures")->text().toUtf8().constData());
+}
+
+TEST_F(WorkedExample, TheFactorsOfTheGeometryAreThoseOfTheGuide) {
+  const auto factors = *analysis::FactorsOf({20, 4, 24, 0});
+  EXPECT_NEAR(factors.outer, 8.333, 0.0005);
+  EXPECT_NEAR(factors.inner, 11.667, 0.0005);
+  EXPECT_TRUE(Guide().contains("outer race 8.333×, inner race 11.667×"));
 }
 
 }  // namespace
