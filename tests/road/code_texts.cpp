@@ -1,7 +1,7 @@
 // Turns sensor words into the user's texts, one question a line, for check_code_texts.py.
 // SPDX-License-Identifier: MIT
-// Turns the sensor's words into the texts that the user sees, one question a line, for
-// check_code_texts.py. The words take the whole road: frames, decoding, scaling, format.
+
+// The words take the whole road: frames, decoding, scaling, format.
 
 #include <cstdlib>
 #include <ios>
@@ -15,6 +15,7 @@
 #include "regmap/register_table.h"
 #include "support/capture_bench.h"
 #include "support/change_record.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -90,7 +91,7 @@ class Texts : public CaptureBench {
     int temperature = 0;
     int statusWord = 0;
     bool time = false;
-    question >> locale.decimalMark >> DataFormatLSB >> time >> range >> averages >> supply >>
+    question >> locale.decimalMark >> Given(DataFormatLSB) >> time >> range >> averages >> supply >>
         temperature >> statusWord >> seed_;
     sensor.Set(address::kRecCtrl, range << 4);
     gRecCtrl->ReadRecCtrl();

@@ -1,8 +1,6 @@
 // Pictures of the plot at every scale, in light and dark, compared with approved ones.
 // SPDX-License-Identifier: MIT
-#include <QDir>
-#include <QFileInfo>
-
+#include "ui/approved_picture.h"
 #include "ui/chart/analyser_plot.h"
 #include "ui/chart/sample_scenes.h"
 #include "ui/rendering.h"
@@ -36,26 +34,6 @@ QImage Taken(const Sight& sight) {
   return RenderOf(plot, sight.ratio);
 }
 
-// Small shifts of letters do not count, wrong places and colours do: means over blocks of pixels.
-double Difference(const QImage& a, const QImage& b, double ratio) {
-  const QSize blocks = (QSizeF(a.size()) / (8 * ratio)).toSize();
-  const QImage x = a.scaled(blocks, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  const QImage y = b.scaled(blocks, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-  double largest = 0;
-  for (int row = 0; row < blocks.height(); ++row) {
-    for (int column = 0; column < blocks.width(); ++column) {
-      const QColor one = x.pixelColor(column, row);
-      const QColor other = y.pixelColor(column, row);
-      const double off =
-          (std::abs(one.redF() - other.redF()) + std::abs(one.greenF() - other.greenF()) +
-           std::abs(one.blueF() - other.blueF())) /
-          3.0;
-      largest = std::max(largest, off);
-    }
-  }
-  return largest;
-}
-
 class PlotPictures : public ::testing::TestWithParam<Sight> {};
 
 TEST_P(PlotPictures, LookAsApproved) {
@@ -64,16 +42,7 @@ TEST_P(PlotPictures, LookAsApproved) {
   const QString name = QStringLiteral("%1-%2-%3.png")
                            .arg(QLatin1String(sight.name), sight.isDark ? "dark" : "light")
                            .arg(sight.ratio);
-  // KESTREL_APPROVE names a folder that the pictures are written to, to be looked at and approved.
-  const QString folder = qEnvironmentVariable("KESTREL_APPROVE");
-  if (!folder.isEmpty()) {
-    ASSERT_TRUE(now.save(QDir(folder).filePath(name)));
-    GTEST_SKIP() << "written to be looked at";
-  }
-  const QImage approved(QDir(QStringLiteral(KESTREL_APPROVED)).filePath(name));
-  ASSERT_FALSE(approved.isNull()) << name.toStdString();
-  ASSERT_EQ(now.size(), approved.size());
-  EXPECT_LT(Difference(now, approved, sight.ratio), 0.06) << name.toStdString();
+  ExpectApproved(now, name, sight.ratio, KESTREL_APPROVED);
 }
 
 INSTANTIATE_TEST_SUITE_P(All, PlotPictures,
@@ -92,8 +61,8 @@ TEST(PlotPictures, AWrongPictureIsTold) {
   QPainter painter(&moved);
   painter.drawImage(QPoint(12, 0), right);
   painter.end();
-  EXPECT_GT(Difference(right, moved, 1), 0.1);
-  EXPECT_GT(Difference(right, Taken({"overlaid", true, 1}), 1), 0.1);
+  EXPECT_GT(DifferenceOf(right, moved, 1), 0.1);
+  EXPECT_GT(DifferenceOf(right, Taken({"overlaid", true, 1}), 1), 0.1);
 }
 
 }  // namespace
