@@ -5,6 +5,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMenuBar>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -19,15 +21,48 @@ namespace {
 
 constexpr QSize kUsualSize{1280, 800};
 
-// Shown over the docks, in place of a menu bar of its own.
+// As high as what is in it, however narrow.
+class ScrollingBars : public QScrollArea {
+ public:
+  ScrollingBars() {
+    setObjectName("bars");
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setFocusPolicy(Qt::NoFocus);
+  }
+  [[nodiscard]] QSize sizeHint() const override {
+    const bool scrolls = widget()->minimumSizeHint().width() > width();
+    return {
+        widget()->sizeHint().width(),
+        widget()->sizeHint().height() + (scrolls ? horizontalScrollBar()->sizeHint().height() : 0)};
+  }
+  [[nodiscard]] QSize minimumSizeHint() const override { return {100, sizeHint().height()}; }
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QScrollArea::resizeEvent(event);
+    updateGeometry();
+  }
+};
+
+// Shown over the docks, in place of a menu bar of its own. On a narrow screen the bars scroll.
 QWidget* HeadOf(QMenuBar* menus, ViewBar* views, AnalyserToolBar* tools) {
+  auto* bars = new QWidget;
+  auto* rows = new QVBoxLayout(bars);
+  rows->setContentsMargins(0, 0, 0, 0);
+  rows->setSpacing(0);
+  rows->addWidget(views);
+  rows->addWidget(tools);
+  auto* scroll = new ScrollingBars;
+  scroll->setWidget(bars);
   auto* head = new QWidget;
   auto* column = new QVBoxLayout(head);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(menus);
-  column->addWidget(views);
-  column->addWidget(tools);
+  column->addWidget(scroll);
   return head;
 }
 

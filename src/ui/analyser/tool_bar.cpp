@@ -246,9 +246,18 @@ void AnalyserToolBar::Show() {
 
 // Words go before controls do.
 void AnalyserToolBar::ShowWords() {
-  for (FlatButton* button : {cmdBands, cmdLabels, cmdKnown, cmdExport}) button->SetWordShown(true);
-  if (layout()->sizeHint().width() <= width()) return;
-  for (FlatButton* button : {cmdBands, cmdLabels, cmdKnown, cmdExport}) button->SetWordShown(false);
+  const auto show = [this](bool areShown) {
+    for (FlatButton* button : {cmdBands, cmdLabels, cmdKnown, cmdLive, cmdExport}) {
+      button->SetWordShown(areShown);
+    }
+    return layout()->sizeHint().width();
+  };
+  narrow_ = show(false);
+  if (show(true) > width()) show(false);
+}
+
+QSize AnalyserToolBar::minimumSizeHint() const {
+  return {narrow_, layout()->sizeHint().height()};
 }
 
 void AnalyserToolBar::resizeEvent(QResizeEvent* event) {

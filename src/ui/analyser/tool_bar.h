@@ -35,6 +35,9 @@ class AnalyserToolBar : public QWidget {
   FlatButton* cmdCopy;
   FlatButton* cmdExport;
 
+  // Without the words.
+  [[nodiscard]] QSize minimumSizeHint() const override;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
@@ -47,6 +50,7 @@ class AnalyserToolBar : public QWidget {
   void ShowWords();
 
   StudyModel& model_;
+  int narrow_ = 0;  // width without words
 };
 
 // A change of the choice by one of its parts, for menus and keys.

@@ -26,8 +26,10 @@ QString TableHead::Word(int section) const {
 }
 
 void TableHead::paintEvent(QPaintEvent* event) {
-  QPainter(viewport()).fillRect(viewport()->rect(), Look::Of(palette()).header);
   QHeaderView::paintEvent(event);
+  const int end = length() - offset();
+  QPainter(viewport())
+      .fillRect(viewport()->rect().adjusted(end, 0, 0, 0), Look::Of(palette()).header);
 }
 
 void TableHead::paintSection(QPainter* painter, const QRect& rect, int section) const {

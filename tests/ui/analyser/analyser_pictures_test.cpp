@@ -1,11 +1,12 @@
 // Pictures of the whole window, light and dark, at one and two pixels for each, beside approved
 // ones. SPDX-License-Identifier: MIT
-#include <cstdlib>
+#include <ctime>
 
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/approved_picture.h"
 #include "ui/chart/look.h"
 #include "ui/made_up_records.h"
+#include "ui/parts/clear_style.h"
 #include "ui/rendering.h"
 
 namespace kestrel {
@@ -32,7 +33,10 @@ class InUtc {
   InUtc& operator=(const InUtc&) = delete;
 
  private:
-  static void Set(const QByteArray& zone) { qputenv("TZ", zone); }
+  static void Set(const QByteArray& zone) {
+    qputenv("TZ", zone);
+    tzset();
+  }
   QByteArray before_ = qgetenv("TZ");
 };
 
@@ -42,6 +46,8 @@ class AnalyserPictures : public ::testing::TestWithParam<Sight> {
     ApplyTheme(Theme::System);
     QApplication::setFont(before_);
   }
+
+  AnalyserPictures() { ClearStyle::Use(); }
 
   InUtc zone_;
   QFont before_ = QApplication::font();
