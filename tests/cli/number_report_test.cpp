@@ -220,7 +220,8 @@ TEST(NumberReport, BandsOfAnotherOptionAreNotTaken) {
   Record record = OneLine();
   record.settings.option = 1;
   const auto report = NumbersOf(record, Asked({"--levels"}), OneBand(Axis::X, 30, 50, 9000, 9500));
-  for (const Json& band : AxisJsonOf(report)["levels"]["bands"]) EXPECT_EQ(band["state"], "unused");
+  const Json axis = AxisJsonOf(report);
+  for (const Json& band : axis["levels"]["bands"]) EXPECT_EQ(band["state"], "unused");
   EXPECT_THAT(TextOf(report), HasSubstr("  X  no alarm band is used\n"));
 }
 
