@@ -22,7 +22,8 @@ PeakRow RowOf(const Study& study, const MeasuredSpectrum& measured, const analys
   const analysis::Horizontal across = HorizontalOf(choice, measured.spectrum.binWidthHz);
   const auto frequency = analysis::WithBound(analysis::FromHertz(across, peak.line.hz),
                                              analysis::FromHertz(across, peak.line.hzBound));
-  const Amplitude amplitude = AmplitudeOf(measured.spectrum, choice.quantity, peak.line);
+  const analysis::LineValue amplitude =
+      analysis::ValueOf(measured.spectrum, choice.quantity, peak.line);
   PeakRow row{.axis = peak.axis,
               .hz = peak.line.hz,
               .amplitude = amplitude.value,

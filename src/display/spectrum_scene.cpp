@@ -189,7 +189,8 @@ void AddLabels(PlotPane& pane, const Study& study, const std::vector<Axis>& axes
   peaks.resize(std::min(peaks.size(), kLabels));
   for (const analysis::Peak& peak : peaks) {
     const MeasuredSpectrum& measured = *study.SpectrumOf(peak.axis);
-    const Amplitude amplitude = AmplitudeOf(measured.spectrum, study.Choice().quantity, peak.line);
+    const analysis::LineValue amplitude =
+        analysis::ValueOf(measured.spectrum, study.Choice().quantity, peak.line);
     const analysis::Horizontal across = HorizontalOf(study.Choice(), measured.spectrum.binWidthHz);
     pane.peaks.push_back(
         {.x = peak.line.hz,

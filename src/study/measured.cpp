@@ -69,19 +69,4 @@ bool IsSameCapture(const Record& one, const Record& other) {
                              [&](Axis axis) { return one.Of(axis).raw == other.Of(axis).raw; });
 }
 
-Amplitude AmplitudeOf(const analysis::Spectrum& spectrum, const analysis::QuantityChoice& choice,
-                      const analysis::Line& line) {
-  const auto value = [&](double peakG, double hz) {
-    return analysis::ValueIn(spectrum, choice, std::max(peakG, 0.0), hz);
-  };
-  Amplitude amplitude{.value = value(line.peakG, line.hz)};
-  if (!line.peakBoundG) return amplitude;
-  const double bound = *line.peakBoundG;
-  const double lowestHz = std::max(line.hz - line.hzBound, spectrum.binWidthHz / 2);
-  const double most = value(line.peakG + bound, lowestHz);
-  const double least = value(line.peakG - bound, line.hz + line.hzBound);
-  amplitude.bound = std::max(most - amplitude.value, amplitude.value - least);
-  return amplitude;
-}
-
 }  // namespace kestrel::study

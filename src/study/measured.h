@@ -50,14 +50,4 @@ void MeasureAgain(Measured& measured, const StudyChoice& before, const StudyChoi
 // was read of their alarms.
 [[nodiscard]] bool IsSameCapture(const Record& one, const Record& other);
 
-// An amplitude of a peak in the chosen quantity, with its bound: the larger of the two sides, and
-// of velocity and displacement with what the frequency may be wrong by.
-struct Amplitude {
-  double value = 0;
-  std::optional<double> bound = {};
-};
-[[nodiscard]] Amplitude AmplitudeOf(const analysis::Spectrum& spectrum,
-                                    const analysis::QuantityChoice& choice,
-                                    const analysis::Line& line);
-
 }  // namespace kestrel::study

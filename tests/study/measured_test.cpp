@@ -96,15 +96,15 @@ TEST(Measured, AnAmplitudesBoundIsTheLargerSideAndHoldsTheFrequencysError) {
   const analysis::Spectrum spectrum{.binWidthHz = 10, .stepG = 1e-6};
   const analysis::Line line{.hz = 100, .hzBound = 2, .peakG = 1, .peakBoundG = 0.5};
   const auto of = [&](Quantity quantity) {
-    return AmplitudeOf(spectrum, {.quantity = quantity}, line);
+    return analysis::ValueOf(spectrum, {.quantity = quantity}, line);
   };
   EXPECT_DOUBLE_EQ(*of(Quantity::Acceleration).bound, 0.5);
   EXPECT_NEAR(*of(Quantity::Level).bound, 20 * std::log10(2), 1e-9);
-  const Amplitude velocity = of(Quantity::Velocity);
+  const analysis::LineValue velocity = of(Quantity::Velocity);
   EXPECT_NEAR(velocity.value, analysis::kVelocityOfG / 100, 1e-9);
   EXPECT_NEAR(*velocity.bound, analysis::kVelocityOfG * (1.5 / 98 - 1.0 / 100), 1e-9);
   const analysis::Line unresolved{.hz = 100, .peakG = 1, .unresolved = true};
-  EXPECT_FALSE(AmplitudeOf(spectrum, {}, unresolved).bound);
+  EXPECT_FALSE(analysis::ValueOf(spectrum, {}, unresolved).bound);
 }
 
 TEST(Measured, ACaptureIsTheSameWhateverItsScaleAndAlarms) {

@@ -35,17 +35,8 @@ AnalyserDock::AnalyserDock(const char* name, const QString& title, QWidget* cont
   row->addWidget(lblTitle_);
   row->addSpacing(8);
   row->addWidget(lblSummary_, 1);
-  const auto add = [&](const char* suffix, const char* icon, const QString& word) {
-    auto* button = new FlatButton(QString(name) + suffix, {}, icon, bar_);
-    button->setToolTip(word);
-    button->setAccessibleName(title + ": " + word);
-    button->setFocusPolicy(Qt::TabFocus);
-    row->addWidget(button);
-    return button;
-  };
-  connect(add("_float", "float", tr("Float or dock")), &QToolButton::clicked, this,
-          [this] { setFloating(!isFloating()); });
-  connect(add("_close", "close", tr("Close")), &QToolButton::clicked, this, &QWidget::close);
+  AddButton("_float", "float", tr("Float or dock"), [this] { setFloating(!isFloating()); });
+  AddButton("_close", "close", tr("Close"), [this] { close(); });
   setTitleBarWidget(bar_);
   setWidget(content);
   Colour();
@@ -63,7 +54,8 @@ void AnalyserDock::AddButton(const char* suffix, const char* icon, const QString
   button->setAccessibleName(windowTitle() + ": " + word);
   button->setFocusPolicy(Qt::TabFocus);
   auto* row = static_cast<QHBoxLayout*>(bar_->layout());
-  row->insertWidget(row->count() - kOwnButtons, button);
+  row->insertWidget(titleBarWidget() == nullptr ? row->count() : row->count() - kOwnButtons,
+                    button);
   connect(button, &QToolButton::clicked, this, std::move(deed));
 }
 

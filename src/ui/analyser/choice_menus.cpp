@@ -22,12 +22,8 @@ using study::StudyChoice;
 
 constexpr double kMostLowest = 50000;  // Hz
 
-void Set(StudyChoice& choice, Extra extra, bool on) {
-  if (on) {
-    choice.extras.insert(extra);
-  } else {
-    choice.extras.erase(extra);
-  }
+void Toggle(StudyChoice& choice, Extra extra) {
+  if (choice.extras.erase(extra) == 0) choice.extras.insert(extra);
 }
 
 }  // namespace
@@ -187,8 +183,7 @@ void TracesMenu::Fill() {
   for (const Axis axis : kAxes) {
     const QString letter(QLatin1Char(Letter(axis)));
     Add(("mnuShow" + letter).toUtf8().constData(), tr("Axis %1\t%1").arg(letter),
-        Choice().Shows(axis),
-        [axis](StudyChoice& choice) { choice.shown[Index(axis)] = !choice.shown[Index(axis)]; });
+        Choice().Shows(axis), [axis](StudyChoice& choice) { ShowOrHide(choice, axis); });
   }
   QMenu* focus = addMenu(tr("In front"));
   for (const Axis axis : kAxes) {
@@ -212,7 +207,7 @@ void TracesMenu::FillKept() {
        none);
   const auto show = [&](const char* name, const QString& text, Extra extra, bool isThere) {
     QAction* action = Add(name, text, Choice().Has(extra) && isThere,
-                          [extra](StudyChoice& choice) { Set(choice, extra, !choice.Has(extra)); });
+                          [extra](StudyChoice& choice) { Toggle(choice, extra); });
     if (!isThere) action->setVisible(false);
   };
   show("mnuShowFrozen", tr("Show the frozen copy"), Extra::Frozen,
@@ -231,7 +226,7 @@ void TracesMenu::FillAccumulated() {
     const QString count =
         held != nullptr ? tr(" (%n captures)", nullptr, held->captures) : QString();
     Add(name, text + count, Choice().Has(extra),
-        [extra](StudyChoice& choice) { Set(choice, extra, !choice.Has(extra)); });
+        [extra](StudyChoice& choice) { Toggle(choice, extra); });
   };
   add("mnuAverage", tr("Average, linear"), Extra::LinearAverage);
   add("mnuExponential", tr("Average, exponential"), Extra::ExponentialAverage);

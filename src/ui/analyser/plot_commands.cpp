@@ -20,10 +20,6 @@ constexpr int kVerticalKinds = 3;
 constexpr std::array kUnits{analysis::HorizontalUnit::Hertz, analysis::HorizontalUnit::Cpm,
                             analysis::HorizontalUnit::Order};
 
-void ShowOrHide(StudyChoice& choice, Axis axis) {
-  choice.shown[Index(axis)] = !choice.shown[Index(axis)];
-}
-
 void Focus(StudyChoice& choice, Axis axis) {
   choice.focus = axis;
   choice.shown[Index(axis)] = true;
@@ -38,9 +34,7 @@ void NextUnit(StudyChoice& choice) {
 }
 
 void NextVertical(StudyChoice& choice) {
-  const bool hasLevel = choice.quantity.quantity == analysis::Quantity::Acceleration ||
-                        choice.quantity.quantity == analysis::Quantity::Level;
-  const int kinds = hasLevel ? kVerticalKinds : kVerticalKinds - 1;
+  const int kinds = HasLevel(choice) ? kVerticalKinds : kVerticalKinds - 1;
   ChooseVertical(choice, (VerticalOf(choice) + 1) % kinds);
 }
 
@@ -59,20 +53,15 @@ void PlotCommands::Listen() {
     if (model_.Choice().stacked && axes.size() == 1 && axes.front() != model_.Choice().focus) {
       model_.Change([axis = axes.front()](StudyChoice& choice) { choice.focus = axis; });
     }
-    MoveTo(study::Placed(model_.Get(), x));
+    model_.MoveCursor(study::Placed(model_.Get(), x));
   });
   connect(&plot_, &AnalyserPlot::SnapAsked, this,
-          [this](double x, int) { MoveTo(study::SnappedTo(model_.Get(), x)); });
-  connect(&plot_, &AnalyserPlot::MemberDragged, this,
-          [this](int member, double x) { MoveTo(study::Dragged(model_.Get(), member, x)); });
+          [this](double x, int) { model_.MoveCursor(study::SnappedTo(model_.Get(), x)); });
+  connect(&plot_, &AnalyserPlot::MemberDragged, this, [this](int member, double x) {
+    model_.MoveCursor(study::Dragged(model_.Get(), member, x));
+  });
   connect(&plot_, &AnalyserPlot::StepAsked, this,
-          [this](double bins) { MoveTo(study::Stepped(model_.Get(), bins)); });
-}
-
-// A cursor that there is none of yet begins as a single one.
-void PlotCommands::MoveTo(const study::CursorPlaces& places) {
-  const CursorKind kind = model_.Choice().cursor;
-  model_.MoveCursor(kind == CursorKind::None ? CursorKind::Single : kind, places);
+          [this](double bins) { model_.MoveCursor(study::Stepped(model_.Get(), bins)); });
 }
 
 void PlotCommands::CarryOut(PlotCommand command, const study::Study* row) {
@@ -140,7 +129,7 @@ void PlotCommands::NextMember(int step) {
   }
   study::CursorPlaces places = model_.Choice().Places();
   std::swap(places.at, places.second);
-  MoveTo(places);
+  model_.MoveCursor(places);
 }
 
 void PlotCommands::ChangeCursor(PlotCommand command, const study::Study& study) {
@@ -160,16 +149,17 @@ void PlotCommands::ChangeCursor(PlotCommand command, const study::Study& study) 
     case PlotCommand::CursorNone:
       return model_.MoveCursor(CursorKind::None, model_.Choice().Places());
     case PlotCommand::FirstValid:
-      return MoveTo(study::ToEnd(study, false));
+      return model_.MoveCursor(study::ToEnd(study, false));
     case PlotCommand::LastValid:
-      return MoveTo(study::ToEnd(study, true));
+      return model_.MoveCursor(study::ToEnd(study, true));
     case PlotCommand::SnapToPeak:
-      if (const auto at = model_.Choice().Places().at) MoveTo(study::SnappedTo(study, *at));
+      if (const auto at = model_.Choice().Places().at)
+        model_.MoveCursor(study::SnappedTo(study, *at));
       return;
     case PlotCommand::SmallerPeak:
-      return MoveTo(study::ToPeakBySize(study, 1));
+      return model_.MoveCursor(study::ToPeakBySize(study, 1));
     case PlotCommand::LargerPeak:
-      return MoveTo(study::ToPeakBySize(study, -1));
+      return model_.MoveCursor(study::ToPeakBySize(study, -1));
     case PlotCommand::NextMember:
       return NextMember(1);
     case PlotCommand::PreviousMember:

@@ -27,7 +27,6 @@ class PlotCommands : public QObject {
   void Listen();
   void ChangeAxes(PlotCommand command);
   void ChangeCursor(PlotCommand command, const study::Study& study);
-  void MoveTo(const study::CursorPlaces& places);
   void NextFocus();
   void NextMember(int step);
 

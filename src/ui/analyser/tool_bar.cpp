@@ -106,6 +106,15 @@ void ChooseVertical(StudyChoice& choice, int kind) {
   choice.up = kind == 1 ? Scale::Logarithmic : Scale::Linear;
 }
 
+bool HasLevel(const StudyChoice& choice) {
+  return choice.quantity.quantity == Quantity::Acceleration ||
+         choice.quantity.quantity == Quantity::Level;
+}
+
+void ShowOrHide(StudyChoice& choice, Axis axis) {
+  choice.shown[Index(axis)] = !choice.shown[Index(axis)];
+}
+
 int VerticalOf(const StudyChoice& choice) {
   if (choice.quantity.quantity == Quantity::Level) return 2;
   return choice.up == Scale::Logarithmic ? 1 : 0;
@@ -201,7 +210,7 @@ void AnalyserToolBar::Connect() {
   toggles(cmdLabels, &StudyChoice::showLabels);
   toggles(cmdKnown, &StudyChoice::showKnown);
   connect(&model_, &StudyModel::Changed, this, &AnalyserToolBar::Show);
-  connect(&model_, &StudyModel::CursorMoved, this, &AnalyserToolBar::Show);
+  connect(&model_, &StudyModel::CursorMoved, this, &AnalyserToolBar::ShowCursor);
 }
 
 void AnalyserToolBar::Show() {
@@ -219,14 +228,13 @@ void AnalyserToolBar::Show() {
   segAmplitude->setEnabled(hasKind);
   segAmplitude->setToolTip(hasKind ? QString() : tr("Levels and densities are of RMS."));
   segVertical->Choose(VerticalOf(choice));
-  const bool hasLevel = quantity == Quantity::Acceleration || quantity == Quantity::Level;
+  const bool hasLevel = HasLevel(choice);
   segVertical->Button(2).setEnabled(hasLevel);
   segVertical->Button(2).setToolTip(hasLevel ? tr("Level of acceleration in decibels")
                                              : tr("Decibels are told of acceleration."));
   cmdUnit->SetCaption(UnitName(choice.unit), {});
   segHorizontal->Choose(choice.across == Scale::Logarithmic ? 1 : 0);
   segLayout->Choose(choice.stacked ? 1 : 0);
-  cmdCursor->SetCaption(CursorName(choice.cursor), CursorIcon(choice.cursor));
   cmdBands->setChecked(choice.showBands);
   cmdLabels->setChecked(choice.showLabels);
   cmdKnown->setChecked(choice.showKnown);
@@ -241,19 +249,27 @@ void AnalyserToolBar::Show() {
   }
   segLayout->setVisible(!isWaterfall);
   cmdLabels->setVisible(!isTime && !isWaterfall);
+  ShowCursor();
+}
+
+// The kind alone: the cursor itself moves with every movement of the pointer.
+void AnalyserToolBar::ShowCursor() {
+  const CursorKind kind = model_.Choice().cursor;
+  cmdCursor->SetCaption(CursorName(kind), CursorIcon(kind));
   ShowWords();
 }
 
 // Words go before controls do.
 void AnalyserToolBar::ShowWords() {
-  const auto show = [this](bool areShown) {
-    for (FlatButton* button : {cmdBands, cmdLabels, cmdKnown, cmdLive, cmdExport}) {
-      button->SetWordShown(areShown);
-    }
-    return layout()->sizeHint().width();
-  };
-  narrow_ = show(false);
-  if (show(true) > width()) show(false);
+  const std::array buttons{cmdBands, cmdLabels, cmdKnown, cmdLive, cmdExport};
+  int words = 0;
+  narrow_ = layout()->sizeHint().width();
+  for (const FlatButton* button : buttons) {
+    if (button->isHidden()) continue;
+    words += button->WordWidth();
+    if (button->IsWordShown()) narrow_ -= button->WordWidth();
+  }
+  for (FlatButton* button : buttons) button->SetWordShown(narrow_ + words <= width());
 }
 
 QSize AnalyserToolBar::minimumSizeHint() const {

@@ -47,6 +47,7 @@ class AnalyserToolBar : public QWidget {
   void LayOut();
   void Connect();
   void Show();
+  void ShowCursor();
   void ShowWords();
 
   StudyModel& model_;
@@ -56,6 +57,9 @@ class AnalyserToolBar : public QWidget {
 // A change of the choice by one of its parts, for menus and keys.
 void ChooseQuantity(study::StudyChoice& choice, analysis::Quantity quantity);
 void ChooseVertical(study::StudyChoice& choice, int kind);  // 0 linear, 1 logarithmic, 2 dB
+// Whether the quantity can be read as a level.
+[[nodiscard]] bool HasLevel(const study::StudyChoice& choice);
+void ShowOrHide(study::StudyChoice& choice, Axis axis);
 [[nodiscard]] int VerticalOf(const study::StudyChoice& choice);
 
 }  // namespace kestrel

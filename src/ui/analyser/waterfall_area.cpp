@@ -80,19 +80,19 @@ void WaterfallArea::Connect() {
   connect(plot_, &AnalyserPlot::CommandAsked, this, &WaterfallArea::CommandAsked);
   connect(plot_, &AnalyserPlot::MenuAsked, this, &WaterfallArea::MenuAsked);
   connect(plot_, &AnalyserPlot::CursorPlaced, this, [this](double x) {
-    if (row_) MoveTo(study::Placed(*row_, x));
+    if (row_) model_.MoveCursor(study::Placed(*row_, x));
   });
   connect(plot_, &AnalyserPlot::MemberDragged, this, [this](int member, double x) {
-    if (row_) MoveTo(study::Dragged(*row_, member, x));
+    if (row_) model_.MoveCursor(study::Dragged(*row_, member, x));
   });
   connect(plot_, &AnalyserPlot::SnapAsked, this, [this](double x) {
-    if (row_) MoveTo(study::SnappedTo(*row_, x));
+    if (row_) model_.MoveCursor(study::SnappedTo(*row_, x));
   });
   connect(plot_, &AnalyserPlot::StepAsked, this, [this](double bins) {
-    if (row_) MoveTo(study::Stepped(*row_, bins));
+    if (row_) model_.MoveCursor(study::Stepped(*row_, bins));
   });
   connect(map_, &WaterfallView::ColumnChosen, this, [this](double x) {
-    if (row_) MoveTo(study::Placed(*row_, x));
+    if (row_) model_.MoveCursor(study::Placed(*row_, x));
   });
   connect(map_, &WaterfallView::RowChosen, this, [this](int /*row*/, double time) {
     const analysis::Waterfall& rows = model_.Get().Rows();

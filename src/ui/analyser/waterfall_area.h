@@ -75,7 +75,6 @@ class WaterfallArea : public QWidget {
   void FitSpan();
   void Align();
   void Step(int rows, int bins);
-  void MoveTo(const study::CursorPlaces& places);
   [[nodiscard]] std::optional<std::size_t> LookedAt() const;
   [[nodiscard]] std::string MapLine() const;
 

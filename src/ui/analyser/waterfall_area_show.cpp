@@ -223,17 +223,13 @@ void WaterfallArea::ShowColumn() {
   column_->Show(std::move(column), gaps_);
 }
 
-void WaterfallArea::MoveTo(const study::CursorPlaces& places) {
-  const Kind kind = model_.Choice().cursor;
-  model_.MoveCursor(kind == Kind::None ? Kind::Single : kind, places);
-}
-
 // Beyond the newest row the newest is followed again.
 void WaterfallArea::Step(int rows, int bins) {
   if (!row_ || !shown_) return;
   if (bins != 0) {
     const bool hasPlace = model_.Choice().inSpectrum.at && model_.Choice().cursor != Kind::None;
-    MoveTo(hasPlace ? study::Stepped(*row_, bins) : study::BeginningOf(*row_, Kind::Single));
+    model_.MoveCursor(hasPlace ? study::Stepped(*row_, bins)
+                               : study::BeginningOf(*row_, Kind::Single));
   }
   const WaterfallRows& there = map_->Rows();
   if (rows == 0 || there.Count() == 0) return;

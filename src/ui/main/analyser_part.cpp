@@ -28,17 +28,6 @@ study::SensorBands BandsOf(const BandTable& table, int option) {
   return bands;
 }
 
-// The same data handed over again, with more known of them or scaled otherwise.
-bool IsSame(const Record& one, const Record& other) {
-  if (one.time != other.time || one.kind != other.kind || one.settings != other.settings) {
-    return false;
-  }
-  for (const Axis axis : kAxes) {
-    if (one.Of(axis).raw != other.Of(axis).raw) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
 AnalyserPart::AnalyserPart(const Parts& parts)
@@ -105,11 +94,11 @@ AnalyserHost AnalyserPart::Host() {
 void AnalyserPart::TakeRecord() {
   const Record& record = parts_.core.record.Get();
   if (!record.Taken() || (last_ && *last_ == record)) return;
-  const bool isAmended = last_ && IsSame(*last_, record);
+  const bool isAmended = last_ && study::IsSameCapture(*last_, record);
   last_ = std::make_shared<const Record>(record);
   if (window_) {
     GiveBands();
-    isAmended ? window_->Model().Amend(last_) : window_->Model().Take(last_);
+    window_->Model().Take(last_);
     return;
   }
   if (isAmended && !waiting_.empty()) waiting_.pop_back();

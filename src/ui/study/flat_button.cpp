@@ -80,14 +80,22 @@ void FlatButton::SetWordShown(bool isShown) {
 }
 
 QSize FlatButton::sizeHint() const {
+  return {WidthWith(ShowsWord()), std::max(28, fontMetrics().height() + 11)};
+}
+
+int FlatButton::WordWidth() const {
+  return WidthWith(!text().isEmpty()) - WidthWith(false);
+}
+
+int FlatButton::WidthWith(bool hasWord) const {
   const bool hasIcon = !icon_.isEmpty() || swatch_ >= 0;
-  double width = 2 * kInside - (ShowsWord() ? 0 : 4);
+  double width = 2 * kInside - (hasWord ? 0 : 4);
   if (hasIcon) width += kIcon;
   // A button keeps its width when it is checked and its word half-bold.
   const QFont& widest = isMain_ || isCheckable() ? LookFonts(font()).bold : font();
-  if (ShowsWord()) width += QFontMetricsF(widest).horizontalAdvance(text()) + (hasIcon ? kGap : 0);
+  if (hasWord) width += QFontMetricsF(widest).horizontalAdvance(text()) + (hasIcon ? kGap : 0);
   if (menu() != nullptr) width += kIcon + 2;
-  return {static_cast<int>(std::ceil(width)), std::max(28, fontMetrics().height() + 11)};
+  return static_cast<int>(std::ceil(width));
 }
 
 void FlatButton::paintEvent(QPaintEvent* /*event*/) {

@@ -25,6 +25,9 @@ class FlatButton : public QToolButton {
   void SetCaption(const QString& text, const QString& icon);
   // Where there is little room the icon alone stands; the word is in the tool tip.
   void SetWordShown(bool isShown);
+  [[nodiscard]] bool IsWordShown() const { return isWordShown_; }
+  // What the button is wider by with its word.
+  [[nodiscard]] int WordWidth() const;
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -33,6 +36,7 @@ class FlatButton : public QToolButton {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  [[nodiscard]] int WidthWith(bool hasWord) const;
   [[nodiscard]] bool ShowsWord() const { return isWordShown_ && !text().isEmpty(); }
 
   QString icon_;

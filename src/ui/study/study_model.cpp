@@ -26,14 +26,14 @@ void StudyModel::MoveCursor(study::CursorKind kind, const study::CursorPlaces& p
   emit CursorMoved();
 }
 
+void StudyModel::MoveCursor(const study::CursorPlaces& places) {
+  const study::CursorKind kind = Choice().cursor;
+  MoveCursor(kind == study::CursorKind::None ? study::CursorKind::Single : kind, places);
+}
+
 void StudyModel::Take(study::RecordPointer record) {
   study_.Take(std::move(record));
   emit RecordsChanged();
-  emit Changed();
-}
-
-void StudyModel::Amend(study::RecordPointer record) {
-  study_.Amend(std::move(record));
   emit Changed();
 }
 

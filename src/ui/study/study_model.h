@@ -26,10 +26,12 @@ class StudyModel : public QObject {
   void Change(const Edit& edit);
   // The cursor alone: cheap enough for every movement of the pointer.
   void MoveCursor(study::CursorKind kind, const study::CursorPlaces& places);
+  // A cursor that there is none of yet begins as a single one.
+  void MoveCursor(const study::CursorPlaces& places);
 
+  // The capture at hand told again, with more known of it, is no other one.
   void Take(study::RecordPointer record);
   void Take(const Record& record) { Take(std::make_shared<const Record>(record)); }
-  void Amend(study::RecordPointer record);
   void AddGap(const std::string& reason);
   void SetSensorBands(int option, const study::SensorBands& bands);
   void Select(const std::vector<study::RecordId>& ids);
