@@ -9,6 +9,7 @@
 #include <functional>
 #include <map>
 
+#include "seams/files.h"
 #include "ui/analyser/analyser_dock.h"
 #include "ui/analyser/plot_area.h"
 #include "ui/analyser/records_panel.h"
@@ -26,6 +27,7 @@ namespace kestrel {
 // What the window asks of the program around it. Each may be called at any time and returns at
 // once.
 struct AnalyserHost {
+  Files& files;                              // where pictures go
   std::function<void()> capture;             // as a press of Start
   std::function<void()> stop;                // what runs, repeats included
   std::function<void(int)> captureAtOption;  // sets the sample-rate option, then captures
@@ -81,6 +83,8 @@ class frmAnalyser : public QMainWindow {
   void AskMarker(double hz);
   void AskBand();
   void AskExport();
+  // The view that is shown, as the content of a picture file.
+  [[nodiscard]] QByteArray PictureFileOf(const QString& ending);
   void ToggleCapture();
   void NextPane(int step);
   void ShowPlotAlone(bool isAlone);

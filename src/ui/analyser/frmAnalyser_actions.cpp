@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 
+#include "numeric/runtime_error.h"
 #include "study/choice_text.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/analyser/kept_settings.h"
@@ -165,22 +166,34 @@ void frmAnalyser::AskExport() {
   dialog->open();
 }
 
+QByteArray frmAnalyser::PictureFileOf(const QString& ending) {
+  if (view_ == study::View::Waterfall) {
+    return WidgetPictureFile(*waterfall_, Text(area_->Source()), ending);
+  }
+  const PlotPicture picture = area_->Picture();
+  return PictureFile(SheetOf(picture), ending);
+}
+
 bool frmAnalyser::Export(const QString& file) {
-  const bool isWritten = view_ == study::View::Waterfall
-                             ? WriteWidgetPicture(*waterfall_, Text(area_->Source()), file)
-                             : WritePicture(area_->Picture(), file);
   const QString ending = QFileInfo(file).suffix().toLower();
-  if (isWritten) {
-    statusBar()->showMessage(tr("Written: %1").arg(file), kSaidMs);
-  } else if (!PictureEndings().contains(ending)) {
+  if (!PictureEndings().contains(ending)) {
     statusBar()->showMessage(
         tr("\".%1\" is no kind of picture that can be written. Choose one of %2.")
             .arg(ending, PictureEndings().join(", ")));
-  } else {
-    statusBar()->showMessage(
-        tr("%1 cannot be written there. Choose a folder that you may write in.").arg(file));
+    return false;
   }
-  return isWritten;
+  const QByteArray content = PictureFileOf(ending);
+  try {
+    host_.files.ReplaceWhole(file.toStdU16String(),
+                             {content.data(), static_cast<std::size_t>(content.size())});
+  } catch (const RuntimeError& error) {
+    statusBar()->showMessage(
+        tr("The picture is not written: %1. Choose a folder that you may write in.")
+            .arg(error.what()));
+    return false;
+  }
+  statusBar()->showMessage(tr("Written: %1").arg(file), kSaidMs);
+  return true;
 }
 
 void frmAnalyser::AskMarker(double hz) {

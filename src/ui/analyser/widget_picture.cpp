@@ -50,14 +50,14 @@ QImage PictureOf(QWidget& widget, const QString& line, double ratio) {
   return image;
 }
 
-bool WriteWidgetPicture(QWidget& widget, const QString& line, const QString& file) {
+QByteArray WidgetPictureFile(QWidget& widget, const QString& line, const QString& ending) {
   const InLight light(widget);
-  return WriteSheet({.title = widget.accessibleName(),
-                     .description = line,
-                     .size = widget.size() + QSize(0, kFoot),
-                     .paint = [&](QPainter& painter) { Paint(widget, line, painter); },
-                     .image = [&](double ratio) { return PictureOf(widget, line, ratio); }},
-                    file);
+  return PictureFile({.title = widget.accessibleName(),
+                      .description = line,
+                      .size = widget.size() + QSize(0, kFoot),
+                      .paint = [&](QPainter& painter) { Paint(widget, line, painter); },
+                      .image = [&](double ratio) { return PictureOf(widget, line, ratio); }},
+                     ending);
 }
 
 }  // namespace kestrel

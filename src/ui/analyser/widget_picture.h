@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 #include <QWidget>
@@ -11,8 +12,8 @@ namespace kestrel {
 // `ratio` pixels for each of the widget's.
 [[nodiscard]] QImage PictureOf(QWidget& widget, const QString& line, double ratio);
 
-// A .png, .pdf or .svg file, by its ending. False when it cannot be written or the ending is
-// another.
-[[nodiscard]] bool WriteWidgetPicture(QWidget& widget, const QString& line, const QString& file);
+// As PictureFile.
+[[nodiscard]] QByteArray WidgetPictureFile(QWidget& widget, const QString& line,
+                                           const QString& ending);
 
 }  // namespace kestrel

@@ -1,10 +1,9 @@
-// Writing a plot as PNG, SVG or PDF, or onto the clipboard.
+// A plot as PNG, SVG or PDF, or on the clipboard.
 // SPDX-License-Identifier: MIT
 #include "ui/chart/picture_out.h"
 
+#include <QBuffer>
 #include <QClipboard>
-#include <QFile>
-#include <QFileInfo>
 #include <QGuiApplication>
 #include <QPageSize>
 #include <QPainter>
@@ -59,7 +58,7 @@ class Sheet {
 };
 
 #ifdef KESTREL_SVG
-bool WriteSvg(const PictureSheet& sheet, QFile& file) {
+void WriteSvg(const PictureSheet& sheet, QIODevice& file) {
   QSvgGenerator svg;
   svg.setOutputDevice(&file);
   svg.setSize(sheet.size);
@@ -69,11 +68,10 @@ bool WriteSvg(const PictureSheet& sheet, QFile& file) {
   svg.setDescription(sheet.description);
   QPainter painter(&svg);
   sheet.paint(painter);
-  return painter.end();
 }
 #endif
 
-bool WritePdf(const PictureSheet& sheet, QFile& file) {
+void WritePdf(const PictureSheet& sheet, QIODevice& file) {
   QPdfWriter pdf(&file);
   constexpr double kPointsPerPixel = 72.0 / kDotsPerInch;
   pdf.setPageSize(QPageSize(QSizeF(sheet.size) * kPointsPerPixel, QPageSize::Point));
@@ -82,7 +80,6 @@ bool WritePdf(const PictureSheet& sheet, QFile& file) {
   pdf.setTitle(sheet.title + ", " + sheet.description.section('\n', 0, 0));
   QPainter painter(&pdf);
   sheet.paint(painter);
-  return painter.end();
 }
 
 }  // namespace
@@ -115,27 +112,24 @@ QStringList PictureEndings() {
   };
 }
 
-bool WritePicture(const PlotPicture& picture, const QString& name) {
-  return WriteSheet({.title = Text(picture.scene.head),
-                     .description = Text(picture.scene.line + '\n' + picture.scene.source),
-                     .size = picture.size,
-                     .paint = [&](QPainter& painter) { Sheet(picture, 1).PaintLines(painter); },
-                     .image = [&](double ratio) { return Drawn(picture, ratio); }},
-                    name);
+PictureSheet SheetOf(const PlotPicture& picture) {
+  return {.title = Text(picture.scene.head),
+          .description = Text(picture.scene.line + '\n' + picture.scene.source),
+          .size = picture.size,
+          .paint = [&picture](QPainter& painter) { Sheet(picture, 1).PaintLines(painter); },
+          .image = [&picture](double ratio) { return Drawn(picture, ratio); }};
 }
 
-bool WriteSheet(const PictureSheet& sheet, const QString& name) {
-  const QString ending = QFileInfo(name).suffix().toLower();
-  if (!PictureEndings().contains(ending)) return false;
-  QFile file(name);
-  if (!file.open(QIODevice::WriteOnly)) return false;
-  bool isWritten = false;
-  if (ending == u"png") isWritten = sheet.image(kFileRatio).save(&file, "PNG");
+QByteArray PictureFile(const PictureSheet& sheet, const QString& ending) {
+  QByteArray content;
+  QBuffer file(&content);
+  file.open(QIODevice::WriteOnly);
+  if (ending == u"png") sheet.image(kFileRatio).save(&file, "PNG");
 #ifdef KESTREL_SVG
-  if (ending == u"svg") isWritten = WriteSvg(sheet, file);
+  if (ending == u"svg") WriteSvg(sheet, file);
 #endif
-  if (ending == u"pdf") isWritten = WritePdf(sheet, file);
-  return isWritten && file.flush() && file.error() == QFileDevice::NoError;
+  if (ending == u"pdf") WritePdf(sheet, file);
+  return content;
 }
 
 void CopyPicture(const PlotPicture& picture) {

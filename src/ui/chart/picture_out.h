@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QByteArray>
 #include <QFont>
 #include <QImage>
 #include <QPainter>
@@ -26,12 +27,8 @@ struct PlotPicture {
 
 [[nodiscard]] QImage Drawn(const PlotPicture& picture, double ratio);
 
-// The endings of files that WritePicture knows, "svg" only where the toolkit can write it.
+// The endings of picture files that can be made, "svg" only where the toolkit can write it.
 [[nodiscard]] QStringList PictureEndings();
-
-// Writes a .png (at twice the size), .svg or .pdf file, by its ending. False when the file cannot
-// be written or the ending is another.
-[[nodiscard]] bool WritePicture(const PlotPicture& picture, const QString& file);
 
 // What any picture file is made of.
 struct PictureSheet {
@@ -41,8 +38,12 @@ struct PictureSheet {
   std::function<void(QPainter&)> paint;  // in vectors where the painter can
   std::function<QImage(double ratio)> image;
 };
-// As WritePicture.
-[[nodiscard]] bool WriteSheet(const PictureSheet& sheet, const QString& file);
+// What refers to the picture lives as long as the sheet.
+[[nodiscard]] PictureSheet SheetOf(const PlotPicture& picture);
+
+// The whole content of a file with one of the endings: png (at twice the size), svg or pdf. Empty
+// for another ending.
+[[nodiscard]] QByteArray PictureFile(const PictureSheet& sheet, const QString& ending);
 
 void CopyPicture(const PlotPicture& picture);  // to the clipboard
 

@@ -62,7 +62,8 @@ void AnalyserPart::Later(std::function<void()> deed) {
 AnalyserHost AnalyserPart::Host() {
   const auto isCapturing = [this] { return parts_.capture.StartCaption() == kStopCaption; };
   const auto press = [this] { parts_.capture.cmdStart->click(); };
-  return {.capture =
+  return {.files = parts_.core.seams.files,
+          .capture =
               [this, isCapturing, press] {
                 if (!isCapturing()) Later(press);
               },

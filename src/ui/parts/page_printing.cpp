@@ -99,7 +99,7 @@ QString PagePrinting::PrintTo(QPrinter& printer, const QTextDocument& document) 
 void PagePrinting::SavePdf(const QString& file, const QTextDocument& document,
                            const QPageLayout& layout) {
   const QByteArray content = PdfPages(document, layout);
-  files_.ReplaceWhole(file.toStdString(),
+  files_.ReplaceWhole(file.toStdU16String(),
                       {content.data(), static_cast<std::size_t>(content.size())});
 }
 

@@ -1,8 +1,10 @@
-// Pictures of the whole window, light and dark, at one and two pixels for each, beside approved
-// ones. SPDX-License-Identifier: MIT
+// Pictures of the whole window, light and dark, at two pixel ratios, beside approved ones.
+// SPDX-License-Identifier: MIT
 #include <ctime>
+#include <ostream>
 
-#include "ui/analyser/frmAnalyser.h"
+#include "support/memory_files.h"
+#include "ui/analyser/no_host.h"
 #include "ui/approved_picture.h"
 #include "ui/chart/look.h"
 #include "ui/made_up_records.h"
@@ -20,8 +22,9 @@ struct Sight {
   double ratio;
 };
 
-AnalyserHost NoHost() {
-  return {[] {}, [] {}, [](int) {}, [](Cure) {}, [] {}, [] {}};
+// The name alone, the same in every run.
+void PrintTo(const Sight& sight, std::ostream* out) {
+  *out << sight.name;
 }
 
 // Local times the same everywhere.
@@ -59,7 +62,8 @@ TEST_P(AnalyserPictures, LookAsApproved) {
   font.setPixelSize(12);
   QApplication::setFont(font);
   ApplyTheme(sight.isDark ? Theme::Dark : Theme::Light);
-  frmAnalyser window(NoHost());
+  MemoryFiles files;
+  frmAnalyser window(NoHost(files));
   window.SetSensor("Simulated sensor", {});
   for (int i = 0; i < 12; ++i) {
     TakeRecord(window.Model(), MadeUpSpectrum(10 * i, {{42, 700 + 20 * i}, {84, 300}, {126, 90}}));

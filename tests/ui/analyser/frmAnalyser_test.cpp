@@ -345,20 +345,5 @@ TEST_F(FrmAnalyser, ABandOfTheUsersIsAmongTheLevelsAndGoesWithDelete) {
   EXPECT_TRUE(window.Model().Choice().bands.empty());
 }
 
-TEST_F(FrmAnalyser, TheWaterfallIsWrittenAsAPictureOfEachKind) {
-  frmAnalyser& window = Open();
-  Capture();
-  window.ChooseView(study::View::Waterfall);
-  const QTemporaryDir folder;
-  for (const QString& ending : PictureEndings()) {
-    const QString file = folder.filePath("map." + ending);
-    ASSERT_TRUE(window.Export(file)) << ending.toStdString();
-    EXPECT_GT(QFileInfo(file).size(), 5000) << ending.toStdString();
-  }
-  const QImage image(folder.filePath("map.png"));
-  EXPECT_FALSE(image.isNull());
-  EXPECT_TRUE(image.text("Description").contains("version"));
-}
-
 }  // namespace
 }  // namespace kestrel

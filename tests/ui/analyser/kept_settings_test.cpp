@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QStatusBar>
 
+#include "support/memory_files.h"
 #include "ui/analyser/frmAnalyser.h"
+#include "ui/analyser/no_host.h"
 #include "ui/window_bench.h"
 
 namespace kestrel {
@@ -16,7 +18,8 @@ using ::testing::HasSubstr;
 
 // In no window's way.
 std::unique_ptr<frmAnalyser> Analyser() {
-  return std::make_unique<frmAnalyser>(AnalyserHost{});
+  static MemoryFiles files;
+  return std::make_unique<frmAnalyser>(NoHost(files));
 }
 
 std::string Said(frmAnalyser& window) {

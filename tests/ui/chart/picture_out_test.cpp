@@ -16,9 +16,9 @@ PlotPicture Sample() {
   return {scene, FittingRanges(scene), HarmonicCursor(), QApplication::font(), {900, 560}};
 }
 
-QByteArray Contents(const QString& name) {
-  QFile file(name);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+QByteArray Made(const QString& ending) {
+  const PlotPicture picture = Sample();
+  return PictureFile(SheetOf(picture), ending);
 }
 
 int PixelsNear(const QImage& image, QColor colour, int within) {
@@ -37,18 +37,14 @@ int PixelsNear(const QImage& image, QColor colour, int within) {
 }
 
 TEST(PictureOut, EveryEndingOfTheListIsWritten) {
-  const QTemporaryDir folder;
   EXPECT_EQ(PictureEndings(), QStringList({"png", "pdf", "svg"}));
   for (const QString& ending : PictureEndings()) {
-    EXPECT_TRUE(WritePicture(Sample(), folder.filePath("plot." + ending))) << qPrintable(ending);
+    EXPECT_FALSE(Made(ending).isEmpty()) << qPrintable(ending);
   }
 }
 
 TEST(PictureOut, APngHasTheTracesAndTellsWhatItShows) {
-  const QTemporaryDir folder;
-  const QString name = folder.filePath("plot.PNG");
-  ASSERT_TRUE(WritePicture(Sample(), name));
-  const QImage image(name);
+  const QImage image = QImage::fromData(Made("png"), "PNG");
   EXPECT_EQ(image.size(), QSize(1800, 1120));
   EXPECT_EQ(image.text("Description"), QString::fromStdString(Sample().scene.line));
   EXPECT_EQ(image.text("Source"), QString::fromStdString(Sample().scene.source));
@@ -58,10 +54,7 @@ TEST(PictureOut, APngHasTheTracesAndTellsWhatItShows) {
 }
 
 TEST(PictureOut, AnSvgShowsTheSameAsThePng) {
-  const QTemporaryDir folder;
-  const QString name = folder.filePath("plot.svg");
-  ASSERT_TRUE(WritePicture(Sample(), name));
-  const QByteArray text = Contents(name);
+  const QByteArray text = Made("svg");
   EXPECT_TRUE(text.contains("polyline") || text.contains("<path"));
   EXPECT_TRUE(text.contains("Simulated sensor"));
   EXPECT_TRUE(text.contains("8 averages"));
@@ -81,20 +74,16 @@ TEST(PictureOut, AnSvgShowsTheSameAsThePng) {
 }
 
 TEST(PictureOut, APdfIsOnePage) {
-  const QTemporaryDir folder;
-  const QString name = folder.filePath("plot.pdf");
-  ASSERT_TRUE(WritePicture(Sample(), name));
-  const QByteArray text = Contents(name);
+  const QByteArray text = Made("pdf");
   EXPECT_TRUE(text.startsWith("%PDF-"));
   EXPECT_TRUE(text.contains("/Count 1"));
   EXPECT_TRUE(text.trimmed().endsWith("%%EOF"));
   EXPECT_GT(text.size(), 5000);
 }
 
-TEST(PictureOut, OtherEndingsAndFoldersThatAreNotThereAreRefused) {
-  const QTemporaryDir folder;
-  EXPECT_FALSE(WritePicture(Sample(), folder.filePath("plot.txt")));
-  EXPECT_FALSE(WritePicture(Sample(), folder.filePath("no/such/plot.png")));
+TEST(PictureOut, OtherEndingsGiveNothing) {
+  EXPECT_TRUE(Made("txt").isEmpty());
+  EXPECT_TRUE(Made({}).isEmpty());
 }
 
 TEST(PictureOut, TheClipboardHoldsThePicture) {
