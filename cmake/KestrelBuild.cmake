@@ -72,15 +72,23 @@ function(kestrel_folder name)
   endif()
 endfunction()
 
-# kestrel_tests(NAME LINKS libraries...): one test program of every *_test.cpp in the folder. Most of the
-# time it takes to compile a test is the framework's headers, which are compiled once for all folders.
+# kestrel_tests(NAME [SERVER] LINKS libraries...): one test program of every *_test.cpp in the folder. Most
+# of the time it takes to compile a test is the framework's headers, which are compiled once for all
+# folders. With SERVER the tests whose names hold "OnAServer" run together beside a database server.
 function(kestrel_tests name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "SERVER" "" "SOURCES;LINKS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*_test.cpp)
   add_executable(test_${name} ${sources} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE ${ARG_LINKS} kestrel_test_support GTest::gmock_main)
   target_precompile_headers(test_${name} REUSE_FROM kestrel_test_headers)
-  gtest_discover_tests(test_${name})
+  if(NOT ARG_SERVER)
+    gtest_discover_tests(test_${name})
+    return()
+  endif()
+  gtest_discover_tests(test_${name} TEST_FILTER "-*OnAServer*")
+  add_test(NAME ${name}.OnAServer
+    COMMAND ${PROJECT_SOURCE_DIR}/tests/support/temporary_postgres
+            $<TARGET_FILE:test_${name}> --gtest_filter=*OnAServer* --gtest_brief=1)
 endfunction()
 
 # kestrel_room(NAME [LINKS libraries...]): one room of src/ui. A precompiled header saves a third of the

@@ -1,0 +1,253 @@
+// The statements of the archive.
+// SPDX-License-Identifier: MIT
+#include "archive/archive.h"
+
+#include <utility>
+
+#include "archive/packed_words.h"
+#include "archive/record_row.h"
+#include "archive/schema.h"
+
+namespace kestrel::archive {
+namespace {
+
+using database::Database;
+using database::DatabaseError;
+using database::Fault;
+using database::Row;
+using database::Transaction;
+using database::Value;
+using database::Values;
+
+constexpr const char* kFromBoth = " from record r join source s on s.id = r.source ";
+constexpr std::int64_t kPrunedAtOnce = 64;
+
+// "a = $2, b = $3" for "a, b": values from a number on.
+std::string Assignments(const std::string& columns, int first) {
+  std::string text;
+  for (std::size_t from = 0; from < columns.size();) {
+    const std::size_t end = std::min(columns.find(", ", from), columns.size());
+    text += (text.empty() ? "" : ", ") + columns.substr(from, end - from) + " = $" +
+            std::to_string(first++);
+    from = end + 2;
+  }
+  return text;
+}
+
+std::string Places(std::size_t count) {
+  std::string text;
+  for (std::size_t i = 1; i <= count; ++i) text += (i == 1 ? "$" : ", $") + std::to_string(i);
+  return text;
+}
+
+std::vector<std::string> Texts(Database& database, const std::string& sql, const Values& values) {
+  std::vector<std::string> texts;
+  database.Run(sql, values, [&](Row row) { texts.push_back(database::Text(row[0])); });
+  return texts;
+}
+
+// What a text was while the server refuses a NUL in it.
+void RefuseNul(const Remarks& remarks) {
+  for (const std::string* text :
+       {&remarks.machine, &remarks.point, &remarks.orientation, &remarks.note}) {
+    if (text->find('\0') != std::string::npos) {
+      throw DatabaseError(Fault::Constraint, "a remark holds a NUL, which no text can have");
+    }
+  }
+}
+
+}  // namespace
+
+Archive::Archive(std::unique_ptr<Database> database) : database_(std::move(database)) {
+  MakeCurrent(*database_);
+}
+
+Archive::Archive(std::unique_ptr<Database> database, AsItIs) : database_(std::move(database)) {}
+
+Archive Archive::ForReading(std::unique_ptr<Database> database) {
+  switch (ContentsOf(*database)) {
+    case Contents::Archive:
+      return {std::move(database), AsItIs{}};
+    case Contents::Earlier:
+      throw DatabaseError(Fault::Other,
+                          "it was made by an earlier version of this program and has to be written "
+                          "once to be brought up to date");
+    case Contents::Newer:
+      throw DatabaseError(Fault::Other, "it was made by a later version of this program");
+    default:
+      throw DatabaseError(Fault::Other, "it is no archive of this program");
+  }
+}
+
+std::int64_t Archive::Keep(const NewRecord& record) {
+  Transaction transaction(*database_);
+  const std::int64_t id = Put(record);
+  transaction.Commit();
+  return id;
+}
+
+void Archive::KeepAll(std::span<const NewRecord> records) {
+  Transaction transaction(*database_);
+  for (const NewRecord& record : records) Put(record);
+  transaction.Commit();
+}
+
+std::int64_t Archive::Put(const NewRecord& record) {
+  RefuseNul(record.remarks);
+  const database::Bytes uid(record.uid.begin(), record.uid.end());
+  const std::int64_t earlier = Number(*database_, "select id from record where uid = $1", {uid});
+  if (earlier != 0) {
+    Values values{earlier};
+    for (Value& value : AmendedValues(record.record)) values.push_back(std::move(value));
+    database_->Run("update record set " + Assignments(kAmendedColumns, 2) + " where id = $1",
+                   values);
+    return earlier;
+  }
+  const Values values = RecordValues(record, SourceOf(record));
+  const std::int64_t id = Number(*database_,
+                                 "insert into record(" + RecordColumns() + ") values(" +
+                                     Places(values.size()) + ") returning id",
+                                 values);
+  database_->Run("insert into points(record, signed, words) values($1, $2, $3)",
+                 {id, std::int64_t{AreSigned(record.record) ? 1 : 0}, PackedWords(record.record)});
+  return id;
+}
+
+std::int64_t Archive::SourceOf(const NewRecord& record) {
+  const std::string condition =
+      "select id from source where product = $1 and interface = $2 and adapter = $3 and simulated "
+      "= $4 and program = $5 and bench = $6";
+  const Values values = SourceValues(record);
+  const std::int64_t known = Number(*database_, condition, values);
+  if (known != 0) return known;
+  database_->Run(
+      "insert into source(product, interface, adapter, simulated, program, bench) values($1, $2, "
+      "$3, $4, $5, $6) on conflict do nothing",
+      values);
+  return Number(*database_, condition, values);
+}
+
+std::vector<std::int64_t> Archive::Find(const Filter& filter) {
+  const Condition condition = ConditionOf(filter);
+  std::vector<std::int64_t> ids;
+  database_->Run("select r.id" + std::string(kFromBoth) + "where " + condition.sql +
+                     " order by r.taken desc, r.id desc",
+                 condition.values, [&](Row row) { ids.push_back(database::Integer(row[0])); });
+  return ids;
+}
+
+std::vector<KeptRecord> Archive::List(std::span<const std::int64_t> ids) {
+  const std::string sql = "select " + RowColumns() + kFromBoth + "where r.id = $1";
+  std::vector<KeptRecord> records;
+  for (const std::int64_t id : ids) {
+    database_->Run(sql, {id}, [&](Row row) { records.push_back(RecordFrom(row)); });
+  }
+  return records;
+}
+
+std::optional<KeptRecord> Archive::Get(std::int64_t id) {
+  auto found = List(std::span(&id, 1));
+  if (found.empty()) return std::nullopt;
+  bool hasPoints = false;
+  database_->Run("select signed, words from points where record = $1", {id}, [&](Row row) {
+    UnpackWords(database::Blob(row[1]), database::Integer(row[0]) != 0, found.front().record);
+    hasPoints = true;
+  });
+  if (!hasPoints) {
+    throw DatabaseError(Fault::Corrupt, "record " + std::to_string(id) + " has no points");
+  }
+  return std::move(found.front());
+}
+
+std::int64_t Archive::Count() {
+  return Number(*database_, "select count(*) from record where deleted is null");
+}
+
+void Archive::SetRemarks(std::int64_t id, const Remarks& remarks) {
+  RefuseNul(remarks);
+  Values values{id};
+  for (Value& value : RemarkValues(remarks)) values.push_back(std::move(value));
+  database_->Run("update record set " + Assignments(kRemarkColumns, 2) + " where id = $1", values);
+}
+
+std::vector<std::string> Archive::Machines() {
+  return Texts(*database_,
+               "select distinct machine from record where deleted is null and machine <> '' order "
+               "by machine",
+               {});
+}
+
+std::vector<std::string> Archive::Points(const std::string& machine) {
+  return Texts(*database_,
+               "select distinct point from record where deleted is null and point <> '' and "
+               "machine = $1 order by point",
+               {machine});
+}
+
+void Archive::Delete(std::span<const std::int64_t> ids, std::chrono::system_clock::time_point now) {
+  ForEach(ids, "update record set deleted = $2 where id = $1 and deleted is null",
+          {Nanoseconds(now)});
+}
+
+void Archive::BringBack(std::span<const std::int64_t> ids) {
+  ForEach(ids, "update record set deleted = null where id = $1");
+}
+
+void Archive::Purge(std::chrono::system_clock::time_point before) {
+  Transaction transaction(*database_);
+  database_->Run("delete from points where record in (select id from record where deleted < $1)",
+                 {Nanoseconds(before)});
+  database_->Run("delete from record where deleted < $1", {Nanoseconds(before)});
+  transaction.Commit();
+}
+
+void Archive::Remove(std::span<const std::int64_t> ids) {
+  ForEach(ids, "delete from record where id = $1");
+}
+
+void Archive::ForEach(std::span<const std::int64_t> ids, const std::string& sql,
+                      const Values& more) {
+  Transaction transaction(*database_);
+  for (const std::int64_t id : ids) {
+    Values values{id};
+    values.insert(values.end(), more.begin(), more.end());
+    database_->Run(sql, values);
+  }
+  transaction.Commit();
+}
+
+Pruned Archive::Prune(std::int64_t bytes) {
+  Pruned pruned;
+  while (database_->Size() > bytes) {
+    std::vector<std::int64_t> ids;
+    database_->Run(
+        "select id, taken from record where note = '' and tags = '' and alarm_x = 0 and alarm_y = "
+        "0 "
+        "and alarm_z = 0 order by taken limit $1",
+        {kPrunedAtOnce}, [&](Row row) {
+          if (pruned.count == 0 && ids.empty()) pruned.oldest = TimeOf(database::Integer(row[1]));
+          pruned.newest = TimeOf(database::Integer(row[1]));
+          ids.push_back(database::Integer(row[0]));
+        });
+    if (ids.empty()) {
+      pruned.isEnough = false;
+      break;
+    }
+    Remove(ids);
+    pruned.count += static_cast<std::int64_t>(ids.size());
+  }
+  return pruned;
+}
+
+std::vector<std::string> Archive::Damage() {
+  std::vector<std::string> lines = database_->Damage();
+  database_->Run(
+      "select r.id from record r left join points p on p.record = r.id where p.record is null "
+      "order by r.id",
+      {}, [&](Row row) {
+        lines.push_back("record " + std::to_string(database::Integer(row[0])) + " has no points");
+      });
+  return lines;
+}
+
+}  // namespace kestrel::archive

@@ -1,0 +1,85 @@
+// The archive: every record that was kept, found again, amended, deleted and brought back.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "archive/filter.h"
+#include "archive/kept_record.h"
+#include "database/database.h"
+
+namespace kestrel::archive {
+
+// What the size limit has removed.
+struct Pruned {
+  std::int64_t count = 0;
+  std::chrono::system_clock::time_point oldest;
+  std::chrono::system_clock::time_point newest;
+  bool isEnough = true;  // false where what is left may not be removed and is still too much
+};
+
+// One database's records, whatever database it is. It belongs to one thread. Every call throws
+// DatabaseError; what it was to change is then as it was before.
+class Archive {
+ public:
+  // Makes or brings up to date the tables of a database that may be written.
+  explicit Archive(std::unique_ptr<database::Database> database);
+  // One that is only read: throws where its tables are of another version.
+  static Archive ForReading(std::unique_ptr<database::Database> database);
+
+  // The record is on the disk when this returns its id. One that is kept already (the same uid)
+  // gets what is known of it now; its remarks stay.
+  std::int64_t Keep(const NewRecord& record);
+  // All or none.
+  void KeepAll(std::span<const NewRecord> records);
+
+  // Ids, the latest first.
+  [[nodiscard]] std::vector<std::int64_t> Find(const Filter& filter);
+  // Without their points, in the order of the ids; ids that are not there are left out.
+  [[nodiscard]] std::vector<KeptRecord> List(std::span<const std::int64_t> ids);
+  // With its points; nothing where there is no such id.
+  [[nodiscard]] std::optional<KeptRecord> Get(std::int64_t id);
+  [[nodiscard]] std::int64_t Count();
+
+  void SetRemarks(std::int64_t id, const Remarks& remarks);
+  // Machines and points told so far, for choosing among them; sorted.
+  [[nodiscard]] std::vector<std::string> Machines();
+  [[nodiscard]] std::vector<std::string> Points(const std::string& machine);
+
+  // Deleted records are found by asking for them only, and can be brought back until Purge.
+  void Delete(std::span<const std::int64_t> ids, std::chrono::system_clock::time_point now);
+  void BringBack(std::span<const std::int64_t> ids);
+  // Removes for good what was deleted before then.
+  void Purge(std::chrono::system_clock::time_point before);
+  void Remove(std::span<const std::int64_t> ids);
+
+  // Brings the archive down to `bytes`: the oldest records go first; those with a note, a tag or an
+  // alarm stay.
+  Pruned Prune(std::int64_t bytes);
+  [[nodiscard]] std::int64_t Size() { return database_->Size(); }
+
+  // What is damaged, a line each.
+  [[nodiscard]] std::vector<std::string> Damage();
+
+  [[nodiscard]] database::Database& Connection() { return *database_; }
+
+ private:
+  struct AsItIs {};
+  Archive(std::unique_ptr<database::Database> database, AsItIs);
+
+  std::int64_t Put(const NewRecord& record);
+  [[nodiscard]] std::int64_t SourceOf(const NewRecord& record);
+  void ForEach(std::span<const std::int64_t> ids, const std::string& sql,
+               const database::Values& more = {});
+
+  std::unique_ptr<database::Database> database_;
+};
+
+}  // namespace kestrel::archive

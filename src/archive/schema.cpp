@@ -1,0 +1,100 @@
+// Every table and column that there is, and the steps from version to version.
+// SPDX-License-Identifier: MIT
+#include "archive/schema.h"
+
+#include <string>
+#include <vector>
+
+namespace kestrel::archive {
+namespace {
+
+using database::Database;
+using database::DatabaseError;
+using database::Fault;
+
+// Times are nanoseconds since 1970, UTC. A record's points have a table of their own: whoever goes
+// through many records seldom needs them.
+std::vector<std::string> Version1(const std::string& key) {
+  return {
+      "create table about(name text primary key, value bigint not null)",
+      "create table source(id " + key +
+          ", product bigint not null, interface text not null, adapter text not null, simulated "
+          "bigint not null, program text not null, bench text not null, "
+          "unique(product, interface, adapter, simulated, program, bench))",
+      "create table record(id " + key +
+          ", uid blob not null unique, taken bigint not null, deleted bigint, kind bigint not "
+          "null, "
+          "source bigint not null references source(id), rec_info bigint not null, rec_ctrl bigint "
+          "not null, scaled_range bigint not null, lsb_weight double precision not null, supply_v "
+          "double precision not null, temperature_c double precision not null, record_count bigint "
+          "not null, status bigint, alarm_x bigint not null, alarm_y bigint not null, alarm_z "
+          "bigint not null, peak_x bigint not null, peak_y bigint not null, peak_z bigint not "
+          "null, "
+          "peak_bin_x bigint not null, peak_bin_y bigint not null, peak_bin_z bigint not null, "
+          "peak_weight double precision not null, alarms_known bigint not null, stopped bigint not "
+          "null, count_before bigint, stored_number bigint, machine text not null, point text not "
+          "null, orientation text not null, rpm double precision, note text not null, tags text "
+          "not null, rms_x double precision, rms_y double precision, rms_z double precision, top_x "
+          "double precision, top_y double precision, top_z double precision)",
+      "create index record_taken on record(taken)",
+      "create table points(record " + key +
+          ", signed bigint not null, words blob not null, "
+          "foreign key(record) references record(id) on delete cascade)",
+  };
+}
+
+std::vector<std::string> StepTo(std::int64_t version, const std::string& key) {
+  if (version == 1) return Version1(key);
+  throw DatabaseError(Fault::Other, "there is no way to version " + std::to_string(version));
+}
+
+std::int64_t VersionOf(Database& database) {
+  return Number(database, "select value from about where name = 'archive version'");
+}
+
+Contents ContentsOfVersion(std::int64_t version) {
+  if (version < 1) return Contents::Foreign;
+  if (version < kSchemaVersion) return Contents::Earlier;
+  return version == kSchemaVersion ? Contents::Archive : Contents::Newer;
+}
+
+void GoOn(Database& database, std::int64_t from) {
+  for (std::int64_t version = from + 1; version <= kSchemaVersion; ++version) {
+    for (const std::string& sql : StepTo(version, database.KeyType())) database.Run(sql);
+  }
+  database.Run(
+      "insert into about(name, value) values('archive version', $1) "
+      "on conflict(name) do update set value = excluded.value",
+      {kSchemaVersion});
+}
+
+}  // namespace
+
+Contents ContentsOf(Database& database) {
+  if (database.IsBlank()) return Contents::Nothing;
+  if (!database.HasTable("about") || !database.HasTable("record")) return Contents::Foreign;
+  return ContentsOfVersion(VersionOf(database));
+}
+
+void MakeCurrent(Database& database) {
+  if (ContentsOf(database) == Contents::Archive) return;
+  database::Transaction transaction(database);
+  database.LockSchema();
+  // Looked at again: another program may have been first.
+  const Contents contents = ContentsOf(database);
+  if (contents == Contents::Foreign) {
+    throw DatabaseError(Fault::Other, "it is a database, but no archive of this program");
+  }
+  if (contents == Contents::Newer) {
+    throw DatabaseError(
+        Fault::Other, "it was made by a later version of this program (its tables are of version " +
+                          std::to_string(VersionOf(database)) + ", this program knows " +
+                          std::to_string(kSchemaVersion) + ")");
+  }
+  if (contents != Contents::Archive) {
+    GoOn(database, contents == Contents::Nothing ? 0 : VersionOf(database));
+  }
+  transaction.Commit();
+}
+
+}  // namespace kestrel::archive
