@@ -23,6 +23,7 @@ struct Pruned {
   std::chrono::system_clock::time_point oldest;
   std::chrono::system_clock::time_point newest;
   bool isEnough = true;  // false where what is left may not be removed and is still too much
+  bool operator==(const Pruned&) const = default;
 };
 
 // One database's records, whatever database it is. It belongs to one thread. Every call throws

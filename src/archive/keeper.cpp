@@ -1,0 +1,216 @@
+// The keeper's thread.
+// SPDX-License-Identifier: MIT
+#include "archive/keeper.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+namespace kestrel::archive {
+namespace {
+
+using database::DatabaseError;
+using database::Fault;
+
+constexpr std::size_t kBroughtAtOnce = 64;
+
+std::uint64_t HashOf(const std::string& text) {
+  std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a
+  for (const char letter : text) {
+    hash = (hash ^ static_cast<std::uint8_t>(letter)) * 0x100000001b3;
+  }
+  return hash;
+}
+
+}  // namespace
+
+KeeperChoice ChoiceFor(const Place& place, const Place& usual) {
+  KeeperChoice choice{.open = [place] { return Open(place); }};
+  if (usual.text.empty()) return choice;
+  std::array<char, 17> name{};
+  std::snprintf(name.data(), name.size(), "%016llx",
+                static_cast<unsigned long long>(HashOf(place.text)));
+  const Place waiting = WaitingPlace(usual, name.data());
+  choice.openWaiting = [waiting] { return Open(waiting); };
+  choice.hasWaiting = [waiting] { return std::filesystem::exists(PathOf(waiting)); };
+  return choice;
+}
+
+Keeper::Keeper(KeeperChoice choice) : choice_(std::move(choice)), thread_([this] { Work(); }) {}
+
+Keeper::~Keeper() {
+  {
+    const std::lock_guard lock(mutex_);
+    isEnding_ = true;
+  }
+  wake_.notify_all();
+  thread_.join();
+}
+
+void Keeper::Keep(NewRecord record) {
+  {
+    const std::lock_guard lock(mutex_);
+    queue_.push_back(std::move(record));
+    state_.unsafe = static_cast<std::int64_t>(queue_.size());
+  }
+  wake_.notify_all();
+}
+
+bool Keeper::Finish(std::chrono::milliseconds patience) {
+  std::unique_lock lock(mutex_);
+  return safe_.wait_for(lock, patience, [&] { return queue_.empty(); });
+}
+
+KeeperState Keeper::State() {
+  const std::lock_guard lock(mutex_);
+  return state_;
+}
+
+void Keeper::Tell(const std::function<void(KeeperState&)>& change) {
+  KeeperState state;
+  {
+    const std::lock_guard lock(mutex_);
+    const KeeperState before = state_;
+    change(state_);
+    state_.unsafe = static_cast<std::int64_t>(queue_.size());
+    if (before == state_) return;
+    state = state_;
+  }
+  choice_.told(state);
+}
+
+void Keeper::Work() {
+  while (WaitForWork()) {
+    if (!archive_ && std::chrono::steady_clock::now() >= nextTry_) Open();
+    archive_ ? KeepNext() : PutNextAside();
+  }
+}
+
+bool Keeper::WaitForWork() {
+  std::unique_lock lock(mutex_);
+  const auto canWork = [&] { return !queue_.empty() && (archive_ || canPutAside_); };
+  const auto hasReason = [&] { return canWork() || isEnding_; };
+  if (archive_) {
+    wake_.wait(lock, hasReason);
+  } else {
+    wake_.wait_until(lock, nextTry_, hasReason);
+  }
+  return !isEnding_ || canWork();
+}
+
+void Keeper::Open() {
+  canPutAside_ = true;
+  try {
+    archive_.emplace(choice_.open());
+    BringOver();
+    Tell([](KeeperState& state) {
+      state.trouble.clear();
+      state.waiting = 0;
+    });
+  } catch (const RuntimeError& error) {
+    GiveUp(error.what());
+  }
+}
+
+void Keeper::GiveUp(const std::string& trouble) {
+  archive_.reset();
+  nextTry_ = std::chrono::steady_clock::now() + choice_.retry;
+  Tell([&](KeeperState& state) { state.trouble = trouble; });
+}
+
+// Whatever ends this half-way: what was brought over twice is one record, by its uid.
+void Keeper::BringOver() {
+  if (!aside_ && !choice_.hasWaiting()) return;
+  Archive& aside = Aside();
+  std::vector<std::int64_t> ids = aside.Find({});
+  std::ranges::reverse(ids);  // the oldest first
+  for (std::size_t from = 0; from < ids.size(); from += kBroughtAtOnce) {
+    const auto part = std::span(ids).subspan(from, std::min(kBroughtAtOnce, ids.size() - from));
+    std::vector<NewRecord> records;
+    for (const std::int64_t id : part) {
+      if (auto record = aside.Get(id)) records.push_back(std::move(*record));
+    }
+    archive_->KeepAll(records);
+    aside.Remove(part);
+    Tell([&](KeeperState& state) { state.kept += static_cast<std::int64_t>(records.size()); });
+  }
+}
+
+void Keeper::LimitSize() {
+  if (!choice_.limit || ++keptSincePrune_ < kKeptBetweenPrunes) return;
+  keptSincePrune_ = 0;
+  const Pruned pruned = archive_->Prune(*choice_.limit);
+  Tell([&](KeeperState& state) {
+    if (pruned.count > 0) {
+      if (state.pruned.count == 0) state.pruned.oldest = pruned.oldest;
+      state.pruned.newest = pruned.newest;
+      state.pruned.count += pruned.count;
+    }
+    state.pruned.isEnough = pruned.isEnough;
+  });
+}
+
+void Keeper::KeepNext() {
+  const NewRecord* next = Next();
+  if (next == nullptr) return;
+  try {
+    const std::int64_t id = archive_->Keep(*next);
+    Done([&](KeeperState& state) {
+      ++state.kept;
+      state.lastId = id;
+    });
+    LimitSize();
+  } catch (const DatabaseError& error) {
+    error.fault == Fault::Constraint ? Refuse(error.what()) : GiveUp(error.what());
+  } catch (const RuntimeError& error) {
+    Refuse(error.what());
+  }
+}
+
+void Keeper::PutNextAside() {
+  const NewRecord* next = Next();
+  if (next == nullptr) return;
+  try {
+    if (!choice_.openWaiting) throw RuntimeError("there is no place for a waiting file");
+    Aside().Keep(*next);
+    const std::int64_t waiting = Aside().Count();
+    Done([&](KeeperState& state) { state.waiting = waiting; });
+  } catch (const RuntimeError&) {
+    // The state tells that it is in memory only; the trouble with the archive itself stays told.
+    aside_.reset();
+    canPutAside_ = false;
+    Tell([](KeeperState&) {});
+  }
+}
+
+Archive& Keeper::Aside() {
+  if (!aside_) aside_.emplace(choice_.openWaiting());
+  return *aside_;
+}
+
+// Others add at the end only, which moves nothing.
+const NewRecord* Keeper::Next() {
+  const std::lock_guard lock(mutex_);
+  return queue_.empty() ? nullptr : &queue_.front();
+}
+
+void Keeper::Done(const std::function<void(KeeperState&)>& change) {
+  {
+    const std::lock_guard lock(mutex_);
+    queue_.pop_front();
+  }
+  Tell(change);
+  safe_.notify_all();
+}
+
+void Keeper::Refuse(const std::string& trouble) {
+  Done([&](KeeperState& state) {
+    ++state.refused;
+    state.trouble = "A record cannot be archived: " + trouble + ".";
+  });
+}
+
+}  // namespace kestrel::archive
