@@ -18,8 +18,11 @@ std::string Trimmed(std::string text) {
 
 }  // namespace
 
-PostgresDatabase::PostgresDatabase(const std::string& where)
-    : connection_(PQconnectdb(where.c_str())) {
+PostgresDatabase::PostgresDatabase(const std::string& where) {
+  // What `where` says itself comes later and holds.
+  const std::array<const char*, 3> names{"connect_timeout", "dbname", nullptr};
+  const std::array<const char*, 3> values{"10", where.c_str(), nullptr};
+  connection_.reset(PQconnectdbParams(names.data(), values.data(), 1));
   PGconn* connection = connection_.get();
   if (PQstatus(connection) != CONNECTION_OK) {
     throw DatabaseError(Fault::Lost, Trimmed(PQerrorMessage(connection)));
