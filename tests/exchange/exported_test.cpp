@@ -1,0 +1,90 @@
+// What holds of all formats that records are written in.
+// SPDX-License-Identifier: MIT
+#include "exchange/exported.h"
+
+#include <limits>
+
+#include "exchange/noted_records.h"
+
+namespace kestrel::exchange {
+namespace {
+
+using testing::HasSubstr;
+
+std::string WhyNot(const std::vector<NotedRecord>& records, ExportFormat format) {
+  const auto file = Exported(records, format);
+  return file ? "" : file.Why().Text();
+}
+
+TEST(ExportFormats, AreKnownByTheirNames) {
+  for (const ExportFormat format : kExportFormats) {
+    EXPECT_EQ(FormatNamed(NameOf(format)), format);
+    EXPECT_THAT(ExtensionOf(format), testing::StartsWith("."));
+  }
+  EXPECT_EQ(FormatNamed("uff"), std::nullopt);
+  EXPECT_EQ(FormatNamed("WAV"), std::nullopt);
+  EXPECT_EQ(FormatNamed(""), std::nullopt);
+}
+
+TEST(Exported, TheSameRecordsMakeTheSameBytes) {
+  for (const ExportFormat format : kExportFormats) {
+    if (!IsBuiltIn(format)) continue;
+    const std::vector<NotedRecord> records{TimeNoted()};
+    const auto first = Exported(records, format);
+    const auto second = Exported(records, format);
+    ASSERT_TRUE(first && second) << NameOf(format);
+    EXPECT_EQ(*first, *second) << NameOf(format);
+    const auto other = Exported(std::vector{TimeNoted(2)}, format);
+    EXPECT_NE(*other, *first) << NameOf(format);
+  }
+}
+
+TEST(Exported, NothingIsMadeOfNoRecord) {
+  for (const ExportFormat format : kExportFormats) {
+    EXPECT_EQ(WhyNot({}, format), "There is no record to write.");
+  }
+}
+
+TEST(Exported, AValueThatIsNoNumberIsRefusedAndItsRecordNamed) {
+  NotedRecord bad = SpectrumNoted();
+  bad.record.Of(Axis::Z).data(255) = std::numeric_limits<double>::quiet_NaN();
+  for (const ExportFormat format : kExportFormats) {
+    EXPECT_THAT(WhyNot({SpectrumNoted(), bad}, format), HasSubstr("Record 2 holds a value"));
+  }
+  bad = SpectrumNoted();
+  bad.record.Of(Axis::X).data(256) = std::numeric_limits<double>::infinity();  // beyond its points
+  EXPECT_EQ(WhyNot({bad}, ExportFormat::Json), "");
+}
+
+TEST(Exported, AnOptionThatNoSensorKnowsIsRefused) {
+  NotedRecord bad = SpectrumNoted();
+  bad.record.settings.option = 4;
+  EXPECT_THAT(WhyNot({bad}, ExportFormat::Csv), HasSubstr("sample-rate option 4"));
+}
+
+TEST(Exported, AWavFileHoldsOneTimeRecordAndTheRefusalNamesTheOthers) {
+  if (!IsBuiltIn(ExportFormat::Wav)) {
+    EXPECT_THAT(WhyNot({TimeNoted()}, ExportFormat::Wav), HasSubstr("without libsndfile"));
+    return;
+  }
+  EXPECT_THAT(
+      WhyNot({SpectrumNoted()}, ExportFormat::Wav),
+      HasSubstr("this is a spectrum. It can be written as uff58, uff58b, mat, csv or json"));
+  EXPECT_THAT(WhyNot({TimeNoted(), TimeNoted()}, ExportFormat::Wav),
+              HasSubstr("one time record, and there are 2"));
+  EXPECT_EQ(WhyNot({TimeNoted()}, ExportFormat::Wav), "");
+}
+
+TEST(Exported, TextsThatAreNoUtf8AreWrittenWithAMarkWhereTheyAreDamaged) {
+  NotedRecord noted = TimeNoted();
+  noted.note.machine = "caf\xE9";
+  for (const ExportFormat format : {ExportFormat::Json, ExportFormat::Csv, ExportFormat::Uff58}) {
+    const auto file = Exported(std::vector{noted}, format);
+    ASSERT_TRUE(file);
+    EXPECT_NE(file->find("caf\xEF\xBF\xBD"), std::string::npos) << NameOf(format);
+    EXPECT_EQ(file->find('\xE9'), std::string::npos) << NameOf(format);
+  }
+}
+
+}  // namespace
+}  // namespace kestrel::exchange
