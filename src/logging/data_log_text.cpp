@@ -14,23 +14,6 @@ namespace {
 
 constexpr const char* kLineBreak = "\r\n";
 
-// STATUS bit 0 first. Spellings and trailing blanks are part of the file format.
-constexpr std::array<const char*, kStatusFlags> kFlagNames{"VsL",
-                                                           "VsH",
-                                                           "FUF",
-                                                           "SPI",
-                                                           "Recording Escape ",
-                                                           "STD",
-                                                           "FMF",
-                                                           "DR",
-                                                           "X-Axis Spectral Alarm 1",
-                                                           "Y-Axis Spectral Alarm 1",
-                                                           "Z-Axis Spectral Alarm 1",
-                                                           "X-Axis Spectral Alarm 2 ",
-                                                           "Y-Axis Spectral Alarm 2 ",
-                                                           "Z-Axis Spectral Alarm 2",
-                                                           "System Alarm Flag"};
-
 class Writer {
  public:
   explicit Writer(const DataLogFormat& format) : format_(format) {}
@@ -94,7 +77,7 @@ std::string DataLogText(const Record& record, const DataLogFormat& format, const
   file.Pair("Capt_Temp 'C", file.Number(record.conditions.temperatureC));
   file.Line(" ");
   file.Line("Staus  Register");
-  file.Line(FlagLine(kFlagNames, format.separator));
+  file.Line(FlagLine(kDataLogFlagNames, format.separator));
   file.Line(FlagLine(StatusTexts(record.status), format.separator));
   file.Line(" ");
   file.Line(DataLogHeading(record.Width(), format.separator));

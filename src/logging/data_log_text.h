@@ -2,12 +2,31 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 
 #include "record/record.h"
+#include "record/status_flags.h"
 
 namespace kestrel {
+
+// STATUS bit 0 first. Spellings and trailing blanks are part of the file format.
+inline constexpr std::array<const char*, kStatusFlags> kDataLogFlagNames{"VsL",
+                                                                         "VsH",
+                                                                         "FUF",
+                                                                         "SPI",
+                                                                         "Recording Escape ",
+                                                                         "STD",
+                                                                         "FMF",
+                                                                         "DR",
+                                                                         "X-Axis Spectral Alarm 1",
+                                                                         "Y-Axis Spectral Alarm 1",
+                                                                         "Z-Axis Spectral Alarm 1",
+                                                                         "X-Axis Spectral Alarm 2 ",
+                                                                         "Y-Axis Spectral Alarm 2 ",
+                                                                         "Z-Axis Spectral Alarm 2",
+                                                                         "System Alarm Flag"};
 
 // How the locale shapes a data-log file: where numbers have a decimal comma, columns are separated
 // by tabs and the file is named ".txt".

@@ -3,11 +3,11 @@
 #include <cmath>
 #include <vector>
 
-#include "exchange/wav_text.h"
+#include "exchange/wav/text.h"
 #include "exchange/writers.h"
 #include "record/frequency.h"
 #ifdef KESTREL_SNDFILE
-#include "exchange/wav_memory.h"
+#include "exchange/wav/memory.h"
 #endif
 
 namespace kestrel::exchange {

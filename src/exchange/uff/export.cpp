@@ -5,7 +5,7 @@
 
 #include "exchange/facts.h"
 #include "exchange/texts.h"
-#include "exchange/uff_layout.h"
+#include "exchange/uff/layout.h"
 #include "exchange/writers.h"
 #include "numeric/number_format.h"
 #include "record/utc_time.h"
@@ -59,8 +59,10 @@ std::string SettingsLine(const Record& record) {
   return words.Line();
 }
 
-std::string ConditionsLine(const Record& record) {
+// Which record of how many it is comes first: a reader can tell where some are missing.
+std::string ConditionsLine(const Record& record, std::int64_t number, std::size_t count) {
   Words words(kUffOwnConditions);
+  words.Add("REC", std::to_string(number) + "/" + std::to_string(count));
   words.Add("SUPPLY", ExactText(record.conditions.supplyV));
   words.Add("TEMP", ExactText(record.conditions.temperatureC));
   words.Add("COUNT", std::to_string(record.conditions.recordCount));
@@ -93,6 +95,7 @@ struct Function {
   Axis axis = Axis::X;
   std::int64_t number = 1;
   std::int64_t node = 1;  // the record's number
+  std::size_t records = 1;
 
   [[nodiscard]] const Record& Rec() const { return noted.record; }
   [[nodiscard]] bool IsSpectrum() const { return Rec().kind == RecordKind::Spectrum; }
@@ -117,7 +120,7 @@ std::string Header(const Function& function) {
   const std::string none = AxisLine(kUffUnknown, "NONE", "NONE");
   return IdLine(title) + IdLine(NoteLine(function.noted.note)) +
          IdLine(TimeLine(TimeOf(function.noted))) + IdLine(SettingsLine(record)) +
-         IdLine(ConditionsLine(record)) + dof + form +
+         IdLine(ConditionsLine(record, function.node, function.records)) + dof + form +
          (isSpectrum ? AxisLine(kUffFrequency, "Frequency", "Hz")
                      : AxisLine(kUffTime, "Time", "s")) +
          AxisLine(kUffAcceleration, "Acceleration", "g") + none + none;
@@ -158,7 +161,8 @@ std::string AllOf(std::span<const NotedRecord> records, Dataset dataset) {
   std::int64_t number = 0;
   for (const NotedRecord& noted : records) {
     ++node;
-    for (const Axis axis : kAxes) file += dataset(Function{noted, axis, ++number, node});
+    for (const Axis axis : kAxes)
+      file += dataset(Function{noted, axis, ++number, node, records.size()});
   }
   return file;
 }

@@ -1,6 +1,6 @@
 // How that text is written and read.
 // SPDX-License-Identifier: MIT
-#include "exchange/wav_text.h"
+#include "exchange/wav/text.h"
 
 #include <algorithm>
 #include <cmath>

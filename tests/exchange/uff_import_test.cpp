@@ -1,0 +1,189 @@
+// Universal files of others, and what is wrong with damaged ones.
+// SPDX-License-Identifier: MIT
+#include <bit>
+#include <cstring>
+
+#include "exchange/round_trip.h"
+
+namespace kestrel::exchange {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+// A file of seven values of single precision, with a dataset of units before it.
+std::string Foreign() {
+  return "    -1\n   164\n         1  SI: Meter (newton)         2\n"
+         "  1.0000000000000000E+00  1.0000000000000000E+00\n    -1\n"
+         "    -1\n    58\nPump vertical\nNONE\n14-Mar-24 08:26:53\nNONE\nNONE\n"
+         "    1         1    0         0 NONE              12  -2 NONE               0   0\n"
+         "         2         7         1  5.00000E-01  1.25000E-03  0.00000E+00\n"
+         "        17    0    0    0 Time                 s\n"
+         "        12    0    0    0 Acceleration         m/s^2\n"
+         "         0    0    0    0 NONE                 NONE\n"
+         "         0    0    0    0 NONE                 NONE\n"
+         "  1.00000E+00-2.50000D-01  1.0000e-002  1.00000-101  0.00000E+00  4.00000E+00\n"
+         "  5.00000E+00\n    -1\n";
+}
+
+ImportedRecord TheRecord(const std::string& bytes) {
+  const auto file = Imported("f.uff", bytes);
+  EXPECT_TRUE(file) << file.Why().Text();
+  return file ? file->records.front() : ImportedRecord{};
+}
+
+TEST(UffImport, AFileOfAnotherProgramTellsWhatItTellsAndNoMore) {
+  const auto file = Imported("f.uff", Foreign());
+  ASSERT_TRUE(file) << file.Why().Text();
+  EXPECT_THAT(file->notices, ElementsAre(HasSubstr("Datasets 164 were left out")));
+  ASSERT_THAT(file->records, SizeIs(1));
+  const ImportedRecord& record = file->records.front();
+  EXPECT_EQ(record.kind, RecordKind::Time);
+  EXPECT_EQ(record.title, "Pump vertical");
+  EXPECT_EQ(record.timeText, "14-Mar-24 08:26:53");
+  EXPECT_EQ(record.time, std::nullopt);
+  EXPECT_EQ(record.first, 0.5);
+  EXPECT_EQ(record.step, 0.00125);
+  EXPECT_EQ(record.unit, "m/s^2");
+  EXPECT_EQ(record.gPerUnit, 1 / 9.80665);
+  EXPECT_EQ(record.settings, std::nullopt);
+  ASSERT_THAT(record.traces, SizeIs(1));
+  EXPECT_EQ(record.traces[0].axis, Axis::Y);
+  EXPECT_TRUE(record.traces[0].reversed);
+  EXPECT_THAT(record.traces[0].values, ElementsAre(1, -0.25, 0.01, 1e-101, 0, 4, 5));
+  EXPECT_THAT(UnknownsOf(record), ElementsAre("range", "time"));
+}
+
+TEST(UffImport, LineEndsOfWindowsAreTheSame) {
+  std::string bytes;
+  for (const char c : Foreign()) bytes += c == '\n' ? "\r\n" : std::string(1, c);
+  EXPECT_EQ(TheRecord(bytes).traces[0].values, TheRecord(Foreign()).traces[0].values);
+  EXPECT_EQ(TheRecord(Foreign() + "\n\n  \x1A").traces[0].values.size(), 7U);
+}
+
+TEST(UffImport, BytesInEitherOrderAndPrecisionAreRead) {
+  const std::vector<float> values{1.5F, -2.25F, 1e-30F};
+  for (const bool highFirst : {false, true}) {
+    std::string data;
+    for (const float value : values) {
+      std::string bytes = LittleEndian(std::bit_cast<std::uint32_t>(value), 4);
+      data += highFirst ? std::string(bytes.rbegin(), bytes.rend()) : bytes;
+    }
+    for (const char* end : {"", "\n", "\r\n"}) {
+      std::string file = Foreign();
+      file.erase(0, file.find("    58\n") - 7);
+      file.erase(file.find("  1.00000E+00-2.5"));
+      file = With(file, "    58\n",
+                  std::string("    58b     ") + (highFirst ? "2" : "1") +
+                      "     2          11          12     0     0           0"
+                      "           0\n");
+      file = With(file, "         2         7", "         2         3");
+      const ImportedRecord record = TheRecord(file + data + end + "    -1\n");
+      ASSERT_THAT(record.traces, SizeIs(1));
+      EXPECT_THAT(record.traces[0].values, ElementsAre(1.5, -2.25, static_cast<double>(1e-30F)));
+    }
+  }
+}
+
+TEST(UffImport, OnlyWhatIsAccelerationInAKnownUnitIsTakenAsG) {
+  const auto factor = [](const std::string& axis) {
+    return TheRecord(With(Foreign(), "        12    0    0    0 Acceleration         m/s^2", axis))
+        .gPerUnit;
+  };
+  EXPECT_EQ(factor("        12    0    0    0 Acceleration         G"), 1);
+  EXPECT_EQ(factor("        12    0    0    0 Acceleration         NONE"), std::nullopt);
+  EXPECT_EQ(factor("        12    0    0    0 Acceleration         ft/s^2"), std::nullopt);
+  EXPECT_EQ(factor("        16    0    0    0 Mass                 g"), std::nullopt);
+  const ImportedRecord power =
+      TheRecord(With(With(With(Foreign(), "    1         1", "    9         1"), "        17    0",
+                          "        18    0"),
+                     "m/s^2", "g    "));
+  EXPECT_FALSE(power.amplitudes);
+  EXPECT_EQ(power.gPerUnit, std::nullopt);
+  EXPECT_EQ(power.quantity, "Acceleration, power spectral density");
+}
+
+TEST(UffImport, TextsOfOlderProgramsBecomeUtf8) {
+  EXPECT_EQ(TheRecord(With(Foreign(), "Pump vertical", "K\xFChlpumpe")).title, "K\u00FChlpumpe");
+  EXPECT_EQ(TheRecord(With(Foreign(), "Pump vertical", "K\u00FChlpumpe")).title, "K\u00FChlpumpe");
+}
+
+struct Damage {
+  const char* from;
+  const char* to;
+  const char* message;
+};
+
+TEST(UffImport, WhatIsWrongIsNamedWithItsLineAndValue) {
+  const std::vector<Damage> damages{
+      {"         2         7", "         2        -7",
+       "f.uff, line 14: the number of values is -7."},
+      {"         2         7", "         2         8",
+       "f.uff, line 14: there should be 8 values, and the rest of the file"},
+      {"         2         7", "         2         6",
+       "line 20: the end of a dataset should stand"},
+      {"         2         7", "         29999999999",
+       "line 14: there should be 9999999999 values"},
+      {"         2         7", "         5         7",
+       "line 14: the data type is 5, complex values"},
+      {"         2         7", "         3         7",
+       "line 14: the data type is 3, which is none"},
+      {"         2         7", "         2      seven",
+       "line 14: the number of values is \"seve\""},
+      {"         7         1", "         7         0", "line 14: the abscissa spacing is 0"},
+      {"1.25000E-03", "0.00000E+00", "line 14: the abscissa increment is 0"},
+      {"1.25000E-03", "        NaN", "line 14: the abscissa increment is \"NaN\""},
+      {"  4.00000E+00", "          NaN", "line 19: value 6 is \"NaN\", which is no number."},
+      {"  4.00000E+00", "     Infinity", "line 19: value 6 is \"Infinity\""},
+      {"  4.00000E+00", " ************", "line 19: value 6 is \"************\""},
+      {"  4.00000E+00", "  4,00000E+00", "line 19: value 6 is \"4,00000E+00\""},
+      {"  1.0000e-002", "             ", "line 19: value 3 is \"\", which is no number"},
+      {"  1.0000e-002", "  1.0000e-999", "line 19: value 3 is"},
+      {"        17    0", "        19    0", "line 20: the dataset's abscissa is of type 19"},
+      {"        17    0", "      time    0", "line 15: the type of an axis is \"time\""},
+      {"    1         1", " time         1", "line 13: the function type is \"time\""},
+      {"    58\n", "    5X\n", "line 7: the number of the dataset is \"5X\""},
+      {"    58\n", "    58b     3     2          11          28\n", "line 7: the byte order is 3"},
+      {"    58\n", "    58b     1     1          11          28\n",
+       "line 7: the floating point format is 1"},
+      {"    58\n", "    58b     1     2          12          28\n",
+       "line 7: there should be 11 lines"},
+      {"    58\n", "    58b     1     2          11          27\n",
+       "7 values of 4 bytes, and the dataset has 27"},
+      {"    58\n", "    58b     1     2          11999999999999\n",
+       "the dataset has 999999999999 bytes"},
+      {"    58\n", "    59\n", "the file holds no dataset 58"},
+      {"  5.00000E+00\n", "  5.00000E+00  6.00000E+00\n", "line 20: there is more behind"},
+      {"  5.00000E+00\n    -1\n", "  5.00000E+00\n    -2\n", "line 21: the end of a dataset"}};
+  for (const Damage& damage : damages) {
+    EXPECT_THAT(WhyNotImported("f.uff", With(Foreign(), damage.from, damage.to)),
+                HasSubstr(damage.message));
+  }
+}
+
+TEST(UffImport, AValueThatIsMissingIsNotTakenFromTheNextDataset) {
+  const std::string bytes = With(Foreign(), "         2         7", "         2         8");
+  EXPECT_THAT(WhyNotImported("f.uff", bytes + Foreign()),
+              HasSubstr("f.uff, line 20: value 8 of 8 is missing."));
+}
+
+TEST(UffImport, ABinaryValueThatIsNoNumberIsNamed) {
+  std::string bytes = OneDataset(ExportFormat::Uff58b);
+  const std::size_t data = bytes.size() - 7 - 256 * 8;
+  const auto nan = std::bit_cast<std::uint64_t>(std::numeric_limits<double>::quiet_NaN());
+  std::memcpy(bytes.data() + data + 16, &nan, sizeof nan);
+  EXPECT_THAT(WhyNotImported("f.uff", bytes), HasSubstr("value 3 is nan"));
+}
+
+TEST(UffImport, AnotherStepThanTheColumnsHaveIsNotBelieved) {
+  const std::string bytes = BytesOf({SpectrumNoted()}, ExportFormat::Uff58);
+  const std::size_t at = bytes.find("STEP=");
+  const std::string step = bytes.substr(at, bytes.find('\n', at) - at);
+  std::string changed = bytes;
+  for (int i = 0; i < 3; ++i) changed = With(changed, step, "STEP=100");
+  EXPECT_EQ(TheRecord(changed).step, 195.683);
+}
+
+}  // namespace
+}  // namespace kestrel::exchange
