@@ -3,6 +3,7 @@
 #include "exchange/facts.h"
 
 #include <array>
+#include <cmath>
 
 #include "record/frequency.h"
 #include "record/record_notices.h"
@@ -111,6 +112,16 @@ void AddNotices(Facts& facts, const Record& record) {
   facts.push_back({"notices", std::move(notices)});
 }
 
+// What is no finite number is not known.
+void DropWhatIsNoNumber(FactValue& value) {
+  const auto* single = std::get_if<float>(&value);
+  const auto* number = std::get_if<double>(&value);
+  if ((single != nullptr && !std::isfinite(*single)) ||
+      (number != nullptr && !std::isfinite(*number))) {
+    value = {};
+  }
+}
+
 }  // namespace
 
 std::vector<Fact> FactsOf(const NotedRecord& noted) {
@@ -121,6 +132,7 @@ std::vector<Fact> FactsOf(const NotedRecord& noted) {
   AddConditions(facts, noted.record);
   AddAlarms(facts, noted.record.alarms);
   AddNotices(facts, noted.record);
+  for (Fact& fact : facts) DropWhatIsNoNumber(fact.value);
   return facts;
 }
 

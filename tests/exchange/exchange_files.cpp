@@ -7,6 +7,8 @@
 #include "exchange/exported.h"
 #include "exchange/facts.h"
 #include "exchange/noted_records.h"
+#include "exchange/wire_vcd.h"
+#include "support/seeds.h"
 
 namespace kestrel::exchange {
 namespace {
@@ -71,6 +73,25 @@ NotedRecord Extreme() {
   return noted;
 }
 
+// Random words, some under one chip select, with pauses between; a word to and from the sensor a
+// line.
+void WriteWire(const std::filesystem::path& folder) {
+  Random random(1);
+  std::vector<WireFrame> frames;
+  std::string expected;
+  for (int i = 0; i < 200; ++i) {
+    WireFrame frame{.at = std::chrono::microseconds(40 * i),
+                    .mosi = static_cast<std::uint16_t>(random.Word()),
+                    .miso = static_cast<std::uint16_t>(random.Word()),
+                    .selectedOn = random.OneIn(3)};
+    expected += std::to_string(frame.mosi) + " " + std::to_string(*frame.miso) + "\n";
+    frames.push_back(frame);
+  }
+  frames.back().selectedOn = false;
+  Write(folder / "wire.vcd", *WireVcd(frames));
+  Write(folder / "wire.words", expected);
+}
+
 }  // namespace
 }  // namespace kestrel::exchange
 
@@ -85,5 +106,6 @@ int main(int count, char** arguments) {
   }
   failed |= WriteAll(folder, "extreme", {Extreme()});
   failed |= WriteAll(folder, "many", {SpectrumNoted(1), TimeNoted(2), Extreme(), SpectrumNoted(3)});
+  WriteWire(folder);
   return failed;
 }

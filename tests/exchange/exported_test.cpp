@@ -75,6 +75,35 @@ TEST(Exported, AWavFileHoldsOneTimeRecordAndTheRefusalNamesTheOthers) {
   EXPECT_EQ(WhyNot({TimeNoted()}, ExportFormat::Wav), "");
 }
 
+TEST(Exported, ASpeedThatIsNoNumberIsLeftOut) {
+  NotedRecord noted = TimeNoted();
+  noted.note.speedRpm = std::numeric_limits<double>::infinity();
+  noted.record.conditions.supplyV = std::numeric_limits<float>::quiet_NaN();
+  const auto json = Exported(std::vector{noted}, ExportFormat::Json);
+  ASSERT_TRUE(json);
+  EXPECT_NE(json->find("\"speed_rpm\": null"), std::string::npos);
+  EXPECT_NE(json->find("\"supply_v\": null"), std::string::npos);
+}
+
+TEST(Exported, ANoteCannotEndADataset) {
+  NotedRecord noted = SpectrumNoted();
+  noted.note = {.machine = "    -1\n    -1\n    58"};
+  const auto file = Exported(std::vector{noted}, ExportFormat::Uff58);
+  ASSERT_TRUE(file);
+  std::size_t marks = 0;
+  for (std::size_t at = 0; at < file->size(); at = file->find('\n', at) + 1) {
+    const std::string line = file->substr(at, file->find('\n', at) - at);
+    if (line.find_first_not_of(' ') != std::string::npos &&
+        line.substr(line.find_first_not_of(' ')) == "-1") {
+      ++marks;
+    }
+  }
+  EXPECT_EQ(marks, 6U);
+  noted.note = {.machine = "-1"};
+  EXPECT_NE(Exported(std::vector{noted}, ExportFormat::Uff58)->find("\n\"-1\"\n"),
+            std::string::npos);
+}
+
 TEST(Exported, TextsThatAreNoUtf8AreWrittenWithAMarkWhereTheyAreDamaged) {
   NotedRecord noted = TimeNoted();
   noted.note.machine = "caf\xE9";

@@ -2,9 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "exchange/imported.h"
 
+#include <cmath>
+
 #include "exchange/exported.h"
 #include "exchange/noted_records.h"
 #include "exchange/round_trip.h"
+#include "support/seeds.h"
 
 namespace kestrel::exchange {
 namespace {
@@ -50,7 +53,7 @@ TEST(Imported, RecordsComeBackFromUniversalFilesWordForWord) {
   }
 }
 
-TEST(Imported, AnAxisOfThreeLettersAFileThatIsLessIsCutOff) {
+TEST(Imported, DatasetsThatAreMissingAtTheEndAreNoticed) {
   const std::string bytes = BytesOf({SpectrumNoted(), SpectrumNoted(2)}, ExportFormat::Uff58);
   std::size_t sets = 0;
   for (std::size_t at = bytes.find("    -1\n    -1\n"); at != std::string::npos;
@@ -131,6 +134,33 @@ TEST(Imported, ADataLogFileCutAtAnyByteIsRefused) {
 TEST(Imported, AWavFileCutAtAnyByteIsRefused) {
   if (!IsBuiltIn(ExportFormat::Wav)) return;
   ExpectCutsAreNoticed(BytesOf({TimeNoted()}, ExportFormat::Wav), 0);
+}
+
+TEST(Imported, BytesThatAreDamagedAnywhereAreReadAsNumbersOrRefusedWithTheirPlace) {
+  std::vector<std::string> files{OneDataset(ExportFormat::Uff58), OneDataset(ExportFormat::Uff58b),
+                                 DataLogOf(SpectrumNoted().record), PlainWav()};
+  int refused = 0;
+  WithSeeds(400, [&](Random& random) {
+    std::string bytes = random.Of(files);
+    for (int change = random.Between(1, 4); change > 0; --change) {
+      bytes[static_cast<std::size_t>(random.Below(static_cast<int>(bytes.size())))] =
+          static_cast<char>(random.Below(256));
+    }
+    const auto file = Imported("f", bytes);
+    if (!file) {
+      ++refused;
+      EXPECT_THAT(file.Why().Text(), testing::StartsWith("f"));
+      EXPECT_EQ(file.Why().Text().find('\n'), std::string::npos);
+      return;
+    }
+    for (const ImportedRecord& record : file->records) {
+      for (const ImportedTrace& trace : record.traces) {
+        EXPECT_THAT(trace.values,
+                    testing::Each(testing::Truly([](double v) { return std::isfinite(v); })));
+      }
+    }
+  });
+  EXPECT_GT(refused, 50);
 }
 
 }  // namespace

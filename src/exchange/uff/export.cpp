@@ -17,10 +17,12 @@ std::string Whole(std::int64_t value, std::size_t columns) {
   return AtRight(std::to_string(value), columns);
 }
 
-// A line that FORTRAN reads as text. An empty one would be taken for a line that is missing.
+// A line that FORTRAN reads as text. An empty one would be taken for a line that is missing, and
+// "-1" for the end of the dataset.
 std::string IdLine(std::string_view text) {
   const std::string line = Shortened(OneLine(CleanUtf8(text)), kUffLine);
-  return (line.empty() ? "NONE" : line) + "\n";
+  if (line.empty()) return "NONE\n";
+  return line == "-1" ? "\"-1\"\n" : line + "\n";
 }
 
 // "14-MAR-24 08:26:53  2024-03-14T08:26:53.000Z": what the format knows, and the whole moment.

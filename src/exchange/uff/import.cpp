@@ -36,8 +36,8 @@ RecordKind KindOf(const UffCursor& cursor, const UffFunction& function) {
   const bool isOpen = type == kUffUnknown || type == kUffAnything;
   if (isOpen && function.type == kUffTimeResponse) return RecordKind::Time;
   if (isOpen && function.type == kUffSpectrum) return RecordKind::Spectrum;
-  cursor.Stop("the dataset's abscissa is of type " + std::to_string(type) +
-              ", and only time (17) and frequency (18) can be imported");
+  StopAtLine(cursor.Number(), "the dataset's abscissa is of type " + std::to_string(type) +
+                                  ", and only time (17) and frequency (18) can be imported.");
 }
 
 std::optional<double> GPerUnit(const UffAxis& ordinate) {
