@@ -240,13 +240,19 @@ Pruned Archive::Prune(std::int64_t bytes) {
 }
 
 std::vector<std::string> Archive::Damage() {
-  std::vector<std::string> lines = database_->Damage();
-  database_->Run(
-      "select r.id from record r left join points p on p.record = r.id where p.record is null "
-      "order by r.id",
-      {}, [&](Row row) {
-        lines.push_back("record " + std::to_string(database::Integer(row[0])) + " has no points");
-      });
+  std::vector<std::string> lines;
+  try {
+    lines = database_->Damage();
+    database_->Run(
+        "select r.id from record r left join points p on p.record = r.id where p.record is null "
+        "order by r.id",
+        {}, [&](Row row) {
+          lines.push_back("record " + std::to_string(database::Integer(row[0])) + " has no points");
+        });
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Corrupt) throw;
+    lines.emplace_back(error.what());  // too damaged to be gone through
+  }
   return lines;
 }
 

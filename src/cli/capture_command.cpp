@@ -83,6 +83,7 @@ void CaptureCommand::AddTo(CLI::App& app) {
       ->needs("--out");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
   numbers_.AddTo(*word_);
+  remarks_.AddTo(*word_);
 }
 
 ExitCode CaptureCommand::Run(Session& session, const Output& output) {
@@ -135,6 +136,7 @@ ExitCode CaptureCommand::Capture(Session& session, const Output& output, int num
                       .file = {},
                       .numbers = NumbersFor(captured->record, numbers_, bands_)};
   const bool isNew = report.record.IsNew();
+  session.Keep(report.record, remarks_.Remarks());
   const bool writes = !folder_.empty() && (isNew || oldData_);
   if (writes) {
     const auto file = records.WriteDataFile();
@@ -157,6 +159,7 @@ void RecordCommand::AddTo(CLI::App& app) {
   word_->add_flag("--time", time_, "It is a time record, not a spectrum");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
   numbers_.AddTo(*word_);
+  remarks_.AddTo(*word_);
 }
 
 ExitCode RecordCommand::Run(Session& session, const Output& output) {
@@ -170,6 +173,7 @@ ExitCode RecordCommand::Run(Session& session, const Output& output) {
       record_, time_ ? RecordKind::Time : RecordKind::Spectrum);
   if (!record) return session.Fail(record.Why());
   session.EndProgress();
+  session.Keep(*record, remarks_.Remarks());
   WriteRecord(output, {.record = *record,
                        .withData = withData_,
                        .file = {},

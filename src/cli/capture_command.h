@@ -9,6 +9,7 @@
 #include "alarms/band_table.h"
 #include "cli/command.h"
 #include "cli/number_choice.h"
+#include "cli/remark_options.h"
 
 namespace kestrel {
 
@@ -32,6 +33,7 @@ class CaptureCommand : public Command {
   bool withData_ = false;
   bool oldData_ = false;
   NumberChoice numbers_;
+  RemarkOptions remarks_;
   std::optional<BandTable> bands_;  // of the sensor, where levels are asked for
 };
 
@@ -48,6 +50,7 @@ class RecordCommand : public Command {
   bool time_ = false;
   bool withData_ = false;
   NumberChoice numbers_;
+  RemarkOptions remarks_;
 };
 
 }  // namespace kestrel

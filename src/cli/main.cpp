@@ -35,7 +35,9 @@ int Run(const std::vector<std::string>& arguments) {
                   .interrupted = [] { return pressed.exchange(false); },
                   .out = std::cout,
                   .error = std::cerr,
-                  .showProgress = kestrel::System::ErrorIsTerminal()}));
+                  .showProgress = kestrel::System::ErrorIsTerminal(),
+                  .usualArchive = kestrel::archive::UsualPlace(kestrel::System::Environment),
+                  .bench = kestrel::System::ComputerName()}));
 }
 
 }  // namespace

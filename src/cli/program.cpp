@@ -13,6 +13,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "cli/archive_command.h"
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
@@ -68,6 +69,22 @@ void AddConnection(CLI::App& app, Connection& connection) {
   device->excludes(adapter)->excludes(simulate);
 }
 
+// What "--archive" and "--no-archive" say.
+struct ArchiveOptions {
+  std::string place;
+  bool none = false;
+
+  void AddTo(CLI::App& app) {
+    auto* named = app.add_option("--archive", place,
+                                 "Keep records in this file, or on this server (postgresql://...)");
+    app.add_flag("--no-archive", none, "Keep no record")->excludes(named);
+  }
+  [[nodiscard]] KeepingChoice Choice(const archive::Place& usual) const {
+    if (none) return {};
+    return place.empty() ? KeepingChoice{usual, false} : KeepingChoice{{place}, true};
+  }
+};
+
 ExitCode RunCommand(Command& command, Session& session, const Output& output) {
   try {
     if (command.NeedsSensor()) {
@@ -77,7 +94,8 @@ ExitCode RunCommand(Command& command, Session& session, const Output& output) {
     }
     const ExitCode end = command.Run(session, output);
     session.SayNotes();
-    return end;
+    const bool isKept = session.EndKeeping();
+    return isKept || end != ExitCode::Success ? end : ExitCode::Failure;
   } catch (const std::runtime_error& error) {  // the system's own errors of files among them
     session.Say(error.what());
     return ExitCode::Failure;
@@ -119,21 +137,23 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.set_version_flag("--version", KESTREL_VERSION);
   app.add_flag("--json", output.json, "Write results as JSON");
   AddConnection(app, connection);
+  ArchiveOptions archiveOptions;
+  archiveOptions.AddTo(app);
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 7> commands{
-      std::make_unique<CaptureCommand>(), std::make_unique<RegistersCommand>(),
-      std::make_unique<BandsCommand>(),   std::make_unique<GlobalCommand>(),
-      std::make_unique<RecordCommand>(),  std::make_unique<StatusCommand>(),
-      std::make_unique<AdaptersCommand>()};
+  std::array<std::unique_ptr<Command>, 8> commands{
+      std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
+      std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
+      std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
+      std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
     return Refuse(app, error, surroundings);
   }
-  Session session(surroundings, connection);
+  Session session(surroundings, connection, archiveOptions.Choice(surroundings.usualArchive));
   const auto chosen = std::find_if(commands.begin(), commands.end(),
                                    [](const auto& command) { return command->Chosen(); });
   return RunCommand(**chosen, session, output);

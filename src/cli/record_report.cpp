@@ -77,30 +77,6 @@ Json AxisJson(const RecordReport& report, Axis axis) {
   return json;
 }
 
-Json RecordJson(const RecordReport& report) {
-  const Record& record = report.record;
-  const RecordSettings& settings = record.settings;
-  Json json;
-  if (report.number > 0) json["capture"] = report.number;
-  json["type"] = IsSpectrum(record) ? "spectrum" : "time";
-  json["time"] = UtcText(record.time);
-  json["sample_rate_option"] = settings.option;
-  json["sample_rate_hz"] = SampleFrequency(settings.option);
-  // A count of 0 means one average.
-  if (IsSpectrum(record)) json["averages"] = std::max<int>(settings.averages, 1);
-  json["window"] = PlainWindow(settings.window);
-  json["range"] = PlainRange(settings.range);
-  if (report.numbers) json["numbers"] = NumbersHeadJson(*report.numbers);
-  for (const Axis axis : kAxes) json["axes"][std::string(1, Letter(axis))] = AxisJson(report, axis);
-  json["supply_v"] = static_cast<double>(record.conditions.supplyV);
-  json["temperature_c"] = static_cast<double>(record.conditions.temperatureC);
-  json["status"] = StatusJson(record.status);
-  json["stopped"] = report.stopped;
-  if (!record.IsNew()) json["new"] = false;
-  if (!report.file.empty()) json["file"] = report.file.string();
-  return json;
-}
-
 void PrintPoints(std::ostream& out, const Record& record) {
   out << (IsSpectrum(record) ? "bin" : "sample") << "\tX, g\tY, g\tZ, g\n";
   for (std::size_t i = 0; i < record.Points(); ++i) {
@@ -138,6 +114,30 @@ const char* FlagText(StatusFlags status, std::size_t bit) {
 }
 
 }  // namespace
+
+Json RecordJson(const RecordReport& report) {
+  const Record& record = report.record;
+  const RecordSettings& settings = record.settings;
+  Json json;
+  if (report.number > 0) json["capture"] = report.number;
+  json["type"] = IsSpectrum(record) ? "spectrum" : "time";
+  json["time"] = UtcText(record.time);
+  json["sample_rate_option"] = settings.option;
+  json["sample_rate_hz"] = SampleFrequency(settings.option);
+  // A count of 0 means one average.
+  if (IsSpectrum(record)) json["averages"] = std::max<int>(settings.averages, 1);
+  json["window"] = PlainWindow(settings.window);
+  json["range"] = PlainRange(settings.range);
+  if (report.numbers) json["numbers"] = NumbersHeadJson(*report.numbers);
+  for (const Axis axis : kAxes) json["axes"][std::string(1, Letter(axis))] = AxisJson(report, axis);
+  json["supply_v"] = static_cast<double>(record.conditions.supplyV);
+  json["temperature_c"] = static_cast<double>(record.conditions.temperatureC);
+  json["status"] = StatusJson(record.status);
+  json["stopped"] = report.stopped;
+  if (!record.IsNew()) json["new"] = false;
+  if (!report.file.empty()) json["file"] = report.file.string();
+  return json;
+}
 
 void WriteRecord(const Output& output, const RecordReport& report) {
   if (output.json) {

@@ -16,12 +16,14 @@ struct RecordReport {
   int number = 0;                         // 1 for the first capture; 0 where there is only one
   bool withData = false;                  // every point in the text as well; JSON always has them
   bool stopped = false;                   // ended early
-  std::filesystem::path file;             // empty when none was written
+  std::filesystem::path file{};           // empty when none was written
   std::optional<NumberReport> numbers{};  // where they were asked for
 };
 
 // Reports a record: how it was taken, the peak of each axis, conditions, flags, alarms.
 void WriteRecord(const Output& output, const RecordReport& report);
+
+[[nodiscard]] Json RecordJson(const RecordReport& report);
 
 // Supply and temperature, one line.
 [[nodiscard]] std::string ConditionsText(const Conditions& conditions);

@@ -8,11 +8,19 @@ namespace kestrel {
 namespace {
 
 constexpr const char* kEraseLine = "\r\x1B[K";
+// Long enough for a server that has to be given up.
+constexpr std::chrono::seconds kKeepingPatience{30};
+
+std::string Records(std::int64_t count) {
+  return std::to_string(count) + (count == 1 ? " record" : " records");
+}
 
 }  // namespace
 
-Session::Session(const Surroundings& surroundings, const Connection& connection)
+Session::Session(const Surroundings& surroundings, const Connection& connection,
+                 const KeepingChoice& archive)
     : surroundings_(surroundings),
+      archive_(archive),
       station({.clock = surroundings.clock,
                .files = surroundings.files,
                .locale = surroundings.locale,
@@ -53,6 +61,33 @@ void Session::ShowProgress(const Progress& progress) {
     surroundings_.error << progress.done << " s" << std::flush;
   }
   progressShown_ = true;
+}
+
+void Session::Keep(const Record& record, const archive::Remarks& remarks) {
+  if (archive_.place.text.empty() || !record.Taken() || !record.IsNew()) return;
+  if (!keeper_) {
+    keeper_ = std::make_unique<archive::Keeper>(
+        archive::ChoiceFor(archive_.place, surroundings_.usualArchive));
+  }
+  keeper_->Keep({.uid = archive::NewUid(),
+                 .record = record,
+                 .remarks = remarks,
+                 .program = KESTREL_VERSION,
+                 .bench = surroundings_.bench});
+}
+
+bool Session::EndKeeping() {
+  if (!keeper_) return true;
+  const bool isSafe = keeper_->Finish(kKeepingPatience);
+  const archive::KeeperState state = keeper_->State();
+  keeper_.reset();
+  if (!state.trouble.empty()) Say(state.trouble);
+  if (state.waiting > 0) {
+    Say(Records(state.waiting) + " will be brought to the archive as soon as it can be had.");
+  }
+  if (!isSafe) Say(Records(state.unsafe) + " could be kept nowhere.");
+  const bool hasAll = isSafe && state.waiting == 0 && state.refused == 0;
+  return hasAll || !archive_.named;
 }
 
 void Session::EndProgress() {

@@ -4,8 +4,10 @@
 
 #include <functional>
 #include <iosfwd>
+#include <memory>
 #include <string>
 
+#include "archive/keeper.h"
 #include "cli/exit_code.h"
 #include "platform/hardware_switch.h"
 #include "station/station.h"
@@ -23,12 +25,21 @@ struct Surroundings {
   std::function<bool()> interrupted;  // Ctrl-C since last asked
   std::ostream& out;
   std::ostream& error;
-  bool showProgress = false;  // the error stream is somebody's terminal
+  bool showProgress = false;      // the error stream is somebody's terminal
+  archive::Place usualArchive{};  // where nothing else is chosen; none: nothing is kept
+  std::string bench{};            // the name of this computer
+};
+
+// Where records are kept.
+struct KeepingChoice {
+  archive::Place place;  // none: nowhere
+  bool named = false;    // the user named it
 };
 
 class Session {
  public:
-  Session(const Surroundings& surroundings, const Connection& connection);
+  Session(const Surroundings& surroundings, const Connection& connection,
+          const KeepingChoice& archive);
 
   // A line on the error stream.
   void Say(const std::string& text);
@@ -41,9 +52,18 @@ class Session {
   void ShowProgress(const Progress& progress);
   void EndProgress();
 
+  // Hands a record to the archive, where there is one and the record is new.
+  void Keep(const Record& record, const archive::Remarks& remarks);
+  // Waits until records are kept and says what stands in the way. False where the user named the
+  // archive and it does not have them all.
+  [[nodiscard]] bool EndKeeping();
+  [[nodiscard]] const archive::Place& ArchivePlace() const { return archive_.place; }
+
  private:
   const Surroundings& surroundings_;
+  KeepingChoice archive_;
   bool progressShown_ = false;
+  std::unique_ptr<archive::Keeper> keeper_;  // from the first record on
 
  public:
   Station station;

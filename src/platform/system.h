@@ -42,6 +42,11 @@ class System {
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();
 
+  // The name of this computer among others; empty where it has none.
+  [[nodiscard]] static std::string ComputerName();
+  // A variable of the environment, in UTF-8; empty where it is not set.
+  [[nodiscard]] static std::string Environment(const char* name);
+
   // Whether somebody watches what goes to the error stream.
   [[nodiscard]] static bool ErrorIsTerminal();
 

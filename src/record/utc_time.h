@@ -3,11 +3,16 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <string>
 
 namespace kestrel {
 
 // "2024-03-14T08:26:53.000Z", with milliseconds, rounded down.
 [[nodiscard]] std::string UtcText(std::chrono::system_clock::time_point moment);
+
+// "2024-03-14", its first moment, or "2024-03-14T08:26", with seconds and parts of one, with a "Z"
+// or without. Nothing of any other text.
+[[nodiscard]] std::optional<std::chrono::system_clock::time_point> UtcFrom(const std::string& text);
 
 }  // namespace kestrel

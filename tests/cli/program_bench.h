@@ -38,7 +38,9 @@ class ProgramBench : public testing::Test {
                                   .interrupted = interrupted,
                                   .out = out,
                                   .error = error,
-                                  .showProgress = showProgress});
+                                  .showProgress = showProgress,
+                                  .usualArchive = usualArchive,
+                                  .bench = "bench 1"});
   }
 
   // On the simulated sensor.
@@ -61,6 +63,7 @@ class ProgramBench : public testing::Test {
   UnusedDriverService service;
   std::function<bool()> interrupted = [] { return false; };
   bool showProgress = false;
+  archive::Place usualArchive{};  // none: nothing is kept
   std::string portDevice;  // that the program asked for
   std::ostringstream out;
   std::ostringstream error;

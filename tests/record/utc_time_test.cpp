@@ -33,5 +33,28 @@ TEST(UtcTime, WhatIsLessThanAMillisecondIsDroppedBefore1970Too) {
             "1969-12-31T23:59:59.999Z");
 }
 
+TEST(UtcFrom, ReadsWhatUtcTextWrites) {
+  const auto moment =
+      std::chrono::system_clock::from_time_t(1'763'750'123) + std::chrono::milliseconds(45);
+  EXPECT_EQ(UtcFrom(UtcText(moment)), moment);
+}
+
+TEST(UtcFrom, ReadsShorterTexts) {
+  const auto midnight = UtcFrom("2024-02-29");
+  ASSERT_TRUE(midnight);
+  EXPECT_EQ(UtcText(*midnight), "2024-02-29T00:00:00.000Z");
+  EXPECT_EQ(UtcFrom("2024-02-29T08:05"), *midnight + std::chrono::minutes(8 * 60 + 5));
+  EXPECT_EQ(UtcFrom("2024-02-29 08:05:07.5Z"),
+            *midnight + std::chrono::minutes(8 * 60 + 5) + std::chrono::milliseconds(7500));
+}
+
+TEST(UtcFrom, TakesNothingElse) {
+  for (const char* text : {"", "x", "2024", "2024-02", "2023-02-29", "2024-13-01", "2024-2-9",
+                           "2024-02-29T", "2024-02-29T24:00", "2024-02-29T08:60", "2024-02-29T8:05",
+                           "2024-02-29T08:05x", "2024-02-29T08:05:61", "+024-02-29"}) {
+    EXPECT_FALSE(UtcFrom(text)) << text;
+  }
+}
+
 }  // namespace
 }  // namespace kestrel

@@ -1,14 +1,15 @@
 # Completion of kestrel-cli for bash.
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local global="--simulate --scenario --adapter --parallel --port-device --json --version --help"
-  local commands="capture registers bands command record status adapters"
+  local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
+  local commands="capture registers bands command record status adapters archive"
+  local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters)
+      capture | registers | bands | command | record | status | adapters | archive)
         [ -n "$command" ] || command=$word ;;
-      list | read | write | dump | clear | load | save) action=$word ;;
+      list | read | write | dump | clear | load | save | show | note | delete | check | rescue) action=$word ;;
     esac
   done
   case $previous in
@@ -20,18 +21,26 @@ _kestrel_cli() {
     --amplitude) words="peak rms pp" ;;
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
     --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
+    --kind) words="spectrum time" ;;
+    --archive | --into) COMPREPLY=($(compgen -f -- "$current")); return ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
     --out) COMPREPLY=($(compgen -d -- "$current")); return ;;
     *)
       case $command:$action in
         :) words="$global $commands" ;;
-        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --peaks --levels --quantity --amplitude --help" ;;
+        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --peaks --levels --quantity --amplitude $remarks --help" ;;
         registers:) words="list read write dump" ;;
         registers:dump) words="--out" ;;
         bands:) words="read write clear load save" ;;
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
-        record:) words="--time --data --peaks --levels --quantity --amplitude --help" ;;
+        record:) words="--time --data --peaks --levels --quantity --amplitude $remarks --help" ;;
+        archive:) words="list show note delete check rescue" ;;
+        archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --limit --help" ;;
+        archive:show) words="--data --help" ;;
+        archive:note) words="$remarks --help" ;;
+        archive:delete) words="--undo --for-good --help" ;;
+        archive:rescue) words="--into --help" ;;
         status:) words="--clear --help" ;;
       esac ;;
   esac

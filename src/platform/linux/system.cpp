@@ -4,6 +4,10 @@
 
 #include <unistd.h>
 
+#include <array>
+#include <climits>
+#include <cstdlib>
+
 #include "platform/linux/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
@@ -45,6 +49,16 @@ void System::UsePortDevice(const std::string& device) {
 }
 SystemVersion System::Version() {
   return {};
+}
+
+std::string System::ComputerName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+std::string System::Environment(const char* name) {
+  const char* value = std::getenv(name);
+  return value == nullptr ? "" : value;
 }
 
 bool System::ErrorIsTerminal() {

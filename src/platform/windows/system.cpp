@@ -5,6 +5,7 @@
 #include <io.h>
 
 #include <cstdio>
+#include <filesystem>
 
 #include "platform/windows/ezusb_driver.h"
 #include "platform/windows/port_libraries.h"
@@ -59,6 +60,17 @@ SystemVersion System::Version() {
   }
   return {SystemVersion::Family::WindowsNt, static_cast<int>(info.dwMajorVersion),
           static_cast<int>(info.dwMinorVersion)};
+}
+
+std::string System::ComputerName() {
+  return Environment("COMPUTERNAME");
+}
+
+std::string System::Environment(const char* name) {
+  const wchar_t* value = _wgetenv(std::filesystem::path(name).c_str());
+  if (value == nullptr) return "";
+  const std::u8string text = std::filesystem::path(value).u8string();
+  return {text.begin(), text.end()};
 }
 
 bool System::ErrorIsTerminal() {

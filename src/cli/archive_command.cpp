@@ -1,0 +1,162 @@
+// What each word about the archive does.
+// SPDX-License-Identifier: MIT
+#include "cli/archive_command.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
+#include <algorithm>
+
+#include "archive/place.h"
+#include "archive/rescue.h"
+#include "cli/archive_report.h"
+#include "cli/record_report.h"
+
+namespace kestrel {
+namespace {
+
+using archive::Archive;
+using archive::KeptRecord;
+using database::Access;
+
+// Rows read at once for a list.
+constexpr std::size_t kBlock = 256;
+
+Archive OpenHere(const Session& session, Access access) {
+  const archive::Place& place = session.ArchivePlace();
+  if (place.text.empty()) throw RuntimeError("No archive is chosen; name one with --archive.");
+  return archive::Open(place, access);
+}
+
+// Throws where there is no such record.
+KeptRecord Found(Archive& archive, std::int64_t id) {
+  auto record = archive.Get(id);
+  if (!record) throw RuntimeError("There is no record " + std::to_string(id) + " in the archive.");
+  return std::move(*record);
+}
+
+}  // namespace
+
+CLI::App* ArchiveCommand::Add(const char* name, const char* text, Deed deed) {
+  CLI::App* word = word_->add_subcommand(name, text);
+  deeds_.emplace_back(word, deed);
+  return word;
+}
+
+void ArchiveCommand::AddIds(CLI::App& word) {
+  word.add_option("id", ids_, "Numbers of records, as the list tells them")->required();
+}
+
+void ArchiveCommand::AddTo(CLI::App& app) {
+  word_ = app.add_subcommand("archive", "Look at the records that were kept");
+  word_->require_subcommand(1);
+  CLI::App* list = Add("list", "List records, the latest first", &ArchiveCommand::List);
+  filter_.AddTo(*list);
+  list->add_option("--limit", most_, "At most so many")->check(CLI::PositiveNumber);
+  CLI::App* show = Add("show", "Report records", &ArchiveCommand::Show);
+  AddIds(*show);
+  show->add_flag("--data", withData_, "Report every point in the text as well");
+  CLI::App* note = Add("note", "Change what was told of records", &ArchiveCommand::Note);
+  AddIds(*note);
+  remarks_.AddTo(*note);
+  CLI::App* remove =
+      Add("delete", "Delete records, so that they can be brought back", &ArchiveCommand::Delete);
+  AddIds(*remove);
+  auto* back = remove->add_flag("--undo", bringBack_, "Bring deleted records back");
+  remove->add_flag("--for-good", forGood_, "Remove them for good")->excludes(back);
+  Add("check", "See whether anything is damaged", &ArchiveCommand::Check);
+  CLI::App* rescue =
+      Add("rescue", "Save what can be read of a damaged archive", &ArchiveCommand::Rescue);
+  rescue->add_option("--into", into_, "The archive that takes it")->required()->type_name("FILE");
+}
+
+ExitCode ArchiveCommand::Run(Session& session, const Output& output) {
+  const auto chosen =
+      std::ranges::find_if(deeds_, [](const auto& deed) { return deed.first->parsed(); });
+  return (this->*chosen->second)(session, output);
+}
+
+ExitCode ArchiveCommand::List(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadOnly);
+  std::vector<std::int64_t> ids = archive.Find(filter_.Filter());
+  if (most_ > 0) ids.resize(std::min(ids.size(), static_cast<std::size_t>(most_)));
+  Json all = Json::array();
+  if (!output.json) output.out << ListHead();
+  for (std::size_t from = 0; from < ids.size(); from += kBlock) {
+    const auto part = std::span(ids).subspan(from, std::min(kBlock, ids.size() - from));
+    for (const KeptRecord& record : archive.List(part)) {
+      if (output.json)
+        all.push_back(KeptJson(record));
+      else
+        output.out << ListLine(record);
+    }
+  }
+  if (output.json) output.Write(all);
+  return ExitCode::Success;
+}
+
+ExitCode ArchiveCommand::Show(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadOnly);
+  for (const std::int64_t id : ids_) {
+    const KeptRecord record = Found(archive, id);
+    if (output.json) {
+      Json json = KeptJson(record);
+      json["record"] = RecordJson({.record = record.record});
+      output.Write(json);
+      continue;
+    }
+    PrintKept(output.out, record);
+    WriteRecord(output, {.record = record.record, .withData = withData_});
+  }
+  return ExitCode::Success;
+}
+
+ExitCode ArchiveCommand::Note(Session& session, const Output& output) {
+  if (!remarks_.Any()) throw RuntimeError("Nothing to note was given; see --help.");
+  Archive archive = OpenHere(session, Access::ReadWrite);
+  for (const std::int64_t id : ids_) {
+    archive.SetRemarks(id, remarks_.Over(Found(archive, id).remarks));
+  }
+  if (output.json) output.Write({{"noted", ids_}});
+  return ExitCode::Success;
+}
+
+ExitCode ArchiveCommand::Delete(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadWrite);
+  for (const std::int64_t id : ids_) (void)Found(archive, id);
+  if (bringBack_)
+    archive.BringBack(ids_);
+  else if (forGood_)
+    archive.Remove(ids_);
+  else
+    archive.Delete(ids_, session.station.Road().seams.clock.UtcNow());
+  if (output.json) output.Write({{bringBack_ ? "brought_back" : "deleted", ids_}});
+  return ExitCode::Success;
+}
+
+ExitCode ArchiveCommand::Check(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadOnly);
+  const std::vector<std::string> damage = archive.Damage();
+  if (output.json) {
+    output.Write({{"damage", damage}});
+  } else if (damage.empty()) {
+    output.out << archive.Count() << " records, nothing is damaged.\n";
+  } else {
+    for (const std::string& line : damage) output.out << line << '\n';
+  }
+  return damage.empty() ? ExitCode::Success : ExitCode::Failure;
+}
+
+ExitCode ArchiveCommand::Rescue(Session& session, const Output& output) {
+  Archive from = OpenHere(session, Access::ReadOnly);
+  Archive into = archive::Open({into_});
+  const archive::Rescued rescued = archive::Rescue(from, into);
+  if (output.json) {
+    output.Write({{"kept", rescued.kept}, {"lost", rescued.lost}});
+  } else {
+    output.out << rescued.kept << " records kept, " << rescued.lost << " could not be read.\n";
+  }
+  return rescued.lost == 0 ? ExitCode::Success : ExitCode::Failure;
+}
+
+}  // namespace kestrel

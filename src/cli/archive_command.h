@@ -1,0 +1,50 @@
+// The commands about the archive: look, amend, delete, check, rescue.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/command.h"
+#include "cli/filter_options.h"
+#include "cli/remark_options.h"
+
+namespace kestrel {
+
+// "archive list|show|note|delete|check|rescue".
+class ArchiveCommand : public Command {
+ public:
+  void AddTo(CLI::App& app) override;
+  [[nodiscard]] bool Chosen() const override { return word_->parsed(); }
+  [[nodiscard]] bool NeedsSensor() const override { return false; }
+  ExitCode Run(Session& session, const Output& output) override;
+
+ private:
+  // What a word below "archive" does.
+  using Deed = ExitCode (ArchiveCommand::*)(Session&, const Output&);
+
+  CLI::App* Add(const char* name, const char* text, Deed deed);
+  void AddIds(CLI::App& word);
+  ExitCode List(Session& session, const Output& output);
+  ExitCode Show(Session& session, const Output& output);
+  ExitCode Note(Session& session, const Output& output);
+  ExitCode Delete(Session& session, const Output& output);
+  ExitCode Check(Session& session, const Output& output);
+  ExitCode Rescue(Session& session, const Output& output);
+
+  CLI::App* word_ = nullptr;
+  std::vector<std::pair<CLI::App*, Deed>> deeds_;
+  FilterOptions filter_;
+  RemarkOptions remarks_;
+  std::vector<std::int64_t> ids_;
+  std::int64_t most_ = 0;  // records of a list; 0: all
+  bool withData_ = false;
+  bool bringBack_ = false;
+  bool forGood_ = false;
+  std::string into_;  // the file that is rescued into
+};
+
+}  // namespace kestrel

@@ -1,0 +1,175 @@
+// Records are kept as they are captured, and the words about the archive.
+// SPDX-License-Identifier: MIT
+#include "archive/place.h"
+#include "cli/program_bench.h"
+#include "support/temporary_folder.h"
+
+namespace kestrel {
+namespace {
+
+using nlohmann::json;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using Words = std::vector<std::string>;
+
+class ArchiveCommands : public ProgramBench {
+ protected:
+  ArchiveCommands() { usualArchive = {(folder_.path() / "data" / "archive.db").string()}; }
+
+  void Capture(const Words& more = {}) {
+    Words words{"capture", "--averages", "1"};
+    words.insert(words.end(), more.begin(), more.end());
+    EXPECT_EQ(Simulate(words), ExitCode::Success) << error.str();
+    EXPECT_EQ(error.str(), "");
+  }
+  json RunJson(Words arguments) {
+    arguments.insert(arguments.begin(), "--json");
+    EXPECT_EQ(Run(arguments), ExitCode::Success) << error.str();
+    return json::parse(out.str());
+  }
+  json Ids(const Words& more = {}) {
+    Words words{"archive", "list"};
+    words.insert(words.end(), more.begin(), more.end());
+    json ids = json::array();
+    for (const json& record : RunJson(words)) ids.push_back(record["id"]);
+    return ids;
+  }
+  TemporaryFolder folder_;
+};
+
+TEST_F(ArchiveCommands, EveryCaptureIsKeptWithoutBeingAskedFor) {
+  Capture({"--count", "3"});
+  const json records = RunJson({"archive", "list"});
+  ASSERT_EQ(records.size(), 3U);
+  const json& last = records[0];
+  EXPECT_EQ(last["id"], 3);
+  EXPECT_EQ(last["kind"], "spectrum");
+  EXPECT_EQ(last["settings"]["averages"], 1);
+  EXPECT_EQ(last["settings"]["sample_rate_option"], 0);
+  EXPECT_EQ(last["simulated"], true);
+  EXPECT_THAT(last["time"].get<std::string>(), testing::EndsWith("Z"));
+  EXPECT_GT(last["levels"]["Z"]["rms_g"].get<double>(), 0.1);
+}
+
+TEST_F(ArchiveCommands, AKeptRecordIsTheCapturedOne) {
+  const json captured = SimulateJson({"capture", "--averages", "1", "--levels"});
+  json shown = RunJson({"archive", "show", "1"})["record"];
+  for (const char* axis : {"X", "Y", "Z"}) {
+    EXPECT_EQ(shown["axes"][axis]["data_g"], captured["axes"][axis]["data_g"]);
+  }
+  EXPECT_EQ(shown["status"], captured["status"]);
+  EXPECT_EQ(shown["time"], captured["time"]);
+}
+
+TEST_F(ArchiveCommands, NothingIsKeptWhereThatIsSaid) {
+  EXPECT_EQ(Simulate({"--no-archive", "capture", "--averages", "1"}), ExitCode::Success);
+  EXPECT_EQ(Run({"archive", "list"}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("archive.db cannot be opened"));
+  EXPECT_EQ(Run({"--no-archive", "archive", "list"}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("--archive"));
+}
+
+TEST_F(ArchiveCommands, AStoppedCaptureThatBroughtNothingNewIsNotKept) {
+  Capture();
+  interrupted = [this] { return clock.Monotonic() > std::chrono::seconds(1); };
+  EXPECT_EQ(Simulate({"capture", "--averages", "255"}), ExitCode::NotNew);
+  interrupted = [] { return false; };
+  EXPECT_EQ(Ids(), json({1}));
+}
+
+TEST_F(ArchiveCommands, RemarksAreKeptAndChanged) {
+  Capture({"--machine", "Pump \"3\"", "--point", "DE", "--rpm", "2980", "--note", "a\tb\nc",
+           "--tag", "new", "--tag", "good"});
+  json kept = RunJson({"archive", "list"})[0];
+  EXPECT_EQ(kept["machine"], "Pump \"3\"");
+  EXPECT_EQ(kept["rpm"], 2980);
+  EXPECT_EQ(kept["tags"], json({"good", "new"}));
+  EXPECT_EQ(Run({"archive", "list"}), ExitCode::Success);
+  EXPECT_THAT(out.str(), HasSubstr("\tPump \"3\"\tDE\tgood, new\ta b c\n"));
+  EXPECT_EQ(Run({"archive", "note", "1", "--note", "'; drop table record; --"}), ExitCode::Success);
+  kept = RunJson({"archive", "list"})[0];
+  EXPECT_EQ(kept["note"], "'; drop table record; --");
+  EXPECT_EQ(kept["machine"], "Pump \"3\"");
+  EXPECT_EQ(Run({"archive", "note", "1"}), ExitCode::Failure);
+}
+
+TEST_F(ArchiveCommands, TheListIsChosenFrom) {
+  Capture({"--machine", "Pump"});
+  Capture({"--machine", "Fan", "--option", "2", "--tag", "x"});
+  Capture({"--mode", "time"});
+  EXPECT_EQ(Ids(), json({3, 2, 1}));
+  EXPECT_EQ(Ids({"--limit", "2"}), json({3, 2}));
+  EXPECT_EQ(Ids({"--machine", "Pump"}), json({1}));
+  EXPECT_EQ(Ids({"--option", "2"}), json({2}));
+  EXPECT_EQ(Ids({"--kind", "time"}), json({3}));
+  EXPECT_EQ(Ids({"--tag", "x"}), json({2}));
+  EXPECT_EQ(Ids({"--text", "PUM"}), json({1}));
+  EXPECT_EQ(Ids({"--until", "1990-01-01"}), json::array());
+  EXPECT_EQ(Run({"archive", "list", "--from", "2026-13-01"}), ExitCode::Usage);
+  EXPECT_THAT(error.str(), HasSubstr("\"2026-13-01\""));
+}
+
+TEST_F(ArchiveCommands, DeletedOnesComeBack) {
+  Capture({"--count", "2"});
+  EXPECT_EQ(Run({"archive", "delete", "1"}), ExitCode::Success);
+  EXPECT_EQ(Ids(), json({2}));
+  EXPECT_EQ(Ids({"--deleted"}), json({1}));
+  EXPECT_EQ(Run({"archive", "delete", "--undo", "1"}), ExitCode::Success);
+  EXPECT_EQ(Ids(), json({2, 1}));
+  EXPECT_EQ(Run({"archive", "delete", "--for-good", "1"}), ExitCode::Success);
+  EXPECT_EQ(Ids(), json({2}));
+  EXPECT_EQ(Run({"archive", "delete", "2", "7"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "There is no record 7 in the archive.\n");
+  EXPECT_EQ(Ids(), json({2}));
+}
+
+TEST_F(ArchiveCommands, ASoundArchiveIsSaidToBeSound) {
+  Capture();
+  EXPECT_EQ(Run({"archive", "check"}), ExitCode::Success);
+  EXPECT_EQ(out.str(), "1 records, nothing is damaged.\n");
+  EXPECT_THAT(RunJson({"archive", "check"})["damage"], IsEmpty());
+}
+
+TEST_F(ArchiveCommands, WhatCanBeReadOfADamagedArchiveIsSaved) {
+  Capture({"--count", "40"});
+  const std::string file = folder_.Content("data/archive.db");
+  std::string damaged = file;
+  ASSERT_GT(damaged.size(), 60'000U);
+  // Somewhere among the points.
+  std::fill_n(damaged.end() - 40'000, 20'000, '\x5a');
+  folder_.Write("damaged.db", damaged);
+  const std::string place = (folder_.path() / "damaged.db").string();
+  EXPECT_EQ(Run({"--archive", place, "archive", "check"}), ExitCode::Failure);
+  EXPECT_NE(out.str(), "");
+  const std::string rescued = (folder_.path() / "rescued.db").string();
+  EXPECT_EQ(Run({"--json", "--archive", place, "archive", "rescue", "--into", rescued}),
+            ExitCode::Failure);
+  const json told = json::parse(out.str());
+  EXPECT_GT(told["kept"].get<int>(), 10);
+  EXPECT_GT(told["lost"].get<int>(), 0);
+  EXPECT_EQ(told["kept"].get<int>() + told["lost"].get<int>(), 40);
+  EXPECT_EQ(Run({"--archive", rescued, "archive", "check"}), ExitCode::Success);
+  EXPECT_EQ(folder_.Content("damaged.db"), damaged);
+}
+
+TEST_F(ArchiveCommands, AnArchiveThatCannotBeHadStopsNoCapture) {
+  folder_.Write("data", "a file where the folder should be");
+  EXPECT_EQ(Simulate({"capture", "--averages", "1"}), ExitCode::Success);
+  EXPECT_THAT(out.str(), HasSubstr("peak"));
+  EXPECT_THAT(error.str(), HasSubstr("cannot be opened"));
+  EXPECT_THAT(error.str(), HasSubstr("1 record could be kept nowhere."));
+}
+
+TEST_F(ArchiveCommands, OneThatWasNamedAndCannotBeHadFailsAndItsRecordsWait) {
+  const std::string place = (folder_.Write("file", "x") / "archive.db").string();
+  EXPECT_EQ(Simulate({"--archive", place, "capture", "--averages", "1"}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("will be brought to the archive"));
+  std::filesystem::remove(folder_.path() / "file");
+  EXPECT_EQ(Simulate({"--archive", place, "capture", "--averages", "1"}), ExitCode::Success);
+  EXPECT_EQ(Run({"--json", "--archive", place, "archive", "list"}), ExitCode::Success);
+  EXPECT_EQ(json::parse(out.str()).size(), 2U);
+}
+
+}  // namespace
+}  // namespace kestrel
