@@ -61,7 +61,10 @@ void Keeper::Keep(NewRecord record) {
 
 bool Keeper::Finish(std::chrono::milliseconds patience) {
   std::unique_lock lock(mutex_);
-  return safe_.wait_for(lock, patience, [&] { return queue_.empty(); });
+  // One may be under way already, and have begun before the place came back.
+  const int hopeless = failedTries_ + 2;
+  safe_.wait_for(lock, patience, [&] { return queue_.empty() || failedTries_ >= hopeless; });
+  return queue_.empty();
 }
 
 KeeperState Keeper::State() {
@@ -182,6 +185,11 @@ void Keeper::PutNextAside() {
     // The state tells that it is in memory only; the trouble with the archive itself stays told.
     aside_.reset();
     canPutAside_ = false;
+    {
+      const std::lock_guard lock(mutex_);
+      ++failedTries_;
+    }
+    safe_.notify_all();
     Tell([](KeeperState&) {});
   }
 }

@@ -59,7 +59,8 @@ class Keeper {
 
   // The same uid again amends what is kept.
   void Keep(NewRecord record);
-  // Waits until every record is on a disk, here or there; false when the time is over first.
+  // Waits until every record is on a disk, here or there; false when the time is over first, or
+  // when no place could be had while it waited.
   [[nodiscard]] bool Finish(std::chrono::milliseconds patience);
   [[nodiscard]] KeeperState State();
 
@@ -92,6 +93,7 @@ class Keeper {
   std::deque<NewRecord> queue_;
   KeeperState state_;
   bool isEnding_ = false;
+  int failedTries_ = 0;  // to put a record anywhere
   // Of the thread alone.
   std::optional<Archive> archive_;
   std::optional<Archive> aside_;

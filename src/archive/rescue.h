@@ -17,7 +17,8 @@ struct Rescued {
 // Every record of `from` that can be read whole, deleted ones too, is kept in `into` (once, however
 // often this is done). `goOn` is asked between records with the number done; false ends it. Throws
 // DatabaseError where `into` cannot take one.
-Rescued Rescue(Archive& from, Archive& into,
-               const std::function<bool(std::int64_t done)>& goOn = [](auto) { return true; });
+Rescued Rescue(
+    Archive& from, Archive& into,
+    const std::function<bool(std::int64_t done)>& goOn = [](auto) { return true; });
 
 }  // namespace kestrel::archive

@@ -10,6 +10,7 @@ namespace {
 constexpr const char* kEraseLine = "\r\x1B[K";
 // Long enough for a server that has to be given up.
 constexpr std::chrono::seconds kKeepingPatience{30};
+constexpr std::chrono::milliseconds kRetry{200};
 
 std::string Records(std::int64_t count) {
   return std::to_string(count) + (count == 1 ? " record" : " records");
@@ -66,8 +67,9 @@ void Session::ShowProgress(const Progress& progress) {
 void Session::Keep(const Record& record, const archive::Remarks& remarks) {
   if (archive_.place.text.empty() || !record.Taken() || !record.IsNew()) return;
   if (!keeper_) {
-    keeper_ = std::make_unique<archive::Keeper>(
-        archive::ChoiceFor(archive_.place, surroundings_.usualArchive));
+    auto choice = archive::ChoiceFor(archive_.place, surroundings_.usualArchive);
+    choice.retry = kRetry;
+    keeper_ = std::make_unique<archive::Keeper>(std::move(choice));
   }
   keeper_->Keep({.uid = archive::NewUid(),
                  .record = record,

@@ -64,7 +64,7 @@ class ProgramBench : public testing::Test {
   std::function<bool()> interrupted = [] { return false; };
   bool showProgress = false;
   archive::Place usualArchive{};  // none: nothing is kept
-  std::string portDevice;  // that the program asked for
+  std::string portDevice;         // that the program asked for
   std::ostringstream out;
   std::ostringstream error;
 };
