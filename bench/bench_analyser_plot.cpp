@@ -262,21 +262,33 @@ void WaterfallWithItsSpectrum() {
                      kestrel::Amount(spent, 1, "ms") + (isAdded ? "" : ", MISSING ROWS"));
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  const QApplication application(argc, argv);
+void BesideThePeer() {
   for (const QSize size : {kUsual, kFine}) {
     for (const int traces : {3, 50}) {
       Compare("anywhere in the full height", FullHeight(traces), size);
       Compare("end to end over the full height", Sawtooth(traces), size);
     }
   }
+}
+
+void ManyRecords() {
   Frames("a line each, spectra", Scene(Machine(100), kestrel::TraceStyle::Held));
   Frames("a line each, full height", Scene(FullHeight(100), kestrel::TraceStyle::Held));
   Frames("least to largest and median, full height", CrowdScene(FullHeight(100)));
-  Waterfall();
-  WaterfallWithItsSpectrum();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  const std::vector<std::pair<std::string, void (*)()>> figures{
+      {"peer", BesideThePeer},
+      {"many", ManyRecords},
+      {"waterfall", Waterfall},
+      {"spectrum", WaterfallWithItsSpectrum}};
+  for (const auto& [name, measure] : figures) {
+    if (argc < 2 || name == argv[1]) measure();
+  }
   return 0;
 }

@@ -21,7 +21,9 @@
 #include "figure.h"
 #include "program.h"
 #include "record/frequency.h"
+#include "support/memory_files.h"
 #include "ui/analyser/frmAnalyser.h"
+#include "ui/analyser/no_host.h"
 
 namespace kestrel {
 namespace {
@@ -163,7 +165,8 @@ void ShowWhole(frmAnalyser& window) {
 
 void Tables() {
   Records records;
-  frmAnalyser window({});
+  MemoryFiles files;
+  frmAnalyser window(NoHost(files));
   window.Model().Change(ChooseMuch);
   window.Model().SetSensorBands(0, Bands());
   ShowWhole(window);
@@ -208,7 +211,8 @@ void Opening() {
 
 void ManyRecords() {
   Records records;
-  frmAnalyser window({});
+  MemoryFiles files;
+  frmAnalyser window(NoHost(files));
   ShowWhole(window);
   for (std::size_t i = 0; i < study::kShelfRecords; ++i) window.Model().Take(records.Next());
   std::vector<study::RecordId> ids;
@@ -269,7 +273,8 @@ void Soak() {
   constexpr int kMore = 5'000;
   constexpr double kMostMb = 2;
   Records records;
-  frmAnalyser window({});
+  MemoryFiles files;
+  frmAnalyser window(NoHost(files));
   ShowWhole(window);
   const auto take = [&](int count) {
     for (int i = 0; i < count; ++i) {

@@ -5,17 +5,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "chart/pixel_runs.h"
 #include "chart/trace_points.h"
 
 namespace kestrel {
-
-// Pixels as 0xffRRGGBB, row by row from the top; opaque.
-struct PixelRows {
-  std::uint32_t* pixels = nullptr;
-  int width = 0;
-  int height = 0;
-  std::ptrdiff_t stride = 0;  // pixels from one row to the next
-};
 
 // A light colouring between a line and a base line, fading evenly from one height to another.
 struct StrokeFill {
@@ -37,11 +30,6 @@ struct Stroke {
 
 // Draws one over the other in their order, clipped to the picture.
 void DrawStrokes(const PixelRows& picture, const std::vector<Stroke>& strokes);
-
-// The same over another picture of the same size, which stays as it is: every pixel is written, so
-// that it need not be copied first.
-void DrawStrokesOver(const PixelRows& ground, const PixelRows& picture,
-                     const std::vector<Stroke>& strokes);
 
 // The area between an upper and a lower line of points that share their x, one a pixel column.
 struct ColumnArea {

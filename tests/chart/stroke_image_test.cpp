@@ -151,15 +151,9 @@ TEST(StrokeImage, ManyStrokesLookAsTheSameDrawnOneByOne) {
   }
   Canvas together(70, 61);
   Canvas single(70, 61);
-  Canvas over(70, 61);
-  Canvas ground(70, 61);
   DrawStrokes(together.Rows(), strokes);
   for (const Stroke& stroke : strokes) DrawStrokes(single.Rows(), {stroke});
-  std::fill(over.pixels.begin(), over.pixels.end(), 0U);
-  DrawStrokesOver(ground.Rows(), over.Rows(), strokes);
   EXPECT_EQ(together.pixels, single.pixels);
-  EXPECT_EQ(together.pixels, over.pixels);
-  EXPECT_EQ(ground.pixels, Canvas(70, 61).pixels);
 }
 
 TEST(StrokeImage, AnAreaIsShadedBetweenItsLines) {

@@ -60,7 +60,6 @@ void AnalyserPlot::LayOut() {
 }
 
 void AnalyserPlot::Redraw() {
-  isGroundValid_ = false;
   isPictureValid_ = false;
   LayOut();
   update();
@@ -124,27 +123,21 @@ void AnalyserPlot::ZoomUp(double factor) {
   Changed(true);
 }
 
-void AnalyserPlot::DrawLayers(QSize pixels, double ratio) {
-  if (ratio != ratio_ || ground_.size() != pixels) {
+void AnalyserPlot::DrawPicture(QSize pixels, double ratio) {
+  if (ratio != ratio_) {
     ratio_ = ratio;
-    isGroundValid_ = false;
+    isPictureValid_ = false;
     LayOut();
   }
-  if (!isGroundValid_) {
-    if (ground_.size() != pixels) ground_ = QImage(pixels, QImage::Format_RGB32);
-    ground_.setDevicePixelRatio(ratio);
-    QPainter painter(&ground_);
-    PaintGround(painter, Page());
-    ++groundPaints_;
-    isPictureValid_ = false;
-  }
-  isGroundValid_ = true;
-  if (isPictureValid_) return;
+  if (isPictureValid_ && picture_.size() == pixels) return;
   if (picture_.size() != pixels) picture_ = QImage(pixels, QImage::Format_RGB32);
   picture_.setDevicePixelRatio(ratio);
-  DrawTraces(ground_, picture_, Page());
-  QPainter painter(&picture_);
-  PaintPeakLabels(painter, Page());
+  QPainter below(&picture_);
+  PaintGround(below, Page());
+  below.end();
+  DrawTraces(picture_, Page());
+  QPainter above(&picture_);
+  PaintPeakLabels(above, Page());
   isPictureValid_ = true;
   ++tracePaints_;
 }
@@ -152,7 +145,7 @@ void AnalyserPlot::DrawLayers(QSize pixels, double ratio) {
 void AnalyserPlot::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   const double ratio = painter.deviceTransform().m11();
-  DrawLayers((QSizeF(size()) * ratio).toSize(), ratio);
+  DrawPicture((QSizeF(size()) * ratio).toSize(), ratio);
   painter.setClipRegion(event->region());
   painter.save();
   painter.scale(1 / ratio, 1 / ratio);

@@ -85,8 +85,7 @@ class AnalyserPlot : public QWidget {
   [[nodiscard]] PlotLayout Laid() const;
   [[nodiscard]] std::optional<double> PointerX() const { return overlay_.pointer; }
 
-  // How often the lower layers have been drawn.
-  [[nodiscard]] int GroundPaints() const { return groundPaints_; }
+  // How often what lies below the cursor has been drawn.
   [[nodiscard]] int TracePaints() const { return tracePaints_; }
 
   [[nodiscard]] QSize sizeHint() const override { return {800, 480}; }
@@ -134,7 +133,7 @@ class AnalyserPlot : public QWidget {
   void LayOut();
   void Redraw();
   void Refresh(const std::function<void()>& change);
-  void DrawLayers(QSize pixels, double ratio);
+  void DrawPicture(QSize pixels, double ratio);
   void Changed(bool isRemembered);
   void Pan(QPointF place);
   void ZoomToBand();
@@ -158,12 +157,9 @@ class AnalyserPlot : public QWidget {
   Look look_;
   LookFonts fonts_;
   PlotLayout layout_;
-  QImage ground_;
-  QImage picture_;
+  QImage picture_;  // ground, traces and labels
   double ratio_ = 1;
-  bool isGroundValid_ = false;
   bool isPictureValid_ = false;
-  int groundPaints_ = 0;
   int tracePaints_ = 0;
   Press press_;
   QTimer settled_;  // after the last turn of the wheel

@@ -91,8 +91,7 @@ QImage Drawn(const PlotPicture& picture, double ratio) {
   QPainter below(&image);
   sheet.PaintBelow(below);
   below.end();
-  const QImage ground = image.copy();
-  DrawTraces(ground, image, sheet.Page());
+  DrawTraces(image, sheet.Page());
   QPainter above(&image);
   sheet.PaintAbove(above);
   above.end();

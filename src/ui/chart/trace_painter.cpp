@@ -3,7 +3,6 @@
 #include "ui/chart/trace_painter.h"
 
 #include <QPolygonF>
-#include <QRegion>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -172,19 +171,6 @@ QRect CanvasOf(const QImage& picture, const PaneLayout& pane, double ratio) {
   return whole.intersected(picture.rect());
 }
 
-// Pixels that are only read are handed as such by whoever calls.
-PixelRows RowsOf(const uchar* bits, qsizetype bytesPerLine, const QRect& place) {
-  auto* pixels = const_cast<std::uint32_t*>(reinterpret_cast<const std::uint32_t*>(bits));
-  const std::ptrdiff_t stride = bytesPerLine / 4;
-  return {pixels + place.top() * stride + place.left(), place.width(), place.height(), stride};
-}
-
-void Copy(const PixelRows& from, const PixelRows& to) {
-  for (int row = 0; row < to.height; ++row) {
-    std::copy_n(from.pixels + row * from.stride, to.width, to.pixels + row * to.stride);
-  }
-}
-
 }  // namespace
 
 std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t index) {
@@ -200,27 +186,18 @@ std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t index) {
   return strokes;
 }
 
-void DrawTraces(const QImage& ground, QImage& picture, const PlotPage& page) {
-  uchar* bits = picture.bits();
-  const auto from = [&](const QRect& place) {
-    return RowsOf(ground.constBits(), ground.bytesPerLine(), place);
-  };
-  const auto to = [&](const QRect& place) { return RowsOf(bits, picture.bytesPerLine(), place); };
-  QRegion around(picture.rect());
+void DrawTraces(QImage& picture, const PlotPage& page) {
+  auto* pixels = reinterpret_cast<std::uint32_t*>(picture.bits());
+  const std::ptrdiff_t stride = picture.bytesPerLine() / 4;
   for (std::size_t i = 0; i < page.layout.panes.size(); ++i) {
     const QRect canvas = CanvasOf(picture, page.layout.panes[i], page.layout.ratio);
     if (canvas.isEmpty()) continue;
-    around -= canvas;
+    const PixelRows rows{pixels + canvas.top() * stride + canvas.left(), canvas.width(),
+                         canvas.height(), stride};
     const auto& crowd = page.scene.panes[i].crowd;
-    if (crowd) {
-      Copy(from(canvas), to(canvas));
-      DrawCrowd(to(canvas), page, *crowd, CanvasMaps(page, i));
-      DrawStrokes(to(canvas), StrokesOf(page, i));
-    } else {
-      DrawStrokesOver(from(canvas), to(canvas), StrokesOf(page, i));
-    }
+    if (crowd) DrawCrowd(rows, page, *crowd, CanvasMaps(page, i));
+    DrawStrokes(rows, StrokesOf(page, i));
   }
-  for (const QRect& part : around) Copy(from(part), to(part));
 }
 
 void PaintTraces(QPainter& painter, const PlotPage& page) {

@@ -11,9 +11,8 @@
 
 namespace kestrel {
 
-// The ground with the traces over it, both of format RGB32, of one size and with the layout's
-// ratio.
-void DrawTraces(const QImage& ground, QImage& picture, const PlotPage& page);
+// Over the ground that the picture holds already; of format RGB32, with the layout's ratio.
+void DrawTraces(QImage& picture, const PlotPage& page);
 
 // With a painter, for devices that keep lines as lines.
 void PaintTraces(QPainter& painter, const PlotPage& page);
