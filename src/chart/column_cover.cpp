@@ -3,6 +3,7 @@
 #include "chart/column_cover.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "chart/pixel_runs.h"
@@ -31,10 +32,29 @@ void ColumnCover::Add(double upperLeft, double upperRight, double lowerLeft, dou
   const double top = std::min(upperLeft, upperRight);
   const double bottom = std::max(lowerLeft, lowerRight);
   if (!(bottom > 0) || !(top < height_)) return;
-  first_ = std::min(first_, std::max(0, static_cast<int>(top)));
-  end_ = std::max(end_, std::min(height_, static_cast<int>(bottom) + 1));
+  Reach(top, bottom);
   AddEdge(upperLeft, upperRight, width);
   AddEdge(lowerLeft, lowerRight, -width);
+}
+
+void ColumnCover::Set(double upperLeft, double upperRight, double thickness) {
+  const double top = std::min(upperLeft, upperRight);
+  const double rise = std::abs(upperRight - upperLeft);
+  if (rise < kSteepRise) {
+    Add(upperLeft, upperRight, upperLeft + thickness, upperRight + thickness, 1);
+    return;
+  }
+  const double bottom = top + rise + thickness;
+  if (!(bottom > 0) || !(top < height_)) return;
+  Reach(top, bottom);
+  const auto rows = static_cast<std::size_t>(end_ - first_);
+  CoverSteep(std::span(cover_).first(rows), top - first_, thickness, rise);
+  isSet_ = true;
+}
+
+void ColumnCover::Reach(double top, double bottom) {
+  first_ = std::min(first_, std::max(0, static_cast<int>(top)));
+  end_ = std::max(end_, std::min(height_, static_cast<int>(bottom) + 1));
 }
 
 // What lies below an edge counts with the weight; beyond the column's ends it is cut off.
@@ -87,14 +107,17 @@ void ColumnCover::Step(int row, double height) {
 
 std::span<const std::int16_t> ColumnCover::Take() {
   if (end_ <= first_) return {};
-  const auto first = static_cast<std::size_t>(first_);
-  const auto rows = Padded(end_ - first_);
-  const auto cover = std::span(cover_).first(rows);
-  SumUp(std::span(steps_).subspan(first, rows), std::span(bends_).subspan(first, rows), cover);
   const auto count = static_cast<std::size_t>(end_ - first_);
+  if (!isSet_) {
+    const auto first = static_cast<std::size_t>(first_);
+    const std::size_t rows = Padded(end_ - first_);
+    SumUp(std::span(steps_).subspan(first, rows), std::span(bends_).subspan(first, rows),
+          std::span(cover_).first(rows));
+  }
   first_ = height_;
   end_ = 0;
-  return cover.first(count);
+  isSet_ = false;
+  return std::span(cover_).first(count);
 }
 
 }  // namespace kestrel

@@ -19,6 +19,9 @@ class ColumnCover {
   // pixels from the top, upper less than lower.
   void Add(double upperLeft, double upperRight, double lowerLeft, double lowerRight, double width);
 
+  // The area between two parallel edges through the whole column, which nothing is added to.
+  void Set(double upperLeft, double upperRight, double thickness);
+
   // The rows that may be covered: [First(), End()).
   [[nodiscard]] int First() const { return first_; }
   [[nodiscard]] int End() const { return end_; }
@@ -27,6 +30,7 @@ class ColumnCover {
   [[nodiscard]] std::span<const std::int16_t> Take();
 
  private:
+  void Reach(double top, double bottom);
   void AddEdge(double from, double to, double weight);
   void AddSteps(double from, double to, double weight);
   void Step(int row, double height);
@@ -34,6 +38,7 @@ class ColumnCover {
   int height_;
   int first_;
   int end_ = 0;
+  bool isSet_ = false;
   std::vector<std::int32_t> steps_;  // from each row to the next, as SumUp takes them
   std::vector<std::int32_t> bends_;
   std::vector<std::int16_t> cover_;

@@ -16,11 +16,8 @@ constexpr int kCornerStrips = 6;  // a column with a corner in it is cut into so
 ColumnStroke::ColumnStroke(std::span<const PlotPoint> points, double width)
     : points_(points), radius_(width / 2) {}
 
-void ColumnStroke::CoverStraight(const Segment& line, double from, double to, ColumnCover& cover) {
-  const double half = line.rise + std::abs(line.reach * line.slope);
-  const double left = line.y0 + (from - line.x0) * line.slope;
-  const double right = line.y0 + (to - line.x0) * line.slope;
-  cover.Add(left - half, right - half, left + half, right + half, to - from);
+double ColumnStroke::UpperAt(const Segment& line, double x) {
+  return line.y0 + (x - line.x0) * line.slope - line.half;
 }
 
 void ColumnStroke::CoverBetween(const Heights& before, const Heights& after, double width,
@@ -40,13 +37,14 @@ void ColumnStroke::Load(std::size_t index) {
   const PlotPoint& b = points_[std::min(index + 1, points_.size() - 1)];
   const double dx = b.x - a.x;
   if (dx < 1e-6) {  // upright, or a lone point: its two ends say all
-    segments_.push_back({a.x, a.y, a.x, 0, 0, 0});
-    segments_.push_back({b.x, b.y, b.x, 0, 0, 0});
+    segments_.push_back({a.x, a.y, a.x, 0, 0, 0, 0});
+    segments_.push_back({b.x, b.y, b.x, 0, 0, 0, 0});
     return;
   }
   const double slope = (b.y - a.y) / dx;
   const double stretch = std::sqrt(1 + slope * slope);
-  segments_.push_back({a.x, a.y, b.x, slope, radius_ * slope / stretch, radius_ / stretch});
+  segments_.push_back(
+      {a.x, a.y, b.x, slope, radius_ * slope / stretch, radius_ / stretch, radius_ * stretch});
 }
 
 // The pen touches lowest (largest y) where it stands `reach` further along a falling line.
@@ -79,15 +77,18 @@ const ColumnStroke::Segment* ColumnStroke::StraightOver(double from, double to) 
   return nullptr;
 }
 
-void ColumnStroke::CoverCorners(double left, ColumnCover& cover) const {
+void ColumnStroke::CoverCorners(double column, ColumnCover& cover) const {
   constexpr double kWidth = 1.0 / kCornerStrips;
-  const auto place = [&](int strip) { return left + strip * kWidth; };
+  const auto place = [&](int strip) { return column + strip * kWidth; };
   std::optional<Heights> before;
   for (int strip = 0; strip < kCornerStrips;) {
     int next = strip + 1;
     if (const Segment* line = StraightOver(place(strip), place(next))) {
       while (next < kCornerStrips && line->x1 >= place(next + 1) + radius_) ++next;
-      CoverStraight(*line, place(strip), place(next), cover);
+      const double left = UpperAt(*line, place(strip));
+      const double right = UpperAt(*line, place(next));
+      cover.Add(left, right, left + 2 * line->half, right + 2 * line->half,
+                (next - strip) * kWidth);
       before.reset();
     } else {
       if (!before) before = At(place(strip));
@@ -109,7 +110,7 @@ void ColumnStroke::Cover(int column, ColumnCover& cover) {
   const double left = column;
   hasHeight_ = false;
   if (const Segment* line = StraightOver(left, left + 1)) {
-    CoverStraight(*line, left, left + 1, cover);
+    cover.Set(UpperAt(*line, left), UpperAt(*line, left + 1), 2 * line->half);
     KeepHeight(*line, left + 0.5);
     return;
   }

@@ -29,19 +29,20 @@ class ColumnStroke {
     double x0, y0, x1, slope;
     double reach;  // along x, from a point on the line to where the pen touches highest or lowest
     double rise;   // of that touching point over the line's own height
+    double half;   // of the stroke's height
   };
   struct Heights {
     double upper, lower;
   };
 
-  static void CoverStraight(const Segment& line, double from, double to, ColumnCover& cover);
+  [[nodiscard]] static double UpperAt(const Segment& line, double x);
   static void CoverBetween(const Heights& before, const Heights& after, double width,
                            ColumnCover& cover);
   void Load(std::size_t index);
   [[nodiscard]] const Segment* StraightOver(double from, double to) const;
   [[nodiscard]] Heights At(double x) const;
   void Widen(const Segment& segment, double x, Heights& heights) const;
-  void CoverCorners(double left, ColumnCover& cover) const;
+  void CoverCorners(double column, ColumnCover& cover) const;
   void KeepHeight(const Segment& segment, double x);
 
   std::span<const PlotPoint> points_;

@@ -6,6 +6,10 @@
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
+#if defined(__GNUC__)
+#include <immintrin.h>
+#define KESTREL_WIDE_REGISTERS
+#endif
 #endif
 
 namespace kestrel {
@@ -25,6 +29,12 @@ std::uint32_t Blended(std::uint32_t ground, std::uint32_t colour, int part) {
   };
   return kOpaque | mix(16) | mix(8) | mix(0);
 }
+
+#if defined(KESTREL_WIDE_REGISTERS)
+__attribute__((target("avx"))) void ClearUpperParts() {
+  _mm256_zeroupper();
+}
+#endif
 
 #if defined(__SSE2__)
 
@@ -70,6 +80,12 @@ void TurnFour(const std::uint32_t* from, std::ptrdiff_t fromStride, std::uint32_
 #endif
 
 }  // namespace
+
+void ClearWideRegisters() {
+#if defined(KESTREL_WIDE_REGISTERS)
+  if (__builtin_cpu_supports("avx") != 0) ClearUpperParts();
+#endif
+}
 
 void Blend(std::uint32_t* pixels, std::span<const std::int16_t> parts, std::uint32_t colour) {
   std::size_t i = 0;
@@ -138,6 +154,36 @@ void SumUp(std::span<std::int32_t> steps, std::span<std::int32_t> bends,
     cover[i] = static_cast<std::int16_t>(std::clamp(sum >> kShift, 0, kFullCover));
   }
 #endif
+}
+
+void CoverSteep(std::span<std::int16_t> cover, double top, double thickness, double rise) {
+  const double each = kFullCover / rise;  // from row to row
+  const double first = (0.5 - top) * each;
+  const double apart = thickness * each;
+  std::size_t i = 0;
+#if defined(__SSE2__)
+  const __m128 none = _mm_setzero_ps();
+  const __m128 full = _mm_set1_ps(kFullCover);
+  const __m128 four = _mm_set1_ps(static_cast<float>(4 * each));
+  const __m128 lanes = _mm_mul_ps(_mm_setr_ps(0, 1, 2, 3), _mm_set1_ps(static_cast<float>(each)));
+  const __m128 later = _mm_set1_ps(static_cast<float>(apart));
+  __m128 above = _mm_add_ps(_mm_set1_ps(static_cast<float>(first)), lanes);
+  const auto next = [&] {
+    const __m128 one = _mm_min_ps(_mm_max_ps(above, none), full);
+    const __m128 other = _mm_min_ps(_mm_max_ps(_mm_sub_ps(above, later), none), full);
+    above = _mm_add_ps(above, four);
+    return _mm_cvtps_epi32(_mm_sub_ps(one, other));
+  };
+  for (; i + 8 <= cover.size(); i += 8) {
+    const __m128i low = next();
+    Stored(cover.data() + i, _mm_packs_epi32(low, next()));
+  }
+#endif
+  const auto below = [](double place) { return std::clamp(place, 0.0, double{1} * kFullCover); };
+  for (; i < cover.size(); ++i) {
+    const double place = first + static_cast<double>(i) * each;
+    cover[i] = static_cast<std::int16_t>(below(place) - below(place - apart) + 0.5);
+  }
 }
 
 }  // namespace kestrel

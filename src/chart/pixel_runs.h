@@ -19,6 +19,10 @@ struct PixelRows {
 // A pixel that is covered whole.
 inline constexpr int kFullCover = 128;
 
+// To be called before many runs. Where other code has left something in the upper parts of wide
+// registers, every instruction on narrow ones has to keep it, at half the speed.
+void ClearWideRegisters();
+
 // A run of pixels towards a colour, 0xRRGGBB, each by its own part of kFullCover.
 void Blend(std::uint32_t* pixels, std::span<const std::int16_t> parts, std::uint32_t colour);
 
@@ -34,5 +38,12 @@ inline constexpr int kCoverOneBits = 20;
 inline constexpr std::size_t kRowsAtOnce = 4;
 void SumUp(std::span<std::int32_t> steps, std::span<std::int32_t> bends,
            std::span<std::int16_t> cover);
+
+// The cover of every row by what lies between two lines that rise evenly through a column of
+// pixels: the first comes into the column at `top` rows below the first row and leaves it `rise`
+// rows lower, the other does so `thickness` below. Within one part of kFullCover where rise is at
+// least kSteepRise.
+inline constexpr double kSteepRise = 16;
+void CoverSteep(std::span<std::int16_t> cover, double top, double thickness, double rise);
 
 }  // namespace kestrel

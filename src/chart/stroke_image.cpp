@@ -34,9 +34,12 @@ class Strip {
         pixels_(static_cast<std::size_t>(columnStride_) * kStripWidth),
         isLoaded_(static_cast<std::size_t>((picture.height + kBlockHeight - 1) / kBlockHeight)) {}
 
+  // Up to where the next strip begins: where the memory's next line does.
   void Begin(int left) {
     left_ = left;
-    width_ = std::min(kStripWidth, picture_.width - left);
+    const auto place =
+        reinterpret_cast<std::uintptr_t>(picture_.pixels + left) / sizeof(*picture_.pixels);
+    width_ = std::min(kStripWidth - static_cast<int>(place % kStripWidth), picture_.width - left);
   }
   [[nodiscard]] int Left() const { return left_; }
   [[nodiscard]] int Width() const { return width_; }
@@ -144,8 +147,9 @@ void DrawStrokes(const PixelRows& picture, const std::vector<Stroke>& strokes) {
   Strip strip(picture);
   ColumnCover cover(picture.height);
   std::vector<std::int16_t> parts;
-  for (int left = 0; left < picture.width; left += kStripWidth) {
+  for (int left = 0; left < picture.width; left += strip.Width()) {
     strip.Begin(left);
+    ClearWideRegisters();
     for (Pen& pen : pens) {
       if (!pen.Meets(left, left + strip.Width())) continue;
       for (int i = 0; i < strip.Width(); ++i) pen.Draw(strip, i, cover, parts);
@@ -170,6 +174,7 @@ void DrawArea(const PixelRows& picture, const std::vector<ColumnArea>& area, std
     lower[static_cast<std::size_t>(x)] = row(column.lower);
   }
   std::vector<std::int16_t> parts(upper.size());
+  ClearWideRegisters();
   for (int y = 0; y < picture.height; ++y) {
     for (std::size_t x = 0; x < parts.size(); ++x) {
       parts[x] = y >= upper[x] && y < lower[x] ? part : std::int16_t{0};

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <new>
 
 #include "ui/chart/label_painter.h"
 #include "ui/chart/plot_speaker.h"
@@ -17,6 +18,22 @@ namespace {
 
 constexpr int kWheelPause = 400;  // ms
 constexpr int kDigits = 3;        // of a read-out that knows no bounds
+
+// Rows begin with a line of the fast memory, an odd number of lines apart: what lies one below the
+// other does not compete for the same places in it.
+QImage BlankPicture(QSize pixels) {
+  constexpr qsizetype kLine = 64;
+  const qsizetype bytesPerLine = ((pixels.width() * qsizetype{4} + kLine - 1) / kLine | 1) * kLine;
+  const auto size = static_cast<std::size_t>(bytesPerLine * pixels.height());
+  auto* memory = static_cast<uchar*>(operator new (size, std::align_val_t{kLine}));
+  return {memory,
+          pixels.width(),
+          pixels.height(),
+          bytesPerLine,
+          QImage::Format_RGB32,
+          [](void* used) { operator delete (used, std::align_val_t{kLine}); },
+          memory};
+}
 
 }  // namespace
 
@@ -130,7 +147,7 @@ void AnalyserPlot::DrawPicture(QSize pixels, double ratio) {
     LayOut();
   }
   if (isPictureValid_ && picture_.size() == pixels) return;
-  if (picture_.size() != pixels) picture_ = QImage(pixels, QImage::Format_RGB32);
+  if (picture_.size() != pixels) picture_ = BlankPicture(pixels);
   picture_.setDevicePixelRatio(ratio);
   QPainter below(&picture_);
   PaintGround(below, Page());
