@@ -40,15 +40,14 @@ void ColumnCover::Add(double upperLeft, double upperRight, double lowerLeft, dou
 void ColumnCover::Set(double upperLeft, double upperRight, double thickness) {
   const double top = std::min(upperLeft, upperRight);
   const double rise = std::abs(upperRight - upperLeft);
-  if (rise < kSteepRise) {
+  if (rise < kSteepRise || thickness > kMostThickness * rise) {
     Add(upperLeft, upperRight, upperLeft + thickness, upperRight + thickness, 1);
     return;
   }
   const double bottom = top + rise + thickness;
   if (!(bottom > 0) || !(top < height_)) return;
   Reach(top, bottom);
-  const auto rows = static_cast<std::size_t>(end_ - first_);
-  CoverSteep(std::span(cover_).first(rows), top - first_, thickness, rise);
+  CoverSteep(std::span(cover_).first(Padded(end_ - first_)), top - first_, thickness, rise);
   isSet_ = true;
 }
 

@@ -21,15 +21,6 @@ static_assert(1 << kFullBits == kFullCover);
 constexpr int kShift = kCoverOneBits - kFullBits;
 constexpr std::int32_t kHalf = 1 << (kShift - 1);
 
-std::uint32_t Blended(std::uint32_t ground, std::uint32_t colour, int part) {
-  const auto mix = [&](int shift) {
-    const int from = static_cast<int>(ground >> shift & 0xFFU);
-    const int to = static_cast<int>(colour >> shift & 0xFFU);
-    return static_cast<std::uint32_t>(from + (((to - from) * part) >> kFullBits)) << shift;
-  };
-  return kOpaque | mix(16) | mix(8) | mix(0);
-}
-
 #if defined(KESTREL_WIDE_REGISTERS)
 __attribute__((target("avx"))) void ClearUpperParts() {
   _mm256_zeroupper();
@@ -77,6 +68,17 @@ void TurnFour(const std::uint32_t* from, std::ptrdiff_t fromStride, std::uint32_
   Stored(to + 3 * toStride, _mm_unpackhi_epi64(abHigh, cdHigh));
 }
 
+#else
+
+std::uint32_t Blended(std::uint32_t ground, std::uint32_t colour, int part) {
+  const auto mix = [&](int shift) {
+    const int from = static_cast<int>(ground >> shift & 0xFFU);
+    const int to = static_cast<int>(colour >> shift & 0xFFU);
+    return static_cast<std::uint32_t>(from + (((to - from) * part) >> kFullBits)) << shift;
+  };
+  return kOpaque | mix(16) | mix(8) | mix(0);
+}
+
 #endif
 
 }  // namespace
@@ -94,16 +96,23 @@ void Blend(std::uint32_t* pixels, std::span<const std::int16_t> parts, std::uint
   const __m128i wide = _mm_set1_epi32(static_cast<int>(colour | kOpaque));
   const __m128i redBlue = _mm_and_si128(wide, low);
   const __m128i alphaGreen = _mm_srli_epi16(wide, 8);
-  for (; i + 4 <= parts.size(); i += 4) {
-    const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(parts.data() + i));
-    const __m128i twice = _mm_unpacklo_epi16(four, four);
-    const __m128i ground = Loaded(pixels + i);
+  const auto blended = [&](__m128i ground, __m128i twice) {
     const __m128i even = Mixed(_mm_and_si128(ground, low), redBlue, twice);
     const __m128i odd = Mixed(_mm_srli_epi16(ground, 8), alphaGreen, twice);
-    Stored(pixels + i, _mm_or_si128(even, _mm_slli_epi16(odd, 8)));
+    return _mm_or_si128(even, _mm_slli_epi16(odd, 8));
+  };
+  for (; i + 4 <= parts.size(); i += 4) {
+    const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(parts.data() + i));
+    Stored(pixels + i, blended(Loaded(pixels + i), _mm_unpacklo_epi16(four, four)));
   }
-#endif
+  for (; i < parts.size(); ++i) {
+    const __m128i ground = _mm_cvtsi32_si128(static_cast<int>(pixels[i]));
+    const __m128i one = blended(ground, _mm_set1_epi16(parts[i]));
+    pixels[i] = static_cast<std::uint32_t>(_mm_cvtsi128_si32(one));
+  }
+#else
   for (; i < parts.size(); ++i) pixels[i] = Blended(pixels[i], colour, parts[i]);
+#endif
 }
 
 void Turn(const std::uint32_t* from, std::ptrdiff_t fromStride, int columns, int rows,
@@ -132,17 +141,19 @@ void SumUp(std::span<std::int32_t> steps, std::span<std::int32_t> bends,
            std::span<std::int16_t> cover) {
 #if defined(__SSE2__)
   const __m128i none = _mm_setzero_si128();
-  const __m128i full = _mm_set1_epi16(kFullCover);
   __m128i slope = none;
   __m128i sum = _mm_set1_epi32(kHalf);
-  for (std::size_t i = 0; i < cover.size(); i += kRowsAtOnce) {
+  const auto four = [&](std::size_t i) {
     slope = RunningSum(Loaded(bends.data() + i), LastOf(slope));
     sum = RunningSum(_mm_add_epi32(Loaded(steps.data() + i), slope), LastOf(sum));
-    const __m128i parts = _mm_packs_epi32(_mm_srai_epi32(sum, kShift), none);
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(cover.data() + i),
-                     _mm_min_epi16(_mm_max_epi16(parts, none), full));
     Stored(steps.data() + i, none);
     Stored(bends.data() + i, none);
+    return _mm_srai_epi32(sum, kShift);
+  };
+  for (std::size_t i = 0; i < cover.size(); i += kRowsAtOnce) {
+    const __m128i first = four(i);
+    const __m128i parts = _mm_packs_epi32(first, four(i + 4));
+    Stored(cover.data() + i, _mm_min_epi16(_mm_max_epi16(parts, none), _mm_set1_epi16(kFullCover)));
   }
 #else
   std::int32_t slope = 0;
@@ -156,34 +167,37 @@ void SumUp(std::span<std::int32_t> steps, std::span<std::int32_t> bends,
 #endif
 }
 
+// A trapezoid: as high as the place in the first line's way, at most as the stroke is thick, and as
+// what is left of the second line's way.
 void CoverSteep(std::span<std::int16_t> cover, double top, double thickness, double rise) {
-  const double each = kFullCover / rise;  // from row to row
-  const double first = (0.5 - top) * each;
-  const double apart = thickness * each;
-  std::size_t i = 0;
+  constexpr int kFineBits = 3;  // parts of kFullCover are cut into as many again
+  constexpr int kFine = kFullCover << kFineBits;
+  constexpr int kRounding = 1 << (kFineBits - 1);
+  const double each = kFine / rise;  // from row to row
+  const auto first = static_cast<float>((0.5 - top) * each + kRounding);
+  const auto step = static_cast<float>(each);
+  const int apart = static_cast<int>(std::min(kMostThickness, thickness / rise) * kFine);
+  const auto end = static_cast<std::int16_t>(apart + kFine + 2 * kRounding);
+  const auto most = static_cast<std::int16_t>(std::min(apart, kFine) + kRounding);
 #if defined(__SSE2__)
-  const __m128 none = _mm_setzero_ps();
-  const __m128 full = _mm_set1_ps(kFullCover);
-  const __m128 four = _mm_set1_ps(static_cast<float>(4 * each));
-  const __m128 lanes = _mm_mul_ps(_mm_setr_ps(0, 1, 2, 3), _mm_set1_ps(static_cast<float>(each)));
-  const __m128 later = _mm_set1_ps(static_cast<float>(apart));
-  __m128 above = _mm_add_ps(_mm_set1_ps(static_cast<float>(first)), lanes);
-  const auto next = [&] {
-    const __m128 one = _mm_min_ps(_mm_max_ps(above, none), full);
-    const __m128 other = _mm_min_ps(_mm_max_ps(_mm_sub_ps(above, later), none), full);
-    above = _mm_add_ps(above, four);
-    return _mm_cvtps_epi32(_mm_sub_ps(one, other));
-  };
-  for (; i + 8 <= cover.size(); i += 8) {
-    const __m128i low = next();
-    Stored(cover.data() + i, _mm_packs_epi32(low, next()));
+  const __m128 onward = _mm_set1_ps(4 * step);
+  __m128 low = _mm_add_ps(_mm_set1_ps(first), _mm_setr_ps(0, step, 2 * step, 3 * step));
+  for (std::size_t i = 0; i < cover.size(); i += kRowsAtOnce) {
+    const __m128 high = _mm_add_ps(low, onward);
+    const __m128i place = _mm_packs_epi32(_mm_cvtps_epi32(low), _mm_cvtps_epi32(high));
+    const __m128i rest = _mm_subs_epi16(_mm_set1_epi16(end), place);
+    const __m128i height = _mm_min_epi16(_mm_min_epi16(place, rest), _mm_set1_epi16(most));
+    const __m128i parts = _mm_max_epi16(height, _mm_setzero_si128());
+    Stored(cover.data() + i, _mm_srai_epi16(parts, kFineBits));
+    low = _mm_add_ps(high, onward);
+  }
+#else
+  for (std::size_t i = 0; i < cover.size(); ++i) {
+    const float place = std::clamp(first + static_cast<float>(i) * step, 0.0F, 1.0F * end);
+    const auto height = static_cast<std::int16_t>(std::min(place, 1.0F * end - place));
+    cover[i] = static_cast<std::int16_t>(std::min(height, most) >> kFineBits);
   }
 #endif
-  const auto below = [](double place) { return std::clamp(place, 0.0, double{1} * kFullCover); };
-  for (; i < cover.size(); ++i) {
-    const double place = first + static_cast<double>(i) * each;
-    cover[i] = static_cast<std::int16_t>(below(place) - below(place - apart) + 0.5);
-  }
 }
 
 }  // namespace kestrel

@@ -35,15 +35,16 @@ void Turn(const std::uint32_t* from, std::ptrdiff_t fromStride, int columns, int
 // in units of 1 / kCoverOne, rounded to parts of kFullCover and kept within 0 to kFullCover.
 // Steps and bends are 0 afterwards. All three are as long; a multiple of kRowsAtOnce.
 inline constexpr int kCoverOneBits = 20;
-inline constexpr std::size_t kRowsAtOnce = 4;
+inline constexpr std::size_t kRowsAtOnce = 8;
 void SumUp(std::span<std::int32_t> steps, std::span<std::int32_t> bends,
            std::span<std::int16_t> cover);
 
 // The cover of every row by what lies between two lines that rise evenly through a column of
 // pixels: the first comes into the column at `top` rows below the first row and leaves it `rise`
-// rows lower, the other does so `thickness` below. Within one part of kFullCover where rise is at
+// rows lower, the other does so `thickness` below. Within two parts of kFullCover where rise is at
 // least kSteepRise.
-inline constexpr double kSteepRise = 16;
+inline constexpr double kSteepRise = 8;
+inline constexpr double kMostThickness = 16;
 void CoverSteep(std::span<std::int16_t> cover, double top, double thickness, double rise);
 
 }  // namespace kestrel

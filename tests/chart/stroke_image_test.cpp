@@ -93,6 +93,16 @@ TEST(StrokeImage, LevelUprightAndLonePointsAreDrawnWhole) {
   ExpectTrue({{20.5, 20.5}}, 3, "a point");
 }
 
+TEST(StrokeImage, SteepLinesAreCoveredAsTrulyAsFlatOnes) {
+  for (const double slope : {9.5, 150.0}) {
+    for (const double width : {1.5, 12.0}) {
+      ExpectTrue({{20.3, -30}, {20.3 + 300 / slope, 270}}, width, "falling");
+      ExpectTrue({{20.3, 270}, {20.3 + 300 / slope, -30}}, width, "rising");
+    }
+  }
+  ExpectTrue({{20.3, 9.75}, {22.6, 33.5}}, 1.5, "short");
+}
+
 TEST(StrokeImage, AStrokeIsAsWideAsItsPen) {
   Canvas canvas(20, 40);
   DrawStrokes(canvas.Rows(), {{.lines = {{{-10, 20.25}, {30, 20.25}}}, .width = 1.5}});
