@@ -26,13 +26,9 @@ QImage BlankPicture(QSize pixels) {
   const qsizetype bytesPerLine = ((pixels.width() * qsizetype{4} + kLine - 1) / kLine | 1) * kLine;
   const auto size = static_cast<std::size_t>(bytesPerLine * pixels.height());
   auto* memory = static_cast<uchar*>(operator new (size, std::align_val_t{kLine}));
-  return {memory,
-          pixels.width(),
-          pixels.height(),
-          bytesPerLine,
-          QImage::Format_RGB32,
-          [](void* used) { operator delete (used, std::align_val_t{kLine}); },
-          memory};
+  const auto release = [](void* used) { operator delete (used, std::align_val_t{kLine}); };
+  return QImage(memory, pixels.width(), pixels.height(), bytesPerLine, QImage::Format_RGB32,
+                release, memory);
 }
 
 }  // namespace
