@@ -44,10 +44,10 @@ using KeptLevels = std::array<std::optional<AxisLevels>, 3>;
 // A record to be kept.
 struct NewRecord {
   Uid uid{};
-  Record record;
-  Remarks remarks;
-  std::string program;  // the version that read it
-  std::string bench;    // the machine it stood at
+  Record record{};
+  Remarks remarks{};
+  std::string program{};  // the version that read it
+  std::string bench{};    // the computer it stood at
   bool operator==(const NewRecord&) const = default;
 };
 

@@ -68,6 +68,9 @@ void ArchiveCommand::AddTo(CLI::App& app) {
   CLI::App* rescue =
       Add("rescue", "Save what can be read of a damaged archive", &ArchiveCommand::Rescue);
   rescue->add_option("--into", into_, "The archive that takes it")->required()->type_name("FILE");
+  export_.AddTo(
+      *Add("export", "Write records into a file of another kind", &ArchiveCommand::Export));
+  import_.AddTo(*Add("import", "Take records out of files", &ArchiveCommand::Import));
 }
 
 ExitCode ArchiveCommand::Run(Session& session, const Output& output) {
@@ -157,6 +160,18 @@ ExitCode ArchiveCommand::Rescue(Session& session, const Output& output) {
     output.out << rescued.kept << " records kept, " << rescued.lost << " could not be read.\n";
   }
   return rescued.lost == 0 ? ExitCode::Success : ExitCode::Failure;
+}
+
+ExitCode ArchiveCommand::Export(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadOnly);
+  export_.Run(session, output, archive);
+  return ExitCode::Success;
+}
+
+ExitCode ArchiveCommand::Import(Session& session, const Output& output) {
+  Archive archive = OpenHere(session, Access::ReadWrite);
+  import_.Run(session, output, archive, session.Bench());
+  return ExitCode::Success;
 }
 
 }  // namespace kestrel

@@ -1,4 +1,4 @@
-// The commands about the archive: look, amend, delete, check, rescue.
+// The commands about the archive: look, amend, delete, check, rescue, export, import.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,13 +8,14 @@
 #include <utility>
 #include <vector>
 
+#include "cli/archive_exchange.h"
 #include "cli/command.h"
 #include "cli/filter_options.h"
 #include "cli/remark_options.h"
 
 namespace kestrel {
 
-// "archive list|show|note|delete|check|rescue".
+// "archive list|show|note|delete|check|rescue|export|import".
 class ArchiveCommand : public Command {
  public:
   void AddTo(CLI::App& app) override;
@@ -34,10 +35,14 @@ class ArchiveCommand : public Command {
   ExitCode Delete(Session& session, const Output& output);
   ExitCode Check(Session& session, const Output& output);
   ExitCode Rescue(Session& session, const Output& output);
+  ExitCode Export(Session& session, const Output& output);
+  ExitCode Import(Session& session, const Output& output);
 
   CLI::App* word_ = nullptr;
   std::vector<std::pair<CLI::App*, Deed>> deeds_;
   FilterOptions filter_;
+  ExportWord export_;
+  ImportWord import_;
   RemarkOptions remarks_;
   std::vector<std::int64_t> ids_;
   std::int64_t most_ = 0;  // records of a list; 0: all

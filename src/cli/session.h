@@ -58,6 +58,7 @@ class Session {
   // archive and it does not have them all.
   [[nodiscard]] bool EndKeeping();
   [[nodiscard]] const archive::Place& ArchivePlace() const { return archive_.place; }
+  [[nodiscard]] const std::string& Bench() const { return surroundings_.bench; }
 
  private:
   const Surroundings& surroundings_;

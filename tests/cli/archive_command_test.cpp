@@ -171,5 +171,73 @@ TEST_F(ArchiveCommands, OneThatWasNamedAndCannotBeHadFailsAndItsRecordsWait) {
   EXPECT_EQ(json::parse(out.str()).size(), 2U);
 }
 
+TEST_F(ArchiveCommands, RecordsGoOutAndComeBackInTheFormatsThatCanBeRead) {
+  Capture({"--machine", "Pump"});
+  Capture({"--mode", "time"});
+  const json captured = RunJson({"archive", "show", "2"})["record"];
+  for (const char* format : {"uff58", "uff58b"}) {
+    const std::string into = (folder_.path() / format).string() + ".db";
+    EXPECT_EQ(Run({"archive", "export", "--format", format, "--out", "/files/r", "2", "1"}),
+              ExitCode::Success)
+        << error.str();
+    EXPECT_EQ(Run({"--archive", into, "archive", "import", "/files/r", "--tag", "old"}),
+              ExitCode::Success)
+        << error.str();
+    EXPECT_EQ(out.str(), "2 records\n");
+    const json list = RunJson({"--archive", into, "archive", "list"});
+    ASSERT_EQ(list.size(), 2U);
+    EXPECT_EQ(list[0]["tags"], json({"old"}));
+    const json shown = RunJson({"--archive", into, "archive", "show", "1"})["record"];
+    for (const char* axis : {"X", "Y", "Z"}) {
+      EXPECT_EQ(shown["axes"][axis]["data_g"], captured["axes"][axis]["data_g"]) << format;
+    }
+  }
+}
+
+TEST_F(ArchiveCommands, TheSameFileIsImportedOnce) {
+  Capture();
+  EXPECT_EQ(Run({"archive", "export", "--format", "uff58b", "--out", "/files/r", "1"}),
+            ExitCode::Success);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(Run({"archive", "import", "/files/r"}), ExitCode::Success) << error.str();
+  }
+  EXPECT_EQ(RunJson({"archive", "list"}).size(), 2U);  // the captured one, and that of the file
+}
+
+TEST_F(ArchiveCommands, OfSeveralFilesAllAreImportedOrNone) {
+  Capture();
+  EXPECT_EQ(Run({"archive", "export", "--format", "uff58", "--out", "/files/r", "1"}),
+            ExitCode::Success);
+  files.contents["/files/cut"] = files.contents["/files/r"].substr(0, 700);
+  EXPECT_EQ(Run({"archive", "import", "/files/r", "/files/cut"}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("/files/cut, line "));
+  EXPECT_EQ(Run({"archive", "import", "/files/none"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "/files/none cannot be read.\n");
+  EXPECT_EQ(Ids(), json({1}));
+}
+
+TEST_F(ArchiveCommands, WhatAFileDoesNotTellIsAskedFor) {
+  Capture({"--mode", "time"});
+  EXPECT_EQ(Run({"archive", "export", "--format", "wav", "--out", "/files/r.wav", "1"}),
+            ExitCode::Success);
+  EXPECT_EQ(Run({"archive", "import", "/files/r.wav"}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("--time"));
+  EXPECT_EQ(Run({"archive", "import", "/files/r.wav", "--time", "2026-03-14T08:26"}),
+            ExitCode::Success)
+      << error.str();
+  EXPECT_EQ(RunJson({"archive", "list"})[1]["time"], "2026-03-14T08:26:00.000Z");
+}
+
+TEST_F(ArchiveCommands, WhatAFormatCannotHoldIsRefused) {
+  Capture();
+  EXPECT_EQ(Run({"archive", "export", "--format", "wav", "--out", "/files/r.wav", "1"}),
+            ExitCode::Failure);
+  EXPECT_THAT(error.str(), HasSubstr("time record"));
+  EXPECT_FALSE(files.contents.contains("/files/r.wav"));
+  EXPECT_EQ(Run({"archive", "export", "--format", "xls", "--out", "r", "1"}), ExitCode::Usage);
+  EXPECT_EQ(Run({"archive", "export", "--format", "csv", "--out", "r", "9"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "There is no record 9 in the archive.\n");
+}
+
 }  // namespace
 }  // namespace kestrel

@@ -9,7 +9,7 @@ _kestrel_cli() {
     case $word in
       capture | registers | bands | command | record | status | adapters | archive)
         [ -n "$command" ] || command=$word ;;
-      list | read | write | dump | clear | load | save | show | note | delete | check | rescue) action=$word ;;
+      list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import) action=$word ;;
     esac
   done
   case $previous in
@@ -21,6 +21,7 @@ _kestrel_cli() {
     --amplitude) words="peak rms pp" ;;
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
     --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
+    --format) words="uff58 uff58b wav mat csv json" ;;
     --kind) words="spectrum time" ;;
     --archive | --into) COMPREPLY=($(compgen -f -- "$current")); return ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
@@ -35,11 +36,14 @@ _kestrel_cli() {
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
         record:) words="--time --data --peaks --levels --quantity --amplitude $remarks --help" ;;
-        archive:) words="list show note delete check rescue" ;;
+        archive:) words="list show note delete check rescue export import" ;;
         archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --limit --help" ;;
         archive:show) words="--data --help" ;;
         archive:note) words="$remarks --help" ;;
         archive:delete) words="--undo --for-good --help" ;;
+        archive:export) words="--format --out --help" ;;
+        archive:import) words="--time --option --range --window $remarks --help"
+          COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         archive:rescue) words="--into --help" ;;
         status:) words="--clear --help" ;;
       esac ;;

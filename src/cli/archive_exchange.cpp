@@ -1,0 +1,148 @@
+// Export and import from the command line.
+// SPDX-License-Identifier: MIT
+#include "cli/archive_exchange.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
+#include <cstring>
+#include <filesystem>
+#include <utility>
+
+#include "cli/word_choice.h"
+#include "record/utc_time.h"
+
+namespace kestrel {
+namespace {
+
+using archive::Archive;
+using archive::KeptRecord;
+using archive::NewRecord;
+
+// More than any file that a hundred thousand records make.
+constexpr std::size_t kLargestFile = 1'000'000'000;
+
+const WordCodes<std::int16_t> kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
+const WordCodes<std::int16_t> kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
+
+std::vector<std::string> FormatNames() {
+  std::vector<std::string> names;
+  for (const auto format : exchange::kExportFormats) names.push_back(NameOf(format));
+  return names;
+}
+
+exchange::NotedRecord Noted(KeptRecord kept) {
+  archive::Remarks& remarks = kept.remarks;
+  return {.record = std::move(kept.record),
+          .note = {.machine = std::move(remarks.machine),
+                   .point = std::move(remarks.point),
+                   .orientation = std::move(remarks.orientation),
+                   .speedRpm = remarks.rpm,
+                   .note = std::move(remarks.note),
+                   .tags = std::move(remarks.tags),
+                   .program = std::move(kept.program)}};
+}
+
+// The same content is the same record, however often it is brought in.
+archive::Uid UidOf(const std::string& content, std::size_t number) {
+  archive::Uid uid{};
+  std::uint64_t hash = 0xcbf29ce484222325 + number;  // FNV-1a, twice
+  for (std::size_t half = 0; half < uid.size(); half += sizeof hash) {
+    for (const char byte : content) {
+      hash = (hash ^ static_cast<std::uint8_t>(byte)) * 0x100000001b3;
+    }
+    std::memcpy(uid.data() + half, &hash, sizeof hash);
+  }
+  return uid;
+}
+
+std::string TimeProblem(const std::string& text) {
+  if (UtcFrom(text)) return {};
+  return "\"" + text + "\" is no time in UTC like 2026-03-14T08:26";
+}
+
+}  // namespace
+
+void ExportWord::AddTo(CLI::App& word) {
+  word.add_option("id", ids_, "Numbers of records, as the list tells them")->required();
+  word.add_option("--format", format_, "Of the file")
+      ->required()
+      ->check(CLI::IsMember(FormatNames()));
+  word.add_option("--out", file_, "The file; an earlier one is replaced")
+      ->required()
+      ->type_name("FILE");
+}
+
+void ExportWord::Run(Session& session, const Output& output, Archive& archive) const {
+  std::vector<exchange::NotedRecord> records;
+  for (const std::int64_t id : ids_) {
+    auto kept = archive.Get(id);
+    if (!kept) throw RuntimeError("There is no record " + std::to_string(id) + " in the archive.");
+    records.push_back(Noted(std::move(*kept)));
+  }
+  const auto content = Exported(records, *exchange::FormatNamed(format_));
+  if (!content) throw RuntimeError(content.Why().Text());
+  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(file_), *content);
+  if (output.json) {
+    output.Write({{"file", file_}, {"records", ids_}});
+  } else {
+    output.out << file_ << ": " << ids_.size() << (ids_.size() == 1 ? " record\n" : " records\n");
+  }
+}
+
+void ImportWord::AddTo(CLI::App& word) {
+  word.add_option("file", files_, "Data-log files, universal files (58) or WAV files")->required();
+  word.add_option("--time", time_, "When it was taken (UTC), where the file does not tell")
+      ->check(TimeProblem);
+  word.add_option("--option", said_.option, "Sample-rate option, where the file does not tell")
+      ->check(CLI::Range(0, 3));
+  AddChoice(word, "--range", said_.range, kRanges, "Signal range in g, likewise");
+  AddChoice(word, "--window", said_.window, kWindows, "FFT window, likewise");
+  remarks_.AddTo(word);
+}
+
+void ImportWord::Run(Session& session, const Output& output, Archive& archive,
+                     const std::string& bench) const {
+  std::vector<NewRecord> records;
+  for (const std::string& file : files_) AddRecords(session, file, records);
+  for (NewRecord& record : records) record.bench = bench;
+  archive.KeepAll(records);
+  if (output.json) {
+    output.Write({{"imported", records.size()}});
+  } else {
+    output.out << records.size() << (records.size() == 1 ? " record\n" : " records\n");
+  }
+}
+
+void ImportWord::AddRecords(Session& session, const std::string& file,
+                            std::vector<NewRecord>& records) const {
+  const auto content =
+      session.station.FilesHere().Read(std::filesystem::absolute(file), kLargestFile);
+  if (!content) throw RuntimeError(file + " cannot be read.");
+  const auto imported = exchange::Imported(file, *content);
+  if (!imported) throw RuntimeError(imported.Why().Text());
+  for (const std::string& notice : imported->notices) session.Say(file + ": " + notice);
+  for (std::size_t i = 0; i < imported->records.size(); ++i) {
+    const std::string where =
+        imported->records.size() == 1 ? file : file + ", record " + std::to_string(i + 1);
+    NewRecord record = RecordFrom(imported->records[i], where);
+    record.uid = UidOf(*content, i);
+    record.program = "imported from " + std::filesystem::path(file).filename().string();
+    records.push_back(std::move(record));
+  }
+}
+
+NewRecord ImportWord::RecordFrom(const exchange::ImportedRecord& imported,
+                                 const std::string& where) const {
+  auto record = exchange::RecordOf(imported, said_);
+  if (!record) throw RuntimeError(where + ": " + record.Why().Text());
+  NewRecord made{.record = *record, .remarks = remarks_.Remarks()};
+  if (!made.record.Taken() && time_.empty()) {
+    throw RuntimeError(where + ": it does not tell when it was taken; say so with --time.");
+  }
+  if (!made.record.Taken()) made.record.time = *UtcFrom(time_);
+  if (made.remarks.note.empty()) made.remarks.note = imported.note;
+  return made;
+}
+
+}  // namespace kestrel
