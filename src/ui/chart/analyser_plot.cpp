@@ -23,7 +23,8 @@ constexpr int kDigits = 3;        // of a read-out that knows no bounds
 // other does not compete for the same places in it.
 QImage BlankPicture(QSize pixels) {
   constexpr qsizetype kLine = 64;
-  const qsizetype bytesPerLine = ((pixels.width() * qsizetype{4} + kLine - 1) / kLine | 1) * kLine;
+  constexpr qsizetype kPixel = 4;
+  const qsizetype bytesPerLine = ((kPixel * pixels.width() + kLine - 1) / kLine | 1) * kLine;
   const auto size = static_cast<std::size_t>(bytesPerLine * pixels.height());
   auto* memory = static_cast<uchar*>(operator new (size, std::align_val_t{kLine}));
   const auto release = [](void* used) { operator delete (used, std::align_val_t{kLine}); };
