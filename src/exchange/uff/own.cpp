@@ -100,8 +100,10 @@ void TakeTime(ImportedRecord& record, const std::string& line) {
   const int minute = field(14, 2);
   const int second = field(17, 2);
   const int thousandths = field(20, 3);
-  if (!date.ok() || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 ||
-      second > 59 || thousandths < 0 || line.back() != 'Z') {
+  // Years that a clock of nanoseconds can tell.
+  const bool isKnown = date.ok() && date.year() >= year(1970) && date.year() <= year(2261);
+  if (!isKnown || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 || second > 59 ||
+      thousandths < 0 || line.back() != 'Z') {
     return;
   }
   record.time =
