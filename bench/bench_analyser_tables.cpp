@@ -190,15 +190,22 @@ void Tables() {
             ", the plot painted alone: " + Amount(plot, 1, "ms"));
 }
 
+frmAnalyser* OpenAnalyser() {
+  for (QWidget* top : QApplication::topLevelWidgets()) {
+    if (auto* analyser = dynamic_cast<frmAnalyser*>(top)) return analyser;
+  }
+  return nullptr;
+}
+
 void Opening() {
   Program program;
   Expose(program.Window());
   Settle();
-  const frmAnalyser* none = program.Window().findChild<frmAnalyser*>("frmAnalyser");
+  const frmAnalyser* none = OpenAnalyser();
   frmAnalyser* window = nullptr;
   const auto open = [&] {
     program.Window().findChild<QAction*>("mnuAnalyser")->trigger();
-    window = program.Window().findChild<frmAnalyser*>("frmAnalyser");
+    window = OpenAnalyser();
     Expose(*window);
     Settle();
   };

@@ -101,6 +101,12 @@ class Studio {
     while (scale->text() != scaleG) scale->click();
   }
   void Trigger(const char* item) { Window().findChild<QAction*>(item)->trigger(); }
+  static frmAnalyser& Analyser() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (auto* analyser = dynamic_cast<frmAnalyser*>(top)) return *analyser;
+    }
+    throw std::runtime_error("no analyser");
+  }
   template <typename Control>
   Control& Find(const char* name) {
     return *Window().findChild<Control*>(name);
@@ -248,7 +254,7 @@ void DrawAnalyser(Gallery& gallery) {
   Studio studio(BearingFault());
   studio.Press("cmdStart");
   studio.Trigger("mnuAnalyser");
-  auto& window = studio.Find<frmAnalyser>("frmAnalyser");
+  auto& window = studio.Analyser();
   window.resize(1280, 760);
   window.Model().TakeReference();
   for (int i = 0; i < kAnalyserCaptures; ++i) studio.Press("cmdStart");

@@ -40,7 +40,8 @@ std::vector<std::string> CleanTags(std::vector<std::string> tags) {
   for (std::string& tag : tags) tag = Trimmed(std::move(tag));
   std::erase(tags, "");
   std::ranges::sort(tags);
-  tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
+  const auto rest = std::ranges::unique(tags);
+  tags.erase(rest.begin(), rest.end());
   return tags;
 }
 

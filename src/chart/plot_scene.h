@@ -103,6 +103,7 @@ struct PlotScene {
   std::string head = {};    // "Spectrum", half-bold; with an empty one there is no record line
   std::string line = {};    // "0 to 70 g, Hanning, 8 averages, option 0, Δf 195.7 Hz, 18:34:16"
   std::string hint = {};    // in the middle while no pane has a trace
+  std::string note = {};    // what is chosen and cannot be drawn, why, and what to choose
   std::string source = {};  // sensor, version and date: in pictures that leave the program
   PlotAcross across = {};
   std::vector<PlotPane> panes = {};  // one below the other, along one horizontal axis

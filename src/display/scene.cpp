@@ -45,6 +45,37 @@ analysis::Horizontal HorizontalOf(const StudyChoice& choice, double binWidthHz) 
   return axis;
 }
 
+std::string NameOf(Extra extra, int captures) {
+  const std::string of = " of " + std::to_string(captures);
+  switch (extra) {
+    case Extra::LinearAverage:
+      return "Average" + of;
+    case Extra::ExponentialAverage:
+      return "Exponential average" + of;
+    case Extra::MaximumHold:
+      return "Maximum" + of;
+    case Extra::MinimumHold:
+      return "Minimum" + of;
+    case Extra::Frozen:
+      return "Frozen";
+    case Extra::Reference:
+      return "Reference";
+  }
+  return "";
+}
+
+void NoteNotDrawn(PlotScene& scene, const std::string& name, const analysis::Refusal& why) {
+  const std::string text = name + " is not drawn. " + why.reason + " " + why.cure + ".";
+  if (scene.note.find(text) != std::string::npos) return;
+  scene.note += (scene.note.empty() ? "" : " ") + text;
+}
+
+std::string CrowdName(std::size_t drawn, std::size_t all, const std::string& other) {
+  const std::string name = std::to_string(drawn) + " records, least to largest, median";
+  if (drawn == all) return name;
+  return name + "; " + std::to_string(all - drawn) + " of other " + other + " left out";
+}
+
 void TitleScene(PlotScene& scene, const Study& study) {
   const Record& record = *study.Shown()->record;
   const std::string whole = RecordLine(record, study.TimeText(record.time));

@@ -29,6 +29,17 @@ namespace kestrel::study {
 // The horizontal axis of a spectrum, in Hz where the chosen unit cannot be had.
 [[nodiscard]] analysis::Horizontal HorizontalOf(const StudyChoice& choice, double binWidthHz);
 
+// More records beside the one shown than these are drawn as a crowd.
+inline constexpr std::size_t kTracesOfOthers = 5;
+
+// "Maximum of 3", "Reference": how an extra is called in the legend.
+[[nodiscard]] std::string NameOf(Extra extra, int captures);
+// Says in the scene's note that something chosen is not drawn, why, and what to choose; once.
+void NoteNotDrawn(PlotScene& scene, const std::string& name, const analysis::Refusal& why);
+// "7 records, least to largest, median", and how many of `all` were left out, of other what:
+// "bins".
+[[nodiscard]] std::string CrowdName(std::size_t drawn, std::size_t all, const std::string& other);
+
 // Head and line of what is shown, as they stand above the plot.
 void TitleScene(PlotScene& scene, const Study& study);
 

@@ -14,7 +14,6 @@
 namespace kestrel::study {
 namespace {
 
-constexpr std::size_t kTracesOfOthers = 5;  // more records are shown as a crowd
 constexpr std::size_t kLabels = 12;
 
 std::vector<double> Frequencies(const analysis::Spectrum& spectrum) {
@@ -66,9 +65,9 @@ void AddLive(PlotPane& pane, const Study& study, Axis axis) {
   pane.traces.push_back(std::move(trace));
 }
 
-void AddHeld(PlotPane& pane, const MeasuredSpectrum& measured, const std::string& name,
-             TraceStyle style) {
-  if (!measured.curve) return;
+void AddHeld(PlotScene& scene, PlotPane& pane, const MeasuredSpectrum& measured,
+             const std::string& name, TraceStyle style) {
+  if (!measured.curve) return NoteNotDrawn(scene, name, measured.curve.Why());
   SceneTrace trace = TraceOf(measured, pane.up);
   trace.name = name + " " + Letter(measured.spectrum.axis);
   trace.style = style;
@@ -76,49 +75,32 @@ void AddHeld(PlotPane& pane, const MeasuredSpectrum& measured, const std::string
   pane.traces.push_back(std::move(trace));
 }
 
-std::string NameOf(Extra extra, int captures) {
-  const std::string of = " of " + std::to_string(captures);
-  switch (extra) {
-    case Extra::LinearAverage:
-      return "Average" + of;
-    case Extra::ExponentialAverage:
-      return "Exponential average" + of;
-    case Extra::MaximumHold:
-      return "Maximum" + of;
-    case Extra::MinimumHold:
-      return "Minimum" + of;
-    case Extra::Frozen:
-      return "Frozen";
-    case Extra::Reference:
-      return "Reference";
-  }
-  return "";
-}
-
-void AddExtras(PlotPane& pane, const Study& study, Axis axis) {
+void AddExtras(PlotScene& scene, PlotPane& pane, const Study& study, Axis axis) {
   for (const Extra extra : study.Choice().extras) {
     const Measured* kept = extra == Extra::Frozen      ? study.Frozen()
                            : extra == Extra::Reference ? study.Reference()
                                                        : nullptr;
     if (kept != nullptr) {
       if (!kept->Of(axis)) continue;
-      AddHeld(pane, *kept->Of(axis), NameOf(extra, 0),
+      AddHeld(scene, pane, *kept->Of(axis), NameOf(extra, 0),
               extra == Extra::Reference ? TraceStyle::Reference : TraceStyle::Held);
     } else if (const auto* spectrum = study.Accumulation().Of(extra, axis)) {
       // Its peaks are not shown, and take longer to find than all else.
-      AddHeld(pane, {*spectrum, analysis::InQuantity(*spectrum, study.Choice().quantity), {}},
+      AddHeld(scene, pane,
+              {*spectrum, analysis::InQuantity(*spectrum, study.Choice().quantity), {}},
               NameOf(extra, spectrum->captures), TraceStyle::Held);
     }
   }
 }
 
 // Records of other options are overlaid too; a crowd needs the same bins.
-void AddOthers(PlotPane& pane, const Study& study, Axis axis) {
+void AddOthers(PlotScene& scene, PlotPane& pane, const Study& study, Axis axis) {
   const auto& others = study.Others();
   if (others.size() <= kTracesOfOthers) {
     for (const Measured& other : others) {
       if (!other.Of(axis)) continue;
-      AddHeld(pane, *other.Of(axis), study.TimeText(other.record->time), TraceStyle::Reference);
+      AddHeld(scene, pane, *other.Of(axis), study.TimeText(other.record->time),
+              TraceStyle::Reference);
     }
     return;
   }
@@ -132,9 +114,7 @@ void AddOthers(PlotPane& pane, const Study& study, Axis axis) {
     crowd.y.push_back(Drawn(*measured.curve, pane.up));
   }
   if (crowd.y.empty()) return;
-  crowd.name = std::to_string(crowd.y.size()) + " records, least to largest, median";
-  const std::size_t missing = others.size() - crowd.y.size();
-  if (missing > 0) crowd.name += "; " + std::to_string(missing) + " of other bins left out";
+  crowd.name = CrowdName(crowd.y.size(), others.size(), "bins");
   crowd.ink = InkOf(axis);
   pane.crowd = std::move(crowd);
 }
@@ -237,8 +217,8 @@ PlotPane PaneOfAxes(PlotScene& scene, const Study& study, const std::vector<Axis
       continue;
     }
     AddLive(pane, study, axis);
-    AddExtras(pane, study, axis);
-    if (axis == choice.focus || choice.stacked) AddOthers(pane, study, axis);
+    AddExtras(scene, pane, study, axis);
+    if (axis == choice.focus || choice.stacked) AddOthers(scene, pane, study, axis);
   }
   AddBands(pane, study, axes.size() == 1 ? axes.front() : choice.focus);
   AddLabels(pane, study, axes);

@@ -6,13 +6,69 @@
 namespace kestrel::study {
 namespace {
 
-SceneTrace TraceOf(const TimeCurve& curve, Axis axis, bool isFocus) {
-  SceneTrace trace{.name = std::string(1, Letter(axis)), .ink = InkOf(axis), .isFocus = isFocus};
-  trace.y = curve.values;
-  for (std::size_t i = 0; i < trace.y.size(); ++i) {
-    trace.x.push_back(static_cast<double>(i) * curve.stepS);
+std::vector<double> Seconds(const TimeCurve& curve) {
+  std::vector<double> seconds(curve.values.size());
+  for (std::size_t i = 0; i < seconds.size(); ++i) {
+    seconds[i] = static_cast<double>(i) * curve.stepS;
   }
-  return trace;
+  return seconds;
+}
+
+SceneTrace TraceOf(const TimeCurve& curve, Axis axis, bool isFocus) {
+  return {.name = std::string(1, Letter(axis)),
+          .ink = InkOf(axis),
+          .isFocus = isFocus,
+          .x = Seconds(curve),
+          .y = curve.values};
+}
+
+void AddKept(PlotScene& scene, PlotPane& pane, const Study& study, const Measured& kept, Axis axis,
+             const std::string& name, TraceStyle style) {
+  const auto curve = study.TimeCurveOf(*kept.record, axis);
+  if (!curve) return NoteNotDrawn(scene, name, curve.Why());
+  pane.traces.push_back({.name = name + " " + Letter(axis),
+                         .ink = style == TraceStyle::Reference ? PlotInk::Other : InkOf(axis),
+                         .style = style,
+                         .x = Seconds(*curve),
+                         .y = curve->values});
+}
+
+// A crowd needs the same times.
+void AddCrowd(PlotPane& pane, const Study& study, const TimeCurve& live, Axis axis) {
+  PlotCrowd crowd{.ink = InkOf(axis), .x = Seconds(live)};
+  for (const Measured& other : study.Others()) {
+    const auto curve = study.TimeCurveOf(*other.record, axis);
+    if (!curve || curve->stepS != live.stepS || curve->values.size() != live.values.size()) {
+      continue;
+    }
+    crowd.y.push_back(curve->values);
+  }
+  if (crowd.y.empty()) return;
+  crowd.name = CrowdName(crowd.y.size(), study.Others().size(), "rates");
+  pane.crowd = std::move(crowd);
+}
+
+void AddOthers(PlotScene& scene, PlotPane& pane, const Study& study, const TimeCurve& live,
+               Axis axis) {
+  if (study.Others().size() > kTracesOfOthers) return AddCrowd(pane, study, live, axis);
+  for (const Measured& other : study.Others()) {
+    AddKept(scene, pane, study, other, axis, study.TimeText(other.record->time),
+            TraceStyle::Reference);
+  }
+}
+
+// Beside the live trace, as in a spectrum.
+void AddBeside(PlotScene& scene, PlotPane& pane, const Study& study, const TimeCurve& live,
+               Axis axis) {
+  const StudyChoice& choice = study.Choice();
+  if (choice.Has(Extra::Frozen) && study.Frozen() != nullptr) {
+    AddKept(scene, pane, study, *study.Frozen(), axis, NameOf(Extra::Frozen, 0), TraceStyle::Held);
+  }
+  if (choice.Has(Extra::Reference) && study.Reference() != nullptr) {
+    AddKept(scene, pane, study, *study.Reference(), axis, NameOf(Extra::Reference, 0),
+            TraceStyle::Reference);
+  }
+  if (axis == choice.focus || choice.stacked) AddOthers(scene, pane, study, live, axis);
 }
 
 std::string TitleOf(const StudyChoice& choice, const TimeCurve& curve) {
@@ -43,6 +99,7 @@ PlotScene TimeScene(const Study& study) {
       const double length = curve->stepS * static_cast<double>(curve->values.size());
       scene.across = {.title = "Time, ms", .unit = "ms", .factor = 1000, .whole = {0, length}};
       drawn.traces.push_back(TraceOf(*curve, axis, axis == choice.focus));
+      AddBeside(scene, drawn, study, *curve, axis);
     }
     scene.panes.push_back(std::move(drawn));
   }

@@ -83,6 +83,8 @@ class Study {
   // The samples of what is shown in the chosen quantity over time; refused of a spectrum, and of
   // velocity where the record is too short for it.
   [[nodiscard]] analysis::Told<TimeCurve> TimeCurveOf(Axis axis) const;
+  // The same of another record.
+  [[nodiscard]] analysis::Told<TimeCurve> TimeCurveOf(const Record& record, Axis axis) const;
   // Why the chosen quantity cannot be told of the focus axis of what is shown; nothing where it
   // can.
   [[nodiscard]] std::optional<analysis::Refusal> Refused() const;

@@ -43,8 +43,10 @@ analysis::Told<TimeCurve> SamplesOf(const Record& record, Axis axis) {
 }
 
 analysis::Told<TimeCurve> Study::TimeCurveOf(Axis axis) const {
-  if (!shown_) return NoSamples();
-  const Record& record = *shown_->record;
+  return shown_ ? TimeCurveOf(*shown_->record, axis) : NoSamples();
+}
+
+analysis::Told<TimeCurve> Study::TimeCurveOf(const Record& record, Axis axis) const {
   auto told = SamplesOf(record, axis);
   if (!told) return told;
   const TimeCurve& curve = *told;

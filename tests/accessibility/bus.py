@@ -171,9 +171,9 @@ class Program:
                         lambda: next((c for c in walk(window) if c.get_role() == Atspi.Role.LABEL
                                       and caption in labels_of(c)), None))
 
-    def menu_items(self):
-        """(menu, item) of the main window's menus, as they are named."""
-        bar = next(c for c in walk(self.main) if c.get_role_name() == "menu bar")
+    def menu_items(self, window=None):
+        """(menu, item) of a window's menus, as they are named; of the main window's else."""
+        bar = next(c for c in walk(window or self.main) if c.get_role_name() == "menu bar")
         for menu in children(bar):
             for item in walk(menu):
                 if item is not menu and item.get_role_name() in MENU_ITEM_ROLES:

@@ -15,6 +15,10 @@ from bus import Atspi, Program, act, announce_reader, children, focus, has, is_s
 from bus import press, text_of, type_key, value_of, wait_active, wait_for, walk
 
 HOME, DOWN, RIGHT, RETURN, ESCAPE = 0xFF50, 0xFF54, 0xFF53, 0xFF0D, 0xFF1B
+SPACE, TAB = 0x20, 0xFF09
+
+# Docks of the analyser that share a place.
+TABBED = ("Known frequencies", "Severity estimate", "Levels")
 
 # Menu, item, the window's title, the button that closes it.
 WINDOWS = (
@@ -163,6 +167,99 @@ class Check:
         assert "Hz" not in self.plot().get_name(), "a frequency is told for a sample"
         self.select(main, "Mode", "Manual")
 
+    def the_analyser_tells_all_in_every_view(self):
+        analyser = self.open("File", "Analyser", "Analyser")
+        self.capture(analyser, "Spectrum")
+        self.audit(analyser)
+        for dock in TABBED:
+            press(self.program.find(analyser, "page tab", dock))
+            self.audit(analyser)
+        self.a_refusal_is_told(analyser)
+        self.the_cursor_of_a_plot_is_moved(analyser)
+        self.the_dialogs_of_the_analyser(analyser)
+        self.view(analyser, "Waterfall")
+        self.program.find(analyser, "chart", "Waterfall")
+        self.audit(analyser)
+        self.view(analyser, "Time")
+        self.audit(analyser)  # a spectrum has lost its time
+        self.close_analyser(analyser)
+
+    def the_analyser_tells_samples(self):
+        self.select(self.program.main, "Mode", "Manual Time")
+        analyser = self.open("File", "Analyser", "Analyser")
+        self.capture(analyser, "Time record")
+        self.audit(analyser)
+        self.close_analyser(analyser)
+        self.select(self.program.main, "Mode", "Manual")
+
+    def close_analyser(self, analyser):
+        press(self.item(analyser, "File", "Close"))
+        wait_for("the analyser to close", lambda: not self.program.window("Analyser"))
+
+    def view(self, analyser, name):
+        press(self.program.find(analyser, "page tab", name))
+        self.settle(analyser)
+
+    def capture(self, analyser, kind):
+        press(self.program.find(analyser, "push button", "Capture"))
+        wait_for(f"a {kind}", lambda: self.chart(analyser).get_name().startswith(kind))
+        wait_for("Capture to come back",
+                 lambda: self.program.find(analyser, "push button", "Capture"))
+
+    @staticmethod
+    def chart(analyser):
+        return next(c for c in walk(analyser) if c.get_role() == Atspi.Role.CHART and is_shown(c))
+
+    def item(self, window, menu_name, item_name):
+        return next(item for menu, item in self.program.menu_items(window)
+                    if (menu.get_name(), item.get_name()) == (menu_name, item_name))
+
+    def a_refusal_is_told(self, analyser):
+        """Velocity is chosen, with the keys alone, in the menu of the button after Capture."""
+        wait_active(analyser)
+        focus(self.program.find(analyser, "push button", "Capture"))
+        quantity = self.program.find(analyser, "push button", "Acceleration, g")
+        type_key(TAB)
+        wait_for("the focus on the quantity", lambda: has(quantity, Atspi.StateType.FOCUSED))
+        for downs, name in ((2, "Velocity, mm/s"), (1, "Acceleration, g")):
+            for key in [SPACE] + [DOWN] * downs + [RETURN]:
+                type_key(key)
+            wait_for(f"the quantity to be '{name}'", lambda: quantity.get_name() == name)
+            self.audit(analyser)
+
+    def the_cursor_of_a_plot_is_moved(self, analyser):
+        plot = self.chart(analyser)
+        assert "eak" in plot.get_description(), f"the plot says '{plot.get_description()}'"
+        wait_active(analyser)
+        focus(plot)
+        type_key(ord("c"))
+        wait_for("a cursor", lambda: value_of(plot))
+        before, told = value_of(plot), plot.get_description()
+        type_key(RIGHT)
+        wait_for("the next bin", lambda: value_of(plot) > before)
+        assert plot.get_description() != told, f"the cursor still says '{told}'"
+
+    def the_dialogs_of_the_analyser(self, analyser):
+        press(self.program.find(
+            analyser, "push button", "Levels: A band of your own; Del removes it"))
+        self.audit_and_cancel("Band")
+        focus(self.chart(analyser))
+        type_key(ord("m"))
+        self.audit_and_cancel("Marker")
+        press(self.program.find(analyser, "push button", "Repeat"))
+        form = wait_for("the repeat form", lambda: self.program.window("Repeat captures"))
+        self.audit(form)
+        self.leave(form, "Close")
+        press(self.program.find(analyser, "push button", "Export"))
+        wait_for("the export", lambda: self.program.window("Export picture"))
+        type_key(ESCAPE)
+        wait_for("the export to close", lambda: not self.program.window("Export picture"))
+
+    def audit_and_cancel(self, title):
+        dialog = wait_for(f"the dialog '{title}'", lambda: self.program.window(title))
+        self.audit(dialog)
+        self.leave(dialog, "Cancel")
+
     def a_correction_is_typed_and_written(self):
         window = self.open("Sensor", "Calibration...", "Calibration")
         box = self.program.find(window, "text", "Correction of X in g")
@@ -215,6 +312,8 @@ class Check:
                        self.the_plot_tells_its_peaks_and_the_cursor_goes_there,
                        self.the_full_scale_button_tells_its_scale,
                        self.a_time_record_tells_its_reach,
+                       self.the_analyser_tells_all_in_every_view,
+                       self.the_analyser_tells_samples,
                        self.a_correction_is_typed_and_written,
                        self.a_band_is_typed_into_the_grid,
                        self.a_register_is_read,

@@ -22,7 +22,7 @@ OBJECT_NAME = re.compile(r"^(cmd|lbl|LbL|txt|ck|op|opt|cbx|cmbo|mnu|Mnu|fra|frm|
 BARE_VALUE = re.compile(r"^(-?[\d.,]+( (Hz|g|V))?|OK|SET|FAIL|noData|[0-9A-F]{1,4}|-|\u2013)$")
 NUMBER = re.compile(r"^\s*-?[\d.,]+\s*$")
 UNIT = re.compile(r"\b(g|V|Hz|C|ms|milliseconds|seconds|bin|hexadecimal|digits|number|code|counts?|"
-                  r"\d+ to \d+|band|samples|scaled|address|group)\b", re.IGNORECASE)
+                  r"\d+ to \d+|rpm|mm/s|µm|band|samples|scaled|address|group)\b", re.IGNORECASE)
 
 
 def shown(window):

@@ -79,6 +79,77 @@ TEST(TimeScene, ASpectrumHasNoSamples) {
   EXPECT_TRUE(SceneOf(study).panes.empty());
 }
 
+Sample TimeAt(int second, int option = 0) {
+  Sample sample = kTime;
+  sample.second = second;
+  sample.option = option;
+  sample.noiseDensityG = 1e-4;
+  return sample;
+}
+
+TEST(TimeScene, TheReferenceAndAFrozenCopyStandBesideTheLiveTraces) {
+  StudyChoice choice = kOverTime;
+  choice.shown = {true, false, false};
+  Study study = StudyOf(choice, {TimeAt(1)});
+  study.TakeReference();
+  study.Freeze();
+  study.Take(RecordOf(TimeAt(2)));
+  const PlotPane pane = SceneOf(study).panes.at(0);
+  ASSERT_EQ(pane.traces.size(), 3U);
+  EXPECT_EQ(pane.traces[1].name, "Frozen X");
+  EXPECT_EQ(pane.traces[1].style, TraceStyle::Held);
+  EXPECT_EQ(pane.traces[1].ink, PlotInk::X);
+  EXPECT_EQ(pane.traces[2].name, "Reference X");
+  EXPECT_EQ(pane.traces[2].style, TraceStyle::Reference);
+  EXPECT_EQ(pane.traces[2].ink, PlotInk::Other);
+  EXPECT_EQ(pane.traces[1].y, pane.traces[2].y);
+  EXPECT_NE(pane.traces[1].y, pane.traces[0].y) << "the samples of before";
+  EXPECT_EQ(pane.traces[1].x, pane.traces[0].x);
+}
+
+TEST(TimeScene, WhatStandsBesideIsInTheSameQuantity) {
+  StudyChoice choice = kOverTime;
+  choice.timeQuantity = TimeQuantity::Velocity;
+  Study study = StudyOf(choice, {TimeAt(1)});
+  study.TakeReference();
+  const PlotPane pane = SceneOf(study).panes.at(0);
+  ASSERT_EQ(pane.traces.size(), 6U);
+  EXPECT_EQ(pane.traces[1].name, "Reference X");
+  EXPECT_EQ(pane.traces[1].y, pane.traces[0].y);
+}
+
+TEST(TimeScene, AReferenceWithoutSamplesIsSaidOnce) {
+  Study study = StudyOf(kOverTime, {{}});
+  study.TakeReference();
+  study.Take(RecordOf(TimeAt(2)));
+  const PlotScene scene = SceneOf(study);
+  EXPECT_EQ(scene.panes.at(0).traces.size(), 3U);
+  EXPECT_EQ(scene.note,
+            "Reference is not drawn. The sensor delivered magnitudes; samples cannot be told from "
+            "them. Capture in the mode Manual Time.");
+}
+
+TEST(TimeScene, UpToFiveOtherRecordsAreTracesOfTheFocusAndMoreACrowd) {
+  std::vector<Sample> samples;
+  for (int second = 1; second <= 7; ++second) samples.push_back(TimeAt(second));
+  samples.push_back(TimeAt(8, 1));
+  Study study = StudyOf(kOverTime, samples);
+  study.Select({1, 2, 8});
+  PlotPane pane = SceneOf(study).panes.at(0);
+  ASSERT_EQ(pane.traces.size(), 5U);
+  EXPECT_EQ(pane.traces[1].name, "at 2 s X");
+  EXPECT_EQ(pane.traces[1].style, TraceStyle::Reference);
+  EXPECT_DOUBLE_EQ(pane.traces[2].x[10], 10 / SampleFrequency(1)) << "by its own rate";
+  EXPECT_FALSE(pane.crowd);
+  study.Select({1, 2, 3, 4, 5, 6, 7, 8});
+  pane = SceneOf(study).panes.at(0);
+  EXPECT_EQ(pane.traces.size(), 3U);
+  ASSERT_TRUE(pane.crowd);
+  EXPECT_EQ(pane.crowd->y.size(), 6U);
+  EXPECT_EQ(pane.crowd->ink, PlotInk::X);
+  EXPECT_EQ(pane.crowd->name, "6 records, least to largest, median; 1 of other rates left out");
+}
+
 TEST(TimeScene, SamplesAreScaledByTheRecordsOwnRange) {
   const Record wrong = Rescaled(TakenOf(kTime), 0);
   const auto told = SamplesOf(wrong, Axis::X);

@@ -65,9 +65,12 @@ class WindowBench : public ::testing::Test {
 
   template <typename Control = QWidget>
   Control& Find(const char* name) {
-    auto* control = Window().template findChild<Control*>(name);
-    if (control == nullptr) throw std::runtime_error(std::string("no control ") + name);
-    return *control;
+    if (auto* control = Window().template findChild<Control*>(name)) return *control;
+    for (QWidget* top : QApplication::topLevelWidgets()) {  // beside the main window
+      auto* itself = dynamic_cast<Control*>(static_cast<QObject*>(top));
+      if (itself != nullptr && top->objectName() == name) return *itself;
+    }
+    throw std::runtime_error(std::string("no control ") + name);
   }
   QString Text(const char* label) { return Find<QLabel>(label).text(); }
   QString BoxText(const char* box) { return Find<QLineEdit>(box).text(); }

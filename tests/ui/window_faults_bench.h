@@ -4,6 +4,8 @@
 
 #include <QPlainTextEdit>
 #include <QTableWidget>
+#include <QToolButton>
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -13,6 +15,7 @@
 #include "record/capture_data.h"
 #include "support/given.h"
 #include "ui/all_windows_bench.h"
+#include "ui/analyser/frmAnalyser.h"
 #include "ui/main/adapter_watcher.h"
 
 namespace kestrel {
@@ -29,6 +32,8 @@ struct Operation {
   std::set<std::string> clears = {};
   // It looks for the board itself: what it meets, it may tell in other words.
   bool searches = false;
+  // A loss is a gap, without a message.
+  bool isQuiet = false;
 };
 
 // All windows, where faults can be let happen in the middle of an operation.
@@ -52,6 +57,7 @@ class FaultBench : public AllWindowsBench {
     }
     throw std::runtime_error("no control " + window + "." + control);
   }
+  RepeatRunner& Repeats() { return Window().Repeats(); }
   void Click(const std::string& window, const char* button) {
     In<QAbstractButton>(window, button).click();
     Settle();
@@ -136,7 +142,8 @@ class FaultBench : public AllWindowsBench {
   [[nodiscard]] Screen ReadScreen() {
     Screen screen;
     for (QWidget* top : QApplication::topLevelWidgets()) {
-      if (!top->isVisible()) continue;
+      // The analyser's numbers are those of the record that it is shown to hold.
+      if (!top->isVisible() || top->objectName() == "frmAnalyser") continue;
       for (QWidget* widget : top->findChildren<QWidget*>()) {
         const std::string name = widget->objectName().toStdString();
         if (widget->window() != top || name.empty() || name.starts_with("qt_") || Varies(name))
@@ -173,9 +180,38 @@ class FaultBench : public AllWindowsBench {
     const auto* loop = Window().findChild<QPushButton*>("cmdLoop");
     EXPECT_TRUE(loop == nullptr || loop->text() == "Loop");
     ASSERT_TRUE(Window().isVisible());
+    ExpectTruthfulAnalyser();
+  }
+
+  // It shows the record at hand; what may be older is said to be.
+  void ExpectTruthfulAnalyser() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      auto* analyser = dynamic_cast<frmAnalyser*>(top);
+      if (analyser == nullptr || !analyser->isVisible()) continue;
+      EXPECT_EQ(In<QToolButton>("frmAnalyser", "cmdCapture").text(), "Capture");
+      const study::Measured* shown = analyser->Model().Get().Shown();
+      const Record& record = core_.record.Get();
+      ASSERT_EQ(shown != nullptr, record.Taken());
+      if (shown == nullptr) continue;
+      EXPECT_EQ(*shown->record, record);
+      for (const auto& notice :
+           RecordNotices(record, {.sensorLost = !core_.registers.Reachable()})) {
+        if (notice.kind == NoticeKind::WrongScale) continue;  // it has a scale of its own
+        EXPECT_TRUE(AnalyserSays(notice.what)) << notice.what;
+      }
+    }
   }
 
  private:
+  bool AnalyserSays(const std::string& text) {
+    auto& notices = In<QWidget>("frmAnalyser", "analyserNotices");
+    const auto labels = notices.findChildren<QLabel*>();
+    return notices.isVisible() &&
+           std::any_of(labels.begin(), labels.end(), [&](const QLabel* label) {
+             return label->text().contains(QString::fromStdString(text));
+           });
+  }
+
   static bool Varies(const std::string& name) {
     static const std::set<std::string> kNames{
         "LbLSupply", "LbLTemp",     "lblInterface", "lostNotice",    "lblLost",     "lblLostReason",

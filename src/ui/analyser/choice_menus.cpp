@@ -60,7 +60,9 @@ QAction* ChoiceMenu::Do(const char* name, const QString& text, std::function<voi
 void ChoiceMenu::Grey(QAction* action, const QString& why) {
   if (why.isEmpty()) return;
   action->setEnabled(false);
-  action->setText(action->text() + QStringLiteral(" (%1)").arg(why));
+  QString text = action->text();
+  const qsizetype key = text.indexOf('\t');
+  action->setText(text.insert(key < 0 ? text.size() : key, QStringLiteral(" (%1)").arg(why)));
   action->setToolTip(why);
 }
 
@@ -191,9 +193,9 @@ void TracesMenu::Fill() {
     Add(("mnuFocus" + letter).toUtf8().constData(), tr("%1\tShift+%1").arg(letter),
         Choice().focus == axis, [axis](StudyChoice& choice) { choice.focus = axis; }, focus);
   }
-  if (Choice().view == study::View::Time) return;
   addSeparator();
   FillKept();
+  if (Choice().view == study::View::Time) return;
   addSeparator();
   FillAccumulated();
 }
@@ -217,7 +219,11 @@ void TracesMenu::FillKept() {
   QAction* difference =
       Add("mnuDifference", tr("Difference to the reference, dB"), Choice().difference,
           [](StudyChoice& choice) { choice.difference = !choice.difference; });
-  if (!Choice().difference) Grey(difference, WhyNoDifference(Model().Get()));
+  if (Choice().view == study::View::Time) {
+    Grey(difference, tr("of spectra"));
+  } else if (!Choice().difference) {
+    Grey(difference, WhyNoDifference(Model().Get()));
+  }
 }
 
 void TracesMenu::FillAccumulated() {

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -41,6 +42,10 @@ class ScrollingBars : public QScrollArea {
   [[nodiscard]] QSize minimumSizeHint() const override { return {100, sizeHint().height()}; }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+    return QScrollArea::eventFilter(watched, event);
+  }
   void resizeEvent(QResizeEvent* event) override {
     QScrollArea::resizeEvent(event);
     updateGeometry();
@@ -80,6 +85,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       known_(new KnownPanel(model_)),
       levels_(new LevelsPanel(model_)) {
   setObjectName("frmAnalyser");
+  setAttribute(Qt::WA_QuitOnClose, false);
   setWindowTitle(tr("Analyser"));
   setDockOptions(AnimatedDocks | AllowNestedDocks | AllowTabbedDocks);
   setTabPosition(Qt::AllDockWidgetAreas, QTabWidget::North);
@@ -88,6 +94,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
   LayOut();
   AddDocks();
   AddMenus();
+  AddPlotMenu();
   AddKeys();
   Connect();
   resize(kUsualSize.boundedTo(RoomOnScreen(*this)));
@@ -138,8 +145,11 @@ void frmAnalyser::AddDocks() {
       ->SetCopied(&cursor->Table());
   connect(&area_->Commands(), &PlotCommands::MemberAsked, cursor, &CursorPanel::NextMember);
   auto* known = AddDock("dockKnown", tr("Known frequencies"), known_, Qt::RightDockWidgetArea);
-  auto* severity = AddDock("dockSeverity", tr("Severity estimate"), new SeverityPanel(model_),
-                           Qt::RightDockWidgetArea);
+  auto* estimate = new SeverityPanel(model_);
+  connect(estimate, &SeverityPanel::OptionWanted, this,
+          [this](int option) { host_.captureAtOption(option); });
+  auto* severity =
+      AddDock("dockSeverity", tr("Severity estimate"), estimate, Qt::RightDockWidgetArea);
   tabifyDockWidget(docks_[2], known);
   tabifyDockWidget(known, severity);
   docks_[2]->raise();
@@ -161,8 +171,7 @@ void frmAnalyser::Connect() {
   for (AnalyserPlot* plot : {&area_->Plot(), &waterfall_->Plot()}) {
     connect(plot, &AnalyserPlot::ViewChanged, this, &frmAnalyser::Refresh);
   }
-  connect(waterfall_, &WaterfallArea::CommandAsked, this,
-          [this](PlotCommand command) { area_->Commands().CarryOut(command, waterfall_->Row()); });
+  connect(waterfall_, &WaterfallArea::CommandAsked, this, &frmAnalyser::CarryOut);
   connect(toolBar_->cmdBack, &QToolButton::clicked, this, [this] { Plot().GoBack(); });
   connect(toolBar_->cmdForward, &QToolButton::clicked, this, [this] { Plot().GoForward(); });
   connect(toolBar_->cmdShowAll, &QToolButton::clicked, this, [this] { Plot().ShowAll(); });
@@ -254,6 +263,7 @@ void frmAnalyser::ShowConditions() {
 
 void frmAnalyser::closeEvent(QCloseEvent* event) {
   Keep();
+  for (QDialog* dialog : findChildren<QDialog*>()) dialog->close();
   QMainWindow::closeEvent(event);
 }
 

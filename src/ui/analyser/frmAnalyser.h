@@ -71,6 +71,7 @@ class frmAnalyser : public QMainWindow {
   AnalyserDock* AddDock(const char* name, const QString& title, QWidget* panel,
                         Qt::DockWidgetArea area);
   void AddMenus();
+  void AddPlotMenu();
   void AddThemes(QMenu& menu);
   void AddKeys();
   void AddKey(const QKeySequence& key, std::function<void()> deed);
@@ -80,6 +81,8 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] AnalyserPlot& Plot() const;
   void TakeColours();
   void ShowConditions();
+  // In the view that is shown.
+  void CarryOut(PlotCommand command);
   void AskMarker(double hz);
   void AskBand();
   void AskExport();

@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QShortcut>
 #include <QStatusBar>
@@ -15,6 +16,7 @@
 #include "study/choice_text.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/analyser/kept_settings.h"
+#include "ui/analyser/plot_menu.h"
 #include "ui/analyser/widget_picture.h"
 #include "ui/machine/band_dialog.h"
 #include "ui/study/text_table.h"
@@ -76,6 +78,21 @@ void frmAnalyser::AddMenus() {
   add("mnuRepeat", tr("&Repeat..."), {}, [this] { host_.openRepeat(); });
   add("mnuToggleRepeat", tr("Repeat &on or off"), Qt::SHIFT | Qt::Key_F5,
       [this] { host_.toggleRepeat(); });
+}
+
+void frmAnalyser::AddPlotMenu() {
+  auto* menu = new PlotMenu(model_,
+                            {.plot = [this]() -> AnalyserPlot& { return Plot(); },
+                             .carryOut = [this](PlotCommand command) { CarryOut(command); },
+                             .addMarker = [this](double hz) { AskMarker(hz); }},
+                            this);
+  connect(&area_->Plot(), &AnalyserPlot::MenuAsked, menu, &PlotMenu::Open);
+  connect(waterfall_, &WaterfallArea::MenuAsked, menu, &PlotMenu::Open);
+}
+
+void frmAnalyser::CarryOut(PlotCommand command) {
+  const bool isRow = view_ == study::View::Waterfall;
+  area_->Commands().CarryOut(command, isRow ? waterfall_->Row() : nullptr);
 }
 
 void frmAnalyser::AddThemes(QMenu& menu) {
@@ -200,8 +217,10 @@ void frmAnalyser::AskMarker(double hz) {
   auto* dialog = new QInputDialog(this);
   dialog->setObjectName("askMarker");
   dialog->setAttribute(Qt::WA_DeleteOnClose);
+  dialog->setInputMode(QInputDialog::TextInput);
   dialog->setWindowTitle(tr("Marker"));
   dialog->setLabelText(tr("Text at %1 Hz").arg(hz, 0, 'f', 1));
+  dialog->findChild<QLineEdit*>()->setToolTip(tr("Stands in the plot at this frequency"));
   connect(dialog, &QInputDialog::textValueSelected, this, [this, hz](const QString& text) {
     if (text.trimmed().isEmpty()) return;
     model_.Change([&](study::StudyChoice& choice) {

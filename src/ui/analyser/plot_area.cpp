@@ -37,6 +37,7 @@ void BackToAcceleration(study::StudyChoice& choice) {
 PlotArea::PlotArea(StudyModel& model)
     : model_(model),
       notices_(new RecordNoticeStrip("analyserNotices")),
+      lblNote_(new QLabel),
       plot_(new AnalyserPlot),
       commands_(new PlotCommands(model, *plot_)),
       card_(new RefusalCard(this)) {
@@ -45,7 +46,12 @@ PlotArea::PlotArea(StudyModel& model)
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
+  lblNote_->setObjectName("lblPlotNote");
+  lblNote_->setWordWrap(true);
+  lblNote_->setContentsMargins(12, 4, 12, 4);
+  lblNote_->hide();
   column->addWidget(notices_);
+  column->addWidget(lblNote_);
   column->addWidget(plot_, 1);
   plot_->SetReader([this](double x, int pane) { return study::ReadOutAt(model_.Get(), x, pane); });
   connect(&model, &StudyModel::Changed, this, &PlotArea::Show);
@@ -83,6 +89,8 @@ std::string PlotArea::Source() const {
 
 void PlotArea::Show() {
   plot_->SetScene(study::SceneOf(model_.Get()));
+  lblNote_->setText(QString::fromStdString(plot_->Scene().note));
+  lblNote_->setVisible(!lblNote_->text().isEmpty());
   ShowCursor();
   ShowNotices();
   ShowRefusal();
@@ -92,11 +100,16 @@ void PlotArea::ShowCursor() {
   plot_->SetCursor(study::CursorOf(model_.Get()));
 }
 
+void PlotArea::SetSensorLost(bool isLost) {
+  isSensorLost_ = isLost;
+  ShowNotices();
+}
+
 // The analyser scales every record by its own range, whatever the main window does.
 void PlotArea::ShowNotices() {
   const auto* shown = model_.Get().Shown();
   if (shown == nullptr) return;
-  auto notices = RecordNotices(*shown->record, {});
+  auto notices = RecordNotices(*shown->record, {.sensorLost = isSensorLost_});
   std::erase_if(notices, [](const auto& notice) { return notice.kind == NoticeKind::WrongScale; });
   notices_->Show(*shown->record, notices);
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QLabel>
 #include <QWidget>
 
 #include "ui/analyser/plot_commands.h"
@@ -22,6 +23,8 @@ class PlotArea : public QWidget {
   [[nodiscard]] AnalyserPlot& Plot() { return *plot_; }
   [[nodiscard]] PlotCommands& Commands() { return *commands_; }
   [[nodiscard]] RefusalCard& Refusal() { return *card_; }
+  // Nothing newer can come than what is shown.
+  void SetSensorLost(bool isLost);
   // Sensor, time and version, as they stand in pictures.
   [[nodiscard]] std::string Source() const;
   // As it is shown now, for the clipboard and files.
@@ -43,9 +46,11 @@ class PlotArea : public QWidget {
 
   StudyModel& model_;
   RecordNoticeStrip* notices_;
+  QLabel* lblNote_;
   AnalyserPlot* plot_;
   PlotCommands* commands_;
   RefusalCard* card_;
+  bool isSensorLost_ = false;
 };
 
 }  // namespace kestrel

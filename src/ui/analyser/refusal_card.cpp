@@ -29,6 +29,9 @@ RefusalCard::RefusalCard(QWidget* parent)
   table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   table_->setFocusPolicy(Qt::TabFocus);
   cmdCure_->SetMain(true);
+  cmdCure_->setToolTip(tr("Sets the sample-rate option, then takes one capture"));
+  cmdLowest_->setToolTip(tr("From the lowest frequency that this record can tell"));
+  cmdBack_->setToolTip(tr("What the sensor measured, as it is"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(24, 20, 24, 20);
   column->setSpacing(12);
@@ -79,7 +82,7 @@ void RefusalCard::FillOptions() {
                       {tr("Length")},
                       {tr("Told from")},
                       {tr("up to")},
-                      {QString(), Qt::AlignLeft}});
+                      {QString(), Qt::AlignLeft, false, false, tr("Would do")}});
   std::vector<std::vector<TextCell>> rows;
   for (const analysis::OptionOffer& offer : refusal_->options) {
     const QString option =

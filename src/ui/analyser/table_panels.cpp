@@ -32,6 +32,10 @@ std::vector<Segments::Item> AxisItems(const QString& name) {
   return items;
 }
 
+QString Unit(const std::string& unit) {
+  return unit.empty() ? QString() : QStringLiteral(", ") + Text(unit);
+}
+
 QVBoxLayout* Column(QWidget& panel) {
   auto* column = new QVBoxLayout(&panel);
   column->setContentsMargins(1, 0, 1, 1);
@@ -56,11 +60,13 @@ PeaksPanel::PeaksPanel(StudyModel& model) : model_(model), table_("tblPeaks") {
 void PeaksPanel::Show() {
   const study::PeakTable table = study::PeaksOf(model_.Get());
   const QString bound = QStringLiteral("\u00B1");
-  table_.SetColumns({{QString(), kLeft},
-                     {Text(table.frequencyHead)},
-                     {bound, kLeft, true},
-                     {Text(table.valueHead)},
-                     {bound + " ", kLeft, true},
+  table_.SetColumns({{QString(), kLeft, false, false, tr("Axis")},
+                     {Text(table.frequencyHead), Qt::AlignRight, false, false,
+                      tr("Frequency") + Unit(table.frequencyHead)},
+                     {bound, kLeft, true, false, tr("Bound of the frequency")},
+                     {Text(table.valueHead), Qt::AlignRight, false, false,
+                      tr("Amplitude") + Unit(table.valueHead)},
+                     {bound + " ", kLeft, true, false, tr("Bound of the amplitude")},
                      {tr("Order")},
                      {tr("Nearest"), kLeft}});
   std::vector<std::vector<TextCell>> rows;
@@ -100,7 +106,7 @@ LevelsPanel::LevelsPanel(StudyModel& model)
       bands_("tblBands"),
       bars_(new BarDelegate(&bands_)) {
   levels_.setAccessibleName(tr("Levels"));
-  bands_.setAccessibleName(tr("Alarm bands"));
+  bands_.setAccessibleName(tr("Levels in the alarm bands"));
   bands_.setItemDelegateForColumn(kBarColumn, bars_);
   auto* column = Column(*this);
   column->addWidget(&levels_, 3);
@@ -120,7 +126,7 @@ LevelsPanel::LevelsPanel(StudyModel& model)
 
 void LevelsPanel::Show() {
   const study::LevelTable table = study::LevelsOf(model_.Get());
-  levels_.SetColumns({{QString(), kLeft},
+  levels_.SetColumns({{QString(), kLeft, false, false, tr("Level")},
                       {QStringLiteral("X")},
                       {QStringLiteral("Y")},
                       {QStringLiteral("Z")},
@@ -182,7 +188,7 @@ void LevelsPanel::ShowBands() {
         {{QString::number(row.number)},
          {Text(row.range)},
          {Text(row.largest)},
-         {QString()},
+         {QString(), {}, {}, Text(row.state)},
          {row.kind == analysis::BandState::Free ? Text(row.headroom) : Text(row.state)}});
     bars.push_back({row.level, row.warning, row.fault, row.kind});
   }

@@ -131,7 +131,7 @@ AnalyserToolBar::AnalyserToolBar(StudyModel& model) : model_(model) {
 void AnalyserToolBar::Fill() {
   cmdQuantity = new FlatButton("cmdQuantity", tr("Acceleration, g"));
   cmdQuantity->setToolTip(tr("Quantity, and what magnitudes are taken for"));
-  cmdQuantity->setMenu(new QuantityMenu(model_, this));
+  cmdQuantity->SetMenu(new QuantityMenu(model_, this));
   segAmplitude =
       new Segments("segAmplitude", tr("Kind of amplitude"),
                    {{"cmdRms", "RMS"}, {"cmdPeak", tr("Peak")}, {"cmdPeakToPeak", "P-P"}});
@@ -142,7 +142,7 @@ void AnalyserToolBar::Fill() {
                     {"cmdVerticalDecibel", "dB", {}, tr("Level of acceleration in decibels")}});
   cmdUnit = new FlatButton("cmdUnit", "Hz");
   cmdUnit->setToolTip(tr("Unit of the horizontal axis (U)"));
-  cmdUnit->setMenu(new UnitMenu(model_, this));
+  cmdUnit->SetMenu(new UnitMenu(model_, this));
   segHorizontal =
       new Segments("segHorizontal", tr("Horizontal axis"),
                    {{"cmdHorizontalLinear", tr("Lin")}, {"cmdHorizontalLog", tr("Log")}});
@@ -151,9 +151,10 @@ void AnalyserToolBar::Fill() {
                             {"cmdStacked", {}, "stacked", tr("A plot for each axis (O)")}});
   cmdTraces = new FlatButton("cmdTraces", tr("Traces"));
   cmdTraces->setToolTip(tr("Axes, reference, averages, holds"));
-  cmdTraces->setMenu(new TracesMenu(model_, this));
+  cmdTraces->SetMenu(new TracesMenu(model_, this));
   cmdCursor = new FlatButton("cmdCursor", tr("No cursor"), "cur1");
-  cmdCursor->setMenu(new CursorMenu(model_, this));
+  cmdCursor->setToolTip(tr("Kind of cursor (C, D, H, S; N for none)"));
+  cmdCursor->SetMenu(new CursorMenu(model_, this));
   cmdBands = Toggle("cmdBands", tr("Bands"), "bands", tr("The sensor's alarm bands (B)"));
   cmdLabels = Toggle("cmdLabels", tr("Labels"), "label", tr("Frequencies at the peaks (L)"));
   cmdKnown = Toggle("cmdKnown", tr("Known"), "star", tr("Known frequencies as bands"));

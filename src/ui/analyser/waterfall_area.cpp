@@ -79,6 +79,8 @@ void WaterfallArea::Connect() {
   connect(plot_, &AnalyserPlot::ViewChanged, this, &WaterfallArea::Align);
   connect(plot_, &AnalyserPlot::CommandAsked, this, &WaterfallArea::CommandAsked);
   connect(plot_, &AnalyserPlot::MenuAsked, this, &WaterfallArea::MenuAsked);
+  connect(map_, &WaterfallView::MenuAsked, this,
+          [this](QPoint place, double x) { emit MenuAsked(place, x, 0); });
   connect(plot_, &AnalyserPlot::CursorPlaced, this, [this](double x) {
     if (row_) model_.MoveCursor(study::Placed(*row_, x));
   });
@@ -148,6 +150,7 @@ void WaterfallArea::Refresh() {
     plot_->SetScene({.hint = "No spectrum yet. Capture one (F5)."});
     ShowNote();
     ShowColumn();
+    DescribeMap();
     return;
   }
   if (chosen_ && study.Rows().TimeOf(*row) != *chosen_) chosen_.reset();

@@ -39,8 +39,8 @@ class WaterfallArea : public QWidget {
   [[nodiscard]] int Rebuilds() const { return rebuilds_; }
 
  signals:
-  void CommandAsked(kestrel::PlotCommand command);  // of the spectrum's plot
-  void MenuAsked(QPoint place);                     // in the spectrum's plot
+  void CommandAsked(kestrel::PlotCommand command);   // of the spectrum's plot
+  void MenuAsked(QPoint place, double x, int pane);  // in the spectrum's plot or the map
   void RowChosen();
 
  protected:
@@ -67,6 +67,7 @@ class WaterfallArea : public QWidget {
   void ShowCursor();
   void ShowRow(std::size_t row);
   void ShowColumn();
+  void DescribeMap();
   void ShowNote();
   void Begin();
   void AddRows();

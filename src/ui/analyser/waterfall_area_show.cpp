@@ -189,6 +189,17 @@ void WaterfallArea::ShowCursor() {
   map_->SetCursor(cursor);
   map_->SetTimeCursor(chosen_ ? std::optional(Seconds(*chosen_)) : std::nullopt);
   ShowColumn();
+  DescribeMap();
+}
+
+// What the map shows in words, for those who cannot see it.
+void WaterfallArea::DescribeMap() {
+  const auto rows = static_cast<int>(map_->Rows().Count());
+  const QString at = figures_->text().replace('\n', QStringLiteral(", "));
+  const QString content = rows == 0 ? tr("No spectrum yet")
+                                    : Text(Spectra(rows)) + (at.isEmpty() ? QString() : ". " + at);
+  map_->setAccessibleDescription(
+      tr("%1. Up and Down go through time, Left and Right along the frequency.").arg(content));
 }
 
 void WaterfallArea::ShowColumn() {

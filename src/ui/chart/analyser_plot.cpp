@@ -212,7 +212,8 @@ PlotReadOut AnalyserPlot::ReadOutAt(double x, int pane) const {
 }
 
 void AnalyserPlot::NameView() {
-  setAccessibleName(QString::fromStdString(HeadLine(scene_)));
+  const std::string line = HeadLine(scene_);
+  setAccessibleName(line.empty() ? tr("Plot") : QString::fromStdString(line));
 }
 
 }  // namespace kestrel

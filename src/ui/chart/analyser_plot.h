@@ -100,7 +100,8 @@ class AnalyserPlot : public QWidget {
   void CommandAsked(kestrel::PlotCommand command);
   void PointerMoved(double x, int pane);  // to the nearest sample
   void PointerLeft();
-  void MenuAsked(QPoint place);
+  // By the right button or the menu key: a place on the screen, and the x meant by it.
+  void MenuAsked(QPoint place, double x, int pane);
 
  protected:
   bool event(QEvent* event) override;
@@ -113,6 +114,7 @@ class AnalyserPlot : public QWidget {
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;

@@ -1,5 +1,6 @@
 // The plot of the analyser: what the mouse does, and what the focus shows.
 // SPDX-License-Identifier: MIT
+#include <QContextMenuEvent>
 #include <QFocusEvent>
 #include <QGuiApplication>
 #include <QMouseEvent>
@@ -106,7 +107,9 @@ void AnalyserPlot::mouseReleaseEvent(QMouseEvent* event) {
     ZoomToBand();
     press_ = {};
   } else if (press.drag == Drag::Click && event->button() == Qt::RightButton) {
-    emit MenuAsked(event->globalPosition().toPoint());
+    const double x = layout_.panes.front().across.FromPixel(event->position().x());
+    emit MenuAsked(event->globalPosition().toPoint(), NearestSample(x, press.pane).value_or(x),
+                   std::max(press.pane, 0));
   } else if (press.drag == Drag::Click && press.wished == Drag::Pan) {
     const double x = layout_.panes.front().across.FromPixel(event->position().x());
     emit CursorPlaced(NearestSample(x, press.pane).value_or(x), press.pane);
@@ -219,6 +222,18 @@ void AnalyserPlot::ForgetPointer() {
 void AnalyserPlot::leaveEvent(QEvent* event) {
   ForgetPointer();
   QWidget::leaveEvent(event);
+}
+
+// The right button asks when it is released without a drag; the key asks for the cursor's place.
+void AnalyserPlot::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() != QContextMenuEvent::Keyboard || layout_.panes.empty()) return;
+  const PaneLayout& pane = layout_.panes.front();
+  const auto& members = overlay_.cursor.members;
+  const QPointF middle = pane.canvas.center();
+  const double x = members.empty() ? pane.across.FromPixel(middle.x()) : members.front().x;
+  const double left = std::clamp(pane.across.ToPixel(x), pane.canvas.left(), pane.canvas.right());
+  emit MenuAsked(mapToGlobal(QPointF(left, middle.y()).toPoint()), NearestSample(x, 0).value_or(x),
+                 0);
 }
 
 void AnalyserPlot::focusInEvent(QFocusEvent* event) {

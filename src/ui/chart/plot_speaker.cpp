@@ -9,6 +9,8 @@
 namespace kestrel {
 namespace {
 
+constexpr qsizetype kSpokenPeaks = 3;
+
 QAccessibleInterface* SpeakerFor(const QString& /*className*/, QObject* object) {
   auto* plot = qobject_cast<AnalyserPlot*>(object);
   return plot == nullptr ? nullptr : new PlotSpeaker(plot);
@@ -35,10 +37,28 @@ AnalyserPlot* PlotSpeaker::Plot() const {
 }
 
 QString PlotSpeaker::text(QAccessible::Text kind) const {
-  if (kind == QAccessible::Value || kind == QAccessible::Description) {
-    return QString::fromStdString(Plot()->Cursor().spoken);
+  const std::string& cursor = Plot()->Cursor().spoken;
+  if (kind == QAccessible::Value) return QString::fromStdString(cursor);
+  if (kind == QAccessible::Description) {
+    return cursor.empty() ? Content() : QString::fromStdString(cursor);
   }
   return QAccessibleWidget::text(kind);
+}
+
+QString PlotSpeaker::Content() const {
+  const PlotScene& scene = Plot()->Scene();
+  if (!scene.hint.empty()) return QString::fromStdString(scene.hint);
+  QStringList peaks;
+  for (const PlotPane& pane : scene.panes) {
+    for (const PlotPeak& peak : pane.peaks) {
+      if (peaks.size() < kSpokenPeaks) {
+        peaks << QString::fromStdString(peak.title + " " + peak.detail);
+      }
+    }
+  }
+  const QString cure = AnalyserPlot::tr("No cursor; C puts one there.");
+  return peaks.isEmpty() ? cure
+                         : AnalyserPlot::tr("Largest peaks: %1. %2").arg(peaks.join("; "), cure);
 }
 
 void* PlotSpeaker::interface_cast(QAccessible::InterfaceType type) {

@@ -28,6 +28,8 @@ class PlotSpeaker : public QAccessibleWidget, public QAccessibleValueInterface {
 
  private:
   [[nodiscard]] AnalyserPlot* Plot() const;
+  // What there is while no cursor is: the hint, or the largest peaks.
+  [[nodiscard]] QString Content() const;
 };
 
 }  // namespace kestrel

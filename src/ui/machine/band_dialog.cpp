@@ -33,10 +33,12 @@ BandDialog::BandDialog(const PlotRange& proposed, QWidget* parent)
   setWindowTitle(tr("Band"));
   called_->setObjectName("txtBandName");
   called_->setAccessibleName(tr("Name of the band"));
+  called_->setToolTip(tr("As it stands in the table of levels"));
   lblWhyNot_->setObjectName("lblBandWhyNot");
   lblWhyNot_->setWordWrap(true);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
   buttons->button(QDialogButtonBox::Ok)->setText(tr("Add"));
+  buttons->button(QDialogButtonBox::Ok)->setToolTip(tr("Puts the band into the table of levels"));
   auto* form = new QFormLayout(this);
   form->addRow(tr("Name"), called_);
   form->addRow(tr("From, Hz"), from_);

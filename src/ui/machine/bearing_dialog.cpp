@@ -30,8 +30,9 @@ NumberField* FactorField(const char* name, const char* what) {
   return Field(name, what, "above 0, as a multiple of the shaft's frequency", IsSize);
 }
 
-QPushButton* Button(const char* name, const QString& text) {
+QPushButton* Button(const char* name, const QString& text, const QString& tip) {
   auto* button = new QPushButton(text);
+  button->setToolTip(tip);
   button->setObjectName(QLatin1String(name));
   button->setAutoDefault(false);
   return button;
@@ -88,8 +89,10 @@ void BearingDialog::LayOut() {
   list_->setAccessibleName(QStringLiteral("Bearings that are kept"));
   name_->setObjectName(QStringLiteral("bearingName"));
   name_->setAccessibleName(QStringLiteral("Name"));
+  name_->setToolTip(QStringLiteral("As it stands in the list, the tables and beside its marks"));
   mode_->setObjectName(QStringLiteral("bearingMode"));
   mode_->setAccessibleName(QStringLiteral("Told by"));
+  mode_->setToolTip(QStringLiteral("By its sizes, or by the factors that its maker tells"));
   mode_->addItems({QStringLiteral("Geometry"), QStringLiteral("Factors")});
   said_->setObjectName(QStringLiteral("bearingSaid"));
   said_->setWordWrap(true);
@@ -122,11 +125,14 @@ void BearingDialog::LayOut() {
 }
 
 QLayout* BearingDialog::Buttons() {
-  auto* keep = Button("keepBearing", QStringLiteral("Keep in library"));
-  auto* forget = Button("forgetBearing", QStringLiteral("Remove from library"));
-  auto* use = Button("useBearing", QStringLiteral("Put on the machine"));
+  auto* keep = Button("keepBearing", QStringLiteral("Keep in library"),
+                      QStringLiteral("Keeps it under its name for other machines"));
+  auto* forget = Button("forgetBearing", QStringLiteral("Remove from library"),
+                        QStringLiteral("Takes the selected bearing out of the list"));
+  auto* use = Button("useBearing", QStringLiteral("Put on the machine"),
+                     QStringLiteral("Its frequencies are marked in the spectrum"));
   use->setDefault(true);
-  auto* close = Button("closeBearing", QStringLiteral("Close"));
+  auto* close = Button("closeBearing", QStringLiteral("Close"), {});
   connect(keep, &QPushButton::clicked, this, &BearingDialog::Keep);
   connect(forget, &QPushButton::clicked, this, &BearingDialog::Forget);
   connect(use, &QPushButton::clicked, this, &BearingDialog::Use);

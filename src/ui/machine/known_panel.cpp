@@ -13,6 +13,7 @@
 
 #include "analysis/horizontal.h"
 #include "ui/chart/look.h"
+#include "ui/parts/widgets.h"
 #include "ui/study/text_table.h"
 
 namespace kestrel {
@@ -64,11 +65,14 @@ void KnownPanel::LayOut() {
   mains_->addItems({QStringLiteral("none"), QStringLiteral("50 Hz"), QStringLiteral("60 Hz"),
                     QStringLiteral("own")});
   mains_->setAccessibleName(QStringLiteral("Line frequency"));
+  mains_->setToolTip(
+      QStringLiteral("Of the mains that feed the machine; its multiples are marked"));
   harmonics_->setRange(1, kMostHarmonics);
   harmonics_->setKeyboardTracking(false);
   harmonics_->setAccessibleName(QStringLiteral("Harmonics that are marked"));
   SetUpMenu();
   remove_->setText(QStringLiteral("Remove"));
+  remove_->setToolTip(QStringLiteral("Takes the selected frequency off the machine"));
   note_->setWordWrap(true);
   SetUpTable();
 
@@ -80,7 +84,7 @@ void KnownPanel::LayOut() {
   mains->addWidget(ownMains_, 1, Qt::AlignTop);
   auto* form = new QFormLayout;
   form->addRow(QStringLiteral("Shaft speed, rpm"), speed);
-  form->addRow(QStringLiteral("Line frequency"), mains);
+  form->addRow(MakeCaption(QStringLiteral("Line frequency"), mains_), mains);
   form->addRow(QStringLiteral("Harmonics"), harmonics_);
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(add_);
@@ -96,6 +100,7 @@ void KnownPanel::LayOut() {
 
 void KnownPanel::SetUpMenu() {
   add_->setText(QStringLiteral("Add"));
+  add_->setToolTip(QStringLiteral("A gear mesh, a bearing or a frequency of the machine"));
   add_->setPopupMode(QToolButton::InstantPopup);
   auto* menu = new QMenu(add_);
   menu->addAction(QStringLiteral("Gear mesh…"), this, &KnownPanel::AddMesh)
@@ -247,6 +252,8 @@ void KnownPanel::FillTable(const study::KnownTable& table) {
         table_->setItem(row, column, item);
       }
       item->setText(Text(texts[static_cast<std::size_t>(column)]));
+      item->setData(Qt::AccessibleTextRole,
+                    item->text().isEmpty() ? QStringLiteral("none") : item->text());
       item->setForeground(known.isSeen ? look.text : look.muted);
       item->setToolTip(Text(known.why));
       if (column != kName) item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);

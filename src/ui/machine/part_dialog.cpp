@@ -19,6 +19,7 @@ PartDialog::PartDialog(Question question, QWidget* parent)
   setAttribute(Qt::WA_DeleteOnClose);
   called_->setObjectName(question.name + QStringLiteral("Name"));
   called_->setAccessibleName(QStringLiteral("Name"));
+  called_->setToolTip(QStringLiteral("As it stands in the tables and beside its marks"));
   auto* form = new QFormLayout;
   form->addRow(QStringLiteral("Name"), called_);
   form->addRow(question.number, number_);
@@ -26,6 +27,7 @@ PartDialog::PartDialog(Question question, QWidget* parent)
   auto* add = buttons->addButton(QStringLiteral("Add"), QDialogButtonBox::AcceptRole);
   add->setObjectName(question.name + QStringLiteral("Add"));
   add->setDefault(true);
+  add->setToolTip(QStringLiteral("Puts it on the machine"));
   connect(buttons, &QDialogButtonBox::accepted, this, &PartDialog::Add);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   auto* column = new QVBoxLayout(this);

@@ -62,7 +62,7 @@ SeverityPanel::SeverityPanel(StudyModel& model, QWidget* parent)
   });
   connect(table_, &QComboBox::activated, this, &SeverityPanel::ChooseTable);
   connect(capture_, &QPushButton::clicked, this,
-          [this] { emit CaptureAsked(picture_->View().missing); });
+          [this] { emit OptionWanted(picture_->View().missing.front()); });
   Refresh();
 }
 
@@ -76,6 +76,8 @@ void SeverityPanel::LayOut() {
   source_->setWordWrap(true);
   table_->setObjectName(QStringLiteral("severityTable"));
   table_->setAccessibleName(QStringLiteral("Zone limits"));
+  table_->setToolTip(
+      QStringLiteral("The table and class of machine that the zones are taken from"));
   for (const analysis::SeverityTable& table : tables_) {
     for (const analysis::ZoneLimits& row : table.rows) {
       table_->addItem(Text(table.name + ", " + row.name));
@@ -97,11 +99,6 @@ void SeverityPanel::LayOut() {
   column->addLayout(form);
   column->addWidget(source_);
   column->addStretch();
-}
-
-void SeverityPanel::OfferCapture(bool isOffered) {
-  isOffered_ = isOffered;
-  Refresh();
 }
 
 analysis::ZoneLimits SeverityPanel::With(std::size_t limit, double value) const {
@@ -165,9 +162,12 @@ void SeverityPanel::Refresh() {
   note_->setText(Text(view.note));
   SetInk(*note_, look.muted);
   SetInk(*source_, look.muted);
-  capture_->setVisible(isOffered_ && !view.missing.empty());
+  capture_->setVisible(!view.missing.empty());
   if (!view.missing.empty()) {
-    capture_->setText(QStringLiteral("Capture at ") + Listed(view.missing));
+    capture_->setText(QStringLiteral("Capture at option %1").arg(view.missing.front()));
+    capture_->setToolTip(
+        QStringLiteral("Sets the sample-rate option, then takes one capture. An estimate needs ") +
+        Listed(view.missing));
   }
   picture_->Show(std::move(view), model_.Choice().zones);
   ShowLimits();

@@ -23,11 +23,9 @@ class SeverityPanel : public QWidget {
   explicit SeverityPanel(StudyModel& model, QWidget* parent = nullptr);
 
   [[nodiscard]] SeverityPicture& Picture() { return *picture_; }
-  // Whether a button offers to capture what is missing; for whoever answers CaptureAsked.
-  void OfferCapture(bool isOffered);
 
  signals:
-  void CaptureAsked(const std::vector<int>& options);  // slowest first
+  void OptionWanted(int option);  // capture there: the slowest of those that are missing
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -50,7 +48,6 @@ class SeverityPanel : public QWidget {
   QComboBox* table_;
   std::array<NumberField*, 3> limits_;  // A/B, B/C, C/D
   QLabel* source_;
-  bool isOffered_ = false;
 };
 
 }  // namespace kestrel

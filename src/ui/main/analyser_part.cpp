@@ -3,6 +3,8 @@
 #include "ui/main/analyser_part.h"
 
 #include <QTimer>
+#include <algorithm>
+#include <map>
 #include <utility>
 
 #include "ui/parts/interface_text.h"
@@ -47,11 +49,17 @@ AnalyserPart::~AnalyserPart() {
 
 void AnalyserPart::Open() {
   if (!window_) {
-    window_ = new frmAnalyser(Host(), &parts_.window);
-    for (const auto& record : std::exchange(waiting_, {})) window_->Model().Take(record);
+    window_ = new frmAnalyser(Host());
+    for (const Waiting& each : std::exchange(waiting_, {})) {
+      each.record ? window_->Model().Take(each.record) : window_->Model().AddGap(each.gap);
+    }
     Refresh();
   }
   window_->ShowInFront();
+}
+
+void AnalyserPart::Close() {
+  if (window_) window_->close();
 }
 
 // From the event loop: a capture lasts, and whoever asked for it returns at once.
@@ -95,20 +103,30 @@ AnalyserHost AnalyserPart::Host() {
 void AnalyserPart::TakeRecord() {
   const Record& record = parts_.core.record.Get();
   if (!record.Taken() || (last_ && *last_ == record)) return;
-  const bool isAmended = last_ && study::IsSameCapture(*last_, record);
+  const auto before = last_ && study::IsSameCapture(*last_, record) ? last_ : nullptr;
   last_ = std::make_shared<const Record>(record);
   if (window_) {
     GiveBands();
     window_->Model().Take(last_);
     return;
   }
-  if (isAmended && !waiting_.empty()) waiting_.pop_back();
-  waiting_.push_back(last_);
-  if (waiting_.size() > kMostWaiting) waiting_.pop_front();
+  const auto kept = std::find_if(waiting_.rbegin(), waiting_.rend(), [&](const Waiting& each) {
+    return before && each.record == before;
+  });
+  if (kept != waiting_.rend()) {
+    kept->record = last_;
+  } else {
+    Wait({.record = last_, .gap = {}});
+  }
 }
 
 void AnalyserPart::NoteGap(const std::string& reason) {
-  if (window_) window_->Model().AddGap(reason);
+  window_ ? window_->Model().AddGap(reason) : Wait({.record = nullptr, .gap = reason});
+}
+
+void AnalyserPart::Wait(Waiting what) {
+  waiting_.push_back(std::move(what));
+  if (waiting_.size() > kMostWaiting) waiting_.pop_front();
 }
 
 void AnalyserPart::Refresh() {
@@ -117,6 +135,7 @@ void AnalyserPart::Refresh() {
   const InterfaceText text = DescribeInterface();
   window_->SetSensor(QString::fromStdString(text.line),
                      QString::fromStdString(text.line + "\n" + text.detail).trimmed());
+  window_->Area().SetSensorLost(!parts_.core.registers.Reachable());
   ShowProgress();
 }
 
@@ -124,9 +143,11 @@ void AnalyserPart::GiveBands() {
   if (hasBands_ && bands_ == AlarmBandTable) return;
   bands_ = AlarmBandTable;
   hasBands_ = true;
+  std::map<int, study::SensorBands> bands;
   for (int option = 0; option < kSampleRateOptions; ++option) {
-    window_->Model().SetSensorBands(option, BandsOf(bands_, option));
+    bands[option] = BandsOf(bands_, option);
   }
+  window_->Model().SetSensorBands(bands);
 }
 
 void AnalyserPart::ShowProgress() {

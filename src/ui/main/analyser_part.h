@@ -18,7 +18,8 @@
 
 namespace kestrel {
 
-// The window is made when first opened. Records that came before are kept for it.
+// The window is made when first opened. Records and gaps that came before are kept for it. It
+// stands beside the main window, not above it, and closes with it.
 class AnalyserPart : public QObject {
  public:
   struct Parts {
@@ -28,7 +29,6 @@ class AnalyserPart : public QObject {
     RecordCures& cures;
     RepeatRunner& repeats;
     std::function<void()> openRepeat;
-    QMainWindow& window;
   };
 
   explicit AnalyserPart(const Parts& parts);
@@ -40,6 +40,8 @@ class AnalyserPart : public QObject {
   QPushButton* cmdAnalyser;  // belongs into the main window
 
   void Open();
+  // As the main window closes.
+  void Close();
   [[nodiscard]] frmAnalyser* Window() { return window_; }
   // After every handler: alarm bands or the interface may be others.
   void Refresh();
@@ -47,15 +49,21 @@ class AnalyserPart : public QObject {
   void NoteGap(const std::string& reason);
 
  private:
+  // A record, or without one a gap.
+  struct Waiting {
+    std::shared_ptr<const Record> record;
+    std::string gap;
+  };
   [[nodiscard]] AnalyserHost Host();
   void TakeRecord();
   void ShowProgress();
+  void Wait(Waiting what);
   void GiveBands();
   void Later(std::function<void()> deed);
 
   Parts parts_;
   QPointer<frmAnalyser> window_;
-  std::deque<std::shared_ptr<const Record>> waiting_;  // records for a window not made yet
+  std::deque<Waiting> waiting_;  // for a window not made yet
   std::shared_ptr<const Record> last_;
   BandTable bands_;  // as the window has them
   bool hasBands_ = false;

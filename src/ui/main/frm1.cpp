@@ -67,8 +67,7 @@ frm1::frm1(Core& core, SimulatorControl simulator)
                  [this] { return IsIdle(); },
                  [this](std::int16_t product) { SetProductNumber(product); }}),
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
-      analyser_(
-          {core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); }, *this}) {
+      analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); }}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -198,6 +197,7 @@ void frm1::ConnectWindows() {
   connect(watcher_, &AdapterWatcher::Lost, this, [this] {
     SetCommInterfaceIndicators();
     analyser_.NoteGap("sensor unplugged");
+    analyser_.Refresh();
   });
 }
 
@@ -277,6 +277,7 @@ void frm1::closeEvent(QCloseEvent* event) {
   repeat_.Runner().Close();
   desk_.cycle.Close();
   windows_.CancelTransfers();
+  analyser_.Close();
   QMainWindow::closeEvent(event);
 }
 

@@ -41,7 +41,6 @@ FlatButton::FlatButton(const QString& name, const QString& text, const QString& 
   setObjectName(name);
   setText(text);
   if (!text.isEmpty()) setAccessibleName(text);
-  setPopupMode(InstantPopup);
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_Hover);
 }
@@ -49,6 +48,12 @@ FlatButton::FlatButton(const QString& name, const QString& text, const QString& 
 void FlatButton::SetPlace(Place place) {
   place_ = place;
   update();
+}
+
+// A button without a menu that would open at once offers assistive technology no press.
+void FlatButton::SetMenu(QMenu* menu) {
+  setPopupMode(InstantPopup);
+  setMenu(menu);
 }
 
 void FlatButton::SetMain(bool isMain) {
@@ -162,7 +167,7 @@ Segments::Segments(const QString& name, const QString& accessibleName,
     auto* button = new FlatButton(item.name, item.text, item.icon, this);
     button->setCheckable(true);
     button->setToolTip(item.tip);
-    if (item.text.isEmpty()) button->setAccessibleName(item.tip);
+    button->setAccessibleName(item.text.isEmpty() ? item.tip : accessibleName + ": " + item.text);
     if (item.swatch >= 0) button->SetSwatch(item.swatch);
     button->SetPlace(i == 0      ? FlatButton::Place::First
                      : i == last ? FlatButton::Place::Last

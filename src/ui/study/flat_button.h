@@ -18,6 +18,8 @@ class FlatButton : public QToolButton {
              QWidget* parent = nullptr);
 
   void SetPlace(Place place);
+  // Opens at a press.
+  void SetMenu(QMenu* menu);
   // The one main button of a window.
   void SetMain(bool isMain);
   // The swatch of a trace in the place of an icon.

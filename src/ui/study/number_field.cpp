@@ -39,6 +39,8 @@ NumberField::NumberField(const QString& name, const QString& accessibleName, Rul
   setObjectName(name + QStringLiteral("Field"));
   edit_->setObjectName(name);
   edit_->setAccessibleName(accessibleName);
+  edit_->setAccessibleDescription(rule_.range);
+  edit_->setToolTip(rule_.range);
   edit_->setAlignment(Qt::AlignRight);
   message_->setObjectName(name + QStringLiteral("Message"));
   message_->setWordWrap(true);
@@ -69,7 +71,7 @@ void NumberField::Say(const QString& message) {
   SetInk(*message_, Look::Of(palette()).fault);
   message_->setText(message);
   message_->setVisible(!message.isEmpty());
-  edit_->setAccessibleDescription(message);
+  edit_->setAccessibleDescription(message.isEmpty() ? rule_.range : message);
 }
 
 bool NumberField::Take() {

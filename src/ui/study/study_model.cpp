@@ -42,8 +42,8 @@ void StudyModel::AddGap(const std::string& reason) {
   emit RecordsChanged();
 }
 
-void StudyModel::SetSensorBands(int option, const study::SensorBands& bands) {
-  study_.SetSensorBands(option, bands);
+void StudyModel::SetSensorBands(const std::map<int, study::SensorBands>& bands) {
+  for (const auto& [option, ofOption] : bands) study_.SetSensorBands(option, ofOption);
   emit Changed();
 }
 

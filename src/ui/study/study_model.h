@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -33,7 +34,8 @@ class StudyModel : public QObject {
   void Take(study::RecordPointer record);
   void Take(const Record& record) { Take(std::make_shared<const Record>(record)); }
   void AddGap(const std::string& reason);
-  void SetSensorBands(int option, const study::SensorBands& bands);
+  // By rate option. Bands that stay the same need not be told.
+  void SetSensorBands(const std::map<int, study::SensorBands>& bands);
   void Select(const std::vector<study::RecordId>& ids);
   void Hold(bool held);
   // Holds what is shown; from a held or selected record it leads back to the newest.

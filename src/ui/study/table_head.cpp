@@ -7,6 +7,7 @@
 
 #include "ui/chart/look.h"
 #include "ui/study/row_delegate.h"
+#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {
@@ -22,7 +23,10 @@ TableHead::TableHead(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
 }
 
 QString TableHead::Word(int section) const {
-  return model()->headerData(section, orientation(), Qt::DisplayRole).toString().trimmed();
+  return model()
+      ->headerData(section, orientation(), TextTableModel::kPaintedHead)
+      .toString()
+      .trimmed();
 }
 
 void TableHead::paintEvent(QPaintEvent* event) {

@@ -17,8 +17,9 @@
 
 namespace kestrel {
 void TextTableModel::SetColumns(std::vector<TextColumn> columns) {
-  const bool isSame = std::equal(columns.begin(), columns.end(), columns_.begin(), columns_.end(),
-                                 [](const auto& a, const auto& b) { return a.head == b.head; });
+  const bool isSame = std::equal(
+      columns.begin(), columns.end(), columns_.begin(), columns_.end(),
+      [](const auto& a, const auto& b) { return a.head == b.head && a.spoken == b.spoken; });
   if (isSame) return;
   beginResetModel();
   columns_ = std::move(columns);
@@ -64,6 +65,9 @@ QVariant TextTableModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
     case Qt::ToolTipRole:
       return cell.text;
+    case Qt::AccessibleTextRole:
+      if (!cell.spoken.isEmpty()) return cell.spoken;
+      return cell.text.isEmpty() ? tr("none") : cell.text;
     case Qt::DecorationRole:
       return cell.mark;
     case Qt::UserRole:
@@ -80,7 +84,8 @@ QVariant TextTableModel::data(const QModelIndex& index, int role) const {
 QVariant TextTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const TextColumn& column = columns_[static_cast<std::size_t>(section)];
-  if (role == Qt::DisplayRole) return column.head;
+  if (role == kPaintedHead) return column.head;
+  if (role == Qt::DisplayRole) return column.spoken.isEmpty() ? column.head : column.spoken;
   if (role == Qt::TextAlignmentRole) {
     return QVariant::fromValue(column.alignment | Qt::AlignVCenter);
   }

@@ -17,17 +17,21 @@ struct TextColumn {
   Qt::Alignment alignment = Qt::AlignRight;
   bool isMuted = false;    // bounds, seconds
   bool isDropped = false;  // the first to go in a narrow dock
+  QString spoken = {};     // for assistive technology, where the head is a sign or nothing
 };
 
 // A cell: its text, and what it is sorted by where that is not the text.
 struct TextCell {
   QString text;
   QVariant order = {};
-  QVariant mark = {};  // a swatch's colour
+  QVariant mark = {};   // a swatch's colour
+  QString spoken = {};  // for assistive technology, where the text does not say it
 };
 
 class TextTableModel : public QAbstractTableModel {
  public:
+  static constexpr int kPaintedHead = Qt::UserRole;  // of a header; what is spoken is its text
+
   using QAbstractTableModel::QAbstractTableModel;
 
   // Columns that stay the same keep the widths that the user gave them.

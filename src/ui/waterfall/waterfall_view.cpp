@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/waterfall/waterfall_view.h"
 
+#include <QAccessibleWidget>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -19,6 +21,12 @@ constexpr double kLongestOf = 3;  // times the last step: longer is a gap
 constexpr double kWheelFactor = 1.25;
 constexpr double kNotch = 120;
 
+// A chart to assistive technology; what it shows is its description.
+QAccessibleInterface* SpeakerFor(const QString& /*className*/, QObject* object) {
+  auto* map = qobject_cast<WaterfallView*>(object);
+  return map == nullptr ? nullptr : new QAccessibleWidget(map, QAccessible::Chart);
+}
+
 }  // namespace
 
 WaterfallView::WaterfallView(QWidget* parent)
@@ -26,6 +34,7 @@ WaterfallView::WaterfallView(QWidget* parent)
       look_(Look::Of(palette())),
       fonts_(font()),
       map_(look_.isDark ? MapForDarkPaper() : MapForLightPaper()) {
+  QAccessible::installFactory(&SpeakerFor);
   setObjectName(QStringLiteral("waterfallView"));
   setAccessibleName(QStringLiteral("Waterfall"));
   setAttribute(Qt::WA_OpaquePaintEvent);
@@ -196,6 +205,14 @@ void WaterfallView::wheelEvent(QWheelEvent* event) {
   SetSpan(span_ / std::pow(kWheelFactor, event->angleDelta().y() / kNotch));
   emit SpanTurned();
   event->accept();
+}
+
+void WaterfallView::contextMenuEvent(QContextMenuEvent* event) {
+  const bool isKey = event->reason() == QContextMenuEvent::Keyboard;
+  const QPointF place = isKey ? canvas_.center() : QPointF(event->pos());
+  const double x =
+      isKey && !cursor_.members.empty() ? cursor_.members.front().x : across_.FromPixel(place.x());
+  emit MenuAsked(mapToGlobal(place.toPoint()), x);
 }
 
 void WaterfallView::keyPressEvent(QKeyEvent* event) {

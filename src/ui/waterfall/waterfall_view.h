@@ -58,10 +58,11 @@ class WaterfallView : public QWidget {
   [[nodiscard]] QSize sizeHint() const override { return {800, 480}; }
 
  signals:
-  void RowChosen(int row, double time);  // the record whose spectrum to show
-  void ColumnChosen(double x);           // the place whose level over time to show
-  void StepAsked(int rows, int bins);    // by the arrow keys
-  void SpanTurned();                     // by the wheel
+  void RowChosen(int row, double time);    // the record whose spectrum to show
+  void ColumnChosen(double x);             // the place whose level over time to show
+  void StepAsked(int rows, int bins);      // by the arrow keys
+  void SpanTurned();                       // by the wheel
+  void MenuAsked(QPoint place, double x);  // a place on the screen, and the x meant by it
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -71,6 +72,7 @@ class WaterfallView : public QWidget {
   void mouseMoveEvent(QMouseEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   void LayOut();

@@ -3,8 +3,11 @@
 #include <QClipboard>
 #include <QFileDialog>
 #include <QStatusBar>
+#include <QTemporaryDir>
 
+#include "platform/linux/system_files.h"
 #include "ui/analyser/analyser_bench.h"
+#include "ui/analyser/no_host.h"
 
 namespace kestrel {
 namespace {
@@ -97,6 +100,24 @@ TEST_F(AnalyserOut, AFullDiskIsToldWithTheCureAndLeavesTheFileOfBefore) {
   EXPECT_EQ(Said(),
             "The picture is not written: /pictures/a.png: No space left on device. Choose a folder "
             "that you may write in.");
+}
+
+// The real disk. Somebody to whom no folder is closed has at least none that is made of files.
+TEST_F(AnalyserOut, AFolderThatMayNotBeWrittenInIsToldWithTheCure) {
+  const QTemporaryDir folder;
+  QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::ExeOwner);
+  SystemFiles disk;
+  const bool isClosed = !disk.CanWriteIn(folder.path().toStdString());
+  const QString file = (isClosed ? folder.path() : QStringLiteral("/proc/self")) + "/plot.png";
+  frmAnalyser analyser(NoHost(disk));
+  EXPECT_FALSE(analyser.Export(file));
+  const QString said = analyser.statusBar()->currentMessage();
+  EXPECT_TRUE(said.startsWith("The picture is not written: " + file)) << said.toStdString();
+  EXPECT_TRUE(said.endsWith("Choose a folder that you may write in."));
+  EXPECT_FALSE(QFile::exists(file));
+  QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files).size(), 0) << "nothing half-written is left";
+  EXPECT_TRUE(analyser.Export(folder.path() + "/plot.png"));
 }
 
 TEST_F(AnalyserOut, CtrlEAsksForAFileAndClosesWithTheWindow) {

@@ -4,6 +4,8 @@
 
 #include <QListView>
 
+#include "ui/main/adapter_watcher.h"
+
 namespace kestrel {
 namespace {
 
@@ -184,6 +186,48 @@ TEST_F(AnalyserRecords, TimeWithoutSensorIsAGapOfTheWaterfall) {
     if (!Study().Rows().GapBefore(row).empty()) ++gaps;
   }
   EXPECT_EQ(gaps, 1U);
+}
+
+TEST_F(AnalyserRecords, AGapBeforeTheWindowIsOpenedStaysBetweenItsRecords) {
+  Start();
+  ChooseShortCaptures();
+  Capture();
+  hardware_.Adapter().Unplug(0);
+  Window().findChild<AdapterWatcher*>()->Look();
+  hardware_.Adapter().Replug(0);
+  Capture();
+  Capture();
+  Trigger("mnuAnalyser");
+  const analysis::Waterfall& rows = Study().Rows();
+  ASSERT_EQ(rows.Rows(), 3U);
+  EXPECT_EQ(rows.GapBefore(0), "");
+  EXPECT_EQ(rows.GapBefore(1), "sensor unplugged");
+  EXPECT_EQ(rows.GapBefore(2), "");
+}
+
+TEST_F(AnalyserRecords, AHoldThatHasNoDensityIsSaidWithWhatToChoose) {
+  Open();
+  Entry("cmdTraces", "mnuMaximum").trigger();
+  Capture();
+  EXPECT_FALSE(In<QLabel>("lblPlotNote").isVisible());
+  Entry("cmdQuantity", "mnuDensity").trigger();
+  EXPECT_TRUE(In<QLabel>("lblPlotNote").isVisible());
+  EXPECT_TRUE(In<QLabel>("lblPlotNote").text().contains("Take an average instead"));
+  EXPECT_FALSE(Shows("maximum"));
+  Entry("cmdTraces", "mnuMaximum").trigger();
+  EXPECT_FALSE(In<QLabel>("lblPlotNote").isVisible());
+}
+
+TEST_F(AnalyserRecords, SamplesHaveTheirReferenceToo) {
+  Open();
+  Choose("cbxRecMode", 2);
+  Analyser().ChooseView(study::View::Time);
+  Capture();
+  Entry("cmdTraces", "mnuTakeReference").trigger();
+  EXPECT_TRUE(Shows("reference"));
+  QAction& difference = Entry("cmdTraces", "mnuDifference");
+  EXPECT_FALSE(difference.isEnabled());
+  EXPECT_TRUE(difference.text().contains("of spectra"));
 }
 
 }  // namespace

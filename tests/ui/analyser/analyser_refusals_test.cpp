@@ -50,6 +50,22 @@ TEST_F(AnalyserRefusals, AQuantityBeyondTheRecordNamesTheOptionAndItsButtonCaptu
   EXPECT_GT(Rows("tblPeaks").rowCount(), 0);
 }
 
+TEST_F(AnalyserRefusals, SeverityIsReachedByTheCapturesThatItAsksFor) {
+  Open();
+  Capture();
+  In<QDockWidget>("dockSeverity").raise();
+  Settle();
+  auto& button = In<QPushButton>("severityCapture");
+  EXPECT_EQ(button.text(), "Capture at option 3");
+  for (int captures = 0; button.isVisible(); ++captures) {
+    ASSERT_LT(captures, 3);
+    const int option = button.text().back().digitValue();
+    button.click();
+    ASSERT_TRUE(Gets([&] { return Study().Shown()->record->settings.option == option; }));
+  }
+  EXPECT_TRUE(In<QLabel>("severityHeading").text().contains("Estimate"));
+}
+
 TEST_F(AnalyserRefusals, AccelerationIsShownAgain) {
   RefuseVelocity();
   Click("cmdShowAcceleration");
@@ -102,6 +118,7 @@ TEST_F(AnalyserRefusals, ATimeRecordHasASpectrumOfItsOwn) {
 }
 
 TEST_F(AnalyserRefusals, TheButtonDoesNothingWhileACaptureIsWaitedFor) {
+  loop_.Hurry();
   RefuseVelocity();
   Choose("cbxFFTAvgs", 250);
   AtCapture([this] {

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "ui/analyser/frmAnalyser.h"
 
+#include <QPointer>
+#include <QSignalSpy>
 #include <QStatusBar>
+#include <QWindow>
 
 #include "alarms/band_table.h"
 #include "support/given.h"
@@ -16,6 +19,14 @@ using study::StudyChoice;
 
 class FrmAnalyser : public AnalyserBench {
  protected:
+  // Whether the program ends when the windows that are open have been closed; it has some time.
+  static bool EndsByItself() {
+    constexpr int kWentOn = 1;
+    QTimer late;
+    QObject::connect(&late, &QTimer::timeout, [] { QApplication::exit(kWentOn); });
+    late.start(500);
+    return QApplication::exec() != kWentOn;
+  }
   // The peak of an axis nearest to a frequency.
   const analysis::Peak& PeakAt(Axis axis, double hz) {
     const auto& peaks = Study().SpectrumOf(axis)->peaks;
@@ -80,6 +91,7 @@ TEST_F(FrmAnalyser, F5CapturesAndEscapeStops) {
 }
 
 TEST_F(FrmAnalyser, EscapeTakesADragBackAndStopsNothing) {
+  loop_.Hurry();
   Open();
   Capture();
   Choose("cbxFFTAvgs", 250);
@@ -115,6 +127,7 @@ TEST_F(FrmAnalyser, ARecordInTheMiddleOfADragIsShownAndTheDragGoesOn) {
 }
 
 TEST_F(FrmAnalyser, AStoppedCaptureSaysThatItsDataAreOlder) {
+  loop_.Hurry();
   Open();
   Capture();
   Choose("cbxFFTAvgs", 250);
@@ -175,7 +188,10 @@ TEST_F(FrmAnalyser, EachQuantityNamesItsAxisAndTable) {
     ASSERT_FALSE(Plot().Scene().panes.empty()) << shown.entry;
     EXPECT_TRUE(Plot().Scene().panes[0].title.starts_with(shown.title))
         << Plot().Scene().panes[0].title;
-    EXPECT_TRUE(Rows("tblPeaks").headerData(3, Qt::Horizontal).toString().startsWith(shown.unit));
+    EXPECT_TRUE(Rows("tblPeaks")
+                    .headerData(3, Qt::Horizontal, TextTableModel::kPaintedHead)
+                    .toString()
+                    .startsWith(shown.unit));
     EXPECT_GT(Rows("tblPeaks").rowCount(), 0);
   }
   Click("cmdVerticalDecibel");
@@ -225,7 +241,9 @@ TEST_F(FrmAnalyser, BandsEditedInAlarmSpectrumReachTheTableWithTheirHeadroom) {
                                       cells[static_cast<std::size_t>(column)]));
   }
   Find<QDialog>("frmAlarmSpectrum").close();
+  QSignalSpy changes(&Model(), &StudyModel::Changed);
   Press("CmdReadStatus");
+  EXPECT_EQ(changes.count(), 1) << "the bands of all options at once";
   ASSERT_EQ(Rows("tblBands").rowCount(), 1);
   EXPECT_EQ(Cell("tblBands", 0, 0), "4");
   // The gear mesh has about 0.6 g: 3.5 dB below, and up to the scallop of its bin more.
@@ -294,6 +312,28 @@ TEST_F(FrmAnalyser, TheMainWindowClosesDuringACaptureThatTheAnalyserBegan) {
   EXPECT_TRUE(Gets([this] { return !Window().isVisible(); }));
   windows_.reset();
   EXPECT_TRUE(messages_.Texts().empty());
+}
+
+TEST_F(FrmAnalyser, StandsBesideTheMainWindowAndGoesWithIt) {
+  const QPointer<frmAnalyser> analyser(&Open());
+  EXPECT_EQ(analyser->parentWidget(), nullptr);
+  EXPECT_EQ(analyser->windowHandle()->transientParent(), nullptr) << "the main one may be above it";
+  Capture();
+  Key(Qt::Key_C);
+  Key(Qt::Key_M);
+  QTimer::singleShot(0, &Window(), &QWidget::close);
+  EXPECT_TRUE(EndsByItself()) << "nothing of it keeps the program";
+  EXPECT_FALSE(analyser->isVisible());
+  windows_.reset();
+  EXPECT_EQ(analyser, nullptr);
+}
+
+TEST_F(FrmAnalyser, ClosingItAloneLeavesTheProgram) {
+  Open();
+  QTimer::singleShot(0, &Analyser(), &QWidget::close);
+  EXPECT_FALSE(EndsByItself());
+  EXPECT_FALSE(Analyser().isVisible());
+  EXPECT_TRUE(Window().isVisible());
 }
 
 TEST_F(FrmAnalyser, BothCloseWithAQuestionOpen) {

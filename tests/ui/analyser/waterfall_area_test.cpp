@@ -222,7 +222,7 @@ TEST_F(WaterfallAreaTest, ThresholdsOfTheBandStandBesideTheLevel) {
   TakeRows(0, 5);
   study::SensorBands bands{};
   bands[Index(Axis::Z)][2] = {.lowBin = 35, .highBin = 45, .warning = 2000, .fault = 4000};
-  model_.SetSensorBands(0, bands);
+  model_.SetSensorBands({{0, bands}});
   Click(40 * bin_, 20);
   EXPECT_DOUBLE_EQ(area_.Column().Column().thresholds.warning, 2000 * step_);
   EXPECT_DOUBLE_EQ(area_.Column().Column().thresholds.fault, 4000 * step_);
@@ -284,7 +284,7 @@ TEST_F(WaterfallAreaTest, APictureToLookAt) {
   }
   study::SensorBands bands{};
   bands[Index(Axis::Z)][2] = {.lowBin = 35, .highBin = 45, .warning = 1000, .fault = 1300};
-  model_.SetSensorBands(0, bands);
+  model_.SetSensorBands({{0, bands}});
   model_.Change([](auto& choice) { choice.up = study::Scale::Logarithmic; });
   Click(40 * bin_, 400);
   model_.MoveCursor(CursorKind::Harmonic, model_.Choice().inSpectrum);

@@ -40,7 +40,12 @@ class WorkedExample : public ::testing::Test {
     Key(Qt::Key_Z, Qt::ShiftModifier);
     Key(Qt::Key_H);
   }
-  frmAnalyser& Window() { return *program_->Window().findChild<frmAnalyser*>("frmAnalyser"); }
+  static frmAnalyser& Window() {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+      if (auto* analyser = dynamic_cast<frmAnalyser*>(top)) return *analyser;
+    }
+    throw std::runtime_error("no analyser");
+  }
   void Key(int key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(&Window().Area().Plot(), static_cast<Qt::Key>(key), modifiers);
   }

@@ -63,13 +63,14 @@ TEST_F(SeverityPanelTest, NoZoneIsShownWhereTheBandIsNotCovered) {
 
 TEST_F(SeverityPanelTest, WhatIsMissingCanBeAskedFor) {
   auto* button = panel_.findChild<QPushButton*>(QStringLiteral("severityCapture"));
-  EXPECT_FALSE(button->isVisible());
-  panel_.OfferCapture(true);
-  EXPECT_EQ(button->text(), "Capture at options 3, 2 and 1");
-  QSignalSpy asked(&panel_, &SeverityPanel::CaptureAsked);
+  EXPECT_EQ(button->text(), "Capture at option 3");
+  EXPECT_TRUE(button->toolTip().contains("options 3, 2 and 1"));
+  QSignalSpy asked(&panel_, &SeverityPanel::OptionWanted);
   QTest::mouseClick(button, Qt::LeftButton);
   ASSERT_EQ(asked.count(), 1);
-  EXPECT_EQ(asked[0][0].value<std::vector<int>>(), (std::vector<int>{3, 2, 1}));
+  EXPECT_EQ(asked[0][0].toInt(), 3);
+  TakeRecord(model_, MadeUpSpectrum(60, {}, 3));
+  EXPECT_EQ(button->text(), "Capture at option 1") << "which begins where option 3 ends";
   TakeAll();
   EXPECT_FALSE(button->isVisible());
 }
