@@ -1,0 +1,126 @@
+// Levels over time, apart where they cannot be compared.
+// SPDX-License-Identifier: MIT
+#include "archive/trend.h"
+
+#include "analysis/levels.h"
+#include "support/random_records.h"
+#include "support/temporary_database.h"
+
+namespace kestrel::archive {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Trends : public testing::TestWithParam<DatabaseKind> {
+ protected:
+  void SetUp() override {
+    place_ = GetParam().make();
+    archive_ = std::make_unique<Archive>(place_->Connect());
+    for (int i = 0; i < 120; ++i) {
+      NewRecord made{NewUid(), records_.Next(), {}, "0.1.0", "bench 1"};
+      // From the latest to the oldest: the archive puts them in order.
+      made.record.time = std::chrono::system_clock::from_time_t(1'763'750'000) - i * 60s;
+      made.remarks.machine = i % 3 == 0 ? "Fan" : "Pump";
+      made_.push_back(made);
+    }
+    archive_->KeepAll(made_);
+  }
+  // What the trend should say of a record; none where it should refuse it.
+  using Value = std::function<std::optional<double>(const Record&)>;
+  void ExpectTrend(const TrendChoice& choice, const Value& value) {
+    const Trend trend = TrendFor(*archive_, {.machine = "Pump"}, choice);
+    std::map<std::int64_t, double> told;
+    for (const TrendSeries& series : trend.series) {
+      EXPECT_TRUE(std::ranges::is_sorted(series.points, {}, &TrendPoint::time));
+      for (const TrendPoint& point : series.points) told[Nanos(point.time)] = point.value;
+    }
+    std::int64_t refused = 0;
+    for (const NewRecord& made : made_) {
+      if (made.remarks.machine != "Pump") continue;
+      const auto wanted = value(made.record);
+      const auto found = told.find(Nanos(made.record.time));
+      ASSERT_EQ(found != told.end(), wanted.has_value());
+      if (wanted) {
+        EXPECT_EQ(found->second, *wanted);
+      }
+      refused += wanted ? 0 : 1;
+    }
+    EXPECT_EQ(trend.refused, refused);
+    EXPECT_EQ(trend.refusal.empty(), refused == 0);
+    EXPECT_TRUE(trend.whole);
+  }
+  static std::int64_t Nanos(std::chrono::system_clock::time_point time) {
+    return time.time_since_epoch().count();
+  }
+
+  std::unique_ptr<TemporaryDatabase> place_;
+  std::unique_ptr<Archive> archive_;
+  std::vector<NewRecord> made_;
+  RandomRecords records_{3};
+};
+
+TEST_P(Trends, KeptLevelsAreThoseOfTheRecords) {
+  for (const Axis axis : kAxes) {
+    ExpectTrend({.of = TrendOf::Rms, .axis = axis}, [&](const Record& record) {
+      const auto level = LevelsFor(record)[Index(axis)];
+      return level ? std::optional(level->rmsG) : std::nullopt;
+    });
+    ExpectTrend({.of = TrendOf::Peak, .axis = axis}, [&](const Record& record) {
+      const auto level = LevelsFor(record)[Index(axis)];
+      return level ? std::optional(level->peakG) : std::nullopt;
+    });
+  }
+}
+
+TEST_P(Trends, ConditionsAreThoseOfTheRecordsAndOneSeries) {
+  ExpectTrend({.of = TrendOf::Temperature}, [](const Record& record) {
+    return std::optional(double{record.conditions.temperatureC});
+  });
+  ExpectTrend({.of = TrendOf::Supply}, [](const Record& record) {
+    return std::optional(double{record.conditions.supplyV});
+  });
+  EXPECT_EQ(TrendFor(*archive_, {}, {.of = TrendOf::Supply}).series.size(), 1U);
+}
+
+TEST_P(Trends, BandsAreWorkedOutWhereTheSpectrumHoldsThem) {
+  const TrendChoice choice{.of = TrendOf::BandRms, .axis = Axis::Y, .fromHz = 100, .toHz = 2'000};
+  ExpectTrend(choice, [&](const Record& record) -> std::optional<double> {
+    if (record.kind == RecordKind::Time) return std::nullopt;
+    const auto spectrum = analysis::SpectrumOf(record, Axis::Y, {.ownRange = true});
+    if (!spectrum) return std::nullopt;
+    const auto level = analysis::LevelBetween(*spectrum, 100, 2'000);
+    if (!level || !level->whole) return std::nullopt;
+    return level->rmsG;
+  });
+}
+
+TEST_P(Trends, RecordsThatCannotBeComparedAreApart) {
+  const Trend trend = TrendFor(*archive_, {}, {.of = TrendOf::Rms});
+  EXPECT_GT(trend.series.size(), 4U);
+  for (const TrendSeries& series : trend.series) {
+    for (const TrendPoint& point : series.points) {
+      const auto kept = archive_->Get(point.id);
+      EXPECT_EQ(kept->record.kind, series.kind);
+      EXPECT_EQ(kept->record.settings.option, series.option);
+      const bool isTime = series.kind == RecordKind::Time;
+      EXPECT_EQ(isTime ? 0 : kept->record.settings.window, series.window);
+    }
+  }
+  EXPECT_EQ(trend.unit, "g RMS");
+}
+
+TEST_P(Trends, ItsOwnerMayEndIt) {
+  int asked = 0;
+  const Trend trend = TrendFor(*archive_, {}, {.of = TrendOf::BandRms, .toHz = 1'000},
+                               [&](std::int64_t, std::int64_t all) {
+                                 EXPECT_EQ(all, 120);
+                                 return ++asked < 2;
+                               });
+  EXPECT_FALSE(trend.whole);
+  EXPECT_TRUE(trend.series.empty());
+}
+
+KESTREL_ON_EVERY_DATABASE(Trends);
+
+}  // namespace
+}  // namespace kestrel::archive
