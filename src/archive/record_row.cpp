@@ -3,6 +3,7 @@
 #include "archive/record_row.h"
 
 #include <algorithm>
+#include <array>
 
 namespace kestrel::archive {
 namespace {
@@ -126,12 +127,11 @@ void TakeRemarks(Cells& cells, Remarks& remarks) {
 }
 
 void TakeLevels(Cells& cells, KeptLevels& levels) {
-  for (auto& level : levels) {
-    if (const auto rms = cells.Maybe<double>()) level = {.rmsG = *rms, .peakG = 0};
-  }
-  for (auto& level : levels) {
+  std::array<std::optional<double>, 3> rms;
+  std::ranges::generate(rms, [&] { return cells.Maybe<double>(); });
+  for (std::size_t axis = 0; axis < levels.size(); ++axis) {
     const auto peak = cells.Maybe<double>();
-    if (level && peak) level->peakG = *peak;
+    if (rms[axis] && peak) levels[axis] = {.rmsG = *rms[axis], .peakG = *peak};
   }
 }
 

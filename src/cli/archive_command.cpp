@@ -22,12 +22,6 @@ using database::Access;
 // Rows read at once for a list.
 constexpr std::size_t kBlock = 256;
 
-Archive OpenHere(const Session& session, Access access) {
-  const archive::Place& place = session.ArchivePlace();
-  if (place.text.empty()) throw RuntimeError("No archive is chosen; name one with --archive.");
-  return archive::Open(place, access);
-}
-
 // Throws where there is no such record.
 KeptRecord Found(Archive& archive, std::int64_t id) {
   auto record = archive.Get(id);
@@ -37,7 +31,13 @@ KeptRecord Found(Archive& archive, std::int64_t id) {
 
 }  // namespace
 
-CLI::App* ArchiveCommand::Add(const char* name, const char* text, Deed deed) {
+Archive OpenArchive(const Session& session, Access access) {
+  const archive::Place& place = session.ArchivePlace();
+  if (place.text.empty()) throw RuntimeError("No archive is chosen; name one with --archive.");
+  return archive::Open(place, access);
+}
+
+CLI::App* ArchiveCommand::Add(const char* name, const char* text, const Deed& deed) {
   CLI::App* word = word_->add_subcommand(name, text);
   deeds_.emplace_back(word, deed);
   return word;
@@ -76,11 +76,11 @@ void ArchiveCommand::AddTo(CLI::App& app) {
 ExitCode ArchiveCommand::Run(Session& session, const Output& output) {
   const auto chosen =
       std::ranges::find_if(deeds_, [](const auto& deed) { return deed.first->parsed(); });
-  return (this->*chosen->second)(session, output);
+  return chosen->second(*this, session, output);
 }
 
-ExitCode ArchiveCommand::List(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadOnly);
+ExitCode ArchiveCommand::List(const Session& session, const Output& output) {
+  Archive archive = OpenArchive(session, Access::ReadOnly);
   std::vector<std::int64_t> ids = archive.Find(filter_.Filter());
   if (most_ > 0) ids.resize(std::min(ids.size(), static_cast<std::size_t>(most_)));
   Json all = Json::array();
@@ -98,8 +98,8 @@ ExitCode ArchiveCommand::List(Session& session, const Output& output) {
   return ExitCode::Success;
 }
 
-ExitCode ArchiveCommand::Show(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadOnly);
+ExitCode ArchiveCommand::Show(const Session& session, const Output& output) {
+  Archive archive = OpenArchive(session, Access::ReadOnly);
   for (const std::int64_t id : ids_) {
     const KeptRecord record = Found(archive, id);
     if (output.json) {
@@ -114,9 +114,9 @@ ExitCode ArchiveCommand::Show(Session& session, const Output& output) {
   return ExitCode::Success;
 }
 
-ExitCode ArchiveCommand::Note(Session& session, const Output& output) {
+ExitCode ArchiveCommand::Note(const Session& session, const Output& output) {
   if (!remarks_.Any()) throw RuntimeError("Nothing to note was given; see --help.");
-  Archive archive = OpenHere(session, Access::ReadWrite);
+  Archive archive = OpenArchive(session, Access::ReadWrite);
   for (const std::int64_t id : ids_) {
     archive.SetRemarks(id, remarks_.Over(Found(archive, id).remarks));
   }
@@ -125,7 +125,7 @@ ExitCode ArchiveCommand::Note(Session& session, const Output& output) {
 }
 
 ExitCode ArchiveCommand::Delete(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadWrite);
+  Archive archive = OpenArchive(session, Access::ReadWrite);
   for (const std::int64_t id : ids_) (void)Found(archive, id);
   if (bringBack_)
     archive.BringBack(ids_);
@@ -137,8 +137,8 @@ ExitCode ArchiveCommand::Delete(Session& session, const Output& output) {
   return ExitCode::Success;
 }
 
-ExitCode ArchiveCommand::Check(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadOnly);
+ExitCode ArchiveCommand::Check(const Session& session, const Output& output) {
+  Archive archive = OpenArchive(session, Access::ReadOnly);
   const std::vector<std::string> damage = archive.Damage();
   if (output.json) {
     output.Write({{"damage", damage}});
@@ -150,8 +150,8 @@ ExitCode ArchiveCommand::Check(Session& session, const Output& output) {
   return damage.empty() ? ExitCode::Success : ExitCode::Failure;
 }
 
-ExitCode ArchiveCommand::Rescue(Session& session, const Output& output) {
-  Archive from = OpenHere(session, Access::ReadOnly);
+ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
+  Archive from = OpenArchive(session, Access::ReadOnly);
   Archive into = archive::Open({into_});
   const archive::Rescued rescued = archive::Rescue(from, into);
   if (output.json) {
@@ -163,13 +163,13 @@ ExitCode ArchiveCommand::Rescue(Session& session, const Output& output) {
 }
 
 ExitCode ArchiveCommand::Export(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadOnly);
+  Archive archive = OpenArchive(session, Access::ReadOnly);
   export_.Run(session, output, archive);
   return ExitCode::Success;
 }
 
 ExitCode ArchiveCommand::Import(Session& session, const Output& output) {
-  Archive archive = OpenHere(session, Access::ReadWrite);
+  Archive archive = OpenArchive(session, Access::ReadWrite);
   import_.Run(session, output, archive, session.Bench());
   return ExitCode::Success;
 }

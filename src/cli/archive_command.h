@@ -8,12 +8,17 @@
 #include <utility>
 #include <vector>
 
+#include "archive/place.h"
 #include "cli/archive_exchange.h"
 #include "cli/command.h"
 #include "cli/filter_options.h"
 #include "cli/remark_options.h"
 
 namespace kestrel {
+
+// That which the command line chooses. Throws RuntimeError where there is none, or it cannot be
+// opened.
+[[nodiscard]] archive::Archive OpenArchive(const Session& session, database::Access access);
 
 // "archive list|show|note|delete|check|rescue|export|import".
 class ArchiveCommand : public Command {
@@ -25,16 +30,16 @@ class ArchiveCommand : public Command {
 
  private:
   // What a word below "archive" does.
-  using Deed = ExitCode (ArchiveCommand::*)(Session&, const Output&);
+  using Deed = std::function<ExitCode(ArchiveCommand&, Session&, const Output&)>;
 
-  CLI::App* Add(const char* name, const char* text, Deed deed);
+  CLI::App* Add(const char* name, const char* text, const Deed& deed);
   void AddIds(CLI::App& word);
-  ExitCode List(Session& session, const Output& output);
-  ExitCode Show(Session& session, const Output& output);
-  ExitCode Note(Session& session, const Output& output);
+  ExitCode List(const Session& session, const Output& output);
+  ExitCode Show(const Session& session, const Output& output);
+  ExitCode Note(const Session& session, const Output& output);
   ExitCode Delete(Session& session, const Output& output);
-  ExitCode Check(Session& session, const Output& output);
-  ExitCode Rescue(Session& session, const Output& output);
+  ExitCode Check(const Session& session, const Output& output);
+  ExitCode Rescue(const Session& session, const Output& output);
   ExitCode Export(Session& session, const Output& output);
   ExitCode Import(Session& session, const Output& output);
 

@@ -54,8 +54,8 @@ Json LevelsJson(const archive::KeptLevels& levels) {
   Json json = Json::object();
   for (const Axis axis : kAxes) {
     const auto& level = levels[Index(axis)];
-    Json& at = json[std::string(1, Letter(axis))];
-    if (level) at = {{"rms_g", level->rmsG}, {"peak_g", level->peakG}};
+    json[std::string(1, Letter(axis))] =
+        level ? Json{{"rms_g", level->rmsG}, {"peak_g", level->peakG}} : Json();
   }
   return json;
 }

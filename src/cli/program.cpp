@@ -18,6 +18,7 @@
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
 #include "cli/small_commands.h"
+#include "cli/trend_command.h"
 #include "numeric/conversions.h"
 #include "simulator/signal/scenario.h"
 #include "transport/typed_word.h"
@@ -142,11 +143,12 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 8> commands{
+  std::array<std::unique_ptr<Command>, 9> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
-      std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>()};
+      std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
+      std::make_unique<TrendCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -58,6 +58,8 @@ class Session {
   // archive and it does not have them all.
   [[nodiscard]] bool EndKeeping();
   [[nodiscard]] const archive::Place& ArchivePlace() const { return archive_.place; }
+  // Whether Ctrl-C was pressed since last asked.
+  [[nodiscard]] bool Interrupted() const { return surroundings_.interrupted(); }
   [[nodiscard]] const std::string& Bench() const { return surroundings_.bench; }
 
  private:

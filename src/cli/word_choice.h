@@ -20,16 +20,17 @@ using WordCodes = std::vector<std::pair<std::string, Value>>;
 
 // `codes` and `chosen` outlive the option.
 template <typename Value>
-void AddChoice(CLI::App& app, const char* name, std::optional<Value>& chosen,
-               const WordCodes<Value>& codes, const char* description) {
+CLI::Option* AddChoice(CLI::App& app, const char* name, std::optional<Value>& chosen,
+                       const WordCodes<Value>& codes, const char* description) {
   std::string words;
   for (const auto& [word, value] : codes) words += (words.empty() ? "" : ", ") + word;
-  app.add_option_function<std::string>(
-         name,
-         [&chosen, &codes](const std::string& word) {
-           chosen = std::ranges::find(codes, word, &std::pair<std::string, Value>::first)->second;
-         },
-         std::string(description) + ": " + words)
+  return app
+      .add_option_function<std::string>(
+          name,
+          [&chosen, &codes](const std::string& word) {
+            chosen = std::ranges::find(codes, word, &std::pair<std::string, Value>::first)->second;
+          },
+          std::string(description) + ": " + words)
       ->check(CLI::IsMember(codes))
       ->type_name("WORD");
 }

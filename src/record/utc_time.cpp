@@ -65,7 +65,7 @@ std::optional<std::chrono::nanoseconds> TimeOfDayFrom(Reading& reading) {
     time += seconds{*second};
   }
   if (reading.Skip('.')) {
-    for (nanoseconds unit = 100ms; unit > 0ns; unit /= 10) {
+    for (nanoseconds unit = milliseconds{100}; unit.count() > 0; unit /= 10) {
       const auto digit = reading.Number(1);
       if (!digit) break;
       time += *digit * unit;

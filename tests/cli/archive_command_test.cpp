@@ -239,5 +239,39 @@ TEST_F(ArchiveCommands, WhatAFormatCannotHoldIsRefused) {
   EXPECT_EQ(error.str(), "There is no record 9 in the archive.\n");
 }
 
+TEST_F(ArchiveCommands, ATrendTellsALevelOverTime) {
+  Capture({"--count", "3"});
+  Capture({"--mode", "time"});
+  const json list = RunJson({"archive", "list", "--kind", "spectrum"});
+  const json trend = RunJson({"trend", "rms", "--axis", "Z"});
+  EXPECT_EQ(trend["unit"], "g RMS");
+  ASSERT_EQ(trend["series"].size(), 2U);
+  const json& points = trend["series"][0]["points"];
+  ASSERT_EQ(points.size(), 3U);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(points[i]["id"], list[2 - i]["id"]);
+    EXPECT_EQ(points[i]["time"], list[2 - i]["time"]);
+    EXPECT_EQ(points[i]["value"], list[2 - i]["levels"]["Z"]["rms_g"]);
+  }
+  EXPECT_EQ(RunJson({"trend", "temperature"})["series"][0]["points"].size(), 4U);
+  EXPECT_EQ(Run({"trend", "supply"}), ExitCode::Success);
+  EXPECT_THAT(out.str(), testing::StartsWith("series\ttime (UTC)\tV\tid\talarm\n1\t"));
+}
+
+TEST_F(ArchiveCommands, ATrendOfABandLeavesOutWhatCannotCarryIt) {
+  Capture();
+  Capture({"--mode", "time"});
+  const json trend = RunJson({"trend", "peak", "--axis", "Z", "--low", "2000", "--high", "9000"});
+  EXPECT_EQ(trend["refused"], 1);
+  EXPECT_THAT(error.str(), HasSubstr("1 records are left out: a time record has no bands"));
+  EXPECT_GT(trend["series"][0]["points"][0]["value"].get<double>(), 0.1);
+  EXPECT_EQ(Run({"trend", "rms", "--low", "9", "--high", "9"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "A band from 9 to 9 Hz is none.\n");
+  EXPECT_EQ(Run({"trend", "supply", "--low", "1", "--high", "9"}), ExitCode::Failure);
+  EXPECT_EQ(Run({"trend", "noise"}), ExitCode::Usage);
+  EXPECT_EQ(Run({"trend", "rms", "--low", "x", "--high", "9"}), ExitCode::Usage);
+  EXPECT_THAT(error.str(), HasSubstr("\"x\""));
+}
+
 }  // namespace
 }  // namespace kestrel

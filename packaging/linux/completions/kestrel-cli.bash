@@ -2,12 +2,12 @@
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
-  local commands="capture registers bands command record status adapters archive"
+  local commands="capture registers bands command record status adapters archive trend"
   local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters | archive)
+      capture | registers | bands | command | record | status | adapters | archive | trend)
         [ -n "$command" ] || command=$word ;;
       list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import) action=$word ;;
     esac
@@ -22,6 +22,7 @@ _kestrel_cli() {
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
     --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
     --format) words="uff58 uff58b wav mat csv json" ;;
+    --axis) words="X Y Z" ;;
     --kind) words="spectrum time" ;;
     --archive | --into) COMPREPLY=($(compgen -f -- "$current")); return ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
@@ -41,6 +42,7 @@ _kestrel_cli() {
         archive:show) words="--data --help" ;;
         archive:note) words="$remarks --help" ;;
         archive:delete) words="--undo --for-good --help" ;;
+        trend:) words="rms peak temperature supply --axis --low --high --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
         archive:export) words="--format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;

@@ -22,6 +22,7 @@ constexpr int kDigits = 3;        // of a read-out that knows no bounds
 // Rows begin with a line of the fast memory, an odd number of lines apart: what lies one below the
 // other does not compete for the same places in it.
 QImage BlankPicture(QSize pixels) {
+  if (pixels.isEmpty()) return {};  // nobody would release the memory of an image that is none
   constexpr qsizetype kLine = 64;
   constexpr qsizetype kPixel = 4;
   const qsizetype bytesPerLine = ((kPixel * pixels.width() + kLine - 1) / kLine | 1) * kLine;

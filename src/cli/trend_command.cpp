@@ -1,0 +1,115 @@
+// A trend as columns or JSON.
+// SPDX-License-Identifier: MIT
+#include "cli/trend_command.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <CLI/Validators.hpp>
+
+#include "cli/archive_command.h"
+#include "cli/word_choice.h"
+#include "numeric/number_format.h"
+#include "numeric/number_parse.h"
+#include "record/utc_time.h"
+
+namespace kestrel {
+namespace {
+
+using archive::Trend;
+using archive::TrendOf;
+using archive::TrendPoint;
+using archive::TrendSeries;
+
+const WordCodes<TrendOf> kLevels{{"rms", TrendOf::Rms},
+                                 {"peak", TrendOf::Peak},
+                                 {"temperature", TrendOf::Temperature},
+                                 {"supply", TrendOf::Supply}};
+const WordCodes<Axis> kAxisWords{{"X", Axis::X}, {"Y", Axis::Y}, {"Z", Axis::Z}};
+
+std::string FrequencyProblem(const std::string& text) {
+  const auto hz = WholeTextNumber(text);
+  if (hz && *hz >= 0 && *hz <= 1e6) return {};
+  return "\"" + text + "\" is no frequency in Hz";
+}
+
+Json SeriesJson(const TrendSeries& series) {
+  Json points = Json::array();
+  for (const TrendPoint& point : series.points) {
+    points.push_back({{"time", UtcText(point.time)},
+                      {"value", point.value},
+                      {"id", point.id},
+                      {"alarm", point.alarm}});
+  }
+  return {{"kind", series.kind == RecordKind::Time ? "time" : "spectrum"},
+          {"sample_rate_option", series.option},
+          {"window", series.window},
+          {"points", points}};
+}
+
+Json TrendJson(const Trend& trend) {
+  Json json{{"unit", trend.unit}, {"refused", trend.refused}, {"refusal", trend.refusal}};
+  json["series"] = Json::array();
+  for (const TrendSeries& series : trend.series) json["series"].push_back(SeriesJson(series));
+  return json;
+}
+
+void PrintTrend(std::ostream& out, const Trend& trend) {
+  out << "series\ttime (UTC)\t" << trend.unit << "\tid\talarm\n";
+  int number = 0;
+  for (const TrendSeries& series : trend.series) {
+    ++number;
+    for (const TrendPoint& point : series.points) {
+      out << number << '\t' << UtcText(point.time) << '\t' << GeneralNumber(point.value) << '\t'
+          << point.id << '\t' << (point.alarm ? "yes" : "no") << '\n';
+    }
+  }
+}
+
+}  // namespace
+
+void TrendCommand::AddTo(CLI::App& app) {
+  word_ = app.add_subcommand("trend", "Report a level of kept records over time");
+  AddChoice(*word_, "level", of_, kLevels, "What of")->required();
+  AddChoice(*word_, "--axis", axis_, kAxisWords, "Axis of an RMS or a peak, X where none is told");
+  auto* low = word_->add_option("--low", low_, "Lower end of a band of spectra, Hz")
+                  ->check(FrequencyProblem);
+  auto* high = word_->add_option("--high", high_, "Upper end, Hz")->check(FrequencyProblem);
+  low->needs(high);
+  filter_.AddTo(*word_);
+}
+
+archive::TrendChoice TrendCommand::Choice() const {
+  archive::TrendChoice choice{
+      .of = of_, .axis = axis_.value_or(Axis::X), .fromHz = low_, .toHz = high_};
+  if (high_ <= 0) return choice;
+  if (low_ >= high_) {
+    throw RuntimeError("A band from " + GeneralNumber(low_) + " to " + GeneralNumber(high_) +
+                       " Hz is none.");
+  }
+  if (choice.of != TrendOf::Rms && choice.of != TrendOf::Peak) {
+    throw RuntimeError("A band has an RMS and a peak; neither temperature nor supply.");
+  }
+  choice.of = choice.of == TrendOf::Rms ? TrendOf::BandRms : TrendOf::BandPeak;
+  return choice;
+}
+
+ExitCode TrendCommand::Run(Session& session, const Output& output) {
+  const archive::TrendChoice choice = Choice();
+  archive::Archive archive = OpenArchive(session, database::Access::ReadOnly);
+  const Trend trend = TrendFor(archive, filter_.Filter(), choice, [&](auto done, auto all) {
+    session.ShowProgress({"Records", static_cast<int>(done), static_cast<int>(all)});
+    return !session.Interrupted();
+  });
+  session.EndProgress();
+  if (!trend.whole) return ExitCode::Interrupted;
+  if (trend.refused > 0) {
+    session.Say(std::to_string(trend.refused) + " records are left out: " + trend.refusal);
+  }
+  if (output.json)
+    output.Write(TrendJson(trend));
+  else
+    PrintTrend(output.out, trend);
+  return ExitCode::Success;
+}
+
+}  // namespace kestrel

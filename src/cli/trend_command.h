@@ -1,0 +1,32 @@
+// The command about levels over time.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <optional>
+
+#include "archive/trend.h"
+#include "cli/command.h"
+#include "cli/filter_options.h"
+
+namespace kestrel {
+
+// "trend rms|peak|temperature|supply", of the archive's records.
+class TrendCommand : public Command {
+ public:
+  void AddTo(CLI::App& app) override;
+  [[nodiscard]] bool Chosen() const override { return word_->parsed(); }
+  [[nodiscard]] bool NeedsSensor() const override { return false; }
+  ExitCode Run(Session& session, const Output& output) override;
+
+ private:
+  [[nodiscard]] archive::TrendChoice Choice() const;
+
+  CLI::App* word_ = nullptr;
+  std::optional<archive::TrendOf> of_;
+  std::optional<Axis> axis_;
+  double low_ = 0;
+  double high_ = 0;
+  FilterOptions filter_;
+};
+
+}  // namespace kestrel
