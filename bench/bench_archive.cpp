@@ -10,6 +10,7 @@
 #include "archive/archive.h"
 #include "archive/packed_words.h"
 #include "archive/place.h"
+#include "archive/trend.h"
 #include "figure.h"
 #include "support/random_records.h"
 
@@ -36,9 +37,13 @@ double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
+std::chrono::system_clock::time_point TimeOfRecord(int number) {
+  return std::chrono::system_clock::from_time_t(1'763'750'000 + 60 * number);
+}
+
 NewRecord Made(RandomRecords& records, int number) {
   NewRecord made{.uid = NewUid(), .record = records.Next(), .program = "0.1.0", .bench = "bench"};
-  made.record.time = std::chrono::system_clock::from_time_t(1'763'750'000 + 60 * number);
+  made.record.time = TimeOfRecord(number);
   made.remarks.machine = "Pump 3";
   made.remarks.point = "Drive end";
   return made;
@@ -111,6 +116,28 @@ void Lists(const Place& place) {
   for (std::size_t from = 0; from + kWindowful < ids.size(); from += 997) {
     pages.push_back(Took([&] { (void)archive.List(std::span(ids).subspan(from, kWindowful)); }));
   }
+  std::size_t points = 0;
+  const double trend = Took([&] {
+    for (const TrendSeries& series : TrendFor(archive, {}, {.of = TrendOf::Rms}).series) {
+      points += series.points.size();
+    }
+  });
+  Print({.name = "a trend over 100,000 records",
+         .measured = Amount(trend, 1, "ms"),
+         .promise = "at most 150 ms",
+         .kept = trend <= 150 && points > kMany / 2});
+  std::vector<double> part;
+  for (int i = 0; i < 3; ++i) {
+    part.push_back(Took([&] {
+      (void)TrendFor(archive, {.until = TimeOfRecord(kMany / 50)},
+                     {.of = TrendOf::BandRms, .fromHz = 100, .toHz = 1000});
+    }));
+  }
+  const double whole = 50 * Median(part) / 1000;
+  Print({.name = "a new level over 100,000 records",
+         .measured = Amount(whole, 1, "s, of 2,000"),
+         .promise = "at most 10 s",
+         .kept = whole <= 10});
   const double frame = 1000.0 / 60;
   Print({.name = "a windowful of rows scrolled to",
          .measured = Amount(Median(pages), 2, "ms"),

@@ -80,7 +80,7 @@ void TrendCommand::AddTo(CLI::App& app) {
 
 archive::TrendChoice TrendCommand::Choice() const {
   archive::TrendChoice choice{
-      .of = of_, .axis = axis_.value_or(Axis::X), .fromHz = low_, .toHz = high_};
+      .of = *of_, .axis = axis_.value_or(Axis::X), .fromHz = low_, .toHz = high_};
   if (high_ <= 0) return choice;
   if (low_ >= high_) {
     throw RuntimeError("A band from " + GeneralNumber(low_) + " to " + GeneralNumber(high_) +
