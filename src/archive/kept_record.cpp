@@ -40,8 +40,7 @@ std::vector<std::string> CleanTags(std::vector<std::string> tags) {
   for (std::string& tag : tags) tag = Trimmed(std::move(tag));
   std::erase(tags, "");
   std::ranges::sort(tags);
-  const auto rest = std::ranges::unique(tags);
-  tags.erase(rest.begin(), rest.end());
+  tags.erase(std::unique(tags.begin(), tags.end()), tags.end());
   return tags;
 }
 

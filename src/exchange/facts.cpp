@@ -96,7 +96,9 @@ void AddAlarms(Facts& facts, const AlarmState& alarms) {
   for (const Axis axis : kAxes) {
     const AxisAlarms& state = alarms.Of(axis);
     const std::string name = std::string("alarm_") + static_cast<char>(Letter(axis) + 'a' - 'A');
-    const auto peak = [&](FactValue value) { return alarms.peaksKnown ? value : FactValue(); };
+    const auto peak = [&](const FactValue& value) {
+      return alarms.peaksKnown ? value : FactValue();
+    };
     facts.push_back({name + "_status", alarms.statusKnown ? Whole(state.status) : FactValue()});
     facts.push_back({name + "_peak", peak(Whole(state.peak))});
     facts.push_back({name + "_peak_g", peak(alarms.PeakG(axis))});

@@ -50,7 +50,8 @@ std::optional<std::chrono::sys_days> DayFrom(Reading& reading) {
   if (!years || !months || !days) return std::nullopt;
   const year_month_day date{year{*years}, month{static_cast<unsigned>(*months)},
                             day{static_cast<unsigned>(*days)}};
-  if (!date.ok()) return std::nullopt;
+  // Years that the clock's nanoseconds can tell.
+  if (!date.ok() || *years < 1678 || *years > 2261) return std::nullopt;
   return sys_days{date};
 }
 

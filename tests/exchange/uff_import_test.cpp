@@ -109,6 +109,17 @@ TEST(UffImport, TextsOfOlderProgramsBecomeUtf8) {
   EXPECT_EQ(TheRecord(With(Foreign(), "Pump vertical", "K\u00FChlpumpe")).title, "K\u00FChlpumpe");
 }
 
+TEST(UffImport, AMomentThatNoClockTellsStaysAText) {
+  const std::string bytes = BytesOf({SpectrumNoted()}, ExportFormat::Uff58b);
+  EXPECT_NE(TheRecord(bytes).time, std::nullopt);
+  for (const char* year : {"9999", "0000", "20x4"}) {
+    std::string changed = bytes;
+    for (int i = 0; i < 3; ++i) changed = With(changed, "  2024-", std::string("  ") + year + "-");
+    EXPECT_EQ(TheRecord(changed).time, std::nullopt) << year;
+    EXPECT_THAT(TheRecord(changed).timeText, HasSubstr(year));
+  }
+}
+
 struct Damage {
   const char* from;
   const char* to;

@@ -11,6 +11,7 @@
 #include "exchange/texts.h"
 #include "exchange/uff/layout.h"
 #include "numeric/number_parse.h"
+#include "record/utc_time.h"
 
 namespace kestrel::exchange {
 namespace {
@@ -83,29 +84,11 @@ void TakeOwnConditions(ImportedRecord& record, const UffFunction& function) {
 
 // "2024-03-14T08:26:53.250Z" at the end of ID line 3, which only this program writes there.
 void TakeTime(ImportedRecord& record, const std::string& line) {
-  using namespace std::chrono;
+  constexpr std::size_t kMoment = 24;  // characters
   record.timeText = line == "NONE" ? "" : line;
   const std::size_t at = line.rfind("  ");
-  if (at == std::string::npos || line.size() != at + 26 || line[at + 12] != 'T') return;
-  const auto field = [&line, at](std::size_t from, std::size_t columns) {
-    const std::string_view text = std::string_view(line).substr(at + 2 + from, columns);
-    int value = 0;
-    for (const char c : text)
-      value = c >= '0' && c <= '9' && value >= 0 ? 10 * value + c - '0' : -1;
-    return value;
-  };
-  const year_month_day date{year(field(0, 4)), month(static_cast<unsigned>(field(5, 2))),
-                            day(static_cast<unsigned>(field(8, 2)))};
-  const int hour = field(11, 2);
-  const int minute = field(14, 2);
-  const int second = field(17, 2);
-  const int thousandths = field(20, 3);
-  if (!date.ok() || hour < 0 || hour > 23 || minute < 0 || minute > 59 || second < 0 ||
-      second > 59 || thousandths < 0 || line.back() != 'Z') {
-    return;
-  }
-  record.time =
-      sys_days(date) + hours(hour) + minutes(minute) + seconds(second) + milliseconds(thousandths);
+  if (at == std::string::npos || line.size() != at + 2 + kMoment || line.back() != 'Z') return;
+  record.time = UtcFrom(line.substr(at + 2));
 }
 
 }  // namespace
