@@ -94,37 +94,44 @@ void Archive::KeepAll(std::span<const NewRecord> records) {
 
 std::int64_t Archive::Put(const NewRecord& record) {
   RefuseNul(record.remarks);
-  const database::Bytes uid(record.uid.begin(), record.uid.end());
-  const std::int64_t earlier = Number(*database_, "select id from record where uid = $1", {uid});
-  if (earlier != 0) {
-    Values values{earlier};
-    for (Value& value : AmendedValues(record.record)) values.push_back(std::move(value));
-    database_->Run("update record set " + Assignments(kAmendedColumns, 2) + " where id = $1",
-                   values);
-    return earlier;
-  }
   const Values values = RecordValues(record, SourceOf(record));
-  const std::int64_t id = Number(*database_,
-                                 "insert into record(" + RecordColumns() + ") values(" +
-                                     Places(values.size()) + ") returning id",
-                                 values);
+  static const std::string kInsert = "insert into record(" + RecordColumns() + ") values(" +
+                                     Places(values.size()) +
+                                     ") on conflict(uid) do nothing returning id";
+  const std::int64_t id = Number(*database_, kInsert, values);
+  if (id == 0) return Amend(record);
   database_->Run("insert into points(record, signed, words) values($1, $2, $3)",
                  {id, std::int64_t{AreSigned(record.record) ? 1 : 0}, PackedWords(record.record)});
   return id;
 }
 
+std::int64_t Archive::Amend(const NewRecord& record) {
+  const database::Bytes uid(record.uid.begin(), record.uid.end());
+  const std::int64_t id = Number(*database_, "select id from record where uid = $1", {uid});
+  Values values{id};
+  for (Value& value : AmendedValues(record.record)) values.push_back(std::move(value));
+  database_->Run("update record set " + Assignments(kAmendedColumns, 2) + " where id = $1", values);
+  return id;
+}
+
+// Nearly all records of a connection come from one source.
 std::int64_t Archive::SourceOf(const NewRecord& record) {
+  const Values values = SourceValues(record);
+  if (values == lastSource_.first) return lastSource_.second;
   const std::string condition =
       "select id from source where product = $1 and interface = $2 and adapter = $3 and simulated "
       "= $4 and program = $5 and bench = $6";
-  const Values values = SourceValues(record);
-  const std::int64_t known = Number(*database_, condition, values);
-  if (known != 0) return known;
-  database_->Run(
-      "insert into source(product, interface, adapter, simulated, program, bench) values($1, $2, "
-      "$3, $4, $5, $6) on conflict do nothing",
-      values);
-  return Number(*database_, condition, values);
+  std::int64_t source = Number(*database_, condition, values);
+  if (source == 0) {
+    // Remembered when it is found the next time: this transaction may be rolled back.
+    database_->Run(
+        "insert into source(product, interface, adapter, simulated, program, bench) values($1, $2, "
+        "$3, $4, $5, $6) on conflict do nothing",
+        values);
+    return Number(*database_, condition, values);
+  }
+  lastSource_ = {values, source};
+  return source;
 }
 
 std::vector<std::int64_t> Archive::Find(const Filter& filter) {

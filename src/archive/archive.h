@@ -9,6 +9,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "archive/filter.h"
@@ -76,11 +77,13 @@ class Archive {
   Archive(std::unique_ptr<database::Database> database, AsItIs);
 
   std::int64_t Put(const NewRecord& record);
+  std::int64_t Amend(const NewRecord& record);
   [[nodiscard]] std::int64_t SourceOf(const NewRecord& record);
   void ForEach(std::span<const std::int64_t> ids, const std::string& sql,
                const database::Values& more = {});
 
   std::unique_ptr<database::Database> database_;
+  std::pair<database::Values, std::int64_t> lastSource_;  // with its id
 };
 
 }  // namespace kestrel::archive
