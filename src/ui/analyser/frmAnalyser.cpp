@@ -22,33 +22,37 @@ namespace {
 
 constexpr QSize kUsualSize{1280, 800};
 
-// As high as what is in it, however narrow.
+// As high as what is in it, and as the scroll bar where it is narrow. The height is set, not
+// hinted: a hint that depends on the width comes too late for the layout that asks for it.
 class ScrollingBars : public QScrollArea {
  public:
-  ScrollingBars() {
+  explicit ScrollingBars(QWidget* bars) {
     setObjectName("bars");
     setFrameShape(QFrame::NoFrame);
     setWidgetResizable(true);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     setFocusPolicy(Qt::NoFocus);
+    setWidget(bars);
+    FitHeight();
   }
-  [[nodiscard]] QSize sizeHint() const override {
-    const bool scrolls = widget()->minimumSizeHint().width() > width();
-    return {
-        widget()->sizeHint().width(),
-        widget()->sizeHint().height() + (scrolls ? horizontalScrollBar()->sizeHint().height() : 0)};
-  }
-  [[nodiscard]] QSize minimumSizeHint() const override { return {100, sizeHint().height()}; }
+  [[nodiscard]] QSize sizeHint() const override { return {widget()->sizeHint().width(), height()}; }
+  [[nodiscard]] QSize minimumSizeHint() const override { return {100, height()}; }
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest) updateGeometry();
+    if (watched == widget() && event->type() == QEvent::LayoutRequest) FitHeight();
     return QScrollArea::eventFilter(watched, event);
   }
   void resizeEvent(QResizeEvent* event) override {
     QScrollArea::resizeEvent(event);
-    updateGeometry();
+    FitHeight();
+  }
+
+ private:
+  void FitHeight() {
+    const bool scrolls = widget()->minimumSizeHint().width() > width();
+    setFixedHeight(widget()->sizeHint().height() +
+                   (scrolls ? horizontalScrollBar()->sizeHint().height() : 0));
   }
 };
 
@@ -60,8 +64,7 @@ QWidget* HeadOf(QMenuBar* menus, ViewBar* views, AnalyserToolBar* tools) {
   rows->setSpacing(0);
   rows->addWidget(views);
   rows->addWidget(tools);
-  auto* scroll = new ScrollingBars;
-  scroll->setWidget(bars);
+  auto* scroll = new ScrollingBars(bars);
   auto* head = new QWidget;
   auto* column = new QVBoxLayout(head);
   column->setContentsMargins(0, 0, 0, 0);

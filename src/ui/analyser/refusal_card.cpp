@@ -82,7 +82,7 @@ void RefusalCard::FillOptions() {
                       {tr("Length")},
                       {tr("Told from")},
                       {tr("up to")},
-                      {QString(), Qt::AlignLeft, false, false, tr("Would do")}});
+                      {.head = QString(), .alignment = Qt::AlignLeft, .spoken = tr("Would do")}});
   std::vector<std::vector<TextCell>> rows;
   for (const analysis::OptionOffer& offer : refusal_->options) {
     const QString option =

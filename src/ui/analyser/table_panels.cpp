@@ -60,15 +60,22 @@ PeaksPanel::PeaksPanel(StudyModel& model) : model_(model), table_("tblPeaks") {
 void PeaksPanel::Show() {
   const study::PeakTable table = study::PeaksOf(model_.Get());
   const QString bound = QStringLiteral("\u00B1");
-  table_.SetColumns({{QString(), kLeft, false, false, tr("Axis")},
-                     {Text(table.frequencyHead), Qt::AlignRight, false, false,
-                      tr("Frequency") + Unit(table.frequencyHead)},
-                     {bound, kLeft, true, false, tr("Bound of the frequency")},
-                     {Text(table.valueHead), Qt::AlignRight, false, false,
-                      tr("Amplitude") + Unit(table.valueHead)},
-                     {bound + " ", kLeft, true, false, tr("Bound of the amplitude")},
-                     {tr("Order")},
-                     {tr("Nearest"), kLeft}});
+  table_.SetColumns(
+      {{.head = QString(), .alignment = kLeft, .spoken = tr("Axis")},
+       {.head = Text(table.frequencyHead), .spoken = tr("Frequency") + Unit(table.frequencyHead)},
+       {.head = bound,
+        .alignment = kLeft,
+        .isMuted = true,
+        .dropped = 3,
+        .spoken = tr("Bound of the frequency")},
+       {.head = Text(table.valueHead), .spoken = tr("Amplitude") + Unit(table.valueHead)},
+       {.head = bound + " ",
+        .alignment = kLeft,
+        .isMuted = true,
+        .dropped = 1,
+        .spoken = tr("Bound of the amplitude")},
+       {.head = tr("Order"), .dropped = 2, .isWanted = model_.Choice().machine.rpm.has_value()},
+       {.head = tr("Nearest"), .alignment = kLeft}});
   std::vector<std::vector<TextCell>> rows;
   for (const study::PeakRow& row : table.rows) {
     rows.push_back({{AxisName(row.axis), static_cast<int>(Index(row.axis)), InkOf(*this, row.axis)},
@@ -80,7 +87,6 @@ void PeaksPanel::Show() {
                     {row.unresolved ? tr("unresolved") : Text(row.nearest)}});
   }
   table_.Model().SetRows(std::move(rows));
-  table_.setColumnHidden(5, !model_.Choice().machine.rpm);
   table_.SetHint(model_.Get().Shown() == nullptr
                      ? tr("The peaks of each record, largest first.")
                      : tr("No peak stands above the noise of this record."));
@@ -126,7 +132,7 @@ LevelsPanel::LevelsPanel(StudyModel& model)
 
 void LevelsPanel::Show() {
   const study::LevelTable table = study::LevelsOf(model_.Get());
-  levels_.SetColumns({{QString(), kLeft, false, false, tr("Level")},
+  levels_.SetColumns({{.head = QString(), .alignment = kLeft, .spoken = tr("Level")},
                       {QStringLiteral("X")},
                       {QStringLiteral("Y")},
                       {QStringLiteral("Z")},

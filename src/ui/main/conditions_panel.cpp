@@ -26,4 +26,9 @@ ConditionsPanel::ConditionsPanel(Locale& locale)
   }
 }
 
+void ConditionsPanel::SetStartValues() {
+  LbLSupply->setText("noData");
+  LbLTemp->setText("noData");
+}
+
 }  // namespace kestrel

@@ -13,6 +13,8 @@ class ConditionsPanel : public AsOfBox {
  public:
   explicit ConditionsPanel(Locale& locale);
 
+  // Nothing has been read yet.
+  void SetStartValues();
   // Supply and temperature have just been read.
   void NoteReading() { Refreshed(); }
 

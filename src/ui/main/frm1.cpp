@@ -173,11 +173,6 @@ void frm1::ConnectPlot() {
     desk_.cursor.RecordChanged();
     ShowRecordLine();
   });
-  // Reads nothing from the sensor and may come at any time.
-  connect(plotPanel_, &PlotPanel::CursorStepped, this,
-          [this](CursorStep step) { desk_.cursor.Step(step); });
-  connect(plotPanel_, &PlotPanel::CursorPlaced, this,
-          [this](int index) { desk_.cursor.GoTo(index); });
 }
 
 // What tells that the adapter is gone, or that another one has been chosen.
@@ -222,8 +217,7 @@ void frm1::Form_Load() {
   setWindowTitle(QString("Norvale    ") + kApplicationTitle);
   SetCommInterfaceIndicators();
   record_->FillLists();
-  conditions_->LbLSupply->setText("noData");
-  conditions_->LbLTemp->setText("noData");
+  conditions_->SetStartValues();
   plotPanel_->SetStartValues();
   plotPanel_->IniAlarmBandLabels();
   desk_.overlay.initPlotLines();

@@ -1,4 +1,4 @@
-// The pointer's moves, presses and the Escape that ends a drag.
+// The pointer's moves, presses and the Escape that ends a drag; the cursor's steps.
 // SPDX-License-Identifier: MIT
 #include "ui/plot/plot_pointer.h"
 
@@ -9,7 +9,7 @@
 
 namespace kestrel {
 
-// Moves read nothing from the sensor and may come at any time.
+// Moves and steps read nothing from the sensor and may come at any time.
 PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cursor,
                          HandlerEdge& edge)
     : panel_(panel), overlay_(overlay), cursor_(cursor), edge_(edge) {
@@ -23,6 +23,8 @@ PlotPointer::PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cur
   connect(&panel, &PlotPanel::PointerReleased, this, [this] { pic1_MouseUp(); });
   connect(&panel, &PlotPanel::PointerLeft, this, [this] { overlay_.PointerLeft(); });
   connect(&panel, &PlotPanel::PointerLost, this, [this] { overlay_.EndDrag(); });
+  connect(&panel, &PlotPanel::CursorStepped, this, [this](CursorStep step) { cursor_.Step(step); });
+  connect(&panel, &PlotPanel::CursorPlaced, this, [this](int index) { cursor_.GoTo(index); });
 }
 
 void PlotPointer::pic1_MouseMove(const PointerPlace& pointer) {

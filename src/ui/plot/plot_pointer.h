@@ -1,4 +1,4 @@
-// The pointer over the plot.
+// The pointer over the plot, and the keys of its cursor.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -12,7 +12,8 @@
 
 namespace kestrel {
 
-// What the pointer does over the plot: reads it out, and drags the lines of the alarm bands.
+// What the pointer does over the plot: reads it out, drags the lines of the alarm bands; the
+// cursor's steps and places too.
 class PlotPointer : public QObject {
  public:
   PlotPointer(PlotPanel& panel, BandOverlay& overlay, PlotCursor& cursor, HandlerEdge& edge);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QHeaderView>
+#include <algorithm>
 
 namespace kestrel {
 
@@ -10,6 +11,11 @@ namespace kestrel {
 class TableHead : public QHeaderView {
  public:
   explicit TableHead(QWidget* parent);
+
+  // What a section's word needs, also while the section is hidden; pixels.
+  [[nodiscard]] int WidthOf(int section) const {
+    return std::max(sectionSizeFromContents(section).width(), minimumSectionSize());
+  }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include "ui/chart/look.h"
@@ -20,7 +21,10 @@ void TextTableModel::SetColumns(std::vector<TextColumn> columns) {
   const bool isSame = std::equal(
       columns.begin(), columns.end(), columns_.begin(), columns_.end(),
       [](const auto& a, const auto& b) { return a.head == b.head && a.spoken == b.spoken; });
-  if (isSame) return;
+  if (isSame) {
+    columns_ = std::move(columns);
+    return;
+  }
   beginResetModel();
   columns_ = std::move(columns);
   rows_.clear();
@@ -115,9 +119,10 @@ void TextTableModel::SortRows() {
   });
 }
 
-TextTable::TextTable(const char* name, QWidget* parent) : QTableView(parent) {
+TextTable::TextTable(const char* name, QWidget* parent)
+    : QTableView(parent), head_(new TableHead(this)) {
   setObjectName(name);
-  setHorizontalHeader(new TableHead(this));
+  setHorizontalHeader(head_);
   setModel(&model_);
   setItemDelegate(new RowDelegate(this));
   setShowGrid(false);
@@ -133,6 +138,10 @@ TextTable::TextTable(const char* name, QWidget* parent) : QTableView(parent) {
   horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
   horizontalHeader()->setStretchLastSection(true);
   horizontalHeader()->setMinimumSectionSize(24);
+  for (const auto changed : {&TextTableModel::rowsInserted, &TextTableModel::rowsRemoved}) {
+    connect(&model_, changed, this, &TextTable::FitColumns);
+  }
+  connect(&model_, &TextTableModel::dataChanged, this, &TextTable::FitColumns);
   FitRows();
 }
 
@@ -140,6 +149,7 @@ void TextTable::SetColumns(std::vector<TextColumn> columns) {
   horizontalHeader()->setStretchLastSection(!columns.empty() &&
                                             columns.back().alignment == Qt::AlignLeft);
   model_.SetColumns(std::move(columns));
+  FitColumns();
 }
 
 void TextTable::SetHint(const QString& hint) {
@@ -203,6 +213,40 @@ void TextTable::changeEvent(QEvent* event) {
 void TextTable::FitRows() {
   verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 9);
   verticalHeader()->setMinimumSectionSize(fontMetrics().height() + 4);
+}
+
+void TextTable::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  FitColumns();
+}
+
+void TextTable::FitColumns() {
+  const std::vector<TextColumn>& columns = model_.Columns();
+  std::map<int, std::size_t> turns;  // of the columns that may go
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].isWanted && columns[i].dropped > 0) turns[columns[i].dropped] = i;
+  }
+  std::vector<bool> isShown;
+  for (const TextColumn& column : columns) isShown.push_back(column.isWanted);
+  int excess = turns.empty() ? 0 : -viewport()->width();
+  for (std::size_t i = 0; i < columns.size() && !turns.empty(); ++i) {
+    if (isShown[i]) excess += WidthOf(i);
+  }
+  for (const auto& [turn, column] : turns) {
+    if (excess <= 0) break;
+    isShown[column] = false;
+    excess -= WidthOf(column);
+  }
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const int section = static_cast<int>(i);
+    if (isColumnHidden(section) == isShown[i]) setColumnHidden(section, !isShown[i]);
+  }
+}
+
+// What its head and its cells need.
+int TextTable::WidthOf(std::size_t column) const {
+  const int section = static_cast<int>(column);
+  return std::max(sizeHintForColumn(section), head_->WidthOf(section));
 }
 
 }  // namespace kestrel

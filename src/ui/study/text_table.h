@@ -11,13 +11,16 @@
 
 namespace kestrel {
 
+class TableHead;
+
 // How a column is set.
 struct TextColumn {
   QString head;
   Qt::Alignment alignment = Qt::AlignRight;
-  bool isMuted = false;    // bounds, seconds
-  bool isDropped = false;  // the first to go in a narrow dock
-  QString spoken = {};     // for assistive technology, where the head is a sign or nothing
+  bool isMuted = false;  // bounds, seconds
+  int dropped = 0;       // 1 is the first to go in a narrow dock; 0 stays
+  bool isWanted = true;  // shown where there is room
+  QString spoken = {};   // for assistive technology, where the head is a sign or nothing
 };
 
 // A cell: its text, and what it is sorted by where that is not the text.
@@ -34,7 +37,7 @@ class TextTableModel : public QAbstractTableModel {
 
   using QAbstractTableModel::QAbstractTableModel;
 
-  // Columns that stay the same keep the widths that the user gave them.
+  // Rows stay where the columns have the same heads.
   void SetColumns(std::vector<TextColumn> columns);
   void SetRows(std::vector<std::vector<TextCell>> rows);
 
@@ -60,7 +63,8 @@ class TextTable : public QTableView {
   explicit TextTable(const char* name, QWidget* parent = nullptr);
 
   [[nodiscard]] TextTableModel& Model() { return model_; }
-  // The last column takes the room that is left, unless its texts stand on the right.
+  // The last column takes the room that is left, unless its texts stand on the right. Where the
+  // columns do not fit, some are hidden; copied they are all the same.
   void SetColumns(std::vector<TextColumn> columns);
   // Says what will stand here while there are no rows.
   void SetHint(const QString& hint);
@@ -72,11 +76,15 @@ class TextTable : public QTableView {
   void keyPressEvent(QKeyEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void FitRows();
+  void FitColumns();
+  [[nodiscard]] int WidthOf(std::size_t column) const;
 
   TextTableModel model_;
+  TableHead* head_;
   QString hint_;
 };
 
