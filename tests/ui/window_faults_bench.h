@@ -202,7 +202,6 @@ class FaultBench : public AllWindowsBench {
     }
   }
 
- private:
   bool AnalyserSays(const std::string& text) {
     auto& notices = In<QWidget>("frmAnalyser", "analyserNotices");
     const auto labels = notices.findChildren<QLabel*>();
@@ -212,6 +211,7 @@ class FaultBench : public AllWindowsBench {
            });
   }
 
+ private:
   static bool Varies(const std::string& name) {
     static const std::set<std::string> kNames{
         "LbLSupply", "LbLTemp",     "lblInterface", "lostNotice",    "lblLost",     "lblLostReason",

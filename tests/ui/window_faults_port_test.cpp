@@ -64,14 +64,14 @@ Operations OneOfEachWindow() {
   return all;
 }
 
-class PortFaults : public FaultBench, public testing::WithParamInterface<std::size_t> {
+class OverPort : public FaultBench {
  protected:
-  PortFaults() {
+  OverPort() {
     files_.contents[files_.WorkingFolder() / "CommPort.cfg"] =
         "Interface = 1\nPort Address = 888\nProductNumber = 31407\n";
   }
   // The windows belong to the road over the port.
-  ~PortFaults() override { windows_.reset(); }
+  ~OverPort() override { windows_.reset(); }
 
   void StartOverPort() {
     windows_ = std::make_unique<QtStartWindows>(
@@ -80,6 +80,13 @@ class PortFaults : public FaultBench, public testing::WithParamInterface<std::si
     ASSERT_EQ(InterfaceType, kParallelPort);
   }
 
+  FailingPort port_{hardware_.Port()};
+  Core overPort_{
+      {clock_, loop_, pointer_, messages_, files_, locale_, usb_, port_, hardware_.Service()}};
+};
+
+class PortFaults : public OverPort, public testing::WithParamInterface<std::size_t> {
+ protected:
   void BeginOverPort(const Operation& operation) {
     port_.FailFrom(0);
     Bound();
@@ -96,10 +103,6 @@ class PortFaults : public FaultBench, public testing::WithParamInterface<std::si
     EXPECT_TRUE(Find<QFrame>("lostNotice").isHidden());
     ExpectIdle();
   }
-
-  FailingPort port_{hardware_.Port()};
-  Core overPort_{
-      {clock_, loop_, pointer_, messages_, files_, locale_, usb_, port_, hardware_.Service()}};
 };
 
 TEST_P(PortFaults, NothingHangsAndTheNextTimeItWorks) {
@@ -158,6 +161,37 @@ TEST_P(PortFaults, APortThatIsTakenAwayEndsWhatIsUnderWayAndTheNextTimeItWorks) 
 
 INSTANTIATE_TEST_SUITE_P(Windows, PortFaults,
                          testing::Range(std::size_t{0}, OneOfEachWindow().size()));
+
+TEST_F(OverPort, ARepeatPausesWhileThePortIsTakenAwayAndGoesOnOverItOnceItIsBack) {
+  loop_.Hurry();
+  StartOverPort();
+  Choose("cbxFFTAvgs", 1);
+  OpenWindow("mnuRepeat");
+  Click("frmRepeat", "optAtOnce");
+  Type("frmRepeat", "txtTimes", "20");
+  port_.FailFrom(0);
+  Click("frmRepeat", "cmdRepeatStart");
+  const auto now = [this] { return *Repeats().Progress(); };
+  ASSERT_TRUE(QTest::qWaitFor([&] { return now().done >= 2; }, 20'000));
+  port_.FailFrom(1, true);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return now().state == RepeatState::Paused; }, 20'000));
+  const Record before = overPort_.record.Get();
+  const int done = now().done;
+  ASSERT_LT(done, 20);
+  QTest::qWait(400);
+  EXPECT_EQ(now().state, RepeatState::Paused);
+  EXPECT_EQ(now().done, done) << "nothing is taken from no port";
+  EXPECT_EQ(overPort_.record.Get(), before);
+  port_.FailFrom(0);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return !Repeats().Running(); }, 20'000));
+  EXPECT_EQ(now().done, 20);
+  EXPECT_EQ(now().reason, "");
+  ASSERT_EQ(now().gaps.size(), 1U);
+  EXPECT_TRUE(now().gaps[0].to.has_value());
+  EXPECT_EQ(InterfaceType, kParallelPort);
+  EXPECT_NE(overPort_.record.Get(), before);
+  EXPECT_EQ(messages_.Texts(), Words()) << "nobody may be there to dismiss a box";
+}
 
 }  // namespace
 }  // namespace kestrel
