@@ -36,7 +36,7 @@ void PlotMenu::Fill() {
 }
 
 void PlotMenu::FillViews() {
-  AnalyserPlot& plot = deeds_.plot();
+  const AnalyserPlot& plot = deeds_.plot();
   QAction* back = Do("mnuPlotBack", tr("Zoom back\tAlt+Left"), [this] { deeds_.plot().GoBack(); });
   if (!plot.CanGoBack()) Grey(back, tr("no view before this one"));
   QAction* forward =
