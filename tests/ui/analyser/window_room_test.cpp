@@ -55,6 +55,15 @@ TEST_F(AnalyserRoom, BarsOfAnotherViewAreWholeToo) {
 }
 
 TEST_F(AnalyserRoom, NoCellOfThePeaksIsCutAtTheUsualWidth) {
+  TakeRecord(window_.Model(), MadeUpSpectrum(10, {{41, 3500},
+                                                  {42, 7000},
+                                                  {43, 3500},
+                                                  {115, 350},
+                                                  {116, 700},
+                                                  {117, 350},
+                                                  {209, 90},
+                                                  {210, 180},
+                                                  {211, 90}}));
   window_.Model().Change([](study::StudyChoice& choice) { choice.machine.rpm = 59'214; });
   Show(1280);
   auto& peaks = In<QTableView>("tblPeaks");
