@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QSysInfo>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -15,6 +16,7 @@
 #include "simulator/signal/scenario.h"
 #include "start/start.h"
 #include "ui/analyser/kept_settings.h"
+#include "ui/library/record_keeper.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"
@@ -29,6 +31,8 @@ struct Options {
   std::optional<kestrel::Scenario> scenario;  // where one is named
   std::optional<QString> demoFolder;
   QString portDevice;
+  std::optional<QString> archive;
+  bool noArchive = false;
 };
 
 // Handles --help, --version and wrong options itself by ending the program.
@@ -54,7 +58,13 @@ Options ParseOptions() {
   const QCommandLineOption portDevice(
       "port-device", "Use this parallel port, for example /dev/parport1, whatever its address.",
       "device");
-  parser.addOptions({simulate, quick, scenario, demo, portDevice});
+  const QCommandLineOption archive(
+      "archive",
+      "Keep every record in this archive: a file, or postgresql://... on a server. Without this "
+      "option it is archive.db in the user's data folder.",
+      "place");
+  const QCommandLineOption noArchive("no-archive", "Keep no records in an archive.");
+  parser.addOptions({simulate, quick, scenario, demo, portDevice, archive, noArchive});
   parser.process(*QCoreApplication::instance());
   if (!parser.positionalArguments().isEmpty()) {
     std::fprintf(stderr, "kestrel: unexpected argument '%s'. --help lists the options.\n",
@@ -75,6 +85,8 @@ Options ParseOptions() {
   }
   if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
   options.portDevice = parser.value(portDevice);
+  if (parser.isSet(archive)) options.archive = parser.value(archive);
+  options.noArchive = parser.isSet(noArchive);
   return options;
 }
 
@@ -104,6 +116,26 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
   if (text.contains("propagateSizeHints") || text.contains("XDG_RUNTIME_DIR")) return;
   std::fprintf(stderr, "%s\n", qPrintable(text));
   if (type == QtFatalMsg) std::abort();
+}
+
+// Without windows to look at records in, they are kept only where a place is named.
+kestrel::ArchiveChoice ArchiveOf(const Options& options) {
+  using kestrel::archive::Place;
+  kestrel::ArchiveChoice choice{.usual = kestrel::archive::UsualPlace([](const char* name) {
+                                  return qEnvironmentVariable(name).toStdString();
+                                }),
+                                .program = KESTREL_VERSION,
+                                .bench = QSysInfo::machineHostName().toStdString()};
+  if (options.noArchive) return choice;
+  if (!options.archive) {
+    if (!options.demoFolder) choice.place = choice.usual;
+    return choice;
+  }
+  choice.place = {options.archive->toStdString()};
+  if (!choice.place.IsServer()) {
+    choice.place.text = QDir(*options.archive).absolutePath().toStdString();
+  }
+  return choice;
 }
 
 int Run(const Options& options) {
@@ -137,7 +169,7 @@ int Run(const Options& options) {
   }
   const Scenario scenario = options.scenario.value_or(RunningMachine());
   if (options.simulate) road.Simulate(scenario);
-  QtStartWindows windows(road.core, ControlOf(road, scenario));
+  QtStartWindows windows(road.core, ControlOf(road, scenario), ArchiveOf(options));
   Main(road.core, windows,
        {.quickStart = options.quickStart,
         .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});

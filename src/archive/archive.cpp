@@ -143,6 +143,15 @@ std::vector<std::int64_t> Archive::Find(const Filter& filter) {
   return ids;
 }
 
+std::vector<std::chrono::system_clock::time_point> Archive::Times(const Filter& filter) {
+  const Condition condition = ConditionOf(filter);
+  std::vector<std::chrono::system_clock::time_point> times;
+  database_->Run("select r.taken" + std::string(kFromBoth) + "where " + condition.sql,
+                 condition.values,
+                 [&](Row row) { times.push_back(TimeOf(database::Integer(row[0]))); });
+  return times;
+}
+
 std::vector<KeptRecord> Archive::List(std::span<const std::int64_t> ids) {
   const std::string sql = "select " + RowColumns() + kFromBoth + "where r.id = $1";
   std::vector<KeptRecord> records;

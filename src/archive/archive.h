@@ -44,6 +44,8 @@ class Archive {
 
   // Ids, the latest first.
   [[nodiscard]] std::vector<std::int64_t> Find(const Filter& filter);
+  // When those were taken, in any order.
+  [[nodiscard]] std::vector<std::chrono::system_clock::time_point> Times(const Filter& filter);
   // Without their points, in the order of the ids; ids that are not there are left out.
   [[nodiscard]] std::vector<KeptRecord> List(std::span<const std::int64_t> ids);
   // With its points; nothing where there is no such id.

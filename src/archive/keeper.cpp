@@ -53,10 +53,20 @@ Keeper::~Keeper() {
 void Keeper::Keep(NewRecord record) {
   {
     const std::lock_guard lock(mutex_);
-    queue_.push_back(std::move(record));
-    state_.unsafe = static_cast<std::int64_t>(queue_.size());
+    // The first may be at work.
+    if (queue_.size() > 1 && queue_.back().uid == record.uid) {
+      queue_.back() = std::move(record);
+    } else {
+      queue_.push_back(std::move(record));
+    }
+    state_.unsafe = Unsafe();
   }
   wake_.notify_all();
+}
+
+std::int64_t Keeper::Unsafe() const {
+  const bool isAmended = queue_.size() > 1 && queue_[0].uid == queue_[1].uid;
+  return static_cast<std::int64_t>(queue_.size()) - (isAmended ? 1 : 0);
 }
 
 bool Keeper::Finish(std::chrono::milliseconds patience) {
@@ -78,7 +88,7 @@ void Keeper::Tell(const std::function<void(KeeperState&)>& change) {
     const std::lock_guard lock(mutex_);
     const KeeperState before = state_;
     change(state_);
-    state_.unsafe = static_cast<std::int64_t>(queue_.size());
+    state_.unsafe = Unsafe();
     if (before == state_) return;
     state = state_;
   }

@@ -83,6 +83,8 @@ class Keeper {
   void Refuse(const std::string& trouble);
   // Until the next try.
   void GiveUp(const std::string& trouble);
+  // Records of the queue; a record and its amendment are one.
+  [[nodiscard]] std::int64_t Unsafe() const;
   // Changes the state and tells it.
   void Tell(const std::function<void(KeeperState&)>& change);
 

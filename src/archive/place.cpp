@@ -102,6 +102,11 @@ fs::path PathOf(const Place& place) {
   return PathOf(place.text);
 }
 
+std::string Trouble(const Place& place, const DatabaseError& error) {
+  return "The archive " + Shown(place) + " cannot be used: " + error.what() + ". " +
+         CureOf(error.fault, place.IsServer());
+}
+
 Archive Open(const Place& place, Access access) {
   try {
     auto connection = Connect(place, access);

@@ -33,6 +33,9 @@ struct Place {
 // Of a place that is a file.
 [[nodiscard]] std::filesystem::path PathOf(const Place& place);
 
+// What a fault of the archive at a place means, with the place and the cure.
+[[nodiscard]] std::string Trouble(const Place& place, const database::DatabaseError& error);
+
 // A connection to the archive at a place, its tables made or brought up to date where it may be
 // written. Throws DatabaseError, whose text names the place and the cure.
 [[nodiscard]] Archive Open(const Place& place,

@@ -68,7 +68,8 @@ std::vector<Setting> QuantitySettings() {
 std::vector<Setting> PictureSettings() {
   const Words scales{"linear", "logarithmic"};
   return {
-      Word("view", [](auto& c) -> auto& { return c.view; }, {"spectrum", "time", "waterfall"}),
+      Word("view", [](auto& c) -> auto& { return c.view; },
+           {"spectrum", "time", "waterfall", "library"}),
       Word(
           "scale up", [](auto& c) -> auto& { return c.up; }, scales),
       Word(

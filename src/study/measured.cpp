@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "analysis/trace_set.h"
+
 namespace kestrel::study {
 
 MeasuredSpectrum Measure(analysis::Spectrum spectrum, const StudyChoice& choice) {
@@ -59,6 +61,16 @@ void MeasureAgain(Measured& measured, const StudyChoice& before, const StudyChoi
     if (areOtherPeaks) again.peaks = analysis::FindPeaks(again.spectrum, choice.peaks);
     axis = std::move(again);
   }
+}
+
+std::optional<std::string> WhyNotTogether(const Measured& one, const Measured& other) {
+  for (const Axis axis : kAxes) {
+    if (!one.Of(axis) || !other.Of(axis)) return "no spectrum";
+    if (auto why = analysis::WhyNotWith(one.Of(axis)->spectrum, other.Of(axis)->spectrum)) {
+      return why;
+    }
+  }
+  return std::nullopt;
 }
 
 bool IsSameCapture(const Record& one, const Record& other) {

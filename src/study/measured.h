@@ -46,6 +46,9 @@ struct Measured {
 // The same record by another choice, working out again only what the two choices tell apart.
 void MeasureAgain(Measured& measured, const StudyChoice& before, const StudyChoice& choice);
 
+// Why two may not be averaged, held or subtracted; nothing where they may.
+[[nodiscard]] std::optional<std::string> WhyNotTogether(const Measured& one, const Measured& other);
+
 // Whether two records are of one capture: the same words, whatever they are scaled by and whatever
 // was read of their alarms.
 [[nodiscard]] bool IsSameCapture(const Record& one, const Record& other);

@@ -16,8 +16,9 @@ RecordId Shelf::Add(RecordPointer record) {
   return last_;
 }
 
-void Shelf::Amend(RecordPointer record) {
-  if (!entries_.empty()) entries_.front().record = std::move(record);
+void Shelf::Replace(const RecordPointer& earlier, RecordPointer record) {
+  const auto found = std::ranges::find(entries_, earlier, &ShelfEntry::record);
+  if (found != entries_.end()) found->record = std::move(record);
 }
 
 RecordPointer Shelf::Find(RecordId id) const {

@@ -28,8 +28,8 @@ class Shelf {
 
   RecordId Add(RecordPointer record);
 
-  // In the place of the newest one.
-  void Amend(RecordPointer record);
+  // Nothing where the earlier one is not there (any more).
+  void Replace(const RecordPointer& earlier, RecordPointer record);
 
   // Newest first.
   [[nodiscard]] const std::deque<ShelfEntry>& Entries() const { return entries_; }

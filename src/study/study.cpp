@@ -38,7 +38,7 @@ void Study::Amend(RecordPointer record) {
     if (*measured) amend(**measured);
   }
   for (Measured& other : others_) amend(other);
-  shelf_.Amend(record);
+  shelf_.Replace(live_, record);
   live_ = std::move(record);
 }
 
@@ -60,6 +60,7 @@ void Study::MeasureAllAgain(const StudyChoice& before) {
     if (*measured) MeasureAgain(**measured, before, choice_);
   }
   for (Measured& other : others_) MeasureAgain(other, before, choice_);
+  if (gathered_) Accumulate(*gathered_);
 }
 
 void Study::Hold(bool held) {
@@ -80,7 +81,61 @@ void Study::TakeReference() {
   choice_.extras.insert(Extra::Reference);
 }
 
+RecordId Study::Bring(RecordPointer record) {
+  const auto& entries = shelf_.Entries();
+  const auto found = std::ranges::find_if(
+      entries, [&](const ShelfEntry& entry) { return IsSameCapture(*entry.record, *record); });
+  return found == entries.end() ? shelf_.Add(std::move(record)) : found->id;
+}
+
+void Study::Scatter() {
+  if (!gathered_) return;
+  gathered_.reset();
+  ++rowsVersion_;
+}
+
+std::string Study::Gather(const std::vector<RecordId>& ids) {
+  Gathered gathered{.records = {},
+                    .rows = analysis::Waterfall(),
+                    .accumulated = Accumulated(static_cast<int>(ids.size()))};
+  RecordId newest = 0;
+  for (const RecordId id : ids) {
+    const RecordPointer record = shelf_.Find(id);
+    if (!record) continue;
+    if (newest == 0 || record->time > shelf_.Find(newest)->time) newest = id;
+    gathered.records.push_back(record);
+  }
+  if (newest == 0) return {};
+  Select({newest});
+  std::ranges::stable_sort(gathered.records, {}, [](const auto& record) { return record->time; });
+  for (const RecordPointer& record : gathered.records) {
+    static_cast<void>(gathered.rows.Add(*record, true));
+  }
+  const std::string why = Accumulate(gathered);
+  gathered_ = std::move(gathered);
+  ++rowsVersion_;
+  return why;
+}
+
+// The newest tells what fits: it is the one that is shown.
+std::string Study::Accumulate(Gathered& gathered) const {
+  gathered.accumulated = Accumulated(static_cast<int>(gathered.records.size()));
+  const Measured newest = Measure(gathered.records.back(), choice_);
+  std::string why;
+  for (const RecordPointer& record : gathered.records) {
+    const Measured measured = Measure(record, choice_);
+    const auto unfit = WhyNotTogether(newest, measured);
+    if (unfit) {
+      why = *unfit;
+    } else {
+      gathered.accumulated.Add(measured);
+    }
+  }
+  return why;
+}
+
 void Study::Select(const std::vector<RecordId>& ids) {
+  Scatter();
   selected_.clear();
   others_.clear();
   shown_.reset();

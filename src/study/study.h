@@ -58,12 +58,27 @@ class Study {
   // Records to look at, the first in the place of the live one, the others beside it; each counts
   // once. None of them there any more: live.
   void Select(const std::vector<RecordId>& ids);
+  // Puts a record of an archive among the others; the live one stays what it is. One that is there
+  // already keeps its id.
+  RecordId Bring(RecordPointer record);
+  // Looks at the newest of these records; averages, holds and the waterfall are of them alone until
+  // others are selected. Returns why some are left out of averages and holds; empty where none is.
+  std::string Gather(const std::vector<RecordId>& ids);
 
   // What is there.
   [[nodiscard]] const StudyChoice& Choice() const { return choice_; }
   [[nodiscard]] const Shelf& Records() const { return shelf_; }
-  [[nodiscard]] const analysis::Waterfall& Rows() const { return rows_; }
-  [[nodiscard]] const Accumulated& Accumulation() const { return accumulated_; }
+  [[nodiscard]] const analysis::Waterfall& Rows() const {
+    return gathered_ ? gathered_->rows : rows_;
+  }
+  // Another number where Rows are others, not only more.
+  [[nodiscard]] int RowsVersion() const { return rowsVersion_; }
+  [[nodiscard]] const Accumulated& Accumulation() const {
+    return gathered_ ? gathered_->accumulated : accumulated_;
+  }
+  // The record that came last; null before the first.
+  [[nodiscard]] const RecordPointer& Live() const { return live_; }
+  [[nodiscard]] bool IsGathered() const { return gathered_.has_value(); }
   [[nodiscard]] bool IsLive() const { return selected_.empty(); }
   [[nodiscard]] bool IsHeld() const { return isHeld_; }
   [[nodiscard]] const std::vector<RecordId>& Selected() const { return selected_; }
@@ -90,7 +105,15 @@ class Study {
   [[nodiscard]] std::optional<analysis::Refusal> Refused() const;
 
  private:
+  // Of some records alone.
+  struct Gathered {
+    std::vector<RecordPointer> records;  // the oldest first
+    analysis::Waterfall rows;
+    Accumulated accumulated;
+  };
   void MeasureAllAgain(const StudyChoice& before);
+  std::string Accumulate(Gathered& gathered) const;
+  void Scatter();
 
   LocalTime localTime_;
   StudyChoice choice_;
@@ -105,6 +128,8 @@ class Study {
   std::optional<Measured> frozen_ = {};
   std::optional<Measured> reference_ = {};
   std::vector<Measured> others_ = {};
+  std::optional<Gathered> gathered_ = {};
+  int rowsVersion_ = 0;
 };
 
 }  // namespace kestrel::study

@@ -329,7 +329,8 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         # A copy, since files of the user go beside the program.
         command = shutil.copy(sys.argv[1], os.path.join(folder, "kestrel"))
-        program = Program([command, "--simulate", "--quick-start"], folder)
+        program = Program([command, "--simulate", "--quick-start",
+                           "--archive", os.path.join(folder, "archive.db")], folder)
         try:
             found = Check(program).run()
         finally:

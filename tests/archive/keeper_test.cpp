@@ -183,6 +183,26 @@ TEST_P(Keepers, WithNoPlaceAtAllRecordsStayInMemoryAndAreKeptLater) {
   EXPECT_EQ(Count(), 3);
 }
 
+TEST_P(Keepers, ARecordAndItsAmendmentsInMemoryAreOneRecord) {
+  isAway_ = isWaitingAway_ = true;
+  Keeper keeper(Choice());
+  for (int i = 0; i < 2; ++i) {
+    NewRecord made = Made();
+    for (const int status : {1, 2, 3}) {
+      made.record.alarms.axes[0].status = status;
+      keeper.Keep(made);
+    }
+    EXPECT_EQ(keeper.State().unsafe, i + 1);
+  }
+  isAway_ = isWaitingAway_ = false;
+  ASSERT_TRUE(keeper.Finish(kPatience));
+  Archive archive(place_->Connect());
+  for (const std::int64_t id : archive.Find({})) {
+    EXPECT_EQ(archive.Get(id)->record.alarms.axes[0].status, 3);
+  }
+  EXPECT_EQ(Count(), 2);
+}
+
 TEST_P(Keepers, ItEndsWithNoPlaceAtAll) {
   isAway_ = isWaitingAway_ = true;
   Keeper keeper(Choice());

@@ -32,14 +32,17 @@ TEST(Shelf, DropsTheOldestAndNeverGivesAnIdAgain) {
   EXPECT_EQ(shelf.Find(4)->conditions.recordCount, 4);
 }
 
-TEST(Shelf, TheNewestIsAmendedUnderItsId) {
+TEST(Shelf, ARecordIsReplacedUnderItsIdWhateverCameAfterIt) {
   Shelf shelf(2);
-  shelf.Amend(Taken(0));
+  const RecordPointer first = Taken(1);
+  shelf.Replace(first, Taken(0));
   EXPECT_TRUE(shelf.Entries().empty());
-  shelf.Add(Taken(1));
-  shelf.Amend(Taken(2));
-  EXPECT_EQ(shelf.Entries().size(), 1U);
+  shelf.Add(first);
+  shelf.Add(Taken(3));
+  shelf.Replace(first, Taken(2));
+  EXPECT_EQ(shelf.Entries().size(), 2U);
   EXPECT_EQ(shelf.Find(1)->conditions.recordCount, 2);
+  EXPECT_EQ(shelf.Find(2)->conditions.recordCount, 3);
 }
 
 }  // namespace

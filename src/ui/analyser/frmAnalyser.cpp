@@ -83,6 +83,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       toolBar_(new AnalyserToolBar(model_)),
       area_(new PlotArea(model_)),
       waterfall_(new WaterfallArea(model_)),
+      library_(new LibraryView(model_, host_.keeper)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
       known_(new KnownPanel(model_)),
@@ -113,6 +114,7 @@ void frmAnalyser::LayOut() {
   views_->setObjectName("views");
   views_->addWidget(area_);
   views_->addWidget(waterfall_);
+  views_->addWidget(library_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -168,6 +170,8 @@ void frmAnalyser::Connect() {
   connect(viewBar_->cmdRepeat, &QToolButton::clicked, this, [this] { host_.openRepeat(); });
   connect(known_, &KnownPanel::LibraryChanged, this, &frmAnalyser::Keep);
   connect(&model_, &StudyModel::Changed, this, &frmAnalyser::Refresh);
+  connect(library_, &LibraryView::Said, this,
+          [this](const QString& text) { statusBar()->showMessage(text); });
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,
           [this](int option) { host_.captureAtOption(option); });
@@ -195,21 +199,31 @@ void frmAnalyser::ChooseView(study::View view) {
 void frmAnalyser::Refresh() {
   const study::View view = model_.Choice().view;
   viewBar_->SetView(static_cast<int>(view));
-  if (view != view_) {
-    dockStates_[view_] = saveState(kDocksVersion);
-    view_ = view;
-    if (const auto kept = dockStates_.find(view); kept != dockStates_.end()) {
-      restoreState(kept->second, kDocksVersion);
-    }
-  }
-  if (views_->currentIndex() != (view == study::View::Waterfall ? 1 : 0)) {
-    views_->setCurrentIndex(view == study::View::Waterfall ? 1 : 0);
-  }
+  if (view != view_) ShowView(view);
   const AnalyserPlot& plot = Plot();
   toolBar_->cmdBack->setEnabled(plot.CanGoBack());
   toolBar_->cmdForward->setEnabled(plot.CanGoForward());
   toolBar_->cmdShowAll->setEnabled(!plot.ShowsAll());
   ShowConditions();
+}
+
+// The library needs all the room there is: its docks are hidden until the user wants them.
+void frmAnalyser::ShowView(study::View view) {
+  dockStates_[view_] = saveState(kDocksVersion);
+  const bool wasLibrary = std::exchange(view_, view) == study::View::Library;
+  const bool isLibrary = view == study::View::Library;
+  const auto kept = dockStates_.find(view);
+  if (kept != dockStates_.end()) {
+    restoreState(kept->second, kDocksVersion);
+  } else if (isLibrary || wasLibrary) {
+    for (AnalyserDock* dock : docks_) dock->setVisible(!isLibrary);
+  }
+  toolBar_->setVisible(!isLibrary);
+  menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
+  const bool isWaterfall = view == study::View::Waterfall;
+  views_->setCurrentWidget(isLibrary     ? static_cast<QWidget*>(library_)
+                           : isWaterfall ? static_cast<QWidget*>(waterfall_)
+                                         : area_);
 }
 
 AnalyserPlot& frmAnalyser::Plot() const {
@@ -238,7 +252,7 @@ void frmAnalyser::ShowInFront() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   raise();
   activateWindow();
-  area_->Plot().setFocus();
+  view_ == study::View::Library ? library_->FocusList() : area_->Plot().setFocus();
 }
 
 void frmAnalyser::TakeColours() {

@@ -18,6 +18,7 @@
 #include "ui/analyser/view_bar.h"
 #include "ui/analyser/waterfall_area.h"
 #include "ui/chart/theme.h"
+#include "ui/library/library_view.h"
 #include "ui/machine/known_panel.h"
 #include "ui/machine/severity_panel.h"
 #include "ui/study/study_model.h"
@@ -34,6 +35,7 @@ struct AnalyserHost {
   std::function<void(Cure)> cure;            // of the record at hand
   std::function<void()> openRepeat;          // the form of repeated captures
   std::function<void()> toggleRepeat;
+  RecordKeeper* keeper = nullptr;  // of the archive; null where there is none
 };
 
 class frmAnalyser : public QMainWindow {
@@ -48,6 +50,7 @@ class frmAnalyser : public QMainWindow {
 
   [[nodiscard]] StudyModel& Model() { return model_; }
   [[nodiscard]] PlotArea& Area() { return *area_; }
+  [[nodiscard]] LibraryView& Library() { return *library_; }
 
   // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
   void SetSensor(const QString& text, const QString& detail);
@@ -77,6 +80,7 @@ class frmAnalyser : public QMainWindow {
   void AddKey(const QKeySequence& key, std::function<void()> deed);
   void Connect();
   void Refresh();
+  void ShowView(study::View view);
   // The plot of the view that is shown.
   [[nodiscard]] AnalyserPlot& Plot() const;
   void TakeColours();
@@ -103,6 +107,7 @@ class frmAnalyser : public QMainWindow {
   AnalyserToolBar* toolBar_;
   PlotArea* area_;
   WaterfallArea* waterfall_;
+  LibraryView* library_;
   QStackedWidget* views_;
   QLabel* lblConditions_;
   KnownPanel* known_;

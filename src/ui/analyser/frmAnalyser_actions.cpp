@@ -44,7 +44,7 @@ void frmAnalyser::AddMenus() {
   close->setShortcut(QKeySequence::Close);
 
   QMenu* view = bar->addMenu(tr("&View"));
-  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall")};
+  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall"), tr("&Library")};
   for (int i = 0; i < static_cast<int>(views.size()); ++i) {
     QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
     action->setObjectName(QStringLiteral("mnuView%1").arg(i));
@@ -64,6 +64,8 @@ void frmAnalyser::AddMenus() {
   connect(alone, &QAction::toggled, this, &frmAnalyser::ShowPlotAlone);
   view->addSeparator();
   AddThemes(*view->addMenu(tr("T&heme")));
+
+  library_->AddActions(*bar->addMenu(tr("&Archive")));
 
   QMenu* capture = bar->addMenu(tr("&Capture"));
   const auto add = [&](const char* name, const QString& text, const QKeySequence& key,
@@ -115,6 +117,10 @@ void frmAnalyser::AddKeys() {
   AddKey(Qt::Key_F6, [this] { NextPane(1); });
   AddKey(Qt::SHIFT | Qt::Key_F6, [this] { NextPane(-1); });
   AddKey(QKeySequence::Find, [this] {
+    if (view_ == study::View::Library) {
+      library_->FocusFilter();
+      return;
+    }
     if (auto* filter = findChild<QLineEdit*>("txtFilterRecords")) filter->setFocus();
   });
   AddKey(Qt::CTRL | Qt::Key_E, [this] { AskExport(); });
@@ -157,6 +163,10 @@ void frmAnalyser::ShowPlotAlone(bool isAlone) {
 }
 
 void frmAnalyser::Copy() {
+  if (view_ == study::View::Library) {
+    statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
+    return;
+  }
   if (view_ == study::View::Waterfall) {
     QGuiApplication::clipboard()->setImage(PictureOf(*waterfall_, Text(area_->Source()), 2));
   } else {
@@ -166,6 +176,10 @@ void frmAnalyser::Copy() {
 }
 
 void frmAnalyser::AskExport() {
+  if (view_ == study::View::Library) {
+    statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
+    return;
+  }
   auto* dialog = new QFileDialog(this, tr("Export picture"));
   dialog->setObjectName("askExport");
   dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -243,7 +257,7 @@ void frmAnalyser::Restore() {
   if (kept.status() != QSettings::NoError) unread.prepend(tr("parts of %1").arg(kept.fileName()));
   restoreGeometry(kept.value("geometry").toByteArray());
   for (const study::View view :
-       {study::View::Spectrum, study::View::Time, study::View::Waterfall}) {
+       {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Library}) {
     const QByteArray state = kept.value(StateKey(view)).toByteArray();
     if (!state.isEmpty()) dockStates_[view] = state;
   }

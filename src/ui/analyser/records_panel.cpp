@@ -123,11 +123,12 @@ QVariant RecordsModel::data(const QModelIndex& index, int role) const {
   if (!isLive && index.row() > static_cast<int>(entries.size())) return {};
   const auto entry = static_cast<std::size_t>(std::max(0, index.row() - 1));
   if (role == Id) return isLive ? QVariant() : QVariant::fromValue(entries[entry].id);
-  if (entries.empty()) {
+  const study::RecordPointer& live = model_.Get().Live();
+  if (isLive && !live) {
     if (role == Qt::DisplayRole) return tr("Live");
     return role == Second ? QVariant(tr("no record yet")) : QVariant();
   }
-  const Record& record = *entries[entry].record;
+  const Record& record = isLive ? *live : *entries[entry].record;
   const QString time = LocalTime(record.time);
   switch (role) {
     case Qt::DisplayRole:

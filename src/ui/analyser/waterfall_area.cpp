@@ -155,7 +155,8 @@ void WaterfallArea::Refresh() {
   }
   if (chosen_ && study.Rows().TimeOf(*row) != *chosen_) chosen_.reset();
   ShowRow(*row);
-  const bool isSame = study.Rows().OptionOf(*row) == onMap_.option &&
+  const bool isSame = study.RowsVersion() == onMap_.version &&
+                      study.Rows().OptionOf(*row) == onMap_.option &&
                       study::MapsAlike(study.Choice(), onMap_.choice);
   if (!isSame) Begin();
   if (isFrozen_ != study.IsHeld()) {

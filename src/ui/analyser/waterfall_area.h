@@ -52,6 +52,7 @@ class WaterfallArea : public QWidget {
   struct OnMap {
     int option = -1;
     study::StudyChoice choice = {};
+    int version = 0;         // of the study's rows
     std::int64_t taken = 0;  // rows of the study that have been looked at
     int otherOption = 0;     // rows left out, by reason
     int earlier = 0;

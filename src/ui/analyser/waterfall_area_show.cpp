@@ -82,7 +82,9 @@ std::string WaterfallArea::MapLine() const {
 void WaterfallArea::Begin() {
   const study::Study& study = model_.Get();
   const auto row = study::RowAt(study.Rows(), *shown_);
-  onMap_ = {.option = study.Rows().OptionOf(*row), .choice = study.Choice()};
+  onMap_ = {.option = study.Rows().OptionOf(*row),
+            .choice = study.Choice(),
+            .version = study.RowsVersion()};
   gaps_.clear();
   ++rebuilds_;
   const auto spectrum = study.Rows().SpectrumOf(*row, study.Choice().focus);

@@ -97,7 +97,8 @@ AnalyserHost AnalyserPart::Host() {
                 } else if (!progress || !parts_.repeats.Start(progress->settings).isEmpty()) {
                   parts_.openRepeat();
                 }
-              }};
+              },
+          .keeper = &parts_.keeper};
 }
 
 void AnalyserPart::TakeRecord() {

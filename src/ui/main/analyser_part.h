@@ -29,6 +29,7 @@ class AnalyserPart : public QObject {
     RecordCures& cures;
     RepeatRunner& repeats;
     std::function<void()> openRepeat;
+    RecordKeeper& keeper;
   };
 
   explicit AnalyserPart(const Parts& parts);

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/program_state.h"
 #include "numeric/number_format.h"
@@ -24,7 +25,7 @@ constexpr int kNoticeMs = 3000;
 
 }  // namespace
 
-frm1::frm1(Core& core, SimulatorControl simulator)
+frm1::frm1(Core& core, SimulatorControl simulator, ArchiveChoice archive)
     : core_(core),
       edge_(core.seams.messages,
             {.busy = [this] { return desk_.readout.Busy(); },
@@ -67,7 +68,10 @@ frm1::frm1(Core& core, SimulatorControl simulator)
                  [this] { return IsIdle(); },
                  [this](std::int16_t product) { SetProductNumber(product); }}),
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
-      analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); }}) {
+      keeper_(core.record, std::move(archive)),
+      archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
+      analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); },
+                 keeper_}) {
   setObjectName("frm1");
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
@@ -264,7 +268,7 @@ void frm1::ckDataLog_Click() {
 
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
 void frm1::closeEvent(QCloseEvent* event) {
-  if (!windows_.MayClose()) {
+  if (!windows_.MayClose() || !archive_.MayClose()) {
     event->ignore();
     return;
   }

@@ -12,9 +12,11 @@
 #include "app/handler_edge.h"
 #include "connection/core.h"
 #include "station/sensor_road.h"
+#include "ui/library/record_keeper.h"
 #include "ui/main/adapter_watcher.h"
 #include "ui/main/alarm_panel.h"
 #include "ui/main/analyser_part.h"
+#include "ui/main/archive_part.h"
 #include "ui/main/capture_panel.h"
 #include "ui/main/conditions_panel.h"
 #include "ui/main/freshness.h"
@@ -38,7 +40,8 @@ namespace kestrel {
 // The main window: record settings, capture, plot and status, and the menus to everything else.
 class frm1 : public QMainWindow {
  public:
-  frm1(Core& core, SimulatorControl simulator);
+  // Records are kept in the archive that is chosen, if any.
+  frm1(Core& core, SimulatorControl simulator, ArchiveChoice archive = {});
 
   // The edge that the handlers of this and all secondary windows run in.
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }
@@ -51,6 +54,9 @@ class frm1 : public QMainWindow {
 
   // Repeated captures, one program's worth, for whoever shows or starts them.
   [[nodiscard]] RepeatRunner& Repeats() { return repeat_.Runner(); }
+
+  // Keeps the records that are read.
+  [[nodiscard]] RecordKeeper& Keeper() { return keeper_; }
 
   // The data-log files that captures go to.
   [[nodiscard]] const DataLog& Log() const { return desk_.log; }
@@ -105,6 +111,8 @@ class frm1 : public QMainWindow {
   RecordCures cures_;
   MenuCommands commands_;
   RepeatPart repeat_;
+  RecordKeeper keeper_;
+  ArchivePart archive_;
   AnalyserPart analyser_;
 };
 

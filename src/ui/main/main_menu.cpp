@@ -19,6 +19,8 @@ QAction* Add(QMenu* menu, const char* name, const QString& text) {
 MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   QMenu* file = window.menuBar()->addMenu(tr("&File"));
   mnuDatalog = Add(file, "mnuDatalog", tr("&Data log..."));
+  mnuKeepRecords = Add(file, "mnuKeepRecords", tr("&Keep every record"));
+  mnuKeepRecords->setCheckable(true);
   mnuAnalyser = Add(file, "mnuAnalyser", tr("&Analyser"));
   mnuAnalyser->setShortcut(Qt::Key_F9);
   file->addSeparator();

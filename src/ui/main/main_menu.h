@@ -13,6 +13,7 @@ class MainMenu : public QObject {
   explicit MainMenu(QMainWindow& window);
 
   QAction* mnuDatalog;
+  QAction* mnuKeepRecords;
   QAction* MnuExit;
   QAction* mnuParallel;
   QAction* mnuUsb;

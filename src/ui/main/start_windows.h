@@ -13,8 +13,8 @@ namespace kestrel {
 // The windows that the start-up brings up.
 class QtStartWindows : public StartWindows {
  public:
-  QtStartWindows(Core& core, SimulatorControl simulator)
-      : core_(core), simulator_(std::move(simulator)) {}
+  QtStartWindows(Core& core, SimulatorControl simulator, ArchiveChoice archive = {})
+      : core_(core), simulator_(std::move(simulator)), archive_(std::move(archive)) {}
 
   void ShowLoading(const std::string& caption, const std::string& text) override;
   void SetLoadingText(const std::string& text) override;
@@ -27,6 +27,7 @@ class QtStartWindows : public StartWindows {
  private:
   Core& core_;
   SimulatorControl simulator_;
+  ArchiveChoice archive_;
   std::unique_ptr<frmMsg> loading_;  // only where a start-up shows it
   std::unique_ptr<frm1> main_;
 };

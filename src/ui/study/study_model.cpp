@@ -53,6 +53,20 @@ void StudyModel::Select(const std::vector<study::RecordId>& ids) {
   emit Changed();
 }
 
+std::vector<study::RecordId> StudyModel::Bring(const std::vector<study::RecordPointer>& records) {
+  std::vector<study::RecordId> ids;
+  for (const study::RecordPointer& record : records) ids.push_back(study_.Bring(record));
+  emit RecordsChanged();
+  return ids;
+}
+
+std::string StudyModel::Gather(const std::vector<study::RecordId>& ids) {
+  std::string why = study_.Gather(ids);
+  emit RecordsChanged();
+  emit Changed();
+  return why;
+}
+
 void StudyModel::Hold(bool held) {
   study_.Hold(held);
   emit Changed();

@@ -37,6 +37,10 @@ class StudyModel : public QObject {
   // By rate option. Bands that stay the same need not be told.
   void SetSensorBands(const std::map<int, study::SensorBands>& bands);
   void Select(const std::vector<study::RecordId>& ids);
+  // Records of an archive, beside those of the session.
+  std::vector<study::RecordId> Bring(const std::vector<study::RecordPointer>& records);
+  // Why some are left out of averages and holds; empty where none is.
+  std::string Gather(const std::vector<study::RecordId>& ids);
   void Hold(bool held);
   // Holds what is shown; from a held or selected record it leads back to the newest.
   void ToggleHold();

@@ -1,0 +1,202 @@
+// How the archive's worker is asked and answers.
+// SPDX-License-Identifier: MIT
+#include "ui/library/library.h"
+
+#include <QDateTime>
+#include <algorithm>
+#include <set>
+#include <utility>
+
+namespace kestrel {
+namespace {
+
+using archive::Archive;
+using database::DatabaseError;
+using database::Fault;
+
+// What another window, or one that was ended hard, deleted stays to be brought back that long.
+constexpr std::chrono::hours kDeletedStay{24};
+
+Archive OpenAnyhow(const archive::Place& place) {
+  try {
+    return archive::Open(place);
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Forbidden || place.IsServer()) throw;
+    return archive::Open(place, database::Access::ReadOnly);
+  }
+}
+
+}  // namespace
+
+Library::Library(archive::Place place, QObject* parent)
+    : QObject(parent),
+      place_(std::move(place)),
+      worker_(std::make_unique<archive::Worker>([where = place_] { return OpenAnyhow(where); })) {}
+
+// The worker makes the changes that wait before it ends.
+Library::~Library() {
+  Purge();
+}
+
+template <typename Answer>
+void Library::Ask(Rank rank, std::function<Answer(Archive&)> asked,
+                  std::function<void(Answer)> told) {
+  const auto work = [this, asked = std::move(asked), told = std::move(told)](Archive& archive) {
+    try {
+      auto answer = std::make_shared<Answer>(asked(archive));
+      QMetaObject::invokeMethod(
+          this,
+          [this, told, answer] {
+            SetTrouble({});
+            told(std::move(*answer));
+          },
+          Qt::QueuedConnection);
+    } catch (const DatabaseError& error) {
+      throw DatabaseError(error.fault, archive::Trouble(place_, error));
+    }
+  };
+  worker_->Do({rank, work, [this](const DatabaseError& error) {
+                 QMetaObject::invokeMethod(
+                     this,
+                     [this, text = QString::fromStdString(error.what())] {
+                       SetTrouble(text);
+                       emit Failed();
+                     },
+                     Qt::QueuedConnection);
+               }});
+}
+
+void Library::SetTrouble(const QString& trouble) {
+  if (trouble_ == trouble) return;
+  trouble_ = trouble;
+  emit TroubleChanged();
+}
+
+void Library::Find(const archive::Filter& filter) {
+  using Answer = std::pair<std::vector<ArchiveId>, std::int64_t>;
+  worker_->Cancel(Rank::Find);
+  Ask<Answer>(
+      Rank::Find,
+      [filter](Archive& archive) {
+        return Answer{archive.Find(filter), archive.Count()};
+      },
+      [this](Answer answer) { emit Found(answer.first, answer.second); });
+}
+
+void Library::AskChoices(const std::string& machine) {
+  Ask<LibraryChoices>(
+      Rank::Rows,
+      [machine](Archive& archive) {
+        return LibraryChoices{archive.Machines(), archive.Points(machine)};
+      },
+      [this](LibraryChoices choices) {
+        if (choices == choices_) return;
+        choices_ = std::move(choices);
+        emit ChoicesTold(choices_);
+      });
+}
+
+void Library::AskDays(archive::Filter filter) {
+  filter.from.reset();
+  filter.until.reset();
+  Ask<QMap<QDate, int>>(
+      Rank::Load,
+      [filter](Archive& archive) {
+        QMap<QDate, int> counts;
+        for (const auto time : archive.Times(filter)) {
+          const auto ms =
+              std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch());
+          ++counts[QDateTime::fromMSecsSinceEpoch(ms.count()).date()];
+        }
+        return counts;
+      },
+      [this](QMap<QDate, int> counts) { emit DaysTold(counts); });
+}
+
+void Library::Fetch(std::vector<ArchiveId> ids) {
+  Ask<std::vector<LibraryRow>>(
+      Rank::Rows,
+      [ids = std::move(ids)](Archive& archive) {
+        std::vector<LibraryRow> rows;
+        for (const archive::KeptRecord& record : archive.List(ids)) rows.push_back(RowOf(record));
+        return rows;
+      },
+      [this](std::vector<LibraryRow> rows) { emit Listed(rows); });
+}
+
+void Library::Sketch(std::vector<ArchiveId> ids) {
+  Ask<Sketches>(
+      Rank::Pictures,
+      [ids = std::move(ids)](Archive& archive) {
+        Sketches sketches;
+        for (const ArchiveId id : ids) {
+          const auto record = archive.Get(id);
+          if (record) sketches.emplace_back(id, SketchOf(record->record));
+        }
+        return sketches;
+      },
+      [this](Sketches sketches) { emit Sketched(sketches); });
+}
+
+void Library::Load(std::vector<ArchiveId> ids, Taken taken) {
+  using Answer = std::vector<study::RecordPointer>;
+  Ask<Answer>(
+      Rank::Load,
+      [ids = std::move(ids)](Archive& archive) {
+        Answer records;
+        for (const ArchiveId id : ids) {
+          auto record = archive.Get(id);
+          if (record) records.push_back(std::make_shared<const Record>(std::move(record->record)));
+        }
+        return records;
+      },
+      std::move(taken));
+}
+
+void Library::Change(Deed deed) {
+  Ask<bool>(
+      Rank::Change,
+      [deed = std::move(deed)](Archive& archive) {
+        deed(archive);
+        return true;
+      },
+      [this](bool) { emit Changed(); });
+}
+
+void Library::SetRemarks(const std::vector<std::pair<ArchiveId, archive::Remarks>>& remarks) {
+  Change([remarks](Archive& archive) {
+    database::Transaction all(archive.Connection());
+    for (const auto& [id, of] : remarks) archive.SetRemarks(id, of);
+    all.Commit();
+  });
+}
+
+void Library::Delete(const std::vector<ArchiveId>& ids) {
+  deleted_.insert(deleted_.end(), ids.begin(), ids.end());
+  Change([ids](Archive& archive) { archive.Delete(ids, std::chrono::system_clock::now()); });
+}
+
+void Library::BringBack(const std::vector<ArchiveId>& ids) {
+  const std::set<ArchiveId> back(ids.begin(), ids.end());
+  std::erase_if(deleted_, [&](ArchiveId id) { return back.contains(id); });
+  Change([ids](Archive& archive) { archive.BringBack(ids); });
+}
+
+// What this window deleted goes for good, unless somebody else has brought it back.
+void Library::Purge() {
+  if (deleted_.empty()) return;
+  worker_->Do({Rank::Change,
+               [ids = deleted_](Archive& archive) {
+                 const auto there = archive.Find({.deleted = true});
+                 const std::set<ArchiveId> deleted(there.begin(), there.end());
+                 std::vector<ArchiveId> gone;
+                 for (const ArchiveId id : ids) {
+                   if (deleted.contains(id)) gone.push_back(id);
+                 }
+                 archive.Remove(gone);
+                 archive.Purge(std::chrono::system_clock::now() - kDeletedStay);
+               },
+               [](const DatabaseError&) {}});
+}
+
+}  // namespace kestrel

@@ -1,0 +1,93 @@
+// The archive as windows use it: they ask, and are told in their own thread.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDate>
+#include <QList>
+#include <QMap>
+#include <QObject>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "archive/filter.h"
+#include "archive/place.h"
+#include "archive/worker.h"
+#include "study/measured.h"
+#include "ui/library/library_row.h"
+
+namespace kestrel {
+
+using ArchiveId = std::int64_t;
+using Sketches = std::vector<std::pair<ArchiveId, QList<double>>>;
+
+// What the filters offer to choose among.
+struct LibraryChoices {
+  std::vector<std::string> machines;
+  std::vector<std::string> points;  // of the machine that was asked for
+  bool operator==(const LibraryChoices&) const = default;
+};
+
+// All reads and changes are done by a thread with a connection of its own. A database that may not
+// be written is read.
+class Library : public QObject {
+  Q_OBJECT
+
+ public:
+  using Taken = std::function<void(std::vector<study::RecordPointer>)>;
+  using Deed = std::function<void(archive::Archive&)>;
+
+  explicit Library(archive::Place place, QObject* parent = nullptr);
+  ~Library() override;
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+
+  [[nodiscard]] const archive::Place& Place() const { return place_; }
+  // What stands in the way, with the cure; empty while all is well.
+  [[nodiscard]] const QString& Trouble() const { return trouble_; }
+
+  // Each asks anew: what was asked before and is not answered yet is dropped.
+  void Find(const archive::Filter& filter);
+  // Of the filter without its days.
+  void AskDays(archive::Filter filter);
+  void AskChoices(const std::string& machine);
+  // Rows of these ids.
+  void Fetch(std::vector<ArchiveId> ids);
+  void Sketch(std::vector<ArchiveId> ids);
+
+  // With their points, in the order of the ids; those that are gone are left out.
+  void Load(std::vector<ArchiveId> ids, Taken taken);
+
+  void SetRemarks(const std::vector<std::pair<ArchiveId, archive::Remarks>>& remarks);
+  void Delete(const std::vector<ArchiveId>& ids);
+  void BringBack(const std::vector<ArchiveId>& ids);
+
+ signals:
+  void Found(const std::vector<kestrel::ArchiveId>& ids, qint64 all);
+  void ChoicesTold(const kestrel::LibraryChoices& choices);
+  void DaysTold(const QMap<QDate, int>& counts);  // of local days with records
+  void Listed(const std::vector<kestrel::LibraryRow>& rows);
+  void Sketched(const kestrel::Sketches& sketches);
+  void Changed();  // by this window: ask anew
+  void TroubleChanged();
+  void Failed();  // something was not answered; Trouble() says why
+
+ private:
+  using Rank = archive::Worker::Rank;
+
+  // `told` is called in this object's thread with what `asked` came to in the worker's.
+  template <typename Answer>
+  void Ask(Rank rank, std::function<Answer(archive::Archive&)> asked,
+           std::function<void(Answer)> told);
+  void Change(Deed deed);
+  void SetTrouble(const QString& trouble);
+  void Purge();
+
+  archive::Place place_;
+  QString trouble_;
+  LibraryChoices choices_;          // as last told
+  std::vector<ArchiveId> deleted_;  // by this window, and not brought back
+  std::unique_ptr<archive::Worker> worker_;
+};
+
+}  // namespace kestrel

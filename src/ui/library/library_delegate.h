@@ -1,0 +1,23 @@
+// Rows of the library's list: a record in small, and the mark of an alarm.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/study/row_delegate.h"
+
+namespace kestrel {
+
+class LibraryDelegate : public RowDelegate {
+ public:
+  using RowDelegate::RowDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override;
+  [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                               const QModelIndex& index) const override;
+};
+
+// Heights 0 to 1 as a line.
+void PaintSketch(QPainter& painter, const QRectF& place, const QList<double>& heights,
+                 const QColor& ink);
+
+}  // namespace kestrel

@@ -1,0 +1,30 @@
+// The names of edits.
+// SPDX-License-Identifier: MIT
+#include "ui/library/library_edits.h"
+
+#include <QCoreApplication>
+
+#include "ui/library/keeper_text.h"
+
+namespace kestrel {
+namespace {
+
+QString Records(std::size_t count) {
+  return CountOf(static_cast<std::int64_t>(count),
+                 QCoreApplication::translate("LibraryEdits", "record"),
+                 QCoreApplication::translate("LibraryEdits", "records"));
+}
+
+}  // namespace
+
+RemarksEdit::RemarksEdit(Library& library, RemarksOf before, RemarksOf after)
+    : library_(library), before_(std::move(before)), after_(std::move(after)) {
+  setText(QCoreApplication::translate("LibraryEdits", "remarks of %1").arg(Records(after_.size())));
+}
+
+Deletion::Deletion(Library& library, std::vector<ArchiveId> ids)
+    : library_(library), ids_(std::move(ids)) {
+  setText(QCoreApplication::translate("LibraryEdits", "deletion of %1").arg(Records(ids_.size())));
+}
+
+}  // namespace kestrel
