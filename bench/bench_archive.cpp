@@ -1,5 +1,4 @@
-// Keeping a record beside a bare transaction of the same bytes; 100,000 records on the disk, listed
-// and read as a trend.
+// Keeping a record beside a bare transaction; 100,000 records on the disk, listed, as a trend.
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <chrono>

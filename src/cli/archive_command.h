@@ -10,9 +10,8 @@
 
 #include "archive/place.h"
 #include "cli/archive_exchange.h"
+#include "cli/archive_options.h"
 #include "cli/command.h"
-#include "cli/filter_options.h"
-#include "cli/remark_options.h"
 
 namespace kestrel {
 

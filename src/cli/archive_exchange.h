@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "archive/archive.h"
+#include "cli/archive_options.h"
 #include "cli/command.h"
-#include "cli/remark_options.h"
 #include "exchange/exported.h"
 #include "exchange/imported.h"
 

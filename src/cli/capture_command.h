@@ -7,9 +7,9 @@
 #include <string>
 
 #include "alarms/band_table.h"
+#include "cli/archive_options.h"
 #include "cli/command.h"
 #include "cli/number_choice.h"
-#include "cli/remark_options.h"
 
 namespace kestrel {
 

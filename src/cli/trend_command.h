@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "archive/trend.h"
+#include "cli/archive_options.h"
 #include "cli/command.h"
-#include "cli/filter_options.h"
 
 namespace kestrel {
 

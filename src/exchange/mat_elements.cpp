@@ -38,7 +38,7 @@ template <typename Number>
 std::string Bytes(Number number) {
   std::string bytes;
   for (std::size_t i = 0; i < sizeof number; ++i) {
-    bytes += static_cast<char>(number >> (8 * i) & 0xFFU);
+    bytes += static_cast<char>(static_cast<std::uint64_t>(number) >> (8 * i) & 0xFFU);
   }
   return bytes;
 }

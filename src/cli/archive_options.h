@@ -1,4 +1,4 @@
-// The options that tell what only the user knows of a record.
+// The options about records of the archive: which ones, and what only the user knows of them.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,9 +7,25 @@
 #include <string>
 #include <vector>
 
+#include "archive/filter.h"
 #include "archive/kept_record.h"
 
 namespace kestrel {
+
+class FilterOptions {
+ public:
+  // Adds --from, --until, --machine, --point, --bench, --tag, --text, --kind, --option, --alarm and
+  // --deleted; `this` outlives `app`.
+  void AddTo(CLI::App& app);
+
+  [[nodiscard]] archive::Filter Filter() const;
+
+ private:
+  std::string from_;
+  std::string until_;
+  std::string kind_;
+  archive::Filter filter_;
+};
 
 class RemarkOptions {
  public:
