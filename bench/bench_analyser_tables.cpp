@@ -116,7 +116,7 @@ void Values() {
   Records records;
   StudyModel model;
   model.Change(ChooseMuch);
-  model.SetSensorBands(0, Bands());
+  model.SetSensorBands({{0, Bands()}});
   model.Take(records.Next());
   std::size_t peaks = 0;
   const auto measure = [&](const auto& tell) {
@@ -168,7 +168,7 @@ void Tables() {
   MemoryFiles files;
   frmAnalyser window(NoHost(files));
   window.Model().Change(ChooseMuch);
-  window.Model().SetSensorBands(0, Bands());
+  window.Model().SetSensorBands({{0, Bands()}});
   ShowWhole(window);
   for (int i = 0; i < 20; ++i) window.Model().Take(records.Next());
   Settle();

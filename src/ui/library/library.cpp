@@ -121,7 +121,7 @@ void Library::Fetch(std::vector<ArchiveId> ids) {
         for (const archive::KeptRecord& record : archive.List(ids)) rows.push_back(RowOf(record));
         return rows;
       },
-      [this](std::vector<LibraryRow> rows) { emit Listed(rows); });
+      [this](const std::vector<LibraryRow>& rows) { emit Listed(rows); });
 }
 
 void Library::Sketch(std::vector<ArchiveId> ids) {
@@ -135,7 +135,7 @@ void Library::Sketch(std::vector<ArchiveId> ids) {
         }
         return sketches;
       },
-      [this](Sketches sketches) { emit Sketched(sketches); });
+      [this](const Sketches& sketches) { emit Sketched(sketches); });
 }
 
 void Library::Load(std::vector<ArchiveId> ids, Taken taken) {

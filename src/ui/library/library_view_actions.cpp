@@ -52,7 +52,7 @@ void LibraryView::Look(Way way) {
   std::vector<ArchiveId> ids = Chosen();
   const auto count = static_cast<int>(ids.size());
   if (count < RangeOf(way).least || count > RangeOf(way).most) return;
-  library_->Load(std::move(ids), [this, way](std::vector<study::RecordPointer> records) {
+  library_->Load(std::move(ids), [this, way](const std::vector<study::RecordPointer>& records) {
     if (records.empty()) return;
     const QString said = LookAt(study_, way, records);
     if (!said.isEmpty()) emit Said(said);
