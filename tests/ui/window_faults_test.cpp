@@ -140,8 +140,10 @@ class WindowFaults : public FaultBench,
       return !IsNoticeOfALoss(control.first, control.second);
     });
   }
-  // The record's line without the time at its end: no two captures are of the same second.
+  // The record's line without the time at its end, and the wait without its seconds: no two
+  // captures are of the same second, or take the same time.
   static std::string Timeless(const std::string& control, const std::string& text) {
+    if (control == "lblCapturingData") return text.substr(0, text.find("..."));
     return control == "lblRecordLine" ? text.substr(0, text.rfind(", ")) : text;
   }
 
