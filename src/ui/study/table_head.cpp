@@ -23,10 +23,10 @@ TableHead::TableHead(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
 }
 
 QString TableHead::Word(int section) const {
-  return model()
-      ->headerData(section, orientation(), TextTableModel::kPaintedHead)
-      .toString()
-      .trimmed();
+  // A model whose words are said as they are painted has no others for painting.
+  const auto role = [&](int wanted) { return model()->headerData(section, orientation(), wanted); };
+  const QVariant painted = role(TextTableModel::kPaintedHead);
+  return (painted.isValid() ? painted : role(Qt::DisplayRole)).toString().trimmed();
 }
 
 void TableHead::paintEvent(QPaintEvent* event) {

@@ -87,7 +87,7 @@ TEST_F(Frm1, StartTakesASpectrumAndPlotsIt) {
   EXPECT_GT(peak, 0.3);
   EXPECT_LT(peak, 1.0);
   Window().grab();
-  EXPECT_GT(Find<PictureBox>("pic1").TracePaintCount(), before);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Find<PictureBox>("pic1").TracePaintCount() > before; }));
   EXPECT_TRUE(messages_.Texts().empty());
 }
 
