@@ -85,6 +85,14 @@ QVariant TextTableModel::data(const QModelIndex& index, int role) const {
   }
 }
 
+qsizetype TextTableModel::LongestText(std::size_t column) const {
+  qsizetype longest = 0;
+  for (const auto& row : rows_) {
+    if (column < row.size()) longest = std::max(longest, row[column].text.size());
+  }
+  return longest;
+}
+
 QVariant TextTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const TextColumn& column = columns_[static_cast<std::size_t>(section)];
@@ -220,7 +228,20 @@ void TextTable::resizeEvent(QResizeEvent* event) {
   FitColumns();
 }
 
+// Measuring every cell at every record takes longer than showing it: texts of the same length with
+// tabular figures need the same room.
+bool TextTable::IsToBeFitted() {
+  const std::vector<TextColumn>& columns = model_.Columns();
+  std::vector<qsizetype> now{viewport()->width(), fontMetrics().height()};
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    now.push_back(columns[i].isWanted ? model_.LongestText(i) : -1);
+    now.push_back(columns[i].head.size());
+  }
+  return std::exchange(fitted_, now) != now;
+}
+
 void TextTable::FitColumns() {
+  if (!IsToBeFitted()) return;
   const std::vector<TextColumn>& columns = model_.Columns();
   std::map<int, std::size_t> turns;  // of the columns that may go
   for (std::size_t i = 0; i < columns.size(); ++i) {

@@ -40,6 +40,8 @@ class TextTableModel : public QAbstractTableModel {
   // Rows stay where the columns have the same heads.
   void SetColumns(std::vector<TextColumn> columns);
   void SetRows(std::vector<std::vector<TextCell>> rows);
+  // Letters of the longest text in a column.
+  [[nodiscard]] qsizetype LongestText(std::size_t column) const;
 
   [[nodiscard]] const std::vector<TextColumn>& Columns() const { return columns_; }
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -82,9 +84,12 @@ class TextTable : public QTableView {
   void FitRows();
   void FitColumns();
   [[nodiscard]] int WidthOf(std::size_t column) const;
+  // Whether something has changed since it was last asked that the widths of columns depend on.
+  [[nodiscard]] bool IsToBeFitted();
 
   TextTableModel model_;
   TableHead* head_;
+  std::vector<qsizetype> fitted_;  // what the columns were fitted to
   QString hint_;
 };
 
