@@ -7,7 +7,7 @@
 #include <string>
 
 #include "alarms/band_table.h"
-#include "cli/archive_options.h"
+#include "cli/archive/archive_options.h"
 #include "cli/command.h"
 #include "cli/number_choice.h"
 

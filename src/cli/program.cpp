@@ -13,12 +13,12 @@
 #include <stdexcept>
 #include <string>
 
-#include "cli/archive_command.h"
+#include "cli/archive/archive_command.h"
+#include "cli/archive/trend_command.h"
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
 #include "cli/small_commands.h"
-#include "cli/trend_command.h"
 #include "numeric/conversions.h"
 #include "simulator/signal/scenario.h"
 #include "transport/typed_word.h"

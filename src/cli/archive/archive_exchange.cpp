@@ -1,6 +1,6 @@
 // Export and import from the command line.
 // SPDX-License-Identifier: MIT
-#include "cli/archive_exchange.h"
+#include "cli/archive/archive_exchange.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>

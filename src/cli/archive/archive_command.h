@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "archive/place.h"
-#include "cli/archive_exchange.h"
-#include "cli/archive_options.h"
+#include "cli/archive/archive_exchange.h"
+#include "cli/archive/archive_options.h"
 #include "cli/command.h"
 
 namespace kestrel {

@@ -1,6 +1,6 @@
 // What each word about the archive does.
 // SPDX-License-Identifier: MIT
-#include "cli/archive_command.h"
+#include "cli/archive/archive_command.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -9,7 +9,7 @@
 
 #include "archive/place.h"
 #include "archive/rescue.h"
-#include "cli/archive_report.h"
+#include "cli/archive/archive_report.h"
 #include "cli/record_report.h"
 
 namespace kestrel {

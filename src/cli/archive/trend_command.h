@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "archive/trend.h"
-#include "cli/archive_options.h"
+#include "cli/archive/archive_options.h"
 #include "cli/command.h"
 
 namespace kestrel {

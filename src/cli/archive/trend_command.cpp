@@ -1,12 +1,12 @@
 // A trend as columns or JSON.
 // SPDX-License-Identifier: MIT
-#include "cli/trend_command.h"
+#include "cli/archive/trend_command.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 
-#include "cli/archive_command.h"
+#include "cli/archive/archive_command.h"
 #include "cli/word_choice.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"

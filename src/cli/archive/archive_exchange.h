@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "archive/archive.h"
-#include "cli/archive_options.h"
+#include "cli/archive/archive_options.h"
 #include "cli/command.h"
 #include "exchange/exported.h"
 #include "exchange/imported.h"

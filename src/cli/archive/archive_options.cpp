@@ -1,6 +1,6 @@
 // Filters and remarks from the command line.
 // SPDX-License-Identifier: MIT
-#include "cli/archive_options.h"
+#include "cli/archive/archive_options.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>

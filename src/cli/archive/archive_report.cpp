@@ -1,6 +1,6 @@
 // What is told of a kept record.
 // SPDX-License-Identifier: MIT
-#include "cli/archive_report.h"
+#include "cli/archive/archive_report.h"
 
 #include <algorithm>
 
