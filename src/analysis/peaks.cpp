@@ -25,19 +25,45 @@ bool StandsOut(const Spectrum& spectrum, const PeakSettings& settings, std::size
          value > 0;
 }
 
-}  // namespace
-
-std::vector<Peak> FindPeaks(const Spectrum& spectrum, const PeakSettings& settings) {
+// At the bins from `first` to before `end`, as they come.
+std::vector<Peak> PeaksAt(const Spectrum& spectrum, const PeakSettings& settings, std::size_t first,
+                          std::size_t end) {
   std::vector<Peak> peaks;
-  for (std::size_t bin = spectrum.FirstVibration(); bin + 1 < spectrum.Bins(); ++bin) {
+  for (std::size_t bin = first; bin < end; ++bin) {
     if (!IsTop(spectrum, bin)) continue;
     const double noise = LocalNoise(spectrum, bin);
     if (!StandsOut(spectrum, settings, bin, noise)) continue;
     peaks.push_back({bin, LineAt(spectrum, bin), noise, spectrum.axis});
   }
-  std::ranges::stable_sort(peaks, std::greater{}, [](const Peak& peak) { return peak.line.peakG; });
-  if (peaks.size() > settings.atMost) peaks.resize(settings.atMost);
   return peaks;
+}
+
+std::vector<Peak> LargestOf(std::vector<Peak> peaks, std::size_t atMost) {
+  std::ranges::stable_sort(peaks, std::greater{}, [](const Peak& peak) { return peak.line.peakG; });
+  if (peaks.size() > atMost) peaks.resize(atMost);
+  return peaks;
+}
+
+}  // namespace
+
+std::vector<Peak> FindPeaks(const Spectrum& spectrum, const PeakSettings& settings) {
+  const std::size_t end = std::max<std::size_t>(spectrum.Bins(), 1) - 1;
+  return LargestOf(PeaksAt(spectrum, settings, spectrum.FirstVibration(), end), settings.atMost);
+}
+
+// A line lies within a bin of the bin that it is largest in.
+std::vector<Peak> FindPeaksBetween(const Spectrum& spectrum, double fromHz, double toHz,
+                                   const PeakSettings& settings) {
+  if (spectrum.Bins() == 0 || !(fromHz <= toHz) || !(toHz >= 0)) return {};
+  const auto last = static_cast<double>(spectrum.Bins() - 1);
+  const double low = std::clamp(std::floor(spectrum.BinOf(fromHz)) - 1, 0.0, last);
+  const double high = std::clamp(std::ceil(spectrum.BinOf(toHz)) + 2, 0.0, last);
+  const auto first = std::max(spectrum.FirstVibration(), static_cast<std::size_t>(low));
+  std::vector<Peak> peaks = PeaksAt(spectrum, settings, first, static_cast<std::size_t>(high));
+  std::erase_if(peaks, [=](const Peak& peak) {
+    return !(peak.line.hz >= fromHz && peak.line.hz <= toHz);
+  });
+  return LargestOf(std::move(peaks), settings.atMost);
 }
 
 std::optional<Peak> NearestPeak(const std::vector<Peak>& peaks, double hz, double withinHz) {

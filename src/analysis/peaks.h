@@ -32,6 +32,10 @@ struct Peak {
 [[nodiscard]] std::vector<Peak> FindPeaks(const Spectrum& spectrum,
                                           const PeakSettings& settings = {});
 
+// The same of those that lie between two frequencies.
+[[nodiscard]] std::vector<Peak> FindPeaksBetween(const Spectrum& spectrum, double fromHz,
+                                                 double toHz, const PeakSettings& settings = {});
+
 // The peak nearest to `hz`, where one lies within `withinHz`.
 [[nodiscard]] std::optional<Peak> NearestPeak(const std::vector<Peak>& peaks, double hz,
                                               double withinHz);

@@ -75,12 +75,20 @@ void TrendCommand::AddTo(CLI::App& app) {
                   ->check(FrequencyProblem);
   auto* high = word_->add_option("--high", high_, "Upper end, Hz")->check(FrequencyProblem);
   low->needs(high);
+  auto* near = word_->add_option("--near", near_, "Largest peak near this frequency, Hz")
+                   ->check(FrequencyProblem)
+                   ->excludes(low)
+                   ->excludes(high);
+  auto* within = word_->add_option("--within", within_, "How far from it, Hz; 1 % where not told")
+                     ->check(FrequencyProblem);
+  within->needs(near);
   filter_.AddTo(*word_);
 }
 
 archive::TrendChoice TrendCommand::Choice() const {
   archive::TrendChoice choice{
       .of = *of_, .axis = axis_.value_or(Axis::X), .fromHz = low_, .toHz = high_};
+  if (near_) return ChoiceNear(choice);
   if (high_ <= 0) return choice;
   if (low_ >= high_) {
     throw RuntimeError("A band from " + GeneralNumber(low_) + " to " + GeneralNumber(high_) +
@@ -90,6 +98,16 @@ archive::TrendChoice TrendCommand::Choice() const {
     throw RuntimeError("A band has an RMS and a peak; neither temperature nor supply.");
   }
   choice.of = choice.of == TrendOf::Rms ? TrendOf::BandRms : TrendOf::BandPeak;
+  return choice;
+}
+
+archive::TrendChoice TrendCommand::ChoiceNear(archive::TrendChoice choice) const {
+  constexpr double kUsualPart = 0.01;
+  choice.nearHz = *near_;
+  choice.withinHz = within_.value_or(*near_ * kUsualPart);
+  if (choice.of != TrendOf::Peak) throw RuntimeError("Near a frequency there is a peak alone.");
+  if (choice.withinHz <= 0) throw RuntimeError("--within 0 Hz holds no peak; tell how far, in Hz.");
+  choice.of = TrendOf::PeakNear;
   return choice;
 }
 

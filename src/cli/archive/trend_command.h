@@ -20,12 +20,15 @@ class TrendCommand : public Command {
 
  private:
   [[nodiscard]] archive::TrendChoice Choice() const;
+  [[nodiscard]] archive::TrendChoice ChoiceNear(archive::TrendChoice choice) const;
 
   CLI::App* word_ = nullptr;
   std::optional<archive::TrendOf> of_;
   std::optional<Axis> axis_;
   double low_ = 0;
   double high_ = 0;
+  std::optional<double> near_;
+  std::optional<double> within_;
   FilterOptions filter_;
 };
 
