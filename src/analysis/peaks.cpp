@@ -60,9 +60,8 @@ std::vector<Peak> FindPeaksBetween(const Spectrum& spectrum, double fromHz, doub
   const double high = std::clamp(std::ceil(spectrum.BinOf(toHz)) + 2, 0.0, last);
   const auto first = std::max(spectrum.FirstVibration(), static_cast<std::size_t>(low));
   std::vector<Peak> peaks = PeaksAt(spectrum, settings, first, static_cast<std::size_t>(high));
-  std::erase_if(peaks, [=](const Peak& peak) {
-    return !(peak.line.hz >= fromHz && peak.line.hz <= toHz);
-  });
+  std::erase_if(
+      peaks, [=](const Peak& peak) { return !(peak.line.hz >= fromHz && peak.line.hz <= toHz); });
   return LargestOf(std::move(peaks), settings.atMost);
 }
 

@@ -145,7 +145,7 @@ std::string WorkOut(Archive& archive, const TrendChoice& choice, std::span<const
   std::string why;
   for (const Axis axis : axes) {
     const auto spectrum = analysis::SpectrumOf(kept->record, axis, {.ownRange = true});
-    const Worked worked = !spectrum ? Worked{kNone, AsLine(spectrum.Why())}
+    const Worked worked = !spectrum                        ? Worked{kNone, AsLine(spectrum.Why())}
                           : choice.of == TrendOf::PeakNear ? LargestNear(*spectrum, choice)
                                                            : LevelOfBand(*spectrum, choice);
     placed.point.value[Index(axis)] = worked.first;

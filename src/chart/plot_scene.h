@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "chart/axis_map.h"
+#include "chart/time_ticks.h"
 
 namespace kestrel {
 
@@ -32,6 +33,9 @@ struct SceneTrace {
   TraceStyle style = TraceStyle::Live;
   bool isFocus = false;   // on top, half-bold in the legend
   bool isFilled = false;  // lightly, under the trace
+  // Where more than two points share a pixel column: least to largest shaded, their median as the
+  // line.
+  bool isSpread = false;
   std::vector<double> x = {};
   std::vector<double> y = {};
 };
@@ -72,6 +76,13 @@ struct PlotMark {
   std::string name = {};
 };
 
+// A threshold through the whole pane; a warning is dashed.
+struct PlotLimit {
+  double value = 0;
+  std::string name = {};  // "warning 0.880 g"
+  bool isFault = false;
+};
+
 // Where there is nothing: hatched and named, over the full height.
 struct PlotGap {
   double from = 0;
@@ -88,6 +99,19 @@ struct PlotPane {
   std::optional<PlotCrowd> crowd = {};
   std::vector<PlotBand> bands = {};
   std::vector<PlotPeak> peaks = {};  // largest first
+  std::vector<PlotLimit> limits = {};
+  double share = 1;  // of the height, beside those of the other panes
+};
+
+// Below the first pane, along the same axis: when what was the case.
+struct PlotLane {
+  struct Span {
+    double from = 0;
+    double to = 0;
+    BandState state = BandState::Well;
+  };
+  std::string name = {};  // "Alarms"
+  std::vector<Span> spans = {};
 };
 
 struct PlotAcross {
@@ -97,6 +121,7 @@ struct PlotAcross {
   double factor = 1;     // from Hz or s to what is written at the axis: 60 for CPM, 1000 for ms
   PlotRange whole = {};  // what "show all" shows
   double validFrom = -std::numeric_limits<double>::infinity();  // below it the values hold offset
+  std::optional<PlotCalendar> calendar = {};                    // of an axis of times, in s
 };
 
 struct PlotScene {
@@ -109,6 +134,7 @@ struct PlotScene {
   std::vector<PlotPane> panes = {};  // one below the other, along one horizontal axis
   std::vector<PlotMark> marks = {};
   std::vector<PlotGap> gaps = {};
+  std::vector<PlotLane> lanes = {};
 };
 
 // Head and line in one: the name of the plot.

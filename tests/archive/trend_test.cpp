@@ -3,6 +3,7 @@
 #include "archive/trend.h"
 
 #include "analysis/levels.h"
+#include "analysis/peaks.h"
 #include "support/random_records.h"
 #include "support/temporary_database.h"
 
@@ -118,6 +119,60 @@ TEST_P(Trends, ItsOwnerMayEndIt) {
                                });
   EXPECT_FALSE(trend.whole);
   EXPECT_TRUE(trend.series.empty());
+}
+
+TEST_P(Trends, APeakNearAFrequencyIsTheLargestThere) {
+  const TrendChoice choice{
+      .of = TrendOf::PeakNear, .axis = Axis::Z, .nearHz = 700, .withinHz = 300};
+  ExpectTrend(choice, [](const Record& record) -> std::optional<double> {
+    if (record.kind == RecordKind::Time) return std::nullopt;
+    const auto spectrum = analysis::SpectrumOf(record, Axis::Z, {.ownRange = true});
+    if (!spectrum) return std::nullopt;
+    const auto level = analysis::LevelBetween(*spectrum, 400, 1000);
+    if (!level || !level->whole) return std::nullopt;
+    for (const auto& peak : analysis::FindPeaks(*spectrum, {.atMost = 256})) {
+      if (peak.line.hz >= 400 && peak.line.hz <= 1000) return peak.line.peakG;
+    }
+    return std::nullopt;
+  });
+}
+
+TEST_P(Trends, AllAxesAtOnceAreTheThreeOfThem) {
+  for (const TrendOf of : {TrendOf::Rms, TrendOf::Peak, TrendOf::BandPeak, TrendOf::Supply}) {
+    TrendChoice choice{.of = of, .fromHz = 100, .toHz = 2'000};
+    const Levels all = LevelsOver(*archive_, {}, choice);
+    ASSERT_FALSE(all.series.empty());
+    for (const Axis axis : kAxes) {
+      choice.axis = axis;
+      const Trend one = TrendFor(*archive_, {}, choice);
+      ASSERT_EQ(one.series.size(), all.series.size());
+      for (std::size_t i = 0; i < all.series.size(); ++i) {
+        EXPECT_EQ(one.series[i].option, all.series[i].option);
+        ASSERT_EQ(one.series[i].points.size(), all.series[i].points.size());
+        for (std::size_t n = 0; n < one.series[i].points.size(); ++n) {
+          const LevelPoint& point = all.series[i].points[n];
+          EXPECT_EQ(one.series[i].points[n].id, point.id);
+          EXPECT_EQ(one.series[i].points[n].value, point.value[IsOfAxis(of) ? Index(axis) : 0]);
+        }
+      }
+      EXPECT_EQ(one.unit, all.unit);
+      EXPECT_EQ(one.refused, all.refused);
+    }
+  }
+}
+
+TEST_P(Trends, PointsTellTheSensorsAlarmWordsAndTheRange) {
+  const Levels levels = LevelsOver(*archive_, {}, {.of = TrendOf::Temperature});
+  ASSERT_EQ(levels.series.size(), 1U);
+  ASSERT_EQ(levels.series[0].points.size(), made_.size());
+  for (std::size_t i = 0; i < made_.size(); ++i) {
+    const Record& record = made_[made_.size() - 1 - i].record;  // the oldest first
+    const LevelPoint& point = levels.series[0].points[i];
+    EXPECT_EQ(point.range, record.settings.range);
+    for (const Axis axis : kAxes) {
+      EXPECT_EQ(point.alarms[Index(axis)], record.alarms.Of(axis).status);
+    }
+  }
 }
 
 KESTREL_ON_EVERY_DATABASE(Trends);

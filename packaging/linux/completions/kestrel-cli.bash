@@ -42,7 +42,7 @@ _kestrel_cli() {
         archive:show) words="--data --help" ;;
         archive:note) words="$remarks --help" ;;
         archive:delete) words="--undo --for-good --help" ;;
-        trend:) words="rms peak temperature supply --axis --low --high --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
+        trend:) words="rms peak temperature supply --axis --low --high --near --within --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
         archive:export) words="--format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;

@@ -95,6 +95,7 @@ class AnalyserPlot : public QWidget {
   void ViewChanged();                     // what is shown, or where back and forward lead
   void CursorPlaced(double x, int pane);  // by a click
   void MemberDragged(int member, double x);
+  void MemberClicked(int member);
   void SnapAsked(double x, int pane);  // a peak or flag was double-clicked
   void StepAsked(double bins);         // 1, 10 or 0.1, to the left negative
   void CommandAsked(kestrel::PlotCommand command);

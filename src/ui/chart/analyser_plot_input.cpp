@@ -113,6 +113,8 @@ void AnalyserPlot::mouseReleaseEvent(QMouseEvent* event) {
   } else if (press.drag == Drag::Click && press.wished == Drag::Pan) {
     const double x = layout_.panes.front().across.FromPixel(event->position().x());
     emit CursorPlaced(NearestSample(x, press.pane).value_or(x), press.pane);
+  } else if (press.drag == Drag::Click && press.wished == Drag::Member) {
+    emit MemberClicked(press.member);
   } else if (press.drag != Drag::Click && press.drag != Drag::None) {
     Changed(true);
   }

@@ -8,6 +8,7 @@
 
 #include "ui/chart/band_painter.h"
 #include "ui/chart/legend.h"
+#include "ui/chart/limit_painter.h"
 #include "ui/chart/tabular_text.h"
 
 namespace kestrel {
@@ -62,7 +63,9 @@ void PaintAcrossLabels(QPainter& painter, const PlotPage& page) {
   if (page.layout.panes.empty()) return;
   const PaneLayout& pane = page.layout.panes.back();
   const double height = std::ceil(QFontMetricsF(page.fonts.small).height());
-  const double top = pane.canvas.bottom() + 2 * kTick;
+  const bool hasLanesBelow = page.layout.panes.size() == 1 && !page.layout.lanes.empty();
+  const double bottom = hasLanesBelow ? page.layout.lanes.back().bottom() : pane.canvas.bottom();
+  const double top = bottom + 2 * kTick;
   painter.setPen(page.look.muted);
   for (const AxisTick& tick : page.layout.acrossTicks) {
     DrawTabular(painter, page.fonts.small,
@@ -125,6 +128,7 @@ void PaintPane(QPainter& painter, const PlotPage& page, std::size_t index) {
   PaintBandGrounds(painter, page, index);
   PaintGrid(painter, page, pane);
   PaintBandLines(painter, page, index);
+  PaintLimits(painter, page, index);
   PaintAxes(painter, page, pane);
 }
 
@@ -177,6 +181,7 @@ void PaintGround(QPainter& painter, const PlotPage& page) {
   for (const QRect& part : around) painter.fillRect(part, page.look.panel);
   PaintRecordLine(painter, page);
   for (std::size_t i = 0; i < page.layout.panes.size(); ++i) PaintPane(painter, page, i);
+  PaintLanes(painter, page);
   PaintAcrossLabels(painter, page);
   PaintLegend(painter, page);
   PaintHint(painter, page);

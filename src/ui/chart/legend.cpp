@@ -78,6 +78,11 @@ void PaintLegend(QPainter& painter, const PlotPage& page) {
     const double title = TabularWidth(page.fonts.small, page.scene.panes[i].title) + kApart;
     const double left = i == 0 ? line.left() + title : canvas.left();
     const QRectF place(left, top, canvas.right() - left, i == 0 ? line.height() : kPaneGap - 2);
+    if (i > 0 && page.scene.panes[i].title != page.scene.panes.front().title) {
+      painter.setPen(page.look.muted);
+      DrawTabular(painter, page.fonts.small, place.translated(line.left() - left, 0), Qt::AlignLeft,
+                  page.scene.panes[i].title);
+    }
     PaintEntries(painter, page, Entries(page, page.scene.panes[i]), place);
   }
 }

@@ -17,6 +17,8 @@ constexpr double kTickGap = 4;     // between a tick and its label
 constexpr double kRightEdge = 28;  // half of the last label
 constexpr double kUpApart = 24;    // least distance of vertical labels
 constexpr double kAcrossApart = 60;
+constexpr double kTimesApart = 80;
+constexpr double kLaneGap = 6;
 constexpr double kLeastCanvas = 24;
 
 double Snapped(double value, double ratio) {
@@ -54,6 +56,7 @@ double WidestLabel(const std::vector<AxisTick>& ticks, const LookFonts& fonts) {
 }
 
 std::vector<AxisTick> TicksAcross(const PlotAcross& across, const PlotRange& range, double width) {
+  if (across.calendar) return TimeTicks(range, *across.calendar, width, kTimesApart);
   const double factor = across.factor > 0 ? across.factor : 1;
   auto ticks =
       AxisTicks({range.low * factor, range.high * factor}, across.kind, width, kAcrossApart);
@@ -77,8 +80,18 @@ double LeastPositive(const PlotScene& scene) {
 // Heights from the top, before the canvases are known.
 struct Stack {
   double top = 0;     // of the first canvas
-  double bottom = 0;  // of the last
+  double bottom = 0;  // of the last, lanes included where there is one canvas
 };
+
+double LaneHeight(const LookFonts& fonts) {
+  return std::ceil(QFontMetricsF(fonts.small).height()) + 2 + kLaneGap;
+}
+
+double SharesOf(const PlotScene& scene) {
+  double shares = 0;
+  for (const PlotPane& pane : scene.panes) shares += pane.share;
+  return shares > 0 ? shares : 1;
+}
 
 Stack LayLines(PlotLayout& layout, const PlotScene& scene, const LookFonts& fonts, bool hasSource) {
   const double line = std::ceil(QFontMetricsF(fonts.plain).height());
@@ -153,26 +166,38 @@ PlotLayout LaidOut(const PlotScene& scene, const PlotRanges& ranges, const LookF
   layout.size = size;
   layout.ratio = ratio;
   const Stack stack = LayLines(layout, scene, fonts, hasSource);
-  const auto count = static_cast<double>(std::max<std::size_t>(scene.panes.size(), 1));
-  const double height =
-      std::max(kLeastCanvas, (stack.bottom - stack.top - (count - 1) * kPaneGap) / count);
+  const double lane = LaneHeight(fonts);
+  const double lanes = static_cast<double>(scene.lanes.size()) * lane;
+  const auto gaps = static_cast<double>(std::max<std::size_t>(scene.panes.size(), 1) - 1);
+  const double room = stack.bottom - stack.top - lanes - gaps * kPaneGap;
+  const auto height = [&](const PlotPane& pane) {
+    return std::max(kLeastCanvas, room * pane.share / SharesOf(scene));
+  };
   double left = 0;
   for (std::size_t i = 0; i < scene.panes.size(); ++i) {
     PaneLayout pane;
-    pane.upTicks = AxisTicks(ranges.up[i], scene.panes[i].up, height, kUpApart);
+    pane.upTicks = AxisTicks(ranges.up[i], scene.panes[i].up, height(scene.panes[i]), kUpApart);
     left = std::max(left, WidestLabel(pane.upTicks, fonts));
     layout.panes.push_back(std::move(pane));
   }
+  for (const PlotLane& named : scene.lanes) {
+    left = std::max(left, TabularWidth(fonts.small, named.name));
+  }
   left = Snapped(std::ceil(left) + kEdge + kTick + kTickGap, ratio);
   const double right = Snapped(std::max(left + kLeastCanvas, size.width() - kRightEdge), ratio);
+  double from = stack.top;
   for (std::size_t i = 0; i < scene.panes.size(); ++i) {
-    const double from = stack.top + static_cast<double>(i) * (height + kPaneGap);
     const double top = Snapped(from, ratio);
-    const double bottom = Snapped(from + height, ratio);
+    from += height(scene.panes[i]);
+    const double bottom = Snapped(from, ratio);
     PaneLayout& pane = layout.panes[i];
     pane.canvas = QRectF(QPointF(left, top), QPointF(right, bottom));
     pane.across = AxisMap(ranges.across, scene.across.kind, left, right);
     pane.up = AxisMap(ranges.up[i], scene.panes[i].up, bottom, top);
+    for (std::size_t n = 0; i == 0 && n < scene.lanes.size(); ++n, from += lane) {
+      layout.lanes.emplace_back(left, from + kLaneGap, right - left, lane - kLaneGap);
+    }
+    from += kPaneGap;
   }
   layout.acrossTicks = TicksAcross(scene.across, ranges.across, right - left);
   return layout;

@@ -37,6 +37,7 @@ struct PlotLayout {
   QRectF titleLine;   // axis title and legend
   QRectF flags;       // the lane of the cursor's flags
   std::vector<PaneLayout> panes;
+  std::vector<QRectF> lanes;          // below the first canvas
   std::vector<AxisTick> acrossTicks;  // values in the unit of the data
   QRectF acrossAxis;                  // below the last canvas
   QRectF source;                      // line at the bottom of pictures that leave the program

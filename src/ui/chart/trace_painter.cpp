@@ -5,10 +5,12 @@
 #include <QPolygonF>
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <iterator>
 #include <span>
 
 #include "chart/crowd.h"
+#include "chart/spread.h"
 
 namespace kestrel {
 namespace {
@@ -86,7 +88,9 @@ void AddTrace(const PlotPage& page, const CanvasMaps& maps, const SceneTrace& tr
     strokes.push_back(stroke);
   }
   const std::size_t from = std::min(valid, std::min(x.size(), y.size()));
-  stroke.lines = LinesInView(x.subspan(from), y.subspan(from), maps.across, maps.up);
+  stroke.lines = trace.isSpread
+                     ? SpreadInColumns(x, y, maps.across, maps.up).lines
+                     : LinesInView(x.subspan(from), y.subspan(from), maps.across, maps.up);
   stroke.colour = ColourOf(page.look.Ink(trace.ink));
   if (trace.style == TraceStyle::Reference) {
     stroke.lines = Dashed(stroke.lines, stroke.width, page.layout.ratio, maps.height);
@@ -142,14 +146,17 @@ void PaintStroke(QPainter& painter, const Stroke& stroke) {
   }
 }
 
+void PaintArea(QPainter& painter, const std::vector<ColumnArea>& columns, QColor shade) {
+  shade.setAlphaF(static_cast<float>(kCrowdShade));
+  for (const ColumnArea& area : columns) {
+    painter.fillRect(QRectF(area.x, area.upper, 1, area.lower - area.upper), shade);
+  }
+}
+
 void PaintCrowd(QPainter& painter, const PlotPage& page, const PlotCrowd& crowd,
                 const CanvasMaps& maps) {
   const CrowdColumns columns = CrowdOf(crowd, maps);
-  QColor shade = page.look.Ink(crowd.ink);
-  shade.setAlphaF(static_cast<float>(kCrowdShade));
-  for (const ColumnArea& area : columns.area) {
-    painter.fillRect(QRectF(area.x, area.upper, 1, area.lower - area.upper), shade);
-  }
+  PaintArea(painter, columns.area, page.look.Ink(crowd.ink));
   PaintStroke(painter, {.lines = {columns.median}, .colour = ColourOf(page.look.Ink(crowd.ink))});
 }
 
@@ -160,6 +167,15 @@ void DrawCrowd(const PixelRows& canvas, const PlotPage& page, const PlotCrowd& c
   DrawArea(canvas, columns.area, colour, kCrowdShade);
   DrawStrokes(canvas,
               {{.lines = {columns.median}, .colour = colour, .width = 1.5 * page.layout.ratio}});
+}
+
+// What the points of spread traces reach; under all lines.
+void PaintSpreads(const PlotPage& page, std::size_t index, const CanvasMaps& maps,
+                  const std::function<void(const std::vector<ColumnArea>&, const QColor&)>& paint) {
+  for (const SceneTrace& trace : page.scene.panes[index].traces) {
+    if (!trace.isSpread) continue;
+    paint(SpreadInColumns(trace.x, trace.y, maps.across, maps.up).area, page.look.Ink(trace.ink));
+  }
 }
 
 // The canvas of a pane in device pixels, within the picture.
@@ -196,6 +212,9 @@ void DrawTraces(QImage& picture, const PlotPage& page) {
                          canvas.height(), stride};
     const auto& crowd = page.scene.panes[i].crowd;
     if (crowd) DrawCrowd(rows, page, *crowd, CanvasMaps(page, i));
+    PaintSpreads(page, i, CanvasMaps(page, i), [&](const auto& area, const QColor& ink) {
+      DrawArea(rows, area, ColourOf(ink), kCrowdShade);
+    });
     DrawStrokes(rows, StrokesOf(page, i));
   }
 }
@@ -210,6 +229,8 @@ void PaintTraces(QPainter& painter, const PlotPage& page) {
     painter.scale(1 / page.layout.ratio, 1 / page.layout.ratio);
     const auto& crowd = page.scene.panes[i].crowd;
     if (crowd) PaintCrowd(painter, page, *crowd, CanvasMaps(page, i));
+    PaintSpreads(page, i, CanvasMaps(page, i),
+                 [&](const auto& area, const QColor& ink) { PaintArea(painter, area, ink); });
     for (const Stroke& stroke : StrokesOf(page, i)) PaintStroke(painter, stroke);
     painter.restore();
   }

@@ -258,6 +258,19 @@ TEST_F(ArchiveCommands, ATrendTellsALevelOverTime) {
   EXPECT_THAT(out.str(), testing::StartsWith("series\ttime (UTC)\tV\tid\talarm\n1\t"));
 }
 
+TEST_F(ArchiveCommands, ATrendOfThePeakNearAFrequencyIsThatOfTheRecords) {
+  Capture({"--count", "3"});
+  const json all = RunJson({"trend", "peak", "--axis", "Z", "--near", "8200", "--within", "400"});
+  ASSERT_FALSE(all["series"].empty());
+  EXPECT_EQ(all["unit"], "g peak");
+  const json one = RunJson({"trend", "peak", "--axis", "Z", "--near", "8200"});
+  EXPECT_EQ(one["series"], all["series"]) << "82 Hz hold the same peak";
+  EXPECT_EQ(Run({"trend", "rms", "--near", "8200"}), ExitCode::Failure);
+  EXPECT_EQ(Run({"trend", "peak", "--near", "8200", "--within", "0"}), ExitCode::Failure);
+  EXPECT_EQ(Run({"trend", "peak", "--within", "10"}), ExitCode::Usage);
+  EXPECT_EQ(Run({"trend", "peak", "--near", "9", "--low", "1", "--high", "2"}), ExitCode::Usage);
+}
+
 TEST_F(ArchiveCommands, ATrendOfABandLeavesOutWhatCannotCarryIt) {
   Capture();
   Capture({"--mode", "time"});
