@@ -23,8 +23,7 @@ double WordOf(const Spectrum& spectrum, std::size_t bin) {
 }
 
 bool IsUsed(const Spectrum& spectrum, const SensorBand& band) {
-  return (band.warning > 0 || band.fault > 0) && band.lowBin >= 0 && band.lowBin <= band.highBin &&
-         static_cast<std::size_t>(band.lowBin) < spectrum.Bins();
+  return (band.warning > 0 || band.fault > 0) && HoldsBins(band, spectrum.Bins());
 }
 
 std::optional<double> HeadroomDb(double threshold, double largestWord) {
@@ -51,9 +50,9 @@ SensorBandLevel LevelOfBand(const Spectrum& spectrum, const SensorBand& band, in
   level.toWarningDb = HeadroomDb(band.warning, word);
   level.toFaultDb = HeadroomDb(band.fault, word);
   level.holdsOffset = first < spectrum.FirstVibration();
-  level.state = band.fault > 0 && word > band.fault       ? BandState::Fault
-                : band.warning > 0 && word > band.warning ? BandState::Warning
-                                                          : BandState::Free;
+  level.state = Exceeds(word, band.fault)     ? BandState::Fault
+                : Exceeds(word, band.warning) ? BandState::Warning
+                                              : BandState::Free;
   return level;
 }
 
@@ -64,6 +63,11 @@ std::string Beyond(const char* name, int number, double headroomDb) {
 }
 
 }  // namespace
+
+bool HoldsBins(const SensorBand& band, std::size_t bins) {
+  return band.lowBin >= 0 && band.lowBin <= band.highBin &&
+         static_cast<std::size_t>(band.lowBin) < bins;
+}
 
 std::vector<SensorBandLevel> LevelsOf(const Spectrum& spectrum, std::span<const SensorBand> bands) {
   std::vector<SensorBandLevel> levels;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -21,6 +22,13 @@ struct SensorBand {
   int fault = 0;    // alarm 2
   bool operator==(const SensorBand&) const = default;
 };
+
+// Whether it covers bins of a spectrum of so many.
+[[nodiscard]] bool HoldsBins(const SensorBand& band, std::size_t bins);
+// Whether the sensor raises an alarm: a word has to be larger than a threshold, 0 being none.
+[[nodiscard]] inline bool Exceeds(double word, double threshold) {
+  return threshold > 0 && word > threshold;
+}
 
 enum class BandState { Unused, Free, Warning, Fault };
 

@@ -12,41 +12,72 @@ namespace {
 
 constexpr double kTail = 0.025;  // either side of 95 %
 constexpr double kMostWord = 65535;
-constexpr int kBisections = 60;
+constexpr int kMostSteps = 200;
+constexpr double kSmall = 1e-300;
+constexpr double kExact = 1e-15;
 
 bool IsShare(double share) {
   return share > 0 && share < 1;
 }
 
-// P(X >= counted) for X of `of` trials.
-double AtLeast(int counted, int of, double share) {
-  if (counted <= 0) return 1;
-  double sum = 0;
-  for (int k = counted; k <= of; ++k) {
-    const double choose = std::lgamma(of + 1.0) - std::lgamma(k + 1.0) - std::lgamma(of - k + 1.0);
-    sum += std::exp(choose + k * std::log(share) + (of - k) * std::log1p(-share));
-  }
-  return std::min(sum, 1.0);
+// x^a (1 − x)^b / B(a, b).
+double BetaFactor(double a, double b, double x) {
+  return std::exp(std::lgamma(a + b) - std::lgamma(a) - std::lgamma(b) + a * std::log(x) +
+                  b * std::log1p(-x));
 }
 
-// The share at which P(X >= counted) is `probability`; it rises with the share.
+// The continued fraction of the incomplete beta function, by Lentz's method; converges fast for
+// x < (a + 1) / (a + b + 2), in some sqrt(max(a, b)) steps.
+double BetaFraction(double a, double b, double x) {
+  const auto apart = [](double value) { return std::fabs(value) < kSmall ? kSmall : value; };
+  double c = 1;
+  double d = 1 / apart(1 - (a + b) * x / (a + 1));
+  double fraction = d;
+  const int most = kMostSteps + static_cast<int>(10 * std::sqrt(std::max(a, b)));
+  for (int m = 1; m <= most; ++m) {
+    const double even = m * (b - m) * x / ((a + 2 * m - 1) * (a + 2 * m));
+    d = 1 / apart(1 + even * d);
+    c = apart(1 + even / c);
+    fraction *= d * c;
+    const double odd = -(a + m) * (a + b + m) * x / ((a + 2 * m) * (a + 2 * m + 1));
+    d = 1 / apart(1 + odd * d);
+    c = apart(1 + odd / c);
+    fraction *= d * c;
+    if (std::fabs(d * c - 1) < kExact) break;
+  }
+  return fraction;
+}
+
+// P(X >= counted) for X of `of` trials: the regularised incomplete beta function.
+double AtLeast(int counted, int of, double share) {
+  if (counted <= 0 || share >= 1) return 1;
+  if (counted > of || share <= 0) return 0;
+  const double a = counted;
+  const double b = of - counted + 1.0;
+  if (share < (a + 1) / (a + b + 2)) {
+    return BetaFactor(a, b, share) * BetaFraction(a, b, share) / a;
+  }
+  return 1 - BetaFactor(b, a, 1 - share) * BetaFraction(b, a, 1 - share) / b;
+}
+
+// The share at which P(X >= counted) is `probability`; it rises with the share. Newton's steps
+// where they stay between the bounds known so far, halves of these elsewhere.
 double ShareWith(int counted, int of, double probability) {
+  const double a = counted;
+  const double b = of - counted + 1.0;
   double low = 0;
   double high = 1;
-  for (int i = 0; i < kBisections; ++i) {
-    const double middle = (low + high) / 2;
-    (AtLeast(counted, of, middle) < probability ? low : high) = middle;
+  double share = a / (a + b);
+  for (int i = 0; i < kMostSteps; ++i) {
+    const double error = AtLeast(counted, of, share) - probability;
+    (error < 0 ? low : high) = share;
+    const double slope = BetaFactor(a, b, share) / (share * (1 - share));
+    double next = share - error / slope;
+    if (!(next > low && next < high)) next = (low + high) / 2;
+    if (std::fabs(next - share) <= kExact * share) return next;
+    share = next;
   }
-  return (low + high) / 2;
-}
-
-// How many of the last n, up to and with `end`, keep a condition.
-template <typename Condition>
-int CountLast(std::span<const double> levels, std::size_t end, int n, Condition condition) {
-  const std::size_t first = end + 1 - std::min(end + 1, static_cast<std::size_t>(n));
-  return static_cast<int>(std::count_if(levels.begin() + static_cast<std::ptrdiff_t>(first),
-                                        levels.begin() + static_cast<std::ptrdiff_t>(end + 1),
-                                        condition));
+  return share;
 }
 
 }  // namespace
@@ -97,18 +128,56 @@ ShareBounds BoundsOf(int counted, int of) {
           .high = counted == of ? 1 : ShareWith(counted + 1, of, 1 - kTail)};
 }
 
-std::vector<bool> Replay(std::span<const double> levelsDb, double limitDb, const AlarmRule& rule) {
-  const int n = std::max(rule.n, 1);
-  const int m = std::clamp(rule.m, 1, n);
-  const double release = limitDb - std::max(rule.hysteresisDb, 0.0);
-  std::vector<bool> alarms;
-  bool alarm = false;
-  for (std::size_t end = 0; end < levelsDb.size(); ++end) {
-    const int above = CountLast(levelsDb, end, n, [&](double level) { return level > limitDb; });
-    const int below = CountLast(levelsDb, end, n, [&](double level) { return level < release; });
-    alarm = alarm ? below < m : above >= m;
-    alarms.push_back(alarm);
+std::optional<int> RankFor(int captures, double share, double confidence) {
+  const auto needed = CapturesNeeded(share, confidence);
+  if (!needed || captures < *needed) return std::nullopt;
+  int low = 1;  // P(X >= rank) falls with the rank
+  int high = captures;
+  while (low < high) {
+    const int middle = low + (high - low) / 2;
+    if (AtLeast(middle, captures, share) <= 1 - confidence)
+      high = middle;
+    else
+      low = middle + 1;
   }
+  return low;
+}
+
+StandingAlarm::StandingAlarm(double limit, double release, const AlarmRule& rule)
+    : limit_(limit), release_(release) {
+  const int n = std::max(rule.n, 1);
+  m_ = std::clamp(rule.m, 1, n);
+  last_.resize(static_cast<std::size_t>(n), Place::Between);
+}
+
+void StandingAlarm::Restart() {
+  std::ranges::fill(last_, Place::Between);
+  above_ = below_ = 0;
+  stands_ = false;
+}
+
+void StandingAlarm::Count(Place place, int change) {
+  if (place == Place::Above) above_ += change;
+  if (place == Place::Below) below_ += change;
+}
+
+bool StandingAlarm::Next(double level) {
+  const Place place = level > limit_     ? Place::Above
+                      : level < release_ ? Place::Below
+                                         : Place::Between;
+  Count(last_[next_], -1);
+  Count(place, 1);
+  last_[next_] = place;
+  next_ = next_ + 1 == last_.size() ? 0 : next_ + 1;
+  stands_ = stands_ ? below_ < m_ : above_ >= m_;
+  return stands_;
+}
+
+std::vector<bool> Replay(std::span<const double> levelsDb, double limitDb, const AlarmRule& rule) {
+  StandingAlarm alarm(limitDb, limitDb - std::max(rule.hysteresisDb, 0.0), rule);
+  std::vector<bool> alarms;
+  alarms.reserve(levelsDb.size());
+  for (const double level : levelsDb) alarms.push_back(alarm.Next(level));
   return alarms;
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
@@ -34,6 +35,10 @@ struct Usual {
 // nothing: 2.4 % for 18 at 3.
 [[nodiscard]] double FalseAlarmRate(int comparisons, double k);
 
+// The rank, from 1, of the smallest of so many levels that `share` of all captures keep to, said
+// with this confidence; none where there are fewer than CapturesNeeded.
+[[nodiscard]] std::optional<int> RankFor(int captures, double share, double confidence);
+
 // 95 % bounds of a share that was counted (Clopper and Pearson): 5 of 132 are 1.2 to 8.6 %.
 struct ShareBounds {
   double low = 0;
@@ -47,6 +52,30 @@ struct AlarmRule {
   int m = 3;
   int n = 5;
   double hysteresisDb = 1;
+};
+
+// An alarm that is told one level after the other. A level that is no number counts as neither
+// above `limit` nor below `release`.
+class StandingAlarm {
+ public:
+  // Of `rule` without its hysteresis; m and n below 1 count as 1, m above n as n.
+  StandingAlarm(double limit, double release, const AlarmRule& rule);
+  // Whether it stands after this level.
+  bool Next(double level);
+  void Restart();
+
+ private:
+  enum class Place : std::uint8_t { Between, Above, Below };
+  void Count(Place place, int change);
+
+  double limit_;
+  double release_;
+  int m_;
+  std::vector<Place> last_;  // n of them, in a ring
+  std::size_t next_ = 0;
+  int above_ = 0;
+  int below_ = 0;
+  bool stands_ = false;
 };
 
 // Whether an alarm stands after each of the levels, oldest first. A level that is no number counts

@@ -56,9 +56,9 @@ struct Counts {
 // Shares of false alarms and misses against the threshold, in rising order of it.
 struct CurvePoint {
   double thresholdDb = 0;
-  Counts counts;
-  analysis::ShareBounds falseAlarmBounds;
-  analysis::ShareBounds missBounds;
+  Counts counts{};
+  analysis::ShareBounds falseAlarmBounds{};
+  analysis::ShareBounds missBounds{};
 };
 [[nodiscard]] std::vector<CurvePoint> CurvesOf(const CellLevels& levels, const Sets& sets,
                                                double stepG, const Judgement& judgement,

@@ -24,7 +24,7 @@ struct Rule {
   bool operator==(const Rule&) const = default;
 };
 
-// What a rule needs of the good records: 1, 59 or 299.
+// What a rule needs of the good records: 2, since of one there is no σ, 59 or 299.
 [[nodiscard]] std::size_t RecordsNeeded(const Rule& rule);
 // "Needs 299 good records, 167 more than are chosen."; empty where `good` are enough.
 [[nodiscard]] std::string ShortageText(const Rule& rule, std::size_t good);

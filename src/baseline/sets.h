@@ -33,7 +33,7 @@ struct Part {
 // and a sensor, within one part. Judgements over several records never reach over runs.
 struct Member {
   std::int64_t id = 0;
-  Moment time;
+  Moment time{};
   int run = 0;
   bool operator==(const Member&) const = default;
 };
@@ -46,8 +46,9 @@ struct PartTaken {
   std::size_t taken = 0;
   std::size_t found = 0;
   std::chrono::seconds every{0};
-  Moment first;
-  Moment last;
+  Moment first{};
+  Moment last{};
+  std::vector<std::string> places{};  // "Pump 3, drive end": of its machines and points
   bool operator==(const PartTaken&) const = default;
 };
 
@@ -60,7 +61,7 @@ struct LeftOut {
 };
 
 struct Sets {
-  Settings settings;           // shared by all members; meaningless where there are none
+  Settings settings{};         // shared by all members; meaningless where there are none
   std::vector<Member> good{};  // by run, then time
   std::vector<Member> bad{};
   std::vector<PartTaken> parts{};  // in the order of what was chosen
@@ -75,7 +76,7 @@ struct Sets {
 
 // "12 to 24 October 2026", "12 October 2026, 08:00 to 14:30", UTC.
 [[nodiscard]] std::string SpanText(Moment first, Moment last);
-// "every 2 h of 1,728", "all 132"; for a row below the part's name.
+// "one every 2 h of 1,728", "all 132".
 [[nodiscard]] std::string ThinningText(const PartTaken& part);
 
 }  // namespace kestrel::baseline

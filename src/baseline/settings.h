@@ -30,8 +30,9 @@ struct Wanted {
   bool operator==(const Wanted&) const = default;
 };
 
-[[nodiscard]] std::string RangeText(int range);    // "0 to 20 g"
-[[nodiscard]] std::string WindowText(int window);  // "Hanning"
+[[nodiscard]] std::string RangeText(int range);        // "0 to 20 g"
+[[nodiscard]] std::string AveragesText(int averages);  // "4 averages"
+[[nodiscard]] std::string WindowText(int window);      // "Hanning"
 [[nodiscard]] std::string TextOf(
     const Settings& settings);  // "option 0, Hanning, 0 to 70 g, 4 averages"
 

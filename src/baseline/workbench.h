@@ -93,11 +93,13 @@ class Workbench {
  private:
   static constexpr std::size_t kCells = 18;
   [[nodiscard]] static std::size_t IndexOf(CellPlace place);
+  [[nodiscard]] CellState& Cell(CellPlace place) { return cells_[IndexOf(place)]; }
+  [[nodiscard]] double AsThreshold(double steps) const;
   void Measure(CellPlace place);  // levels
   void Propose(CellPlace place);
   void Replay(CellPlace place);
-  void ReplayAll();
   void CountAll();
+  void MeasureAll();  // and what follows from it
 
   Sets sets_;
   std::shared_ptr<const Spectra> spectra_ = std::make_shared<Spectra>();
@@ -108,9 +110,8 @@ class Workbench {
   Judgement judgement_;
   double stepG_ = 1;
   std::array<CellState, kCells> cells_;
-  // Warnings that stand after each record, of each cell and together: good records, then bad ones.
+  // Warnings that stand after each record, of each cell: good records, then bad ones.
   std::array<std::vector<std::uint8_t>, kCells> warnings_;
-  std::vector<std::uint8_t> standing_;
   Overall overall_;
 };
 
