@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QSysInfo>
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -121,11 +120,9 @@ void DropOffscreenNotes(QtMsgType type, const QMessageLogContext& /*context*/,
 // Without windows to look at records in, they are kept only where a place is named.
 kestrel::ArchiveChoice ArchiveOf(const Options& options) {
   using kestrel::archive::Place;
-  kestrel::ArchiveChoice choice{.usual = kestrel::archive::UsualPlace([](const char* name) {
-                                  return qEnvironmentVariable(name).toStdString();
-                                }),
+  kestrel::ArchiveChoice choice{.usual = kestrel::archive::UsualPlace(kestrel::System::Environment),
                                 .program = KESTREL_VERSION,
-                                .bench = QSysInfo::machineHostName().toStdString()};
+                                .bench = kestrel::System::ComputerName()};
   if (options.noArchive) return choice;
   if (!options.archive) {
     if (!options.demoFolder) choice.place = choice.usual;

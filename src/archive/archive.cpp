@@ -186,6 +186,20 @@ void Archive::SetRemarks(std::int64_t id, const Remarks& remarks) {
   database_->Run("update record set " + Assignments(kRemarkColumns, 2) + " where id = $1", values);
 }
 
+std::vector<std::pair<std::int64_t, Remarks>> Archive::ChangeRemarks(
+    std::span<const std::pair<std::int64_t, RemarksChange>> changes) {
+  std::vector<std::pair<std::int64_t, Remarks>> before;
+  database::Transaction all(*database_);
+  for (const auto& [id, change] : changes) {
+    for (KeptRecord& kept : List(std::span(&id, 1))) {
+      SetRemarks(id, change.AppliedTo(kept.remarks));
+      before.emplace_back(id, std::move(kept.remarks));
+    }
+  }
+  all.Commit();
+  return before;
+}
+
 std::vector<std::string> Archive::Machines() {
   return Texts(*database_,
                "select distinct machine from record where deleted is null and machine <> '' order "

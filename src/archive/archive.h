@@ -14,6 +14,7 @@
 
 #include "archive/filter.h"
 #include "archive/kept_record.h"
+#include "archive/remarks_change.h"
 #include "database/database.h"
 
 namespace kestrel::archive {
@@ -53,6 +54,9 @@ class Archive {
   [[nodiscard]] std::int64_t Count();
 
   void SetRemarks(std::int64_t id, const Remarks& remarks);
+  // All or none; returns what they were, without records that are not there.
+  std::vector<std::pair<std::int64_t, Remarks>> ChangeRemarks(
+      std::span<const std::pair<std::int64_t, RemarksChange>> changes);
   // Machines and points told so far, for choosing among them; sorted.
   [[nodiscard]] std::vector<std::string> Machines();
   [[nodiscard]] std::vector<std::string> Points(const std::string& machine);

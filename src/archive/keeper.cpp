@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "numeric/hash.h"
+
 namespace kestrel::archive {
 namespace {
 
@@ -16,14 +18,6 @@ using database::DatabaseError;
 using database::Fault;
 
 constexpr std::size_t kBroughtAtOnce = 64;
-
-std::uint64_t HashOf(const std::string& text) {
-  std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a
-  for (const char letter : text) {
-    hash = (hash ^ static_cast<std::uint8_t>(letter)) * 0x100000001b3;
-  }
-  return hash;
-}
 
 }  // namespace
 

@@ -18,11 +18,7 @@
 namespace kestrel {
 namespace {
 
-using Codes = WordCodes<std::int16_t>;
-
-const Codes kModes{{"manual", 0}, {"timer", 1}, {"time", 2}};
-const Codes kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
-const Codes kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
+const WordCodes<std::int16_t> kModes{{"manual", 0}, {"timer", 1}, {"time", 2}};
 
 constexpr std::int16_t kTimeMode = 2;
 constexpr double kLongestInterval = 86400;
@@ -63,8 +59,8 @@ std::optional<NumberReport> NumbersFor(const Record& record, const NumberChoice&
 void CaptureCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("capture", "Take captures and report or save them");
   AddChoice(*word_, "--mode", setup_.mode, kModes, "Record mode");
-  AddChoice(*word_, "--range", setup_.range, kRanges, "Signal range in g");
-  AddChoice(*word_, "--window", setup_.window, kWindows, "FFT window");
+  AddChoice(*word_, "--range", setup_.range, kRangeWords, "Signal range in g");
+  AddChoice(*word_, "--window", setup_.window, kWindowWords, "FFT window");
   word_->add_option("--averages", setup_.averages, "FFT averages, 1 to 255")
       ->check(CLI::Range(1, 255));
   word_->add_option("--option", setup_.option, "Sample-rate option, 0 to 3")

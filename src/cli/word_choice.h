@@ -7,6 +7,7 @@
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 #include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -17,6 +18,11 @@ namespace kestrel {
 // Words and what they stand for, in the order in which help names them.
 template <typename Value>
 using WordCodes = std::vector<std::pair<std::string, Value>>;
+
+// Of the sensor's settings.
+inline const WordCodes<std::int16_t> kRangeWords{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};  // g
+inline const WordCodes<std::int16_t> kWindowWords{
+    {"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
 
 // `codes` and `chosen` outlive the option.
 template <typename Value>

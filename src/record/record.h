@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstddef>
@@ -70,6 +71,10 @@ struct AlarmState {
   bool peaksKnown = false;   // whether `peak` and `peakBin` have
   [[nodiscard]] double PeakG(Axis axis) const { return Of(axis).peak * gPerPeakLsb; }
   [[nodiscard]] const AxisAlarms& Of(Axis axis) const { return axes[Index(axis)]; }
+  // Whether a band of some axis warned or alarmed.
+  [[nodiscard]] bool IsOn() const {
+    return std::ranges::any_of(axes, [](const AxisAlarms& axis) { return axis.status != 0; });
+  }
   bool operator==(const AlarmState&) const = default;
 };
 

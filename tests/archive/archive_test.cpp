@@ -171,6 +171,24 @@ TEST_P(Archives, RemarksAreChangedAndMachinesAndPointsKnown) {
   EXPECT_THAT(archive_->Points("Fan"), IsEmpty());
 }
 
+TEST_P(Archives, WhatIsChangedOfRemarksIsTakenBackAndTheRestStays) {
+  const std::int64_t one = archive_->Keep(Made());
+  const std::int64_t two = archive_->Keep(Made());
+  archive_->SetRemarks(one, {.machine = "Pump", .rpm = 1'480.0, .note = "n"});
+  const RemarksChange change{
+      .machine = "Fan", .rpm = std::optional<double>(), .tags = {{"b", "a"}}};
+  const auto before = archive_->ChangeRemarks(
+      std::vector{std::pair{one, change}, std::pair{two, change}, std::pair{two + 9, change}});
+  EXPECT_EQ(archive_->Get(one)->remarks,
+            (Remarks{.machine = "Fan", .note = "n", .tags = {"a", "b"}}));
+  EXPECT_EQ(archive_->Get(two)->remarks, (Remarks{.machine = "Fan", .tags = {"a", "b"}}));
+  ASSERT_EQ(before.size(), 2U);
+  archive_->ChangeRemarks(std::vector{std::pair{one, RemarksChange{.note = "later"}}});
+  archive_->ChangeRemarks(std::vector{std::pair{one, change.BackTo(before[0].second)}});
+  EXPECT_EQ(archive_->Get(one)->remarks,
+            (Remarks{.machine = "Pump", .rpm = 1'480.0, .note = "later"}));
+}
+
 TEST_P(Archives, ARemarkThatNoTextCanBeIsRefused) {
   const std::int64_t id = archive_->Keep(Made());
   EXPECT_THROW(archive_->SetRemarks(id, {.note = std::string("a\0b", 3)}), RuntimeError);

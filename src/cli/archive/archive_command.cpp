@@ -115,11 +115,15 @@ ExitCode ArchiveCommand::Show(const Session& session, const Output& output) {
 }
 
 ExitCode ArchiveCommand::Note(const Session& session, const Output& output) {
-  if (!remarks_.Any()) throw RuntimeError("Nothing to note was given; see --help.");
+  const archive::RemarksChange change = remarks_.Change();
+  if (change.IsNone()) throw RuntimeError("Nothing to note was given; see --help.");
   Archive archive = OpenArchive(session, Access::ReadWrite);
+  std::vector<std::pair<std::int64_t, archive::RemarksChange>> changes;
   for (const std::int64_t id : ids_) {
-    archive.SetRemarks(id, remarks_.Over(Found(archive, id).remarks));
+    (void)Found(archive, id);
+    changes.emplace_back(id, change);
   }
+  archive.ChangeRemarks(changes);
   if (output.json) output.Write({{"noted", ids_}});
   return ExitCode::Success;
 }

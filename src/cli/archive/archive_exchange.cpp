@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/word_choice.h"
+#include "numeric/hash.h"
 #include "record/utc_time.h"
 
 namespace kestrel {
@@ -21,9 +22,6 @@ using archive::NewRecord;
 
 // More than any file that a hundred thousand records make.
 constexpr std::size_t kLargestFile = 1'000'000'000;
-
-const WordCodes<std::int16_t> kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
-const WordCodes<std::int16_t> kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
 
 std::vector<std::string> FormatNames() {
   std::vector<std::string> names;
@@ -46,19 +44,12 @@ exchange::NotedRecord Noted(KeptRecord kept) {
 // The same content is the same record, however often it is brought in.
 archive::Uid UidOf(const std::string& content, std::size_t number) {
   archive::Uid uid{};
-  std::uint64_t hash = 0xcbf29ce484222325 + number;  // FNV-1a, twice
+  std::uint64_t hash = kHashOfNothing + number;
   for (std::size_t half = 0; half < uid.size(); half += sizeof hash) {
-    for (const char byte : content) {
-      hash = (hash ^ static_cast<std::uint8_t>(byte)) * 0x100000001b3;
-    }
+    hash = HashOf(content, hash);
     std::memcpy(uid.data() + half, &hash, sizeof hash);
   }
   return uid;
-}
-
-std::string TimeProblem(const std::string& text) {
-  if (UtcFrom(text)) return {};
-  return "\"" + text + "\" is no time in UTC like 2026-03-14T08:26";
 }
 
 }  // namespace
@@ -96,8 +87,8 @@ void ImportWord::AddTo(CLI::App& word) {
       ->check(TimeProblem);
   word.add_option("--option", said_.option, "Sample-rate option, where the file does not tell")
       ->check(CLI::Range(0, 3));
-  AddChoice(word, "--range", said_.range, kRanges, "Signal range in g, likewise");
-  AddChoice(word, "--window", said_.window, kWindows, "FFT window, likewise");
+  AddChoice(word, "--range", said_.range, kRangeWords, "Signal range in g, likewise");
+  AddChoice(word, "--window", said_.window, kWindowWords, "FFT window, likewise");
   remarks_.AddTo(word);
 }
 

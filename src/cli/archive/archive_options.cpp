@@ -15,11 +15,6 @@ namespace {
 constexpr const char* kWhich = "Which records";
 constexpr const char* kBeside = "What the archive keeps beside the record";
 
-std::string TimeProblem(const std::string& text) {
-  if (UtcFrom(text)) return {};
-  return "\"" + text + "\" is no time in UTC like 2026-03-14 or 2026-03-14T08:26";
-}
-
 std::string SpeedProblem(const std::string& text) {
   const auto rpm = WholeTextNumber(text);
   if (rpm && *rpm > 0 && *rpm <= 1e6) return {};
@@ -27,6 +22,11 @@ std::string SpeedProblem(const std::string& text) {
 }
 
 }  // namespace
+
+std::string TimeProblem(const std::string& text) {
+  if (UtcFrom(text)) return {};
+  return "\"" + text + "\" is no time in UTC like 2026-03-14 or 2026-03-14T08:26";
+}
 
 void FilterOptions::AddTo(CLI::App& app) {
   const auto add = [&](const char* name, auto& value, const char* text) {
@@ -55,29 +55,21 @@ archive::Filter FilterOptions::Filter() const {
 }
 
 void RemarkOptions::AddTo(CLI::App& app) {
-  app.add_option("--machine", machine_, "What is measured")->group(kBeside);
-  app.add_option("--point", point_, "Where on it the sensor sits")->group(kBeside);
-  app.add_option("--orientation", orientation_, "Where its axes point")->group(kBeside);
+  app.add_option("--machine", told_.machine, "What is measured")->group(kBeside);
+  app.add_option("--point", told_.point, "Where on it the sensor sits")->group(kBeside);
+  app.add_option("--orientation", told_.orientation, "Where its axes point")->group(kBeside);
   app.add_option("--rpm", rpm_, "Speed of the shaft, 1/min")->group(kBeside)->check(SpeedProblem);
-  app.add_option("--note", note_, "A note")->group(kBeside);
-  app.add_option("--tag", tags_, "A tag; may be given several times")
+  app.add_option("--note", told_.note, "A note")->group(kBeside);
+  app.add_option("--tag", told_.tags, "A tag; may be given several times")
       ->group(kBeside)
       ->expected(1)
       ->take_all();
 }
 
-bool RemarkOptions::Any() const {
-  return machine_ || point_ || orientation_ || rpm_ || note_ || tags_;
-}
-
-archive::Remarks RemarkOptions::Over(archive::Remarks remarks) const {
-  remarks.machine = machine_.value_or(remarks.machine);
-  remarks.point = point_.value_or(remarks.point);
-  remarks.orientation = orientation_.value_or(remarks.orientation);
-  if (rpm_) remarks.rpm = rpm_;
-  remarks.note = note_.value_or(remarks.note);
-  remarks.tags = archive::CleanTags(tags_.value_or(remarks.tags));
-  return remarks;
+archive::RemarksChange RemarkOptions::Change() const {
+  archive::RemarksChange change = told_;
+  if (rpm_) change.rpm = rpm_;
+  return change;
 }
 
 }  // namespace kestrel

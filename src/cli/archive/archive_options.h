@@ -8,9 +8,12 @@
 #include <vector>
 
 #include "archive/filter.h"
-#include "archive/kept_record.h"
+#include "archive/remarks_change.h"
 
 namespace kestrel {
+
+// Why a text is no time in UTC; empty where it is one.
+[[nodiscard]] std::string TimeProblem(const std::string& text);
 
 class FilterOptions {
  public:
@@ -32,18 +35,13 @@ class RemarkOptions {
   // Adds --machine, --point, --orientation, --rpm, --note and --tag; `this` outlives `app`.
   void AddTo(CLI::App& app);
 
-  [[nodiscard]] bool Any() const;
-  [[nodiscard]] archive::Remarks Remarks() const { return Over({}); }
-  // Those that were given, over what a record has.
-  [[nodiscard]] archive::Remarks Over(archive::Remarks remarks) const;
+  // Those that were given.
+  [[nodiscard]] archive::RemarksChange Change() const;
+  [[nodiscard]] archive::Remarks Remarks() const { return Change().AppliedTo({}); }
 
  private:
-  std::optional<std::string> machine_;
-  std::optional<std::string> point_;
-  std::optional<std::string> orientation_;
+  archive::RemarksChange told_;
   std::optional<double> rpm_;
-  std::optional<std::string> note_;
-  std::optional<std::vector<std::string>> tags_;
 };
 
 }  // namespace kestrel

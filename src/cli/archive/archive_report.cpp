@@ -19,10 +19,6 @@ const char* KindOf(const Record& record) {
   return record.kind == RecordKind::Time ? "time" : "spectrum";
 }
 
-bool HasAlarm(const Record& record) {
-  return std::ranges::any_of(record.alarms.axes, [](const auto& axis) { return axis.status != 0; });
-}
-
 // Tabs and lines' ends would make another column or line of it.
 std::string OneLine(std::string text) {
   std::ranges::replace_if(
@@ -85,7 +81,7 @@ std::string ListLine(const KeptRecord& kept) {
   for (const auto& level : kept.levels) {
     line += '\t' + (level ? FixedNumber(level->rmsG, 4) : std::string("-"));
   }
-  line += std::string("\t") + (HasAlarm(record) ? "yes" : "no");
+  line += std::string("\t") + (record.alarms.IsOn() ? "yes" : "no");
   for (const std::string& text :
        {kept.remarks.machine, kept.remarks.point, Joined(kept.remarks.tags), kept.remarks.note}) {
     line += '\t' + OneLine(text);
@@ -100,7 +96,7 @@ Json KeptJson(const KeptRecord& kept) {
             {"kind", KindOf(record)},
             {"settings", SettingsJson(record)},
             {"levels", LevelsJson(kept.levels)},
-            {"alarm", HasAlarm(record)},
+            {"alarm", record.alarms.IsOn()},
             {"supply_v", static_cast<double>(record.conditions.supplyV)},
             {"temperature_c", static_cast<double>(record.conditions.temperatureC)}};
   json.update(RemarksJson(kept.remarks));

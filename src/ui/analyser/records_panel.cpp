@@ -6,43 +6,17 @@
 #include <QPainter>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <cmath>
 
 #include "record/record_line.h"
 #include "ui/chart/look.h"
 #include "ui/chart/tabular_text.h"
 #include "ui/parts/local_time.h"
+#include "ui/study/sketch.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kSketchWidth = 56;
 constexpr int kSketchHeight = 32;
-constexpr double kDecades = 3.5;
-
-// Heights 0 to 1 of a record in small: of a spectrum the largest of the axes, logarithmically; of
-// samples the axis X about the middle.
-QList<double> SketchOf(const Record& record) {
-  constexpr std::size_t kColumns = 64;
-  QList<double> heights;
-  const std::size_t points = record.Points();
-  double largest = 1e-12;
-  for (const Axis axis : kAxes) {
-    for (const double value : record.Values(axis)) largest = std::max(largest, std::abs(value));
-  }
-  for (std::size_t column = 0; column < kColumns; ++column) {
-    double most = 0;
-    double sample = 0;
-    for (std::size_t i = column * points / kColumns; i < (column + 1) * points / kColumns; ++i) {
-      for (const Axis axis : kAxes) most = std::max(most, std::abs(record.Values(axis)[i]));
-      sample = record.Values(Axis::X)[i];
-    }
-    const double log = 1 + std::log10(std::max(most / largest, 1e-9)) / kDecades;
-    heights << (record.kind == RecordKind::Time ? 0.5 + 0.5 * sample / largest
-                                                : std::clamp(log, 0.0, 1.0));
-  }
-  return heights;
-}
 
 class RecordDelegate : public QStyledItemDelegate {
  public:
@@ -63,42 +37,24 @@ class RecordDelegate : public QStyledItemDelegate {
     PaintSketch(
         *painter,
         QRectF(place.left(), place.center().y() - kSketchHeight / 2.0, kSketchWidth, kSketchHeight),
-        index.data(RecordsModel::Sketch).value<QList<double>>(), look);
+        index.data(RecordsModel::Sketch).value<QList<double>>(), look.muted);
     const LookFonts fonts(option.font);
     const QRectF words = place.adjusted(kSketchWidth + 10, 5, 0, -5);
+    const auto line = [&](const QFont& font, double top, int role) {
+      const QString text = QFontMetricsF(font).elidedText(index.data(role).toString(),
+                                                          Qt::ElideRight, words.width());
+      DrawTabular(*painter, font, QRectF(words.left(), top, words.width(), words.height() / 2),
+                  Qt::AlignLeft, text);
+    };
     painter->setPen(look.text);
-    DrawTabular(*painter, fonts.plain,
-                QRectF(words.topLeft(), QSizeF(words.width(), words.height() / 2)), Qt::AlignLeft,
-                index.data(Qt::DisplayRole).toString());
+    line(fonts.plain, words.top(), Qt::DisplayRole);
     painter->setPen(look.muted);
-    const QString second =
-        QFontMetricsF(fonts.small)
-            .elidedText(index.data(RecordsModel::Second).toString(), Qt::ElideRight, words.width());
-    DrawTabular(*painter, fonts.small,
-                QRectF(words.left(), words.center().y(), words.width(), words.height() / 2),
-                Qt::AlignLeft, second);
+    line(fonts.small, words.center().y(), RecordsModel::Second);
   }
 
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& /*index*/) const override {
     return {180, std::max(48, 2 * option.fontMetrics.height() + 16)};
-  }
-
- private:
-  static void PaintSketch(QPainter& painter, const QRectF& place, const QList<double>& heights,
-                          const Look& look) {
-    if (heights.isEmpty()) return;
-    QPolygonF line;
-    for (qsizetype i = 0; i < heights.size(); ++i) {
-      line << QPointF(place.left() + static_cast<double>(i) * place.width() /
-                                         static_cast<double>(heights.size()),
-                      place.bottom() - heights[i] * place.height());
-    }
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(look.muted, 1));
-    painter.drawPolyline(line);
-    painter.restore();
   }
 };
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/chart/label_painter.h"
 #include "ui/chart/read_out_box.h"
 #include "ui/chart/tabular_text.h"
 
@@ -29,6 +30,22 @@ QPen LinePen(const PlotPage& page, MemberKind kind) {
   QPen pen(page.look.accent, 1, Qt::CustomDashLine, Qt::FlatCap);
   pen.setDashPattern(kind == MemberKind::Found ? QList<qreal>{4, 3} : QList<qreal>{1, 4});
   return pen;
+}
+
+// Where a line through all panes crosses no peak's label.
+QRegion BesideLabels(const PlotPage& page) {
+  const QRectF canvases = page.layout.Canvases();
+  QRectF all = canvases;
+  all.setTop(page.layout.flags.top());
+  QRegion region(all.toAlignedRect());
+  for (std::size_t pane = 0; pane < page.layout.panes.size(); ++pane) {
+    for (const auto& place : PeakLabelPlaces(page, pane)) {
+      if (!place) continue;
+      const LabelBox& box = place->box;
+      region -= QRectF(box.left, box.top, box.width, box.height).toAlignedRect();
+    }
+  }
+  return region;
 }
 
 // Through all panes, from the flag down.
@@ -87,11 +104,17 @@ void PaintSpan(QPainter& painter, const PlotPage& page, const SceneCursor& curso
 }
 
 void PaintCursor(QPainter& painter, const PlotPage& page, const SceneCursor& cursor) {
+  if (cursor.members.empty()) return;
   const auto flags = FlagPlaces(page, cursor);
   PaintSpan(painter, page, cursor, flags);
+  painter.save();
+  painter.setClipRegion(BesideLabels(page), Qt::IntersectClip);
+  for (const PlotMember& member : cursor.members) {
+    if (IsSeen(page, member.x)) PaintLine(painter, page, member);
+  }
+  painter.restore();
   for (std::size_t i = 0; i < cursor.members.size(); ++i) {
     if (!IsSeen(page, cursor.members[i].x)) continue;
-    PaintLine(painter, page, cursor.members[i]);
     PaintRing(painter, page, cursor.members[i]);
     PaintFlag(painter, page, cursor.members[i], flags[i]);
   }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/chart/tabular_text.h"
 
-#include <QFontMetricsF>
 #include <algorithm>
 #include <cmath>
 
@@ -47,6 +46,22 @@ double TabularWidth(const QFont& font, const QString& text) {
   const QFontMetricsF metrics(font);
   const double cell = CellWidth(metrics);
   return cell > 0 ? WidthInCells(metrics, text, cell) : metrics.horizontalAdvance(text);
+}
+
+TabularMeter::TabularMeter(const QFont& font)
+    : font_(font), metrics_(font), cell_(CellWidth(metrics_)) {
+  latin_.fill(-1);
+}
+
+double TabularMeter::WidthOf(const QString& text) {
+  double width = 0;
+  for (const QChar letter : text) {
+    if (letter.unicode() >= latin_.size() || letter.isLetter()) return TabularWidth(font_, text);
+    double& own = latin_[letter.unicode()];
+    if (own < 0) own = letter.isDigit() && cell_ > 0 ? cell_ : metrics_.horizontalAdvance(letter);
+    width += own;
+  }
+  return width;
 }
 
 void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place, Qt::Alignment alignment,

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
+#include <array>
 #include <string>
 
 namespace kestrel {
@@ -15,6 +17,22 @@ namespace kestrel {
 [[nodiscard]] inline double TabularWidth(const QFont& font, const std::string& text) {
   return TabularWidth(font, QString::fromStdString(text));
 }
+
+// The same of many texts in one font, for columns that follow every record: in numbers each sign is
+// measured once; in words letters move together, so that they are measured whole.
+class TabularMeter {
+ public:
+  explicit TabularMeter(const QFont& font);
+
+  [[nodiscard]] const QFont& Font() const { return font_; }
+  [[nodiscard]] double WidthOf(const QString& text);
+
+ private:
+  QFont font_;
+  QFontMetricsF metrics_;
+  double cell_;                    // 0 for a font whose figures are equally wide already
+  std::array<double, 256> latin_;  // widths; below 0 where not measured yet
+};
 
 // In the painter's pen. The text stands in the rectangle as the alignment says (horizontally left,
 // right or centre; vertically always in the middle).

@@ -7,6 +7,8 @@
 #include <set>
 #include <utility>
 
+#include "ui/study/sketch.h"
+
 namespace kestrel {
 namespace {
 
@@ -163,11 +165,21 @@ void Library::Change(Deed deed) {
       [this](bool) { emit Changed(); });
 }
 
-void Library::SetRemarks(const std::vector<std::pair<ArchiveId, archive::Remarks>>& remarks) {
-  Change([remarks](Archive& archive) {
-    database::Transaction all(archive.Connection());
-    for (const auto& [id, of] : remarks) archive.SetRemarks(id, of);
-    all.Commit();
+void Library::ChangeRemarks(const std::vector<ArchiveId>& ids, const archive::RemarksChange& change,
+                            const std::shared_ptr<RemarksOf>& before) {
+  Change([ids, change, before](Archive& archive) {
+    std::vector<std::pair<ArchiveId, archive::RemarksChange>> changes;
+    for (const ArchiveId id : ids) changes.emplace_back(id, change);
+    *before = archive.ChangeRemarks(changes);
+  });
+}
+
+void Library::TakeBack(const archive::RemarksChange& change,
+                       const std::shared_ptr<RemarksOf>& before) {
+  Change([change, before](Archive& archive) {
+    std::vector<std::pair<ArchiveId, archive::RemarksChange>> changes;
+    for (const auto& [id, was] : *before) changes.emplace_back(id, change.BackTo(was));
+    archive.ChangeRemarks(changes);
   });
 }
 

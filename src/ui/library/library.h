@@ -19,6 +19,7 @@
 namespace kestrel {
 
 using ArchiveId = std::int64_t;
+using RemarksOf = std::vector<std::pair<ArchiveId, archive::Remarks>>;
 using Sketches = std::vector<std::pair<ArchiveId, QList<double>>>;
 
 // What the filters offer to choose among.
@@ -58,7 +59,10 @@ class Library : public QObject {
   // With their points, in the order of the ids; those that are gone are left out.
   void Load(std::vector<ArchiveId> ids, Taken taken);
 
-  void SetRemarks(const std::vector<std::pair<ArchiveId, archive::Remarks>>& remarks);
+  // `before` is filled with what they were, by the worker; taking back reads it there.
+  void ChangeRemarks(const std::vector<ArchiveId>& ids, const archive::RemarksChange& change,
+                     const std::shared_ptr<RemarksOf>& before);
+  void TakeBack(const archive::RemarksChange& change, const std::shared_ptr<RemarksOf>& before);
   void Delete(const std::vector<ArchiveId>& ids);
   void BringBack(const std::vector<ArchiveId>& ids);
 

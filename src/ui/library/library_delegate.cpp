@@ -7,30 +7,14 @@
 #include "ui/chart/icons.h"
 #include "ui/chart/look.h"
 #include "ui/library/library_model.h"
+#include "ui/study/sketch.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kSketchWidth = 56;
 constexpr int kIcon = 16;
 
 }  // namespace
-
-void PaintSketch(QPainter& painter, const QRectF& place, const QList<double>& heights,
-                 const QColor& ink) {
-  if (heights.isEmpty()) return;
-  QPolygonF line;
-  const double step = place.width() / static_cast<double>(heights.size());
-  for (qsizetype i = 0; i < heights.size(); ++i) {
-    line << QPointF(place.left() + static_cast<double>(i) * step,
-                    place.bottom() - heights[i] * place.height());
-  }
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(QPen(ink, 1));
-  painter.drawPolyline(line);
-  painter.restore();
-}
 
 void LibraryDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const {

@@ -16,8 +16,4 @@ class LibraryDelegate : public RowDelegate {
                                const QModelIndex& index) const override;
 };
 
-// Heights 0 to 1 as a line.
-void PaintSketch(QPainter& painter, const QRectF& place, const QList<double>& heights,
-                 const QColor& ink);
-
 }  // namespace kestrel

@@ -17,9 +17,10 @@ QString Records(std::size_t count) {
 
 }  // namespace
 
-RemarksEdit::RemarksEdit(Library& library, RemarksOf before, RemarksOf after)
-    : library_(library), before_(std::move(before)), after_(std::move(after)) {
-  setText(QCoreApplication::translate("LibraryEdits", "remarks of %1").arg(Records(after_.size())));
+RemarksEdit::RemarksEdit(Library& library, std::vector<ArchiveId> ids,
+                         archive::RemarksChange change)
+    : library_(library), ids_(std::move(ids)), change_(std::move(change)) {
+  setText(QCoreApplication::translate("LibraryEdits", "remarks of %1").arg(Records(ids_.size())));
 }
 
 Deletion::Deletion(Library& library, std::vector<ArchiveId> ids)

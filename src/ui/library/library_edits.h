@@ -3,25 +3,25 @@
 #pragma once
 
 #include <QUndoCommand>
-#include <utility>
+#include <memory>
 #include <vector>
 
 #include "ui/library/library.h"
 
 namespace kestrel {
 
-using RemarksOf = std::vector<std::pair<ArchiveId, archive::Remarks>>;
-
+// What the archive holds is changed, whatever a list shows of it meanwhile.
 class RemarksEdit : public QUndoCommand {
  public:
-  RemarksEdit(Library& library, RemarksOf before, RemarksOf after);
-  void undo() override { library_.SetRemarks(before_); }
-  void redo() override { library_.SetRemarks(after_); }
+  RemarksEdit(Library& library, std::vector<ArchiveId> ids, archive::RemarksChange change);
+  void undo() override { library_.TakeBack(change_, before_); }
+  void redo() override { library_.ChangeRemarks(ids_, change_, before_); }
 
  private:
   Library& library_;
-  RemarksOf before_;
-  RemarksOf after_;
+  std::vector<ArchiveId> ids_;
+  archive::RemarksChange change_;
+  std::shared_ptr<RemarksOf> before_ = std::make_shared<RemarksOf>();  // of the worker's thread
 };
 
 class Deletion : public QUndoCommand {

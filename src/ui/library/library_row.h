@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include "archive/kept_record.h"
@@ -22,9 +21,5 @@ struct LibraryRow {
 };
 
 [[nodiscard]] LibraryRow RowOf(const archive::KeptRecord& record);
-
-// Heights 0 to 1 of a record in small: of a spectrum the largest of the axes, logarithmically; of
-// samples the axis X about the middle.
-[[nodiscard]] QList<double> SketchOf(const Record& record);
 
 }  // namespace kestrel

@@ -22,23 +22,10 @@ constexpr std::size_t kMostChosenAgain = 2000;
 LibraryTable::LibraryTable(LibraryModel& model) : model_(model) {
   setObjectName("tblLibrary");
   setAccessibleName(tr("Records of the archive"));
-  setHorizontalHeader(new TableHead(this));
+  SetUpTable(*this, new TableHead(this), new LibraryDelegate(this));
   setModel(&model);
-  setItemDelegate(new LibraryDelegate(this));
-  setShowGrid(false);
-  setFrameShape(QFrame::NoFrame);
-  setSelectionBehavior(SelectRows);
-  setSelectionMode(ExtendedSelection);
-  setEditTriggers(NoEditTriggers);
-  setVerticalScrollMode(ScrollPerPixel);
-  setHorizontalScrollMode(ScrollPerPixel);
-  setMouseTracking(true);
-  setTabKeyNavigation(false);
   setWordWrap(false);
-  verticalHeader()->hide();
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-  horizontalHeader()->setMinimumSectionSize(24);
-  horizontalHeader()->setStretchLastSection(true);
   FitRows();
   connect(&model, &QAbstractItemModel::rowsInserted, this,
           [this](const QModelIndex&, int first, int last) {

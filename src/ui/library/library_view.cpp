@@ -156,7 +156,7 @@ void LibraryView::Connect() {
   });
   connect(remarks_, &RemarksPanel::Entered, this, &LibraryView::TakeRemarks);
   connect(site_, &RemarksPanel::Entered, this, [this] {
-    const archive::Remarks applied = site_->Applied(keeper_->Site());
+    const archive::Remarks applied = site_->Change().AppliedTo(keeper_->Site());
     site_->Settle();
     keeper_->SetSite(applied);
   });

@@ -60,17 +60,10 @@ void LibraryView::Look(Way way) {
 }
 
 void LibraryView::TakeRemarks() {
-  RemarksOf before;
-  RemarksOf after;
-  for (const ArchiveId id : remarked_) {
-    const LibraryRow* row = model_->Known(id);
-    if (row == nullptr) continue;  // gone meanwhile
-    archive::Remarks applied = remarks_->Applied(row->remarks);
-    if (applied == row->remarks) continue;
-    before.emplace_back(id, row->remarks);
-    after.emplace_back(id, std::move(applied));
+  const archive::RemarksChange change = remarks_->Change();
+  if (!remarked_.empty() && !change.IsNone()) {
+    edits_.push(new RemarksEdit(*library_, remarked_, change));
   }
-  if (!after.empty()) edits_.push(new RemarksEdit(*library_, std::move(before), std::move(after)));
   remarks_->Settle();
 }
 

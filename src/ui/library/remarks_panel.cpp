@@ -186,18 +186,19 @@ void RemarksPanel::Touch() {
   cmdApply_->setEnabled(IsEdited());
 }
 
-archive::Remarks RemarksPanel::Applied(archive::Remarks remarks) const {
-  for (const Field& field : fields_) {
-    if (field.isEdited && field.text != nullptr) {
-      remarks.*field.text = field.edit->text().toStdString();
-    }
-  }
+archive::RemarksChange RemarksPanel::Change() const {
+  const auto text = [this](std::size_t number) {
+    return fields_[number].isEdited ? std::optional(fields_[number].edit->text().toStdString())
+                                    : std::nullopt;
+  };
+  archive::RemarksChange change{
+      .machine = text(kMachine), .point = text(kPoint), .orientation = text(kOrientation)};
   const QString speed = fields_[kRpm].edit->text().trimmed();
   const auto rpm = NumberIn(locale(), speed);
-  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && IsSpeed(*rpm)))) remarks.rpm = rpm;
-  if (fields_[kTags].isEdited) remarks.tags = TagsIn(fields_[kTags].edit->text());
-  if (isNoteEdited_) remarks.note = txtNote_->toPlainText().toStdString();
-  return remarks;
+  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && IsSpeed(*rpm)))) change.rpm = rpm;
+  if (fields_[kTags].isEdited) change.tags = TagsIn(fields_[kTags].edit->text());
+  if (isNoteEdited_) change.note = txtNote_->toPlainText().toStdString();
+  return change;
 }
 
 void RemarksPanel::Enter() {

@@ -11,7 +11,7 @@
 #include <array>
 #include <vector>
 
-#include "archive/kept_record.h"
+#include "archive/remarks_change.h"
 #include "ui/library/library.h"
 #include "ui/study/flat_button.h"
 #include "ui/study/number_field.h"
@@ -30,8 +30,8 @@ class RemarksPanel : public QWidget {
 
   void Show(const QString& title, const std::vector<archive::Remarks>& remarks);
   void SetChoices(const LibraryChoices& choices);
-  // What is written put into remarks as they were.
-  [[nodiscard]] archive::Remarks Applied(archive::Remarks remarks) const;
+  // What is written.
+  [[nodiscard]] archive::RemarksChange Change() const;
   [[nodiscard]] bool IsEdited() const;
   // What was written has been taken over.
   void Settle();

@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "ui/chart/look.h"
-#include "ui/chart/tabular_text.h"
 
 namespace kestrel {
 namespace {
@@ -58,7 +57,8 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 // The widths of columns follow every record; the style's own hint takes as long as all else.
 QSize RowDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
   const QString text = index.data(Qt::DisplayRole).toString();
-  const double width = TabularWidth(option.font, text) + 2 * kCellInside +
+  if (!meter_ || meter_->Font() != option.font) meter_.emplace(option.font);
+  const double width = meter_->WidthOf(text) + 2 * kCellInside +
                        (index.data(Qt::DecorationRole).isValid() ? kSwatch + 6 : 0);
   return {static_cast<int>(std::ceil(width)) + 2, option.fontMetrics.height() + 4};
 }

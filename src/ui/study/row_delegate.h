@@ -3,9 +3,11 @@
 #pragma once
 
 #include <QStyledItemDelegate>
+#include <optional>
 #include <vector>
 
 #include "analysis/band_levels.h"
+#include "ui/chart/tabular_text.h"
 
 namespace kestrel {
 
@@ -20,6 +22,9 @@ class RowDelegate : public QStyledItemDelegate {
              const QModelIndex& index) const override;
   [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
                                const QModelIndex& index) const override;
+
+ private:
+  mutable std::optional<TabularMeter> meter_;  // of the font that was asked for last
 };
 
 // Largest magnitude of a band against its thresholds, as parts of the largest of them.

@@ -68,4 +68,21 @@ QSize TableHead::sectionSizeFromContents(int section) const {
       fontMetrics().height() + 9};
 }
 
+void SetUpTable(QTableView& table, TableHead* head, QAbstractItemDelegate* delegate) {
+  table.setHorizontalHeader(head);
+  table.setItemDelegate(delegate);
+  table.setShowGrid(false);
+  table.setFrameShape(QFrame::NoFrame);
+  table.setSelectionBehavior(QAbstractItemView::SelectRows);
+  table.setSelectionMode(QAbstractItemView::ExtendedSelection);
+  table.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table.setMouseTracking(true);
+  table.setTabKeyNavigation(false);
+  table.verticalHeader()->hide();
+  head->setMinimumSectionSize(24);
+  head->setStretchLastSection(true);
+}
+
 }  // namespace kestrel

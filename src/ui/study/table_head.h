@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QAbstractItemDelegate>
 #include <QHeaderView>
+#include <QTableView>
 #include <algorithm>
 
 namespace kestrel {
@@ -25,5 +27,8 @@ class TableHead : public QHeaderView {
  private:
   [[nodiscard]] QString Word(int section) const;
 };
+
+// Calm rows under a TableHead: whole rows are selected, nothing is edited, moved about by pixels.
+void SetUpTable(QTableView& table, TableHead* head, QAbstractItemDelegate* delegate);
 
 }  // namespace kestrel

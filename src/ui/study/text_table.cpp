@@ -130,22 +130,9 @@ void TextTableModel::SortRows() {
 TextTable::TextTable(const char* name, QWidget* parent)
     : QTableView(parent), head_(new TableHead(this)) {
   setObjectName(name);
-  setHorizontalHeader(head_);
+  SetUpTable(*this, head_, new RowDelegate(this));
   setModel(&model_);
-  setItemDelegate(new RowDelegate(this));
-  setShowGrid(false);
-  setFrameShape(QFrame::NoFrame);
-  setSelectionBehavior(SelectRows);
-  setSelectionMode(ExtendedSelection);
-  setEditTriggers(NoEditTriggers);
-  setVerticalScrollMode(ScrollPerPixel);
-  setHorizontalScrollMode(ScrollPerPixel);
-  setMouseTracking(true);
-  setTabKeyNavigation(false);
-  verticalHeader()->hide();
-  horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-  horizontalHeader()->setStretchLastSection(true);
-  horizontalHeader()->setMinimumSectionSize(24);
+  head_->setSectionResizeMode(QHeaderView::ResizeToContents);
   for (const auto changed : {&TextTableModel::rowsInserted, &TextTableModel::rowsRemoved}) {
     connect(&model_, changed, this, &TextTable::FitColumns);
   }

@@ -253,6 +253,19 @@ TEST_F(LibraryOfRecords, RemarksOfSeveralAreEditedUndoneAndDoneAgain) {
   ASSERT_TRUE(Gets([&] { return All()[1].remarks.tags == std::vector<std::string>{"a", "b"}; }));
 }
 
+TEST_F(LibraryOfRecords, WhatIsWrittenBeforeAnEditIsReadAgainIsKeptBesideIt) {
+  Put(4);
+  OpenLibrary(4);
+  Choose({0, 1});
+  Write("remarks_machine", "Mill");
+  Write("remarks_tags", "a");
+  Write("remarks_point", "NDE");
+  In<QAction>("mnuUndo").trigger();
+  Write("remarks_orientation", "X up");
+  const archive::Remarks all{.machine = "Mill", .orientation = "X up", .note = "n3", .tags = {"a"}};
+  EXPECT_TRUE(Gets([&] { return All()[0].remarks == all; }));
+}
+
 TEST_F(LibraryOfRecords, DeletingAsksAndCanBeUndoneUntilTheProgramCloses) {
   Put(5);
   OpenLibrary(5);
