@@ -31,6 +31,8 @@ class FilesInFolder : public Files {
   void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override {
     files_.ReplaceWhole(file, content);
   }
+  void MakeFolder(const std::filesystem::path& folder) override { files_.MakeFolder(folder); }
+  void Remove(const std::filesystem::path& file) override { files_.Remove(file); }
 
  private:
   Files& files_;

@@ -11,6 +11,7 @@ enum class ExitCode {
   Usage = 2,         // the command line makes no sense
   NoSensor = 3,      // no interface, or it was lost
   NotNew = 4,        // a capture ended before data were ready: they are those of the record before
+  Different = 5,     // the sensor holds another set-up than the one it was compared with
   Interrupted = 130  // ended by Ctrl-C
 };
 

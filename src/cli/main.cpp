@@ -12,6 +12,7 @@
 #include "app/program_state.h"
 #include "cli/program.h"
 #include "platform/system.h"
+#include "setup/setup_store.h"
 
 namespace {
 
@@ -37,7 +38,8 @@ int Run(const std::vector<std::string>& arguments) {
                   .error = std::cerr,
                   .showProgress = kestrel::System::ErrorIsTerminal(),
                   .usualArchive = kestrel::archive::UsualPlace(kestrel::System::Environment),
-                  .bench = kestrel::System::ComputerName()}));
+                  .bench = kestrel::System::ComputerName(),
+                  .setups = kestrel::setup::UsualSetupFolder(kestrel::System::Environment)}));
 }
 
 }  // namespace

@@ -18,6 +18,7 @@
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
+#include "cli/setup/setup_command.h"
 #include "cli/small_commands.h"
 #include "numeric/conversions.h"
 #include "simulator/signal/scenario.h"
@@ -31,7 +32,8 @@ constexpr const char* kDescription =
 constexpr const char* kFooter =
     "Ctrl-C ends a capture as the Stop button does.\n"
     "Exit codes: 0 success, 1 failure, 2 wrong usage, 3 no sensor,\n"
-    "4 a capture that was stopped before it brought new data, 130 ended by Ctrl-C.";
+    "4 a capture that was stopped before it brought new data,\n"
+    "5 another set-up than the one it was compared with, 130 ended by Ctrl-C.";
 
 // A parallel port's base address: any 16-bit word in hexadecimal digits, perhaps after "0x".
 std::int16_t ParsePortAddress(const std::string& text) {
@@ -143,12 +145,12 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 9> commands{
+  std::array<std::unique_ptr<Command>, 10> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
       std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
-      std::make_unique<TrendCommand>()};
+      std::make_unique<TrendCommand>(),    std::make_unique<SetupCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <iosfwd>
 #include <memory>
@@ -25,9 +26,10 @@ struct Surroundings {
   std::function<bool()> interrupted;  // Ctrl-C since last asked
   std::ostream& out;
   std::ostream& error;
-  bool showProgress = false;      // the error stream is somebody's terminal
-  archive::Place usualArchive{};  // where nothing else is chosen; none: nothing is kept
-  std::string bench{};            // the name of this computer
+  bool showProgress = false;       // the error stream is somebody's terminal
+  archive::Place usualArchive{};   // where nothing else is chosen; none: nothing is kept
+  std::string bench{};             // the name of this computer
+  std::filesystem::path setups{};  // where set-ups are kept; none: nowhere
 };
 
 // Where records are kept.
@@ -58,6 +60,8 @@ class Session {
   // archive and it does not have them all.
   [[nodiscard]] bool EndKeeping();
   [[nodiscard]] const archive::Place& ArchivePlace() const { return archive_.place; }
+  // Where set-ups are kept; empty where no folder is known.
+  [[nodiscard]] const std::filesystem::path& SetupFolder() const { return surroundings_.setups; }
   // Whether Ctrl-C was pressed since last asked.
   [[nodiscard]] bool Interrupted() const { return surroundings_.interrupted(); }
   [[nodiscard]] const std::string& Bench() const { return surroundings_.bench; }

@@ -35,6 +35,13 @@ class Files {
   // Puts a file with this content in place, whole or not at all, whatever stood there before.
   // Throws RuntimeError with path and reason when it cannot; an earlier file is then untouched.
   virtual void ReplaceWhole(const std::filesystem::path& file, std::string_view content) = 0;
+
+  // Makes a folder with those above it, where they are missing. Throws RuntimeError with path and
+  // reason.
+  virtual void MakeFolder(const std::filesystem::path& folder) = 0;
+
+  // Removes a file; one that is gone already is no fault. Throws RuntimeError with path and reason.
+  virtual void Remove(const std::filesystem::path& file) = 0;
 };
 
 // Where the files that the user works with are kept: beside the program, or with the user's

@@ -51,7 +51,8 @@ Station::Station(const StationSite& site, Connection connection)
       loop_(site.clock, site.watch.interrupted),
       road_({site.clock, loop_, pointer_, messages_, site.files, site.locale, site.hardware}),
       recorder_(core_, loop_, end_, site_.watch),
-      bands_(core_, loop_, messages_, end_, site_.watch) {
+      bands_(core_, loop_, messages_, end_, site_.watch),
+      setups_(core_, loop_, end_, site_.watch) {
   ResetProgramNames();
   SetColours();
   core_.delay.SkipCalibration();

@@ -16,6 +16,7 @@
 #include "station/result.h"
 #include "station/sensor_bands.h"
 #include "station/sensor_road.h"
+#include "station/sensor_setups.h"
 #include "station/unattended_loop.h"
 #include "station/watch.h"
 
@@ -77,6 +78,9 @@ class Station {
   // The alarm bands in its flash.
   [[nodiscard]] SensorBands& Bands() { return bands_; }
 
+  // Its whole configuration.
+  [[nodiscard]] SensorSetups& Setups() { return setups_; }
+
   // A register by its name, in any case, or every readable one that is not reserved.
   Result<RegisterValue> ReadRegister(const std::string& name);
   Result<std::vector<RegisterValue>> ReadRegisters();
@@ -131,6 +135,7 @@ class Station {
   Core& core_ = road_.core;
   Recorder recorder_;
   SensorBands bands_;
+  SensorSetups setups_;
 };
 
 }  // namespace kestrel

@@ -15,6 +15,9 @@
 
 #include "alarms/alarm_file.h"
 #include "cli/program.h"
+#include "record/utc_time.h"
+#include "regmap/register_table.h"
+#include "setup/setup_file.h"
 #include "simulator/simulated_hardware.h"
 #include "support/absent_hardware.h"
 #include "support/fake_clock.h"
@@ -46,6 +49,16 @@ const Case kCases[] = {
     {"help_bands", {"bands", "--help"}, {}},
     {"help_registers", {"registers", "--help"}, {}},
     {"help_command", {"command", "--help"}, {}},
+    {"help_setup", {"setup", "--help"}, {}},
+    {"help_setup_restore", {"setup", "restore", "--help"}, {}},
+    {"setup_save", {"--simulate", "--scenario", "bearing-fault", "setup", "save", "pump"}, {}},
+    {"setup_diff", {"--simulate", "setup", "diff", "--file", "/data/pump.json"}, {}},
+    {"setup_diff_json", {"--simulate", "--json", "setup", "diff", "--file", "/data/pump.json"}, {}},
+    {"setup_restore", {"--simulate", "setup", "restore", "--file", "/data/pump.json"}, {}},
+    {"setup_restore_json",
+     {"--simulate", "--json", "setup", "restore", "--file", "/data/pump.json", "--flash"},
+     {}},
+    {"setup_show", {"setup", "show", "--file", "/data/pump.json"}, {}},
     {"version", {"--version"}, {}},
     {"nothing", {}, {}},
     {"unknown", {"fly"}, {}},
@@ -198,8 +211,17 @@ class GoldenBench : public testing::Test {
     Put("AlarmSpectrum_beyond.csv", AlarmFileText(table));
     Put("AlarmSpectrum_bad.csv", AlarmFileText(BandTable{}) + "9,1,0,0,0,0,0,0,0,0\r\n");
     Put("pump_6.csv", "earlier");
+    Put("pump.json", SetupText());
   }
   ~GoldenBench() override { ResetProgram(); }
+
+  static std::string SetupText() {
+    BuildRegisterTable();
+    setup::Setup saved{.name = "pump", .when = *UtcFrom("2024-03-14T08:26"), .product = 31407};
+    saved.registers = {5, 0, 0, 16, 0, 0x010A, 2700, 0, 0x000F, 0x0107, 0, 0x2020};
+    saved.Band(1, 2) = {40, 52, 120, 120, 120, 200, 200, 200};
+    return SetupFileText(saved);
+  }
 
   void Put(const std::string& name, const std::string& content) {
     files_.contents["/data/" + name] = content;
@@ -217,7 +239,8 @@ class GoldenBench : public testing::Test {
                                                 .hardware = hardware_,
                                                 .interrupted = [&] { return Interrupted(); },
                                                 .out = out,
-                                                .error = error});
+                                                .error = error,
+                                                .setups = "/data/setups"});
     std::string text = "kestrel-cli";
     for (const std::string& word : arguments) text += " " + word;
     text += "\n=== exit code " + std::to_string(static_cast<int>(end)) + "\n=== output\n" +

@@ -40,7 +40,8 @@ class ProgramBench : public testing::Test {
                                   .error = error,
                                   .showProgress = showProgress,
                                   .usualArchive = usualArchive,
-                                  .bench = "bench 1"});
+                                  .bench = "bench 1",
+                                  .setups = setups});
   }
 
   // On the simulated sensor.
@@ -63,8 +64,9 @@ class ProgramBench : public testing::Test {
   UnusedDriverService service;
   std::function<bool()> interrupted = [] { return false; };
   bool showProgress = false;
-  archive::Place usualArchive{};  // none: nothing is kept
-  std::string portDevice;         // that the program asked for
+  archive::Place usualArchive{};   // none: nothing is kept
+  std::filesystem::path setups{};  // none: nowhere
+  std::string portDevice;          // that the program asked for
   std::ostringstream out;
   std::ostringstream error;
 };

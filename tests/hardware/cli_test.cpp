@@ -64,6 +64,16 @@ TEST_F(CliOverUsb, TheBoardsAreListed) {
   EXPECT_EQ(json[1]["type"], "MCP");
 }
 
+TEST_F(CliOverUsb, ASetupGoesThereAndBackThroughTheBoard) {
+  bus.Plug(Board(1, "1", 4, 0xED03));
+  ASSERT_EQ(Run({"setup", "save", "--file", "/pump.json"}), ExitCode::Success) << error.str();
+  ASSERT_EQ(Run({"registers", "write", "ALM_CTRL", "0x0107"}), ExitCode::Success) << error.str();
+  ASSERT_EQ(Run({"setup", "diff", "--file", "/pump.json"}), ExitCode::Different) << error.str();
+  EXPECT_NE(out.str().find("ALM_CTRL, Response Delay: saved 0, now 1"), std::string::npos);
+  ASSERT_EQ(Run({"setup", "restore", "--file", "/pump.json"}), ExitCode::Success) << error.str();
+  EXPECT_EQ(Run({"setup", "diff", "--file", "/pump.json"}), ExitCode::Success) << out.str();
+}
+
 TEST_F(CliOverUsb, WithNothingAttachedItEndsWithACodeOfItsOwn) {
   EXPECT_EQ(Run({"status"}), ExitCode::NoSensor);
 }

@@ -247,5 +247,18 @@ TEST_F(ReplaceWhole, NoDescriptorStaysOpen) {
   EXPECT_EQ(count(), before);
 }
 
+TEST_F(ReplaceWhole, FoldersAreMadeAndFilesRemoved) {
+  const TemporaryFolder home;
+  const fs::path folder = home.path() / "kestrel" / "setups";
+  files_.MakeFolder(folder);
+  files_.MakeFolder(folder);
+  files_.ReplaceWhole(folder / "pump", "content");
+  EXPECT_THROW(files_.MakeFolder(folder / "pump"), RuntimeError) << "a file is in the way";
+  files_.Remove(folder / "pump");
+  EXPECT_FALSE(fs::exists(folder / "pump"));
+  files_.Remove(folder / "pump");
+  EXPECT_THROW(files_.Remove(home.path() / "kestrel"), RuntimeError) << "it holds another folder";
+}
+
 }  // namespace
 }  // namespace kestrel

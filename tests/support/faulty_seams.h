@@ -158,6 +158,14 @@ class FaultyFiles : public Files {
     count_.Note("Files::ReplaceWhole");
     inner_.ReplaceWhole(file, content);
   }
+  void MakeFolder(const std::filesystem::path& folder) override {
+    count_.Note("Files::MakeFolder");
+    inner_.MakeFolder(folder);
+  }
+  void Remove(const std::filesystem::path& file) override {
+    count_.Note("Files::Remove");
+    inner_.Remove(file);
+  }
 
  private:
   Files& inner_;

@@ -49,6 +49,15 @@ class MemoryFiles : public Files {
     contents[file] = content;
   }
 
+  void MakeFolder(const std::filesystem::path& folder) override {
+    if (!failure.empty()) throw RuntimeError(folder.string() + ": " + failure);
+  }
+
+  void Remove(const std::filesystem::path& file) override {
+    if (!failure.empty()) throw RuntimeError(file.string() + ": " + failure);
+    contents.erase(file);
+  }
+
   std::map<std::filesystem::path, std::string> contents;
   std::set<std::filesystem::path> readOnly;  // folders
   std::string failure;  // reason why no file can be written; empty when they can

@@ -2,14 +2,14 @@
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
-  local commands="capture registers bands command record status adapters archive trend"
+  local commands="capture registers bands command record status adapters archive trend setup"
   local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters | archive | trend)
+      capture | registers | bands | command | record | status | adapters | archive | trend | setup)
         [ -n "$command" ] || command=$word ;;
-      list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import) action=$word ;;
+      list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore) action=$word ;;
     esac
   done
   case $previous in
@@ -24,7 +24,7 @@ _kestrel_cli() {
     --format) words="uff58 uff58b wav mat csv json" ;;
     --axis) words="X Y Z" ;;
     --kind) words="spectrum time" ;;
-    --archive | --into) COMPREPLY=($(compgen -f -- "$current")); return ;;
+    --archive | --into | --file) COMPREPLY=($(compgen -f -- "$current")); return ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
     --out) COMPREPLY=($(compgen -d -- "$current")); return ;;
     *)
@@ -45,6 +45,12 @@ _kestrel_cli() {
         trend:) words="rms peak temperature supply --axis --low --high --near --within --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
         archive:export) words="--format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
+          COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
+        setup:) words="save diff restore list show delete export import" ;;
+        setup:save) words="--file --replace --help" ;;
+        setup:diff | setup:show) words="--file --help" ;;
+        setup:restore) words="--file --flash --keep-nulls --help" ;;
+        setup:export | setup:import) words="--replace --name --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         archive:rescue) words="--into --help" ;;
         status:) words="--clear --help" ;;

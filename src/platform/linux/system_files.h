@@ -23,6 +23,8 @@ class SystemFiles : public Files {
   // A new file gets the user's default permissions, an earlier one's are kept. The content is on
   // the disk before it takes the earlier file's place.
   void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override;
+  void MakeFolder(const std::filesystem::path& folder) override;
+  void Remove(const std::filesystem::path& file) override;
 };
 
 }  // namespace kestrel

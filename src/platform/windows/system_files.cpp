@@ -159,4 +159,16 @@ void SystemFiles::ReplaceWhole(const fs::path& file, std::string_view content) {
   }
 }
 
+void SystemFiles::MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) throw RuntimeError(folder.string() + ": " + error.message());
+}
+
+void SystemFiles::Remove(const fs::path& file) {
+  std::error_code error;
+  fs::remove(file, error);
+  if (error) throw RuntimeError(file.string() + ": " + error.message());
+}
+
 }  // namespace kestrel

@@ -19,6 +19,8 @@ class SystemFiles : public Files {
   [[nodiscard]] std::vector<std::string> List(const std::filesystem::path& folder) override;
   // The content is on the disk before it takes the earlier file's place.
   void ReplaceWhole(const std::filesystem::path& file, std::string_view content) override;
+  void MakeFolder(const std::filesystem::path& folder) override;
+  void Remove(const std::filesystem::path& file) override;
 };
 
 }  // namespace kestrel
