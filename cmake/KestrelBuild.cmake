@@ -72,6 +72,20 @@ function(kestrel_folder name)
   endif()
 endfunction()
 
+# kestrel_discover(TARGET [FILTER tests] [PROPERTIES ...]): each test of a program by itself. Under the
+# sanitizers a program takes longer to start than most of its tests do: there all run together.
+function(kestrel_discover target)
+  cmake_parse_arguments(ARG "" "FILTER" "PROPERTIES" ${ARGN})
+  if(KESTREL_SANITIZE)
+    add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 "--gtest_filter=${ARG_FILTER}")
+    set_tests_properties(${target} PROPERTIES TIMEOUT 3000 ${ARG_PROPERTIES})
+  elseif(ARG_PROPERTIES)
+    gtest_discover_tests(${target} TEST_FILTER "${ARG_FILTER}" PROPERTIES ${ARG_PROPERTIES})
+  else()
+    gtest_discover_tests(${target} TEST_FILTER "${ARG_FILTER}")
+  endif()
+endfunction()
+
 # kestrel_tests(NAME [SERVER] LINKS libraries...): one test program of every *_test.cpp in the folder. Most
 # of the time it takes to compile a test is the framework's headers, which are compiled once for all
 # folders. With SERVER the tests whose names hold "OnAServer" run together beside a database server.
@@ -82,10 +96,10 @@ function(kestrel_tests name)
   target_link_libraries(test_${name} PRIVATE ${ARG_LINKS} kestrel_test_support GTest::gmock_main)
   target_precompile_headers(test_${name} REUSE_FROM kestrel_test_headers)
   if(NOT ARG_SERVER)
-    gtest_discover_tests(test_${name})
+    kestrel_discover(test_${name} FILTER "*")
     return()
   endif()
-  gtest_discover_tests(test_${name} TEST_FILTER "-*OnAServer*")
+  kestrel_discover(test_${name} FILTER "-*OnAServer*")
   add_test(NAME ${name}.OnAServer
     COMMAND ${PROJECT_SOURCE_DIR}/tests/support/temporary_postgres
             $<TARGET_FILE:test_${name}> --gtest_filter=*OnAServer* --gtest_brief=1)

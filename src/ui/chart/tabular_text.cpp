@@ -53,10 +53,18 @@ TabularMeter::TabularMeter(const QFont& font)
   latin_.fill(-1);
 }
 
+double TabularMeter::WidthOfWord(const QString& text) {
+  constexpr qsizetype kMostWords = 1000;
+  if (words_.size() >= kMostWords) words_.clear();
+  auto found = words_.find(text);
+  if (found == words_.end()) found = words_.insert(text, TabularWidth(font_, text));
+  return *found;
+}
+
 double TabularMeter::WidthOf(const QString& text) {
   double width = 0;
   for (const QChar letter : text) {
-    if (letter.unicode() >= latin_.size() || letter.isLetter()) return TabularWidth(font_, text);
+    if (letter.unicode() >= latin_.size() || letter.isLetter()) return WidthOfWord(text);
     double& own = latin_[letter.unicode()];
     if (own < 0) own = letter.isDigit() && cell_ > 0 ? cell_ : metrics_.horizontalAdvance(letter);
     width += own;

@@ -4,6 +4,7 @@
 
 #include <QFont>
 #include <QFontMetricsF>
+#include <QHash>
 #include <QPainter>
 #include <QRectF>
 #include <QString>
@@ -19,7 +20,7 @@ namespace kestrel {
 }
 
 // The same of many texts in one font, for columns that follow every record: in numbers each sign is
-// measured once; in words letters move together, so that they are measured whole.
+// measured once; in words letters move together, so that they are measured whole, and remembered.
 class TabularMeter {
  public:
   explicit TabularMeter(const QFont& font);
@@ -28,10 +29,13 @@ class TabularMeter {
   [[nodiscard]] double WidthOf(const QString& text);
 
  private:
+  [[nodiscard]] double WidthOfWord(const QString& text);
+
   QFont font_;
   QFontMetricsF metrics_;
   double cell_;                    // 0 for a font whose figures are equally wide already
   std::array<double, 256> latin_;  // widths; below 0 where not measured yet
+  QHash<QString, double> words_;
 };
 
 // In the painter's pen. The text stands in the rectangle as the alignment says (horizontally left,
