@@ -52,8 +52,9 @@ class Gathering {
   explicit Gathering(TrendOf of) : of_(of) { levels_.unit = UnitOf(of); }
 
   void Add(const Placed& placed) { SeriesOf(placed).points.push_back(placed.point); }
-  void Refuse(const std::string& why) {
-    if (levels_.refused++ == 0) levels_.refusal = why;
+  void Refuse(std::int64_t id, const std::string& why) {
+    if (levels_.refused.empty()) levels_.refusal = why;
+    levels_.refused.push_back(id);
   }
   Levels Take() {
     std::ranges::stable_sort(levels_.series, std::greater{},
@@ -164,7 +165,7 @@ Levels LevelsOf(Archive& archive, const Filter& filter, const TrendChoice& choic
     if (done++ % kAskedEvery == 0 && !goOn(done - 1, all)) return {.whole = false};
     std::string why = "the record cannot carry this level";
     if (IsWorkedOut(choice.of)) why = WorkOut(archive, choice, axes, placed);
-    placed.IsKnown() ? gathering.Add(placed) : gathering.Refuse(why);
+    placed.IsKnown() ? gathering.Add(placed) : gathering.Refuse(placed.point.id, why);
   }
   return gathering.Take();
 }
@@ -198,7 +199,7 @@ Trend TrendFor(Archive& archive, const Filter& filter, const TrendChoice& choice
   const Axis axis = IsOfAxis(choice.of) ? choice.axis : Axis::X;
   Levels levels = LevelsOf(archive, filter, choice, std::array{axis}, goOn);
   Trend trend{.unit = std::move(levels.unit),
-              .refused = levels.refused,
+              .refused = static_cast<std::int64_t>(levels.refused.size()),
               .refusal = std::move(levels.refusal),
               .whole = levels.whole};
   for (const LevelSeries& series : levels.series) {

@@ -94,7 +94,7 @@ struct LevelSeries {
 struct Levels {
   std::vector<LevelSeries> series{};
   std::string unit{};
-  std::int64_t refused = 0;
+  std::vector<std::int64_t> refused{};  // ids
   std::string refusal{};
   bool whole = true;
 };

@@ -104,7 +104,7 @@ std::string Apart(const archive::Levels& levels, std::size_t chosen, const Level
 
 std::string WhyNone(const archive::Levels& levels, const Level& level, bool isFiltered) {
   if (!levels.series.empty()) return {};
-  if (levels.refused > 0) {
+  if (!levels.refused.empty()) {
     return "No record carries \"" + TitleOf(level) + "\": " + levels.refusal +
            ". Choose another level.";
   }

@@ -150,35 +150,6 @@ PlotLane AlarmLane(const Data& data) {
 
 }  // namespace
 
-Points Data::Shown() const {
-  return series < levels.series.size() ? Points(levels.series[series].points) : Points();
-}
-
-void Data::Choose(std::size_t which) {
-  series = which;
-  gaps = GapsIn(Shown());
-  events = EventsIn(Shown(), gaps);
-  temperatureGaps = GapsIn(TemperaturePoints(*this));
-}
-
-std::optional<std::size_t> Data::Nearest(double x) const {
-  const Points points = Shown();
-  if (points.empty()) return std::nullopt;
-  const auto after = std::ranges::lower_bound(
-      points, x, {}, [this](const LevelPoint& point) { return Across(point); });
-  const auto index = static_cast<std::size_t>(after - points.begin());
-  if (index == 0) return 0;
-  if (index == points.size()) return index - 1;
-  return x - Across(points[index - 1]) < Across(points[index]) - x ? index - 1 : index;
-}
-
-std::optional<std::size_t> Data::Find(std::int64_t id) const {
-  const Points points = Shown();
-  const auto found = std::ranges::find(points, id, &LevelPoint::id);
-  if (found == points.end()) return std::nullopt;
-  return static_cast<std::size_t>(found - points.begin());
-}
-
 Limits LimitsOf(const Data& data, const Choice& choice,
                 const std::array<analysis::SensorBand, 6>* bands) {
   Limits limits = choice.limits;

@@ -10,31 +10,9 @@
 #include "analysis/band_levels.h"
 #include "chart/plot_scene.h"
 #include "trend/choice.h"
-#include "trend/parts.h"
+#include "trend/data.h"
 
 namespace kestrel::trend {
-
-// What was read of an archive, and what is worked out of it once.
-struct Data {
-  archive::Levels levels = {};
-  archive::Levels temperature = {};  // of all records that fit; one series, or none
-  std::size_t series = 0;            // the one that is shown
-  std::vector<Gap> gaps = {};        // of it
-  std::vector<Gap> temperatureGaps = {};
-  std::vector<AlarmEvent> events = {};
-  double start = 0;  // seconds since 1970 where the picture's axis is 0
-
-  // Of the series that is shown; none where there is none.
-  [[nodiscard]] Points Shown() const;
-  [[nodiscard]] double Across(const archive::LevelPoint& point) const {
-    return SecondsOf(point.time) - start;
-  }
-  // Shows another series and works out its gaps and events.
-  void Choose(std::size_t which);
-  // The point nearest to a place along the picture's axis.
-  [[nodiscard]] std::optional<std::size_t> Nearest(double x) const;
-  [[nodiscard]] std::optional<std::size_t> Find(std::int64_t id) const;
-};
 
 // Thresholds that apply to the level: the user's own, else those of the sensor's band for the focus
 // axis, scaled by the range of the newest point. `bands` are those of the level's option and the

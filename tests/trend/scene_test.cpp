@@ -167,6 +167,28 @@ TEST(TrendData, TheNearestRecordIsFound) {
   EXPECT_FALSE(Data().Nearest(0));
 }
 
+TEST(TrendData, RecordsThatComeLaterAreAddedAndThoseKnownBetterReplaced) {
+  Data data = DataOf({SeriesOf({{0, 1}, {60, 2}, {120, 3}})});
+  data.levels.refused = {7};
+  EXPECT_EQ(data.Count(), 4);
+  archive::Levels more;
+  more.series.push_back(SeriesOf({{120, 3, 1 << 8}, {180, 4}}));
+  more.series[0].points[0].id = 3;
+  more.series[0].points[1].id = 8;
+  more.series.push_back(SeriesOf({{240, 1}}));
+  more.series[1].option = 2;
+  more.series[1].points[0].id = 9;
+  more.refused = {7, 10};
+  data.Add(more, {});
+  EXPECT_EQ(data.Count(), 7);
+  ASSERT_EQ(data.Shown().size(), 4U);
+  EXPECT_EQ(data.Shown()[2].alarms[2], 1 << 8);
+  EXPECT_EQ(data.Shown()[3].id, 8);
+  ASSERT_EQ(data.events.size(), 1U) << "worked out anew";
+  EXPECT_EQ(data.levels.series.size(), 2U);
+  EXPECT_EQ(data.Newest(), MomentAt(240));
+}
+
 TEST(TrendLine, SaysWhatIsSeen) {
   const Data data = Minutes();
   EXPECT_EQ(LineOf(data, OfBand3(), {-1e9, 1e9}, kUtc),
@@ -214,7 +236,7 @@ TEST(TrendWhyNone, NamesTheReasonAndTheCure) {
   archive::Levels levels;
   EXPECT_THAT(WhyNone(levels, {}, false), HasSubstr("will stand here"));
   EXPECT_THAT(WhyNone(levels, {}, true), HasSubstr("Show all"));
-  levels.refused = 4;
+  levels.refused = {1, 2, 3, 4};
   levels.refusal = "a time record has no bands";
   EXPECT_EQ(WhyNone(levels, {.of = TrendOf::BandRms, .name = "Band 3"}, false),
             "No record carries \"Band 3 RMS\": a time record has no bands. Choose another level.");

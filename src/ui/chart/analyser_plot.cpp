@@ -115,9 +115,9 @@ void AnalyserPlot::GoForward() {
   emit ViewChanged();
 }
 
-void AnalyserPlot::ShowAcross(const PlotRange& range) {
+void AnalyserPlot::ShowAcross(const PlotRange& range, bool isRemembered) {
   navigator_.PutAcross(range);
-  Changed(true);
+  Changed(isRemembered);
 }
 
 void AnalyserPlot::ZoomAcross(double factor) {

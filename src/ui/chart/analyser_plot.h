@@ -78,7 +78,8 @@ class AnalyserPlot : public QWidget {
   void ShowAll();
   void GoBack();
   void GoForward();
-  void ShowAcross(const PlotRange& range);
+  // Not remembered, it becomes a view to come back to when it has come to rest.
+  void ShowAcross(const PlotRange& range, bool isRemembered = true);
   void ZoomAcross(double factor);  // about the cursor, otherwise the middle
   void ZoomUp(double factor);      // all panes, about their lower end or their middle
 

@@ -155,6 +155,13 @@ void Library::Load(std::vector<ArchiveId> ids, Taken taken) {
       std::move(taken));
 }
 
+void Library::Read(Work work) {
+  CancelRead();
+  Ask<std::function<void()>>(Rank::Find, std::move(work), [](const std::function<void()>& deed) {
+    if (deed) deed();
+  });
+}
+
 void Library::Change(Deed deed) {
   Ask<bool>(
       Rank::Change,

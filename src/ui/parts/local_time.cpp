@@ -13,4 +13,8 @@ QString LocalTime(std::chrono::system_clock::time_point time) {
   return local.toString(isToday ? "HH:mm:ss" : "yyyy-MM-dd HH:mm:ss");
 }
 
+std::int64_t LocalOffset(std::int64_t utc) {
+  return QDateTime::fromSecsSinceEpoch(utc).offsetFromUtc();
+}
+
 }  // namespace kestrel
