@@ -69,7 +69,7 @@ std::vector<Setting> PictureSettings() {
   const Words scales{"linear", "logarithmic"};
   return {
       Word("view", [](auto& c) -> auto& { return c.view; },
-           {"spectrum", "time", "waterfall", "library"}),
+           {"spectrum", "time", "waterfall", "library", "trend"}),
       Word(
           "scale up", [](auto& c) -> auto& { return c.up; }, scales),
       Word(

@@ -27,7 +27,8 @@ void Merge(Levels& all, Levels more) {
   }
   std::erase_if(all.refused, [&](std::int64_t id) { return known.contains(id); });
   for (LevelSeries& series : more.series) {
-    auto into = std::ranges::find_if(all.series, [&](auto& other) { return IsSame(other, series); });
+    auto into =
+        std::ranges::find_if(all.series, [&](auto& other) { return IsSame(other, series); });
     if (into == all.series.end()) {
       all.series.push_back(std::move(series));
       continue;
@@ -72,8 +73,8 @@ void Data::Choose(std::size_t which) {
   series = which;
   gaps = GapsIn(Shown());
   events = EventsIn(Shown(), gaps);
-  temperatureGaps = temperature.series.empty() ? std::vector<Gap>()
-                                               : GapsIn(temperature.series.front().points);
+  temperatureGaps =
+      temperature.series.empty() ? std::vector<Gap>() : GapsIn(temperature.series.front().points);
 }
 
 std::optional<std::size_t> Data::Nearest(double x) const {

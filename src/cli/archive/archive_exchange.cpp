@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/word_choice.h"
+#include "exchange/kept_note.h"
 #include "numeric/hash.h"
 #include "record/utc_time.h"
 
@@ -17,7 +18,6 @@ namespace kestrel {
 namespace {
 
 using archive::Archive;
-using archive::KeptRecord;
 using archive::NewRecord;
 
 // More than any file that a hundred thousand records make.
@@ -27,18 +27,6 @@ std::vector<std::string> FormatNames() {
   std::vector<std::string> names;
   for (const auto format : exchange::kExportFormats) names.push_back(NameOf(format));
   return names;
-}
-
-exchange::NotedRecord Noted(KeptRecord kept) {
-  archive::Remarks& remarks = kept.remarks;
-  return {.record = std::move(kept.record),
-          .note = {.machine = std::move(remarks.machine),
-                   .point = std::move(remarks.point),
-                   .orientation = std::move(remarks.orientation),
-                   .speedRpm = remarks.rpm,
-                   .note = std::move(remarks.note),
-                   .tags = std::move(remarks.tags),
-                   .program = std::move(kept.program)}};
 }
 
 // The same content is the same record, however often it is brought in.
@@ -69,7 +57,7 @@ void ExportWord::Run(Session& session, const Output& output, Archive& archive) c
   for (const std::int64_t id : ids_) {
     auto kept = archive.Get(id);
     if (!kept) throw RuntimeError("There is no record " + std::to_string(id) + " in the archive.");
-    records.push_back(Noted(std::move(*kept)));
+    records.push_back(exchange::Noted(std::move(*kept)));
   }
   const auto content = Exported(records, *exchange::FormatNamed(format_));
   if (!content) throw RuntimeError(content.Why().Text());

@@ -3,8 +3,6 @@
 #include "ui/analyser/frmAnalyser.h"
 
 #include <QApplication>
-#include <QCloseEvent>
-#include <QDialog>
 #include <QMenuBar>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -21,6 +19,11 @@ namespace kestrel {
 namespace {
 
 constexpr QSize kUsualSize{1280, 800};
+
+// With controls of its own.
+bool IsOfArchive(study::View view) {
+  return view == study::View::Library || view == study::View::Trend;
+}
 
 // As high as what is in it, and as the scroll bar where it is narrow. The height is set, not
 // hinted: a hint that depends on the width comes too late for the layout that asks for it.
@@ -84,6 +87,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       area_(new PlotArea(model_)),
       waterfall_(new WaterfallArea(model_)),
       library_(new LibraryView(model_, host_.keeper)),
+      trend_(new TrendView(model_, host_.keeper)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
       known_(new KnownPanel(model_)),
@@ -115,6 +119,7 @@ void frmAnalyser::LayOut() {
   views_->addWidget(area_);
   views_->addWidget(waterfall_);
   views_->addWidget(library_);
+  views_->addWidget(trend_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -172,6 +177,11 @@ void frmAnalyser::Connect() {
   connect(&model_, &StudyModel::Changed, this, &frmAnalyser::Refresh);
   connect(library_, &LibraryView::Said, this,
           [this](const QString& text) { statusBar()->showMessage(text); });
+  OfferRecords();
+  connect(trend_, &TrendView::Said, this,
+          [this](const QString& text) { statusBar()->showMessage(text); });
+  connect(trend_, &TrendView::CopyAsked, this, &frmAnalyser::Copy);
+  connect(trend_, &TrendView::ExportAsked, this, &frmAnalyser::AskExport);
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,
           [this](int option) { host_.captureAtOption(option); });
@@ -207,26 +217,37 @@ void frmAnalyser::Refresh() {
   ShowConditions();
 }
 
-// The library needs all the room there is: its docks are hidden until the user wants them.
+// Views of the archive need all the room there is: docks are hidden until the user wants them.
 void frmAnalyser::ShowView(study::View view) {
   dockStates_[view_] = saveState(kDocksVersion);
-  const bool wasLibrary = std::exchange(view_, view) == study::View::Library;
-  const bool isLibrary = view == study::View::Library;
+  const bool wasOfArchive = IsOfArchive(std::exchange(view_, view));
+  const bool isOfArchive = IsOfArchive(view);
   const auto kept = dockStates_.find(view);
   if (kept != dockStates_.end()) {
     restoreState(kept->second, kDocksVersion);
-  } else if (isLibrary || wasLibrary) {
-    for (AnalyserDock* dock : docks_) dock->setVisible(!isLibrary);
+  } else if (isOfArchive || wasOfArchive) {
+    for (AnalyserDock* dock : docks_) dock->setVisible(!isOfArchive);
   }
-  toolBar_->setVisible(!isLibrary);
+  toolBar_->setVisible(!isOfArchive);
   menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
-  const bool isWaterfall = view == study::View::Waterfall;
-  views_->setCurrentWidget(isLibrary     ? static_cast<QWidget*>(library_)
-                           : isWaterfall ? static_cast<QWidget*>(waterfall_)
-                                         : area_);
+  views_->setCurrentWidget(WidgetOf(view));
+}
+
+QWidget* frmAnalyser::WidgetOf(study::View view) const {
+  switch (view) {
+    case study::View::Library:
+      return library_;
+    case study::View::Trend:
+      return trend_;
+    case study::View::Waterfall:
+      return waterfall_;
+    default:
+      return area_;
+  }
 }
 
 AnalyserPlot& frmAnalyser::Plot() const {
+  if (view_ == study::View::Trend) return trend_->Plot();
   return view_ == study::View::Waterfall ? waterfall_->Plot() : area_->Plot();
 }
 
@@ -252,7 +273,8 @@ void frmAnalyser::ShowInFront() {
   setWindowState(windowState() & ~Qt::WindowMinimized);
   raise();
   activateWindow();
-  view_ == study::View::Library ? library_->FocusList() : area_->Plot().setFocus();
+  if (view_ == study::View::Library) return library_->FocusList();
+  view_ == study::View::Trend ? trend_->FocusPlot() : area_->Plot().setFocus();
 }
 
 void frmAnalyser::TakeColours() {
@@ -264,24 +286,6 @@ void frmAnalyser::TakeColours() {
 bool frmAnalyser::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::ApplicationPaletteChange && watched == qApp) TakeColours();
   return QMainWindow::eventFilter(watched, event);
-}
-
-void frmAnalyser::ShowConditions() {
-  const auto* shown = model_.Get().Shown();
-  if (shown == nullptr) {
-    lblConditions_->clear();
-    return;
-  }
-  const Conditions& conditions = shown->record->conditions;
-  lblConditions_->setText(tr("Supply %1 V    %2 °C")
-                              .arg(locale().toString(conditions.supplyV, 'f', 3),
-                                   locale().toString(conditions.temperatureC, 'f', 1)));
-}
-
-void frmAnalyser::closeEvent(QCloseEvent* event) {
-  Keep();
-  for (QDialog* dialog : findChildren<QDialog*>()) dialog->close();
-  QMainWindow::closeEvent(event);
 }
 
 }  // namespace kestrel

@@ -8,6 +8,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
 
 #include "seams/files.h"
 #include "ui/analyser/analyser_dock.h"
@@ -19,9 +20,11 @@
 #include "ui/analyser/waterfall_area.h"
 #include "ui/chart/theme.h"
 #include "ui/library/library_view.h"
+#include "ui/library/record_export.h"
 #include "ui/machine/known_panel.h"
 #include "ui/machine/severity_panel.h"
 #include "ui/study/study_model.h"
+#include "ui/trend/trend_view.h"
 
 namespace kestrel {
 
@@ -51,6 +54,7 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] StudyModel& Model() { return model_; }
   [[nodiscard]] PlotArea& Area() { return *area_; }
   [[nodiscard]] LibraryView& Library() { return *library_; }
+  [[nodiscard]] TrendView& Trend() { return *trend_; }
 
   // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
   void SetSensor(const QString& text, const QString& detail);
@@ -60,7 +64,8 @@ class frmAnalyser : public QMainWindow {
 
   void ShowInFront();
   void ChooseView(study::View view);
-  // Writes the plot into a file; says in the status bar how that went.
+  // Writes the plot into a file, a trend also as a table (csv); says in the status bar how that
+  // went.
   bool Export(const QString& file);
   void Copy();
 
@@ -81,6 +86,7 @@ class frmAnalyser : public QMainWindow {
   void Connect();
   void Refresh();
   void ShowView(study::View view);
+  [[nodiscard]] QWidget* WidgetOf(study::View view) const;
   // The plot of the view that is shown.
   [[nodiscard]] AnalyserPlot& Plot() const;
   void TakeColours();
@@ -90,8 +96,11 @@ class frmAnalyser : public QMainWindow {
   void AskMarker(double hz);
   void AskBand();
   void AskExport();
+  void OfferRecords();
   // The view that is shown, as the content of a picture file.
-  [[nodiscard]] QByteArray PictureFileOf(const QString& ending);
+  [[nodiscard]] QByteArray FileOf(const QString& ending);
+  // Of the files that the view can be written into.
+  [[nodiscard]] QStringList Endings() const;
   void ToggleCapture();
   void NextPane(int step);
   void ShowPlotAlone(bool isAlone);
@@ -108,6 +117,8 @@ class frmAnalyser : public QMainWindow {
   PlotArea* area_;
   WaterfallArea* waterfall_;
   LibraryView* library_;
+  TrendView* trend_;
+  std::unique_ptr<RecordExport> records_;  // none without an archive
   QStackedWidget* views_;
   QLabel* lblConditions_;
   KnownPanel* known_;

@@ -1,9 +1,7 @@
-// The analyser's menus and keys, pictures, markers, and what a restart remembers.
+// The analyser's menus and keys, markers, and what a restart remembers.
 // SPDX-License-Identifier: MIT
-#include <QClipboard>
-#include <QFileDialog>
-#include <QFileInfo>
-#include <QGuiApplication>
+#include <QCloseEvent>
+#include <QDialog>
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -12,19 +10,15 @@
 #include <algorithm>
 #include <array>
 
-#include "numeric/runtime_error.h"
 #include "study/choice_text.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/analyser/kept_settings.h"
 #include "ui/analyser/plot_menu.h"
-#include "ui/analyser/widget_picture.h"
 #include "ui/machine/band_dialog.h"
 #include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {
-
-constexpr int kSaidMs = 6000;
 
 QString StateKey(study::View view) {
   return QStringLiteral("docks/%1").arg(static_cast<int>(view));
@@ -44,7 +38,8 @@ void frmAnalyser::AddMenus() {
   close->setShortcut(QKeySequence::Close);
 
   QMenu* view = bar->addMenu(tr("&View"));
-  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall"), tr("&Library")};
+  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall"), tr("&Library"),
+                         tr("T&rend")};
   for (int i = 0; i < static_cast<int>(views.size()); ++i) {
     QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
     action->setObjectName(QStringLiteral("mnuView%1").arg(i));
@@ -117,10 +112,8 @@ void frmAnalyser::AddKeys() {
   AddKey(Qt::Key_F6, [this] { NextPane(1); });
   AddKey(Qt::SHIFT | Qt::Key_F6, [this] { NextPane(-1); });
   AddKey(QKeySequence::Find, [this] {
-    if (view_ == study::View::Library) {
-      library_->FocusFilter();
-      return;
-    }
+    if (view_ == study::View::Library) return library_->FocusFilter();
+    if (view_ == study::View::Trend) return trend_->FocusFilter();
     if (auto* filter = findChild<QLineEdit*>("txtFilterRecords")) filter->setFocus();
   });
   AddKey(Qt::CTRL | Qt::Key_E, [this] { AskExport(); });
@@ -162,71 +155,6 @@ void frmAnalyser::ShowPlotAlone(bool isAlone) {
   for (AnalyserDock* dock : docks_) dock->hide();
 }
 
-void frmAnalyser::Copy() {
-  if (view_ == study::View::Library) {
-    statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
-    return;
-  }
-  if (view_ == study::View::Waterfall) {
-    QGuiApplication::clipboard()->setImage(PictureOf(*waterfall_, Text(area_->Source()), 2));
-  } else {
-    CopyPicture(area_->Picture());
-  }
-  statusBar()->showMessage(tr("The picture is on the clipboard."), kSaidMs);
-}
-
-void frmAnalyser::AskExport() {
-  if (view_ == study::View::Library) {
-    statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
-    return;
-  }
-  auto* dialog = new QFileDialog(this, tr("Export picture"));
-  dialog->setObjectName("askExport");
-  dialog->setAttribute(Qt::WA_DeleteOnClose);
-  dialog->setAcceptMode(QFileDialog::AcceptSave);
-  QStringList kinds;
-  for (const QString& ending : PictureEndings()) {
-    kinds << QStringLiteral("%1 (*.%2)").arg(ending.toUpper(), ending);
-  }
-  dialog->setNameFilters(kinds);
-  dialog->setDefaultSuffix(PictureEndings().constFirst());
-  connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& kind) {
-    dialog->setDefaultSuffix(kind.section(' ', 0, 0).toLower());
-  });
-  connect(dialog, &QFileDialog::fileSelected, this, [this](const QString& file) { Export(file); });
-  dialog->open();
-}
-
-QByteArray frmAnalyser::PictureFileOf(const QString& ending) {
-  if (view_ == study::View::Waterfall) {
-    return WidgetPictureFile(*waterfall_, Text(area_->Source()), ending);
-  }
-  const PlotPicture picture = area_->Picture();
-  return PictureFile(SheetOf(picture), ending);
-}
-
-bool frmAnalyser::Export(const QString& file) {
-  const QString ending = QFileInfo(file).suffix().toLower();
-  if (!PictureEndings().contains(ending)) {
-    statusBar()->showMessage(
-        tr("\".%1\" is no kind of picture that can be written. Choose one of %2.")
-            .arg(ending, PictureEndings().join(", ")));
-    return false;
-  }
-  const QByteArray content = PictureFileOf(ending);
-  try {
-    host_.files.ReplaceWhole(file.toStdU16String(),
-                             {content.data(), static_cast<std::size_t>(content.size())});
-  } catch (const RuntimeError& error) {
-    statusBar()->showMessage(
-        tr("The picture is not written: %1. Choose a folder that you may write in.")
-            .arg(error.what()));
-    return false;
-  }
-  statusBar()->showMessage(tr("Written: %1").arg(file), kSaidMs);
-  return true;
-}
-
 void frmAnalyser::AskMarker(double hz) {
   auto* dialog = new QInputDialog(this);
   dialog->setObjectName("askMarker");
@@ -256,8 +184,8 @@ void frmAnalyser::Restore() {
   QStringList unread = RestoreChoice(kept.value("choice").toString());
   if (kept.status() != QSettings::NoError) unread.prepend(tr("parts of %1").arg(kept.fileName()));
   restoreGeometry(kept.value("geometry").toByteArray());
-  for (const study::View view :
-       {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Library}) {
+  for (const study::View view : {study::View::Spectrum, study::View::Time, study::View::Waterfall,
+                                 study::View::Library, study::View::Trend}) {
     const QByteArray state = kept.value(StateKey(view)).toByteArray();
     if (!state.isEmpty()) dockStates_[view] = state;
   }
@@ -268,6 +196,7 @@ void frmAnalyser::Restore() {
       Text(known_->LoadLibrary(kept.value("bearings").toString().toStdString()));
   unread << bearings.split('\n', Qt::SkipEmptyParts);
   SayUnread(unread);
+  trend_->Restore(kept);
   themes_->actions().at(static_cast<int>(ThemeIn(kept)))->setChecked(true);
 }
 
@@ -295,7 +224,26 @@ void frmAnalyser::Keep() const {
   kept.setValue(StateKey(view_), saveState(kDocksVersion));
   kept.setValue("choice", Text(study::TextOf(model_.Choice())));
   kept.setValue("bearings", Text(known_->SaveLibrary()));
+  trend_->Keep(kept);
   kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
+}
+
+void frmAnalyser::ShowConditions() {
+  const auto* shown = model_.Get().Shown();
+  if (shown == nullptr) {
+    lblConditions_->clear();
+    return;
+  }
+  const Conditions& conditions = shown->record->conditions;
+  lblConditions_->setText(tr("Supply %1 V    %2 °C")
+                              .arg(locale().toString(conditions.supplyV, 'f', 3),
+                                   locale().toString(conditions.temperatureC, 'f', 1)));
+}
+
+void frmAnalyser::closeEvent(QCloseEvent* event) {
+  Keep();
+  for (QDialog* dialog : findChildren<QDialog*>()) dialog->close();
+  QMainWindow::closeEvent(event);
 }
 
 }  // namespace kestrel

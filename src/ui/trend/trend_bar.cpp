@@ -48,11 +48,10 @@ void Fill(QComboBox& list, const QString& all, const std::vector<std::string>& t
 
 TrendBar::TrendBar()
     : cmdLevel(Button("cmdTrendLevel", tr("Level: RMS"), "", tr("What is followed over time"))),
-      segVertical(new Segments(
-          "segTrendVertical", tr("Vertical axis"),
-          {{"optTrendLin", tr("Lin"), {}, tr("Linear (G)")},
-           {"optTrendLog", tr("Log"), {}, tr("Logarithmic (G)")},
-           {"optTrendDb", tr("dB"), {}, tr("Decibels re 1 g (G)")}})),
+      segVertical(new Segments("segTrendVertical", tr("Vertical axis"),
+                               {{"optTrendLin", tr("Lin"), {}, tr("Linear (G)")},
+                                {"optTrendLog", tr("Log"), {}, tr("Logarithmic (G)")},
+                                {"optTrendDb", tr("dB"), {}, tr("Decibels re 1 g (G)")}})),
       cmdLimits(Toggle("cmdTrendLimits", tr("Thresholds"), "bands",
                        tr("Lines of warning and fault (B)"))),
       cmdSetLimits(Button("cmdTrendSetLimits", tr("Set..."), "",
@@ -203,8 +202,7 @@ void TrendBar::ShowSeries(const archive::Levels& levels, std::size_t chosen,
   const QSignalBlocker blocker(cbxSeries_);
   cbxSeries_->clear();
   for (const archive::LevelSeries& series : levels.series) {
-    cbxSeries_->addItem(
-        tr("%1 (%L2)").arg(Text(NameOf(series, level))).arg(series.points.size()));
+    cbxSeries_->addItem(tr("%1 (%L2)").arg(Text(NameOf(series, level))).arg(series.points.size()));
   }
   cbxSeries_->setCurrentIndex(static_cast<int>(chosen));
   cbxSeries_->setVisible(levels.series.size() > 1);

@@ -76,9 +76,9 @@ void TrendOverview::PaintTrace(QPainter& painter) const {
   const AxisMap up(range_, AxisKind::Linear, canvas.bottom() - 2, canvas.top() + 2);
   for (const PlotGap& gap : gaps_) {
     const double left = across.ToPixel(gap.from);
-    PaintHatch(painter, look,
-               QRectF(left, canvas.top(), std::max(1.0, across.ToPixel(gap.to) - left),
-                      canvas.height()));
+    PaintHatch(
+        painter, look,
+        QRectF(left, canvas.top(), std::max(1.0, across.ToPixel(gap.to) - left), canvas.height()));
   }
   const Spread spread = SpreadInColumns(trace_.x, trace_.y, across, up);
   QColor ink = look.Ink(trace_.ink);

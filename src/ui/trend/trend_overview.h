@@ -35,7 +35,6 @@ class TrendOverview : public QWidget {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
-  void wheelEvent(QWheelEvent* event) override { event->ignore(); }
 
  private:
   enum class Grip { None, Low, High, Whole };
@@ -53,8 +52,8 @@ class TrendOverview : public QWidget {
   PlotRange range_;  // of the values
   PlotRange shown_;
   Grip grip_ = Grip::None;
-  double pressed_ = 0;   // where, along the axis
-  PlotRange before_;     // what was shown then
+  double pressed_ = 0;  // where, along the axis
+  PlotRange before_;    // what was shown then
 };
 
 }  // namespace kestrel

@@ -68,8 +68,7 @@ void TrendSource::Read(const archive::Filter& filter, bool isAll) {
     auto answer = std::make_shared<Answer>();
     answer->levels = LevelsOver(archive, filter, AskedOf(level), goOn);
     if (*stop) return {};
-    answer->temperature =
-        LevelsOver(archive, filter, {.of = archive::TrendOf::Temperature}, goOn);
+    answer->temperature = LevelsOver(archive, filter, {.of = archive::TrendOf::Temperature}, goOn);
     if (!isAll) answer->found = static_cast<std::int64_t>(archive.Find(whole).size());
     return [this, stop, answer, isAll] {
       if (!*stop) Take(std::move(*answer), isAll);

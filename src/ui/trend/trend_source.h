@@ -6,8 +6,8 @@
 #include <atomic>
 #include <memory>
 
-#include "trend/data.h"
 #include "trend/choice.h"
+#include "trend/data.h"
 #include "ui/library/library.h"
 
 namespace kestrel {
@@ -58,7 +58,7 @@ class TrendSource : public QObject {
   trend::Data data_;
   bool isRead_ = false;
   bool hasStart_ = false;
-  bool isBehind_ = false;                     // more has come while everything is read
+  bool isBehind_ = false;                    // more has come while everything is read
   std::shared_ptr<std::atomic<bool>> stop_;  // of what is read now; none while nothing is
 };
 

@@ -86,7 +86,7 @@ TrendTables::TrendTables()
   connect(&events_, &QTableView::activated, this, &TrendTables::OpenAsked);
 }
 
-void TrendTables::ShowEvents(const trend::Data& data, const trend::Choice& choice) {
+void TrendTables::ShowEvents(const trend::Data& read, const trend::Choice& choice) {
   const Look look = Look::Of(palette());
   const QString unit = Text(archive::UnitOf(choice.level.of));
   events_.SetColumns({{.head = tr("Begin"), .alignment = kLeft},
@@ -95,9 +95,9 @@ void TrendTables::ShowEvents(const trend::Data& data, const trend::Choice& choic
                       {.head = tr("Lasted")},
                       {.head = tr("Record"), .isMuted = true, .dropped = 1}});
   std::vector<Row> rows;
-  for (const trend::AlarmEvent& event : data.events) rows.push_back(RowOf(event, choice, look));
-  for (const trend::Gap& gap : data.gaps) {
-    rows.push_back(RowOf(gap, data.Shown()[gap.before].id));
+  for (const trend::AlarmEvent& event : read.events) rows.push_back(RowOf(event, choice, look));
+  for (const trend::Gap& gap : read.gaps) {
+    rows.push_back(RowOf(gap, read.Shown()[gap.before].id));
   }
   std::ranges::stable_sort(rows, std::greater{}, &Row::begin);
   std::vector<std::vector<TextCell>> cells;
@@ -107,18 +107,18 @@ void TrendTables::ShowEvents(const trend::Data& data, const trend::Choice& choic
   events_.Model().SetRows(std::move(cells));
 }
 
-void TrendTables::ShowFigures(const trend::Data& data, const trend::Choice& choice,
+void TrendTables::ShowFigures(const trend::Data& read, const trend::Choice& choice,
                               const PlotRange& across) {
   const bool isOfAxis = archive::IsOfAxis(choice.level.of);
-  figures_.SetColumns({{.head = QString(), .alignment = kLeft, .spoken = tr("Axis")},
-                       {.head = tr("Least")},
-                       {.head = tr("Mean")},
-                       {.head = tr("Median"), .dropped = 1},
-                       {.head = tr("Largest")},
-                       {.head = QStringLiteral("\u03C3"), .dropped = 2,
-                        .spoken = tr("Standard deviation")},
-                       {.head = tr("Count"), .isMuted = true, .dropped = 3}});
-  const PlotRange seconds{across.low + data.start, across.high + data.start};
+  figures_.SetColumns(
+      {{.head = QString(), .alignment = kLeft, .spoken = tr("Axis")},
+       {.head = tr("Least")},
+       {.head = tr("Mean")},
+       {.head = tr("Median"), .dropped = 1},
+       {.head = tr("Largest")},
+       {.head = QStringLiteral("\u03C3"), .dropped = 2, .spoken = tr("Standard deviation")},
+       {.head = tr("Count"), .isMuted = true, .dropped = 3}});
+  const PlotRange seconds{across.low + read.start, across.high + read.start};
   // The deviation is no level: it has no decibels.
   trend::Choice linear = choice;
   linear.up = AxisKind::Linear;
@@ -126,7 +126,7 @@ void TrendTables::ShowFigures(const trend::Data& data, const trend::Choice& choi
   std::vector<std::vector<TextCell>> rows;
   for (const Axis axis : kAxes) {
     if (isOfAxis ? !choice.Shows(axis) : axis != Axis::X) continue;
-    const auto told = StatisticsOf(data.Shown(), Index(axis), seconds);
+    const auto told = trend::StatisticsOf(read.Shown(), Index(axis), seconds);
     if (!told) continue;
     const QVariant ink = isOfAxis ? QVariant(look.inks[Index(axis)]) : QVariant();
     rows.push_back({{isOfAxis ? QString(QLatin1Char(Letter(axis))) : QString(), {}, ink},

@@ -16,9 +16,9 @@ class TrendTables : public QWidget {
  public:
   TrendTables();
 
-  void ShowEvents(const trend::Data& data, const trend::Choice& choice);
+  void ShowEvents(const trend::Data& read, const trend::Choice& choice);
   // Of what lies within a part of the axis.
-  void ShowFigures(const trend::Data& data, const trend::Choice& choice, const PlotRange& across);
+  void ShowFigures(const trend::Data& read, const trend::Choice& choice, const PlotRange& across);
   [[nodiscard]] TextTable& Events() { return events_; }
   [[nodiscard]] TextTable& Figures() { return figures_; }
   // The row of the latest event that begins at or before a moment, in s since 1970.

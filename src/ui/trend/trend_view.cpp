@@ -1,18 +1,14 @@
-// How the trend view is laid out, and what is drawn when something is other than before.
+// How the trend view is laid out, and follows archive and study.
 // SPDX-License-Identifier: MIT
 #include "ui/trend/trend_view.h"
 
-#include <QCoreApplication>
-#include <QDateTime>
-#include <QEvent>
 #include <QHBoxLayout>
 #include <QSplitter>
 #include <QVBoxLayout>
+#include <array>
 #include <utility>
 
-#include "ui/chart/look.h"
 #include "ui/parts/local_time.h"
-#include "ui/study/text_table.h"
 
 namespace kestrel {
 namespace {
@@ -21,11 +17,6 @@ constexpr int kSoonMs = 150;
 constexpr int kSettledMs = 120;
 constexpr int kLoadMs = 60;
 constexpr int kSideWidth = 330;
-
-QString CountText(std::int64_t count) {
-  return count == 1 ? TrendView::tr("1 record is left out")
-                    : TrendView::tr("%L1 records are left out").arg(count);
-}
 
 }  // namespace
 
@@ -47,9 +38,8 @@ TrendView::TrendView(StudyModel& study, RecordKeeper* keeper)
     library_ = std::make_unique<Library>(keeper_->Place());
   }
   plot_->setObjectName("trendPlot");
-  plot_->SetReader([this](double x, int) {
-    return trend::ReadOutAt(Data(), choice_, limits_, x, LocalOffset);
-  });
+  plot_->SetReader(
+      [this](double x, int) { return trend::ReadOutAt(Data(), choice_, limits_, x, LocalOffset); });
   const std::array timers{std::pair(&soon_, kSoonMs), std::pair(&settled_, kSettledMs),
                           std::pair(&load_, kLoadMs)};
   for (const auto& [timer, ms] : timers) {
@@ -172,8 +162,7 @@ void TrendView::ConnectArchive() {
 }
 
 const trend::Data& TrendView::Data() const {
-  static const trend::Data kNone;
-  return source_ ? source_->Data() : kNone;
+  return source_ ? source_->Data() : nothing_;
 }
 
 void TrendView::Ask() {
@@ -205,134 +194,14 @@ void TrendView::FollowKeeper() {
 // Axes, focus and the sensor's bands.
 void TrendView::TakeStudy() {
   const study::StudyChoice& choice = study_.Choice();
-  const bool isSame = choice_.shown == choice.shown && choice_.focus == choice.focus &&
-                      limits_ == trend::LimitsOf(Data(), choice_,
-                                                 study_.Get().BandsOf(choice_.level.option,
-                                                                      choice_.focus));
+  const bool isSame =
+      choice_.shown == choice.shown && choice_.focus == choice.focus &&
+      limits_ == trend::LimitsOf(Data(), choice_,
+                                 study_.Get().BandsOf(choice_.level.option, choice_.focus));
   if (isSame && !isBehind_) return;
   choice_.shown = choice.shown;
   choice_.focus = choice.focus;
   isVisible() ? Redraw() : static_cast<void>(isBehind_ = true);
-}
-
-void TrendView::Redraw() {
-  if (source_ && source_->IsRead()) choice_.level = source_->Level();
-  if (!source_ || !source_->IsReading()) wanted_ = choice_.level;
-  choice_.limits = typed_[TitleOf(choice_.level)];
-  const auto* bands = study_.Get().BandsOf(choice_.level.option, choice_.focus);
-  limits_ = trend::LimitsOf(Data(), choice_, bands);
-  trend::Choice shown = choice_;
-  shown.level = wanted_;
-  bar_->Show(shown);
-  bar_->ShowSeries(Data().levels, Data().series, choice_.level);
-  PlotScene scene = trend::SceneOf(Data(), choice_, limits_, LocalOffset);
-  scene.head.clear();  // stands above the plot, where it follows the view
-  scene.hint = Hint().toStdString();
-  overview_->SetTrace(trend::OverviewOf(Data(), choice_), scene.gaps, scene.across);
-  overview_->setVisible(!Data().Shown().empty());
-  plot_->SetScene(std::move(scene));
-  tables_->ShowEvents(Data(), choice_);
-  PutCursor(CursorPoint());
-  ShowNote();
-}
-
-QString TrendView::Hint() const {
-  if (!source_) return {};
-  if (!source_->Trouble().isEmpty()) return tr("What the archive holds cannot be told now.");
-  if (!source_->IsRead()) {
-    return isCancelled_ ? tr("Reading was cancelled. Choose a level to read it.")
-                        : tr("Reading the archive.");
-  }
-  return Text(trend::WhyNone(Data().levels, choice_.level, bar_->IsFiltered()));
-}
-
-PlotRange TrendView::ShownSeconds() const {
-  const PlotRange& across = plot_->Ranges().across;
-  return {across.low + Data().start, across.high + Data().start};
-}
-
-void TrendView::ShowSpan() {
-  const PlotRange& across = plot_->Ranges().across;
-  overview_->SetShown(across);
-  const QString line = Text(trend::LineOf(Data(), choice_, across, LocalOffset));
-  lblLine_->setText(line.isEmpty() ? tr("Trend") : tr("Trend: %1").arg(line));
-  lblLine_->setToolTip(lblLine_->text());
-  plot_->setAccessibleName(lblLine_->text());
-  const PlotRange seconds = ShownSeconds();
-  const double span = seconds.Span() > 3 * 86'400.0 ? 1e9 : 1e6;
-  bar_->ShowSpan(Data().Shown().empty()
-                     ? tr("From when to when")
-                     : tr("%1 to %2").arg(Text(ClockText(seconds.low, LocalOffset, span)),
-                                          Text(ClockText(seconds.high, LocalOffset, span))));
-  bar_->cmdSpan->setEnabled(!Data().Shown().empty());
-  bar_->cmdBack->setEnabled(plot_->CanGoBack());
-  bar_->cmdForward->setEnabled(plot_->CanGoForward());
-  bar_->cmdShowAll->setEnabled(!plot_->ShowsAll());
-  settled_.start();
-}
-
-void TrendView::ShowNote() {
-  QStringList parts;
-  const trend::Data& data = Data();
-  parts << Text(trend::Apart(data.levels, data.series, choice_.level));
-  const auto refused = static_cast<std::int64_t>(data.levels.refused.size());
-  if (refused > 0 && !data.levels.series.empty()) {
-    parts << CountText(refused) + ": " + Text(data.levels.refusal);
-  }
-  if (!bar_->Filter().machine && choices_.machines.size() > 1 && !data.Shown().empty()) {
-    parts << tr("Records of %L1 machines are in one trend: choose a machine above")
-                 .arg(choices_.machines.size());
-  }
-  parts.removeAll(QString());
-  lblNote_->setText(parts.join(". ") + (parts.isEmpty() ? "" : "."));
-  lblNote_->setVisible(!parts.isEmpty());
-}
-
-void TrendView::ShowTrouble() {
-  const QString& trouble = source_->Trouble();
-  if (trouble.isEmpty()) {
-    notices_->Take("trendArchive");
-  } else {
-    notices_->Put({.id = "trendArchive",
-                   .gravity = Gravity::Fault,
-                   .text = trouble,
-                   .cure = tr("Try again"),
-                   .carryOut = [this] { Ask(); },
-                   .closed = {}});
-  }
-  Redraw();
-}
-
-void TrendView::ShowReading() {
-  if (!source_->IsReading()) {
-    progress_->hide();
-    barProgress_->reset();
-  }
-  if (!source_->IsRead()) Redraw();
-}
-
-void TrendView::changeEvent(QEvent* event) {
-  QWidget::changeEvent(event);
-  if (event->type() == QEvent::PaletteChange && source_) tables_->ShowEvents(Data(), choice_);
-}
-
-PlotPicture TrendView::Picture() const {
-  PlotPicture picture{.scene = plot_->Scene(),
-                      .ranges = plot_->Ranges(),
-                      .cursor = plot_->Cursor(),
-                      .font = plot_->font(),
-                      .size = plot_->size() + QSize(0, 40)};
-  picture.scene.head = "Trend";
-  picture.scene.line = trend::LineOf(Data(), choice_, picture.ranges.across, LocalOffset);
-  picture.scene.source =
-      (source_ ? archive::Shown(keeper_->Place()) + ", " : std::string()) +
-      QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm t")).toStdString() +
-      ", version " + QCoreApplication::applicationVersion().toStdString();
-  return picture;
-}
-
-std::string TrendView::Table() const {
-  return trend::CsvOf(Data(), choice_, plot_->Ranges().across);
 }
 
 }  // namespace kestrel

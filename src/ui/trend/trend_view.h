@@ -113,6 +113,7 @@ class TrendView : public QWidget {
   std::optional<ArchiveId> mark_;  // to compare with
   LibraryChoices choices_;
   std::int64_t kept_ = 0;
+  const trend::Data nothing_{};
   bool isBehind_ = true;  // what is shown, behind what is known
   bool isCancelled_ = false;
 
