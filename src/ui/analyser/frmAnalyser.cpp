@@ -5,7 +5,6 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QScrollArea>
-#include <QScrollBar>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -14,6 +13,7 @@
 
 #include "ui/chart/look.h"
 #include "ui/parts/fit_screen.h"
+#include "ui/study/scrolling_bars.h"
 
 namespace kestrel {
 namespace {
@@ -25,40 +25,6 @@ bool IsOfArchive(study::View view) {
   return view == study::View::Library || view == study::View::Trend;
 }
 
-// As high as what is in it, and as the scroll bar where it is narrow. The height is set, not
-// hinted: a hint that depends on the width comes too late for the layout that asks for it.
-class ScrollingBars : public QScrollArea {
- public:
-  explicit ScrollingBars(QWidget* bars) {
-    setObjectName("bars");
-    setFrameShape(QFrame::NoFrame);
-    setWidgetResizable(true);
-    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFocusPolicy(Qt::NoFocus);
-    setWidget(bars);
-    FitHeight();
-  }
-  [[nodiscard]] QSize sizeHint() const override { return {widget()->sizeHint().width(), height()}; }
-  [[nodiscard]] QSize minimumSizeHint() const override { return {100, height()}; }
-
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override {
-    if (watched == widget() && event->type() == QEvent::LayoutRequest) FitHeight();
-    return QScrollArea::eventFilter(watched, event);
-  }
-  void resizeEvent(QResizeEvent* event) override {
-    QScrollArea::resizeEvent(event);
-    FitHeight();
-  }
-
- private:
-  void FitHeight() {
-    const bool scrolls = widget()->minimumSizeHint().width() > width();
-    setFixedHeight(widget()->sizeHint().height() +
-                   (scrolls ? horizontalScrollBar()->sizeHint().height() : 0));
-  }
-};
-
 // Shown over the docks, in place of a menu bar of its own. On a narrow screen the bars scroll.
 QWidget* HeadOf(QMenuBar* menus, ViewBar* views, AnalyserToolBar* tools) {
   auto* bars = new QWidget;
@@ -67,7 +33,7 @@ QWidget* HeadOf(QMenuBar* menus, ViewBar* views, AnalyserToolBar* tools) {
   rows->setSpacing(0);
   rows->addWidget(views);
   rows->addWidget(tools);
-  auto* scroll = new ScrollingBars(bars);
+  auto* scroll = new ScrollingBars("bars", bars);
   auto* head = new QWidget;
   auto* column = new QVBoxLayout(head);
   column->setContentsMargins(0, 0, 0, 0);
@@ -120,6 +86,7 @@ void frmAnalyser::LayOut() {
   views_->addWidget(waterfall_);
   views_->addWidget(library_);
   views_->addWidget(trend_);
+  ShowPage(area_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
   setCorner(Qt::BottomLeftCorner, Qt::LeftDockWidgetArea);
@@ -230,7 +197,17 @@ void frmAnalyser::ShowView(study::View view) {
   }
   toolBar_->setVisible(!isOfArchive);
   menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
-  views_->setCurrentWidget(WidgetOf(view));
+  ShowPage(WidgetOf(view));
+}
+
+// A page that is not seen asks for no room.
+void frmAnalyser::ShowPage(QWidget* page) {
+  for (int i = 0; i < views_->count(); ++i) {
+    QWidget* each = views_->widget(i);
+    const auto policy = each == page ? QSizePolicy::Preferred : QSizePolicy::Ignored;
+    each->setSizePolicy(policy, policy);
+  }
+  views_->setCurrentWidget(page);
 }
 
 QWidget* frmAnalyser::WidgetOf(study::View view) const {

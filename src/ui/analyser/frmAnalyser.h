@@ -86,6 +86,7 @@ class frmAnalyser : public QMainWindow {
   void Connect();
   void Refresh();
   void ShowView(study::View view);
+  void ShowPage(QWidget* page);
   [[nodiscard]] QWidget* WidgetOf(study::View view) const;
   // The plot of the view that is shown.
   [[nodiscard]] AnalyserPlot& Plot() const;

@@ -19,8 +19,9 @@ QString Bare(double value, const trend::Choice& choice) {
   return Text(ValueText(value, choice.level, choice.up)).section(' ', 0, 0);
 }
 
-QString Moment(double utc) {
-  return Text(ClockText(utc, LocalOffset, kMinutes));
+// Without the year where it is that of the newest record.
+QString Moment(double utc, const QString& year) {
+  return Text(ClockText(utc, LocalOffset, kMinutes)).remove(' ' + year);
 }
 
 // A row with the moment it is sorted by.
@@ -29,19 +30,20 @@ struct Row {
   std::vector<TextCell> cells;
 };
 
-Row RowOf(const trend::AlarmEvent& event, const trend::Choice& choice, const Look& look) {
+Row RowOf(const trend::AlarmEvent& event, const trend::Choice& choice, const Look& look,
+          const QString& year) {
   const QString largest = event.largest ? Bare(*event.largest, choice) : QString();
   return {event.begin,
-          {{Moment(event.begin), event.begin},
+          {{Moment(event.begin, year), event.begin},
            {Text(NameOf(event)), {}, event.isFault ? look.fault : look.warning},
            {largest, event.largest ? QVariant(*event.largest) : QVariant()},
            {Text(LastedText(event)), event.to - event.begin},
            {QString::number(event.id), static_cast<qlonglong>(event.id)}}};
 }
 
-Row RowOf(const trend::Gap& gap, std::int64_t id) {
+Row RowOf(const trend::Gap& gap, std::int64_t id, const QString& year) {
   return {gap.from,
-          {{Moment(gap.from), gap.from},
+          {{Moment(gap.from, year), gap.from},
            {TrendTables::tr("No records")},
            {QString()},
            {Text(trend::DurationText(gap.to - gap.from)), gap.to - gap.from},
@@ -94,10 +96,12 @@ void TrendTables::ShowEvents(const trend::Data& read, const trend::Choice& choic
                       {.head = unit, .spoken = tr("Largest level, %1").arg(unit)},
                       {.head = tr("Lasted")},
                       {.head = tr("Record"), .isMuted = true, .dropped = 1}});
+  const QString year = Text(DayText(trend::SecondsOf(read.Newest()), LocalOffset)).section(' ', -1);
   std::vector<Row> rows;
-  for (const trend::AlarmEvent& event : read.events) rows.push_back(RowOf(event, choice, look));
+  for (const trend::AlarmEvent& event : read.events)
+    rows.push_back(RowOf(event, choice, look, year));
   for (const trend::Gap& gap : read.gaps) {
-    rows.push_back(RowOf(gap, read.Shown()[gap.before].id));
+    rows.push_back(RowOf(gap, read.Shown()[gap.before].id, year));
   }
   std::ranges::stable_sort(rows, std::greater{}, &Row::begin);
   std::vector<std::vector<TextCell>> cells;
@@ -135,7 +139,7 @@ void TrendTables::ShowFigures(const trend::Data& read, const trend::Choice& choi
                     {Bare(told->median, choice), told->median},
                     {Bare(told->largest, choice), told->largest},
                     {Bare(told->deviation, linear), told->deviation},
-                    {QString::number(told->count)}});
+                    {QLocale(QLocale::English).toString(static_cast<qulonglong>(told->count))}});
   }
   figures_.Model().SetRows(std::move(rows));
 }

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "ui/parts/local_time.h"
+#include "ui/study/scrolling_bars.h"
 
 namespace kestrel {
 namespace {
@@ -110,7 +111,7 @@ QWidget* TrendView::MakeContent() {
   auto* rows = new QVBoxLayout(content);
   rows->setContentsMargins(0, 0, 0, 0);
   rows->setSpacing(0);
-  rows->addWidget(bar_);
+  rows->addWidget(new ScrollingBars("trendBars", bar_));
   rows->addWidget(parts, 1);
   return content;
 }

@@ -48,6 +48,7 @@ void TrendView::ConnectBar() {
 }
 
 void TrendView::ConnectPlot() {
+  plot_->installEventFilter(this);
   connect(plot_, &AnalyserPlot::ViewChanged, this, &TrendView::ShowSpan);
   connect(plot_, &AnalyserPlot::CursorPlaced, this,
           [this](double x) { PutCursor(Data().Nearest(x)); });

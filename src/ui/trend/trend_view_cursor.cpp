@@ -133,13 +133,16 @@ void TrendView::Open() {
   });
 }
 
-void TrendView::keyPressEvent(QKeyEvent* event) {
-  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-  if (isEnter && plot_->hasFocus()) {
-    Open();
-    return;
+// Return in the plot, which has no use for it.
+bool TrendView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == plot_ && event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      Open();
+      return true;
+    }
   }
-  QWidget::keyPressEvent(event);
+  return QWidget::eventFilter(watched, event);
 }
 
 }  // namespace kestrel

@@ -101,7 +101,7 @@ void TrendView::ShowTrouble() {
                    .gravity = Gravity::Fault,
                    .text = trouble,
                    .cure = tr("Try again"),
-                   .carryOut = [this] { Ask(); },
+                   .carryOut = [this, level = wanted_] { ChooseLevel(level); },
                    .closed = {}});
   }
   Redraw();
@@ -111,6 +111,8 @@ void TrendView::ShowReading() {
   if (!source_->IsReading()) {
     progress_->hide();
     barProgress_->reset();
+    wanted_ = choice_.level;
+    bar_->Show(choice_);
   }
   if (!source_->IsRead()) Redraw();
 }

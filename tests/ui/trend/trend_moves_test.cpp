@@ -63,8 +63,9 @@ TEST_F(TrendMoves, TheKeyboardAloneFindsAndOpensARecord) {
   EXPECT_EQ(Cursor(), Points()[11].id);
   PlotKey(Qt::Key_Left, Qt::ControlModifier);
   EXPECT_EQ(Cursor(), Points()[10].id);
+  PlotKey(Qt::Key_Z, Qt::ShiftModifier);
   PlotKey(Qt::Key_P);
-  EXPECT_EQ(Cursor(), Points()[29].id) << "the largest";
+  EXPECT_EQ(Cursor(), Points()[29].id) << "the largest of Z";
   PlotKey(Qt::Key_N);
   EXPECT_EQ(Cursor(), 0);
   PlotKey(Qt::Key_End);
