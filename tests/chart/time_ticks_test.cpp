@@ -1,5 +1,4 @@
-// Ticks of a calendar: whole hours, days, months and years of clocks that change in spring and
-// autumn.
+// Ticks of a calendar whose clocks change in spring and autumn.
 // SPDX-License-Identifier: MIT
 #include "chart/time_ticks.h"
 
