@@ -63,7 +63,8 @@ ViewBar::ViewBar()
   setObjectName("viewBar");
   tabs_->setObjectName("tabViews");
   tabs_->setAccessibleName(tr("Views"));
-  for (const QString& view : {tr("Spectrum"), tr("Time"), tr("Waterfall"), tr("Library"), tr("Trend")})
+  for (const QString& view :
+       {tr("Spectrum"), tr("Time"), tr("Waterfall"), tr("Library"), tr("Trend")})
     tabs_->addTab(view);
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabToolTip(i, tr("Ctrl+%1").arg(i + 1));
   lblSensor_->setObjectName("lblSensor");

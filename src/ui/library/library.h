@@ -64,8 +64,8 @@ class Library : public QObject {
                      const std::shared_ptr<RemarksOf>& before);
   void TakeBack(const archive::RemarksChange& change, const std::shared_ptr<RemarksOf>& before);
 
-  // Anything else that takes its time; what `work` returns is done in this thread. What was asked so
-  // before, and Find, is dropped.
+  // Anything else that takes its time; what `work` returns is done in this thread. What was asked
+  // so before, and Find, is dropped.
   using Work = std::function<std::function<void()>(archive::Archive&)>;
   void Read(Work work);
   void CancelRead() { worker_->Cancel(Rank::Find); }
