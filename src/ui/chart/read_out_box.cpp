@@ -46,6 +46,38 @@ int Hidden(const PlotPage& page, const QRectF& card) {
   return hidden;
 }
 
+// How much of the focus traces a card would hide: places along it, some pixels apart.
+int Covered(const PlotPage& page, const QRectF& card) {
+  constexpr double kApart = 6;
+  int covered = 0;
+  for (std::size_t i = 0; i < page.layout.panes.size(); ++i) {
+    const PaneLayout& pane = page.layout.panes[i];
+    for (const SceneTrace& trace : page.scene.panes[i].traces) {
+      for (double x = card.left(); trace.isFocus && x <= card.right(); x += kApart) {
+        const auto place = std::ranges::lower_bound(trace.x, pane.across.FromPixel(x));
+        if (place == trace.x.end()) break;
+        const double y =
+            pane.up.ToPixel(trace.y[static_cast<std::size_t>(place - trace.x.begin())]);
+        covered += y >= card.top() && y <= card.bottom() ? 1 : 0;
+      }
+    }
+  }
+  return covered;
+}
+
+// Along an axis of time, where the line is all there is to see: where the card hides least of it.
+QRectF ClearOfTraces(const PlotPage& page, QRectF card, const QRectF& bounds) {
+  if (!page.scene.across.calendar) return card;
+  const auto moved = [&](double top) {
+    return QRectF(QPointF(card.left(), std::round(top)), card.size());
+  };
+  for (const QRectF& other :
+       {moved(bounds.bottom() - card.height() - 4), moved(bounds.top() + 4)}) {
+    if (Covered(page, other) < Covered(page, card)) card = other;
+  }
+  return card;
+}
+
 }  // namespace
 
 QRectF ReadOutPlace(const PlotPage& page, const PlotReadOut& readOut, QPointF anchor,
@@ -61,7 +93,8 @@ QRectF ReadOutPlace(const PlotPage& page, const PlotReadOut& readOut, QPointF an
     const bool isOutside = card.left() < bounds.left() || card.right() > bounds.right();
     return (isOutside ? 1000 : 0) + (card.intersects(taken) ? 100 : 0) + Hidden(page, card);
   };
-  QRectF place = cost(right) <= cost(left) ? right : left;
+  const QRectF first = page.layout.panes.empty() ? bounds : page.layout.panes.front().canvas;
+  QRectF place = ClearOfTraces(page, cost(right) <= cost(left) ? right : left, first);
   if (place.intersects(taken)) {
     place.moveTop(taken.bottom() + 6 + size.height() < bounds.bottom()
                       ? taken.bottom() + 6
