@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <span>
 #include <utility>
@@ -101,18 +102,17 @@ Placed PlacedFrom(database::Row row, std::span<const Axis> axes) {
   return placed;
 }
 
-std::vector<Placed> Rows(Archive& archive, const Filter& filter, TrendOf of,
-                         std::span<const Axis> axes) {
+// The oldest first.
+void ForEachRow(Archive& archive, const Filter& filter, TrendOf of, std::span<const Axis> axes,
+                const std::function<void(const Placed&)>& take) {
   const Condition condition = ConditionOf(filter);
   std::string columns;
   for (const Axis axis : axes) columns += ", " + ColumnOf(of, axis);
-  std::vector<Placed> rows;
   archive.Connection().Run(
       "select r.id, r.taken, r.kind, r.rec_info, r.alarm_x, r.alarm_y, r.alarm_z" + columns +
           " from record r join source s on s.id = r.source where " + condition.sql +
           " order by r.taken, r.id",
-      condition.values, [&](database::Row row) { rows.push_back(PlacedFrom(row, axes)); });
-  return rows;
+      condition.values, [&](database::Row row) { take(PlacedFrom(row, axes)); });
 }
 
 // A value, or why there is none.
@@ -155,16 +155,32 @@ std::string WorkOut(Archive& archive, const TrendChoice& choice, std::span<const
   return why;
 }
 
+// What is kept with the record: one question, which cannot be ended in the middle.
+Levels Kept(Archive& archive, const Filter& filter, TrendOf of, std::span<const Axis> axes,
+            const GoOn& goOn) {
+  Gathering gathering(of);
+  std::int64_t done = 0;
+  ForEachRow(archive, filter, of, axes, [&](const Placed& placed) {
+    ++done;
+    placed.IsKnown() ? gathering.Add(placed)
+                     : gathering.Refuse(placed.point.id, "the record cannot carry this level");
+  });
+  if (!goOn(done, done)) return {.whole = false};
+  return gathering.Take();
+}
+
 Levels LevelsOf(Archive& archive, const Filter& filter, const TrendChoice& choice,
                 std::span<const Axis> axes, const GoOn& goOn) {
-  std::vector<Placed> rows = Rows(archive, filter, choice.of, axes);
+  if (!IsWorkedOut(choice.of)) return Kept(archive, filter, choice.of, axes, goOn);
+  std::vector<Placed> rows;
+  ForEachRow(archive, filter, choice.of, axes,
+             [&](const Placed& placed) { rows.push_back(placed); });
   const auto all = static_cast<std::int64_t>(rows.size());
   Gathering gathering(choice.of);
   std::int64_t done = 0;
   for (Placed& placed : rows) {
     if (done++ % kAskedEvery == 0 && !goOn(done - 1, all)) return {.whole = false};
-    std::string why = "the record cannot carry this level";
-    if (IsWorkedOut(choice.of)) why = WorkOut(archive, choice, axes, placed);
+    const std::string why = WorkOut(archive, choice, axes, placed);
     placed.IsKnown() ? gathering.Add(placed) : gathering.Refuse(placed.point.id, why);
   }
   return gathering.Take();
