@@ -14,6 +14,7 @@
 #include <string>
 
 #include "cli/archive/archive_command.h"
+#include "cli/archive/baseline_command.h"
 #include "cli/archive/trend_command.h"
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
@@ -145,12 +146,13 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 10> commands{
+  std::array<std::unique_ptr<Command>, 11> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
       std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
-      std::make_unique<TrendCommand>(),    std::make_unique<SetupCommand>()};
+      std::make_unique<TrendCommand>(),    std::make_unique<BaselineCommand>(),
+      std::make_unique<SetupCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

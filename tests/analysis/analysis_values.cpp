@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/baseline.h"
 #include "analysis/joined.h"
 #include "analysis/levels.h"
 #include "analysis/quantity.h"
@@ -117,6 +118,29 @@ Numbers ThirdOctaves(const Question& question) {
   return numbers;
 }
 
+// Of pairs of a count and what it is of.
+Numbers Bounds(const Question& question) {
+  Numbers bounds;
+  for (std::size_t i = 0; i + 1 < question.numbers.size(); i += 2) {
+    const ShareBounds each =
+        BoundsOf(static_cast<int>(question.numbers[i]), static_cast<int>(question.numbers[i + 1]));
+    bounds.insert(bounds.end(), {each.low, each.high});
+  }
+  return bounds;
+}
+
+// Of a number of captures, a share and a confidence; 0 for none.
+Numbers Rank(const Question& question) {
+  const std::vector<double>& numbers = question.numbers;
+  return {static_cast<double>(
+      RankFor(static_cast<int>(numbers[0]), numbers[1], numbers[2]).value_or(0))};
+}
+
+Numbers UsualLevels(const Question& question) {
+  const auto usual = UsualOf(question.numbers);
+  return {usual->meanDb, usual->sigmaDb, FalseAlarmRate(18, usual->sigmaDb)};
+}
+
 using Answer = std::function<Numbers(const Question&)>;
 
 std::map<std::string, Answer> Answers() {
@@ -150,7 +174,10 @@ std::map<std::string, Answer> Answers() {
           {"joined", JoinedPoints},
           {"overlaps", Overlaps},
           {"severity", Severity},
-          {"thirds", ThirdOctaves}};
+          {"thirds", ThirdOctaves},
+          {"bounds", Bounds},
+          {"rank", Rank},
+          {"usual", UsualLevels}};
 }
 
 void AnswerAll(std::istream& questions, std::ostream& answers) {

@@ -188,6 +188,24 @@ def integrated_bands(draw, spectrum, code, option):
                 hz[np.argmax(values)] if np.max(values) > 0 else 0])
 
 
+def baselines(draw):
+    """Bounds of counted shares, ranks of limits, usual levels and false alarms."""
+    of = (10 ** draw.uniform(0, 5, 6)).astype(int)
+    counted = np.array([draw.choice([0, total, draw.integers(0, total + 1), min(total, 5)])
+                        for total in of])
+    low = np.where(counted == 0, 0, stats.beta.ppf(0.025, counted, of - counted + 1))
+    high = np.where(counted == of, 1, stats.beta.ppf(0.975, counted + 1, of - counted))
+    yield ("bounds 0 0", np.stack([counted, of], 1).ravel(), np.stack([low, high], 1).ravel())
+    captures = int(10 ** draw.uniform(0, 4))
+    share, confidence = draw.choice([0.5, 0.9, 0.95, 0.99]), draw.choice([0.5, 0.9, 0.95])
+    rank = int(stats.binom.ppf(confidence, captures, share)) + 1
+    yield "rank 0 0", [captures, share, confidence], [rank if rank <= captures else 0]
+    levels = draw.normal(draw.uniform(-60, 20), draw.uniform(0.1, 6), draw.integers(2, 300))
+    sigma = np.std(levels, ddof=1)
+    yield ("usual 0 0", levels,
+           [np.mean(levels), sigma, -np.expm1(18 * stats.norm.logcdf(sigma))])
+
+
 def questions(draw):
     """(question, numbers it is asked with, wanted answer) of one round."""
     code, option = int(draw.integers(0, 3)), int(draw.integers(0, 4))
@@ -216,6 +234,7 @@ def questions(draw):
     for name, function in {"joined": joined, "overlaps": overlaps, "severity": severity,
                            "thirds": thirds}.items():
         yield f"{name} {head}", everything, function(four, code)
+    yield from baselines(draw)
 
 
 def check(program: str, seed: int) -> int:
