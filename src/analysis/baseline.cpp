@@ -15,6 +15,7 @@ constexpr double kMostWord = 65535;
 constexpr int kMostSteps = 200;
 constexpr double kSmall = 1e-300;
 constexpr double kExact = 1e-15;
+constexpr double kRounding = 1e-12;  // of a probability
 
 bool IsShare(double share) {
   return share > 0 && share < 1;
@@ -135,7 +136,7 @@ std::optional<int> RankFor(int captures, double share, double confidence) {
   int high = captures;
   while (low < high) {
     const int middle = low + (high - low) / 2;
-    if (AtLeast(middle, captures, share) <= 1 - confidence)
+    if (AtLeast(middle, captures, share) <= (1 - confidence) * (1 + kRounding))
       high = middle;
     else
       low = middle + 1;

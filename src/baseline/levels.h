@@ -28,7 +28,7 @@ struct CellLevels {
   bool operator==(const CellLevels&) const = default;
 };
 
-// Some 4 ms of 100,000 records. The first `good` records of the spectra are the good ones.
+// The first `good` records of the spectra are the good ones.
 [[nodiscard]] CellLevels LevelsOf(const Spectra& spectra, std::size_t good, const Band& band,
                                   Axis axis, LevelKind kind, int window);
 

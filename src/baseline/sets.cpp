@@ -58,6 +58,7 @@ class Sorting {
   void DropTwice();
   void DropUnfit();
   void DropOthers();
+  [[nodiscard]] std::optional<Settings> CommonestOf(bool good, const Wanted& wanted) const;
   [[nodiscard]] Settings Commonest(const Wanted& wanted) const;
   void Place(std::size_t part);
 
@@ -145,28 +146,29 @@ void Sorting::DropUnfit() {
             [](const Candidate& candidate) { return !candidate.isNew; });
 }
 
-// Of the good records where there are any that are allowed, or else of the bad ones; the settings
-// met first where two are as frequent.
-Settings Sorting::Commonest(const Wanted& wanted) const {
+// The most frequent among good or bad records that are allowed; the settings met first where two
+// are as frequent.
+std::optional<Settings> Sorting::CommonestOf(bool good, const Wanted& wanted) const {
   std::vector<std::pair<Settings, std::size_t>> found;
-  for (const bool good : {true, false}) {
-    if (!found.empty()) break;
-    for (const Candidate& candidate : candidates_) {
-      if (IsGood(candidate) != good || !wanted.Allows(candidate.settings)) continue;
-      const auto known =
-          std::ranges::find(found, candidate.settings, &std::pair<Settings, std::size_t>::first);
-      known == found.end() ? void(found.emplace_back(candidate.settings, 1))
-                           : void(++known->second);
+  for (const Candidate& candidate : candidates_) {
+    if (IsGood(candidate) != good || !wanted.Allows(candidate.settings)) continue;
+    const auto known =
+        std::ranges::find(found, candidate.settings, &std::pair<Settings, std::size_t>::first);
+    known == found.end() ? void(found.emplace_back(candidate.settings, 1)) : void(++known->second);
+  }
+  if (found.empty()) return std::nullopt;
+  return std::ranges::max_element(found, {}, &std::pair<Settings, std::size_t>::second)->first;
+}
+
+// Where no record is allowed, those of most with what is wanted in their place.
+Settings Sorting::Commonest(const Wanted& wanted) const {
+  for (const Wanted& allowed : {wanted, Wanted{}}) {
+    for (const bool good : {true, false}) {
+      const auto found = CommonestOf(good, allowed);
+      if (found) return wanted.Over(*found);
     }
   }
-  if (!found.empty()) {
-    return std::ranges::max_element(found, {}, &std::pair<Settings, std::size_t>::second)->first;
-  }
-  const Settings none;
-  return {.option = wanted.option.value_or(none.option),
-          .window = wanted.window.value_or(none.window),
-          .range = wanted.range.value_or(none.range),
-          .averages = wanted.averages.value_or(none.averages)};
+  return wanted.Over({});
 }
 
 // By the first of the settings that is another.

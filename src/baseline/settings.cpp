@@ -24,6 +24,13 @@ bool Wanted::Allows(const Settings& settings) const {
          averages.value_or(settings.averages) == settings.averages;
 }
 
+Settings Wanted::Over(Settings settings) const {
+  return {.option = option.value_or(settings.option),
+          .window = window.value_or(settings.window),
+          .range = range.value_or(settings.range),
+          .averages = averages.value_or(settings.averages)};
+}
+
 std::string RangeText(int range) {
   return "0 to " + GeneralNumber(FullScaleOf(static_cast<std::int16_t>(range))) + " g";
 }

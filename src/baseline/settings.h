@@ -27,6 +27,8 @@ struct Wanted {
   std::optional<int> range{};
   std::optional<int> averages{};
   [[nodiscard]] bool Allows(const Settings& settings) const;
+  // These with what is wanted in their place.
+  [[nodiscard]] Settings Over(Settings settings) const;
   bool operator==(const Wanted&) const = default;
 };
 

@@ -3,6 +3,7 @@
 #include "baseline/spectra.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 #include "numeric/number_format.h"
@@ -26,7 +27,7 @@ class Loading {
     }
     std::ranges::sort(wanted_);
     readings_.resize(wanted_.size(), Reading::Missing);
-    words_.resize(wanted_.size() * Spectra::kWords);
+    loaded_.spectra = Spectra(wanted_.size());
   }
 
   Loaded Take(const std::function<bool(std::size_t, std::size_t)>& goOn) {
@@ -40,8 +41,7 @@ class Loading {
     std::size_t kept = 0;
     Keep(loaded_.sets.good, number, kept);
     Keep(loaded_.sets.bad, number, kept);
-    words_.resize(kept * Spectra::kWords);
-    loaded_.spectra = Spectra(std::move(words_));
+    loaded_.spectra.Shorten(kept);
     return std::move(loaded_);
   }
 
@@ -89,12 +89,13 @@ class Loading {
       readings_[record] = Reading::Damaged;
       return;
     }
-    const auto words = std::span(words_).subspan(record * Spectra::kWords, Spectra::kWords);
+    std::array<Spectra::Word, Spectra::kWords> words{};
     for (std::size_t i = 0; i < words.size(); ++i) {
       const auto word = static_cast<std::uint16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
       words[i] =
           areSigned ? static_cast<Spectra::Word>(std::abs(static_cast<std::int16_t>(word))) : word;
     }
+    loaded_.spectra.Set(record, words);
     const auto isBlank = [&](Spectra::Word blank) {
       return std::ranges::all_of(words, [blank](Spectra::Word word) { return word == blank; });
     };
@@ -109,11 +110,7 @@ class Loading {
         LeaveOut(readings_[record], member.id);
         return true;
       }
-      const auto words = words_.begin() + static_cast<std::ptrdiff_t>(record * Spectra::kWords);
-      if (kept != record) {
-        std::copy_n(words, Spectra::kWords,
-                    words_.begin() + static_cast<std::ptrdiff_t>(kept * Spectra::kWords));
-      }
+      if (kept != record) loaded_.spectra.Copy(record, kept);
       ++kept;
       return false;
     });
@@ -135,10 +132,31 @@ class Loading {
   Loaded loaded_;
   std::vector<std::pair<std::int64_t, std::size_t>> wanted_;  // ids and their records' numbers
   std::vector<Reading> readings_;                             // by number
-  std::vector<Spectra::Word> words_;
 };
 
 }  // namespace
+
+Spectra::Spectra(std::size_t count)
+    : count_(count), words_((count + kTile - 1) / kTile * kTile * kWords) {}
+
+void Spectra::Shorten(std::size_t count) {
+  words_.resize((count + kTile - 1) / kTile * kTile * kWords);
+  for (count_ = std::min(count_, words_.size() / kWords); count_ > count; --count_) {
+    const std::array<Word, kWords> none{};
+    Set(count_ - 1, none);
+  }
+}
+
+void Spectra::Set(std::size_t record, std::span<const Word> words) {
+  Word* place = words_.data() + PlaceOf(record);
+  for (std::size_t i = 0; i < kWords; ++i) place[i * kTile] = words[i];
+}
+
+void Spectra::Copy(std::size_t from, std::size_t to) {
+  const Word* source = words_.data() + PlaceOf(from);
+  Word* place = words_.data() + PlaceOf(to);
+  for (std::size_t i = 0; i < kWords; ++i) place[i * kTile] = source[i * kTile];
+}
 
 Loaded Load(archive::Archive& archive, Sets sets,
             const std::function<bool(std::size_t done, std::size_t all)>& goOn) {

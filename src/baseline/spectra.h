@@ -16,23 +16,42 @@
 namespace kestrel::baseline {
 
 // 1,536 bytes a record. Records are numbered: the good ones as in the sets, then the bad ones.
+// Words lie in tiles of sixteen records, those of one bin beside one another: a band of a tile is
+// one stretch of memory.
 class Spectra {
  public:
   using Word = std::uint16_t;
   static constexpr std::size_t kWords = 3 * analysis::kSpectrumBins;  // X, Y, Z
+  static constexpr std::size_t kTile = 16;
 
   Spectra() = default;
-  explicit Spectra(std::vector<Word> words) : words_(std::move(words)) {}  // kWords a record
+  explicit Spectra(std::size_t count);
 
-  [[nodiscard]] std::size_t Count() const { return words_.size() / kWords; }
-  // 256 of them.
-  [[nodiscard]] std::span<const Word> Of(std::size_t record, Axis axis) const {
-    return std::span(words_).subspan(record * kWords + Index(axis) * analysis::kSpectrumBins,
-                                     analysis::kSpectrumBins);
+  [[nodiscard]] std::size_t Count() const { return count_; }
+  [[nodiscard]] std::size_t Tiles() const { return words_.size() / (kTile * kWords); }
+  // Drops the last ones.
+  void Shorten(std::size_t count);
+
+  // `words`: kWords of them.
+  void Set(std::size_t record, std::span<const Word> words);
+  void Copy(std::size_t from, std::size_t to);
+  [[nodiscard]] Word At(std::size_t record, Axis axis, std::size_t bin) const {
+    return words_[PlaceOf(record) + (Index(axis) * analysis::kSpectrumBins + bin) * kTile];
+  }
+  // Of all records of a tile; those beyond Count are 0.
+  [[nodiscard]] std::span<const Word, kTile> Of(std::size_t tile, Axis axis,
+                                                std::size_t bin) const {
+    const std::size_t from = (tile * kWords + Index(axis) * analysis::kSpectrumBins + bin) * kTile;
+    return std::span<const Word, kTile>(words_.data() + from, kTile);
   }
   bool operator==(const Spectra&) const = default;
 
  private:
+  [[nodiscard]] static std::size_t PlaceOf(std::size_t record) {
+    return record / kTile * kTile * kWords + record % kTile;
+  }
+
+  std::size_t count_ = 0;
   std::vector<Word> words_;
 };
 

@@ -51,13 +51,15 @@ std::vector<std::string> RemarksOn(const Workbench& bench) {
       const CellState& cell = bench.At({band, axis});
       const std::string where =
           "Band " + std::to_string(band) + ", " + std::string(1, Letter(axis)) + ": ";
-      const std::string& refusal = cell.proposal.refusal;
+      const std::string& refusal =
+          bench.UsesPresent() ? cell.levels.refusal : cell.proposal.refusal;
       if (!refusal.empty() && refusal != before) {
         remarks.push_back((before.empty() ? "Band " + std::to_string(band) + ": " : where) +
                           refusal);
       }
       before = refusal;
-      if (cell.isMoved) remarks.push_back(where + "moved off the rule's proposal.");
+      if (cell.isMoved && !bench.UsesPresent())
+        remarks.push_back(where + "moved off the rule's proposal.");
       if (bench.CanBeWritten() && (cell.warning >= kLargestWord || cell.fault >= kLargestWord)) {
         remarks.push_back(where + "a threshold of the largest code, 65,535, never alarms.");
       }

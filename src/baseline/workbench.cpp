@@ -104,11 +104,13 @@ void Workbench::CountAll() {
 
 void Workbench::SetKind(LevelKind kind) {
   kind_ = kind;
+  usesPresent_ = false;
   MeasureAll();
 }
 
 void Workbench::SetRule(const Rule& rule) {
   rule_ = rule;
+  usesPresent_ = false;
   for (const CellPlace& place : AllCells()) {
     Propose(place);
     Replay(place);
@@ -162,6 +164,7 @@ void Workbench::ResetThreshold(CellPlace place) {
 }
 
 void Workbench::UsePresent() {
+  usesPresent_ = true;
   for (const CellPlace& place : AllCells()) {
     CellState& cell = Cell(place);
     cell.warning = cell.proposal.warning.now;

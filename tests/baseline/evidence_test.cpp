@@ -111,6 +111,13 @@ TEST_F(Evidence, RemarksTellWhatWasMovedAndWhatNeverAlarms) {
                                      "alarms."}));
 }
 
+TEST_F(Evidence, OfThePresentThresholdsSaysThatTheyAre) {
+  Workbench bench = Bench(TwoBands());
+  bench.UsePresent();
+  EXPECT_EQ(EvidenceOf(bench, origin).sections[1].facts[0].value, "those present");
+  for (const std::string& remark : RemarksOn(bench)) EXPECT_THAT(remark, Not(HasSubstr("moved")));
+}
+
 TEST_F(Evidence, AsTextHasEveryCellInItsColumn) {
   const report::Report report{
       .title = "T",

@@ -16,15 +16,15 @@ using testing::IsEmpty;
 const double kStep = StepG({.option = 0, .window = 1, .range = 3});
 
 Spectra SpectraOf(const std::vector<archive::NewRecord>& records) {
-  std::vector<Word> words;
-  for (const auto& made : records) {
-    for (const Axis axis : kAxes) {
-      for (const double word : made.record.Of(axis).raw.First(256)) {
-        words.push_back(static_cast<Word>(word));
-      }
+  Spectra spectra(records.size());
+  for (std::size_t i = 0; i < records.size(); ++i) {
+    std::vector<Word> words;
+    for (const AxisRecord& axis : records[i].record.axes) {
+      for (const double word : axis.raw.First(256)) words.push_back(static_cast<Word>(word));
     }
+    spectra.Set(i, words);
   }
-  return Spectra(std::move(words));
+  return spectra;
 }
 
 std::vector<archive::NewRecord> RandomSpectra(int count, int window = 1) {
@@ -74,6 +74,23 @@ TEST(BaselineLevels, TheRmsOfABandIsThatOfItsWholeBinsThatHoldVibration) {
         EXPECT_NEAR(levels.good[i] * spectrum->stepG, wanted->rmsG, 1e-9 * wanted->rmsG);
       }
     }
+  }
+}
+
+TEST(BaselineLevels, ManyLevelsAreSortedAsFewAre) {
+  std::mt19937 random(9);
+  Spectra spectra(12'000);
+  for (std::size_t i = 0; i < spectra.Count(); ++i) {
+    const std::vector<Word> words(Spectra::kWords, static_cast<Word>(random() % 65536));
+    spectra.Set(i, words);
+  }
+  const CellLevels levels =
+      LevelsOf(spectra, 6000, {.lowBin = 4, .highBin = 4}, Axis::X, LevelKind::BandPeak, 1);
+  for (auto [all, sorted] :
+       {std::pair{levels.good, levels.sortedGood}, {levels.bad, levels.sortedBad}}) {
+    EXPECT_FALSE(std::ranges::is_sorted(all));
+    std::ranges::sort(all);
+    EXPECT_EQ(all, sorted);
   }
 }
 

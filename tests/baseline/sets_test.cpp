@@ -90,6 +90,7 @@ TEST_F(BaselineSets, WantedSettingsComeBeforeTheCommonest) {
   EXPECT_THAT(none.good, IsEmpty());
   EXPECT_EQ(none.settings.option, 3);
   EXPECT_EQ(none.settings.range, 1);
+  EXPECT_EQ(none.settings.window, usual.window) << "as of most, where nothing else is wanted";
   EXPECT_EQ(none.LeftOutCount(), 4U);
 }
 

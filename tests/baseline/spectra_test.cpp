@@ -40,7 +40,7 @@ TEST_F(BaselineSpectra, HoldEveryWordOfEveryMemberGoodBeforeBad) {
     const auto number = static_cast<int>((members[i].time - MinuteOf(0)) / std::chrono::minutes(1));
     for (const Axis axis : kAxes) {
       for (int bin = 0; bin < 256; ++bin) {
-        ASSERT_EQ(loaded.spectra.Of(i, axis)[static_cast<std::size_t>(bin)],
+        ASSERT_EQ(loaded.spectra.At(i, axis, static_cast<std::size_t>(bin)),
                   Numbered(number)(axis, bin));
       }
     }
@@ -56,7 +56,7 @@ TEST_F(BaselineSpectra, IdsFarApartAreFoundAsWell) {
   const Loaded loaded = Load();
   ASSERT_EQ(loaded.spectra.Count(), wanted.size());
   for (std::size_t i = 0; i < wanted.size(); ++i) {
-    EXPECT_EQ(loaded.spectra.Of(i, Axis::X)[0], 600 * (7 + 20 * i));
+    EXPECT_EQ(loaded.spectra.At(i, Axis::X, 0), 600 * (7 + 20 * i));
   }
 }
 
@@ -76,9 +76,11 @@ TEST_F(BaselineSpectra, EmptyDamagedAndMissingRecordsAreLeftOutAndTheOthersClose
   EXPECT_THAT(loaded.sets.good, SizeIs(2));
   EXPECT_THAT(loaded.sets.bad, SizeIs(1));
   ASSERT_EQ(loaded.spectra.Count(), 3U);
-  EXPECT_EQ(loaded.spectra.Of(0, Axis::Z)[255], 767);
-  EXPECT_EQ(loaded.spectra.Of(1, Axis::X)[0], 3000);
-  EXPECT_EQ(loaded.spectra.Of(2, Axis::X)[0], 4200);
+  EXPECT_EQ(loaded.spectra.At(0, Axis::Z, 255), 767);
+  EXPECT_EQ(loaded.spectra.At(1, Axis::X, 0), 3000);
+  EXPECT_EQ(loaded.spectra.At(2, Axis::X, 0), 4200);
+  EXPECT_EQ(loaded.spectra.Tiles(), 1U);
+  for (const Word word : loaded.spectra.Of(0, Axis::X, 0).subspan(3)) EXPECT_EQ(word, 0);
   ASSERT_THAT(loaded.sets.leftOut, SizeIs(3));
   EXPECT_EQ(loaded.sets.leftOut[0].title, "Empty");
   EXPECT_THAT(loaded.sets.leftOut[0].ids, ElementsAre(blank, erased, badBlank));
@@ -92,8 +94,8 @@ TEST_F(BaselineSpectra, WordsThatWereDecodedWithASignCountByTheirSize) {
   (void)made.Keep(MadeSpectrum(0, [](Axis, int bin) { return bin == 0 ? -32768 : -bin; }),
                   {"good"});
   const Loaded loaded = Load();
-  EXPECT_EQ(loaded.spectra.Of(0, Axis::Y)[0], 32768);
-  EXPECT_EQ(loaded.spectra.Of(0, Axis::Y)[255], 255);
+  EXPECT_EQ(loaded.spectra.At(0, Axis::Y, 0), 32768);
+  EXPECT_EQ(loaded.spectra.At(0, Axis::Y, 255), 255);
 }
 
 TEST_F(BaselineSpectra, WhoeverAsksThatItEndsGetsNothing) {

@@ -22,15 +22,17 @@ World MadeWorld(unsigned seed, int good, int bad) {
   std::lognormal_distribution<double> noise(5, 0.1);
   World world;
   world.sets.settings = {.option = 0, .window = 1, .range = 3, .averages = 4};
-  std::vector<Word> words;
+  Spectra spectra(static_cast<std::size_t>(good + bad));
   for (int i = 0; i < good + bad; ++i) {
+    std::vector<Word> words;
     (i < good ? world.sets.good : world.sets.bad).push_back({.id = i + 1, .time = MinuteOf(i)});
     for (std::size_t at = 0; at < Spectra::kWords; ++at) {
       const bool line = i >= good && at == 2 * 256 + 70;
       words.push_back(static_cast<Word>(std::lround(noise(random) * (line ? 4 : 1))));
     }
+    spectra.Set(static_cast<std::size_t>(i), words);
   }
-  world.spectra = std::make_shared<Spectra>(std::move(words));
+  world.spectra = std::make_shared<Spectra>(std::move(spectra));
   return world;
 }
 
@@ -51,10 +53,10 @@ Overall OverallBySight(const Workbench& bench, const World& world) {
     bool alarm = false;
     for (const CellPlace& place : AllCells()) {
       const Band& band = bench.BandAt(place.band);
-      const auto words = world.spectra->Of(record, place.axis);
       for (int bin = band.lowBin; bin <= band.highBin; ++bin) {
         alarm = alarm || (bench.At(place).warning > 0 &&
-                          words[static_cast<std::size_t>(bin)] > bench.At(place).warning);
+                          world.spectra->At(record, place.axis, static_cast<std::size_t>(bin)) >
+                              bench.At(place).warning);
       }
     }
     const bool good = record < world.sets.good.size();
@@ -150,7 +152,9 @@ TEST_F(TheWorkbench, AnotherRuleProposesEverythingAnew) {
 }
 
 TEST_F(TheWorkbench, ThePresentThresholdsCanBeReplayedToo) {
+  EXPECT_FALSE(bench.UsesPresent());
   bench.UsePresent();
+  EXPECT_TRUE(bench.UsesPresent());
   EXPECT_EQ(bench.Result(), SomeBands());
   EXPECT_EQ(bench.Changes(), 0);
   ExpectCountsBySight();

@@ -92,7 +92,7 @@ Result<BandTable> BaselineCommand::Table(Session& session) const {
 Workbench BaselineCommand::Bench(Session& session, baseline::Loaded loaded,
                                  const BandTable& table) const {
   const baseline::Settings settings = loaded.sets.settings;
-  baseline::Bands bands = BandsOf(table, settings.option);
+  baseline::Bands bands = baseline::BandsOf(table, settings.option);
   if (std::ranges::none_of(bands, &baseline::Band::IsUsed)) {
     bands = baseline::UsualBands(settings.window);
     session.Say("No bands of option " + std::to_string(settings.option) +
@@ -131,7 +131,7 @@ ExitCode BaselineCommand::Run(Session& session, const Output& output) {
   const std::string shortage = ShortageText(options_.Rule(), loaded.sets.good.size());
   if (!present_ && !shortage.empty()) throw RuntimeError(shortage);
   const Workbench bench = Bench(session, std::move(loaded), *table);
-  if (!output.json) output.out << EvidenceText(EvidenceOf(bench, OriginOf(session)));
+  if (!output.json) output.out << baseline::EvidenceText(EvidenceOf(bench, OriginOf(session)));
   const BandTable result = WithBands(*table, bench.TheSets().settings.option, bench.Result());
   Json done = BaselineJson(bench);
   WriteFiles(session, bench, result, done);
@@ -157,8 +157,8 @@ void BaselineCommand::WriteFiles(Session& session, const Workbench& bench, const
   if (evidenceFile_.empty()) return;
   const report::Report evidence = EvidenceOf(bench, OriginOf(session));
   const auto file = std::filesystem::absolute(evidenceFile_);
-  files.ReplaceWhole(
-      file, evidenceFile_.ends_with(".csv") ? EvidenceCsv(evidence) : EvidenceText(evidence));
+  files.ReplaceWhole(file, evidenceFile_.ends_with(".csv") ? baseline::EvidenceCsv(evidence)
+                                                           : baseline::EvidenceText(evidence));
   done["evidence"] = file.string();
 }
 

@@ -97,7 +97,7 @@ Json BaselineJson(const Workbench& bench) {
               {"g_per_code", bench.StepInG()}}},
             {"sets", SetsJson(bench.TheSets())},
             {"level", bench.Kind() == LevelKind::BandPeak ? "peak" : "rms"},
-            {"rule", TextOf(bench.TheRule())},
+            {"rule", bench.UsesPresent() ? "present" : TextOf(bench.TheRule())},
             {"judgement", TextOf(bench.TheJudgement())},
             {"false_alarms", CountJson(bench.Everything().falseAlarms)},
             {"misses", CountJson(bench.Everything().misses)}};
