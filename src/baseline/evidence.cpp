@@ -58,7 +58,7 @@ Section RuleUsed(const Workbench& bench) {
   Section section{.heading = "Rule"};
   const bool peaks = bench.Kind() == LevelKind::BandPeak;
   section.facts = {
-      {"Thresholds", TextOf(bench.TheRule())},
+      {"Thresholds", bench.UsesPresent() ? "those present" : TextOf(bench.TheRule())},
       {"Judged", TextOf(bench.TheJudgement())},
       {"Levels", peaks ? "largest magnitude of a band, g peak, which the sensor compares"
                        : "RMS of a band, g RMS, which the sensor does not compare"}};

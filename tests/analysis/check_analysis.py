@@ -197,7 +197,7 @@ def baselines(draw):
     high = np.where(counted == of, 1, stats.beta.ppf(0.975, counted + 1, of - counted))
     yield ("bounds 0 0", np.stack([counted, of], 1).ravel(), np.stack([low, high], 1).ravel())
     captures = int(10 ** draw.uniform(0, 4))
-    share, confidence = draw.choice([0.5, 0.9, 0.95, 0.99]), draw.choice([0.5, 0.9, 0.95])
+    share, confidence = draw.choice([0.5, 0.9, 0.95, 0.99]), draw.choice([0.6, 0.9, 0.95])
     rank = int(stats.binom.ppf(confidence, captures, share)) + 1
     yield "rank 0 0", [captures, share, confidence], [rank if rank <= captures else 0]
     levels = draw.normal(draw.uniform(-60, 20), draw.uniform(0.1, 6), draw.integers(2, 300))
@@ -234,12 +234,12 @@ def questions(draw):
     for name, function in {"joined": joined, "overlaps": overlaps, "severity": severity,
                            "thirds": thirds}.items():
         yield f"{name} {head}", everything, function(four, code)
-    yield from baselines(draw)
 
 
 def check(program: str, seed: int) -> int:
     draw = np.random.default_rng(seed)
     asked = [each for _ in range(ROUNDS) for each in questions(draw)]
+    asked += [each for _ in range(ROUNDS) for each in baselines(draw)]
     text = "".join(
         f"{line} {' '.join(repr(float(x)) for x in numbers)}\n" for line, numbers, _ in asked)
     run = subprocess.run([program], input=text, capture_output=True, text=True, check=True)

@@ -41,7 +41,7 @@ void FilterOptions::AddTo(CLI::App& app) {
   add("--text", filter_.text, "With this in machine, point, note or a tag");
   add("--kind", kind_, "spectrum or time")->check(CLI::IsMember({"spectrum", "time"}));
   add("--option", filter_.option, "Sample-rate option, 0 to 3")->check(CLI::Range(0, 3));
-  app.add_flag("--alarm", filter_.alarm, "With an alarm")->group(kWhich);
+  app.add_flag("--alarm", alarm_, "With an alarm")->group(kWhich);
   app.add_flag("--deleted", filter_.deleted, "Those that are deleted, but not for good")
       ->group(kWhich);
 }
@@ -50,6 +50,7 @@ archive::Filter FilterOptions::Filter() const {
   archive::Filter filter = filter_;
   if (!from_.empty()) filter.from = UtcFrom(from_);
   if (!until_.empty()) filter.until = UtcFrom(until_);
+  if (alarm_) filter.alarm = true;
   if (!kind_.empty()) filter.kind = kind_ == "time" ? RecordKind::Time : RecordKind::Spectrum;
   return filter;
 }

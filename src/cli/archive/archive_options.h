@@ -27,6 +27,7 @@ class FilterOptions {
   std::string from_;
   std::string until_;
   std::string kind_;
+  bool alarm_ = false;  // a flag that is not given asks for nothing, not for records without
   archive::Filter filter_;
 };
 

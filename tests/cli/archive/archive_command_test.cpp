@@ -52,6 +52,15 @@ TEST_F(ArchiveCommands, EveryCaptureIsKeptWithoutBeingAskedFor) {
   EXPECT_GT(last["levels"]["Z"]["rms_g"].get<double>(), 0.1);
 }
 
+TEST_F(ArchiveCommands, RecordsWithAnAlarmAreListedAmongTheOthersAndAloneWhereThatIsAskedFor) {
+  EXPECT_EQ(Simulate({"--scenario", "bearing-fault", "capture", "--averages", "1", "--count", "6"}),
+            ExitCode::Success);
+  EXPECT_EQ(Ids(), json({6, 5, 4, 3, 2, 1}));
+  const json alarms = Ids({"--alarm"});
+  EXPECT_THAT(alarms, Not(IsEmpty()));
+  EXPECT_LT(alarms.size(), 6U);
+}
+
 TEST_F(ArchiveCommands, AKeptRecordIsTheCapturedOne) {
   const json captured = SimulateJson({"capture", "--averages", "1", "--levels"});
   json shown = RunJson({"archive", "show", "1"})["record"];
