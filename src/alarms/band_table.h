@@ -6,11 +6,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "record/alarm_bits.h"
 #include "record/axis.h"
 
 namespace kestrel {
 
-inline constexpr int kAlarmBands = 6;         // numbered 1 to 6
 inline constexpr int kSampleRateOptions = 4;  // numbered 0 to 3
 
 // Fields of a band. Bins are 0 to 255; a threshold is a magnitude code, g divided by the g per LSB

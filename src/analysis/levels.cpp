@@ -10,6 +10,7 @@
 
 #include "analysis/interpolation.h"
 #include "analysis/quantity.h"
+#include "numeric/number_texts.h"
 
 namespace kestrel::analysis {
 namespace {
@@ -158,6 +159,12 @@ double BottomOf(const Spectrum& spectrum, const QuantityCurve& curve) {
 double NoiseOfAveragedMagnitudesDb(int transforms) {
   const double share = std::numbers::pi / 4;
   return 10 * std::log10(share + (1 - share) / std::max(transforms, 1));
+}
+
+std::string AveragesNotice(int transforms) {
+  if (transforms < 2) return {};
+  return "The sensor averages magnitudes, not power. Noise reads " +
+         NumberText(-NoiseOfAveragedMagnitudesDb(transforms), 1) + " dB low, lines as they are.";
 }
 
 double PowerBetween(const Spectrum& spectrum, double fromHz, double toHz,

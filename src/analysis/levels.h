@@ -18,6 +18,9 @@ namespace kestrel::analysis {
 // transforms, in dB: 0 of one, towards −1.05 of many. Lines read as they are.
 [[nodiscard]] double NoiseOfAveragedMagnitudesDb(int transforms);
 
+// The same as a sentence about levels; empty where the sensor averages nothing.
+[[nodiscard]] std::string AveragesNotice(int transforms);
+
 // RMS and largest bin of a band, in g.
 struct BandLevel {
   double fromHz = 0;  // the part of the band that the spectrum holds

@@ -24,6 +24,8 @@ enum class TraceStyle {
   Reference,  // 1.25 px, dashed
 };
 
+inline constexpr int kTraceDashes = 6;  // that can be told apart
+
 // x does not decrease and is in Hz or s; y in the unit of the pane's axis (dB already in dB). What
 // is not a number in y is a gap.
 struct SceneTrace {
@@ -36,6 +38,10 @@ struct SceneTrace {
   // Where more than two points share a pixel column: least to largest shaded, their median as the
   // line.
   bool isSpread = false;
+  // For paper without colours: a pattern of its own (0: drawn through, up to kTraceDashes), and a
+  // letter that stands at the trace where there is one.
+  int dash = 0;
+  std::string letter = {};
   std::vector<double> x = {};
   std::vector<double> y = {};
 };

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 namespace kestrel {
@@ -45,7 +46,8 @@ std::pair<double, double> PartSeen(const PlotPoint& a, const PlotPoint& b, const
 // Walks along a line and keeps where in the pattern it is.
 class Dasher {
  public:
-  Dasher(double on, double off) : on_(on), period_(on + off) {}
+  explicit Dasher(std::span<const double> pattern)
+      : pattern_(pattern), period_(std::accumulate(pattern.begin(), pattern.end(), 0.0)) {}
 
   void Follow(const PlotPoint& a, const PlotPoint& b, const PlotRange& seen) {
     const double length = std::hypot(b.x - a.x, b.y - a.y);
@@ -62,28 +64,38 @@ class Dasher {
 
  private:
   void Skip(double length) {
-    phase_ = std::fmod(phase_ + length, period_);
+    const double before = std::accumulate(pattern_.begin(), pattern_.begin() + At(), 0.0);
+    done_ = std::fmod(before + done_ + length, period_);
     isJoined_ = false;
+    for (at_ = 0; at_ + 1 < pattern_.size() && done_ >= pattern_[at_]; ++at_) {
+      done_ -= pattern_[at_];
+    }
   }
+  // `done_` of the part `at_` lies behind.
   void Draw(const PlotPoint& a, const PlotPoint& b, double length) {
     for (double done = 0; done < length;) {
-      const bool isOn = phase_ < on_;
-      const double step = std::min((isOn ? on_ : period_) - phase_, length - done);
+      const bool isOn = at_ % 2 == 0;
+      const double step = std::min(pattern_[at_] - done_, length - done);
       if (isOn) {
         if (!isJoined_) dashes_.push_back({Along(a, b, done / length)});
         dashes_.back().push_back(Along(a, b, std::min(1.0, (done + step) / length)));
       }
       isJoined_ = isOn;
       done += std::max(step, 1e-6);
-      phase_ += step;
-      if (phase_ >= on_ && isOn) isJoined_ = false;
-      if (phase_ >= period_ - 1e-9) phase_ = 0;
+      done_ += step;
+      if (done_ < pattern_[at_] - 1e-9) continue;
+      isJoined_ = false;
+      done_ = 0;
+      at_ = (at_ + 1) % pattern_.size();
     }
   }
 
-  double on_;
+  [[nodiscard]] std::ptrdiff_t At() const { return static_cast<std::ptrdiff_t>(at_); }
+
+  std::span<const double> pattern_;
   double period_;
-  double phase_ = 0;
+  std::size_t at_ = 0;
+  double done_ = 0;
   bool isJoined_ = false;  // the last dash goes on
   std::vector<PlotLine> dashes_;
 };
@@ -126,12 +138,35 @@ std::vector<PlotLine> LinesInView(std::span<const double> x, std::span<const dou
   return lines;
 }
 
-std::vector<PlotLine> Dashes(std::span<const PlotPoint> line, double on, double off,
+std::vector<PlotLine> Dashes(std::span<const PlotPoint> line, std::span<const double> pattern,
                              const PlotRange& seen) {
-  if (line.size() < 2 || !(on > 0) || !(off > 0)) return {};
-  Dasher dasher(on, off);
+  const auto isLength = [](double length) { return length > 0; };
+  if (line.size() < 2 || pattern.size() < 2 || !std::ranges::all_of(pattern, isLength)) return {};
+  Dasher dasher(pattern.first(pattern.size() / 2 * 2));
   for (std::size_t i = 1; i < line.size(); ++i) dasher.Follow(line[i - 1], line[i], seen);
   return dasher.Take();
+}
+
+std::span<const double> DashPattern(int dash) {
+  static constexpr std::array<double, 2> kDashed{6, 3};
+  static constexpr std::array<double, 2> kDotted{1.5, 2.5};
+  static constexpr std::array<double, 4> kDashDot{8, 2.5, 1.5, 2.5};
+  static constexpr std::array<double, 2> kLong{16, 5};
+  static constexpr std::array<double, 6> kDashDotDot{8, 2, 1.5, 2, 1.5, 2};
+  switch (dash) {
+    case 1:
+      return kDashed;
+    case 2:
+      return kDotted;
+    case 3:
+      return kDashDot;
+    case 4:
+      return kLong;
+    case 5:
+      return kDashDotDot;
+    default:
+      return {};
+  }
 }
 
 }  // namespace kestrel

@@ -28,9 +28,14 @@ using PlotLine = std::vector<PlotPoint>;
                                                 std::span<const double> y, const AxisMap& across,
                                                 const AxisMap& up);
 
-// The parts of a line that are drawn when it is `on` pixels drawn and `off` pixels not, along it,
-// as far as they may be seen between two heights.
-[[nodiscard]] std::vector<PlotLine> Dashes(std::span<const PlotPoint> line, double on, double off,
-                                           const PlotRange& seen);
+// The parts of a line that are drawn when it is alternately drawn and not along it, by the lengths
+// of a pattern in pixels (an even number of them, all above 0), as far as they may be seen between
+// two heights.
+[[nodiscard]] std::vector<PlotLine> Dashes(std::span<const PlotPoint> line,
+                                           std::span<const double> pattern, const PlotRange& seen);
+
+// The lengths of dash number 1 to kTraceDashes - 1, told apart without colours; empty for 0, a line
+// drawn through.
+[[nodiscard]] std::span<const double> DashPattern(int dash);
 
 }  // namespace kestrel

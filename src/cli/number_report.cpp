@@ -129,14 +129,11 @@ void TakeAxis(NumberReport& report, const Record& record, Axis axis, const Numbe
   }
 }
 
-// Of levels and densities of averaged spectra; empty where it does not matter.
+// Of levels and densities; empty where it does not matter.
 std::string NoticeOfAverages(const Record& record, const NumberChoice& choice) {
-  const int averages = record.settings.averages;
   const bool isPower = choice.Levels() || choice.Quantity().quantity == Quantity::Density;
-  if (record.kind != RecordKind::Spectrum || averages < 2 || !isPower) return {};
-  return "The sensor averages magnitudes, not power. Noise reads " +
-         analysis::NumberText(-analysis::NoiseOfAveragedMagnitudesDb(averages), 1) +
-         " dB low, lines as they are.";
+  if (record.kind != RecordKind::Spectrum || !isPower) return {};
+  return analysis::AveragesNotice(record.settings.averages);
 }
 
 // Notices about the scale mean those who show it by another; here it is the record's own.

@@ -99,12 +99,9 @@ LevelRow ReferenceRow(const OverallLevels& levels, const Measured& reference) {
       continue;
     }
     const auto level = analysis::OverallLevel(other);
-    const bool isTold =
-        level && level->rmsG > HiddenRms(other, level->fromHz, level->toHz) &&
-        overall.level->rmsG > HiddenRms(overall.measured->spectrum, level->fromHz, level->toHz);
+    if (!level) continue;
     row.values[Index(axis)] =
-        isTold ? analysis::SignedDecibelText(20 * std::log10(overall.level->rmsG / level->rmsG))
-               : "";
+        LevelOverText(overall.measured->spectrum, *overall.level, other, *level);
   }
   return row;
 }
@@ -139,6 +136,13 @@ std::string LevelText(const analysis::Spectrum& spectrum, const BandLevel& level
   const double hidden = HiddenRms(spectrum, level.fromHz, level.toHz);
   if (level.rmsG >= hidden && level.rmsG > 0) return SignificantText(level.rmsG);
   return "below " + SignificantText(analysis::RoundedUp(std::hypot(level.rmsG, hidden), 2), 2);
+}
+
+std::string LevelOverText(const analysis::Spectrum& spectrum, const BandLevel& level,
+                          const analysis::Spectrum& other, const BandLevel& otherLevel) {
+  const bool isTold = level.rmsG > HiddenRms(spectrum, level.fromHz, level.toHz) &&
+                      otherLevel.rmsG > HiddenRms(other, otherLevel.fromHz, otherLevel.toHz);
+  return isTold ? analysis::SignedDecibelText(20 * std::log10(level.rmsG / otherLevel.rmsG)) : "";
 }
 
 LevelTable LevelsOf(const Study& study) {

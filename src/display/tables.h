@@ -54,6 +54,12 @@ struct LevelTable {
 [[nodiscard]] std::string LevelText(const analysis::Spectrum& spectrum,
                                     const analysis::BandLevel& level);
 
+// A level over another in dB: "+4.3"; empty where bins that read nothing may hide either.
+[[nodiscard]] std::string LevelOverText(const analysis::Spectrum& spectrum,
+                                        const analysis::BandLevel& level,
+                                        const analysis::Spectrum& other,
+                                        const analysis::BandLevel& otherLevel);
+
 struct BandRow {
   int number = 0;
   std::string range = {};  // "587 to 1,370"

@@ -40,12 +40,6 @@ std::string IntervalText(double seconds) {
   return seconds < 1e-3 ? FourDigits(seconds * 1e6) + " µs" : FourDigits(seconds * 1e3) + " ms";
 }
 
-std::string StepText(const Record& record) {
-  const int option = record.settings.option;
-  if (record.kind == RecordKind::Time) return "Δt " + IntervalText(1 / SampleFrequency(option));
-  return "Δf " + FourDigits(BinWidth(option)) + " Hz";
-}
-
 std::string KindText(RecordKind kind) {
   return kind == RecordKind::Time ? "Time record" : "Spectrum";
 }
@@ -60,7 +54,15 @@ std::string SettingsText(const Record& record) {
   return text + ", option " + std::to_string(record.settings.option) + ", " + StepText(record);
 }
 
-std::string SetFlags(const StatusFlags& status) {
+}  // namespace
+
+std::string StepText(const Record& record) {
+  const int option = record.settings.option;
+  if (record.kind == RecordKind::Time) return "Δt " + IntervalText(1 / SampleFrequency(option));
+  return "Δf " + FourDigits(BinWidth(option)) + " Hz";
+}
+
+std::string FlagsText(const StatusFlags& status) {
   std::string text;
   for (std::size_t bit = 0; bit < kStatusFlagTable.size(); ++bit) {
     if (!status.IsSet(static_cast<int>(bit))) continue;
@@ -76,8 +78,6 @@ std::string SensorText(const SensorIdentity& sensor) {
   if (!sensor.adapter.empty()) text += " (" + sensor.adapter + ")";
   return text;
 }
-
-}  // namespace
 
 std::string RangeName(std::int16_t range) {
   return "0 to " + GeneralNumber(FullScaleOf(range)) + "g";
@@ -102,7 +102,7 @@ std::vector<std::string> RecordDetails(const Record& record, const std::string& 
   lines.push_back("Supply " + FixedNumber(static_cast<double>(record.conditions.supplyV), 3) +
                   " V, temperature " +
                   FixedNumber(static_cast<double>(record.conditions.temperatureC), 1) + " °C");
-  if (record.status.known) lines.push_back("Status: " + SetFlags(record.status));
+  if (record.status.known) lines.push_back("Status: " + FlagsText(record.status));
   lines.push_back("Record information " + Hex(record.settings.recInfo) + " hexadecimal");
   if (record.sensor.product != 0) lines.push_back("Sensor " + SensorText(record.sensor));
   return lines;

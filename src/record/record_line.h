@@ -22,4 +22,9 @@ namespace kestrel {
 [[nodiscard]] std::vector<std::string> RecordDetails(const Record& record,
                                                      const std::string& localTime);
 
+// Parts of these texts: "Δf 195.7 Hz", "alarm, self-test", "31407, simulated, Ezusb-0".
+[[nodiscard]] std::string StepText(const Record& record);
+[[nodiscard]] std::string FlagsText(const StatusFlags& status);
+[[nodiscard]] std::string SensorText(const SensorIdentity& sensor);
+
 }  // namespace kestrel

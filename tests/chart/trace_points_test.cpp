@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "chart/trace_points.h"
 
+#include <array>
+#include <set>
+
+#include "chart/plot_scene.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -67,7 +72,7 @@ TEST(LinesInView, NothingIsNoLine) {
 
 TEST(Dashes, AlternateAlongTheLine) {
   const PlotLine line{{0, 0}, {10, 0}, {10, 10}};
-  const auto dashes = Dashes(line, 3, 2, {-1, 11});
+  const auto dashes = Dashes(line, std::array{3.0, 2.0}, {-1, 11});
   ASSERT_EQ(dashes.size(), 4U);
   EXPECT_EQ(dashes[1].front(), (PlotPoint{5, 0}));
   EXPECT_EQ(dashes[1].back(), (PlotPoint{8, 0}));
@@ -76,9 +81,38 @@ TEST(Dashes, AlternateAlongTheLine) {
 }
 
 TEST(Dashes, WhatLiesFarAwayCostsNothing) {
-  const auto dashes = Dashes(PlotLine{{0, -1e6}, {5, 1e6}}, 3, 2, {0, 100});
+  const auto dashes = Dashes(PlotLine{{0, -1e6}, {5, 1e6}}, std::array{3.0, 2.0}, {0, 100});
   EXPECT_GE(dashes.size(), 20U);
   EXPECT_LE(dashes.size(), 22U);
+}
+
+TEST(Dashes, FollowAPatternOfSeveralLengths) {
+  const PlotLine line{{0, 0}, {20, 0}};
+  const auto dashes = Dashes(line, std::array{6.0, 2.0, 1.0, 2.0}, {-1, 1});
+  ASSERT_EQ(dashes.size(), 4U);
+  EXPECT_NEAR(dashes[1].front().x, 8, 1e-9);
+  EXPECT_NEAR(dashes[1].back().x, 9, 1e-9);
+  EXPECT_NEAR(dashes[2].front().x, 11, 1e-9);
+  EXPECT_NEAR(dashes[2].back().x, 17, 1e-9);
+  EXPECT_NEAR(dashes[3].front().x, 19, 1e-9);
+}
+
+TEST(Dashes, GoOnWhereAPartThatIsNotSeenEnds) {
+  const PlotLine line{{0, 0}, {0, 7}, {20, 7}};  // 7 pixels below what is seen
+  const auto dashes = Dashes(line, std::array{6.0, 2.0, 1.0, 2.0}, {6.999, 8});
+  ASSERT_FALSE(dashes.empty());
+  EXPECT_NEAR(dashes[0].front().x, 1, 1e-2);  // 8 along the line: the dot
+  EXPECT_NEAR(dashes[0].back().x, 2, 1e-2);
+}
+
+TEST(DashPattern, EveryNumberHasItsOwn) {
+  EXPECT_TRUE(DashPattern(0).empty());
+  std::set<std::vector<double>> patterns;
+  for (int dash = 0; dash < kTraceDashes; ++dash) {
+    const auto pattern = DashPattern(dash);
+    patterns.insert({pattern.begin(), pattern.end()});
+  }
+  EXPECT_EQ(patterns.size(), std::size_t{kTraceDashes});
 }
 
 }  // namespace

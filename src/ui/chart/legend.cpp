@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "ui/chart/tabular_text.h"
+#include "ui/chart/trace_painter.h"
 
 namespace kestrel {
 namespace {
 
 constexpr double kSwatch = 18;
+constexpr double kLongSwatch = 34;  // shows any pattern twice
 constexpr double kGap = 6;
 constexpr double kApart = 18;  // between two entries
 
@@ -20,17 +22,21 @@ struct Entry {
   QColor colour;
   TraceStyle style = TraceStyle::Live;
   bool isFocus = false;
+  std::span<const double> dash = {};
+  double swatch = kSwatch;
 };
 
 bool IsSame(const Entry& a, const Entry& b) {
-  return a.text == b.text && a.colour == b.colour && a.style == b.style;
+  return a.text == b.text && a.colour == b.colour && a.style == b.style &&
+         a.dash.data() == b.dash.data();
 }
 
 std::vector<Entry> Entries(const PlotPage& page, const PlotPane& pane) {
   std::vector<Entry> entries;
   for (const SceneTrace& trace : pane.traces) {
     const std::string text = trace.figure.empty() ? trace.name : trace.name + ' ' + trace.figure;
-    entries.push_back({text, page.look.Ink(trace.ink), trace.style, trace.isFocus});
+    entries.push_back({text, page.look.Ink(trace.ink), trace.style, trace.isFocus, PatternOf(trace),
+                       trace.letter.empty() ? kSwatch : kLongSwatch});
   }
   if (pane.crowd) entries.push_back({pane.crowd->name, page.look.Ink(pane.crowd->ink)});
   std::erase_if(entries, [](const Entry& entry) { return entry.text.empty(); });
@@ -42,9 +48,11 @@ std::vector<Entry> Entries(const PlotPage& page, const PlotPane& pane) {
 void PaintSwatch(QPainter& painter, const Entry& entry, double left, double y) {
   const double width = entry.isFocus ? 3 : entry.style == TraceStyle::Live ? 2 : 1.25;
   QPen pen(entry.colour, width, Qt::SolidLine, Qt::FlatCap);
-  if (entry.style == TraceStyle::Reference) pen.setDashPattern({3 / width, 2 / width});
+  QList<qreal> dashes;
+  for (const double length : entry.dash) dashes << length / width;
+  if (!dashes.isEmpty()) pen.setDashPattern(dashes);
   painter.setPen(pen);
-  painter.drawLine(QPointF(left, std::round(y)), QPointF(left + kSwatch, std::round(y)));
+  painter.drawLine(QPointF(left, std::round(y)), QPointF(left + entry.swatch, std::round(y)));
 }
 
 // From the right; what has no room left is left out.
@@ -55,12 +63,12 @@ void PaintEntries(QPainter& painter, const PlotPage& page, const std::vector<Ent
     const QFont& font = entry->isFocus ? page.fonts.bold : page.fonts.plain;
     const double width = TabularWidth(font, entry->text);
     const double left = right - width;
-    if (left - kGap - kSwatch < place.left()) return;
+    if (left - kGap - entry->swatch < place.left()) return;
     painter.setPen(page.look.text);
     const QRectF text(left, place.top(), width, place.height());
     DrawTabular(painter, font, text, Qt::AlignLeft, entry->text);
-    PaintSwatch(painter, *entry, left - kGap - kSwatch, place.center().y());
-    right = left - kGap - kSwatch - kApart;
+    PaintSwatch(painter, *entry, left - kGap - entry->swatch, place.center().y());
+    right = left - kGap - entry->swatch - kApart;
   }
 }
 

@@ -13,6 +13,7 @@
 #endif
 
 #include "ui/chart/label_painter.h"
+#include "ui/chart/letter_painter.h"
 #include "ui/chart/overlay_painter.h"
 #include "ui/chart/trace_painter.h"
 
@@ -39,6 +40,7 @@ class Sheet {
 
   void PaintBelow(QPainter& painter) const { PaintGround(painter, Page()); }
   void PaintAbove(QPainter& painter) const {
+    PaintTraceLetters(painter, Page());
     PaintPeakLabels(painter, Page());
     PlotOverlay overlay;
     overlay.cursor = picture_.cursor;

@@ -4,6 +4,7 @@
 
 #include <QPolygonF>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <functional>
 #include <iterator>
@@ -11,6 +12,7 @@
 
 #include "chart/crowd.h"
 #include "chart/spread.h"
+#include "chart/trace_points.h"
 
 namespace kestrel {
 namespace {
@@ -18,8 +20,7 @@ namespace {
 constexpr double kEvenFill = 0.12;
 constexpr double kFadingFill = 0.22;
 constexpr double kCrowdShade = 0.30;
-constexpr double kDashOn = 3;
-constexpr double kDashOff = 2;
+constexpr std::array<double, 2> kReferenceDash{3, 2};
 constexpr double kDot = 4;  // across
 
 double WidthOf(TraceStyle style) {
@@ -52,14 +53,17 @@ StrokeFill FillOf(const CanvasMaps& maps) {
   return {maps.up.ToPixel(0), 0, maps.height, kEvenFill, kEvenFill};
 }
 
-std::vector<PlotLine> Dashed(const std::vector<PlotLine>& lines, double width, double ratio,
-                             double height) {
-  // The pen's round ends make each dash longer by its width.
-  const double on = std::max(0.1, kDashOn * ratio - width);
-  const double off = kDashOff * ratio + width;
+std::vector<PlotLine> Dashed(const std::vector<PlotLine>& lines, std::span<const double> lengths,
+                             double width, double ratio, double height) {
+  std::vector<double> pattern;
+  for (std::size_t i = 0; i < lengths.size(); ++i) {
+    // The pen's round ends make each dash longer by its width.
+    const double longer = i % 2 == 0 ? -width : width;
+    pattern.push_back(std::max(0.1, lengths[i] * ratio + longer));
+  }
   std::vector<PlotLine> dashes;
   for (const PlotLine& line : lines) {
-    for (PlotLine& dash : Dashes(line, on, off, {-width, height + width})) {
+    for (PlotLine& dash : Dashes(line, pattern, {-width, height + width})) {
       dashes.push_back(std::move(dash));
     }
   }
@@ -92,8 +96,8 @@ void AddTrace(const PlotPage& page, const CanvasMaps& maps, const SceneTrace& tr
                      ? SpreadInColumns(x, y, maps.across, maps.up).lines
                      : LinesInView(x.subspan(from), y.subspan(from), maps.across, maps.up);
   stroke.colour = ColourOf(page.look.Ink(trace.ink));
-  if (trace.style == TraceStyle::Reference) {
-    stroke.lines = Dashed(stroke.lines, stroke.width, page.layout.ratio, maps.height);
+  if (const auto pattern = PatternOf(trace); !pattern.empty()) {
+    stroke.lines = Dashed(stroke.lines, pattern, stroke.width, page.layout.ratio, maps.height);
   }
   stroke.isFilled = trace.isFilled;
   if (trace.isFilled) stroke.fill = FillOf(maps);
@@ -188,6 +192,11 @@ QRect CanvasOf(const QImage& picture, const PaneLayout& pane, double ratio) {
 }
 
 }  // namespace
+
+std::span<const double> PatternOf(const SceneTrace& trace) {
+  if (trace.style == TraceStyle::Reference) return kReferenceDash;
+  return DashPattern(trace.dash);
+}
 
 std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t index) {
   const CanvasMaps maps(page, index);

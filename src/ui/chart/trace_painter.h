@@ -4,6 +4,7 @@
 
 #include <QImage>
 #include <QPainter>
+#include <span>
 #include <vector>
 
 #include "chart/stroke_image.h"
@@ -16,6 +17,9 @@ void DrawTraces(QImage& picture, const PlotPage& page);
 
 // With a painter, for devices that keep lines as lines.
 void PaintTraces(QPainter& painter, const PlotPage& page);
+
+// Lengths drawn and not drawn along a trace, in unscaled pixels; empty for a line drawn through.
+[[nodiscard]] std::span<const double> PatternOf(const SceneTrace& trace);
 
 // The strokes of one pane in device pixels, relative to the canvas's top left corner.
 [[nodiscard]] std::vector<Stroke> StrokesOf(const PlotPage& page, std::size_t pane);
