@@ -4,6 +4,8 @@ include(GNUInstallDirs)
 set(linux ${PROJECT_SOURCE_DIR}/packaging/linux)
 
 install(TARGETS kestrel kestrel-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+# Started by kestrel-cli alone.
+install(TARGETS kestrel-report RUNTIME DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/kestrel)
 install(FILES ${linux}/io.kestrel.evaluation.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
 install(FILES ${linux}/io.kestrel.evaluation.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${linux}/kestrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
@@ -41,7 +43,7 @@ sensor, plots them, compares them with alarm bands, edits every register and
 logs captures to files. A simulated sensor is built in.")
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6, fonts-dejavu-core")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)

@@ -34,6 +34,8 @@ class Command {
   [[nodiscard]] virtual bool Chosen() const = 0;
   // Whether a sensor has to answer first.
   [[nodiscard]] virtual bool NeedsSensor() const { return true; }
+  // Whether pages are printed, which not every program of the command line can.
+  [[nodiscard]] virtual bool NeedsPainter() const { return false; }
   virtual ExitCode Run(Session& session, const Output& output) = 0;
 };
 

@@ -53,27 +53,35 @@ void NumberChoice::AddTo(CLI::App& app) {
       ->check(PeaksProblem)
       ->type_name("INT");
   app.add_flag("--levels", levels_, "Report the levels of each axis and of its alarm bands");
-  AddChoice(app, "--quantity", quantity_, kQuantities, "Quantity of peaks and levels");
-  AddChoice(app, "--amplitude", amplitude_, kAmplitudes, "Amplitude of peaks");
+  quantity_.AddTo(app);
   app.parse_complete_callback([this] { Check(); });
 }
 
 void NumberChoice::Check() const {
-  if ((quantity_ || amplitude_) && !Any()) {
-    throw CLI::ValidationError(quantity_ ? "--quantity" : "--amplitude",
+  if (quantity_.Any() && !Any()) {
+    throw CLI::ValidationError(quantity_.quantity ? "--quantity" : "--amplitude",
                                "tells in what peaks and levels are reported. Give --peaks or "
                                "--levels as well");
   }
-  if (quantity_ == Quantity::Density && amplitude_ && *amplitude_ != Amplitude::Rms) {
+  quantity_.Check();
+}
+
+void QuantityOptions::AddTo(CLI::App& app) {
+  AddChoice(app, "--quantity", quantity, kQuantities, "Quantity of peaks and levels");
+  AddChoice(app, "--amplitude", amplitude, kAmplitudes, "Amplitude of peaks");
+}
+
+void QuantityOptions::Check() const {
+  if (quantity == Quantity::Density && amplitude && *amplitude != Amplitude::Rms) {
     throw CLI::ValidationError("--amplitude",
                                "a density is power, which is always RMS. Leave --amplitude out, "
                                "or choose another --quantity");
   }
 }
 
-analysis::QuantityChoice NumberChoice::Quantity() const {
-  const analysis::Quantity quantity = quantity_.value_or(analysis::Quantity::Acceleration);
-  return {.quantity = quantity, .amplitude = amplitude_.value_or(UsualAmplitude(quantity))};
+analysis::QuantityChoice QuantityOptions::Choice() const {
+  const Quantity chosen = quantity.value_or(Quantity::Acceleration);
+  return {.quantity = chosen, .amplitude = amplitude.value_or(UsualAmplitude(chosen))};
 }
 
 }  // namespace kestrel

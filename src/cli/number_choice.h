@@ -9,6 +9,20 @@
 
 namespace kestrel {
 
+// --quantity and --amplitude, which outlive `app`.
+struct QuantityOptions {
+  void AddTo(CLI::App& app);
+
+  [[nodiscard]] bool Any() const { return quantity || amplitude; }
+  // Where no amplitude is chosen: acceleration as peak, velocity as RMS, displacement peak to peak.
+  [[nodiscard]] analysis::QuantityChoice Choice() const;
+  // Throws CLI::ValidationError where the two do not go together.
+  void Check() const;
+
+  std::optional<analysis::Quantity> quantity{};
+  std::optional<analysis::Amplitude> amplitude{};
+};
+
 class NumberChoice {
  public:
   // Adds --peaks, --levels, --quantity and --amplitude; `this` outlives `app`.
@@ -18,16 +32,14 @@ class NumberChoice {
   [[nodiscard]] int Peaks() const { return peaks_; }
   [[nodiscard]] bool Levels() const { return levels_; }
   [[nodiscard]] bool Any() const { return peaks_ > 0 || levels_; }
-  // Where no amplitude is chosen: acceleration as peak, velocity as RMS, displacement peak to peak.
-  [[nodiscard]] analysis::QuantityChoice Quantity() const;
+  [[nodiscard]] analysis::QuantityChoice Quantity() const { return quantity_.Choice(); }
 
  private:
   void Check() const;
 
   int peaks_ = 0;
   bool levels_ = false;
-  std::optional<analysis::Quantity> quantity_;
-  std::optional<analysis::Amplitude> amplitude_;
+  QuantityOptions quantity_;
 };
 
 }  // namespace kestrel

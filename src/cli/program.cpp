@@ -19,6 +19,7 @@
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
 #include "cli/registers_command.h"
+#include "cli/report/report_command.h"
 #include "cli/setup/setup_command.h"
 #include "cli/small_commands.h"
 #include "numeric/conversions.h"
@@ -106,6 +107,15 @@ ExitCode RunCommand(Command& command, Session& session, const Output& output) {
   }
 }
 
+ExitCode Handed(const Surroundings& surroundings) {
+  try {
+    return surroundings.doneByPainter();
+  } catch (const std::runtime_error& error) {
+    surroundings.error << error.what() << '\n';
+    return ExitCode::Failure;
+  }
+}
+
 // The words that could stand where one is missing, with commas.
 std::string WordsOf(const CLI::App& app) {
   std::string words;
@@ -146,22 +156,23 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 11> commands{
+  std::array<std::unique_ptr<Command>, 12> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
       std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
       std::make_unique<TrendCommand>(),    std::make_unique<BaselineCommand>(),
-      std::make_unique<SetupCommand>()};
+      std::make_unique<SetupCommand>(),    std::make_unique<ReportCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
   } catch (const CLI::ParseError& error) {
     return Refuse(app, error, surroundings);
   }
-  Session session(surroundings, connection, archiveOptions.Choice(surroundings.usualArchive));
   const auto chosen = std::find_if(commands.begin(), commands.end(),
                                    [](const auto& command) { return command->Chosen(); });
+  if ((*chosen)->NeedsPainter() && surroundings.painter == nullptr) return Handed(surroundings);
+  Session session(surroundings, connection, archiveOptions.Choice(surroundings.usualArchive));
   return RunCommand(**chosen, session, output);
 }
 

@@ -11,6 +11,7 @@
 #include "archive/keeper.h"
 #include "cli/exit_code.h"
 #include "platform/hardware_switch.h"
+#include "report/report_painter.h"
 #include "station/station.h"
 
 namespace kestrel {
@@ -26,10 +27,14 @@ struct Surroundings {
   std::function<bool()> interrupted;  // Ctrl-C since last asked
   std::ostream& out;
   std::ostream& error;
-  bool showProgress = false;       // the error stream is somebody's terminal
-  archive::Place usualArchive{};   // where nothing else is chosen; none: nothing is kept
-  std::string bench{};             // the name of this computer
-  std::filesystem::path setups{};  // where set-ups are kept; none: nowhere
+  bool showProgress = false;                 // the error stream is somebody's terminal
+  archive::Place usualArchive{};             // where nothing else is chosen; none: nothing is kept
+  std::string bench{};                       // the name of this computer
+  std::filesystem::path setups{};            // where set-ups are kept; none: nowhere
+  report::ReportPainter* painter = nullptr;  // null in the program that starts without one
+  // Has the same command line done by the program that can print, where this one cannot. Throws
+  // RuntimeError where there is none.
+  std::function<ExitCode()> doneByPainter = {};
 };
 
 // Where records are kept.
@@ -64,6 +69,8 @@ class Session {
   [[nodiscard]] const std::filesystem::path& SetupFolder() const { return surroundings_.setups; }
   // Whether Ctrl-C was pressed since last asked.
   [[nodiscard]] bool Interrupted() const { return surroundings_.interrupted(); }
+  // Of commands that need one.
+  [[nodiscard]] report::ReportPainter& Painter() const { return *surroundings_.painter; }
   [[nodiscard]] const std::string& Bench() const { return surroundings_.bench; }
 
  private:

@@ -76,7 +76,7 @@ Section PeakSection(const study::Study& study, std::size_t most) {
   }
   section.tables.push_back(WithoutEmptyColumns(std::move(table)));
   section.remarks.push_back(
-      "± bounds the error of a steady line; values have as many digits as it carries.");
+      "± holds for 95 % of lines; a value has as many digits as it leaves.");
   return section;
 }
 

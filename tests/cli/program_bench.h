@@ -41,7 +41,9 @@ class ProgramBench : public testing::Test {
                                   .showProgress = showProgress,
                                   .usualArchive = usualArchive,
                                   .bench = "bench 1",
-                                  .setups = setups});
+                                  .setups = setups,
+                                  .painter = painter,
+                                  .doneByPainter = doneByPainter});
   }
 
   // On the simulated sensor.
@@ -67,6 +69,8 @@ class ProgramBench : public testing::Test {
   archive::Place usualArchive{};   // none: nothing is kept
   std::filesystem::path setups{};  // none: nowhere
   std::string portDevice;          // that the program asked for
+  report::ReportPainter* painter = nullptr;
+  std::function<ExitCode()> doneByPainter = [] { return ExitCode::Failure; };
   std::ostringstream out;
   std::ostringstream error;
 };

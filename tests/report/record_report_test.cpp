@@ -20,7 +20,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
 
-const std::vector<std::pair<int, int>> kLines{{41, 600}, {42, 1200}, {43, 600}, {83, 150}, {84, 300}, {85, 150}};
+const std::vector<std::pair<int, int>> kLines{{41, 600}, {42, 1200}, {43, 600},
+                                              {83, 150}, {84, 300},  {85, 150}};
 
 const Section& SectionOf(const Report& report, const std::string& heading) {
   for (const Section& section : report.sections) {
@@ -183,8 +184,8 @@ TEST(RecordReport, ATimeRecordHasItsSamplesAndItsSpectrum) {
 
 TEST(RecordReport, AQuantityThatCannotBeToldIsRefusedWithItsCure) {
   ReportChoice choice;
-  choice.study.quantity = {.quantity = analysis::Quantity::Displacement,
-                           .amplitude = analysis::Amplitude::PeakToPeak};
+  choice.study.quantity = {.quantity = analysis::Quantity::Density,
+                           .amplitude = analysis::Amplitude::Rms};
   archive::KeptRecord kept = KeptSpectrum(0, kLines);
   kept.record.settings.window = 3;  // none of the sensor's
   const Report report = ReportOf(kept, choice);

@@ -2,12 +2,12 @@
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
-  local commands="capture registers bands command record status adapters archive trend baseline setup"
+  local commands="capture registers bands command record status adapters archive trend baseline setup report"
   local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup)
+      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report)
         [ -n "$command" ] || command=$word ;;
       list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore) action=$word ;;
     esac
@@ -23,7 +23,9 @@ _kestrel_cli() {
     --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
     --format) words="uff58 uff58b wav mat csv json" ;;
     --axis) words="X Y Z" ;;
+    --paper) words="a4 letter" ;;
     --kind) words="spectrum time" ;;
+    --plots) COMPREPLY=($(compgen -d -- "$current")); return ;;
     --percentile) words="95 99" ;;
     --level) words="peak rms" ;;
     --archive | --into | --bands | --save | --evidence | --file) COMPREPLY=($(compgen -f -- "$current")); return ;;
@@ -46,6 +48,7 @@ _kestrel_cli() {
         archive:delete) words="--undo --for-good --help" ;;
         trend:) words="rms peak temperature supply --axis --low --high --near --within --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
         baseline:) words="--good-from --good-until --good-tag --good-text --good-id --good-every --bad-from --bad-until --bad-tag --bad-text --bad-id --bad-every --machine --point --bench --option --window --range --averages --sigma --percentile --at-least --fault-above --level --m --n --hysteresis --bands --sensor-bands --present --save --evidence --write --help" ;;
+        report:) words="--out --plots --svg --png --title --paper --quantity --amplitude --help" ;;
         archive:export) words="--format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;

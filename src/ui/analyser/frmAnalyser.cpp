@@ -19,6 +19,7 @@ namespace kestrel {
 namespace {
 
 constexpr QSize kUsualSize{1280, 800};
+constexpr int kReportSaidMs = 6000;
 
 // With controls of its own.
 bool IsOfArchive(study::View view) {
@@ -54,6 +55,7 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       waterfall_(new WaterfallArea(model_)),
       library_(new LibraryView(model_, host_.keeper)),
       trend_(new TrendView(model_, host_.keeper)),
+      reports_(new ReportExport(model_, *library_, host_.files, *this)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
       known_(new KnownPanel(model_)),
@@ -149,6 +151,9 @@ void frmAnalyser::Connect() {
           [this](const QString& text) { statusBar()->showMessage(text); });
   connect(trend_, &TrendView::CopyAsked, this, &frmAnalyser::Copy);
   connect(trend_, &TrendView::ExportAsked, this, &frmAnalyser::AskExport);
+  connect(reports_, &ReportExport::Said, this, [this](const QString& text, bool isTrouble) {
+    statusBar()->showMessage(text, isTrouble ? 0 : kReportSaidMs);
+  });
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,
           [this](int option) { host_.captureAtOption(option); });
@@ -196,6 +201,7 @@ void frmAnalyser::ShowView(study::View view) {
     for (AnalyserDock* dock : docks_) dock->setVisible(!isOfArchive);
   }
   toolBar_->setVisible(!isOfArchive);
+  reports_->SetFromLibrary(view == study::View::Library);
   menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
   ShowPage(WidgetOf(view));
 }

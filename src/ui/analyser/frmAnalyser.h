@@ -14,6 +14,7 @@
 #include "ui/analyser/analyser_dock.h"
 #include "ui/analyser/plot_area.h"
 #include "ui/analyser/records_panel.h"
+#include "ui/analyser/report_export.h"
 #include "ui/analyser/table_panels.h"
 #include "ui/analyser/tool_bar.h"
 #include "ui/analyser/view_bar.h"
@@ -67,6 +68,7 @@ class frmAnalyser : public QMainWindow {
   // Writes the plot into a file, a trend also as a table (csv); says in the status bar how that
   // went.
   bool Export(const QString& file);
+  [[nodiscard]] ReportExport& Reports() { return *reports_; }
   void Copy();
 
  protected:
@@ -120,6 +122,7 @@ class frmAnalyser : public QMainWindow {
   LibraryView* library_;
   TrendView* trend_;
   std::unique_ptr<RecordExport> records_;  // none without an archive
+  ReportExport* reports_;
   QStackedWidget* views_;
   QLabel* lblConditions_;
   KnownPanel* known_;

@@ -32,6 +32,10 @@ void frmAnalyser::AddMenus() {
   file->addAction(tr("&Copy picture"), this, &frmAnalyser::Copy)->setObjectName("mnuCopy");
   file->addAction(tr("&Export picture..."), this, &frmAnalyser::AskExport)
       ->setObjectName("mnuExport");
+  QAction* report = file->addAction(tr("&Report..."), reports_, &ReportExport::Ask);
+  report->setObjectName("mnuReport");
+  report->setShortcut(Qt::CTRL | Qt::Key_R);
+  library_->AddRowAction(report);
   file->addSeparator();
   QAction* close = file->addAction(tr("C&lose"), this, &QWidget::close);
   close->setObjectName("mnuClose");

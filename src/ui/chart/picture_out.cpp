@@ -34,7 +34,8 @@ class Sheet {
       : picture_(picture),
         look_(Look::Light()),
         fonts_(picture.font),
-        layout_(LaidOut(picture.scene, picture.ranges, fonts_, picture.size, ratio, true)) {}
+        layout_(LaidOut(picture.scene, picture.ranges, fonts_, picture.size, ratio,
+                        !picture.scene.source.empty())) {}
 
   [[nodiscard]] PlotPage Page() const { return {picture_.scene, layout_, look_, fonts_}; }
 
@@ -101,6 +102,10 @@ QImage Drawn(const PlotPicture& picture, double ratio) {
   image.setText(QStringLiteral("Description"), Text(picture.scene.line));
   image.setText(QStringLiteral("Source"), Text(picture.scene.source));
   return image;
+}
+
+void PaintPicture(QPainter& painter, const PlotPicture& picture, double ratio) {
+  Sheet(picture, ratio).PaintLines(painter);
 }
 
 QStringList PictureEndings() {

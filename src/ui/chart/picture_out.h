@@ -27,6 +27,9 @@ struct PlotPicture {
 
 [[nodiscard]] QImage Drawn(const PlotPicture& picture, double ratio);
 
+// With a painter, its corner at 0, 0; lines as fine as `ratio` pixels for each unscaled one.
+void PaintPicture(QPainter& painter, const PlotPicture& picture, double ratio);
+
 // The endings of picture files that can be made, "svg" only where the toolkit can write it.
 [[nodiscard]] QStringList PictureEndings();
 

@@ -28,6 +28,17 @@ Archive OpenAnyhow(const archive::Place& place) {
   }
 }
 
+archive::KeptRecord Recognised(Archive& archive, const Record& record) {
+  const auto after = record.time + std::chrono::system_clock::duration(1);
+  for (const ArchiveId id : archive.Find({.from = record.time, .until = after})) {
+    auto kept = archive.Get(id);
+    if (kept && study::IsSameCapture(kept->record, record)) return *std::move(kept);
+  }
+  archive::KeptRecord bare;
+  bare.record = record;
+  return bare;
+}
+
 }  // namespace
 
 Library::Library(archive::Place place, QObject* parent)
@@ -151,6 +162,31 @@ void Library::Load(std::vector<ArchiveId> ids, Taken taken) {
           if (record) records.push_back(std::make_shared<const Record>(std::move(record->record)));
         }
         return records;
+      },
+      std::move(taken));
+}
+
+void Library::LoadKept(std::vector<ArchiveId> ids, std::function<void(Kept)> taken) {
+  Ask<Kept>(
+      Rank::Load,
+      [ids = std::move(ids)](Archive& archive) {
+        Kept records;
+        for (const ArchiveId id : ids) {
+          if (auto record = archive.Get(id)) records.push_back(*std::move(record));
+        }
+        return records;
+      },
+      std::move(taken));
+}
+
+void Library::Recognise(std::vector<study::RecordPointer> records,
+                        std::function<void(Kept)> taken) {
+  Ask<Kept>(
+      Rank::Load,
+      [records = std::move(records)](Archive& archive) {
+        Kept kept;
+        for (const auto& record : records) kept.push_back(Recognised(archive, *record));
+        return kept;
       },
       std::move(taken));
 }

@@ -36,6 +36,7 @@ class Library : public QObject {
 
  public:
   using Taken = std::function<void(std::vector<study::RecordPointer>)>;
+  using Kept = std::vector<archive::KeptRecord>;
   using Deed = std::function<void(archive::Archive&)>;
 
   explicit Library(archive::Place place, QObject* parent = nullptr);
@@ -63,6 +64,11 @@ class Library : public QObject {
   void ChangeRemarks(const std::vector<ArchiveId>& ids, const archive::RemarksChange& change,
                      const std::shared_ptr<RemarksOf>& before);
   void TakeBack(const archive::RemarksChange& change, const std::shared_ptr<RemarksOf>& before);
+  // With all that is kept of them, in the order of the ids; likewise.
+  void LoadKept(std::vector<ArchiveId> ids, std::function<void(Kept)> taken);
+  // The same of records at hand; one that the archive does not have comes back with nothing beside
+  // it.
+  void Recognise(std::vector<study::RecordPointer> records, std::function<void(Kept)> taken);
 
   // Anything else that takes its time; what `work` returns is done in this thread. What was asked
   // so before, and Find, is dropped.

@@ -35,6 +35,12 @@ class LibraryView : public QWidget {
   LibraryView(const LibraryView&) = delete;
   LibraryView& operator=(const LibraryView&) = delete;
 
+  // Null without a place.
+  [[nodiscard]] Library* Archive() { return library_.get(); }
+  // The records selected, from the top.
+  [[nodiscard]] std::vector<ArchiveId> Chosen() const;
+  // An entry of the menu of a row.
+  void AddRowAction(QAction* action);
   [[nodiscard]] LibraryTable* Table() { return table_; }
   [[nodiscard]] QUndoStack& Edits() { return edits_; }
   // Entries for a menu of the window.
@@ -67,7 +73,6 @@ class LibraryView : public QWidget {
   void AskDelete();
   void TakeRemarks();
   void AskLimit();
-  [[nodiscard]] std::vector<ArchiveId> Chosen() const;
 
   StudyModel& study_;
   RecordKeeper* keeper_;

@@ -20,6 +20,12 @@ std::vector<ArchiveId> LibraryView::Chosen() const {
   return table_ != nullptr ? table_->Chosen() : std::vector<ArchiveId>();
 }
 
+void LibraryView::AddRowAction(QAction* action) {
+  if (table_ == nullptr) return;
+  table_->addAction(action);
+  table_->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
 void LibraryView::ShowChosen() {
   if (!library_) return;
   if (remarks_->IsEdited()) TakeRemarks();  // nothing that was written is lost
