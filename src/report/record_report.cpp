@@ -75,8 +75,7 @@ Section PeakSection(const study::Study& study, std::size_t most) {
     table.rows.resize(most);
   }
   section.tables.push_back(WithoutEmptyColumns(std::move(table)));
-  section.remarks.push_back(
-      "± holds for 95 % of lines; a value has as many digits as it leaves.");
+  section.remarks.push_back("± holds for 95 % of lines; a value has as many digits as it leaves.");
   return section;
 }
 

@@ -1,4 +1,4 @@
-// The labels at the peaks of a plot.
+// The labels at the peaks of a plot, and the letters along its traces.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -15,5 +15,9 @@ namespace kestrel {
 [[nodiscard]] std::vector<std::optional<LabelPlace>> PeakLabelPlaces(const PlotPage& page,
                                                                      std::size_t pane);
 void PaintPeakLabels(QPainter& painter, const PlotPage& page);
+
+// For who sees no colours: each trace that has a letter gets it a few times, no two of a pane at
+// the same place along x. A trace that is alone in its pane needs none.
+void PaintTraceLetters(QPainter& painter, const PlotPage& page);
 
 }  // namespace kestrel

@@ -13,7 +13,6 @@
 #endif
 
 #include "ui/chart/label_painter.h"
-#include "ui/chart/letter_painter.h"
 #include "ui/chart/overlay_painter.h"
 #include "ui/chart/trace_painter.h"
 
