@@ -29,8 +29,7 @@ void Add(std::vector<Fact>& facts, const char* name, std::string value) {
 
 std::string RateText(const Record& record) {
   const int option = record.settings.option;
-  return std::to_string(option) + ", " + analysis::NumberText(SampleFrequency(option), 1) +
-         " samples a second";
+  return analysis::NumberText(SampleFrequency(option), 1) + " Hz, option " + std::to_string(option);
 }
 
 std::string LengthText(const Record& record) {
@@ -100,7 +99,7 @@ std::vector<Fact> PlaceFacts(const archive::KeptRecord& kept) {
   std::vector<Fact> facts;
   Add(facts, "Machine", noted(remarks.machine));
   Add(facts, "Measuring point", noted(remarks.point));
-  Add(facts, "Orientation of the axes", OneLine(remarks.orientation));
+  Add(facts, "Orientation", OneLine(remarks.orientation));
   if (remarks.rpm) Add(facts, "Shaft speed", GeneralNumber(*remarks.rpm) + " 1/min");
   Add(facts, "Taken", kept.record.Taken() ? MomentText(kept.record.time) : "time not known");
   std::vector<std::string> tags;
@@ -116,10 +115,9 @@ std::vector<Fact> SettingFacts(const archive::KeptRecord& kept) {
   Add(facts, "Signal range", "0 to " + GeneralNumber(FullScaleOf(record.settings.range)) + " g");
   if (IsSpectrum(record)) {
     Add(facts, "FFT window", WindowText(record));
-    Add(facts, "Averages by the sensor",
-        std::to_string(std::max<int>(record.settings.averages, 1)));
+    Add(facts, "Averages", std::to_string(std::max<int>(record.settings.averages, 1)));
   }
-  Add(facts, "Sample-rate option", RateText(record));
+  Add(facts, "Sample rate", RateText(record));
   Add(facts, "Resolution", LengthText(record));
   Add(facts, "Supply", FixedNumber(static_cast<double>(record.conditions.supplyV), 3) + " V");
   Add(facts, "Temperature",
@@ -128,9 +126,9 @@ std::vector<Fact> SettingFacts(const archive::KeptRecord& kept) {
   if (record.status.known) Add(facts, "Status", FlagsText(record.status));
   Add(facts, "Record information", Hex(record.settings.recInfo) + " hexadecimal");
   if (record.sensor.product != 0) Add(facts, "Sensor", OneLine(SensorText(record.sensor)));
-  if (!kept.program.empty()) Add(facts, "Read by program version", OneLine(kept.program));
+  if (!kept.program.empty()) Add(facts, "Program version", OneLine(kept.program));
   Add(facts, "Computer", OneLine(kept.bench));
-  if (kept.id > 0) Add(facts, "Number in the archive", std::to_string(kept.id));
+  if (kept.id > 0) Add(facts, "Archive number", std::to_string(kept.id));
   return facts;
 }
 

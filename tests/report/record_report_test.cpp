@@ -52,15 +52,15 @@ TEST(RecordReport, SaysWhatWhereWhenAndWithWhichSettings) {
   EXPECT_EQ(report.time, kept.record.time);
   const Section& what = SectionOf(report, "What was measured");
   EXPECT_EQ(FactOf(what, "Machine"), "Pump 1");
-  EXPECT_EQ(FactOf(what, "Orientation of the axes"), "X radial, Z axial");
+  EXPECT_EQ(FactOf(what, "Orientation"), "X radial, Z axial");
   EXPECT_EQ(FactOf(what, "Shaft speed"), "1480 1/min");
   EXPECT_EQ(FactOf(what, "Tags"), "new bearing and reference");
   const Section& how = SectionOf(report, "How it was measured");
   EXPECT_EQ(FactOf(how, "Signal range"), "0 to 20 g");
   EXPECT_EQ(FactOf(how, "FFT window"), "Hanning");
-  EXPECT_EQ(FactOf(how, "Averages by the sensor"), "8");
+  EXPECT_EQ(FactOf(how, "Averages"), "8");
   EXPECT_THAT(FactOf(how, "Resolution"), HasSubstr(StepText(kept.record)));
-  EXPECT_EQ(FactOf(how, "Number in the archive"), "7");
+  EXPECT_EQ(FactOf(how, "Archive number"), "7");
 }
 
 TEST(RecordReport, WhatNobodyNotedIsSaidToBeMissing) {
@@ -71,7 +71,7 @@ TEST(RecordReport, WhatNobodyNotedIsSaidToBeMissing) {
   EXPECT_EQ(report.title, "Vibration record");
   EXPECT_EQ(FactOf(SectionOf(report, "What was measured"), "Machine"), "not noted");
   EXPECT_EQ(FactOf(SectionOf(report, "What was measured"), "Tags"), "");
-  EXPECT_EQ(FactOf(SectionOf(report, "How it was measured"), "Number in the archive"), "");
+  EXPECT_EQ(FactOf(SectionOf(report, "How it was measured"), "Archive number"), "");
   EXPECT_FALSE(HasSection(report, "Note"));
 }
 

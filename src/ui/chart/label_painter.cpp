@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
+#include <optional>
 
 #include "ui/chart/band_painter.h"
 #include "ui/chart/tabular_text.h"
@@ -14,9 +14,8 @@ namespace {
 
 constexpr double kHalo = 2;
 constexpr int kTimes = 3;     // a letter stands along its trace
-constexpr double kReach = 4;  // pixels beside a letter that its trace is looked at
-constexpr double kAbove = 2;  // between trace and letter
-constexpr double kEdgeFree = 1;
+constexpr double kApart = 5;  // pixels between traces that a letter can tell apart
+constexpr double kBesideLetter = 2;
 
 LabelBox BoxOf(const QRectF& rectangle) {
   return {rectangle.left(), rectangle.top(), rectangle.width(), rectangle.height()};
@@ -43,48 +42,86 @@ void PaintLabel(QPainter& painter, const PlotPage& page, const PlotPeak& peak,
                peak.detail, page.look.canvas);
 }
 
-// The highest place of the trace around x, in pixels; none where it has a gap there.
-std::optional<double> TopAround(const SceneTrace& trace, const PaneLayout& pane, double x) {
-  double top = std::numeric_limits<double>::infinity();
-  const double from = pane.across.FromPixel(x - kReach);
-  const double to = pane.across.FromPixel(x + kReach);
-  const std::size_t count = std::min(trace.x.size(), trace.y.size());
-  for (std::size_t i = 0; i < count; ++i) {
-    if (trace.x[i] < from || trace.x[i] > to || !std::isfinite(trace.y[i])) continue;
-    top = std::min(top, pane.up.ToPixel(trace.y[i]));
-  }
-  if (!std::isfinite(top)) return std::nullopt;
-  return top;
+using Lettered = std::vector<const SceneTrace*>;
+
+// In pixels at the sample nearest to x; none outside, and where there is a gap.
+std::optional<double> HeightAt(const SceneTrace& trace, const PaneLayout& pane, double x) {
+  if (trace.x.empty() || x < trace.x.front() || x > trace.x.back()) return std::nullopt;
+  const auto after = std::lower_bound(trace.x.begin(), trace.x.end(), x);
+  auto at = static_cast<std::size_t>(after - trace.x.begin());
+  if (at > 0 && x - trace.x[at - 1] < trace.x[at] - x) --at;
+  if (at >= trace.y.size() || !std::isfinite(trace.y[at])) return std::nullopt;
+  return pane.up.ToPixel(trace.y[at]);
 }
 
-void PaintLetter(QPainter& painter, const PlotPage& page, const PaneLayout& pane,
-                 const SceneTrace& trace, double x) {
-  const auto top = TopAround(trace, pane, x);
-  if (!top) return;
+// How far the other traces are from this one at its sample, in pixels.
+double Parted(const Lettered& traces, const SceneTrace& trace, const PaneLayout& pane,
+              std::size_t sample) {
+  const double own = pane.up.ToPixel(trace.y[sample]);
+  double least = pane.canvas.height();
+  for (const SceneTrace* other : traces) {
+    if (other == &trace) continue;
+    const auto height = HeightAt(*other, pane, trace.x[sample]);
+    if (height) least = std::min(least, std::abs(*height - own));
+  }
+  return least;
+}
+
+// The box of a letter that ends at a sample of its trace, just above it or beside it.
+QRectF LetterBox(const PlotPage& page, const PaneLayout& pane, const SceneTrace& trace,
+                 std::size_t sample) {
   const QFont& font = page.fonts.smallBold;
   const double height = std::ceil(QFontMetricsF(font).height());
   const double width = TabularWidth(font, trace.letter) + 2;
-  const double highest = pane.canvas.top() + kEdgeFree;
-  const double lowest = pane.canvas.bottom() - height - kEdgeFree;
-  const double y = std::clamp(*top - kAbove - height, highest, std::max(highest, lowest));
-  painter.setPen(page.look.text);
-  DrawWithHalo(painter, font, QRectF(x - width / 2, y, width, height), Qt::AlignHCenter,
-               trace.letter, page.look.canvas);
+  const double left = pane.across.ToPixel(trace.x[sample]) + kBesideLetter;
+  const double top = std::clamp(pane.up.ToPixel(trace.y[sample]) - height / 2,
+                                pane.canvas.top() + 1, pane.canvas.bottom() - height - 1);
+  return {std::min(left, pane.canvas.right() - width), top, width, height};
+}
+
+// The place within a part of the canvas where the trace is furthest from all others and no letter
+// stands yet.
+std::optional<QRectF> BestPlace(const PlotPage& page, const Lettered& traces,
+                                const SceneTrace& trace, const PaneLayout& pane,
+                                const PlotRange& part, const std::vector<QRectF>& taken) {
+  std::optional<QRectF> best;
+  double furthest = kApart;
+  const std::size_t count = std::min(trace.x.size(), trace.y.size());
+  for (std::size_t i = 0; i < count; ++i) {
+    const double x = pane.across.ToPixel(trace.x[i]);
+    if (!part.Holds(x) || !std::isfinite(trace.y[i])) continue;
+    const double apart = Parted(traces, trace, pane, i);
+    if (apart <= furthest) continue;
+    const QRectF box = LetterBox(page, pane, trace, i);
+    const bool isFree =
+        std::ranges::none_of(taken, [&box](const QRectF& other) { return other.intersects(box); });
+    if (!isFree) continue;
+    best = box;
+    furthest = apart;
+  }
+  return best;
 }
 
 void PaintLettersOf(QPainter& painter, const PlotPage& page, std::size_t index) {
   const PaneLayout& pane = page.layout.panes[index];
-  std::vector<const SceneTrace*> traces;
+  Lettered traces;
   for (const SceneTrace& trace : page.scene.panes[index].traces) {
     if (!trace.letter.empty()) traces.push_back(&trace);
   }
   if (traces.size() < 2) return;  // the legend says which one it is
-  const double step = pane.canvas.width() / static_cast<double>(kTimes * traces.size());
-  double x = pane.canvas.left() + step / 2;
+  const double first =
+      pane.across.ToPixel(std::max(pane.across.Range().low, page.scene.across.validFrom));
+  const double width = (pane.canvas.right() - first) / kTimes;
+  std::vector<QRectF> taken;
   for (int time = 0; time < kTimes; ++time) {
+    const PlotRange part{first + time * width, first + (time + 1) * width};
     for (const SceneTrace* trace : traces) {
-      PaintLetter(painter, page, pane, *trace, x);
-      x += step;
+      const auto place = BestPlace(page, traces, *trace, pane, part, taken);
+      if (!place) continue;
+      taken.push_back(*place);
+      painter.setPen(page.look.text);
+      DrawWithHalo(painter, page.fonts.smallBold, *place, Qt::AlignHCenter, trace->letter,
+                   page.look.canvas);
     }
   }
 }

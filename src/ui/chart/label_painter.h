@@ -16,8 +16,9 @@ namespace kestrel {
                                                                      std::size_t pane);
 void PaintPeakLabels(QPainter& painter, const PlotPage& page);
 
-// For who sees no colours: each trace that has a letter gets it a few times, no two of a pane at
-// the same place along x. A trace that is alone in its pane needs none.
+// For who sees no colours: each trace that has a letter gets it a few times, where it is furthest
+// from the others. Where traces lie on each other, and where one is alone in its pane, there is
+// none.
 void PaintTraceLetters(QPainter& painter, const PlotPage& page);
 
 }  // namespace kestrel

@@ -2,12 +2,16 @@
 // SPDX-License-Identifier: MIT
 #include "ui/chart/tabular_text.h"
 
+#include <QPaintEngine>
+#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace kestrel {
 namespace {
 
+constexpr double kRim = 2;
 constexpr QStringView kFigures = u"0123456789";
 
 // 0 for a font whose figures are equally wide already.
@@ -30,14 +34,46 @@ double WidthInCells(const QFontMetricsF& metrics, const QString& text, double ce
   return width;
 }
 
-void DrawInCells(QPainter& painter, QPointF place, const QString& text, double cell) {
-  const QFontMetricsF metrics(painter.font());
+// What is drawn where: letter by letter where figures have cells of one width.
+struct Piece {
+  QPointF place;
+  QString text;
+};
+
+std::vector<Piece> InCells(const QFontMetricsF& metrics, QPointF place, const QString& text,
+                           double cell) {
+  std::vector<Piece> pieces;
   for (const QChar letter : text) {
     const double own = metrics.horizontalAdvance(letter);
     const double width = letter.isDigit() ? cell : own;
-    painter.drawText(place + QPointF((width - own) / 2, 0), QString(letter));
+    pieces.push_back({place + QPointF((width - own) / 2, 0), QString(letter)});
     place.rx() += width;
   }
+  return pieces;
+}
+
+std::vector<Piece> PiecesOf(const QFont& font, const QRectF& place, Qt::Alignment alignment,
+                            const QString& text) {
+  if (text.isEmpty()) return {};
+  const QFontMetricsF metrics(font);
+  const double cell = CellWidth(metrics);
+  const double width =
+      cell > 0 ? WidthInCells(metrics, text, cell) : metrics.horizontalAdvance(text);
+  double left = place.left();
+  if (alignment.testFlag(Qt::AlignRight)) left = place.right() - width;
+  if (alignment.testFlag(Qt::AlignHCenter)) left = place.center().x() - width / 2;
+  // Whole pixels: letters stay sharp.
+  const QPointF start(std::round(left),
+                      std::round(place.center().y() + (metrics.ascent() - metrics.descent()) / 2));
+  if (cell > 0) return InCells(metrics, start, text, cell);
+  return {{start, text}};
+}
+
+// Whether texts stay texts on the device, which a rim made of texts would repeat.
+bool KeepsTexts(const QPainter& painter) {
+  const auto* engine = painter.paintEngine();
+  return engine != nullptr &&
+         (engine->type() == QPaintEngine::Pdf || engine->type() == QPaintEngine::SVG);
 }
 
 }  // namespace
@@ -74,22 +110,9 @@ double TabularMeter::WidthOf(const QString& text) {
 
 void DrawTabular(QPainter& painter, const QFont& font, const QRectF& place, Qt::Alignment alignment,
                  const QString& text) {
-  if (text.isEmpty()) return;
   painter.setFont(font);
-  const QFontMetricsF metrics(font);
-  const double cell = CellWidth(metrics);
-  const double width =
-      cell > 0 ? WidthInCells(metrics, text, cell) : metrics.horizontalAdvance(text);
-  double left = place.left();
-  if (alignment.testFlag(Qt::AlignRight)) left = place.right() - width;
-  if (alignment.testFlag(Qt::AlignHCenter)) left = place.center().x() - width / 2;
-  // Whole pixels: letters stay sharp.
-  const QPointF start(std::round(left),
-                      std::round(place.center().y() + (metrics.ascent() - metrics.descent()) / 2));
-  if (cell > 0) {
-    DrawInCells(painter, start, text, cell);
-  } else {
-    painter.drawText(start, text);
+  for (const Piece& piece : PiecesOf(font, place, alignment, text)) {
+    painter.drawText(piece.place, piece.text);
   }
 }
 
@@ -97,10 +120,18 @@ void DrawWithHalo(QPainter& painter, const QFont& font, const QRectF& place,
                   Qt::Alignment alignment, const QString& text, const QColor& halo) {
   const QPen pen = painter.pen();
   painter.setPen(halo);
-  for (int dx = -2; dx <= 2; ++dx) {
-    for (int dy = -2; dy <= 2; ++dy) {
-      const bool isRim = std::abs(dx) + std::abs(dy) == 2 || std::abs(dx) + std::abs(dy) == 3;
-      if (isRim) DrawTabular(painter, font, place.translated(dx, dy), alignment, text);
+  if (KeepsTexts(painter)) {
+    QPainterPath outline;
+    for (const Piece& piece : PiecesOf(font, place, alignment, text)) {
+      outline.addText(piece.place, font, piece.text);
+    }
+    painter.strokePath(outline, QPen(halo, 2 * kRim, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  } else {
+    for (int dx = -2; dx <= 2; ++dx) {
+      for (int dy = -2; dy <= 2; ++dy) {
+        const bool isRim = std::abs(dx) + std::abs(dy) == 2 || std::abs(dx) + std::abs(dy) == 3;
+        if (isRim) DrawTabular(painter, font, place.translated(dx, dy), alignment, text);
+      }
     }
   }
   painter.setPen(pen);

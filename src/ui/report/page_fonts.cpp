@@ -14,7 +14,8 @@ namespace kestrel {
 namespace {
 
 constexpr double kPlotPixels = 11;
-constexpr int kMostNamed = 8;  // missing characters
+constexpr double kNoLigatures = 0.05;  // they hide letters from who searches for a word
+constexpr int kMostNamed = 8;          // missing characters
 
 // Families with figures of one width and all signs of the program's own texts.
 constexpr std::array kWished{"DejaVu Sans", "Noto Sans", "Segoe UI", "Liberation Sans", "Arial"};
@@ -48,6 +49,7 @@ QFont PageFonts::Sized(double points, QFont::Weight weight) const {
   font.setPixelSize(qRound(points * kUnitsPerPoint));
   font.setWeight(weight);
   font.setHintingPreference(QFont::PreferNoHinting);
+  font.setLetterSpacing(QFont::AbsoluteSpacing, kNoLigatures);
   return font;
 }
 

@@ -60,7 +60,7 @@ void PaintPages(QPdfWriter& pdf, const report::Report& report, const PageText& p
     for (const PlacedBlock& placed : pages[number]) {
       if (placed.block->paint) placed.block->paint(painter, {kSide, kTop + placed.top});
     }
-    PaintFoot(painter, foot, QStringLiteral("%1 / %2").arg(number + 1).arg(pages.size()), page,
+    PaintFoot(painter, foot, QStringLiteral("%1 of %2").arg(number + 1).arg(pages.size()), page,
               paper.height() - kFoot);
   }
 }

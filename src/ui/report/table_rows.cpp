@@ -15,6 +15,7 @@ constexpr double kPoints = 8.5;
 constexpr double kCaptionPoints = 9;
 constexpr double kPadding = 1.8 * kUnitsPerMm;  // at each side of a column
 constexpr double kRowGap = 0.5 * kUnitsPerMm;
+constexpr double kCaptionGap = 1.2 * kUnitsPerMm;
 constexpr double kRule = 0.35 * kUnitsPerPoint;
 constexpr double kLeastWidth = 9 * kUnitsPerMm;
 
@@ -136,7 +137,7 @@ std::vector<Block> TableBlocks(const report::Table& table, const PageText& page)
   printed.widths = WidthsOf(printed, page);
   const auto head = HeadOf(printed, page);
   blocks.push_back(*head);
-  blocks.back().above = kRowGap;
+  blocks.back().above = table.caption.empty() ? kRowGap : kCaptionGap;
   const QFont font = page.fonts.Sized(kPoints);
   for (const auto& row : printed.rows) {
     auto lines = RowOf(CellsOf(printed, row, font, look.text), page.height);

@@ -13,7 +13,7 @@ namespace kestrel {
 namespace {
 
 constexpr double kFactPoints = 9;
-constexpr double kNameWidth = 40 * kUnitsPerMm;
+constexpr double kNameWidth = 34 * kUnitsPerMm;
 constexpr double kBetween = 6 * kUnitsPerMm;
 constexpr double kFactGap = 0.6 * kUnitsPerMm;
 constexpr std::size_t kInOneColumn = 5;  // facts
