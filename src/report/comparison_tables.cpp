@@ -105,7 +105,8 @@ std::string DifferenceText(const analysis::Spectrum& spectrum, const Line& line,
   const auto bound = BoundInDb(value, firstValue);
   if (!bound || line.unresolved || first.unresolved) return "unresolved";
   const auto text = analysis::WithBound(db, *bound);
-  return (db > 0 ? "+" : "") + text.value + (text.bound.empty() ? "" : " " + text.bound);
+  const bool isMore = db > 0 && text.value.find_first_of("123456789") != std::string::npos;
+  return (isMore ? "+" : "") + text.value + (text.bound.empty() ? "" : " " + text.bound);
 }
 
 void AddHeads(Table& table, const Compared& records, const std::string& unit) {
