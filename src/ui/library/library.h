@@ -60,10 +60,6 @@ class Library : public QObject {
   // With their points, in the order of the ids; those that are gone are left out.
   void Load(std::vector<ArchiveId> ids, Taken taken);
 
-  // `before` is filled with what they were, by the worker; taking back reads it there.
-  void ChangeRemarks(const std::vector<ArchiveId>& ids, const archive::RemarksChange& change,
-                     const std::shared_ptr<RemarksOf>& before);
-  void TakeBack(const archive::RemarksChange& change, const std::shared_ptr<RemarksOf>& before);
   // With all that is kept of them, in the order of the ids; likewise.
   void LoadKept(std::vector<ArchiveId> ids, std::function<void(Kept)> taken);
   // The same of records at hand; one that the archive does not have comes back with nothing beside
@@ -76,6 +72,10 @@ class Library : public QObject {
   void Read(Work work);
   void CancelRead() { worker_->Cancel(Rank::Find); }
 
+  // `before` is filled with what they were, by the worker; taking back reads it there.
+  void ChangeRemarks(const std::vector<ArchiveId>& ids, const archive::RemarksChange& change,
+                     const std::shared_ptr<RemarksOf>& before);
+  void TakeBack(const archive::RemarksChange& change, const std::shared_ptr<RemarksOf>& before);
   void Delete(const std::vector<ArchiveId>& ids);
   void BringBack(const std::vector<ArchiveId>& ids);
 
