@@ -46,6 +46,9 @@ class MessagesAside : public Messages {
                      const std::string& explanation) override {
     if (!Took(text)) shown_.ShowExplained(text, title, explanation);
   }
+  bool AskToGoOn(const std::string& text, const std::string& deed) override {
+    return shown_.AskToGoOn(text, deed);
+  }
   Unsaved AskToSave(const std::string& text) override { return shown_.AskToSave(text); }
   EarlierFiles AskAboutEarlierFiles(const std::string& text) override {
     return shown_.AskAboutEarlierFiles(text);

@@ -83,9 +83,14 @@ void DataLog::WriteDataFile() {
   const std::string name = IsBlank(DataLogName) ? kDefaultLogName : DataLogName;
   RefuseBadName(name);
   if (DataLogIndex == kLastIndex && lastIndexUsed_) throw RuntimeError(kOverflow);
-  const std::filesystem::path file = NextLogFile(files_, locale_);
+  std::filesystem::path file = NextLogFile(files_, locale_);
+  if (beforeReplacing_ && !written_.contains(file) && files_.Read(file, 0)) {
+    beforeReplacing_();
+    file = NextLogFile(files_, locale_);
+  }
   files_.ReplaceWhole(file, Text(name));
   lastFile_ = file;
+  written_.insert(file);
   view_.SetFileCount(std::to_string(DataLogIndex));
   lastIndexUsed_ = DataLogIndex == kLastIndex;
   state.index = ToInteger(DataLogIndex + 1.0);

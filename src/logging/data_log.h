@@ -4,7 +4,10 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "record/current_record.h"
 #include "seams/event_loop.h"
@@ -46,6 +49,10 @@ class DataLog {
   // file throws "Overflow" until the index is reset.
   void WriteDataFile();
 
+  // Asked before a file that this run has not written would be replaced: may choose another number,
+  // or throw RuntimeError to leave the file alone.
+  void BeforeReplacing(std::function<void()> asked) { beforeReplacing_ = std::move(asked); }
+
   // Path of the last file written (empty).
   [[nodiscard]] const std::filesystem::path& LastFile() const { return lastFile_; }
 
@@ -58,6 +65,8 @@ class DataLog {
   EventLoop& loop_;
   DataLogView& view_;
   std::filesystem::path lastFile_;
+  std::set<std::filesystem::path> written_;
+  std::function<void()> beforeReplacing_;
   bool lastIndexUsed_ = false;  // number 32767 has been written
 };
 

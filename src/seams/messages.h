@@ -27,6 +27,10 @@ class Messages {
     Show(explanation.empty() ? text : text + "\n\n" + explanation, title);
   }
 
+  // Whether something that cannot be taken back is to be done: `deed` is the button's caption,
+  // "&Delete". Where nobody can be asked, it is not.
+  virtual bool AskToGoOn(const std::string& /*text*/, const std::string& /*deed*/) { return false; }
+
   // Where nobody can be asked, changes are discarded.
   virtual Unsaved AskToSave(const std::string& /*text*/) { return Unsaved::Discard; }
 

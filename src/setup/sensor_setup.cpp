@@ -57,9 +57,29 @@ Setup ReadAll(const SensorAccess& sensor, const Follow& follow) {
   return setup;
 }
 
+// How many names from `first` on are bands of one option that follow one another.
+std::size_t RunOf(const std::vector<std::string>& names, std::size_t first) {
+  std::size_t longest = 1;
+  ForEachBand([&](int option, int band) {
+    if (names[first] != BandName(option, band)) return;
+    while (first + longest < names.size() &&
+           names[first + longest] == BandName(option, band + static_cast<int>(longest))) {
+      ++longest;
+    }
+  });
+  return longest;
+}
+
+// "REC_CTRL; option 0, band 1 to band 6".
 std::string Joined(const std::vector<std::string>& names) {
   std::string text;
-  for (const std::string& name : names) text += (text.empty() ? "" : "; ") + name;
+  for (std::size_t first = 0; first < names.size();) {
+    const std::size_t count = RunOf(names, first);
+    text += (text.empty() ? "" : "; ") + names[first];
+    const std::string& last = names[first + count - 1];
+    if (count > 1) text += " to " + last.substr(last.find("band"));
+    first += count;
+  }
   return text;
 }
 

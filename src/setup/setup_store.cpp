@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "app/file_name.h"
-#include "archive/place.h"
 #include "exchange/texts.h"
 #include "numeric/runtime_error.h"
 #include "setup/setup_file.h"
@@ -25,10 +24,13 @@ std::string TextOf(const fs::path& path) {
 
 }  // namespace
 
+fs::path SetupFolderBeside(const archive::Place& usualArchive) {
+  if (usualArchive.text.empty()) return {};
+  return archive::PathOf(usualArchive).parent_path() / "setups";
+}
+
 fs::path UsualSetupFolder(const std::function<std::string(const char* name)>& environment) {
-  const archive::Place archive = archive::UsualPlace(environment);
-  if (archive.text.empty()) return {};
-  return archive::PathOf(archive).parent_path() / "setups";
+  return SetupFolderBeside(archive::UsualPlace(environment));
 }
 
 exchange::Exchanged<Setup> LoadSetup(Files& files, const fs::path& file) {

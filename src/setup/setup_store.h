@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "archive/place.h"
 #include "exchange/outcome.h"
 #include "seams/files.h"
 #include "setup/setup.h"
@@ -15,6 +16,7 @@
 namespace kestrel::setup {
 
 // "setups" beside the archive's usual place; empty where no home is known.
+[[nodiscard]] std::filesystem::path SetupFolderBeside(const archive::Place& usualArchive);
 [[nodiscard]] std::filesystem::path UsualSetupFolder(
     const std::function<std::string(const char* name)>& environment);
 

@@ -126,6 +126,14 @@ TEST_F(SensorSetupRoad, ReadingChangesNothing) {
   EXPECT_EQ(AlarmBandTable(0, 1, 0), 5) << "the bands that the program works with stay";
 }
 
+TEST_F(SensorSetupRoad, BandsThatFollowOneAnotherAreToldTogether) {
+  Connected();
+  setup::Setup saved = Read();
+  for (const int band : {1, 2, 3, 5}) saved.Band(1, band).at(1) = 9;
+  EXPECT_THAT(Restore(saved).Text(),
+              HasSubstr("Written and read back: option 1, band 1 to band 3; option 1, band 5.\n"));
+}
+
 TEST_F(SensorSetupRoad, WhatIsEqualIsNotWritten) {
   Connected();
   ChangeSensor();

@@ -28,6 +28,11 @@ class RecordingMessages : public Messages {
     Show(text, title);
   }
 
+  bool AskToGoOn(const std::string& text, const std::string& deed) override {
+    questions.push_back(text + " [" + deed + "]");
+    return goesOn;
+  }
+
   Unsaved AskToSave(const std::string& text) override {
     questions.push_back(text);
     return answer;
@@ -40,6 +45,7 @@ class RecordingMessages : public Messages {
 
   std::vector<std::string> explanations;  // of the boxes that may have one
   std::vector<std::string> questions;
+  bool goesOn = true;
   Unsaved answer = Unsaved::Discard;
   EarlierFiles earlierFiles = EarlierFiles::GoOn;
 

@@ -18,7 +18,7 @@ class AllWindowsBench : public WindowBench {
     const char* action;
     const char* window;
   };
-  static constexpr std::array<Item, 12> kItems{{{"mnuDatalog", "frmFileDir"},
+  static constexpr std::array<Item, 13> kItems{{{"mnuDatalog", "frmFileDir"},
                                                 {"mnuCommand", "frmCommand"},
                                                 {"mnuRecInfo", "frmRecInfo"},
                                                 {"mnuAlarmCtrl", "frmALM_CTRL"},
@@ -26,6 +26,7 @@ class AllWindowsBench : public WindowBench {
                                                 {"mnuDIOGPIO", "frmDIOGPIO"},
                                                 {"MnuCal", "frmCalibration"},
                                                 {"mnuRegisters", "frmManualReg"},
+                                                {"mnuSetups", "frmSetups"},
                                                 {"mnuRepeat", "frmRepeat"},
                                                 {"mnuAnalyser", "frmAnalyser"},
                                                 {"mnuParallel", "frmPort"},

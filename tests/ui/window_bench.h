@@ -51,13 +51,14 @@ class WindowBench : public ::testing::Test {
   // Starts the program as its entry point does.
   frm1& Start() {
     windows_ = std::make_unique<QtStartWindows>(
-        core_, SimulatorControl{.connect = [this] { ++simulatorConnected_; },
-                                .isConnected = [this] { return simulatorConnected_ > 0; },
-                                .plug =
-                                    [this](bool in) {
-                                      in ? hardware_.Adapter().Replug(0)
-                                         : hardware_.Adapter().Unplug(0);
-                                    }});
+        core_,
+        SimulatorControl{.connect = [this] { ++simulatorConnected_; },
+                         .isConnected = [this] { return simulatorConnected_ > 0; },
+                         .plug =
+                             [this](bool in) {
+                               in ? hardware_.Adapter().Replug(0) : hardware_.Adapter().Unplug(0);
+                             }},
+        archive_);
     Main(core_, *windows_, {.quickStart = true, .interfaceWithoutConfig = kNoInterface});
     return Window();
   }
@@ -101,6 +102,7 @@ class WindowBench : public ::testing::Test {
   FixedLocale locale_;
   Core core_;
   int simulatorConnected_ = 0;
+  ArchiveChoice archive_{};  // none
   std::unique_ptr<QtStartWindows> windows_;
 };
 

@@ -25,7 +25,7 @@ constexpr int kNoticeMs = 3000;
 
 }  // namespace
 
-frm1::frm1(Core& core, SimulatorControl simulator, ArchiveChoice archive)
+frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
     : core_(core),
       edge_(core.seams.messages,
             {.busy = [this] { return desk_.readout.Busy(); },
@@ -68,11 +68,12 @@ frm1::frm1(Core& core, SimulatorControl simulator, ArchiveChoice archive)
                  [this] { return IsIdle(); },
                  [this](std::int16_t product) { SetProductNumber(product); }}),
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
-      keeper_(core.record, std::move(archive)),
+      keeper_(core.record, archive),
       archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
       analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); },
                  keeper_}) {
   setObjectName("frm1");
+  windows_.KeepSetupsIn(setup::SetupFolderBeside(archive.usual), archive.program);
   lblInterface_->setObjectName("lblInterface");
   lblInterface_->setTextFormat(Qt::PlainText);
   LayOut();
@@ -139,6 +140,12 @@ void frm1::ConnectButtons() {
     if (IsIdle()) desk_.cycle.cmdGetRecord_Click(record_->Selected(Setting::RecPntr));
   });
   On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { windows_.OpenRecInfo(); });
+  desk_.log.BeforeReplacing([this] {
+    logNotice_.FileInTheWay(repeat_.Runner().Running(), [this] {
+      QMetaObject::invokeMethod(
+          this, [this] { windows_.OpenDataLog(); }, Qt::QueuedConnection);
+    });
+  });
   On(capture_->ckDataLog, &QCheckBox::clicked, "ckDataLog_Click", [this] { ckDataLog_Click(); });
   On(capture_->cmdConfigDataLog, clicked, "cmdConfigDataLog_Click",
      [this] { windows_.OpenDataLog(); });
@@ -192,6 +199,13 @@ void frm1::ConnectWindows() {
           [this](int bit) { freshness_.CommandSent(bit); });
   connect(&windows_, &SecondaryWindows::RegisterWritten, this,
           [this](int row) { freshness_.RegisterWritten(row); });
+  connect(&windows_, &SecondaryWindows::SetupRestored, this, [this] {
+    Handle("SetupRestored", [this] {
+      windows_.ForgetSensor();
+      freshness_.ReadAll();
+      windows_.ReadAgain();
+    });
+  });
   desk_.cycle.OnFoundAgain(refill);
   connect(watcher_, &AdapterWatcher::Lost, this, [this] {
     SetCommInterfaceIndicators();

@@ -41,7 +41,7 @@ namespace kestrel {
 class frm1 : public QMainWindow {
  public:
   // Records are kept in the archive that is chosen, if any.
-  frm1(Core& core, SimulatorControl simulator, ArchiveChoice archive = {});
+  frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive = {});
 
   // The edge that the handlers of this and all secondary windows run in.
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }

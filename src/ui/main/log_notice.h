@@ -3,6 +3,8 @@
 #pragma once
 
 #include <QStatusBar>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -22,11 +24,17 @@ class LogNotice {
   // days that would be replaced, and says where the next one goes. Returns whether the user wants
   // to choose another name.
   [[nodiscard]] bool SwitchedOn();
+  // The next file would replace one of an earlier day, under a name or number that was chosen after
+  // the log had been switched on: asks likewise, except while nobody may be there; the log then
+  // goes on behind them, and says so. `otherName` is called where the user wants to choose one;
+  // this file goes behind them first. Throws RuntimeError where there is no number left.
+  void FileInTheWay(bool isUnattended, const std::function<void()>& otherName);
   // Where the last one went, once.
   void ShowLast();
 
  private:
   void ShowNext();
+  [[nodiscard]] EarlierFiles Ask(const std::optional<std::int16_t>& free);
 
   Core& core_;
   const DataLog& log_;

@@ -43,6 +43,7 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuDIOGPIO = Add(sensor, "mnuDIOGPIO", tr("&DIO/GPIO..."));
   MnuCal = Add(sensor, "MnuCal", tr("Ca&libration..."));
   mnuRegisters = Add(sensor, "mnuRegisters", tr("&Registers..."));
+  mnuSetups = Add(sensor, "mnuSetups", tr("S&et-ups..."));
   sensor->addSeparator();
   mnuRepeat = Add(sensor, "mnuRepeat", tr("Repeat ca&ptures..."));
   mnuRepeat->setShortcut(Qt::SHIFT | Qt::Key_F5);

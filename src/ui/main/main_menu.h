@@ -25,6 +25,7 @@ class MainMenu : public QObject {
   QAction* mnuDIOGPIO;
   QAction* MnuCal;
   QAction* mnuRegisters;
+  QAction* mnuSetups;
   QAction* mnuAnalyser;
   QAction* mnuRepeat;
   QAction* mnuRepeatStop;

@@ -45,6 +45,7 @@ void MenuCommands::ConnectWindows() {
   opens(menu.mnuDIOGPIO, "mnuDIOGPIO_Click", &Windows::OpenDioGpio);
   opens(menu.MnuCal, "MnuCal_Click", &Windows::OpenCalibration);
   opens(menu.mnuRegisters, "mnuRegisters_Click", &Windows::OpenRegisters);
+  opens(menu.mnuSetups, "mnuSetups_Click", &Windows::OpenSetups);
 }
 
 void MenuCommands::mnuSimulated_Click() {

@@ -14,9 +14,9 @@ SecondaryWindows::SecondaryWindows(Core& core, HandlerEdge& edge, BandOverlay& o
 
 SecondaryWindows::~SecondaryWindows() {
   overlay_.SetOwner(nullptr);
-  const std::array<QWidget*, 10> windows{command_,       recInfo_, dataLog_,     alarmControl_,
+  const std::array<QWidget*, 11> windows{command_,       recInfo_, dataLog_,     alarmControl_,
                                          alarmSpectrum_, dioGpio_, calibration_, registers_,
-                                         port_,          usb_};
+                                         port_,          usb_,     setups_};
   for (const QWidget* window : windows) delete window;
 }
 
@@ -93,6 +93,20 @@ void SecondaryWindows::OpenUsb() {
   usb_->ShowInFront();
 }
 
+void SecondaryWindows::KeepSetupsIn(const std::filesystem::path& folder,
+                                    const std::string& program) {
+  setupFolder_ = folder;
+  program_ = program;
+}
+
+void SecondaryWindows::OpenSetups() {
+  if (!setups_) {
+    setups_ = new frmSetups(core_, edge_, mainWindow_, setupFolder_, program_);
+    connect(setups_, &frmSetups::Restored, this, &SecondaryWindows::SetupRestored);
+  }
+  setups_->ShowInFront();
+}
+
 void SecondaryWindows::NoteInterface() {
   ForgetSensor();
   emit InterfaceChosen();
@@ -113,6 +127,7 @@ void SecondaryWindows::ReadAgain() {
 
 void SecondaryWindows::ForgetSensor() {
   if (alarmSpectrum_) alarmSpectrum_->ForgetSensor();
+  if (setups_) setups_->ForgetSensor();
 }
 
 void SecondaryWindows::KeepThresholdsInG() {
@@ -125,6 +140,7 @@ bool SecondaryWindows::MayClose() {
 
 void SecondaryWindows::CancelTransfers() {
   if (alarmSpectrum_) alarmSpectrum_->CancelTransfer();
+  if (setups_) setups_->CancelTransfer();
 }
 
 }  // namespace kestrel

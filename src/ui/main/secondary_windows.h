@@ -4,11 +4,14 @@
 
 #include <QObject>
 #include <QPointer>
+#include <filesystem>
+#include <string>
 
 #include "app/handler_edge.h"
 #include "connection/core.h"
 #include "plot/band_overlay.h"
 #include "ui/bands/frmAlarmSpectrum.h"
+#include "ui/setup/frmSetups.h"
 #include "ui/windows/frmALM_CTRL.h"
 #include "ui/windows/frmCalibration.h"
 #include "ui/windows/frmCommand.h"
@@ -42,6 +45,10 @@ class SecondaryWindows : public QObject {
   void OpenRegisters();
   void OpenPort();
   void OpenUsb();
+  void OpenSetups();
+
+  // Where set-ups are kept, and the version that saves them.
+  void KeepSetupsIn(const std::filesystem::path& folder, const std::string& program);
 
   // After every handler: what other windows changed shows.
   void Refresh();
@@ -63,6 +70,7 @@ class SecondaryWindows : public QObject {
   void BandRangeNoted(const QString& text);  // of thresholds of another range; "" for none
   void CommandSent(int bit);                 // in the commands' window; its wait is over
   void RegisterWritten(int row);             // by hand
+  void SetupRestored();
 
  private:
   template <typename Window>
@@ -83,6 +91,9 @@ class SecondaryWindows : public QObject {
   QPointer<frmManualReg> registers_;
   QPointer<frmPort> port_;
   QPointer<frmUSBselect> usb_;
+  QPointer<frmSetups> setups_;
+  std::filesystem::path setupFolder_;
+  std::string program_;
 };
 
 }  // namespace kestrel

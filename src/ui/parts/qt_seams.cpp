@@ -49,6 +49,21 @@ Unsaved QtMessages::AskToSave(const std::string& text) {
   return pressed == QMessageBox::Discard ? Unsaved::Discard : Unsaved::Cancel;
 }
 
+// Escape, the box's close button and Return change nothing.
+bool QtMessages::AskToGoOn(const std::string& text, const std::string& deed) {
+  QMessageBox box(QMessageBox::Question, kApplicationTitle, QString::fromStdString(text),
+                  QMessageBox::Cancel, QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  const QAbstractButton* goOn =
+      box.addButton(QString::fromStdString(deed), QMessageBox::DestructiveRole);
+  box.setDefaultButton(QMessageBox::Cancel);
+  box.setEscapeButton(QMessageBox::Cancel);
+  QApplication::setOverrideCursor(Qt::ArrowCursor);
+  box.exec();
+  QApplication::restoreOverrideCursor();
+  return box.clickedButton() == goOn;
+}
+
 // Escape and the box's close button replace nothing.
 EarlierFiles QtMessages::AskAboutEarlierFiles(const std::string& text) {
   QMessageBox box(QMessageBox::Question, kApplicationTitle, QString::fromStdString(text),

@@ -15,6 +15,7 @@ class QtMessages : public Messages {
   void ShowExplained(const std::string& text, const std::string& title,
                      const std::string& explanation) override;
   Unsaved AskToSave(const std::string& text) override;
+  bool AskToGoOn(const std::string& text, const std::string& deed) override;
   EarlierFiles AskAboutEarlierFiles(const std::string& text) override;
 };
 

@@ -123,6 +123,72 @@ TEST_F(Frm1, ReplacingFilesOfEarlierDaysIsAskedAboutOnceAndTold) {
             "new ones will replace: 1.");
 }
 
+// The name is another one from the first letter on; nobody has been asked about its files.
+TEST_F(Frm1, ANameChosenWhileTheLogIsOnIsAskedAboutAtItsFirstFile) {
+  files_.contents["/program/pump_1.csv"] = "earlier";
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  EXPECT_TRUE(messages_.questions.empty());
+  NameDataLog("pump");
+  Press("cmdStart");
+  EXPECT_EQ(messages_.questions,
+            std::vector<std::string>{
+                "There are files of earlier captures under this name: pump_1.csv. Going on behind "
+                "them keeps them: the next number is then 2."});
+  EXPECT_EQ(files_.contents["/program/pump_1.csv"], "earlier");
+  EXPECT_EQ(files_.contents.count("/program/pump_2.csv"), 1U);
+  Press("cmdStart");
+  EXPECT_EQ(messages_.questions.size(), 1U);
+  NumberDataLog(2);
+  Press("cmdStart");
+  EXPECT_EQ(messages_.questions.size(), 1U) << "a file of this run is replaced unasked";
+}
+
+TEST_F(Frm1, ANumberSetBackReplacesFilesOfEarlierDaysOnlyWhenToldSo) {
+  files_.contents["/program/Datalog_1.csv"] = "earlier";
+  files_.contents["/program/Datalog_2.csv"] = "earlier";
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  NumberDataLog(1);
+  messages_.earlierFiles = EarlierFiles::Replace;
+  Press("cmdStart");
+  EXPECT_NE(files_.contents["/program/Datalog_1.csv"], "earlier");
+  Press("cmdStart");
+  EXPECT_NE(files_.contents["/program/Datalog_2.csv"], "earlier");
+  EXPECT_EQ(messages_.questions.size(), 2U) << "once when switched on, once when it was set back";
+}
+
+TEST_F(Frm1, AnotherNameWantedAtAFileKeepsItAndOpensTheSettings) {
+  files_.contents["/program/pump_1.csv"] = "earlier";
+  messages_.earlierFiles = EarlierFiles::OtherName;
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  NameDataLog("pump");
+  Press("cmdStart");
+  QApplication::processEvents();
+  EXPECT_EQ(files_.contents["/program/pump_1.csv"], "earlier");
+  EXPECT_EQ(files_.contents.count("/program/pump_2.csv"), 1U);
+  EXPECT_TRUE(Find<QDialog>("frmFileDir").isVisible());
+}
+
+TEST_F(Frm1, WhereNoNumberIsLeftEarlierFilesAreKeptAndItIsSaid) {
+  files_.contents["/program/pump_1.csv"] = "earlier";
+  files_.contents["/program/pump_32767.csv"] = "earlier";
+  Start();
+  ChooseShortCaptures();
+  Find<QCheckBox>("ckDataLog").click();
+  NameDataLog("pump");
+  Press("cmdStart");
+  ASSERT_EQ(messages_.Texts().size(), 1U);
+  EXPECT_EQ(messages_.Texts()[0],
+            "cmdStart_Click\npump_1.csv to pump_32767.csv: these files of earlier captures are "
+            "kept, and no number behind them is left. Choose another name for the data log.");
+  EXPECT_EQ(files_.contents["/program/pump_1.csv"], "earlier");
+}
+
 TEST_F(Frm1, TheLastFileIsNamed) {
   Start();
   ChooseShortCaptures();
