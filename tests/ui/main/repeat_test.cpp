@@ -4,6 +4,7 @@
 #include <QMessageBox>
 #include <QProgressBar>
 
+#include "logging/data_log.h"
 #include "ui/main/repeat_bench.h"
 
 namespace kestrel {
@@ -21,6 +22,20 @@ TEST_F(RepeatedCaptures, RunOneAfterTheOtherAsOftenAsWanted) {
   EXPECT_EQ(Find<QProgressBar>("prgRepeat").value(), 3);
   EXPECT_EQ(Find<QPushButton>("cmdStart").text(), "Start");
   EXPECT_TRUE(messages_.Texts().empty());
+}
+
+// Nobody may be there to answer.
+TEST_F(RepeatedCaptures, LeaveFilesOfEarlierDaysAloneWithoutAsking) {
+  Find<QCheckBox>("ckDataLog").click();
+  files_.contents["/program/pump_2.csv"] = "earlier";
+  NameDataLog("pump");
+  BeginAtOnce("3");
+  EXPECT_TRUE(Ends());
+  EXPECT_TRUE(messages_.questions.empty());
+  EXPECT_EQ(files_.contents["/program/pump_2.csv"], "earlier");
+  for (const char* file : {"/program/pump_1.csv", "/program/pump_3.csv", "/program/pump_4.csv"}) {
+    EXPECT_EQ(files_.contents.count(file), 1U) << file;
+  }
 }
 
 TEST_F(RepeatedCaptures, BeginAtTheirTimesAndNeverBefore) {
