@@ -176,6 +176,24 @@ EditOutcome BandEdits::SetLevel(int band, int alarm, Axis axis, double g, const 
       true, CellName(cell) + ": " + CellText(cell.column, code, scale) + " g taken from the plot.");
 }
 
+EditOutcome BandEdits::Take(const BandProposal& proposal) {
+  std::size_t changed = 0;
+  for (const auto& [place, value] : proposal.values) {
+    std::int32_t& now = table_(place.field, place.band, place.option);
+    const bool isBin = place.field == kFLowField || place.field == kFHighField;
+    if (now != value) {
+      now = value;
+      ++changed;
+    } else if (!isBin) {
+      history_.MeanFor(place, proposal.range);  // the same code, said for this range
+    }
+  }
+  const bool isStep = history_.Keep(proposal.what, proposal.range);
+  return Outcome(isStep, isStep ? Count(changed, "value", "values") + " taken over: " +
+                                      proposal.what + ". Undo takes them back."
+                                : "Nothing taken over: the table holds these values already.");
+}
+
 EditOutcome BandEdits::KeepInG(const Context& context) {
   const auto strange = StrangeThresholds(table_, history_.Ranges(), context.range);
   std::size_t above = 0;

@@ -3,11 +3,26 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "alarms/band_cells.h"
 #include "alarms/band_history.h"
 
 namespace kestrel {
+
+// Values that another part of the program proposes for the table, thresholds as codes of `range`.
+struct BandProposal {
+  struct Value {
+    BandPlace place;
+    std::int32_t value = 0;
+    bool operator==(const Value&) const = default;
+  };
+  std::string what;  // names the step: "thresholds of the workbench"
+  int option = 0;    // that is shown afterwards
+  std::int32_t range = kRangeNotKnown;
+  std::vector<Value> values;
+  bool operator==(const BandProposal&) const = default;
+};
 
 // How an edit ended.
 struct EditOutcome {
@@ -40,6 +55,9 @@ class BandEdits {
   // A band's edges or a threshold were dragged on the plot. `alarm` is 1 or 2.
   EditOutcome SetEdges(int band, int fLow, int fHigh, const Context& context);
   EditOutcome SetLevel(int band, int alarm, Axis axis, double g, const Context& context);
+
+  // One step; what is proposed as it stands already is no change.
+  EditOutcome Take(const BandProposal& proposal);
 
   // Recalculates the codes of all thresholds that were given for another range, so that they keep
   // their g values in the range of the context.

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "alarms/alarm_file.h"
 #include "alarms/band_clipboard.h"
@@ -154,6 +155,7 @@ void frmAlarmSpectrum::Form_Load() {
   opened_ = AlarmBandTable;
   ReadOpened();
   if (unread_) SetMessage(kReadLater);
+  TakeWaiting();
 }
 
 // Files may have come or gone meanwhile.
@@ -166,6 +168,9 @@ void frmAlarmSpectrum::Form_Unload() {
   loadWhenPainted_ = false;
   afterPainting_.stop();
   unread_ = false;
+  if (taking_) {
+    std::exchange(taking_, {})->told("Not taken over: the window Alarm spectrum was closed.");
+  }
   overlay_.ClearABLabels();
   overlay_.ClearLines();
   panel_->opOFF->setChecked(true);

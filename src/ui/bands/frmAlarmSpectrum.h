@@ -52,6 +52,15 @@ class frmAlarmSpectrum : public SecondaryWindow,
   void KeepThresholdsInG();
   void KeepThresholdCodes();
 
+  // Takes another window's bands into the table, and on request writes all bands and reads them
+  // back, once the reading that belongs to the opening is through. `told` hears how it ended.
+  struct TakingOver {
+    BandProposal proposal;
+    bool isWritten = false;
+    std::function<void(const std::string& outcome)> told;
+  };
+  void TakeOver(TakingOver taking);
+
   // OverlayOwner
   [[nodiscard]] std::optional<Axis> OverlayAxis() override;
   [[nodiscard]] std::int16_t OverlayOption() override;
@@ -106,6 +115,9 @@ class frmAlarmSpectrum : public SecondaryWindow,
   bool Transfer(const char* name, const std::string& step, const std::function<void()>& transfer);
   bool ReadAll(const char* name);
   [[nodiscard]] std::string WhyNotWritten() const;
+  // What waits to be taken over, if it may be now.
+  void TakeWaiting();
+  [[nodiscard]] std::string WriteAndCompare(std::int32_t range);
   void ListFiles();
   bool SaveAs(const std::string& name);
   void RedrawOverlay();
@@ -132,6 +144,7 @@ class frmAlarmSpectrum : public SecondaryWindow,
   std::optional<BandTable> opened_;  // the table at the opening, unless a file has replaced it
   bool whole_ = false;               // the table has been filled as a whole
   bool closeAfterTransfer_ = false;
+  std::optional<TakingOver> taking_;  // waits
 };
 
 }  // namespace kestrel

@@ -64,6 +64,9 @@ bool frmAlarmSpectrum::Transfer(const char* name, const std::string& step,
     closeAfterTransfer_ = false;
     reject();
   }
+  if (taking_) {
+    QMetaObject::invokeMethod(this, [this] { TakeWaiting(); }, Qt::QueuedConnection);
+  }
   return complete;
 }
 

@@ -19,15 +19,6 @@ using database::Fault;
 // What another window, or one that was ended hard, deleted stays to be brought back that long.
 constexpr std::chrono::hours kDeletedStay{24};
 
-Archive OpenAnyhow(const archive::Place& place) {
-  try {
-    return archive::Open(place);
-  } catch (const DatabaseError& error) {
-    if (error.fault != Fault::Forbidden || place.IsServer()) throw;
-    return archive::Open(place, database::Access::ReadOnly);
-  }
-}
-
 archive::KeptRecord Recognised(Archive& archive, const Record& record) {
   const auto after = record.time + std::chrono::system_clock::duration(1);
   for (const ArchiveId id : archive.Find({.from = record.time, .until = after})) {
@@ -40,6 +31,15 @@ archive::KeptRecord Recognised(Archive& archive, const Record& record) {
 }
 
 }  // namespace
+
+Archive OpenAnyhow(const archive::Place& place) {
+  try {
+    return archive::Open(place);
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Forbidden || place.IsServer()) throw;
+    return archive::Open(place, database::Access::ReadOnly);
+  }
+}
 
 Library::Library(archive::Place place, QObject* parent)
     : QObject(parent),

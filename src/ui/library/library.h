@@ -29,6 +29,9 @@ struct LibraryChoices {
   bool operator==(const LibraryChoices&) const = default;
 };
 
+// To be written where that is allowed, otherwise to be read. Throws DatabaseError.
+[[nodiscard]] archive::Archive OpenAnyhow(const archive::Place& place);
+
 // All reads and changes are done by a thread with a connection of its own. A database that may not
 // be written is read.
 class Library : public QObject {

@@ -64,6 +64,11 @@ void SecondaryWindows::OpenAlarmSpectrum() {
   alarmSpectrum_->ShowInFront();
 }
 
+void SecondaryWindows::TakeOverBands(frmAlarmSpectrum::TakingOver taking) {
+  OpenAlarmSpectrum();
+  alarmSpectrum_->TakeOver(std::move(taking));
+}
+
 void SecondaryWindows::OpenDioGpio() {
   Made(dioGpio_).ShowInFront();
 }

@@ -40,6 +40,8 @@ class SecondaryWindows : public QObject {
   void OpenDataLog();
   void OpenAlarmControl();
   void OpenAlarmSpectrum();
+  // Opened, it takes bands of another window over.
+  void TakeOverBands(frmAlarmSpectrum::TakingOver taking);
   void OpenDioGpio();
   void OpenCalibration();
   void OpenRegisters();
