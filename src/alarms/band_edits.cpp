@@ -189,8 +189,8 @@ EditOutcome BandEdits::Take(const BandProposal& proposal) {
     }
   }
   const bool isStep = history_.Keep(proposal.what, proposal.range);
-  return Outcome(isStep, isStep ? Count(changed, "value", "values") + " taken over: " +
-                                      proposal.what + ". Undo takes them back."
+  return Outcome(isStep, isStep ? Count(changed, "value", "values") +
+                                      " taken over: " + proposal.what + ". Undo takes them back."
                                 : "Nothing taken over: the table holds these values already.");
 }
 

@@ -23,7 +23,8 @@ constexpr int kReportSaidMs = 6000;
 
 // With controls of its own.
 bool IsOfArchive(study::View view) {
-  return view == study::View::Library || view == study::View::Trend;
+  return view == study::View::Library || view == study::View::Trend ||
+         view == study::View::AlarmBands;
 }
 
 // Shown over the docks, in place of a menu bar of its own. On a narrow screen the bars scroll.
@@ -56,6 +57,9 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       library_(new LibraryView(model_, host_.keeper)),
       trend_(new TrendView(model_, host_.keeper)),
       reports_(new ReportExport(model_, *library_, host_.files, *this)),
+      workbench_(new WorkbenchView(
+          host_.keeper != nullptr ? host_.keeper->Place() : archive::Place(),
+          {.files = host_.files, .openBands = host_.openBands, .propose = host_.propose})),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
       known_(new KnownPanel(model_)),
@@ -88,6 +92,7 @@ void frmAnalyser::LayOut() {
   views_->addWidget(waterfall_);
   views_->addWidget(library_);
   views_->addWidget(trend_);
+  views_->addWidget(workbench_);
   ShowPage(area_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
@@ -154,6 +159,11 @@ void frmAnalyser::Connect() {
   connect(reports_, &ReportExport::Said, this, [this](const QString& text, bool isTrouble) {
     statusBar()->showMessage(text, isTrouble ? 0 : kReportSaidMs);
   });
+  library_->SetTaken([this](const std::vector<ArchiveId>& ids, bool areGood) {
+    workbench_->TakeRecords(areGood ? baseline::Verdict::Good : baseline::Verdict::Bad, ids);
+  });
+  connect(workbench_, &WorkbenchView::Said, this,
+          [this](const QString& text) { statusBar()->showMessage(text); });
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
   connect(area_, &PlotArea::OptionWanted, this,
           [this](int option) { host_.captureAtOption(option); });
@@ -222,6 +232,8 @@ QWidget* frmAnalyser::WidgetOf(study::View view) const {
       return library_;
     case study::View::Trend:
       return trend_;
+    case study::View::AlarmBands:
+      return workbench_;
     case study::View::Waterfall:
       return waterfall_;
     default:
@@ -257,6 +269,7 @@ void frmAnalyser::ShowInFront() {
   raise();
   activateWindow();
   if (view_ == study::View::Library) return library_->FocusList();
+  if (view_ == study::View::AlarmBands) return workbench_->FocusFirst();
   view_ == study::View::Trend ? trend_->FocusPlot() : area_->Plot().setFocus();
 }
 

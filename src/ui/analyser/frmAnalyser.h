@@ -26,6 +26,7 @@
 #include "ui/machine/severity_panel.h"
 #include "ui/study/study_model.h"
 #include "ui/trend/trend_view.h"
+#include "ui/workbench/workbench_view.h"
 
 namespace kestrel {
 
@@ -39,7 +40,10 @@ struct AnalyserHost {
   std::function<void(Cure)> cure;            // of the record at hand
   std::function<void()> openRepeat;          // the form of repeated captures
   std::function<void()> toggleRepeat;
-  RecordKeeper* keeper = nullptr;  // of the archive; null where there is none
+  RecordKeeper* keeper = nullptr;           // of the archive; null where there is none
+  std::function<void()> openBands = [] {};  // as WorkbenchHost has them
+  std::function<void(const BandProposal&, bool, std::function<void(const std::string&)>)> propose =
+      [](const auto&, bool, const auto&) {};
 };
 
 class frmAnalyser : public QMainWindow {
@@ -56,6 +60,7 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] PlotArea& Area() { return *area_; }
   [[nodiscard]] LibraryView& Library() { return *library_; }
   [[nodiscard]] TrendView& Trend() { return *trend_; }
+  [[nodiscard]] WorkbenchView& Workbench() { return *workbench_; }
 
   // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
   void SetSensor(const QString& text, const QString& detail);
@@ -121,6 +126,7 @@ class frmAnalyser : public QMainWindow {
   WaterfallArea* waterfall_;
   LibraryView* library_;
   TrendView* trend_;
+  WorkbenchView* workbench_;
   std::unique_ptr<RecordExport> records_;  // none without an archive
   ReportExport* reports_;
   QStackedWidget* views_;

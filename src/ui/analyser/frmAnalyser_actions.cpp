@@ -42,8 +42,8 @@ void frmAnalyser::AddMenus() {
   close->setShortcut(QKeySequence::Close);
 
   QMenu* view = bar->addMenu(tr("&View"));
-  const std::array views{tr("&Spectrum"), tr("&Time"), tr("&Waterfall"), tr("&Library"),
-                         tr("T&rend")};
+  const std::array views{tr("&Spectrum"), tr("&Time"),  tr("&Waterfall"),
+                         tr("&Library"),  tr("T&rend"), tr("Alarm &bands")};
   for (int i = 0; i < static_cast<int>(views.size()); ++i) {
     QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
     action->setObjectName(QStringLiteral("mnuView%1").arg(i));
@@ -188,8 +188,9 @@ void frmAnalyser::Restore() {
   QStringList unread = RestoreChoice(kept.value("choice").toString());
   if (kept.status() != QSettings::NoError) unread.prepend(tr("parts of %1").arg(kept.fileName()));
   restoreGeometry(kept.value("geometry").toByteArray());
-  for (const study::View view : {study::View::Spectrum, study::View::Time, study::View::Waterfall,
-                                 study::View::Library, study::View::Trend}) {
+  for (const study::View view :
+       {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Library,
+        study::View::Trend, study::View::AlarmBands}) {
     const QByteArray state = kept.value(StateKey(view)).toByteArray();
     if (!state.isEmpty()) dockStates_[view] = state;
   }

@@ -16,6 +16,11 @@ namespace {
 
 constexpr int kSaidMs = 6000;
 
+// Pictures of the others are of their plot alone.
+bool IsPicturedWhole(study::View view) {
+  return view == study::View::Waterfall || view == study::View::AlarmBands;
+}
+
 }  // namespace
 
 void frmAnalyser::Copy() {
@@ -23,8 +28,8 @@ void frmAnalyser::Copy() {
     statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
     return;
   }
-  if (view_ == study::View::Waterfall) {
-    QGuiApplication::clipboard()->setImage(PictureOf(*waterfall_, Text(area_->Source()), 2));
+  if (IsPicturedWhole(view_)) {
+    QGuiApplication::clipboard()->setImage(PictureOf(*WidgetOf(view_), Text(area_->Source()), 2));
   } else {
     CopyPicture(view_ == study::View::Trend ? trend_->Picture() : area_->Picture());
   }
@@ -71,8 +76,8 @@ void frmAnalyser::OfferRecords() {
 
 QByteArray frmAnalyser::FileOf(const QString& ending) {
   if (ending == u"csv") return QByteArray::fromStdString(trend_->Table());
-  if (view_ == study::View::Waterfall) {
-    return WidgetPictureFile(*waterfall_, Text(area_->Source()), ending);
+  if (IsPicturedWhole(view_)) {
+    return WidgetPictureFile(*WidgetOf(view_), Text(area_->Source()), ending);
   }
   const PlotPicture picture = view_ == study::View::Trend ? trend_->Picture() : area_->Picture();
   return PictureFile(SheetOf(picture), ending);

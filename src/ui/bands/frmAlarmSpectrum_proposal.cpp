@@ -8,6 +8,11 @@
 namespace kestrel {
 namespace {
 
+constexpr const char* kNoSensor =
+    "Not written: no sensor can be reached. The bands stand in this table; Write all puts them "
+    "into "
+    "the sensor once it is there.";
+
 // A code means another level at another range: written, it would alarm at the wrong one.
 std::string WhyOtherRange(std::int32_t range) {
   const std::int32_t now = CurrentRange();
@@ -44,12 +49,12 @@ void frmAlarmSpectrum::TakeWaiting() {
 }
 
 std::string frmAlarmSpectrum::WriteAndCompare(std::int32_t range) {
-  std::string reason = WhyNotWritten();
+  std::string reason = core_.registers.Reachable() ? WhyNotWritten() : kNoSensor;
   if (reason.empty()) reason = WhyOtherRange(range);
   if (!reason.empty()) return reason;
   const BandTable meant = AlarmBandTable;
-  const bool isWritten =
-      Transfer("cmdWriteAll_Click", "writing to the sensor", [this] { transfer_.cmdWriteAll_Click(); });
+  const bool isWritten = Transfer("cmdWriteAll_Click", "writing to the sensor",
+                                  [this] { transfer_.cmdWriteAll_Click(); });
   if (!isWritten) return panel_->lblmsg->text().toStdString();
   if (!ReadAll("cmdReadAll_Click")) {
     return "Written, but not read back: " + panel_->lblmsg->text().toStdString();
@@ -58,9 +63,9 @@ std::string frmAlarmSpectrum::WriteAndCompare(std::int32_t range) {
   if (others.empty()) return "All bands were written and read back: the sensor holds them.";
   return "Written, but the sensor holds " + std::to_string(others.size()) +
          (others.size() == 1 ? " other value" : " other values") + ", first " +
-         PlaceText(others.front()) + ": " + std::to_string(ValueAt(AlarmBandTable, others.front())) +
-         " in place of " + std::to_string(ValueAt(meant, others.front())) +
-         ". Undo brings back what was meant.";
+         PlaceText(others.front()) + ": " +
+         std::to_string(ValueAt(AlarmBandTable, others.front())) + " in place of " +
+         std::to_string(ValueAt(meant, others.front())) + ". Undo brings back what was meant.";
 }
 
 }  // namespace kestrel

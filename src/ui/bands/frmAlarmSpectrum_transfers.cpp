@@ -65,7 +65,8 @@ bool frmAlarmSpectrum::Transfer(const char* name, const std::string& step,
     reject();
   }
   if (taking_) {
-    QMetaObject::invokeMethod(this, [this] { TakeWaiting(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, [this] { TakeWaiting(); }, Qt::QueuedConnection);
   }
   return complete;
 }

@@ -45,6 +45,9 @@ class LibraryView : public QWidget {
   [[nodiscard]] QUndoStack& Edits() { return edits_; }
   // Entries for a menu of the window.
   void AddActions(QMenu& menu);
+  // Offers the selected records as known good or known bad.
+  using Takes = std::function<void(const std::vector<ArchiveId>&, bool areGood)>;
+  void SetTaken(Takes taken) { taken_ = std::move(taken); }
   // Offers "Export...".
   void SetExport(Exports exports);
   void FocusList() { table_ != nullptr ? table_->setFocus() : setFocus(); }
@@ -92,6 +95,8 @@ class LibraryView : public QWidget {
   QPointer<QAction> mnuKeep_;
   QUndoStack edits_;
   Exports exports_;
+  Takes taken_;
+  std::array<QPointer<QAction>, 2> mnuTake_;  // good, bad
   QTimer soon_;
   std::vector<ArchiveId> remarked_;  // whose remarks are shown
   qint64 all_ = 0;

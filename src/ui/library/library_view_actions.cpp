@@ -37,6 +37,9 @@ void LibraryView::ShowChosen() {
   }
   cmdDelete_->setEnabled(count > 0);
   cmdExport_->setEnabled(count > 0);
+  for (const auto& take : mnuTake_) {
+    if (take) take->setEnabled(count > 0);
+  }
   remarked_ = ids;
   std::vector<archive::Remarks> remarks;
   for (const ArchiveId id : ids) {
@@ -134,6 +137,17 @@ void LibraryView::AddActions(QMenu& menu) {
   remarks->setObjectName("mnuRemarks");
   remarks->setShortcut(Qt::Key_F2);
   menu.addAction(tr("&Delete..."), this, &LibraryView::AskDelete)->setObjectName("mnuDelete");
+  menu.addSeparator();
+  for (const bool areGood : {true, false}) {
+    QAction* take = menu.addAction(areGood ? tr("Take as known &good") : tr("Take as known &bad"),
+                                   this, [this, areGood] {
+                                     if (taken_) taken_(Chosen(), areGood);
+                                   });
+    take->setObjectName(areGood ? "mnuTakeGood" : "mnuTakeBad");
+    take->setToolTip(tr("Records selected in the library, for the view Alarm bands"));
+    mnuTake_[areGood ? 0 : 1] = take;
+  }
+  ShowChosen();
   menu.addSeparator();
   mnuKeep_ = menu.addAction(tr("&Keep every record"));
   mnuKeep_->setObjectName("mnuKeepEvery");

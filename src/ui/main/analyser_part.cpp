@@ -98,7 +98,16 @@ AnalyserHost AnalyserPart::Host() {
                   parts_.openRepeat();
                 }
               },
-          .keeper = &parts_.keeper};
+          .keeper = &parts_.keeper,
+          .openBands = [this] { Later([this] { parts_.windows.OpenAlarmSpectrum(); }); },
+          .propose =
+              [this](const BandProposal& proposal, bool isWritten,
+                     std::function<void(const std::string&)> told) {
+                Later([this, taking = frmAlarmSpectrum::TakingOver{proposal, isWritten,
+                                                                   std::move(told)}] {
+                  parts_.windows.TakeOverBands(taking);
+                });
+              }};
 }
 
 void AnalyserPart::TakeRecord() {
@@ -149,6 +158,7 @@ void AnalyserPart::GiveBands() {
     bands[option] = BandsOf(bands_, option);
   }
   window_->Model().SetSensorBands(bands);
+  window_->Workbench().Model().SetTable(bands_);
 }
 
 void AnalyserPart::ShowProgress() {

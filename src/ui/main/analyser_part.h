@@ -14,6 +14,7 @@
 #include "ui/main/capture_panel.h"
 #include "ui/main/main_menu.h"
 #include "ui/main/record_cures.h"
+#include "ui/main/secondary_windows.h"
 #include "ui/repeat/repeat_runner.h"
 
 namespace kestrel {
@@ -30,6 +31,7 @@ class AnalyserPart : public QObject {
     RepeatRunner& repeats;
     std::function<void()> openRepeat;
     RecordKeeper& keeper;
+    SecondaryWindows& windows;
   };
 
   explicit AnalyserPart(const Parts& parts);

@@ -71,7 +71,7 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
       keeper_(core.record, archive),
       archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
       analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); },
-                 keeper_}) {
+                 keeper_, windows_}) {
   setObjectName("frm1");
   windows_.KeepSetupsIn(setup::SetupFolderBeside(archive.usual), archive.program);
   lblInterface_->setObjectName("lblInterface");

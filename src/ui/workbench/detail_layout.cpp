@@ -54,10 +54,9 @@ void PlaceFlags(const DetailScene& scene, const LookFonts& fonts, DetailLayout& 
   const bool isWarningLeft = *scene.proposed[0] <= *scene.proposed[1];
   QRectF& left = isWarningLeft ? warning : fault;
   QRectF& right = isWarningLeft ? fault : warning;
-  const double middle = std::clamp((left.right() + right.left()) / 2,
-                                   layout.flags.left() + left.width() + 2,
-                                   std::max(layout.flags.left() + left.width() + 2,
-                                            layout.flags.right() - right.width() - 2));
+  const double middle = std::clamp(
+      (left.right() + right.left()) / 2, layout.flags.left() + left.width() + 2,
+      std::max(layout.flags.left() + left.width() + 2, layout.flags.right() - right.width() - 2));
   left.moveRight(middle - 2);
   right.moveLeft(middle + 2);
 }
@@ -75,17 +74,14 @@ DetailLayout LaidOut(const DetailScene& scene, const LookFonts& fonts, QSizeF si
   layout.titleLine = QRectF(kInside, 2, size.width() - 2 * kInside, line);
   layout.flags = QRectF(left, layout.titleLine.bottom(), width, line + 4);
   layout.records = QRectF(left, layout.flags.bottom(), width, upper);
-  layout.shareLine =
-      QRectF(kInside, layout.records.bottom() + 2, size.width() - 2 * kInside, line);
+  layout.shareLine = QRectF(kInside, layout.records.bottom() + 2, size.width() - 2 * kInside, line);
   layout.shares = QRectF(left, layout.shareLine.bottom() + 2, width, canvases - upper);
   layout.ticks = QRectF(left, layout.shares.bottom() + kTick, width, line);
   layout.axisTitle = QRectF(left, layout.ticks.bottom(), width, line);
   layout.across = AxisMap(scene.across, AxisKind::Logarithmic, left, left + width);
   const PlotRange counts{0, std::ceil(MostInABar(scene) * 1.2 + 0.5)};
-  layout.counts =
-      AxisMap(counts, AxisKind::Linear, layout.records.bottom(), layout.records.top());
-  layout.parts =
-      AxisMap({0, 1}, AxisKind::Linear, layout.shares.bottom(), layout.shares.top());
+  layout.counts = AxisMap(counts, AxisKind::Linear, layout.records.bottom(), layout.records.top());
+  layout.parts = AxisMap({0, 1}, AxisKind::Linear, layout.shares.bottom(), layout.shares.top());
   layout.acrossTicks = AcrossTicks(scene, width);
   layout.countTicks = AxisTicks(counts, AxisKind::Linear, upper, kUpApart);
   std::erase_if(layout.countTicks,

@@ -267,8 +267,8 @@ QString BoundsText(const baseline::Count& count) {
 
 QString ShareText(const baseline::Count& count) {
   if (count.of == 0) return Tr("none chosen");
-  return Tr("%1 % (%2 %)").arg(
-      QString::fromStdString(analysis::NumberText(100 * count.Share(), 1)), BoundsText(count));
+  return Tr("%1 % (%2 %)")
+      .arg(QString::fromStdString(analysis::NumberText(100 * count.Share(), 1)), BoundsText(count));
 }
 
 }  // namespace kestrel

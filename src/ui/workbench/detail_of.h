@@ -45,18 +45,18 @@ class DetailCurves {
 // One cell of the table of distributions, its places in dB re the reference or dB re 1 g.
 struct SmallDistribution {
   bool isUsed = false;
-  QString refusal;  // why there is nothing
+  QString refusal = {};  // why there is nothing
   Axis axis = Axis::X;
-  std::vector<double> heights;  // 0 to 1, one a class
-  double fromDb = 0;            // of the first class
+  std::vector<double> heights = {};  // 0 to 1, one a class
+  double fromDb = 0;                 // of the first class
   double widthDb = 1;
-  std::vector<double> badDb;
-  std::array<std::optional<double>, 2> proposedDb;  // by AlarmLevel
-  std::array<std::optional<double>, 2> nowDb;
+  std::vector<double> badDb = {};
+  std::array<std::optional<double>, 2> proposedDb = {};  // by AlarmLevel
+  std::array<std::optional<double>, 2> nowDb = {};
   int falseAlarms = 0;
   int caught = 0;
   bool hasBad = false;
-  QString spoken;
+  QString spoken = {};
 };
 
 // What all of them are drawn over: from low to high dB.
@@ -65,7 +65,8 @@ struct DistributionRange {
   double highDb = 7;
   bool isRelative = true;  // re each cell's reference; otherwise dB re 1 g, labelled in g
 };
-[[nodiscard]] DistributionRange RangeOf(const baseline::Workbench& bench, const WorkbenchLook& look);
+[[nodiscard]] DistributionRange RangeOf(const baseline::Workbench& bench,
+                                        const WorkbenchLook& look);
 [[nodiscard]] SmallDistribution SmallOf(const baseline::Workbench& bench, baseline::CellPlace cell,
                                         const DistributionRange& range, const WorkbenchLook& look);
 

@@ -71,8 +71,8 @@ void PaintTicks(QPainter& painter, const DetailPage& page) {
     painter.drawLine(QPointF(layout.records.left() - 4, OnPixel(y)),
                      QPointF(layout.records.left(), OnPixel(y)));
     painter.setPen(page.look.muted);
-    DrawTabular(painter, page.fonts.small,
-                QRectF(0, y - line / 2, layout.records.left() - 6, line), Qt::AlignRight, text);
+    DrawTabular(painter, page.fonts.small, QRectF(0, y - line / 2, layout.records.left() - 6, line),
+                Qt::AlignRight, text);
   };
   for (const AxisTick& tick : layout.countTicks) {
     up(layout.counts.ToPixel(tick.value), QString::fromStdString(tick.label));
@@ -131,9 +131,8 @@ void PaintLegends(QPainter& painter, const DetailPage& page) {
       PaintDiamond(painter, place.center(), kDiamond, page.look.fault, page.look.canvas);
     });
   }
-  above.Add(Tr("known good, %L1").arg(scene.goodCount), 14, [&](const QRectF& place) {
-    painter.fillRect(place, Faint(InkOf(page), 0.7));
-  });
+  above.Add(Tr("known good, %L1").arg(scene.goodCount), 14,
+            [&](const QRectF& place) { painter.fillRect(place, Faint(InkOf(page), 0.7)); });
   LegendLine below(painter, page, page.layout.shareLine);
   below.Title(Tr("Share, with 95 % bounds"));
   const auto line = [&](const QPen& pen) {
@@ -251,8 +250,7 @@ void PaintThreshold(QPainter& painter, const DetailPage& page, AlarmLevel level)
   if (isWarning) pen.setDashPattern({2.5, 1.5});
   const double x = std::round(page.layout.across.ToPixel(*g));
   painter.setPen(pen);
-  painter.drawLine(QPointF(x, page.layout.flags.bottom()),
-                   QPointF(x, page.layout.shares.bottom()));
+  painter.drawLine(QPointF(x, page.layout.flags.bottom()), QPointF(x, page.layout.shares.bottom()));
 }
 
 }  // namespace

@@ -91,8 +91,9 @@ void DetailPanel::Show() {
   ShowEdges();
   if (!model_.HasGood()) {
     DetailScene scene;
-    scene.hint = tr("The levels of the records in one band and axis, with the thresholds over "
-                    "them.");
+    scene.hint =
+        tr("The levels of the records in one band and axis, with the thresholds over "
+           "them.");
     plot_->SetScene(std::move(scene));
     return;
   }

@@ -41,12 +41,11 @@ DetailLayout DetailPlot::Laid() const {
 
 // Told as the threshold that keys move, then the other.
 void DetailPlot::Describe() {
-  const QString text =
-      !scene_.hint.isEmpty()
-          ? scene_.hint
-          : tr("%1. %2 is moved by the arrow keys; the other is %3. %4")
-                .arg(scene_.name, scene_.flags[Index(chosen_)],
-                     scene_.flags[1 - Index(chosen_)], scene_.note);
+  const QString text = !scene_.hint.isEmpty()
+                           ? scene_.hint
+                           : tr("%1. %2 is moved by the arrow keys; the other is %3. %4")
+                                 .arg(scene_.name, scene_.flags[Index(chosen_)],
+                                      scene_.flags[1 - Index(chosen_)], scene_.note);
   if (text == accessibleDescription()) return;
   setAccessibleDescription(text);
 }

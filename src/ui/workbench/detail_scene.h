@@ -36,22 +36,22 @@ struct DetailScene {
     bool operator==(const Share&) const = default;
   };
 
-  QString hint;  // where there is nothing to show: what will be here
-  QString name;  // "band 3, Z"
+  QString hint = {};  // where there is nothing to show: what will be here
+  QString name = {};  // "band 3, Z"
   Axis axis = Axis::X;
   PlotRange across{0.1, 1};  // g
-  std::vector<Bar> good;
+  std::vector<Bar> good = {};
   int goodCount = 0;
-  std::vector<double> bad;  // of each known bad record
-  std::vector<Share> falseAlarms;
-  std::vector<Share> misses;
-  std::array<std::optional<double>, 2> proposed;  // by AlarmLevel
-  std::array<std::optional<double>, 2> now;
-  std::array<QString, 2> flags;  // "Warning 0.693 g"
-  QString note;                  // "mean 0.582 g, σ 0.34 dB"
+  std::vector<double> bad = {};  // of each known bad record
+  std::vector<Share> falseAlarms = {};
+  std::vector<Share> misses = {};
+  std::array<std::optional<double>, 2> proposed = {};  // by AlarmLevel
+  std::array<std::optional<double>, 2> now = {};
+  std::array<QString, 2> flags = {};  // "Warning 0.693 g"
+  QString note = {};                  // "mean 0.582 g, σ 0.34 dB"
   bool showsBad = true;
   bool showsNow = true;
-  std::optional<double> decibelsRe;  // g; labels in dB re it
+  std::optional<double> decibelsRe = {};  // g; labels in dB re it
 };
 
 }  // namespace kestrel

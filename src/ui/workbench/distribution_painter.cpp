@@ -149,11 +149,11 @@ void DistributionDelegate::paint(QPainter* painter, const QStyleOptionViewItem& 
   const auto* view = qobject_cast<const QAbstractItemView*>(option.widget);
   const bool isChosen = view != nullptr && view->currentIndex() == index;
   painter->save();
-  painter->fillRect(option.rect, isChosen                                        ? look.selected
-                                 : option.state.testFlag(QStyle::State_MouseOver) &&
-                                         small != nullptr
-                                     ? look.pointedAt
-                                     : look.panel);
+  painter->fillRect(option.rect,
+                    isChosen ? look.selected
+                    : option.state.testFlag(QStyle::State_MouseOver) && small != nullptr
+                        ? look.pointedAt
+                        : look.panel);
   painter->setPen(look.hairline);
   painter->drawLine(option.rect.bottomLeft(), option.rect.bottomRight());
   const QRectF place(option.rect);

@@ -168,7 +168,8 @@ void DistributionTable::FitCells() {
   const int rows = std::max(1, model_.rowCount());
   const int least = std::max(kLeastRow, 2 * fontMetrics().height() + 2);
   verticalHeader()->setDefaultSectionSize(std::max(least, viewport()->height() / rows));
-  const int band = std::max(76, fontMetrics().horizontalAdvance(QStringLiteral("42,659 to 49,899")));
+  const int band =
+      std::max(76, fontMetrics().horizontalAdvance(QStringLiteral("42,659 to 49,899")));
   horizontalHeader()->resizeSection(0, band + 16);
   const int rest = std::max(0, viewport()->width() - band - 16);
   for (int column = 1; column < model_.columnCount(); ++column) {

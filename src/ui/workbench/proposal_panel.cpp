@@ -14,7 +14,6 @@
 namespace kestrel {
 namespace {
 
-
 QString GText(const std::optional<double>& g) {
   return g ? Text(analysis::SignificantText(*g)) : Text(analysis::kNoNumber);
 }
@@ -115,11 +114,12 @@ void ProposalPanel::Show() {
       baseline::Threshold shown = threshold;
       shown.proposed = steps > 0 ? std::optional(steps) : std::nullopt;
       const auto change = shown.ChangeDb();
-      rows.push_back({{name},
-                      {GText(ThresholdG(model_.Bench(), threshold.now))},
-                      {GText(ThresholdG(model_.Bench(), steps))},
-                      {change ? Text(analysis::SignedDecibelText(*change)) : Text(analysis::kNoNumber)},
-                      {steps > 0 ? QString::number(std::llround(steps)) : Text(analysis::kNoNumber)}});
+      rows.push_back(
+          {{name},
+           {GText(ThresholdG(model_.Bench(), threshold.now))},
+           {GText(ThresholdG(model_.Bench(), steps))},
+           {change ? Text(analysis::SignedDecibelText(*change)) : Text(analysis::kNoNumber)},
+           {steps > 0 ? QString::number(std::llround(steps)) : Text(analysis::kNoNumber)}});
     };
     add(tr("Warning"), state.proposal.warning, state.warning);
     add(tr("Fault"), state.proposal.fault, state.fault);

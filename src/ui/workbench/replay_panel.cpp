@@ -116,9 +116,8 @@ void ReplayPanel::ShowRows() {
     const QString name = QString(QLatin1Char(Letter(cell.axis)));
     const QString band = cell.axis == Axis::X ? QString::number(cell.band) : QString();
     if (cell == model_.Choice().cell) chosen = static_cast<int>(rows.size());
-    std::vector<TextCell> row{
-        {band, {}, {}, tr("Band %1").arg(cell.band)},
-        {name, {}, look.Ink(study::InkOf(cell.axis))}};
+    std::vector<TextCell> row{{band, {}, {}, tr("Band %1").arg(cell.band)},
+                              {name, {}, look.Ink(study::InkOf(cell.axis))}};
     const bool isRefused = !state.levels.refusal.empty();
     for (const baseline::Count& count : {state.warnings.falseAlarms, state.warnings.caught}) {
       const bool isCounted = !isRefused && count.of > 0;

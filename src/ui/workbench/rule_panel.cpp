@@ -122,10 +122,10 @@ void RulePanel::LayOut() {
   judged->addRow(MakeCaption(tr("Records a&bove"), spnM_), counts);
   judged->addRow(MakeCaption(tr("&Hysteresis"), spnHysteresis_), spnHysteresis_);
   column->addLayout(judged);
-  column->addLayout(inside(new BenchNote("lblSensorJudges",
-                                         tr("The sensor itself judges each record alone. More than "
-                                            "1 of 1 is judged by this program.")),
-                           12));
+  column->addLayout(inside(
+      new BenchNote("lblSensorJudges", tr("The sensor itself judges each record alone. More than "
+                                          "1 of 1 is judged by this program.")),
+      12));
 }
 
 void RulePanel::Connect() {
@@ -192,10 +192,9 @@ void RulePanel::ShowNeeds() {
     rule.kind = static_cast<RuleKind>(i);
     const QString shortage = Text(ShortageText(rule, good));
     const bool isShort = !shortage.isEmpty();
-    needs_[i]->setText(isShort ? shortage
-                               : tr("95 % sure with %L1 records: %L2 chosen")
-                                     .arg(RecordsNeeded(rule))
-                                     .arg(good));
+    needs_[i]->setText(
+        isShort ? shortage
+                : tr("95 % sure with %L1 records: %L2 chosen").arg(RecordsNeeded(rule)).arg(good));
     needs_[i]->SetWarning(isShort && good > 0);
     kinds_[i]->setEnabled(!isShort || kinds_[i]->isChecked());
     kinds_[i]->setToolTip(isShort ? shortage : QString());

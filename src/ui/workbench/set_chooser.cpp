@@ -108,9 +108,10 @@ void SetChooser::Count() {
 void SetChooser::ShowCount(std::size_t count) {
   cmdTake_->setEnabled(count > 0);
   lblCount_->setText(
-      count == 0 ? tr("No record fits.")
-                 : tr("%1 that can be found so; those that cannot be compared are left out.")
-                       .arg(CountOf(static_cast<std::int64_t>(count), tr("record"), tr("records"))));
+      count == 0
+          ? tr("No record fits.")
+          : tr("%1 that can be found so; those that cannot be compared are left out.")
+                .arg(CountOf(static_cast<std::int64_t>(count), tr("record"), tr("records"))));
 }
 
 }  // namespace kestrel

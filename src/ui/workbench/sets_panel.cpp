@@ -82,8 +82,8 @@ class SetDelegate : public QStyledItemDelegate {
     const QRect inside = rect.adjusted(kIconRoom, 5, -8, -4);
     painter.setPen(look.text);
     painter.setFont(fonts.bold);
-    const QString first =
-        QFontMetrics(fonts.bold).elidedText(index.data().toString(), Qt::ElideRight, inside.width());
+    const QString first = QFontMetrics(fonts.bold)
+                              .elidedText(index.data().toString(), Qt::ElideRight, inside.width());
     painter.drawText(inside, Qt::AlignLeft | Qt::AlignTop, first);
     painter.setPen(look.muted);
     painter.setFont(fonts.small);
@@ -175,7 +175,7 @@ void SetsPanel::AddParts(baseline::Verdict verdict) {
     const bool isRead = model_.HasBench() && i < model_.Bench().TheSets().parts.size();
     if (isRead && model_.Bench().TheSets().parts[i].taken > 0) {
       const baseline::PartTaken& taken = model_.Bench().TheSets().parts[i];
-      first = Text(SpanText(taken.first, taken.last));
+      first = Text(baseline::SpanText(taken.first, taken.last));
       second = Text(ThinningText(taken));
       if (!parts[i].name.empty()) second += ", " + Text(parts[i].name);
     }

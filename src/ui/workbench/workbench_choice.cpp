@@ -93,9 +93,8 @@ std::optional<Part> PartFrom(const QJsonObject& json, const std::string& archive
             .every = std::chrono::seconds(std::max<qint64>(0, json["every"].toInteger()))};
   part.filter.tag = json["tag"].toString().toStdString();
   part.filter.text = json["text"].toString().toStdString();
-  EachOf(part.filter, [&json](const char* name, auto& value) {
-    From(json[QLatin1String(name)], value);
-  });
+  EachOf(part.filter,
+         [&json](const char* name, auto& value) { From(json[QLatin1String(name)], value); });
   if (!json.contains("ids")) return part;
   if (json["archive"].toString().toStdString() != archive) return std::nullopt;
   for (const QJsonValue& id : json["ids"].toArray()) part.ids.push_back(id.toInteger());
@@ -118,8 +117,8 @@ WorkbenchChoice ReadKeptWorkbench(const std::string& archive) {
     if (auto part = PartFrom(json.toObject(), archive)) kept.parts.push_back(std::move(*part));
   }
   baseline::Rule& rule = kept.rule;
-  rule.kind = static_cast<baseline::RuleKind>(
-      static_cast<int>(Within(file.value("rule/kind"), 0, 2, 0)));
+  rule.kind =
+      static_cast<baseline::RuleKind>(static_cast<int>(Within(file.value("rule/kind"), 0, 2, 0)));
   rule.k = Within(file.value("rule/k"), kLeastK, kMostK, rule.k);
   rule.atLeastDb = Within(file.value("rule/atLeastDb"), 0, kMostDb, rule.atLeastDb);
   rule.faultAboveDb = Within(file.value("rule/faultAboveDb"), 0, kMostDb, rule.faultAboveDb);

@@ -145,7 +145,7 @@ void WorkbenchModel::Finish() {
 }
 
 Bands WorkbenchModel::BandsFor(const baseline::Settings& settings) const {
-  const Bands bands = BandsOf(table_, settings.option);
+  const Bands bands = baseline::BandsOf(table_, settings.option);
   return IsEmpty(bands) ? baseline::UsualBands(settings.window) : bands;
 }
 
@@ -178,7 +178,7 @@ void WorkbenchModel::FollowTable() {
 }
 
 bool WorkbenchModel::KnowsBands() const {
-  return bench_ && !IsEmpty(BandsOf(table_, bench_->TheSets().settings.option));
+  return bench_ && !IsEmpty(baseline::BandsOf(table_, bench_->TheSets().settings.option));
 }
 
 void WorkbenchModel::SetRule(const baseline::Rule& rule) {

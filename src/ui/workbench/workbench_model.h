@@ -69,7 +69,7 @@ class WorkbenchModel : public QObject {
   [[nodiscard]] BandProposal Proposal() const;
 
  signals:
-  void Changed();        // anything that is shown
+  void Changed();         // anything that is shown
   void ReadingChanged();  // begun, ended
   void Progressed(qint64 done, qint64 all);
   void TroubleChanged();

@@ -46,7 +46,9 @@ WorkbenchView::WorkbenchView(const archive::Place& archive, WorkbenchHost host)
                               tr("Sample-rate option of the records and of the bands"))),
       segScale_(new Segments("segBenchScale", tr("Scale of the levels"),
                              {{"cmdInG", tr("g"), {}, tr("Levels in g peak")},
-                              {"cmdInDb", tr("dB re warning"), {},
+                              {"cmdInDb",
+                               tr("dB re warning"),
+                               {},
                                tr("Levels in dB above or below the proposed warning")}})),
       cmdShowNow_(new FlatButton("cmdShowNow", tr("Present thresholds"), "bands")),
       cmdShowBad_(new FlatButton("cmdShowBad", tr("Known bad"), "label")),
@@ -218,10 +220,12 @@ void WorkbenchView::Connect() {
   connect(segScale_, &Segments::Chosen, this, [this](int scale) {
     model_.Show([scale](WorkbenchLook& look) { look.inDecibels = scale == 1; });
   });
-  connect(cmdShowNow_, &QToolButton::toggled, this,
-          [this](bool isOn) { model_.Show([isOn](WorkbenchLook& look) { look.showsNow = isOn; }); });
-  connect(cmdShowBad_, &QToolButton::toggled, this,
-          [this](bool isOn) { model_.Show([isOn](WorkbenchLook& look) { look.showsBad = isOn; }); });
+  connect(cmdShowNow_, &QToolButton::toggled, this, [this](bool isOn) {
+    model_.Show([isOn](WorkbenchLook& look) { look.showsNow = isOn; });
+  });
+  connect(cmdShowBad_, &QToolButton::toggled, this, [this](bool isOn) {
+    model_.Show([isOn](WorkbenchLook& look) { look.showsBad = isOn; });
+  });
   connect(distributions_, &DistributionTable::CellChosen, &model_, &WorkbenchModel::ChooseCell);
   connect(proposal_->cmdTakeOver, &QToolButton::clicked, this, [this] { Propose(false); });
   connect(proposal_->cmdWrite, &QToolButton::clicked, this, &WorkbenchView::AskWrite);
@@ -251,108 +255,6 @@ void WorkbenchView::paintEvent(QPaintEvent* /*event*/) {
   QPainter(this).fillRect(rect(), Look::Of(palette()).window);
 }
 
-void WorkbenchView::Show() {
-  ShowTools();
-  ShowNotices();
-  if (model_.HasGood()) {
-    distributions_->Show(model_.Bench(), model_.Choice());
-  } else {
-    distributions_->Clear();
-  }
-  middle_->setCurrentIndex(model_.HasGood() ? 0 : 1);
-  const bool hasParts = !model_.Choice().parts.empty();
-  lblEmpty_->setText(
-      !model_.HasArchive()  ? tr("No archive: the program was started with --no-archive, or has no "
-                                 "folder to keep one in. Start it with --archive and a file.")
-      : model_.IsReading()  ? tr("The records are being read.")
-      : hasParts && !model_.Trouble().isEmpty()
-          ? tr("What the archive holds cannot be told now.")
-      : hasParts ? tr("None of the chosen records can be taken as known good. The list on the left "
-                      "says why; choose others.")
-                 : tr("Here the thresholds of the sensor's alarm bands are found from records of "
-                      "your own machine: begin by choosing records that are known to be good, here "
-                      "or in the Library with \"Take as known good\" in the menu Archive."));
-  ShowSummaries();
-}
-
-void WorkbenchView::ShowSummaries() {
-  const auto count = [](std::size_t records) {
-    return CountOf(static_cast<std::int64_t>(records), tr("record"), tr("records"));
-  };
-  const bool isThere = model_.HasGood();
-  if (model_.HasBench()) {
-    const baseline::Sets& sets = model_.Bench().TheSets();
-    cardSets_->SetSummary(count(sets.good.size() + sets.bad.size()));
-  } else {
-    cardSets_->SetSummary({});
-  }
-  cardDetail_->SetTitle(detail_->Title());
-  cardDetail_->SetSummary(detail_->Summary());
-  cardProposal_->SetSummary(proposal_->Summary());
-  cardReplay_->SetSummary(
-      model_.Choice().judgement.IsSingle()
-          ? tr("single records, 95 % bounds")
-          : tr("%1, 95 % bounds").arg(Text(TextOf(model_.Choice().judgement))));
-  if (!isThere) return;
-  const DistributionRange& range = distributions_->Model().Range();
-  cardDistributions_->SetSummary(
-      range.isRelative ? tr("%1 to +%2 dB re proposed warning; triangle: present warning, dashed: "
-                            "proposed, solid: fault")
-                             .arg(QString::number(range.lowDb).replace('-', QChar(0x2212)))
-                             .arg(range.highDb)
-                       : tr("g peak, logarithmic; triangle: present warning, dashed: proposed, "
-                            "solid: fault"));
-}
-
-void WorkbenchView::ShowTools() {
-  const WorkbenchLook& look = model_.Choice().look;
-  const QSignalBlocker quiet(cbxOption_);
-  const auto option = model_.Choice().option;
-  cbxOption_->setCurrentIndex(option ? *option + 1 : 0);
-  if (model_.HasGood()) {
-    cbxOption_->setItemText(
-        0, tr("Option: as most records (%1)").arg(model_.Bench().TheSets().settings.option));
-  }
-  segScale_->Choose(look.inDecibels ? 1 : 0);
-  for (const auto& [button, isOn] :
-       {std::pair(cmdShowNow_, look.showsNow), std::pair(cmdShowBad_, look.showsBad)}) {
-    const QSignalBlocker silent(button);
-    button->setChecked(isOn);
-  }
-}
-
-void WorkbenchView::ShowReading() {
-  progress_->setVisible(model_.IsReading());
-  if (!model_.IsReading()) return;
-  barProgress_->setRange(0, 0);
-  lblProgress_->setText(tr("Looking for the records"));
-}
-
-void WorkbenchView::ShowNotices() {
-  if (model_.Trouble().isEmpty()) {
-    notices_->Take("archive");
-  } else if (!notices_->Has("archive")) {
-    notices_->Put({.id = "archive",
-                   .gravity = Gravity::Fault,
-                   .text = model_.Trouble(),
-                   .cure = tr("Try again"),
-                   .carryOut = [this] { model_.Read(); },
-                   .closed = {}});
-  }
-  const bool isUnknown = model_.HasGood() && !model_.KnowsBands();
-  if (!isUnknown) {
-    notices_->Take("bands");
-  } else if (!notices_->Has("bands")) {
-    notices_->Put({.id = "bands",
-                   .gravity = Gravity::Offer,
-                   .text = tr("The sensor's bands of this option are not known yet: six usual ones "
-                              "stand here, without present thresholds."),
-                   .cure = tr("Read the sensor's bands"),
-                   .carryOut = [this] { host_.openBands(); },
-                   .closed = {}});
-  }
-}
-
 void WorkbenchView::FocusFirst() {
   if (model_.HasGood()) {
     distributions_->setFocus();
@@ -366,7 +268,8 @@ void WorkbenchView::TakeRecords(baseline::Verdict verdict, const std::vector<Arc
   baseline::Part part{.verdict = verdict, .name = {}, .filter = {}, .ids = ids};
   Begin();
   model_.AddPart(std::move(part));
-  const QString records = CountOf(static_cast<std::int64_t>(ids.size()), tr("record"), tr("records"));
+  const QString records =
+      CountOf(static_cast<std::int64_t>(ids.size()), tr("record"), tr("records"));
   emit Said(verdict == baseline::Verdict::Good
                 ? tr("%1 taken as known good, in the view Alarm bands.").arg(records)
                 : tr("%1 taken as known bad, in the view Alarm bands.").arg(records));

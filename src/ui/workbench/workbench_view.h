@@ -10,6 +10,7 @@
 #include <string>
 
 #include "seams/files.h"
+#include "ui/library/library.h"
 #include "ui/parts/notice_strip.h"
 #include "ui/workbench/bench_card.h"
 #include "ui/workbench/detail_panel.h"

@@ -1,6 +1,6 @@
 // What the workbench's results are used for: the alarm editor, the sensor, a file.
 // SPDX-License-Identifier: MIT
-#include <QDateTime>
+#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -62,9 +62,10 @@ void WorkbenchView::AskReport() {
 
 bool WorkbenchView::WriteEvidence(const QString& file) {
   if (!model_.HasGood()) return false;
-  const baseline::EvidenceOrigin origin{.program = QCoreApplication::applicationName().toStdString(),
-                                        .archive = archive::Shown(model_.Place()),
-                                        .time = std::chrono::system_clock::now()};
+  const baseline::EvidenceOrigin origin{
+      .program = "version " + QCoreApplication::applicationVersion().toStdString(),
+      .archive = archive::Shown(model_.Place()),
+      .time = std::chrono::system_clock::now()};
   const auto evidence = EvidenceOf(model_.Bench(), origin);
   const bool isCsv = QFileInfo(file).suffix().compare("csv", Qt::CaseInsensitive) == 0;
   try {
