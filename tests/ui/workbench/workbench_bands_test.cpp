@@ -25,7 +25,7 @@ class WorkbenchBands : public WorkbenchBench {
   static int Warning() { return AlarmBandTable(Alarm1Field(Axis::Z), 3, 0); }
   std::string Message() { return Editor().findChild<QLabel*>("lblmsg")->text().toStdString(); }
   void UseTwentyG() {
-    Choose("cbxRange", 2);
+    Choose("cbxSignalRange", 2);
     Settle();
   }
   void AcceptWriting() {
@@ -88,7 +88,7 @@ TEST_F(WorkbenchBands, NothingIsWrittenBeforeTheUserSaysSo) {
 
 TEST_F(WorkbenchBands, AtAnotherRangeNothingIsWrittenAndTheReasonIsSaid) {
   OpenWithSensor();
-  Choose("cbxRange", 3);
+  Choose("cbxSignalRange", 3);
   Settle();
   AcceptWriting();
   ASSERT_TRUE(Tells("Not written")) << Label("lblProposalSaid").toStdString();
