@@ -69,8 +69,8 @@ bool WorkbenchView::WriteEvidence(const QString& file) {
   const auto evidence = EvidenceOf(model_.Bench(), origin);
   const bool isCsv = QFileInfo(file).suffix().compare("csv", Qt::CaseInsensitive) == 0;
   try {
-    host_.files.ReplaceWhole(file.toStdU16String(),
-                             isCsv ? EvidenceCsv(evidence) : EvidenceText(evidence));
+    host_.files.ReplaceWhole(file.toStdU16String(), isCsv ? baseline::EvidenceCsv(evidence)
+                                                          : baseline::EvidenceText(evidence));
   } catch (const RuntimeError& error) {
     proposal_->Say(tr("The evidence is not written: %1. Choose a folder that you may write in.")
                        .arg(error.what()));

@@ -49,7 +49,7 @@ TEST_F(WorkbenchBands, TakenOverTheyStandInTheAlarmEditorWhereUndoTakesThemBack)
   Editor().findChild<QPushButton*>("cmdUndo")->click();
   EXPECT_EQ(Warning(), 790);
   Settle();
-  EXPECT_EQ(Cell("tblProposal", 0, 1), "0.483");
+  EXPECT_EQ(Cell("tblProposal", 0, 1), "0.241");
 }
 
 TEST_F(WorkbenchBands, WhatWasMovedByHandIsTakenOverAsItStands) {
