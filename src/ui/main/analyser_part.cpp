@@ -39,6 +39,10 @@ AnalyserPart::AnalyserPart(const Parts& parts)
       recordListener_(parts.core.record.OnChange([this] { TakeRecord(); })) {
   connect(cmdAnalyser, &QPushButton::clicked, this, [this] { Open(); });
   connect(parts_.menu.mnuAnalyser, &QAction::triggered, this, [this] { Open(); });
+  // Told whenever the alarm editor's table may be another one.
+  connect(&parts_.windows, &SecondaryWindows::BandRangeNoted, this, [this] {
+    if (window_) GiveBands();
+  });
   connect(&parts_.repeats, &RepeatRunner::Changed, this, [this] { ShowProgress(); });
   connect(&parts_.capture, &CapturePanel::CaptureStateChanged, this, [this] { ShowProgress(); });
 }

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/parts/widgets.h"
 #include "ui/study/text_table.h"
@@ -80,52 +81,49 @@ RulePanel::RulePanel(WorkbenchModel& model)
 }
 
 void RulePanel::LayOut() {
-  const auto form = [](int left) {
-    auto* rows = new QFormLayout;
-    rows->setContentsMargins(left, 2, 12, 4);
-    rows->setVerticalSpacing(6);
-    rows->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
-    rows->setFormAlignment(Qt::AlignRight);
-    rows->setLabelAlignment(Qt::AlignLeft);
-    return rows;
-  };
-  const auto inside = [](QWidget* widget, int left) {
-    auto* row = new QHBoxLayout;
-    row->setContentsMargins(left, 2, 12, 2);
-    row->addWidget(widget, 1);
-    return row;
-  };
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(0, 0, 0, 8);
   column->setSpacing(2);
+  const auto inside = [column](QWidget* widget, int left) {
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(left, 2, 12, 2);
+    row->addWidget(widget, 1);
+    column->addLayout(row);
+  };
+  const auto field = [column](const QString& caption, int left, QWidget* first,
+                              std::initializer_list<QWidget*> more = {}) {
+    auto* row = new QHBoxLayout;
+    row->setContentsMargins(left, 2, 12, 2);
+    row->setSpacing(4);
+    row->addWidget(MakeCaption(caption, first), 1);
+    row->addWidget(first);
+    for (QWidget* widget : more) row->addWidget(widget);
+    column->addLayout(row);
+  };
   column->addWidget(new BenchHeading("lblRule", tr("Rule")));
-  column->addLayout(inside(kinds_[0], 12));
-  auto* mean = form(34);
-  mean->addRow(MakeCaption(tr("&k"), spnK_), spnK_);
-  mean->addRow(MakeCaption(tr("at &least"), spnAtLeast_), spnAtLeast_);
-  column->addLayout(mean);
+  inside(kinds_[0], 12);
+  field(tr("&k"), 34, spnK_);
+  field(tr("at &least"), 34, spnAtLeast_);
   for (std::size_t i = 1; i < kinds_.size(); ++i) {
-    column->addLayout(inside(kinds_[i], 12));
-    column->addLayout(inside(needs_[i], 34));
+    inside(kinds_[i], 12);
+    inside(needs_[i], 34);
   }
   needs_[0]->hide();
-  auto* fault = form(12);
-  fault->addRow(MakeCaption(tr("&Fault above warning"), spnFaultAbove_), spnFaultAbove_);
-  column->addLayout(fault);
+  field(tr("&Fault above warning"), 12, spnFaultAbove_);
   column->addWidget(new BenchHeading("lblJudgement", tr("Judgement in replay")));
-  auto* judged = form(12);
-  auto* counts = new QHBoxLayout;
-  counts->setSpacing(4);
-  counts->addWidget(spnM_);
-  counts->addWidget(MakeCaption(tr("of"), spnN_));
-  counts->addWidget(spnN_);
-  judged->addRow(MakeCaption(tr("Records a&bove"), spnM_), counts);
-  judged->addRow(MakeCaption(tr("&Hysteresis"), spnHysteresis_), spnHysteresis_);
-  column->addLayout(judged);
-  column->addLayout(inside(
+  field(tr("Records a&bove"), 12, spnM_, {MakeCaption(tr("of"), spnN_), spnN_});
+  field(tr("&Hysteresis"), 12, spnHysteresis_);
+  inside(
       new BenchNote("lblSensorJudges", tr("The sensor itself judges each record alone. More than "
                                           "1 of 1 is judged by this program.")),
-      12));
+      12);
+  int width = 0;
+  for (const QWidget* spin : {spnK_, spnAtLeast_, spnFaultAbove_, spnHysteresis_}) {
+    width = std::max(width, spin->sizeHint().width());
+  }
+  for (QWidget* spin : {spnK_, spnAtLeast_, spnFaultAbove_, spnHysteresis_}) {
+    spin->setMinimumWidth(width);
+  }
 }
 
 void RulePanel::Connect() {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <QDoubleSpinBox>
-#include <QFormLayout>
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QWidget>

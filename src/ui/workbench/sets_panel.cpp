@@ -130,7 +130,8 @@ void SetsPanel::LayOut() {
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   list_->setResizeMode(QListView::Adjust);
-  list_->setMinimumHeight(120);
+  list_->setMinimumHeight(96);
+  list_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);
   cmdGood->setToolTip(tr("Choose records that are known to be good"));
   cmdBad->setToolTip(tr("Choose records that are known to be bad"));
   cmdGood->setAccessibleName(tr("Add records known to be good"));

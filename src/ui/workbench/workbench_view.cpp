@@ -91,7 +91,15 @@ void WorkbenchView::LayOut() {
   auto* inside = new QVBoxLayout;
   inside->setContentsMargins(kGutter, 0, kGutter, kGutter);
   inside->addWidget(parts);
-  auto* column = new QVBoxLayout(this);
+  // What needs more room than there is scrolls, and takes none from the other views.
+  auto* content = new QWidget;
+  auto* all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  auto* scroll = Scrolling("workbenchScroll", content);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  content->setBackgroundRole(QPalette::Window);
+  all->addWidget(scroll);
+  auto* column = new QVBoxLayout(content);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
   column->addWidget(notices_);

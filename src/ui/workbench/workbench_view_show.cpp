@@ -65,10 +65,6 @@ void WorkbenchView::ShowTools() {
   const QSignalBlocker quiet(cbxOption_);
   const auto option = model_.Choice().option;
   cbxOption_->setCurrentIndex(option ? *option + 1 : 0);
-  if (model_.HasGood()) {
-    cbxOption_->setItemText(
-        0, tr("Option: as most records (%1)").arg(model_.Bench().TheSets().settings.option));
-  }
   segScale_->Choose(look.inDecibels ? 1 : 0);
   for (const auto& [button, isOn] :
        {std::pair(cmdShowNow_, look.showsNow), std::pair(cmdShowBad_, look.showsBad)}) {

@@ -73,6 +73,7 @@ TEST_P(WorkbenchPictures, LookAsApproved) {
     ASSERT_TRUE(model.HasGood());
     model.ChooseCell({3, Axis::Z});
   }
+  window.Workbench().FocusFirst();
   for (int i = 0; i < 5; ++i) QApplication::processEvents();
   const QString name = QStringLiteral("%1-%2-%3.png")
                            .arg(QLatin1String(sight.name), sight.isDark ? "dark" : "light")

@@ -5,6 +5,7 @@
 #include <QScrollArea>
 #include <set>
 
+#include "ui/parts/clear_style.h"
 #include "ui/parts/line_label.h"
 #include "ui/workbench/workbench_bench.h"
 
@@ -13,6 +14,7 @@ namespace {
 
 class WorkbenchRoom : public WorkbenchBench {
  protected:
+  WorkbenchRoom() { ClearStyle::Use(); }
   void OpenAt(QSize size) {
     OpenFilled(20, 4, 3);
     Analyser().resize(size);
@@ -32,8 +34,9 @@ class WorkbenchRoom : public WorkbenchBench {
 
 TEST_F(WorkbenchRoom, NothingIsCutOnTheSmallestScreen) {
   OpenAt({1280, 720});
-  EXPECT_LE(Analyser().width(), 1280);
-  EXPECT_LE(Analyser().height(), 720);
+  EXPECT_EQ(Analyser().size(), QSize(1280, 720));
+  auto& scroll = In<QScrollArea>("workbenchScroll");
+  EXPECT_EQ(scroll.widget()->size(), scroll.viewport()->size()) << "nothing has to be scrolled";
   for (const QWidget* widget : Shown()) {
     SCOPED_TRACE(Told(*widget));
     const QWidget* parent = widget->parentWidget();
