@@ -28,12 +28,11 @@ struct CellPlaces {
 // Where there is little room the counts give way last.
 CellPlaces PlacesIn(const QRectF& cell, const QFont& font) {
   const QFontMetricsF metrics(font);
-  const double wide = std::max({metrics.horizontalAdvance(QObject::tr("false")),
-                                metrics.horizontalAdvance(QObject::tr("caught"))}) +
-                      6;
+  const double caught = metrics.horizontalAdvance(QObject::tr("caught")) + 8;
+  const double wrong = metrics.horizontalAdvance(QObject::tr("false")) + 4;
   CellPlaces places;
-  places.caught = QRectF(cell.right() - kInside - wide, cell.top(), wide, cell.height());
-  places.falseAlarms = places.caught.translated(-wide, 0);
+  places.caught = QRectF(cell.right() - kInside - caught, cell.top(), caught, cell.height());
+  places.falseAlarms = QRectF(places.caught.left() - wrong, cell.top(), wrong, cell.height());
   places.picture = QRectF(cell.left() + kInside, cell.top() + 3,
                           std::max(20.0, places.falseAlarms.left() - cell.left() - 2 * kInside),
                           cell.height() - 7);

@@ -59,10 +59,8 @@ void ReplayPanel::LayOut() {
                        .isMuted = true,
                        .dropped = 1,
                        .spoken = tr("95 % bounds of catches, %")}});
-  table_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
-  for (const int column : {0, 1}) {
-    table_->horizontalHeader()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
-  }
+  const int last = table_->Model().columnCount() - 1;
+  table_->horizontalHeader()->setSectionResizeMode(last, QHeaderView::Stretch);
   table_->SetHint(tr("How often each band would have alarmed over the records that are chosen."));
   auto* figures = new QHBoxLayout;
   figures->setContentsMargins(12, 6, 12, 6);

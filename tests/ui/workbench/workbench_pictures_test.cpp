@@ -74,6 +74,7 @@ TEST_P(WorkbenchPictures, LookAsApproved) {
     model.ChooseCell({3, Axis::Z});
   }
   window.Workbench().FocusFirst();
+  QTest::qWait(200);  // lists are laid out a moment after they are resized
   for (int i = 0; i < 5; ++i) QApplication::processEvents();
   const QString name = QStringLiteral("%1-%2-%3.png")
                            .arg(QLatin1String(sight.name), sight.isDark ? "dark" : "light")
