@@ -190,5 +190,29 @@ TEST_F(BandEditsTest, AChangeNobodyKeptIsTakenBackFirst) {
   EXPECT_EQ(Values(1), (Row{5, 0, 0, 0, 0, 0, 0, 0}));
 }
 
+TEST_F(BandEditsTest, AProposalIsOneStepAndItsThresholdsAreGivenForItsRange) {
+  Enter(1, 4, "0.1");
+  const BandTable before = table;
+  const BandPlace low{kFLowField, 3, 2};
+  const BandPlace warning{Alarm1Field(Axis::Z), 3, 2};
+  const BandPlace same{FieldOf(4), 1, 2};
+  const BandProposal proposal{.what = "a proposal",
+                              .option = 2,
+                              .range = 3,
+                              .values = {{low, 40}, {warning, 555}, {same, ValueAt(table, same)}}};
+  const EditOutcome outcome = edits.Take(proposal);
+  EXPECT_TRUE(outcome.changed);
+  EXPECT_EQ(outcome.message, "2 values taken over: a proposal. Undo takes them back.");
+  EXPECT_EQ(ValueAt(table, low), 40);
+  EXPECT_EQ(ValueAt(table, warning), 555);
+  EXPECT_EQ(ValueAt(edits.History().Ranges(), warning), 3);
+  EXPECT_EQ(ValueAt(edits.History().Ranges(), same), 3) << "the same code, said for this range";
+  EXPECT_EQ(edits.History().NextUndo(), "a proposal");
+  EXPECT_FALSE(edits.Take(proposal).changed);
+  int option = 2;
+  edits.Undo(option);
+  EXPECT_EQ(table, before);
+}
+
 }  // namespace
 }  // namespace kestrel
