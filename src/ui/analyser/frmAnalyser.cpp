@@ -56,10 +56,10 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       waterfall_(new WaterfallArea(model_)),
       library_(new LibraryView(model_, host_.keeper)),
       trend_(new TrendView(model_, host_.keeper)),
-      reports_(new ReportExport(model_, *library_, host_.files, *this)),
       workbench_(new WorkbenchView(
           host_.keeper != nullptr ? host_.keeper->Place() : archive::Place(),
           {.files = host_.files, .openBands = host_.openBands, .propose = host_.propose})),
+      reports_(new ReportExport(model_, *library_, host_.files, *this)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
       known_(new KnownPanel(model_)),
