@@ -72,13 +72,14 @@ function(kestrel_folder name)
   endif()
 endfunction()
 
-# kestrel_discover(TARGET [FILTER tests] [PROPERTIES ...]): each test of a program by itself. Under the
-# sanitizers a program takes longer to start than most of its tests do: there all run together.
+# kestrel_discover(TARGET FILTER tests [LABEL part] [PROPERTIES ...]): each test of a program by itself.
+# Under the sanitizers a program takes longer to start than most of its tests do: there all run
+# together, and a label chooses the programs of a part.
 function(kestrel_discover target)
-  cmake_parse_arguments(ARG "" "FILTER" "PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "" "FILTER;LABEL" "PROPERTIES" ${ARGN})
   if(KESTREL_SANITIZE)
     add_test(NAME ${target} COMMAND ${target} --gtest_brief=1 "--gtest_filter=${ARG_FILTER}")
-    set_tests_properties(${target} PROPERTIES TIMEOUT 3000 ${ARG_PROPERTIES})
+    set_tests_properties(${target} PROPERTIES TIMEOUT 3000 LABELS "${ARG_LABEL}" ${ARG_PROPERTIES})
   elseif(ARG_PROPERTIES)
     gtest_discover_tests(${target} TEST_FILTER "${ARG_FILTER}" PROPERTIES ${ARG_PROPERTIES})
   else()
@@ -95,11 +96,15 @@ function(kestrel_tests name)
   add_executable(test_${name} ${sources} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE ${ARG_LINKS} kestrel_test_support GTest::gmock_main)
   target_precompile_headers(test_${name} REUSE_FROM kestrel_test_headers)
+  set(label "")
+  if(name IN_LIST KESTREL_READERS)
+    set(label readers)
+  endif()
   if(NOT ARG_SERVER)
-    kestrel_discover(test_${name} FILTER "*")
+    kestrel_discover(test_${name} FILTER "*" LABEL "${label}")
     return()
   endif()
-  kestrel_discover(test_${name} FILTER "-*OnAServer*")
+  kestrel_discover(test_${name} FILTER "-*OnAServer*" LABEL "${label}")
   add_test(NAME ${name}.OnAServer
     COMMAND ${PROJECT_SOURCE_DIR}/tests/support/temporary_postgres
             $<TARGET_FILE:test_${name}> --gtest_filter=*OnAServer* --gtest_brief=1)

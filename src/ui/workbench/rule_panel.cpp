@@ -66,7 +66,7 @@ RulePanel::RulePanel(WorkbenchModel& model)
                               0, kMostDb, Decibels())) {
   setObjectName("rulePanel");
   const std::array<std::pair<const char*, QString>, 3> captions{
-      {{"optMeanSigma", tr("&mean + k \u00B7 \u03C3, of decibels")},
+      {{"optMeanSigma", tr("mean + k \u00B7 \u03C3, of decibels")},
        {"optLimit95", tr("limit for 9&5 % of records")},
        {"optLimit99", tr("limit for 9&9 % of records")}}};
   for (std::size_t i = 0; i < kinds_.size(); ++i) {
@@ -109,7 +109,7 @@ void RulePanel::LayOut() {
     inside(needs_[i], 34);
   }
   needs_[0]->hide();
-  field(tr("&Fault above warning"), 12, spnFaultAbove_);
+  field(tr("Fault above warning"), 12, spnFaultAbove_);
   column->addWidget(new BenchHeading("lblJudgement", tr("Judgement in replay")));
   field(tr("Records a&bove"), 12, spnM_, {MakeCaption(tr("of"), spnN_), spnN_});
   field(tr("&Hysteresis"), 12, spnHysteresis_);
