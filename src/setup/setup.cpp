@@ -61,8 +61,8 @@ std::uint16_t LargestOf(std::size_t index) {
 std::uint16_t WithoutInputs(std::uint16_t gpioCtrl, std::uint16_t dioCtrl) {
   unsigned word = gpioCtrl;
   for (unsigned line = 0; line < 2; ++line) {
-    const bool isGpio = (dioCtrl >> (2 + 2 * line) & 3U) == 0;
-    const bool isOutput = (gpioCtrl >> line & 1U) != 0;
+    const bool isGpio = (dioCtrl >> (2 + 2 * line) & 3) == 0;
+    const bool isOutput = (gpioCtrl >> line & 1) != 0;
     if (isGpio && !isOutput) word &= ~(0x100U << line);
   }
   return static_cast<std::uint16_t>(word);
