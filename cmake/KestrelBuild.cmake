@@ -74,7 +74,7 @@ endfunction()
 
 # kestrel_discover(TARGET FILTER tests [LABEL part] [PROPERTIES ...]): each test of a program by itself.
 # Under the sanitizers a program takes longer to start than most of its tests do: there all run
-# together, and a label chooses the programs of a part.
+# together, and a label tells those with windows.
 function(kestrel_discover target)
   cmake_parse_arguments(ARG "" "FILTER;LABEL" "PROPERTIES" ${ARGN})
   if(KESTREL_SANITIZE)
@@ -96,15 +96,11 @@ function(kestrel_tests name)
   add_executable(test_${name} ${sources} ${ARG_SOURCES})
   target_link_libraries(test_${name} PRIVATE ${ARG_LINKS} kestrel_test_support GTest::gmock_main)
   target_precompile_headers(test_${name} REUSE_FROM kestrel_test_headers)
-  set(label "")
-  if(name IN_LIST KESTREL_READERS)
-    set(label readers)
-  endif()
   if(NOT ARG_SERVER)
-    kestrel_discover(test_${name} FILTER "*" LABEL "${label}")
+    kestrel_discover(test_${name} FILTER "*")
     return()
   endif()
-  kestrel_discover(test_${name} FILTER "-*OnAServer*" LABEL "${label}")
+  kestrel_discover(test_${name} FILTER "-*OnAServer*")
   add_test(NAME ${name}.OnAServer
     COMMAND ${PROJECT_SOURCE_DIR}/tests/support/temporary_postgres
             $<TARGET_FILE:test_${name}> --gtest_filter=*OnAServer* --gtest_brief=1)

@@ -47,7 +47,8 @@ Tile<double> RmsOf(const Spectra& spectra, std::size_t tile, const Stretch& band
   for (std::size_t bin = band.first; bin <= band.last; ++bin) {
     const auto words = spectra.Of(tile, band.axis, bin);
     for (std::size_t i = 0; i < words.size(); ++i) {
-      squares[i] += std::uint64_t{words[i]} * words[i];
+      const std::uint64_t word = words[i];
+      squares[i] += word * word;
     }
   }
   Tile<double> levels{};

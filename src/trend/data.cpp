@@ -28,7 +28,7 @@ void Merge(Levels& all, Levels more) {
   std::erase_if(all.refused, [&](std::int64_t id) { return known.contains(id); });
   for (LevelSeries& series : more.series) {
     auto into =
-        std::ranges::find_if(all.series, [&](auto& other) { return IsSame(other, series); });
+        std::ranges::find_if(all.series, [&](const auto& other) { return IsSame(other, series); });
     if (into == all.series.end()) {
       all.series.push_back(std::move(series));
       continue;

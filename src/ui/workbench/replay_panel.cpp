@@ -90,7 +90,7 @@ void ReplayPanel::LayOut() {
 
 void ReplayPanel::Show() {
   const bool isThere = model_.HasGood();
-  const baseline::Overall none;
+  const baseline::Overall none{};
   const baseline::Overall& overall = isThere ? model_.Bench().Everything() : none;
   ShowFigure(falseAlarms_, overall.falseAlarms);
   ShowFigure(misses_, overall.misses);

@@ -186,7 +186,7 @@ void SetsPanel::AddParts(baseline::Verdict verdict) {
 
 void SetsPanel::Show() {
   const std::vector<Row> before = std::exchange(rows_, {});
-  const baseline::Sets none;
+  const baseline::Sets none{};
   const baseline::Sets& sets = model_.HasBench() ? model_.Bench().TheSets() : none;
   AddHeading(tr("Known good"), sets.good.size());
   AddParts(baseline::Verdict::Good);
