@@ -3,7 +3,6 @@
 #include "ui/analyser/report_export.h"
 
 #include <QFileDialog>
-#include <QLocale>
 #include <algorithm>
 #include <utility>
 
@@ -13,11 +12,6 @@
 
 namespace kestrel {
 namespace {
-
-report::Paper UsualPaper() {
-  return QLocale::system().measurementSystem() == QLocale::ImperialUSSystem ? report::Paper::Letter
-                                                                            : report::Paper::A4;
-}
 
 // Of the options of these records, as far as the sensor's bands have been read.
 report::ReportChoice ChoiceFor(const study::Study& study,

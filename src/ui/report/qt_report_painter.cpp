@@ -4,6 +4,7 @@
 
 #include <QBuffer>
 #include <QHashSeed>
+#include <QLocale>
 #include <QPageSize>
 #include <QPainter>
 #include <QPdfWriter>
@@ -106,6 +107,11 @@ std::string QtReportPainter::Picture(const report::Plot& plot, const std::string
   PageFonts fonts;
   const PlotPicture picture = PictureOf(plot, fonts, kPictureWidth, true);
   return Bytes(PictureFile(SheetOf(picture), QString::fromStdString(ending)));
+}
+
+report::Paper UsualPaper() {
+  return QLocale::system().measurementSystem() == QLocale::ImperialUSSystem ? report::Paper::Letter
+                                                                            : report::Paper::A4;
 }
 
 }  // namespace kestrel

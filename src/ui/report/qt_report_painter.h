@@ -18,4 +18,7 @@ class QtReportPainter : public report::ReportPainter {
   [[nodiscard]] std::string Picture(const report::Plot& plot, const std::string& ending) override;
 };
 
+// What the system's region prints on.
+[[nodiscard]] report::Paper UsualPaper();
+
 }  // namespace kestrel

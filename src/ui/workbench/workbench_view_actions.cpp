@@ -9,10 +9,20 @@
 
 #include "baseline/evidence.h"
 #include "numeric/runtime_error.h"
+#include "ui/report/qt_report_painter.h"
 #include "ui/study/text_table.h"
 #include "ui/workbench/workbench_view.h"
 
 namespace kestrel {
+namespace {
+
+std::string ContentOf(const report::Report& evidence, const QString& ending) {
+  if (ending.compare("csv", Qt::CaseInsensitive) == 0) return baseline::EvidenceCsv(evidence);
+  if (ending.compare("pdf", Qt::CaseInsensitive) != 0) return baseline::EvidenceText(evidence);
+  return QtReportPainter().Pdf(evidence, UsualPaper()).pdf;
+}
+
+}  // namespace
 
 void WorkbenchView::Propose(bool isWritten) {
   if (!model_.HasGood()) return;
@@ -50,10 +60,11 @@ void WorkbenchView::AskReport() {
   dialog->setObjectName("askEvidence");
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
-  dialog->setNameFilters({tr("Text (*.txt)"), tr("Comma-separated values (*.csv)")});
-  dialog->setDefaultSuffix("txt");
+  dialog->setNameFilters(
+      {tr("Pages (*.pdf)"), tr("Text (*.txt)"), tr("Comma-separated values (*.csv)")});
+  dialog->setDefaultSuffix("pdf");
   connect(dialog, &QFileDialog::filterSelected, dialog, [dialog](const QString& kind) {
-    dialog->setDefaultSuffix(kind.contains("csv") ? "csv" : "txt");
+    dialog->setDefaultSuffix(kind.section(QLatin1Char('.'), -1).chopped(1));
   });
   connect(dialog, &QFileDialog::fileSelected, this,
           [this](const QString& file) { WriteEvidence(file); });
@@ -67,10 +78,8 @@ bool WorkbenchView::WriteEvidence(const QString& file) {
       .archive = archive::Shown(model_.Place()),
       .time = std::chrono::system_clock::now()};
   const auto evidence = EvidenceOf(model_.Bench(), origin);
-  const bool isCsv = QFileInfo(file).suffix().compare("csv", Qt::CaseInsensitive) == 0;
   try {
-    host_.files.ReplaceWhole(file.toStdU16String(), isCsv ? baseline::EvidenceCsv(evidence)
-                                                          : baseline::EvidenceText(evidence));
+    host_.files.ReplaceWhole(file.toStdU16String(), ContentOf(evidence, QFileInfo(file).suffix()));
   } catch (const RuntimeError& error) {
     proposal_->Say(tr("The evidence is not written: %1. Choose a folder that you may write in.")
                        .arg(error.what()));

@@ -12,7 +12,9 @@ namespace {
 
 using baseline::Alarm;
 using baseline::Verdict;
+using testing::AllOf;
 using testing::HasSubstr;
+using testing::StartsWith;
 
 class WorkbenchOfRecords : public WorkbenchBench {
  protected:
@@ -345,6 +347,8 @@ TEST_F(WorkbenchOfRecords, TheEvidenceGoesIntoAFileOrItIsSaidWhyNot) {
   EXPECT_THAT(files_.contents["/evidence.txt"], HasSubstr("64"));
   EXPECT_TRUE(View().WriteEvidence("/evidence.csv"));
   EXPECT_THAT(files_.contents["/evidence.csv"], HasSubstr("\r\n"));
+  EXPECT_TRUE(View().WriteEvidence("/evidence.pdf"));
+  EXPECT_THAT(files_.contents["/evidence.pdf"], AllOf(StartsWith("%PDF-"), HasSubstr("%%EOF")));
   files_.failure = "No space left on device";
   EXPECT_FALSE(View().WriteEvidence("/other.txt"));
   EXPECT_THAT(Label("lblProposalSaid").toStdString(), HasSubstr("No space left"));
