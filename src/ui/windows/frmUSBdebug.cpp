@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "app/program_state.h"
+#include "exchange/wire_vcd.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
@@ -202,7 +203,18 @@ void frmUSBdebug::cmdPolarity_Click() {
 void frmUSBdebug::cmdSave_Click() {
   const std::filesystem::path file = debug_.cmdSave_Click(core_.seams.files, core_.seams.locale,
                                                           cmdPolarity_->text().toStdString());
-  if (!file.empty()) lblSaved_->setText(tr("Saved: %1").arg(QString::fromStdString(file.string())));
+  if (file.empty()) return;
+  lblSaved_->setText(tr("Saved: %1").arg(QString::fromStdString(file.string())));
+  SaveWaveform(std::filesystem::path(file).replace_extension(".vcd"));
+}
+
+// Beside the text, for logic analysers; settings of the adapter alone have none.
+void frmUSBdebug::SaveWaveform(const std::filesystem::path& file) {
+  const auto frames = exchange::FramesOf(debug_.Log());
+  if (frames.empty()) return;
+  core_.seams.files.ReplaceWhole(file, *exchange::WireVcd(frames));
+  lblSaved_->setText(lblSaved_->text() +
+                     tr(" and %1").arg(QString::fromStdString(file.filename().string())));
 }
 
 void frmUSBdebug::cmdClear_Click() {

@@ -8,6 +8,7 @@
 #include <QRadioButton>
 #include <QTimer>
 #include <array>
+#include <filesystem>
 
 #include "connection/core.h"
 #include "transport/adapter_debug.h"
@@ -64,6 +65,7 @@ class frmUSBdebug final : public SecondaryWindow, public AdapterDebugView, publi
   void cmdLoop_Click();
   void cmdPolarity_Click();
   void cmdSave_Click();
+  void SaveWaveform(const std::filesystem::path& file);
   void cmdClear_Click();
   void Form_QueryUnload();
 

@@ -264,8 +264,9 @@ TEST_F(FrmUsbDebug, SavingPutsTheLogIntoAFileAndSaysWhere) {
   Press("cmdWriteSpi");
   Press("cmdSave");
   const std::string path = "/program/Adapter_LOG.txt";
-  EXPECT_EQ(Text("lblSaved"), QString::fromStdString("Saved: " + path));
+  EXPECT_EQ(Text("lblSaved"), QString::fromStdString("Saved: " + path + " and Adapter_LOG.vcd"));
   EXPECT_NE(files_.contents[path].find("\t13\t0E00\t"), std::string::npos);
+  EXPECT_NE(files_.contents["/program/Adapter_LOG.vcd"].find("$enddefinitions"), std::string::npos);
   files_.failure = "disk full";
   Press("cmdSave");
   EXPECT_EQ(messages_.Texts(), Words{"cmdSave_Click\n/program/Adapter_LOG_2.txt: disk full"});
