@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "alarms/alarm_file.h"
+#include "cli/golden_file.h"
 #include "cli/program.h"
 #include "record/utc_time.h"
 #include "regmap/register_table.h"
@@ -254,19 +255,6 @@ class GoldenBench : public testing::Test {
     return InOrder(text);
   }
 
-  // Compares with a file, or writes it where that is asked for: after a change that is meant.
-  static void Compare(const std::string& name, const std::string& text) {
-    const std::filesystem::path file = std::filesystem::path(KESTREL_GOLDEN) / (name + ".txt");
-    if (std::getenv("KESTREL_WRITE_GOLDEN") != nullptr) {
-      std::ofstream(file, std::ios::binary) << text;
-      GTEST_SKIP() << "written anew: " << file;
-    }
-    std::ifstream stream(file, std::ios::binary);
-    ASSERT_TRUE(stream) << file;
-    const std::string expected{std::istreambuf_iterator<char>(stream), {}};
-    EXPECT_EQ(text, expected);
-  }
-
   void PressCtrlCAt(std::chrono::nanoseconds time) { interruptAt_ = time; }
   void Attach(const Hardware& hardware) { hardware_ = hardware; }
 
@@ -309,7 +297,7 @@ class Golden : public GoldenBench, public testing::WithParamInterface<Case> {};
 
 TEST_P(Golden, OutputIsToTheLetter) {
   if (GetParam().interruptAt) PressCtrlCAt(*GetParam().interruptAt);
-  Compare(GetParam().name, Transcript(GetParam().arguments));
+  CompareWithGolden(GetParam().name, Transcript(GetParam().arguments));
 }
 
 class GoldenSession : public GoldenBench {};
@@ -319,7 +307,7 @@ TEST_F(GoldenSession, OutputIsToTheLetter) {
   Attach({&sensor.Adapter(), &sensor.Port(), &sensor.Service()});
   std::string text;
   for (const Words& arguments : kSession) text += Transcript(arguments) + "\n";
-  Compare("session", text);
+  CompareWithGolden("session", text);
 }
 
 INSTANTIATE_TEST_SUITE_P(CommandLine, Golden, testing::ValuesIn(kCases),

@@ -39,17 +39,6 @@ void PaintExcess(QPainter& painter, const PlotPage& page, const PaneLayout& pane
                    Faint(isFault ? page.look.fault : page.look.warning, kOverShade));
 }
 
-// At the edge that a threshold lies beyond.
-void PaintTriangle(QPainter& painter, QPointF tip, bool isUp, const QColor& colour) {
-  const double height = isUp ? 7 : -7;
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour);
-  painter.drawPolygon(QPolygonF({tip, tip + QPointF(-4, height), tip + QPointF(4, height)}));
-  painter.restore();
-}
-
 void PaintThreshold(QPainter& painter, const PaneLayout& pane, const QRectF& place, double lane,
                     double value, const QColor& colour, bool isFault) {
   if (!std::isfinite(value)) return;
@@ -119,6 +108,16 @@ void PaintMark(QPainter& painter, const PlotPage& page, const PaneLayout& pane,
 }
 
 }  // namespace
+
+void PaintTriangle(QPainter& painter, QPointF tip, bool isUp, const QColor& colour) {
+  const double height = isUp ? 7 : -7;
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawPolygon(QPolygonF({tip, tip + QPointF(-4, height), tip + QPointF(4, height)}));
+  painter.restore();
+}
 
 double BandLane(const PlotPage& page, std::size_t pane) {
   if (page.scene.panes[pane].bands.empty()) return 0;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/chart/band_painter.h"
 #include "ui/chart/tabular_text.h"
 
 namespace kestrel {
@@ -17,13 +18,7 @@ constexpr double kInside = 8;
 // At the edge that a threshold lies beyond.
 void PaintBeyond(QPainter& painter, const QRectF& canvas, bool isAbove, const QColor& colour) {
   const QPointF tip(canvas.left() + kInside, isAbove ? canvas.top() + 2 : canvas.bottom() - 2);
-  const double height = isAbove ? 7 : -7;
-  painter.save();
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(colour);
-  painter.drawPolygon(QPolygonF({tip, tip + QPointF(-4, height), tip + QPointF(4, height)}));
-  painter.restore();
+  PaintTriangle(painter, tip, isAbove, colour);
 }
 
 void PaintLimit(QPainter& painter, const PlotPage& page, const PaneLayout& pane,

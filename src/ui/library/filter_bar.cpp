@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/library/archive_widgets.h"
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
@@ -40,22 +41,6 @@ QDateEdit* MakeDate(const char* name, const QString& accessibleName) {
   date->setDisplayFormat(QStringLiteral("yyyy-MM-dd"));
   date->setCalendarPopup(true);
   return date;
-}
-
-// The first item stands for all; the others have their values.
-void Fill(QComboBox& list, const QString& all, const std::vector<std::string>& texts,
-          const QString& none) {
-  const QVariant chosen = list.currentData();
-  const QSignalBlocker blocker(list);
-  list.clear();
-  list.addItem(all);
-  for (const std::string& text : texts) {
-    list.addItem(QString::fromStdString(text), QString::fromStdString(text));
-  }
-  list.addItem(none, QString(""));
-  const int again = chosen.isValid() ? list.findData(chosen) : 0;
-  if (again < 0) list.insertItem(1, chosen.toString(), chosen);  // of a record that is gone
-  list.setCurrentIndex(again < 0 ? 1 : again);
 }
 
 }  // namespace
@@ -154,8 +139,8 @@ void FilterBar::ShowDays() {
 }
 
 void FilterBar::SetChoices(const LibraryChoices& choices) {
-  Fill(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
-  Fill(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
+  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
+  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
 }
 
 void FilterBar::ChooseDay(QDate day) {

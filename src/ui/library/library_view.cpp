@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "ui/chart/look.h"
+#include "ui/library/archive_widgets.h"
 #include "ui/library/keeper_text.h"
 #include "ui/study/text_table.h"
 
@@ -92,13 +93,10 @@ void LibraryView::LayOut() {
   rows->addWidget(MakeActionRow());
   column->addWidget(content, 1);
   content->setVisible(library_ != nullptr);
-  auto* none = new QLabel(
+  QLabel* none = MakeNoArchive(
+      "lblNoArchive",
       tr("No archive: the program was started with --no-archive, or has no folder to keep one in. "
          "Start it with --archive and a file, and every record is kept there."));
-  none->setObjectName("lblNoArchive");
-  none->setWordWrap(true);
-  none->setMargin(24);
-  none->setAlignment(Qt::AlignTop);
   column->addWidget(none, library_ == nullptr ? 1 : 0);
   none->setVisible(library_ == nullptr);
 }

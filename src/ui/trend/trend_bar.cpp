@@ -6,6 +6,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
+#include "ui/library/archive_widgets.h"
 #include "ui/parts/widgets.h"
 #include "ui/study/text_table.h"
 
@@ -28,20 +29,6 @@ FlatButton* Toggle(const char* name, const QString& text, const char* icon, cons
   FlatButton* button = Button(name, text, icon, tip);
   button->setCheckable(true);
   return button;
-}
-
-// The first item stands for all, the last for none told.
-void Fill(QComboBox& list, const QString& all, const std::vector<std::string>& texts,
-          const QString& none) {
-  const QVariant chosen = list.currentData();
-  const QSignalBlocker blocker(list);
-  list.clear();
-  list.addItem(all);
-  for (const std::string& text : texts) list.addItem(Text(text), Text(text));
-  list.addItem(none, QString(""));
-  const int again = chosen.isValid() ? list.findData(chosen) : 0;
-  if (again < 0) list.insertItem(1, chosen.toString(), chosen);
-  list.setCurrentIndex(again < 0 ? 1 : again);
 }
 
 }  // namespace
@@ -209,8 +196,8 @@ void TrendBar::ShowSeries(const archive::Levels& levels, std::size_t chosen,
 }
 
 void TrendBar::SetChoices(const LibraryChoices& choices) {
-  Fill(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
-  Fill(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
+  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
+  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
 }
 
 std::string TrendBar::Machine() const {

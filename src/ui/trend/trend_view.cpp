@@ -8,6 +8,7 @@
 #include <array>
 #include <utility>
 
+#include "ui/library/archive_widgets.h"
 #include "ui/parts/local_time.h"
 #include "ui/study/scrolling_bars.h"
 
@@ -64,14 +65,11 @@ void TrendView::LayOut() {
   column->addWidget(notices_);
   column->addWidget(content, 1);
   content->setVisible(source_ != nullptr);
-  auto* none = new QLabel(
+  QLabel* none = MakeNoArchive(
+      "lblNoTrend",
       tr("No archive: the program was started with --no-archive, or has no folder to keep one in. "
          "Start it with --archive and a file: every record is kept there, and its levels stand "
          "here over time."));
-  none->setObjectName("lblNoTrend");
-  none->setWordWrap(true);
-  none->setMargin(24);
-  none->setAlignment(Qt::AlignTop);
   column->addWidget(none, source_ == nullptr ? 1 : 0);
   none->setVisible(source_ == nullptr);
 }

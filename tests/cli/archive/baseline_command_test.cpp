@@ -8,6 +8,7 @@
 #include "alarms/alarm_file.h"
 #include "archive/place.h"
 #include "baseline/workbench.h"
+#include "cli/golden_file.h"
 #include "cli/program_bench.h"
 #include "support/temporary_folder.h"
 
@@ -102,14 +103,7 @@ TEST_F(BaselineCommands, PrintWhatTheEvidenceSaysToTheLetter) {
   ASSERT_NE(place, std::string::npos);
   text.replace(place, usualArchive.text.size(), "ARCHIVE");
   text = std::regex_replace(text, std::regex("20..-..-..T..:.. UTC"), "NOW");
-  const std::filesystem::path file = std::filesystem::path(KESTREL_GOLDEN) / "baseline.txt";
-  if (std::getenv("KESTREL_WRITE_GOLDEN") != nullptr) {
-    std::ofstream(file, std::ios::binary) << text;
-    GTEST_SKIP() << "written anew: " << file;
-  }
-  std::ifstream stream(file, std::ios::binary);
-  ASSERT_TRUE(stream) << file;
-  EXPECT_EQ(text, std::string(std::istreambuf_iterator<char>(stream), {}));
+  CompareWithGolden("baseline", text);
 }
 
 TEST_F(BaselineCommands, SaveAnAlarmFileThatHoldsTheProposalsAndTheOtherOptionsBands) {

@@ -1,14 +1,12 @@
 // Pictures of the library, light and dark, at two pixel ratios, beside approved ones.
 // SPDX-License-Identifier: MIT
-#include <ctime>
 #include <ostream>
 
 #include "support/memory_files.h"
-#include "support/temporary_database.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/approved_picture.h"
+#include "ui/archive_pictures.h"
 #include "ui/made_up_records.h"
-#include "ui/parts/clear_style.h"
 #include "ui/rendering.h"
 
 namespace kestrel {
@@ -25,22 +23,6 @@ void PrintTo(const Sight& sight, std::ostream* out) {
 
 class LibraryPictures : public ::testing::TestWithParam<Sight> {
  protected:
-  LibraryPictures() {
-    qputenv("TZ", "UTC");
-    tzset();
-    ClearStyle::Use();
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
-    archive::Archive(database_.Connect()).KeepAll(Records());
-  }
-  ~LibraryPictures() override {
-    ApplyTheme(Theme::System);
-    QApplication::setFont(before_);
-    zone_.isNull() ? static_cast<void>(qunsetenv("TZ")) : static_cast<void>(qputenv("TZ", zone_));
-    tzset();
-  }
-
   // A record every half hour, whose third harmonic grows.
   static std::vector<archive::NewRecord> Records() {
     std::vector<archive::NewRecord> records;
@@ -63,9 +45,7 @@ class LibraryPictures : public ::testing::TestWithParam<Sight> {
     return records;
   }
 
-  QByteArray zone_ = qgetenv("TZ");
-  QFont before_ = QApplication::font();
-  TemporaryFile database_;
+  ArchivePictures world_{Records()};
 };
 
 TEST_P(LibraryPictures, LookAsApproved) {
@@ -73,7 +53,7 @@ TEST_P(LibraryPictures, LookAsApproved) {
   ApplyTheme(sight.isDark ? Theme::Dark : Theme::Light);
   MemoryFiles files;
   CurrentRecord record;
-  RecordKeeper keeper(record, {.place = {database_.Name()}});
+  RecordKeeper keeper(record, {.place = world_.Place()});
   keeper.SetSite({.machine = "Pump 1", .point = "Drive end", .rpm = 1480});
   AnalyserHost host{files, [] {}, [] {}, [](int) {}, [](Cure) {}, [] {}, [] {}, &keeper};
   frmAnalyser window(host);

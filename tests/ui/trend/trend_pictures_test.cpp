@@ -1,15 +1,13 @@
 // Pictures of the trend view, light and dark, at two pixel ratios, beside approved ones.
 // SPDX-License-Identifier: MIT
-#include <ctime>
 #include <ostream>
 #include <random>
 
 #include "support/memory_files.h"
-#include "support/temporary_database.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/approved_picture.h"
+#include "ui/archive_pictures.h"
 #include "ui/made_up_records.h"
-#include "ui/parts/clear_style.h"
 #include "ui/rendering.h"
 
 namespace kestrel {
@@ -26,22 +24,6 @@ void PrintTo(const Sight& sight, std::ostream* out) {
 
 class TrendPictures : public ::testing::TestWithParam<Sight> {
  protected:
-  TrendPictures() {
-    qputenv("TZ", "UTC");
-    tzset();
-    ClearStyle::Use();
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
-    archive::Archive(database_.Connect()).KeepAll(Records());
-  }
-  ~TrendPictures() override {
-    ApplyTheme(Theme::System);
-    QApplication::setFont(before_);
-    zone_.isNull() ? static_cast<void>(qunsetenv("TZ")) : static_cast<void>(qputenv("TZ", zone_));
-    tzset();
-  }
-
   // Forty days of a record every 40 minutes, with a gap; the line of Z grows at the end.
   static std::vector<archive::NewRecord> Records() {
     std::mt19937 random(7);
@@ -67,9 +49,7 @@ class TrendPictures : public ::testing::TestWithParam<Sight> {
     return records;
   }
 
-  QByteArray zone_ = qgetenv("TZ");
-  QFont before_ = QApplication::font();
-  TemporaryFile database_;
+  ArchivePictures world_{Records()};
 };
 
 TEST_P(TrendPictures, LookAsApproved) {
@@ -77,7 +57,7 @@ TEST_P(TrendPictures, LookAsApproved) {
   ApplyTheme(sight.isDark ? Theme::Dark : Theme::Light);
   MemoryFiles files;
   CurrentRecord record;
-  RecordKeeper keeper(record, {.place = {database_.Name()}});
+  RecordKeeper keeper(record, {.place = world_.Place()});
   AnalyserHost host{files, [] {}, [] {}, [](int) {}, [](Cure) {}, [] {}, [] {}, &keeper};
   frmAnalyser window(host);
   window.SetSensor("Simulated sensor", {});

@@ -1,13 +1,11 @@
 // Pictures of the workbench, light and dark, at two pixel ratios, beside approved ones.
 // SPDX-License-Identifier: MIT
-#include <ctime>
 #include <ostream>
 
 #include "support/memory_files.h"
-#include "support/temporary_database.h"
 #include "ui/analyser/frmAnalyser.h"
 #include "ui/approved_picture.h"
-#include "ui/parts/clear_style.h"
+#include "ui/archive_pictures.h"
 #include "ui/rendering.h"
 #include "ui/workbench/machine_records.h"
 
@@ -28,25 +26,7 @@ void PrintTo(const Sight& sight, std::ostream* out) {
 
 class WorkbenchPictures : public ::testing::TestWithParam<Sight> {
  protected:
-  WorkbenchPictures() {
-    qputenv("TZ", "UTC");
-    tzset();
-    ClearStyle::Use();
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setPixelSize(12);
-    QApplication::setFont(font);
-    archive::Archive(database_.Connect()).KeepAll(MachineRecords(132, 24, 12));
-  }
-  ~WorkbenchPictures() override {
-    ApplyTheme(Theme::System);
-    QApplication::setFont(before_);
-    zone_.isNull() ? static_cast<void>(qunsetenv("TZ")) : static_cast<void>(qputenv("TZ", zone_));
-    tzset();
-  }
-
-  QByteArray zone_ = qgetenv("TZ");
-  QFont before_ = QApplication::font();
-  TemporaryFile database_;
+  ArchivePictures world_{MachineRecords(132, 24, 12)};
 };
 
 TEST_P(WorkbenchPictures, LookAsApproved) {
@@ -54,7 +34,7 @@ TEST_P(WorkbenchPictures, LookAsApproved) {
   ApplyTheme(sight.isDark ? Theme::Dark : Theme::Light);
   MemoryFiles files;
   CurrentRecord record;
-  RecordKeeper keeper(record, {.place = {database_.Name()}});
+  RecordKeeper keeper(record, {.place = world_.Place()});
   AnalyserHost host{files, [] {}, [] {}, [](int) {}, [](Cure) {}, [] {}, [] {}, &keeper};
   frmAnalyser window(host);
   window.SetSensor("Simulated sensor", {});
