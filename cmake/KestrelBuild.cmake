@@ -65,6 +65,12 @@ function(kestrel_folder name)
     return()
   endif()
   add_library(kestrel_${name} STATIC ${ARG_SOURCES})
+  if(NOT WIN32 AND NOT name MATCHES "^ui_")
+    # The Python module is a shared object of these libraries. Nobody replaces their functions in
+    # it, so the compiler may inline them as it does elsewhere.
+    set_target_properties(kestrel_${name} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(kestrel_${name} PRIVATE -fno-semantic-interposition)
+  endif()
   target_include_directories(kestrel_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(kestrel_${name} PUBLIC ${ARG_LINKS} PRIVATE kestrel_flags)
   if(KESTREL_SANITIZE)
