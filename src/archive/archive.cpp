@@ -58,20 +58,18 @@ void RefuseNul(const Remarks& remarks) {
 
 }  // namespace
 
-Archive::Archive(std::unique_ptr<Database> database) : database_(std::move(database)) {
+Archive::Archive(std::unique_ptr<Database> database)
+    : Archive(std::move(database), kSchemaVersion) {
   MakeCurrent(*database_);
 }
-
-Archive::Archive(std::unique_ptr<Database> database, AsItIs) : database_(std::move(database)) {}
 
 Archive Archive::ForReading(std::unique_ptr<Database> database) {
   switch (ContentsOf(*database)) {
     case Contents::Archive:
-      return {std::move(database), AsItIs{}};
-    case Contents::Earlier:
-      throw DatabaseError(Fault::Other,
-                          "it was made by an earlier version of this program and has to be written "
-                          "once to be brought up to date");
+    case Contents::Earlier: {
+      const std::int64_t version = VersionOf(*database);
+      return {std::move(database), version};
+    }
     case Contents::Newer:
       throw DatabaseError(Fault::Other, "it was made by a later version of this program");
     default:
@@ -135,7 +133,7 @@ std::int64_t Archive::SourceOf(const NewRecord& record) {
 }
 
 std::vector<std::int64_t> Archive::Find(const Filter& filter) {
-  const Condition condition = ConditionOf(filter);
+  const Condition condition = ConditionOf(filter, version_);
   std::vector<std::int64_t> ids;
   database_->Run("select r.id" + std::string(kFromBoth) + "where " + condition.sql +
                      " order by r.taken desc, r.id desc",
@@ -144,7 +142,7 @@ std::vector<std::int64_t> Archive::Find(const Filter& filter) {
 }
 
 std::vector<std::chrono::system_clock::time_point> Archive::Times(const Filter& filter) {
-  const Condition condition = ConditionOf(filter);
+  const Condition condition = ConditionOf(filter, version_);
   std::vector<std::chrono::system_clock::time_point> times;
   database_->Run("select r.taken" + std::string(kFromBoth) + "where " + condition.sql,
                  condition.values,
@@ -153,7 +151,7 @@ std::vector<std::chrono::system_clock::time_point> Archive::Times(const Filter& 
 }
 
 std::vector<KeptRecord> Archive::List(std::span<const std::int64_t> ids) {
-  const std::string sql = "select " + RowColumns() + kFromBoth + "where r.id = $1";
+  const std::string sql = "select " + RowColumns(version_) + kFromBoth + "where r.id = $1";
   std::vector<KeptRecord> records;
   for (const std::int64_t id : ids) {
     database_->Run(sql, {id}, [&](Row row) { records.push_back(RecordFrom(row)); });

@@ -34,7 +34,7 @@ class Archive {
  public:
   // Makes or brings up to date the tables of a database that may be written.
   explicit Archive(std::unique_ptr<database::Database> database);
-  // One that is only read: throws where its tables are of another version.
+  // One that is only read, of this version or an earlier one: throws where it is another.
   static Archive ForReading(std::unique_ptr<database::Database> database);
 
   // The record is on the disk when this returns its id. One that is kept already (the same uid)
@@ -77,10 +77,12 @@ class Archive {
   [[nodiscard]] std::vector<std::string> Damage();
 
   [[nodiscard]] database::Database& Connection() { return *database_; }
+  // Of its tables: earlier than the program's where it is only read.
+  [[nodiscard]] std::int64_t Version() const { return version_; }
 
  private:
-  struct AsItIs {};
-  Archive(std::unique_ptr<database::Database> database, AsItIs);
+  Archive(std::unique_ptr<database::Database> database, std::int64_t version)
+      : database_(std::move(database)), version_(version) {}
 
   std::int64_t Put(const NewRecord& record);
   std::int64_t Amend(const NewRecord& record);
@@ -89,6 +91,7 @@ class Archive {
                const database::Values& more = {});
 
   std::unique_ptr<database::Database> database_;
+  std::int64_t version_;
   std::pair<database::Values, std::int64_t> lastSource_;  // with its id
 };
 

@@ -52,9 +52,24 @@ class Builder {
   Condition condition_{"1 = 1", {}};
 };
 
+// Tables of version 1 know of none.
+void AndWide(Builder& builder, const Filter& filter, std::int64_t version) {
+  if (version < 2) {
+    if (filter.set || filter.wide.value_or(false)) builder.And("1 = 0");
+    return;
+  }
+  if (filter.wide) {
+    builder.And(*filter.wide ? "r.wide_set is not null" : "r.wide_set is null");
+  }
+  if (filter.set) {
+    builder.And("r.wide_set = " +
+                builder.Numbered(database::Bytes(filter.set->begin(), filter.set->end())));
+  }
+}
+
 }  // namespace
 
-Condition ConditionOf(const Filter& filter) {
+Condition ConditionOf(const Filter& filter, std::int64_t version) {
   Builder builder;
   builder.And(filter.deleted ? "r.deleted is not null" : "r.deleted is null");
   if (filter.from) builder.And("r.taken >= " + builder.Numbered(Nanoseconds(*filter.from)));
@@ -81,6 +96,7 @@ Condition ConditionOf(const Filter& filter) {
   if (filter.simulated) {
     builder.And("s.simulated = " + builder.Numbered(std::int64_t{*filter.simulated ? 1 : 0}));
   }
+  AndWide(builder, filter, version);
   return builder.Take();
 }
 

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <optional>
 #include <string>
 
+#include "archive/kept_record.h"
 #include "database/database.h"
 #include "record/record.h"
 
@@ -26,15 +28,17 @@ struct Filter {
   std::optional<int> window{};  // window code 0..2
   std::optional<bool> alarm{};  // some band's alarm was on
   std::optional<bool> simulated{};
+  std::optional<bool> wide{};  // of a wide spectrum: see WideMark
+  std::optional<Uid> set{};    // of this wide spectrum
   bool deleted = false;  // those that are deleted, but not yet for good, in place of the others
   bool operator==(const Filter&) const = default;
 };
 
-// The condition of a select over "record" as r and "source" as s.
+// The condition of a select over "record" as r and "source" as s, for tables of a version.
 struct Condition {
   std::string sql{};
   database::Values values;
 };
-[[nodiscard]] Condition ConditionOf(const Filter& filter);
+[[nodiscard]] Condition ConditionOf(const Filter& filter, std::int64_t version);
 
 }  // namespace kestrel::archive

@@ -3,6 +3,7 @@
 #include "archive/kept_record.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <random>
 
@@ -50,6 +51,27 @@ Uid NewUid() {
   for (std::size_t i = 0; i < uid.size(); i += sizeof(std::uint32_t)) {
     const std::uint32_t word = random();
     std::memcpy(uid.data() + i, &word, sizeof word);
+  }
+  return uid;
+}
+
+std::string TextOf(const Uid& uid) {
+  constexpr const char* kDigits = "0123456789abcdef";
+  std::string text;
+  for (const std::uint8_t byte : uid) {
+    text += kDigits[byte >> 4];
+    text += kDigits[byte & 15];
+  }
+  return text;
+}
+
+std::optional<Uid> UidFrom(const std::string& text) {
+  Uid uid{};
+  if (text.size() != 2 * uid.size()) return std::nullopt;
+  for (std::size_t i = 0; i < uid.size(); ++i) {
+    const char* digits = text.data() + 2 * i;
+    const auto [end, fault] = std::from_chars(digits, digits + 2, uid[i], 16);
+    if (fault != std::errc{} || end != digits + 2) return std::nullopt;
   }
   return uid;
 }

@@ -30,6 +30,9 @@ struct Remarks {
 // Names a record everywhere and for ever: the same record kept twice is one.
 using Uid = std::array<std::uint8_t, 16>;
 [[nodiscard]] Uid NewUid();
+// 32 digits to the base of 16, and back; nothing where a text is none.
+[[nodiscard]] std::string TextOf(const Uid& uid);
+[[nodiscard]] std::optional<Uid> UidFrom(const std::string& text);
 
 // Over the bins that hold vibration, or of a time record without its mean.
 struct AxisLevels {
@@ -41,13 +44,22 @@ struct AxisLevels {
 using KeptLevels = std::array<std::optional<AxisLevels>, 3>;
 [[nodiscard]] KeptLevels LevelsFor(const Record& record);
 
+// Where a record belongs among records that were taken together: one capture an option of a machine
+// that was to run steadily.
+struct WideMark {
+  Uid set{};                 // names the set everywhere
+  unsigned wanted = 0b1111;  // the rate options that the set was to hold, a bit each
+  bool operator==(const WideMark&) const = default;
+};
+
 // A record to be kept.
 struct NewRecord {
   Uid uid{};
   Record record{};
   Remarks remarks{};
-  std::string program{};  // the version that read it
-  std::string bench{};    // the computer it stood at
+  std::string program{};           // the version that read it
+  std::string bench{};             // the computer it stood at
+  std::optional<WideMark> wide{};  // none: it was taken for itself
   bool operator==(const NewRecord&) const = default;
 };
 

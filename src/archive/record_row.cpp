@@ -11,8 +11,18 @@ namespace {
 using database::Value;
 using database::Values;
 
+constexpr const char* kWideColumns = "wide_set, wide_wanted";
 constexpr std::int64_t kStatusesKnown = 1;
 constexpr std::int64_t kPeaksKnown = 2;
+
+// Of tables of every version.
+std::string FirstColumns() {
+  return std::string(
+             "uid, taken, deleted, kind, source, rec_info, rec_ctrl, scaled_range, lsb_weight, "
+             "supply_v, temperature_c, record_count, ") +
+         kAmendedColumns + ", stopped, count_before, stored_number, " + kRemarkColumns +
+         ", rms_x, rms_y, rms_z, top_x, top_y, top_z";
+}
 
 // Puts the cells of a row one after another.
 class Filling {
@@ -47,6 +57,14 @@ Values LevelValues(const KeptLevels& levels) {
   for (const auto& level : levels) level ? row.Real(level->rmsG) : row.Null();
   for (const auto& level : levels) level ? row.Real(level->peakG) : row.Null();
   return row.Take();
+}
+
+Values WideValues(const std::optional<WideMark>& wide) {
+  Filling row;
+  if (!wide) return row.Null().Null().Take();
+  return row.Put(database::Bytes(wide->set.begin(), wide->set.end()))
+      .Whole(std::int64_t{wide->wanted})
+      .Take();
 }
 
 // Takes the cells of a row one after another.
@@ -135,6 +153,13 @@ void TakeLevels(Cells& cells, KeptLevels& levels) {
   }
 }
 
+void TakeWide(Cells& cells, std::optional<WideMark>& wide) {
+  const Value& set = cells.Next();
+  const auto wanted = cells.Maybe<std::int32_t>();
+  if (database::IsNull(set) || !wanted) return;
+  wide = {.set = UidFromCell(set), .wanted = static_cast<unsigned>(*wanted)};
+}
+
 void TakeSource(Cells& cells, KeptRecord& kept) {
   SensorIdentity& sensor = kept.record.sensor;
   sensor.product = cells.As<std::int32_t>();
@@ -148,20 +173,13 @@ void TakeSource(Cells& cells, KeptRecord& kept) {
 }  // namespace
 
 const std::string& RecordColumns() {
-  static const std::string kColumns =
-      std::string(
-          "uid, taken, deleted, kind, source, rec_info, rec_ctrl, scaled_range, lsb_weight, "
-          "supply_v, temperature_c, record_count, ") +
-      kAmendedColumns + ", stopped, count_before, stored_number, " + kRemarkColumns +
-      ", rms_x, rms_y, rms_z, top_x, top_y, top_z";
+  static const std::string kColumns = FirstColumns() + ", " + kWideColumns;
   return kColumns;
 }
 
-const std::string& RowColumns() {
-  static const std::string kColumns =
-      "r.id, " + RecordColumns() +
-      ", s.product, s.interface, s.adapter, s.simulated, s.program, s.bench";
-  return kColumns;
+std::string RowColumns(std::int64_t version) {
+  return "r.id, " + FirstColumns() + ", " + (version < 2 ? "null, null" : kWideColumns) +
+         ", s.product, s.interface, s.adapter, s.simulated, s.program, s.bench";
 }
 
 Values RecordValues(const NewRecord& kept, std::int64_t source) {
@@ -177,6 +195,7 @@ Values RecordValues(const NewRecord& kept, std::int64_t source) {
   row.Whole(record.origin.stopped ? 1 : 0);
   row.MaybeWhole(record.origin.countBefore).MaybeWhole(record.origin.stored);
   row.All(RemarkValues(kept.remarks)).All(LevelValues(LevelsFor(record)));
+  row.All(WideValues(kept.wide));
   return row.Take();
 }
 
@@ -192,8 +211,7 @@ KeptRecord RecordFrom(database::Row row) {
   KeptRecord kept;
   Cells cells(row);
   kept.id = cells.Whole();
-  const database::Bytes& uid = database::Blob(cells.Next());
-  std::copy_n(uid.begin(), std::min(uid.size(), kept.uid.size()), kept.uid.begin());
+  kept.uid = UidFromCell(cells.Next());
   kept.record.time = TimeOf(cells.Whole());
   if (const auto deleted = cells.Maybe<std::int64_t>()) kept.deleted = TimeOf(*deleted);
   kept.record.kind = cells.Whole() == 1 ? RecordKind::Time : RecordKind::Spectrum;
@@ -205,8 +223,16 @@ KeptRecord RecordFrom(database::Row row) {
   kept.record.origin.stored = cells.Maybe<int>();
   TakeRemarks(cells, kept.remarks);
   TakeLevels(cells, kept.levels);
+  TakeWide(cells, kept.wide);
   TakeSource(cells, kept);
   return kept;
+}
+
+Uid UidFromCell(const Value& cell) {
+  const database::Bytes& bytes = database::Blob(cell);
+  Uid uid{};
+  std::copy_n(bytes.begin(), std::min(bytes.size(), uid.size()), uid.begin());
+  return uid;
 }
 
 Values AmendedValues(const Record& record) {

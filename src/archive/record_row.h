@@ -11,8 +11,9 @@ namespace kestrel::archive {
 
 // Of the table "record", but for its id; with commas.
 [[nodiscard]] const std::string& RecordColumns();
-// The same of "record" as r and "source" as s: id, columns, then the source's.
-[[nodiscard]] const std::string& RowColumns();
+// The same of "record" as r and "source" as s: id, columns, then the source's. Columns that tables
+// of an earlier version have not got are null.
+[[nodiscard]] std::string RowColumns(std::int64_t version);
 
 // What RecordColumns are filled with.
 [[nodiscard]] database::Values RecordValues(const NewRecord& record, std::int64_t source);
@@ -21,6 +22,9 @@ namespace kestrel::archive {
 
 // From a row of RowColumns. The points are 0. Throws DatabaseError.
 [[nodiscard]] KeptRecord RecordFrom(database::Row row);
+
+// Throws DatabaseError where a cell holds no bytes.
+[[nodiscard]] Uid UidFromCell(const database::Value& cell);
 
 // What is known of a record some time after its points.
 [[nodiscard]] database::Values AmendedValues(const Record& record);

@@ -43,13 +43,19 @@ std::vector<std::string> Version1(const std::string& key) {
   };
 }
 
-std::vector<std::string> StepTo(std::int64_t version, const std::string& key) {
-  if (version == 1) return Version1(key);
-  throw DatabaseError(Fault::Other, "there is no way to version " + std::to_string(version));
+// Records that belong together: see WideMark.
+std::vector<std::string> Version2() {
+  return {
+      "alter table record add column wide_set blob",
+      "alter table record add column wide_wanted bigint",
+      "create index record_wide_set on record(wide_set) where wide_set is not null",
+  };
 }
 
-std::int64_t VersionOf(Database& database) {
-  return Number(database, "select value from about where name = 'archive version'");
+std::vector<std::string> StepTo(std::int64_t version, const std::string& key) {
+  if (version == 1) return Version1(key);
+  if (version == 2) return Version2();
+  throw DatabaseError(Fault::Other, "there is no way to version " + std::to_string(version));
 }
 
 Contents ContentsOfVersion(std::int64_t version) {
@@ -69,6 +75,10 @@ void GoOn(Database& database, std::int64_t from) {
 }
 
 }  // namespace
+
+std::int64_t VersionOf(Database& database) {
+  return Number(database, "select value from about where name = 'archive version'");
+}
 
 Contents ContentsOf(Database& database) {
   if (database.IsBlank()) return Contents::Nothing;

@@ -6,7 +6,7 @@
 
 namespace kestrel::archive {
 
-inline constexpr std::int64_t kSchemaVersion = 1;
+inline constexpr std::int64_t kSchemaVersion = 2;
 
 // What a database holds.
 enum class Contents {
@@ -17,6 +17,9 @@ enum class Contents {
   Newer     // made by a later version of the program
 };
 [[nodiscard]] Contents ContentsOf(database::Database& database);
+
+// Of the tables of an archive; 0 where it is none.
+[[nodiscard]] std::int64_t VersionOf(database::Database& database);
 
 // Makes the tables where there are none, and brings earlier ones up to date, whole or not at all.
 // Two programs may do so at once. Throws DatabaseError, of a foreign or newer database too.

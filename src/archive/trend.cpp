@@ -105,7 +105,7 @@ Placed PlacedFrom(database::Row row, std::span<const Axis> axes) {
 // The oldest first.
 void ForEachRow(Archive& archive, const Filter& filter, TrendOf of, std::span<const Axis> axes,
                 const std::function<void(const Placed&)>& take) {
-  const Condition condition = ConditionOf(filter);
+  const Condition condition = ConditionOf(filter, archive.Version());
   std::string columns;
   for (const Axis axis : axes) columns += ", " + ColumnOf(of, axis);
   archive.Connection().Run(

@@ -76,7 +76,7 @@ std::string PlaceText(const std::string& machine, const std::string& point) {
 void Sorting::Read(std::size_t part) {
   const Part& chosen = parts_[part];
   std::set<std::int64_t> asked(chosen.ids.begin(), chosen.ids.end());
-  const archive::Condition condition = archive::ConditionOf(chosen.filter);
+  const archive::Condition condition = archive::ConditionOf(chosen.filter, archive_.Version());
   archive_.Connection().Run(
       "select r.id, r.taken, r.kind, r.rec_info, r.stopped, r.count_before, r.record_count, "
       "r.source, r.machine, r.point from record r join source s on s.id = r.source where " +
