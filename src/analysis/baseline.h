@@ -52,6 +52,7 @@ struct AlarmRule {
   int m = 3;
   int n = 5;
   double hysteresisDb = 1;
+  bool operator==(const AlarmRule&) const = default;
 };
 
 // An alarm that is told one level after the other. A level that is no number counts as neither

@@ -4,6 +4,7 @@
 
 #include <CLI/App.hpp>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <ostream>
 
 #include "cli/exit_code.h"
@@ -36,6 +37,14 @@ class Command {
   [[nodiscard]] virtual bool NeedsSensor() const { return true; }
   // Whether pages are printed, which not every program of the command line can.
   [[nodiscard]] virtual bool NeedsPainter() const { return false; }
+  // Of a command that has a station of its own, or none: takes the place of Run, nothing where Run
+  // is wanted. `archive`: as the command line names it.
+  [[nodiscard]] virtual std::optional<ExitCode> RunAlone(const Surroundings& /*surroundings*/,
+                                                         const Connection& /*connection*/,
+                                                         const KeepingChoice& /*archive*/,
+                                                         const Output& /*output*/) {
+    return std::nullopt;
+  }
   virtual ExitCode Run(Session& session, const Output& output) = 0;
 };
 

@@ -18,6 +18,7 @@
 #include "cli/archive/trend_command.h"
 #include "cli/bands_command.h"
 #include "cli/capture_command.h"
+#include "cli/monitor/monitor_command.h"
 #include "cli/registers_command.h"
 #include "cli/report/report_command.h"
 #include "cli/setup/setup_command.h"
@@ -116,6 +117,17 @@ ExitCode Handed(const Surroundings& surroundings) {
   }
 }
 
+std::optional<ExitCode> RanAlone(Command& command, const Surroundings& surroundings,
+                                 const Connection& connection, const KeepingChoice& archive,
+                                 const Output& output) {
+  try {
+    return command.RunAlone(surroundings, connection, archive, output);
+  } catch (const std::runtime_error& error) {
+    surroundings.error << error.what() << '\n';
+    return ExitCode::Failure;
+  }
+}
+
 // The words that could stand where one is missing, with commas.
 std::string WordsOf(const CLI::App& app) {
   std::string words;
@@ -156,13 +168,14 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 12> commands{
+  std::array<std::unique_ptr<Command>, 13> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
       std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
       std::make_unique<TrendCommand>(),    std::make_unique<BaselineCommand>(),
-      std::make_unique<SetupCommand>(),    std::make_unique<ReportCommand>()};
+      std::make_unique<SetupCommand>(),    std::make_unique<ReportCommand>(),
+      std::make_unique<MonitorCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
@@ -172,7 +185,9 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   const auto chosen = std::find_if(commands.begin(), commands.end(),
                                    [](const auto& command) { return command->Chosen(); });
   if ((*chosen)->NeedsPainter() && surroundings.painter == nullptr) return Handed(surroundings);
-  Session session(surroundings, connection, archiveOptions.Choice(surroundings.usualArchive));
+  const KeepingChoice archive = archiveOptions.Choice(surroundings.usualArchive);
+  if (const auto end = RanAlone(**chosen, surroundings, connection, archive, output)) return *end;
+  Session session(surroundings, connection, archive);
   return RunCommand(**chosen, session, output);
 }
 

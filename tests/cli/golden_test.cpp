@@ -52,6 +52,7 @@ const Case kCases[] = {
     {"help_command", {"command", "--help"}, {}},
     {"help_setup", {"setup", "--help"}, {}},
     {"help_setup_restore", {"setup", "restore", "--help"}, {}},
+    {"help_monitor", {"monitor", "--help"}, {}},
     {"setup_save", {"--simulate", "--scenario", "bearing-fault", "setup", "save", "pump"}, {}},
     {"setup_diff", {"--simulate", "setup", "diff", "--file", "/data/pump.json"}, {}},
     {"setup_diff_json", {"--simulate", "--json", "setup", "diff", "--file", "/data/pump.json"}, {}},

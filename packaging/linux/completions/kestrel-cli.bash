@@ -2,12 +2,12 @@
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
-  local commands="capture registers bands command record status adapters archive trend baseline setup report"
+  local commands="capture registers bands command record status adapters archive trend baseline setup report monitor"
   local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report)
+      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report | monitor)
         [ -n "$command" ] || command=$word ;;
       list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore) action=$word ;;
     esac
@@ -53,6 +53,8 @@ _kestrel_cli() {
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         setup:) words="save diff restore list show delete export import" ;;
+        monitor:) words="--check --from-sensor --bench --sensor --help"
+          COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         setup:save) words="--file --replace --help" ;;
         setup:diff | setup:show) words="--file --help" ;;
         setup:restore) words="--file --flash --keep-nulls --help" ;;

@@ -1,0 +1,112 @@
+// Plans read, checked, printed and carried out.
+// SPDX-License-Identifier: MIT
+#include "cli/monitor/monitor_command.h"
+
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <filesystem>
+#include <ostream>
+
+#include "acquisition/readings.h"
+#include "monitor/plan_from.h"
+#include "monitor/plan_words.h"
+#include "regmap/register_table.h"
+
+namespace kestrel {
+namespace {
+
+std::filesystem::path PathOf(const std::string& text) {
+  return std::filesystem::absolute(std::filesystem::path(std::u8string(text.begin(), text.end())));
+}
+
+Json Told(const monitor::Mistakes& mistakes) {
+  Json list = Json::array();
+  for (const monitor::Mistake& mistake : mistakes) {
+    Json one;
+    one["line"] = mistake.line;
+    one["text"] = mistake.what;
+    list.push_back(one);
+  }
+  return list;
+}
+
+std::string Summary(const monitor::Plan& plan) {
+  std::string text = "The plan is good: " + plan.bench + ", " + plan.sensor + ", every " +
+                     monitor::PeriodText(plan.every);
+  for (const monitor::Step& step : plan.steps) text += "; " + monitor::NameOf(step);
+  return text + ".";
+}
+
+}  // namespace
+
+void MonitorCommand::AddTo(CLI::App& app) {
+  word_ = app.add_subcommand("monitor", "Capture by a plan for days, and judge what was captured");
+  auto* plan = word_->add_option("plan", file_, "File of the plan")->type_name("FILE");
+  auto* check = word_->add_flag("--check", check_, "Only say what is wrong with the plan");
+  auto* from = word_->add_flag("--from-sensor", fromSensor_,
+                               "Print a plan that captures as the sensor is set now");
+  from->excludes(plan)->excludes(check);
+  word_->add_option("--bench", bench_, "Name of the bench in that plan")->needs(from);
+  word_->add_option("--sensor", sensor_, "Name of the sensor in that plan")->needs(from);
+}
+
+std::optional<monitor::Plan> MonitorCommand::Read(const Surroundings& surroundings,
+                                                  const Output& output) const {
+  const auto content = surroundings.files.Read(PathOf(file_), monitor::kLargestPlan + 1);
+  if (!content) {
+    surroundings.error << "The plan " << file_ << " cannot be read.\n";
+    return std::nullopt;
+  }
+  auto read = monitor::PlanOf(*content);
+  const auto* mistakes = std::get_if<monitor::Mistakes>(&read);
+  if (mistakes == nullptr) return std::get<monitor::Plan>(std::move(read));
+  for (const monitor::Mistake& mistake : *mistakes) {
+    surroundings.error << mistake.Text(file_) << '\n';
+  }
+  if (output.json) output.Write({{"good", false}, {"mistakes", Told(*mistakes)}});
+  return std::nullopt;
+}
+
+std::optional<ExitCode> MonitorCommand::RunAlone(const Surroundings& surroundings,
+                                                 const Connection& connection,
+                                                 const KeepingChoice& /*archive*/,
+                                                 const Output& output) {
+  connection_ = &connection;
+  if (fromSensor_) return std::nullopt;
+  if (file_.empty()) {
+    surroundings.error << "monitor: a plan is needed; --from-sensor prints one.\n";
+    return ExitCode::Usage;
+  }
+  const auto plan = Read(surroundings, output);
+  if (!plan) return ExitCode::Failure;
+  if (output.json) {
+    output.Write({{"good", true}, {"mistakes", Json::array()}});
+  } else {
+    output.out << Summary(*plan) << '\n';
+  }
+  return ExitCode::Success;
+}
+
+ExitCode MonitorCommand::Run(Session& session, const Output& output) {
+  const auto setup = session.station.Records().Configure({});
+  if (!setup) return session.Fail(setup.Why());
+  const auto timer = ReadWord(session.station.Road().registers, row::REC_PRD);
+  const monitor::PresentSettings present{.setup = *setup,
+                                         .timerWord = timer,
+                                         .road = {.simulated = connection_->simulate,
+                                                  .scenario = connection_->scenario,
+                                                  .adapter = connection_->adapter,
+                                                  .parallelAddress = connection_->parallelAddress,
+                                                  .portDevice = connection_->portDevice},
+                                         .bench = bench_.empty() ? session.Bench() : bench_,
+                                         .sensor = sensor_};
+  const std::string text = monitor::TextOf(monitor::PlanFrom(present));
+  if (output.json) {
+    output.Write({{"plan", text}});
+  } else {
+    output.out << text;
+  }
+  return ExitCode::Success;
+}
+
+}  // namespace kestrel
