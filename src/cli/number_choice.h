@@ -25,6 +25,10 @@ struct QuantityOptions {
 
 class NumberChoice {
  public:
+  NumberChoice() = default;
+  NumberChoice(int peaks, bool levels, const QuantityOptions& quantity)
+      : peaks_(peaks), levels_(levels), quantity_(quantity) {}
+
   // Adds --peaks, --levels, --quantity and --amplitude; `this` outlives `app`.
   void AddTo(CLI::App& app);
 

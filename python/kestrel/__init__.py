@@ -1,0 +1,35 @@
+"""The sensor, its archive and its analysis.
+
+Examples
+--------
+>>> import kestrel
+>>> with kestrel.open(simulate=True) as sensor:
+...     record = sensor.capture()
+...     print(record.levels("x").unit)
+g RMS
+"""
+# SPDX-License-Identifier: MIT
+from kestrel._kestrel import version as __version__
+from kestrel.archive import Archive, ArchivedRecord, Trend, TrendSeries, open_archive
+from kestrel.bands import Band, BandTable
+from kestrel.baseline import Baseline
+from kestrel.errors import (ArchiveError, BusyError, CannotTell, ClosedError, Error, FileError,
+                            Interrupted, SensorLost, SensorRefused, SettingError, Stopped)
+from kestrel.files import formats, load, save
+from kestrel.numbers import Curve, Level, Peak, Velocity
+from kestrel.record import AxisAlarms, Record, SensorIdentity
+from kestrel.registers import Field, Register, Registers
+from kestrel.sensor import Adapter, Command, Sensor, State, open, scenarios
+from kestrel.settings import Settings
+from kestrel.setups import Difference, Restored, Setup
+from kestrel.wide import Line, Overlap, Segment, WideSpectrum, join
+
+__all__ = [
+    "Adapter", "Archive", "ArchiveError", "ArchivedRecord", "AxisAlarms", "Band", "BandTable",
+    "Baseline", "BusyError", "CannotTell", "ClosedError", "Command", "Curve", "Difference", "Error",
+    "Field", "FileError", "Interrupted", "Level", "Line", "Overlap", "Peak", "Record", "Register",
+    "Registers", "Restored", "Segment", "Sensor", "SensorIdentity", "SensorLost", "SensorRefused",
+    "SettingError", "Settings", "Setup", "State", "Stopped", "Trend", "TrendSeries", "Velocity",
+    "WideSpectrum", "__version__", "formats", "join", "load", "open", "open_archive", "save",
+    "scenarios",
+]

@@ -1,0 +1,202 @@
+"""The sensor's spectral alarm bands as a table."""
+# SPDX-License-Identifier: MIT
+from __future__ import annotations
+
+import os
+from collections.abc import Iterable, Iterator
+from dataclasses import dataclass, replace
+from typing import TYPE_CHECKING, Any
+
+from kestrel import _kestrel, values
+from kestrel.errors import SettingError
+from kestrel.files import write_whole
+
+if TYPE_CHECKING:
+    import pandas as pd
+
+__all__ = ["Band", "BandTable", "Bands"]
+
+_BINS = range(256)
+_CODES = range(65536)
+
+
+@dataclass(frozen=True)
+class Band:
+    """One alarm band of one sample-rate option.
+
+    Attributes
+    ----------
+    option : int
+        0 to 3.
+    number : int
+        1 to 6.
+    low, high : int
+        First and last bin, 0 to 255.
+    warning, fault : tuple of 3 int
+        Thresholds of alarm 1 and alarm 2 of X, Y, Z: codes of the range that is
+        set, 0 for none.
+    """
+
+    option: int
+    number: int
+    low: int = 0
+    high: int = 0
+    warning: tuple[int, int, int] = (0, 0, 0)
+    fault: tuple[int, int, int] = (0, 0, 0)
+
+    def __post_init__(self) -> None:
+        values.whole("option", self.option, range(4))
+        values.whole("number", self.number, range(1, 7))
+        where = f"option {self.option}, band {self.number}: "
+        for name in ("low", "high"):
+            values.whole(where + name, getattr(self, name), _BINS)
+        for name in ("warning", "fault"):
+            codes = getattr(self, name)
+            if len(codes) != len(values.AXES):
+                raise SettingError(f"{where}{name} is {codes!r}; it is three codes, of X, Y, Z.")
+            for code in codes:
+                values.whole(where + name, code, _CODES)
+
+    @property
+    def from_hz(self) -> float:
+        """Frequency of its first bin, Hz."""
+        return self.low * _kestrel.bin_width(self.option)
+
+    @property
+    def to_hz(self) -> float:
+        """Frequency of its last bin, Hz."""
+        return self.high * _kestrel.bin_width(self.option)
+
+    @property
+    def is_used(self) -> bool:
+        """Whether anything of it is set."""
+        return self != Band(self.option, self.number)
+
+
+class BandTable:
+    """The 24 alarm bands: six of each sample-rate option.
+
+    A value that is never changed: `with_band` gives another table.
+
+    Parameters
+    ----------
+    bands : iterable of Band
+        What is not among them is not set.
+
+    Examples
+    --------
+    >>> table[0, 3].low
+    >>> table = table.with_band(0, 3, low=40, high=60, warning=(120, 120, 120))
+    """
+
+    def __init__(self, bands: Iterable[Band] = ()) -> None:
+        self._bands = {(option, number): Band(option, number)
+                       for option in range(4) for number in range(1, 7)}
+        self._bands.update({(band.option, band.number): band for band in bands})
+
+    @classmethod
+    def of_rows(cls, rows: Iterable[Iterable[int]]) -> BandTable:
+        """From rows of option, band, low, high and six thresholds."""
+        table = cls()
+        for option, number, low, high, *codes in rows:
+            table._bands[option, number] = Band(option, number, low, high,
+                                                (codes[0], codes[1], codes[2]),
+                                                (codes[3], codes[4], codes[5]))
+        return table
+
+    def rows(self) -> list[list[int]]:
+        """Rows of option, band, low, high and six thresholds."""
+        return [[band.option, band.number, band.low, band.high, *band.warning, *band.fault]
+                for band in self]
+
+    @classmethod
+    def load(cls, path: str | os.PathLike[str]) -> BandTable:
+        """The bands of an alarm file.
+
+        Raises
+        ------
+        FileError
+            With the path, the line and the value where it is none.
+        """
+        return cls.of_rows(_kestrel.bands_of_file(os.path.abspath(path)))
+
+    def save(self, path: str | os.PathLike[str]) -> None:
+        """Writes an alarm file, AlarmSpectrum_<name>.csv."""
+        name = os.path.basename(os.fspath(path))
+        if not _kestrel.is_band_file_name(name):
+            raise SettingError(f"The name must be AlarmSpectrum_<name>.csv, not {name!r}.")
+        write_whole(path, _kestrel.band_file_text(self.rows()).encode())
+
+    def __getitem__(self, place: tuple[int, int]) -> Band:
+        option, number = place
+        values.whole("option", option, range(4))
+        values.whole("number", number, range(1, 7))
+        return self._bands[option, number]
+
+    def __iter__(self) -> Iterator[Band]:
+        return iter(self._bands.values())
+
+    def __len__(self) -> int:
+        return len(self._bands)
+
+    def __eq__(self, other: object) -> bool:
+        return isinstance(other, BandTable) and self._bands == other._bands
+
+    __hash__ = None  # type: ignore[assignment]
+
+    def with_band(self, option: int, number: int, **changes: Any) -> BandTable:
+        """The same table with one band changed.
+
+        Parameters
+        ----------
+        option, number : int
+        **changes
+            low, high, warning, fault.
+        """
+        return BandTable([*self, replace(self[option, number], **changes)])
+
+    def to_pandas(self) -> pd.DataFrame:
+        """A data frame with a row a band. Needs pandas."""
+        from kestrel.tables import frame_of_bands
+        return frame_of_bands(self)
+
+    def __repr__(self) -> str:
+        used = sum(band.is_used for band in self)
+        return f"<kestrel.BandTable: {used} of {len(self)} bands set>"
+
+
+class Bands:
+    """The alarm bands in the sensor's flash. Transfers take seconds."""
+
+    def __init__(self, core: _kestrel.Sensor) -> None:
+        self._core = core
+
+    def read(self) -> BandTable:
+        """All bands of the sensor."""
+        return BandTable.of_rows(self._core.read_bands())
+
+    def write(self, table: BandTable) -> str:
+        """Clears the sensor's bands, then writes those of the table.
+
+        Returns
+        -------
+        str
+            How it ended.
+        """
+        return self._core.write_bands(table.rows())
+
+    def clear(self) -> str:
+        """Clears the sensor's bands.
+
+        Returns
+        -------
+        str
+            How it ended.
+        """
+        return self._core.clear_bands()
+
+    @property
+    def g_per_code(self) -> float:
+        """g that one code of a threshold is worth at the range that is set."""
+        self._core.configure({})
+        return self._core.g_per_code()

@@ -1,0 +1,129 @@
+"""How the sensor records, as properties with units."""
+# SPDX-License-Identifier: MIT
+from __future__ import annotations
+
+from collections.abc import Mapping
+from typing import Any
+
+from kestrel import _kestrel, values
+from kestrel.errors import SettingError
+
+__all__ = ["Settings"]
+
+
+def codes_of(settings: Mapping[str, Any]) -> dict[str, int]:
+    """The sensor's codes of settings; SettingError names what cannot be."""
+    found: dict[str, int] = {}
+    for name, value in settings.items():
+        if name == "mode":
+            found[name] = values.code(name, value, values.MODES)
+        elif name == "range":
+            found[name] = values.code(name, value, values.RANGES)
+        elif name == "window":
+            found[name] = values.code(name, value, values.WINDOWS)
+        elif name == "option":
+            found[name] = values.whole(name, value, values.OPTIONS)
+        elif name == "averages":
+            found[name] = values.whole(name, value, values.AVERAGES)
+        else:
+            raise SettingError(f"There is no setting {name!r}; there are mode, range, option, "
+                               "window and averages.")
+    return found
+
+
+class Settings:
+    """How the sensor records. Each property reads the sensor, and writes it when set.
+
+    Examples
+    --------
+    >>> sensor.settings.range = 5
+    >>> sensor.settings.update(window="flattop", averages=8)
+    """
+
+    def __init__(self, core: _kestrel.Sensor) -> None:
+        self._core = core
+
+    def _read(self) -> dict[str, int]:
+        return self._core.configure({})
+
+    def _write(self, name: str, value: object) -> None:
+        self._core.configure(codes_of({name: value}))
+
+    @property
+    def mode(self) -> str:
+        """"manual" (spectra on request), "timer" (spectra by themselves) or "time" (samples)."""
+        return values.word(values.MODES, self._read()["mode"])
+
+    @mode.setter
+    def mode(self, value: values.Mode) -> None:
+        self._write("mode", value)
+
+    @property
+    def range(self) -> int:
+        """Full scale in g: 1, 5, 20 or 70."""
+        code = self._read()["range"]
+        return next(g for g, each in values.RANGES.items() if each == code)
+
+    @range.setter
+    def range(self, value: int) -> None:
+        self._write("range", value)
+
+    @property
+    def option(self) -> int:
+        """Sample-rate option, 0 (fastest) to 3."""
+        return self._read()["option"]
+
+    @option.setter
+    def option(self, value: int) -> None:
+        self._write("option", value)
+
+    @property
+    def sample_rate(self) -> float:
+        """Samples a second at the option that is set; read only."""
+        return _kestrel.sample_frequency(self.option)
+
+    @property
+    def window(self) -> str:
+        """FFT window: "rectangular", "hanning" or "flattop"."""
+        return values.word(values.WINDOWS, self._read()["window"])
+
+    @window.setter
+    def window(self, value: values.Window) -> None:
+        self._write("window", value)
+
+    @property
+    def averages(self) -> int:
+        """FFT averages, 1 to 255."""
+        return self._read()["averages"]
+
+    @averages.setter
+    def averages(self, value: int) -> None:
+        self._write("averages", value)
+
+    def update(self, **changes: Any) -> None:
+        """Writes several settings at once; none where one of them cannot be.
+
+        Parameters
+        ----------
+        **changes
+            mode, range (g), option, window, averages.
+
+        Raises
+        ------
+        SettingError
+            Names the setting, its value, and what it can be.
+        """
+        self._core.configure(codes_of(changes))
+
+    def as_dict(self) -> dict[str, str | int]:
+        """All of them as they are now, in the words that `update` takes."""
+        codes = self._read()
+        return {"mode": values.word(values.MODES, codes["mode"]),
+                "range": next(g for g, each in values.RANGES.items() if each == codes["range"]),
+                "option": codes["option"],
+                "window": values.word(values.WINDOWS, codes["window"]),
+                "averages": codes["averages"]}
+
+    def __repr__(self) -> str:
+        told = ", ".join(f"{name}={value!r}" for name, value in self.as_dict().items())
+        return f"<kestrel.Settings: {told}>"

@@ -1,0 +1,130 @@
+"""The whole configuration of a sensor as a value: saved, compared, restored."""
+# SPDX-License-Identifier: MIT
+from __future__ import annotations
+
+import datetime
+import os
+import pathlib
+from typing import NamedTuple
+
+from kestrel import _kestrel, values
+from kestrel.bands import BandTable
+from kestrel.errors import FileError
+from kestrel.files import write_whole
+
+__all__ = ["Difference", "Restored", "Setup", "Setups"]
+
+
+class Difference(NamedTuple):
+    """What differs: where, what the first set-up has, what the second."""
+
+    place: str
+    saved: str
+    now: str
+
+
+class Restored(NamedTuple):
+    """How a set-up was restored.
+
+    `whole` tells whether the sensor holds it now; `text` says what was
+    restored, what was not and why. The lists name registers and bands.
+    """
+
+    whole: bool
+    text: str
+    equal: list[str]
+    written: list[str]
+    unsure: list[str]
+    open: list[str]
+
+
+class Setup:
+    """The registers that say how a sensor works, and the bands of all options."""
+
+    def __init__(self, core: _kestrel.Setup) -> None:
+        self._core = core
+
+    @property
+    def name(self) -> str:
+        """How it is called."""
+        return self._core.name
+
+    @property
+    def taken(self) -> datetime.datetime:
+        """When it was read out of a sensor, with its zone (UTC)."""
+        return values.moment(self._core.nanoseconds)
+
+    @property
+    def product(self) -> int:
+        """PROD_ID of the sensor it came from."""
+        return self._core.product
+
+    @property
+    def registers(self) -> dict[str, int]:
+        """Words by the names of the registers."""
+        return self._core.registers()
+
+    @property
+    def bands(self) -> BandTable:
+        """The alarm bands."""
+        return BandTable.of_rows(self._core.bands())
+
+    def differences(self, other: Setup) -> list[Difference]:
+        """What `other` has differently, in words with units; nothing where they work alike."""
+        return [Difference(*each) for each in self._core.differences(other._core)]
+
+    def save(self, path: str | os.PathLike[str]) -> None:
+        """Writes it as a file that people can read (JSON)."""
+        write_whole(path, self._core.text())
+
+    @classmethod
+    def load(cls, path: str | os.PathLike[str]) -> Setup:
+        """The set-up of a file, whole or not at all.
+
+        Raises
+        ------
+        FileError
+            Names the file, the line or the field, and the value.
+        """
+        try:
+            content = pathlib.Path(path).read_bytes()
+        except OSError as error:
+            raise FileError(f"{os.fspath(path)} cannot be read: {error.strerror}.") from error
+        return cls(_kestrel.setup_of_text(os.fspath(path), content))
+
+    def __eq__(self, other: object) -> bool:
+        return isinstance(other, Setup) and self._core == other._core
+
+    __hash__ = None  # type: ignore[assignment]
+
+    def __repr__(self) -> str:
+        return f"<kestrel.Setup: {self.name!r}, {self.taken:%Y-%m-%d %H:%M} UTC>"
+
+
+class Setups:
+    """The sensor's whole configuration. Transfers take seconds."""
+
+    def __init__(self, core: _kestrel.Sensor) -> None:
+        self._core = core
+
+    def read(self, name: str) -> Setup:
+        """What the sensor holds now, under this name."""
+        return Setup(self._core.read_setup(name))
+
+    def restore(self, setup: Setup, *, keep_nulls: bool = False,
+                save_in_flash: bool = False) -> Restored:
+        """Writes what differs and reads it back.
+
+        Parameters
+        ----------
+        setup : Setup
+        keep_nulls : bool
+            X_NULL, Y_NULL, Z_NULL stay as the sensor has them.
+        save_in_flash : bool
+            Registers too, so that they are there after a loss of power.
+
+        Returns
+        -------
+        Restored
+        """
+        return Restored(*self._core.restore_setup(setup._core, keep_nulls, save_in_flash))

@@ -1,0 +1,145 @@
+"""One spectrum over several sample-rate options."""
+# SPDX-License-Identifier: MIT
+from __future__ import annotations
+
+from collections.abc import Iterable
+from typing import TYPE_CHECKING, NamedTuple
+
+from kestrel import _kestrel, values
+
+if TYPE_CHECKING:
+    import numpy as np
+    from numpy.typing import NDArray
+
+    from kestrel.record import Record
+
+__all__ = ["Line", "Overlap", "Segment", "WideSpectrum", "join"]
+
+
+class Segment(NamedTuple):
+    """What one record holds and which part of it is used; Hz."""
+
+    option: int
+    bin_width: float
+    holds_from: float
+    holds_to: float
+    used_from: float
+    used_to: float
+
+
+class Overlap(NamedTuple):
+    """Two records where both hold: a steady machine shows the same RMS in both.
+
+    `difference` is in dB, coarse over fine; `unsteady` tells that it is beyond
+    the limit.
+    """
+
+    fine_option: int
+    coarse_option: int
+    from_hz: float
+    to_hz: float
+    fine_rms: float
+    coarse_rms: float
+    difference: float
+    unsteady: bool
+
+
+class Line(NamedTuple):
+    """A line of the joined spectrum: Hz, its bound, g peak, and whose record shows it."""
+
+    frequency: float
+    frequency_uncertainty: float
+    amplitude: float
+    option: int
+
+
+class WideSpectrum:
+    """One spectrum of an axis over records of several sample-rate options."""
+
+    def __init__(self, core: _kestrel.Joined, axis: str) -> None:
+        self._core = core
+        self._axis = axis
+
+    @property
+    def axis(self) -> str:
+        """ "x", "y" or "z"."""
+        return self._axis
+
+    @property
+    def frequency(self) -> NDArray[np.float64]:
+        """Hz, rising; shape (points,)."""
+        return self._core.frequency()
+
+    @property
+    def density(self) -> NDArray[np.float64]:
+        """Power density in g²/Hz, shape (points,)."""
+        return self._core.density()
+
+    @property
+    def magnitude(self) -> NDArray[np.float64]:
+        """Magnitudes in g, peak of a sine, shape (points,)."""
+        return self._core.magnitude()
+
+    @property
+    def options(self) -> NDArray[np.int32]:
+        """Which option each point comes from, shape (points,)."""
+        return self._core.options()
+
+    @property
+    def segments(self) -> list[Segment]:
+        """One a record, the finest first."""
+        return [Segment(*each) for each in self._core.segments()]
+
+    @property
+    def overlaps(self) -> list[Overlap]:
+        """Between neighbours."""
+        return [Overlap(*each) for each in self._core.overlaps()]
+
+    @property
+    def lines(self) -> list[Line]:
+        """Peaks, each once, the largest first."""
+        return [Line(*each) for each in self._core.lines()]
+
+    @property
+    def steady(self) -> bool:
+        """Whether all overlaps agree."""
+        return self._core.is_steady()
+
+    def rms(self, from_hz: float, to_hz: float) -> float:
+        """RMS in g between two frequencies.
+
+        Parameters
+        ----------
+        from_hz, to_hz : float
+            Hz.
+
+        Returns
+        -------
+        float
+            g RMS.
+        """
+        return self._core.rms(float(from_hz), float(to_hz))
+
+
+def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3.0) -> WideSpectrum:
+    """Joins records of one machine, each of another sample-rate option.
+
+    Parameters
+    ----------
+    records : iterable of Record
+        The order does not matter, and not all four options need be there.
+    axis : {"x", "y", "z"}
+    limit : float
+        dB from which two options that overlap count as unsteady.
+
+    Returns
+    -------
+    WideSpectrum
+
+    Raises
+    ------
+    CannotTell
+        Of no record, the same option twice, or an unknown window.
+    """
+    cores = [record._core for record in records]
+    return WideSpectrum(_kestrel.Joined(cores, values.axis_index(axis), float(limit)), axis)
