@@ -10,8 +10,9 @@ g RMS
 """
 # SPDX-License-Identifier: MIT
 from kestrel._kestrel import version as __version__
-from kestrel.archive import Archive, ArchivedRecord, Trend, TrendSeries, open_archive
-from kestrel.bands import Band, BandTable
+from kestrel.archive import (Archive, ArchivedRecord, Filter, Remarks, Trend, TrendSeries,
+                             open_archive)
+from kestrel.bands import Band, Bands, BandTable
 from kestrel.baseline import Baseline
 from kestrel.errors import (ArchiveError, BusyError, CannotTell, ClosedError, Error, FileError,
                             Interrupted, SensorLost, SensorRefused, SettingError, Stopped)
@@ -21,15 +22,19 @@ from kestrel.record import AxisAlarms, Record, SensorIdentity
 from kestrel.registers import Field, Register, Registers
 from kestrel.sensor import Adapter, Command, Sensor, State, open, scenarios
 from kestrel.settings import Settings
-from kestrel.setups import Difference, Restored, Setup
+from kestrel.setups import Difference, Restored, Setup, Setups
+from kestrel.tables import COLOURS
+from kestrel.values import AXES, Amplitude, Axis, Mode, Quantity, Window
 from kestrel.wide import Line, Overlap, Segment, WideSpectrum, join
 
 __all__ = [
-    "Adapter", "Archive", "ArchiveError", "ArchivedRecord", "AxisAlarms", "Band", "BandTable",
-    "Baseline", "BusyError", "CannotTell", "ClosedError", "Command", "Curve", "Difference", "Error",
-    "Field", "FileError", "Interrupted", "Level", "Line", "Overlap", "Peak", "Record", "Register",
-    "Registers", "Restored", "Segment", "Sensor", "SensorIdentity", "SensorLost", "SensorRefused",
-    "SettingError", "Settings", "Setup", "State", "Stopped", "Trend", "TrendSeries", "Velocity",
-    "WideSpectrum", "__version__", "formats", "join", "load", "open", "open_archive", "save",
-    "scenarios",
+    "AXES", "Adapter", "Amplitude", "Archive", "ArchiveError", "ArchivedRecord", "Axis",
+    "AxisAlarms", "Band", "BandTable", "Bands", "Baseline", "BusyError", "COLOURS", "CannotTell",
+    "ClosedError", "Command", "Curve", "Difference", "Error", "Field", "FileError", "Filter",
+    "Interrupted", "Level", "Line", "Mode", "Overlap", "Peak", "Quantity", "Record", "Register",
+    "Registers", "Remarks", "Restored", "Segment", "Sensor", "SensorIdentity", "SensorLost",
+    "SensorRefused", "SettingError", "Settings", "Setup",
+    "Setups", "State", "Stopped", "Trend",
+    "TrendSeries", "Velocity", "WideSpectrum", "Window", "__version__", "formats", "join", "load",
+    "open", "open_archive", "save", "scenarios",
 ]

@@ -107,7 +107,7 @@ class ArchivedRecord:
                 "rpm": self.rpm, "note": self.note, "tags": list(self.tags)}
 
 
-def _kept(told: _kestrel.Kept) -> ArchivedRecord:
+def _kept(told: _kestrel._Kept) -> ArchivedRecord:
     number, core, remarks, program, bench, levels, deleted = told
     return ArchivedRecord(number, Record(core), remarks["machine"], remarks["point"],
                           remarks["orientation"], remarks["rpm"], remarks["note"],
@@ -432,7 +432,7 @@ def _trend_choice(of: str, axis: str, low: float | None, high: float | None, nea
     return choice
 
 
-def _series(told: _kestrel.Series) -> TrendSeries:
+def _series(told: _kestrel._Series) -> TrendSeries:
     is_time, option, window, times, levels, ids, alarms = told
     return TrendSeries("time" if is_time else "spectrum", option,
                        values.word(values.WINDOWS, window), times.view("datetime64[ns]"), levels,

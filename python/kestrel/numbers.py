@@ -177,5 +177,5 @@ class Velocity:
 
     @property
     def unit(self) -> str:
-        """Always "mm/s"."""
+        """Unit of the values, always "mm/s"."""
         return "mm/s"

@@ -11,7 +11,7 @@ from typing import TYPE_CHECKING, Any, Literal
 
 from kestrel import _kestrel, values
 from kestrel.numbers import Curve, Level, Peak, Velocity
-from kestrel.values import Amplitude, Axis, Quantity
+from kestrel.values import Amplitude, Axis, Quantity, Window
 
 if TYPE_CHECKING:
     import matplotlib.axes
@@ -190,12 +190,12 @@ class Record:
     @property
     def range(self) -> int:
         """Full scale in g: 1, 5, 20 or 70."""
-        return next(g for g, code in values.RANGES.items() if code == self._core.range)
+        return values.range_of(self._core.range)
 
     @property
-    def window(self) -> str:
+    def window(self) -> Window:
         """FFT window: "rectangular", "hanning", "flattop"; "none (3)" of a code that is none."""
-        return values.word(values.WINDOWS, self._core.window)
+        return values.window_of(self._core.window)
 
     @property
     def averages(self) -> int:

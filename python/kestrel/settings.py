@@ -50,9 +50,9 @@ class Settings:
         self._core.configure(codes_of({name: value}))
 
     @property
-    def mode(self) -> str:
+    def mode(self) -> values.Mode:
         """"manual" (spectra on request), "timer" (spectra by themselves) or "time" (samples)."""
-        return values.word(values.MODES, self._read()["mode"])
+        return values.mode_of(self._read()["mode"])
 
     @mode.setter
     def mode(self, value: values.Mode) -> None:
@@ -61,8 +61,7 @@ class Settings:
     @property
     def range(self) -> int:
         """Full scale in g: 1, 5, 20 or 70."""
-        code = self._read()["range"]
-        return next(g for g, each in values.RANGES.items() if each == code)
+        return values.range_of(self._read()["range"])
 
     @range.setter
     def range(self, value: int) -> None:
@@ -83,9 +82,9 @@ class Settings:
         return _kestrel.sample_frequency(self.option)
 
     @property
-    def window(self) -> str:
+    def window(self) -> values.Window:
         """FFT window: "rectangular", "hanning" or "flattop"."""
-        return values.word(values.WINDOWS, self._read()["window"])
+        return values.window_of(self._read()["window"])
 
     @window.setter
     def window(self, value: values.Window) -> None:
@@ -118,10 +117,10 @@ class Settings:
     def as_dict(self) -> dict[str, str | int]:
         """All of them as they are now, in the words that `update` takes."""
         codes = self._read()
-        return {"mode": values.word(values.MODES, codes["mode"]),
-                "range": next(g for g, each in values.RANGES.items() if each == codes["range"]),
+        return {"mode": values.mode_of(codes["mode"]),
+                "range": values.range_of(codes["range"]),
                 "option": codes["option"],
-                "window": values.word(values.WINDOWS, codes["window"]),
+                "window": values.window_of(codes["window"]),
                 "averages": codes["averages"]}
 
     def __repr__(self) -> str:

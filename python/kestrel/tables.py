@@ -14,7 +14,7 @@ if TYPE_CHECKING:
     from kestrel.bands import BandTable
     from kestrel.record import Record
 
-# The colours of the axes in all windows of the program.
+#: The colours of the axes in all windows of the program.
 COLOURS = {"x": "#1b6ac9", "y": "#c2410c", "z": "#15803d"}
 
 
@@ -50,7 +50,7 @@ def plotted(record: Record, ax: matplotlib.axes.Axes | None) -> matplotlib.axes.
     """The three axes of a record."""
     if ax is None:
         import matplotlib.pyplot
-        ax = matplotlib.pyplot.subplots()[1]
+        ax = matplotlib.pyplot.subplots(figsize=(8, 3.2), layout="constrained")[1]
     places = record.time * 1e3 if record.is_time else record.frequency / 1e3
     first = 0 if record.is_time else 1  # bin 0 holds the mean
     for axis in values.AXES:

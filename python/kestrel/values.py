@@ -4,7 +4,7 @@ from __future__ import annotations
 
 import datetime
 from collections.abc import Mapping
-from typing import Literal
+from typing import Literal, cast
 
 from kestrel.errors import SettingError
 
@@ -14,6 +14,7 @@ Axis = Literal["x", "y", "z"]
 Quantity = Literal["g", "velocity", "displacement", "density"]
 Amplitude = Literal["peak", "rms", "pp"]
 
+#: The three axes, in the order of the sensor.
 AXES: tuple[Axis, Axis, Axis] = ("x", "y", "z")
 MODES: Mapping[str, int] = {"manual": 0, "timer": 1, "time": 2}
 RANGES: Mapping[int, int] = {1: 0, 5: 1, 20: 2, 70: 3}  # g
@@ -50,6 +51,21 @@ def whole(what: str, value: object, allowed: range) -> int:
 def word(codes: Mapping[str, int], number: int) -> str:
     """The word of a code; "none (3)" of one that means nothing."""
     return next((name for name, each in codes.items() if each == number), f"none ({number})")
+
+
+def mode_of(number: int) -> Mode:
+    """The word of a record mode."""
+    return cast(Mode, word(MODES, number))
+
+
+def window_of(number: int) -> Window:
+    """The word of a window; "none (3)" of the code that is none, which no type foresees."""
+    return cast(Window, word(WINDOWS, number))
+
+
+def range_of(number: int) -> int:
+    """Full scale in g of a range code."""
+    return next(g for g, each in RANGES.items() if each == number)
 
 
 def axis_index(axis: str) -> int:
