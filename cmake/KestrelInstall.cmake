@@ -1,6 +1,9 @@
-# What an installation holds, and the Debian package of it: ninja package.
+# What an installation holds, and the Debian packages of it: the program, and the Python package beside
+# it. ninja package.
 
 include(GNUInstallDirs)
+# What names no other component belongs to the program.
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME program)
 set(linux ${PROJECT_SOURCE_DIR}/packaging/linux)
 
 install(TARGETS kestrel kestrel-cli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -33,17 +36,52 @@ install_compressed(${linux}/man/kestrel.1 ${CMAKE_INSTALL_MANDIR}/man1 kestrel.1
 install_compressed(${linux}/man/kestrel-cli.1 ${CMAKE_INSTALL_MANDIR}/man1 kestrel-cli.1)
 install_compressed(${linux}/changelog ${CMAKE_INSTALL_DATADIR}/doc/kestrel changelog)
 
+if(TARGET _kestrel)
+  set(python ${PROJECT_SOURCE_DIR}/python)
+  set(package lib/python3/dist-packages/kestrel)
+  set(doc ${CMAKE_INSTALL_DATADIR}/doc/python3-kestrel)
+  install(TARGETS _kestrel LIBRARY DESTINATION ${package} COMPONENT python)
+  install(DIRECTORY ${python}/kestrel/ DESTINATION ${package} COMPONENT python
+    FILES_MATCHING PATTERN "*.py" PATTERN "*.pyi" PATTERN py.typed PATTERN __pycache__ EXCLUDE)
+  install(DIRECTORY ${python}/examples DESTINATION ${doc} COMPONENT python
+    FILES_MATCHING PATTERN "*.py" PATTERN __pycache__ EXCLUDE)
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/python.md ${PROJECT_SOURCE_DIR}/docs/python-reference.md
+    ${linux}/copyright ${PROJECT_BINARY_DIR}/packaging/changelog.gz
+    DESTINATION ${doc} COMPONENT python)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/pictures DESTINATION ${doc} COMPONENT python
+    FILES_MATCHING PATTERN "python_*.png")
+  list(APPEND packages python)
+  execute_process(COMMAND ${Python_EXECUTABLE} -c "import sys; print(*sys.version_info[:2], sep='.')"
+    OUTPUT_VARIABLE version OUTPUT_STRIP_TRAILING_WHITESPACE)
+  string(REGEX MATCH "[0-9]+$" minor ${version})
+  math(EXPR minor "${minor} + 1")
+endif()
+
 set(CPACK_GENERATOR DEB)
+set(CPACK_COMPONENTS_ALL program ${packages})
+set(CPACK_COMPONENTS_GROUPING IGNORE)  # one package a component
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_NAME kestrel)
 set(CPACK_PACKAGE_NAME kestrel)
 set(CPACK_PACKAGE_CONTACT "The Kestrel evaluation program authors <kestrel@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "bench program for a tri-axial vibration sensor")
-set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+set(CPACK_COMPONENT_PROGRAM_DESCRIPTION
   "Captures averaged spectra and time records of one tri-axial digital vibration
 sensor, plots them, compares them with alarm bands, edits every register and
 logs captures to files. A simulated sensor is built in.")
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libqt6svg6, fonts-dejavu-core")
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "libqt6svg6, fonts-dejavu-core")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-kestrel)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3 (<< 3.${minor}), python3 (>= ${version}~), python3-numpy")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS "kestrel")  # the rules for the adapter
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS "python3-matplotlib, python3-pandas")
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION
+  "The module kestrel: captures of one tri-axial digital vibration sensor as
+arrays, their peaks, levels and quantities, the archive of records, registers,
+alarm bands and set-ups. A simulated sensor is built in.")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
