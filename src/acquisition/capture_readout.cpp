@@ -86,7 +86,7 @@ std::optional<Record> CaptureReadout::Read(const RecordOrigin& origin) {
   const auto time = core_.seams.clock.UtcNow();
   std::optional<BusyDisplay> busy;
   std::optional<Record> record = ReadRecordBuffers(
-      core_.registers, expected_,
+      core_.registers, fast_, expected_,
       {.scale = [this](Record& read) { SetScale(read); },
        .counted =
            [&](std::int32_t count) {

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "acquisition/fast_readout.h"
 #include "acquisition/status.h"
 #include "alarms/alarm_status.h"
 #include "connection/core.h"
@@ -42,7 +43,11 @@ class CaptureReadout {
         plot_(plot),
         plotView_(plotView),
         log_(log),
-        view_(view) {}
+        view_(view),
+        fast_(core) {}
+
+  // How the points are read.
+  [[nodiscard]] FastReadout& Fast() { return fast_; }
 
   // What the sensor's buffers hold from now on: magnitudes, which are unsigned, or signed samples.
   // The record at hand stays what it is.
@@ -78,6 +83,7 @@ class CaptureReadout {
   PlotView& plotView_;
   DataLog& log_;
   ReadoutView& view_;
+  FastReadout fast_;
   RecordKind expected_ = RecordKind::Spectrum;
   std::optional<std::int32_t> count_;  // REC_CNT as of the last read-out
   bool busy_ = false;

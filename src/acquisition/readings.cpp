@@ -2,40 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "acquisition/readings.h"
 
-#include <array>
-
 #include "alarms/alarm_words.h"
 #include "regmap/register_table.h"
 
 namespace kestrel {
 namespace {
 
-constexpr int kPointsPerProgressStep = 64;
-
-std::int16_t BufferRow(Axis axis) {
-  return std::array{row::X_BUF, row::Y_BUF, row::Z_BUF}[Index(axis)];
-}
-
 template <typename... Values>
 void Tell(const std::function<void(Values...)>& step, Values... values) {
   if (step) step(values...);
-}
-
-bool ReadPoints(RegisterAccess& registers, Axis axis, Record& record, const ReadoutSteps& steps) {
-  const std::int16_t buffer = BufferRow(axis);
-  const int points = static_cast<int>(record.Points());
-  AxisRecord& read = record.Of(axis);
-  for (int i = 0; i < points; ++i) {
-    const bool pointed = registers.Write(row::BUF_PNTR, i);
-    const auto word = pointed ? ReadWord(registers, buffer) : std::nullopt;
-    if (!word) return false;
-    read.raw(i) = *word;
-    read.data(i) = *word * record.lsbWeight;
-    if (i % kPointsPerProgressStep == 0) {
-      Tell(steps.points, static_cast<int>(Index(axis)) * points + i, 3 * points);
-    }
-  }
-  return true;
 }
 
 bool ReadSurroundings(RegisterAccess& registers, Conditions& conditions,
@@ -84,8 +59,10 @@ void ReadBuffersAs(RecordKind kind) {
   for (const Axis axis : kAxes) SetSigned(BufferRow(axis), kind == RecordKind::Time);
 }
 
-std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind kind,
-                                        const ReadoutSteps& steps) {
+std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, FastReadout& fast,
+                                        RecordKind kind, const ReadoutSteps& steps) {
+  std::optional<RegisterAccess::HeldOpen> held;
+  if (fast.InUse()) held.emplace(registers);
   Record record;
   record.kind = kind;
   const auto count = ReadWord(registers, row::REC_CNT);
@@ -97,9 +74,7 @@ std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind ki
   if (!info) return std::nullopt;
   record.settings = SettingsFromWords(*info, 0);
   steps.scale(record);
-  for (const Axis axis : kAxes) {
-    if (!ReadPoints(registers, axis, record, steps)) return std::nullopt;
-  }
+  if (!fast.ReadPoints(record, steps)) return std::nullopt;
   return record;
 }
 

@@ -3,9 +3,10 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
+#include "acquisition/buffer_points.h"
+#include "acquisition/fast_readout.h"
 #include "record/record.h"
 #include "transport/register_access.h"
 
@@ -28,19 +29,10 @@ namespace kestrel {
 // The buffers' words are read from now on as magnitudes, which are unsigned, or as signed samples.
 void ReadBuffersAs(RecordKind kind);
 
-// What happens while a record is read. All but `scale` may be left out.
-struct ReadoutSteps {
-  // REC_INFO is in the record's settings: gives it its scale, and REC_CTRL as it was set beside it.
-  std::function<void(Record& record)> scale;
-  std::function<void(std::int32_t recordCount)> counted;  // the rest follows
-  std::function<void(float volts)> supply;
-  std::function<void(float celsius)> temperature;
-  std::function<void(int done, int total)> points;  // at every 64th point
-};
-
 // The sensor's buffers with their information word and conditions. Expects ReadBuffersAs the same
-// kind. STATUS, alarms, time and origin are left to the caller.
-[[nodiscard]] std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, RecordKind kind,
-                                                      const ReadoutSteps& steps);
+// kind. STATUS, alarms, time and origin are left to the caller. The points are read as `fast` has
+// it; where that is in blocks, a board is opened once for the whole record.
+[[nodiscard]] std::optional<Record> ReadRecordBuffers(RegisterAccess& registers, FastReadout& fast,
+                                                      RecordKind kind, const ReadoutSteps& steps);
 
 }  // namespace kestrel

@@ -78,6 +78,7 @@ void CaptureCommand::AddTo(CLI::App& app) {
                  "Write a data file even of a capture that brought no new data")
       ->needs("--out");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
+  AddFast(*word_, fast_);
   numbers_.AddTo(*word_);
   remarks_.AddTo(*word_);
 }
@@ -85,6 +86,7 @@ void CaptureCommand::AddTo(CLI::App& app) {
 ExitCode CaptureCommand::Run(Session& session, const Output& output) {
   const auto setup = session.station.Records().Configure(setup_);
   if (!setup) return session.Fail(setup.Why());
+  session.station.Records().Fast().Choose(fast_);
   if (!PrepareFiles(session)) return ExitCode::Failure;
   if (setup->mode != kTimeMode) {
     const auto bands = BandsFor(session, numbers_);
@@ -125,6 +127,7 @@ ExitCode CaptureCommand::Capture(Session& session, const Output& output, int num
   auto captured = records.Capture();
   if (!captured) return session.Fail(captured.Why());
   session.EndProgress();
+  session.SayNotes();
   RecordReport report{.record = captured->record,
                       .number = number,
                       .withData = withData_,
@@ -154,6 +157,7 @@ void RecordCommand::AddTo(CLI::App& app) {
       ->check(CLI::Range(0, 15));
   word_->add_flag("--time", time_, "It is a time record, not a spectrum");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
+  AddFast(*word_, fast_);
   numbers_.AddTo(*word_);
   remarks_.AddTo(*word_);
 }
@@ -165,6 +169,7 @@ ExitCode RecordCommand::Run(Session& session, const Output& output) {
     if (!bands) return session.Fail(bands.Why());
     table = *bands;
   }
+  session.station.Records().Fast().Choose(fast_);
   const auto record = session.station.Records().ReadStored(
       record_, time_ ? RecordKind::Time : RecordKind::Spectrum);
   if (!record) return session.Fail(record.Why());

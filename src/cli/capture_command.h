@@ -32,6 +32,7 @@ class CaptureCommand : public Command {
   std::string name_;
   bool withData_ = false;
   bool oldData_ = false;
+  bool fast_ = false;
   NumberChoice numbers_;
   RemarkOptions remarks_;
   std::optional<BandTable> bands_;  // of the sensor, where levels are asked for
@@ -48,6 +49,7 @@ class RecordCommand : public Command {
   CLI::App* word_ = nullptr;
   int record_ = 0;
   bool time_ = false;
+  bool fast_ = false;
   bool withData_ = false;
   NumberChoice numbers_;
   RemarkOptions remarks_;

@@ -26,7 +26,12 @@ Recorder::Recorder(Core& core, UnattendedLoop& loop, StepEnd& end, const Watch& 
       loop_(loop),
       end_(end),
       watch_(watch),
-      log_(core.record, core.seams.files, core.seams.locale, loop, view_) {}
+      fast_(core),
+      log_(core.record, core.seams.files, core.seams.locale, loop, view_) {
+  fast_.OnRefused([this](const FastReadout::Difference& difference) {
+    core_.seams.messages.Show(TextOf(difference));
+  });
+}
 
 Result<RecordSetup> Recorder::Configure(const RecordSetup& change) {
   if (change.mode) gRecCtrl->RecModeCode(*change.mode);
@@ -138,7 +143,7 @@ std::optional<Record> Recorder::ReadOut(RecordKind kind, const RecordOrigin& ori
     read.scaledRange = gRecCtrl->RangeFS();
     read.lsbWeight = LsbWeightOf(read.scaledRange, read.kind);
   };
-  auto record = ReadRecordBuffers(core_.registers, kind,
+  auto record = ReadRecordBuffers(core_.registers, fast_, kind,
                                   {.scale = scale,
                                    .counted = {},
                                    .supply = {},

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "acquisition/fast_readout.h"
 #include "connection/core.h"
 #include "logging/data_log.h"
 #include "record/record.h"
@@ -47,6 +48,9 @@ class Recorder {
   // Record 0..15 of the sensor's flash. The sensor does not tell of which kind it is.
   Result<Record> ReadStored(int number, RecordKind kind);
 
+  // How the points of a record are read. A road that is refused is noted as a message.
+  [[nodiscard]] FastReadout& Fast() { return fast_; }
+
   // g per code of a magnitude or a threshold at the settings that were last read.
   [[nodiscard]] double GPerCode() const;
 
@@ -74,6 +78,7 @@ class Recorder {
   UnattendedLoop& loop_;
   StepEnd& end_;
   const Watch& watch_;
+  FastReadout fast_;
   NoCount view_;
   DataLog log_;
   RecordSetup setup_;

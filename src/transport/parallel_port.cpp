@@ -77,6 +77,27 @@ std::int32_t ParallelPort::LptReadWord(std::int16_t& address) {
   return LptWord;
 }
 
+// Each bit goes out as in LptShiftOut, but for the writes that change nothing, and comes in as in
+// LptReadWord.
+std::int32_t ParallelPort::LptExchange(std::int32_t frame) {
+  if (InterfaceType != kParallelPort) return 0;
+  Out(kDataHigh);
+  Out(kSelected);
+  answered = 0;
+  for (int bit = 15; bit >= 0; --bit) {
+    Out(kClocked);
+    if ((port_.vbInp(StatusAddress()) & kAnswerBit) == 0) answered += 1 << bit;
+    if ((frame >> bit & 1) != 0) {
+      Out(kSelectAndClock);
+      Out(kSelect);
+    }
+    Out(kSelected);
+  }
+  Out(kReleased);
+  delay_.Delay(FrameGapMs());
+  return LptWord;
+}
+
 void ParallelPort::LptPortReset() {
   if (InterfaceType != kParallelPort) return;
   port_.vbOut(StatusAddress(), kAnswerBit);

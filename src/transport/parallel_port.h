@@ -27,6 +27,10 @@ class ParallelPort {
   // Sends the read command of a byte address (masked with 127 in place) and clocks the answer in.
   std::int32_t LptReadWord(std::int16_t& address);
 
+  // Sends one frame and clocks in the word that the sensor shifts out meanwhile: its answer to the
+  // frame before.
+  std::int32_t LptExchange(std::int32_t frame);
+
   // Puts the lines into their idle state.
   void LptPortReset();
 

@@ -32,11 +32,15 @@ void MaskInPlace(std::int16_t& value, std::int16_t mask) {
   value = static_cast<std::int16_t>(value & mask);
 }
 
-std::int32_t WriteFrame(std::int16_t address, std::int32_t data) {
-  return address * 256 + kWriteFrame + data;
+}  // namespace
+
+std::int32_t ReadFrameOf(std::int16_t address) {
+  return address * 256;
 }
 
-}  // namespace
+std::int32_t WriteFrameOf(std::int16_t address, std::int32_t data) {
+  return address * 256 + kWriteFrame + data;
+}
 
 const std::int32_t& RegValue = last.value;
 const float& RegScaled = last.scaled;
@@ -52,6 +56,7 @@ void ResetRegisterAccessState() {
 
 void RegisterAccess::Use(std::int16_t interfaceType) {
   ChooseInterface(interfaceType);
+  ++connections_;
   link_ = &none_;
   if (interfaceType == kUsbAdapter) link_ = &overAdapter_;
   if (interfaceType == kParallelPort) link_ = &overPort_;
@@ -62,15 +67,20 @@ std::optional<Reading> RegisterAccess::Read(std::int16_t row) {
   last.value = 0;
   if (!RegReadable[row]) return std::nullopt;
   auto address = static_cast<std::int16_t>(RegAddr[row]);
-  const Reading reading = DecodeReading(row, ReadRegWord(address));
+  const Reading reading = Keep(row, ReadRegWord(address));
+  delay_.Delay(float{kAccessGapMs});
+  return last_ ? std::optional(reading) : std::nullopt;
+}
+
+Reading RegisterAccess::Keep(std::int16_t row, std::int32_t word) {
+  const Reading reading = DecodeReading(row, word);
   last.highByte = static_cast<std::int16_t>(reading.raw / 256);
   last.lowByte = static_cast<std::int16_t>(reading.raw & kByteMask);
   if (RegKeepBit15[row]) last.bit15 = reading.raw & ~0x7FFF;
   if (RegKeepBit14[row]) last.bit14 = reading.raw & 0x4000;
   last.value = reading.value;
   last.scaled = reading.scaled;
-  delay_.Delay(float{kAccessGapMs});
-  return last_ ? std::optional(reading) : std::nullopt;
+  return reading;
 }
 
 // The order of the bytes matters to the sensor: COMMAND acts on the one byte that is written,
@@ -97,7 +107,7 @@ bool RegisterAccess::Write(std::int16_t row, std::int32_t value) {
 
 bool RegisterAccess::WriteRegByte(std::int16_t& address, std::uint8_t data) {
   MaskInPlace(address, kAddressMask);
-  return Send(std::array{WriteFrame(address, data)});
+  return Send(std::array{WriteFrameOf(address, data)});
 }
 
 bool RegisterAccess::WriteRegBytePair(std::int16_t& address1, std::int16_t& data1,
@@ -106,16 +116,25 @@ bool RegisterAccess::WriteRegBytePair(std::int16_t& address1, std::int16_t& data
   MaskInPlace(address2, kAddressMask);
   MaskInPlace(data1, kByteMask);
   MaskInPlace(data2, kByteMask);
-  return Send(std::array{WriteFrame(address1, data1), WriteFrame(address2, data2)});
+  return Send(std::array{WriteFrameOf(address1, data1), WriteFrameOf(address2, data2)});
 }
 
 std::int32_t RegisterAccess::ReadRegWord(std::int16_t& address) {
   KeepLptWord(0);
   MaskInPlace(address, kAddressMask);
   std::int32_t word = 0;
-  last_ = link_->Ask(address * 256, word);
+  last_ = link_->Ask(ReadFrameOf(address), word);
   KeepLptWord(word);
   return word;
+}
+
+bool RegisterAccess::Exchange(std::span<const std::int32_t> frames,
+                              std::span<std::int32_t> answers) {
+  KeepLptWord(0);
+  last_ = link_->Exchange(frames, answers);
+  if (last_) KeepLptWord(answers.back());
+  delay_.Delay(float{kAccessGapMs});
+  return static_cast<bool>(last_);
 }
 
 bool RegisterAccess::Send(std::span<const std::int32_t> frames) {

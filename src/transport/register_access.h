@@ -26,6 +26,10 @@ extern const std::int32_t& RegBit14;     // raw bit 14, for rows that keep it
 // Back to 0, LptWord included.
 void ResetRegisterAccessState();
 
+// The SPI frames of one access: the read command of a byte address, and a byte written to one.
+[[nodiscard]] std::int32_t ReadFrameOf(std::int16_t address);
+[[nodiscard]] std::int32_t WriteFrameOf(std::int16_t address, std::int32_t data);
+
 // The only way to the sensor: 16-bit registers, read and written in SPI frames over the link of the
 // interface that is in use; without one reads give 0 and writes do nothing. Operations are complete
 // when they return, and must not be nested.
@@ -46,6 +50,9 @@ class RegisterAccess {
   // Whether the sensor can be reached through the interface that is selected, as far as that is
   // known without asking it: an adapter that answered last, a port that is held.
   [[nodiscard]] bool Reachable() { return static_cast<bool>(link_->Ready()); }
+
+  // How often an interface was taken so far: after each time the sensor may be another one.
+  [[nodiscard]] int Connections() const { return connections_; }
 
   // How the last operation went.
   [[nodiscard]] const Outcome& LastOutcome() const { return last_; }
@@ -74,6 +81,27 @@ class RegisterAccess {
   // The raw 16-bit word at a byte address, which is masked with 127 in place.
   std::int32_t ReadRegWord(std::int16_t& address);
 
+  // Sends 1 to 16 frames as one block; `answers`, of the same size, gets the word that came in
+  // during each. Returns whether the sensor was reached.
+  bool Exchange(std::span<const std::int32_t> frames, std::span<std::int32_t> answers);
+
+  // The word of a row's register that came with Exchange, decoded and left in the Reg... variables
+  // as Read does.
+  Reading Keep(std::int16_t row, std::int32_t word);
+
+  // While one stands, the interface keeps open what it would open for each operation: a board is
+  // opened at the first and closed at the end, or when it fails.
+  class HeldOpen {
+   public:
+    explicit HeldOpen(RegisterAccess& registers) : link_(*registers.link_) { link_.Hold(); }
+    ~HeldOpen() { link_.Release(); }
+    HeldOpen(const HeldOpen&) = delete;
+    HeldOpen& operator=(const HeldOpen&) = delete;
+
+   private:
+    SpiLink& link_;
+  };
+
  private:
   bool Send(std::span<const std::int32_t> frames);
 
@@ -83,6 +111,7 @@ class RegisterAccess {
   SpiLink* link_ = &none_;
   SoftwareDelay& delay_;
   Outcome last_;
+  int connections_ = 0;
 };
 
 }  // namespace kestrel

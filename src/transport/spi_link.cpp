@@ -27,6 +27,11 @@ Outcome NoLink::Ask(std::int32_t /*readFrame*/, std::int32_t& answer) {
   return Ready();
 }
 
+Outcome NoLink::Exchange(std::span<const std::int32_t> /*frames*/,
+                         std::span<std::int32_t> /*answers*/) {
+  return Ready();
+}
+
 Outcome AdapterLink::Ready() {
   if (UsbPresent) return {};
   return UsbAdapter::Absent();
@@ -44,6 +49,17 @@ Outcome AdapterLink::Ask(std::int32_t readFrame, std::int32_t& answer) {
   return outcome;
 }
 
+Outcome AdapterLink::Exchange(std::span<const std::int32_t> frames,
+                              std::span<std::int32_t> answers) {
+  Outcome outcome = Send(frames);
+  int number = 0;
+  for (std::int32_t& answer : answers) {
+    ++number;
+    if (outcome) answer = SpiRx(number);
+  }
+  return outcome;
+}
+
 Outcome PortLink::Ready() {
   if (port_.IsHeld()) return {};
   return Error{"The parallel port is not held.", "parallel port " + Hex(PortAddress),
@@ -58,6 +74,12 @@ Outcome PortLink::Send(std::span<const std::int32_t> frames) {
 Outcome PortLink::Ask(std::int32_t readFrame, std::int32_t& answer) {
   auto address = static_cast<std::int16_t>(readFrame / 256);
   answer = port_.LptReadWord(address);
+  return Ready();
+}
+
+Outcome PortLink::Exchange(std::span<const std::int32_t> frames, std::span<std::int32_t> answers) {
+  if (Outcome ready = Ready(); !ready) return ready;
+  for (std::size_t i = 0; i < frames.size(); ++i) answers[i] = port_.LptExchange(frames[i]);
   return Ready();
 }
 

@@ -25,6 +25,15 @@ class SpiLink {
   // Sends a read command and leaves the sensor's answer to it in `answer`; that of an earlier
   // transfer where it fails.
   virtual Outcome Ask(std::int32_t readFrame, std::int32_t& answer) = 0;
+
+  // Sends 1 to 16 frames as one block. `answers`, of the same size, gets the word that came in
+  // during each: the sensor's answer to the frame before. Where it fails they are left as they are.
+  virtual Outcome Exchange(std::span<const std::int32_t> frames,
+                           std::span<std::int32_t> answers) = 0;
+
+  // From Hold to Release the way is not opened anew for each operation, where it would be.
+  virtual void Hold() {}
+  virtual void Release() {}
 };
 
 // While no interface is selected: nothing is sent, and answers are 0.
@@ -33,6 +42,7 @@ class NoLink : public SpiLink {
   [[nodiscard]] Outcome Ready() override;
   Outcome Send(std::span<const std::int32_t> frames) override;
   Outcome Ask(std::int32_t readFrame, std::int32_t& answer) override;
+  Outcome Exchange(std::span<const std::int32_t> frames, std::span<std::int32_t> answers) override;
 };
 
 // One transfer an operation. The read command goes out twice: the sensor answers in the second
@@ -43,6 +53,9 @@ class AdapterLink : public SpiLink {
   [[nodiscard]] Outcome Ready() override;
   Outcome Send(std::span<const std::int32_t> frames) override;
   Outcome Ask(std::int32_t readFrame, std::int32_t& answer) override;
+  Outcome Exchange(std::span<const std::int32_t> frames, std::span<std::int32_t> answers) override;
+  void Hold() override { usb_.Hold(); }
+  void Release() override { usb_.Release(); }
 
  private:
   UsbAdapter& usb_;
@@ -55,6 +68,7 @@ class PortLink : public SpiLink {
   [[nodiscard]] Outcome Ready() override;
   Outcome Send(std::span<const std::int32_t> frames) override;
   Outcome Ask(std::int32_t readFrame, std::int32_t& answer) override;
+  Outcome Exchange(std::span<const std::int32_t> frames, std::span<std::int32_t> answers) override;
 
  private:
   ParallelPort& port_;

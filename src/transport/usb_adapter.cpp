@@ -99,7 +99,24 @@ UsbDriver::Handle UsbAdapter::OpenDevice(const std::string& name) {
   return handle >= 1 ? handle : -static_cast<UsbDriver::Handle>(driver_.LastError());
 }
 
+void UsbAdapter::Hold() {
+  holds_ = true;
+}
+
+void UsbAdapter::Release() {
+  holds_ = false;
+  held_.reset();
+}
+
+std::shared_ptr<const UsbAdapter::OpenedDevice> UsbAdapter::Open() {
+  if (held_) return held_;
+  auto opened = std::make_shared<const OpenedDevice>(*this, SelectedAdapter.deviceName);
+  if (holds_) held_ = opened;
+  return opened;
+}
+
 void UsbAdapter::FindAdapters() {
+  Release();
   state.count = 0;
   state.records = {};
   state.findings = {};
@@ -141,6 +158,7 @@ void UsbAdapter::SelectUsbAdapter() {
 }
 
 void UsbAdapter::SelectAdapter(int number) {
+  Release();
   state.selected = AdapterRecords.at(static_cast<std::size_t>(number));
   state.selectedNumber = static_cast<std::int16_t>(number);
   state.present = true;
@@ -187,7 +205,7 @@ Outcome UsbAdapter::UsbSetSpiBits(std::uint8_t value) {
 }
 
 Outcome UsbAdapter::SendSetting(std::uint8_t command, std::uint8_t value) {
-  const char* failure = Set(OpenedDevice(*this, SelectedAdapter.deviceName), command, value);
+  const char* failure = Set(*Open(), command, value);
   if (failure != nullptr) return Fail(failure);
   return {};
 }
@@ -224,7 +242,7 @@ std::optional<std::array<std::uint8_t, 2>> UsbAdapter::UsbReadSettings() {
   if (!UsbPresent) return std::nullopt;
   std::array<std::uint8_t, 2> answer{};
   std::array<std::uint8_t, 1> block{kCommandReadSettings};
-  const char* failure = Exchange(OpenedDevice(*this, SelectedAdapter.deviceName), block, answer);
+  const char* failure = Exchange(*Open(), block, answer);
   if (failure == nullptr) return answer;
   Fail(failure);
   return std::nullopt;
@@ -238,11 +256,11 @@ Outcome UsbAdapter::UsbSpiTransfer(int n) {
   const char* failure = nullptr;
   std::vector<std::uint8_t> answer(2 * static_cast<std::size_t>(n));
   {
-    const OpenedDevice device(*this, SelectedAdapter.deviceName);
+    const auto device = Open();
     std::vector<std::uint8_t> block = TransferBlock(
         UsbCsPerWord ? kCommandTransferPerWord : kCommandTransfer, UsbSpiDelay, SpiTx, n);
-    failure = SetAgainAfterPowerLoss(device);
-    if (failure == nullptr) failure = Exchange(device, block, answer);
+    failure = SetAgainAfterPowerLoss(*device);
+    if (failure == nullptr) failure = Exchange(*device, block, answer);
   }
   if (failure != nullptr) return Fail(failure);
   for (int i = 1; i <= n; ++i) {
@@ -275,6 +293,7 @@ void UsbAdapter::Lose() {
 
 // Presence falls before the box shows: handlers that run meanwhile must not reach the board.
 Error UsbAdapter::Fail(const char* text) {
+  Release();
   Lose();
   Error error{text, SelectedAdapter.deviceName, kCure};
   messages_.Show(text);

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -62,9 +63,9 @@ void ResetAdapterState();
 void ResetAdapterSettings();
 
 // The USB-to-SPI adapter: command blocks to the board's firmware on pipe 0, answers on pipe 1.
-// Every operation opens the board and closes it again. A failed request shows one message, returns
-// it as an error, clears UsbPresent and ends the endless transfer loop; nothing is sent while
-// UsbPresent is false.
+// Every operation opens the board and closes it again, but between Hold and Release. A failed
+// request shows one message, returns it as an error, clears UsbPresent and ends the endless
+// transfer loop; nothing is sent while UsbPresent is false.
 class UsbAdapter {
  public:
   UsbAdapter(UsbDriver& driver, Messages& messages) : driver_(driver), messages_(messages) {}
@@ -106,6 +107,11 @@ class UsbAdapter {
   // them again first.
   Outcome UsbSpiTransfer(int n);
 
+  // From Hold on the selected board stays open after the first operation that opens it: until
+  // Release, a failure, or the search or choice of another.
+  void Hold();
+  void Release();
+
   // Looks whether the selected board is still attached; it is not touched. A board that is gone
   // counts as lost, without a message; returns whether it has just been found lost.
   [[nodiscard]] bool FindLost();
@@ -122,6 +128,8 @@ class UsbAdapter {
  private:
   class OpenedDevice;
 
+  // The selected board, open: for as long as this is kept, or longer.
+  [[nodiscard]] std::shared_ptr<const OpenedDevice> Open();
   [[nodiscard]] std::string ReadBoardType(UsbDriver::Handle device, NameFinding& finding);
   [[nodiscard]] std::string ReadStringDescriptor(UsbDriver::Handle device, std::uint8_t index);
   [[nodiscard]] bool ReadFirmwareVersion(UsbDriver::Handle device, float& version);
@@ -138,6 +146,8 @@ class UsbAdapter {
 
   UsbDriver& driver_;
   Messages& messages_;
+  bool holds_ = false;
+  std::shared_ptr<const OpenedDevice> held_;
   // The pluggings-in of the selected board for which its settings hold; 0 for none.
   std::uint32_t bitsSetFor_ = 0;
   std::uint32_t setupSetFor_ = 0;

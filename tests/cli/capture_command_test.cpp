@@ -35,6 +35,27 @@ TEST_F(Capture, TakesTheSettingsGivenAndReportsEveryPointOnRequest) {
   EXPECT_EQ(json["axes"]["Z"]["data_g"].size(), 512U);
 }
 
+TEST_F(Capture, InBlocksItReportsTheSameStoredRecord) {
+  SimulatedHardware hardware{clock};
+  driver = &hardware.Adapter();
+  for (const char* mode : {"manual", "time"}) {
+    ASSERT_EQ(Run({"registers", "write", "REC_CTRL", "0x1038"}), ExitCode::Success);
+    ASSERT_EQ(Run({"capture", "--mode", mode, "--averages", "1", "--fast"}), ExitCode::Success)
+        << error.str();
+    EXPECT_EQ(error.str(), "");
+  }
+  for (const std::vector<std::string>& record :
+       {std::vector<std::string>{"--json", "record", "0"}, {"--json", "record", "1", "--time"}}) {
+    ASSERT_EQ(Run(record), ExitCode::Success) << error.str();
+    const Json singly = Json::parse(out.str());
+    auto fast = record;
+    fast.emplace_back("--fast");
+    ASSERT_EQ(Run(fast), ExitCode::Success) << error.str();
+    EXPECT_EQ(error.str(), "");
+    EXPECT_EQ(Json::parse(out.str())["axes"], singly["axes"]);
+  }
+}
+
 TEST_F(Capture, WritesANumberedFileOfEachAndNeverOverAnEarlierOne) {
   files.contents["/data/pump_6.csv"] = "earlier";
   EXPECT_EQ(

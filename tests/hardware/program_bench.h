@@ -57,6 +57,13 @@ class Program {
     InitInterface(core);
   }
   void Capture() { desk_.cycle.cmdStart_Click(); }
+  // Reads what is in the sensor's buffers, and nothing else.
+  bool ReadOut(RecordKind kind) {
+    desk_.readout.Expect(kind);
+    readoutView_.autoPlot = false;
+    return desk_.readout.ReadCaptureBuffer();
+  }
+  FastReadout& Fast() { return desk_.readout.Fast(); }
   [[nodiscard]] bool Idle() const {
     return views_.caption == "Start" && !desk_.cycle.Running() && !desk_.readout.Busy();
   }

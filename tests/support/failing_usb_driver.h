@@ -64,6 +64,10 @@ class FailingUsbDriver : public UsbDriver {
   void OnBlock(std::function<void(std::span<const std::uint8_t>)> watch) {
     onBlock_ = std::move(watch);
   }
+  // What the board makes of every answer of its before it sends it.
+  void OnAnswer(std::function<void(std::span<std::uint8_t>)> spoil) {
+    onAnswer_ = std::move(spoil);
+  }
   [[nodiscard]] int Requests() const { return requests_; }
 
   [[nodiscard]] Handle CreateFile(const std::string& path, std::uint32_t access,
@@ -82,7 +86,11 @@ class FailingUsbDriver : public UsbDriver {
     if (Fails()) return false;
     const UsbRequest kind = KindOf(code, input);
     if (onBlock_ && kind == UsbRequest::Send) onBlock_(output);
-    if (!HasFault(kind)) return inner_.DeviceIoControl(device, code, input, output, returned);
+    if (!HasFault(kind)) {
+      const bool good = inner_.DeviceIoControl(device, code, input, output, returned);
+      if (good && onAnswer_ && kind == UsbRequest::Receive) onAnswer_(output);
+      return good;
+    }
     Meet(kind);
     const bool served =
         fault_ != UsbFault::Absent && inner_.DeviceIoControl(device, code, input, output, returned);
@@ -145,6 +153,7 @@ class FailingUsbDriver : public UsbDriver {
 
   UsbDriver& inner_;
   std::function<void(std::span<const std::uint8_t>)> onBlock_;
+  std::function<void(std::span<std::uint8_t>)> onAnswer_;
   std::function<void()> incident_;
   UsbFault fault_ = UsbFault::Absent;
   UsbRequest met_ = UsbRequest::None;

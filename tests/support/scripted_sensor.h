@@ -60,6 +60,9 @@ class ScriptedSensor : public UsbDriver {
   // The k-th answer of the board from now on comes one byte short.
   void AnswerShort(int k) { shortAnswer_ = answersGiven_ + k; }
 
+  // What the board makes of the words that came in during a block's frames; none: it hands them on.
+  void OnBlock(std::function<void(std::vector<int>& words)> spoil) { onBlock_ = std::move(spoil); }
+
   [[nodiscard]] int Requests() const { return requests_; }
   [[nodiscard]] int Opened() const { return opened_; }
   [[nodiscard]] const std::vector<Transfer>& Transfers() const { return transfers_; }
@@ -182,10 +185,9 @@ class ScriptedSensor : public UsbDriver {
     EXPECT_EQ(block[1], 1) << "delay code";
     ASSERT_EQ(block.size(), kSpiHead + 2U * block[2]);
     Transfer transfer{clock_.Monotonic(), {}};
+    std::vector<int> words;
     for (std::size_t at = kSpiHead; at < block.size(); at += 2) {
-      const int answer = ClockIn(!transfer.frames.empty());
-      answer_.push_back(static_cast<std::uint8_t>(answer >> 8));
-      answer_.push_back(static_cast<std::uint8_t>(answer & 0xFF));
+      words.push_back(ClockIn(!transfer.frames.empty()));
       lastFrame_ = block[at] * 256 + block[at + 1];
       transfer.frames.push_back(lastFrame_);
       if ((lastFrame_ & kWriteBit) != 0) {
@@ -193,6 +195,11 @@ class ScriptedSensor : public UsbDriver {
       }
     }
     transfers_.push_back(transfer);
+    if (onBlock_) onBlock_(words);
+    for (const int word : words) {
+      answer_.push_back(static_cast<std::uint8_t>(word >> 8));
+      answer_.push_back(static_cast<std::uint8_t>(word & 0xFF));
+    }
   }
 
   // The answer to the frame before this one. Within one transfer it counts as a read.
@@ -221,6 +228,7 @@ class ScriptedSensor : public UsbDriver {
   std::map<int, int> reads_;
   std::map<std::pair<int, int>, int> atRead_;
   std::map<int, std::function<int()>> onRead_;
+  std::function<void(std::vector<int>&)> onBlock_;
   std::vector<Transfer> transfers_;
   std::vector<std::uint8_t> answer_;
   int lastFrame_ = kWriteBit;

@@ -39,6 +39,26 @@ TEST_F(ParallelPortTest, BitsPast15AreNotSent) {
   EXPECT_EQ(FrameOnPins(pins_.Log()), 0x1C00);
 }
 
+TEST_F(ParallelPortTest, AnExchangeSendsAFrameAndClocksAWordInMeanwhile) {
+  pins_.Answer(0xA5C3);
+  EXPECT_EQ(port_.LptExchange(0x9001), 0xA5C3);
+  EXPECT_EQ(LptWord, 0xA5C3);
+  EXPECT_THAT(pins_.Log(), ElementsAreArray(Pins("4 5 "
+                                                 "7 in 3 1 5  7 in 5  7 in 5  7 in 3 1 5 "  // 9
+                                                 "7 in 5  7 in 5  7 in 5  7 in 5 "          // 0
+                                                 "7 in 5  7 in 5  7 in 5  7 in 5 "          // 0
+                                                 "7 in 5  7 in 5  7 in 5  7 in 3 1 5 "      // 1
+                                                 "0 wait 100")));
+}
+
+TEST_F(ParallelPortTest, EveryExchangedFrameIsSeenAsItWasSent) {
+  for (int frame = 0; frame <= 0xFFFF; frame += 251) {
+    pins_.ClearLog();
+    port_.LptExchange(frame);
+    ASSERT_EQ(FrameOnPins(pins_.Log()), frame);
+  }
+}
+
 TEST_F(ParallelPortTest, ReadSendsTheCommandThenClocksTheAnswerIn) {
   pins_.Answer(0xA5C3);
   std::int16_t address = 0x1C;

@@ -71,6 +71,26 @@ TEST_F(RegistersOverPort, ReadIsACommandAndAFrameThatChangesNothing) {
   EXPECT_EQ(clock_.Waits().size(), 3U);
 }
 
+TEST_F(RegistersOverPort, ABlockIsOneFrameAfterTheOtherEachWithItsAnswer) {
+  pins_.Answer(0x1234);
+  std::array<std::int32_t, 3> answers{};
+  EXPECT_TRUE(registers_.Exchange(std::array{0x9001, 0x1400, 0x1600}, answers));
+  EXPECT_THAT(Frames(), ElementsAre(0x9001, 0x1400, 0x1600));
+  EXPECT_THAT(answers, ElementsAre(0x1234, 0x1234, 0x1234));
+  EXPECT_EQ(LptWord, 0x1234);
+  EXPECT_EQ(clock_.Waits().size(), 4U);
+}
+
+TEST_F(RegistersOverPort, ABlockOverAPortThatIsNotHeldFailsAndTouchesNoPin) {
+  pins_.held = false;
+  std::array<std::int32_t, 1> answers{77};
+  EXPECT_FALSE(registers_.Exchange(std::array{0x1400}, answers));
+  EXPECT_EQ(answers[0], 77);
+  EXPECT_EQ(registers_.LastOutcome().Why().what, "The parallel port is not held.");
+  EXPECT_THAT(Frames(), IsEmpty());
+  EXPECT_EQ(pins_.Log().size(), 1U) << "but the wait";
+}
+
 TEST_F(RegistersOverPort, UnreadableRowLeavesThePinsAlone) {
   registers_.ReadReg(row::SCRATCH_B);
   EXPECT_THAT(pins_.Log(), IsEmpty());

@@ -34,13 +34,13 @@ _kestrel_cli() {
     *)
       case $command:$action in
         :) words="$global $commands" ;;
-        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --peaks --levels --quantity --amplitude $remarks --help" ;;
+        capture:) words="--mode --averages --range --option --window --count --interval --out --name --old-data --data --fast --peaks --levels --quantity --amplitude $remarks --help" ;;
         registers:) words="list read write dump" ;;
         registers:dump) words="--out" ;;
         bands:) words="read write clear load save" ;;
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
-        record:) words="--time --data --peaks --levels --quantity --amplitude $remarks --help" ;;
+        record:) words="--time --data --fast --peaks --levels --quantity --amplitude $remarks --help" ;;
         archive:) words="list show note delete check rescue export import" ;;
         archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --limit --help" ;;
         archive:show) words="--data --help" ;;

@@ -67,6 +67,7 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
       commands_({core, edge_, desk_, windows_, *menu_, *this, std::move(simulator),
                  [this] { return IsIdle(); },
                  [this](std::int16_t product) { SetProductNumber(product); }}),
+      fastReadout_(desk_.readout.Fast(), *menu_->mnuFastReadout, *strip_, edge_),
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
       keeper_(core.record, archive),
       archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
@@ -256,6 +257,7 @@ void frm1::SetCommInterfaceIndicators() {
   lblInterface_->setToolTip(QString::fromStdString(text.line + "\n" + text.detail).trimmed());
   menu_->mnuParallel->setChecked(InterfaceType == kParallelPort);
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
+  fastReadout_.Refresh();
   menu_->ShowDebug(commands_.SensorIsSimulated());
   freshness_.Refresh();
   ShowRecordLine();

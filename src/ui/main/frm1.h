@@ -34,6 +34,7 @@
 #include "ui/plot/plot_panel.h"
 #include "ui/plot/plot_pointer.h"
 #include "ui/plot/record_caption.h"
+#include "ui/readout/fast_readout_part.h"
 
 namespace kestrel {
 
@@ -110,6 +111,7 @@ class frm1 : public QMainWindow {
   Freshness freshness_;
   RecordCures cures_;
   MenuCommands commands_;
+  FastReadoutPart fastReadout_;
   RepeatPart repeat_;
   RecordKeeper keeper_;
   ArchivePart archive_;

@@ -34,6 +34,9 @@ MainMenu::MainMenu(QMainWindow& window) : QObject(&window) {
   mnuParallel->setCheckable(true);
   interfaces->addSeparator();
   mnuSimulated = Add(interfaces, "mnuSimulated", tr("&Simulated sensor"));
+  interfaces->addSeparator();
+  mnuFastReadout = Add(interfaces, "mnuFastReadout", tr("&Fast read-out"));
+  mnuFastReadout->setCheckable(true);
 
   QMenu* sensor = window.menuBar()->addMenu(tr("&Sensor"));
   mnuCommand = Add(sensor, "mnuCommand", tr("Global &commands..."));

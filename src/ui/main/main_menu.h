@@ -18,6 +18,7 @@ class MainMenu : public QObject {
   QAction* mnuParallel;
   QAction* mnuUsb;
   QAction* mnuSimulated;
+  QAction* mnuFastReadout;
   QAction* mnuCommand;
   QAction* mnuRecInfo;
   QAction* mnuAlarmCtrl;
