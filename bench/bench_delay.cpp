@@ -1,9 +1,14 @@
 // How late a wait returns, and what a long one costs.
 // SPDX-License-Identifier: MIT
-// How late WaitUntil returns, and what a long wait costs. Run it idle, then beside busy processes.
+// How late WaitUntil returns, what a long wait costs, and what the waits of a read-out come to
+// beside busy processes, which it starts itself.
+
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <ctime>
 #include <functional>
@@ -83,6 +88,68 @@ void PrintShortWait(kestrel::Clock& clock) {
                   .kept = ours <= kPromisedUs});
 }
 
+// A process for each processor that does nothing but count.
+class BusyProcessors {
+ public:
+  BusyProcessors() {
+    for (unsigned i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i) {
+      const pid_t child = fork();
+      if (child == 0) {
+        for (volatile unsigned count = 0;; count = count + 1) {
+        }
+      }
+      if (child > 0) children_.push_back(child);
+    }
+  }
+  ~BusyProcessors() {
+    for (const pid_t child : children_) {
+      kill(child, SIGKILL);
+      waitpid(child, nullptr, 0);
+    }
+  }
+  BusyProcessors(const BusyProcessors&) = delete;
+  BusyProcessors& operator=(const BusyProcessors&) = delete;
+
+ private:
+  std::vector<pid_t> children_;
+};
+
+// The waits of an ordinary read-out of 3 x 256 points, as a multiple of what was asked for.
+double WaitsOfAReadout(kestrel::Clock& clock, const std::function<void(nanoseconds)>& waitUntil) {
+  constexpr int kWaits = 2 * 3 * 256;
+  constexpr nanoseconds kWait = std::chrono::microseconds{100};
+  const nanoseconds start = clock.Monotonic();
+  for (int i = 0; i < kWaits; ++i) waitUntil(clock.Monotonic() + kWait);
+  return Seconds(clock.Monotonic() - start) / (kWaits * Seconds(kWait));
+}
+
+// By turns with waits of which 80 us are always watched.
+void PrintWaitsUnderLoad(kestrel::Clock& clock) {
+  constexpr int kRounds = 5;
+  constexpr nanoseconds kAlwaysWatched = std::chrono::microseconds{80};
+  constexpr double kPromised = 1.5;
+  const BusyProcessors busy;
+  Lateness ours;
+  Lateness watching;
+  for (int round = 0; round < kRounds; ++round) {
+    ours.push_back(WaitsOfAReadout(clock, [&](nanoseconds end) { clock.WaitUntil(end); }));
+    watching.push_back(WaitsOfAReadout(clock, [&](nanoseconds end) {
+      using std::chrono::steady_clock;
+      std::this_thread::sleep_until(steady_clock::time_point(end - kAlwaysWatched));
+      while (clock.Monotonic() < end) {
+      }
+    }));
+  }
+  std::sort(ours.begin(), ours.end());
+  std::sort(watching.begin(), watching.end());
+  kestrel::Print({.name = "waits of a read-out, all processors busy",
+                  .measured = Amount(At(ours, 0.5), 2, "x their floor"),
+                  .peer = "always watching 80 us: " + Amount(At(watching, 0.5), 2, "x"),
+                  .ratio = At(ours, 0.5) / At(watching, 0.5),
+                  .promise = "at most 1.5 x their floor",
+                  .kept = At(ours, 0.5) <= kPromised});
+}
+
 }  // namespace
 
 int main() {
@@ -92,4 +159,5 @@ int main() {
   PrintLateness(clock, std::chrono::milliseconds{5}, 400);
   PrintLateness(clock, std::chrono::milliseconds{50}, 60);
   for (const int ms : {5, 50, 500}) PrintCost(clock, std::chrono::milliseconds{ms});
+  PrintWaitsUnderLoad(clock);
 }

@@ -10,8 +10,6 @@
 namespace kestrel {
 namespace {
 
-// Covers the time a sleeping thread takes to come back; see bench/bench_delay.cpp.
-constexpr std::chrono::microseconds kWatched{80};
 constexpr unsigned long kTimerSlackNs = 1;  // by default the system lets timers be 50 us late
 
 std::chrono::nanoseconds Now() {
@@ -54,7 +52,11 @@ std::chrono::nanoseconds SystemClock::Monotonic() {
 }
 
 void SystemClock::WaitUntil(std::chrono::nanoseconds deadline) {
-  if (deadline - Now() > kWatched) SleepUntil(deadline - kWatched);
+  const std::chrono::nanoseconds back = deadline - margin_.Watched();
+  if (back > Now()) {
+    SleepUntil(back);
+    margin_.Note(Now() - back);
+  }
   while (Now() < deadline) {
   }
 }
