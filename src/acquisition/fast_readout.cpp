@@ -115,9 +115,8 @@ bool FastReadout::ReadAgain(Record& record, const ReadoutSteps& steps,
 
 std::string TextOf(const FastReadout::Difference& difference) {
   return std::string("The fast read-out is switched off for ") + difference.road + ": point " +
-         std::to_string(difference.place.point) + " of axis " +
-         Letter(difference.place.axis) + " came as " +
-         std::to_string(difference.inBlock) + " in a block and as " +
+         std::to_string(difference.place.point) + " of axis " + Letter(difference.place.axis) +
+         " came as " + std::to_string(difference.inBlock) + " in a block and as " +
          std::to_string(difference.single) +
          " by itself. The record was read again in the ordinary way.";
 }

@@ -19,19 +19,46 @@ void TurnLongAnswers(std::span<std::uint8_t> answer) {
   if (answer.size() > 4) std::ranges::reverse(answer);
 }
 
+// Counts the frames on a port's pins: how often the sensor is selected.
+class CountingPort : public PortIo {
+ public:
+  explicit CountingPort(PortIo& port) : port_(port) {}
+  void giveio() override { port_.giveio(); }
+  [[nodiscard]] bool IsHeld(std::int16_t base) override { return held && port_.IsHeld(base); }
+  void vbOut(std::int16_t port, std::int16_t value) override {
+    const bool selects = (value & 1) != 0;
+    if (selects && !selected_ && ++frames == loseAt) held = false;
+    selected_ = selects;
+    if (held) port_.vbOut(port, value);
+  }
+  [[nodiscard]] std::int16_t vbInp(std::int16_t port) override {
+    return held ? port_.vbInp(port) : std::int16_t{0xFF};
+  }
+
+  int frames = 0;
+  int loseAt = 0;  // the frame during which the port is lost; 0 for none
+  bool held = true;
+
+ private:
+  PortIo& port_;
+  bool selected_ = false;
+};
+
 class FastRecord : public StationBench {
  protected:
   std::unique_ptr<Station> StationOver(const Connection& connection) {
-    auto station = std::make_unique<Station>(
-        StationSite{.clock = clock,
-                    .files = files,
-                    .locale = locale,
-                    .hardware = {&usb, &hardware.Port(), &hardware.Service()},
-                    .watch = {}},
-        connection);
+    auto station =
+        std::make_unique<Station>(StationSite{.clock = clock,
+                                              .files = files,
+                                              .locale = locale,
+                                              .hardware = {&usb, &port, &hardware.Service()},
+                                              .watch = {}},
+                                  connection);
     EXPECT_TRUE(station->Connect());
     return station;
   }
+
+  CountingPort port{hardware.Port()};
 
   static void Configure(Station& station, RecordKind kind) {
     RecordSetup change;
@@ -87,6 +114,54 @@ TEST_F(FastRecord, RandomWordsComeOverTheParallelPortAsTheyDoSingly) {
   Connection connection;
   connection.parallelAddress = SimulatedPort::kFirstPort;
   ExpectTheSameRecords(*StationOver(connection));
+}
+
+TEST_F(FastRecord, OverTheParallelPortARecordTakesFewerFrames) {
+  constexpr double kFewer = 2.4;
+  Connection connection;
+  connection.parallelAddress = SimulatedPort::kFirstPort;
+  const auto station = StationOver(connection);
+  for (const RecordKind kind : {RecordKind::Spectrum, RecordKind::Time}) {
+    Configure(*station, kind);
+    ASSERT_TRUE(station->Records().Capture());
+    const auto framesOf = [&] {
+      const int before = port.frames;
+      EXPECT_TRUE(station->Records().Capture());
+      return port.frames - before;
+    };
+    station->Records().Fast().Choose(false);
+    const int singly = framesOf();
+    station->Records().Fast().Choose(true);
+    framesOf();
+    const int inBlocks = framesOf();
+    EXPECT_GE(singly, kFewer * inBlocks) << singly << " and " << inBlocks;
+    EXPECT_TRUE(station->Records().Fast().InUse());
+  }
+}
+
+TEST_F(FastRecord, APortLostAtAnyFrameLeavesTheEarlierRecord) {
+  Connection connection;
+  connection.parallelAddress = SimulatedPort::kFirstPort;
+  const auto station = StationOver(connection);
+  Configure(*station, RecordKind::Spectrum);
+  station->Records().Fast().Choose(true);
+  ASSERT_TRUE(station->Records().Capture());
+  const Record earlier = station->Road().record.Get();
+  bool through = false;
+  for (int frame = 1; !through; frame += 7) {
+    SCOPED_TRACE(frame);
+    port.loseAt = port.frames + frame;
+    const auto captured = station->Records().Capture();
+    through = static_cast<bool>(captured);
+    if (through) break;
+    ASSERT_EQ(captured.Why().kind, FailureKind::NoSensor);
+    ASSERT_EQ(station->Road().record.Get(), earlier);
+    port.held = true;
+    port.loseAt = 0;
+    ASSERT_TRUE(station->Connect());
+    ASSERT_LT(frame, 5000);
+  }
+  EXPECT_THAT(station->Records().Fast().Refused(), IsEmpty());
 }
 
 TEST_F(FastRecord, ACaptureTakesAFewRequestsWhereItIsChosen) {
