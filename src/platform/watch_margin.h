@@ -24,10 +24,10 @@ class WatchMargin {
   }
 
  private:
-  static constexpr std::chrono::microseconds kLeast{10};
-  static constexpr std::chrono::microseconds kMost{80};  // of an idle computer that wakes up first
-  static constexpr std::chrono::microseconds kReserve{5};
-  static constexpr std::chrono::microseconds kKeptOut{500};
+  static constexpr std::chrono::nanoseconds kLeast{10'000};
+  static constexpr std::chrono::nanoseconds kMost{80'000};  // of an idle computer that wakes up first
+  static constexpr std::chrono::nanoseconds kReserve{5'000};
+  static constexpr std::chrono::nanoseconds kKeptOut{500'000};
   static constexpr int kSlowness = 16;
 
   std::chrono::nanoseconds watched_ = kMost;
