@@ -95,8 +95,7 @@ class BusyProcessors {
     for (unsigned i = 0; i < std::max(1U, std::thread::hardware_concurrency()); ++i) {
       const pid_t child = fork();
       if (child == 0) {
-        for (volatile unsigned count = 0;; count = count + 1) {
-        }
+        for (;;) asm volatile("");
       }
       if (child > 0) children_.push_back(child);
     }

@@ -22,6 +22,7 @@
 #include "regmap/register_table.h"
 #include "simulator/simulated_driver_service.h"
 #include "simulator/simulated_port.h"
+#include "station/unattended_loop.h"
 #include "support/absent_hardware.h"
 #include "support/fixed_locale.h"
 #include "support/given.h"
@@ -30,7 +31,6 @@
 #include "support/recording_messages.h"
 #include "support/recording_pointer.h"
 #include "support/reset_program.h"
-#include "support/scripted_loop.h"
 
 namespace kestrel {
 namespace {
@@ -87,8 +87,7 @@ class Bench {
 
  private:
   SystemClock clock_;
-  FakeClock loopClock_;
-  ScriptedLoop loop_{loopClock_};
+  UnattendedLoop loop_{clock_, [] { return false; }};
   RecordingPointer pointer_;
   RecordingMessages messages_;
   MemoryFiles files_;

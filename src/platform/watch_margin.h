@@ -25,7 +25,7 @@ class WatchMargin {
 
  private:
   static constexpr std::chrono::nanoseconds kLeast{10'000};
-  static constexpr std::chrono::nanoseconds kMost{80'000};  // of an idle computer that wakes up first
+  static constexpr std::chrono::nanoseconds kMost{80'000};  // of an idle computer
   static constexpr std::chrono::nanoseconds kReserve{5'000};
   static constexpr std::chrono::nanoseconds kKeptOut{500'000};
   static constexpr int kSlowness = 16;
