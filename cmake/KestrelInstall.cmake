@@ -13,7 +13,9 @@ install(FILES ${linux}/io.kestrel.evaluation.desktop DESTINATION ${CMAKE_INSTALL
 install(FILES ${linux}/io.kestrel.evaluation.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 install(FILES ${linux}/kestrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 install(FILES ${linux}/70-kestrel.rules DESTINATION lib/udev/rules.d)
-install(FILES ${linux}/copyright DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestrel)
+install(FILES ${linux}/service/kestrel-monitor@.service DESTINATION lib/systemd/system)
+install(FILES ${linux}/copyright ${PROJECT_SOURCE_DIR}/docs/afar.md
+  DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestrel)
 # Not with the documents, which some systems leave out: the program opens it.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/guide DESTINATION ${CMAKE_INSTALL_DATADIR}/kestrel)
 foreach(program kestrel kestrel-cli)
@@ -71,6 +73,11 @@ sensor, plots them, compares them with alarm bands, edits every register and
 logs captures to files. A simulated sensor is built in.")
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The account of the monitor's service.
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_DEPENDS "adduser")
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONTROL_EXTRA
+  ${linux}/service/postinst ${linux}/service/prerm ${linux}/service/postrm)
+set(CPACK_DEBIAN_PROGRAM_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PROGRAM_PACKAGE_RECOMMENDS "libqt6svg6, fonts-dejavu-core")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-kestrel)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)

@@ -1,0 +1,116 @@
+// Letters become runs of the command; its output and its end are logged.
+// SPDX-License-Identifier: MIT
+#include "publish/alarm_command.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <csignal>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <utility>
+
+#include "publish/program_run.h"
+
+namespace kestrel::publish {
+namespace {
+
+// In case the disk did not give a letter when it was told.
+constexpr int kLookAgain = 5000;  // ms
+constexpr std::size_t kLongestLine = 400;
+constexpr std::size_t kMostLines = 20;
+
+// "KESTREL_ALARM_ID" and so on; the password is nobody's but the program's.
+std::map<std::string, std::string> VariablesOf(const std::string& payload) {
+  std::map<std::string, std::string> variables{{kPasswordVariable, ""}};
+  const auto json = nlohmann::json::parse(payload, nullptr, false);
+  if (!json.is_object()) return variables;
+  for (const auto& [key, value] : json.items()) {
+    std::string name = "KESTREL_ALARM_" + key;
+    std::ranges::transform(name, name.begin(), [](unsigned char letter) {
+      return static_cast<char>(std::toupper(letter));
+    });
+    if (value.is_null()) {
+      variables[name] = "";
+    } else {
+      variables[name] = value.is_string() ? value.get<std::string>() : value.dump();
+    }
+  }
+  return variables;
+}
+
+void LogOutput(const ProgramEnd& end, const Log& log) {
+  std::size_t lines = 0;
+  for (std::size_t at = 0; at < end.output.size() && lines < kMostLines; ++lines) {
+    const std::size_t next = std::min(end.output.find('\n', at), end.output.size());
+    log("command: " + CleanText(std::string_view(end.output).substr(at, next - at), kLongestLine));
+    at = next + 1;
+  }
+  if (end.isCut || lines == kMostLines) log("command: (more was written)");
+}
+
+}  // namespace
+
+AlarmCommand::AlarmCommand(CommandSettings settings, std::shared_ptr<LetterQueue> letters, Log log)
+    : settings_(std::move(settings)),
+      letters_(std::move(letters)),
+      log_(std::move(log)),
+      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      thread_([this] { Work(); }) {}
+
+AlarmCommand::~AlarmCommand() {
+  eventfd_write(stop_, 1);
+  thread_.join();
+  close(wake_);
+  close(stop_);
+}
+
+void AlarmCommand::Wake() {
+  eventfd_write(wake_, 1);
+}
+
+std::string AlarmCommand::Trouble() const {
+  const std::lock_guard lock(mutex_);
+  return trouble_;
+}
+
+void AlarmCommand::Work() {
+  sigset_t all;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, nullptr);
+  while (true) {
+    const std::optional<Letter> letter = letters_->Next(Receiver::Command);
+    if (letter && !RunFor(*letter)) return;
+    if (letter) continue;
+    std::array<pollfd, 2> waits{{{wake_, POLLIN, 0}, {stop_, POLLIN, 0}}};
+    poll(waits.data(), waits.size(), kLookAgain);
+    if (waits[1].revents != 0) return;
+    eventfd_t count = 0;
+    eventfd_read(wake_, &count);
+  }
+}
+
+bool AlarmCommand::RunFor(const Letter& letter) {
+  const ProgramEnd end = RunProgram({.words = settings_.words,
+                                     .input = letter.payload + "\n",
+                                     .variables = VariablesOf(letter.payload),
+                                     .limit = settings_.limit},
+                                    stop_);
+  LogOutput(end, log_);
+  if (end.kind == ProgramEnd::Kind::Stopped) return false;
+  letters_->Arrived(Receiver::Command, letter);
+  const bool isGood = end.kind == ProgramEnd::Kind::Exited && end.number == 0;
+  const std::string trouble =
+      isGood ? "" : "The command " + CleanText(settings_.words.at(0)) + " " + TextOf(end) + ".";
+  if (!isGood) log_(trouble);
+  const std::lock_guard lock(mutex_);
+  trouble_ = trouble;
+  return true;
+}
+
+}  // namespace kestrel::publish
