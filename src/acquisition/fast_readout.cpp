@@ -43,7 +43,8 @@ FastReadout::FastReadout(Core& core)
       random_(static_cast<std::uint32_t>(core.seams.clock.UtcNow().time_since_epoch().count())) {}
 
 void FastReadout::Choose(bool chosen) {
-  if (chosen && !chosen_) std::erase(refused_, Present().road);
+  if (chosen == chosen_) return;
+  if (chosen) std::erase(refused_, Present().road);
   chosen_ = chosen;
   proven_.reset();
 }

@@ -139,7 +139,8 @@ TEST_F(Fast, ComparesManyWordsAfterEveryConnection) {
   readout.Fast().Choose(false);
   readout.Fast().Choose(true);
   EXPECT_EQ(RequestsOfARecord(), kRequestsOfTheFirst);
-  EXPECT_EQ(RequestsOfARecord(), kRequests);
+  readout.Fast().Choose(true);
+  EXPECT_EQ(RequestsOfARecord(), kRequests) << "it was chosen already";
 }
 
 TEST_F(Fast, ComparesAtOtherPlacesEachTimeAndAtTheSameOnesFromTheSameSeed) {
