@@ -20,7 +20,8 @@ class CMakeBuild(build_ext):
         build = pathlib.Path(self.build_temp).resolve()
         build.mkdir(parents=True, exist_ok=True)
         subprocess.run(["cmake", "-S", HERE, "-B", build, "-G", "Ninja",
-                        "-DCMAKE_BUILD_TYPE=Release", "-DKESTREL_PYTHON_ONLY=ON",
+                        "-DCMAKE_BUILD_TYPE=Release", "-DCMAKE_CXX_FLAGS_RELEASE=-O2",
+                        "-DKESTREL_PYTHON_ONLY=ON",
                         f"-DPython_EXECUTABLE={sys.executable}"], check=True)
         jobs = os.environ.get("CMAKE_BUILD_PARALLEL_LEVEL", str(os.cpu_count()))
         subprocess.run(["cmake", "--build", build, "--target", "_kestrel", "-j", jobs], check=True)

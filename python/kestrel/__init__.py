@@ -10,20 +10,24 @@ g RMS
 """
 # SPDX-License-Identifier: MIT
 from kestrel._kestrel import version as __version__
-from kestrel.archive import (Archive, ArchivedRecord, Filter, Remarks, Trend, TrendSeries,
-                             open_archive)
+from kestrel.archive import Archive, ArchivedRecord, open_archive
 from kestrel.bands import Band, Bands, BandTable
 from kestrel.baseline import Baseline
 from kestrel.errors import (ArchiveError, BusyError, CannotTell, ClosedError, Error, FileError,
                             Interrupted, SensorLost, SensorRefused, SettingError, Stopped)
 from kestrel.files import formats, load, save
+from kestrel.filters import Filter, Remarks
+from kestrel.measured import AxisAlarms, SensorIdentity
 from kestrel.numbers import Curve, Level, Peak, Velocity
-from kestrel.record import AxisAlarms, Record, SensorIdentity
+from kestrel.opening import open, scenarios
+from kestrel.record import Record
 from kestrel.registers import Field, Register, Registers
-from kestrel.sensor import Adapter, Command, Sensor, State, open, scenarios
+from kestrel.sensor import Sensor
 from kestrel.settings import Settings
 from kestrel.setups import Difference, Restored, Setup, Setups
+from kestrel.state import Adapter, Command, State
 from kestrel.tables import COLOURS
+from kestrel.trends import Trend, TrendSeries
 from kestrel.values import AXES, Amplitude, Axis, Mode, Quantity, Window
 from kestrel.wide import Line, Overlap, Segment, WideSpectrum, join
 

@@ -4,59 +4,24 @@ from __future__ import annotations
 
 import datetime
 from collections.abc import Iterable, Iterator, Sequence
-from dataclasses import dataclass, field
+from dataclasses import dataclass
 from types import TracebackType
-from typing import TYPE_CHECKING, Any, Literal, TypedDict
+from typing import TYPE_CHECKING, Any, Literal
 
 from kestrel import _kestrel, values
-from kestrel.errors import ArchiveError, SettingError
+from kestrel.errors import ArchiveError
+from kestrel.filters import Filter, Remarks, filter_codes, remark_values
 from kestrel.record import Record
+from kestrel.trends import Trend, choice_of, series_of
 
 if TYPE_CHECKING:
-    import numpy as np
-    import pandas as pd
-    from numpy.typing import NDArray
-
     from kestrel.bands import BandTable
     from kestrel.baseline import Baseline
 
-__all__ = ["Archive", "ArchivedRecord", "Trend", "TrendSeries", "open_archive"]
+__all__ = ["Archive", "ArchivedRecord", "open_archive"]
 
 # Rows that are read at once on the way through many.
 _BLOCK = 256
-_LEVELS = {"rms": 0, "peak": 1, "temperature": 4, "supply": 5}
-_BAND = {"rms": 2, "peak": 3}
-_NEAR = 6
-
-
-class Remarks(TypedDict, total=False):
-    """What only the user knows of a record."""
-
-    machine: str
-    point: str
-    orientation: str
-    rpm: float | None
-    note: str
-    tags: Sequence[str]
-
-
-class Filter(TypedDict, total=False):
-    """Which records are asked for; what is not there asks for nothing."""
-
-    since: datetime.datetime
-    until: datetime.datetime
-    machine: str
-    point: str
-    bench: str
-    tag: str
-    text: str
-    kind: Literal["spectrum", "time"]
-    option: int
-    range: int
-    window: values.Window
-    alarm: bool
-    simulated: bool
-    deleted: bool
 
 
 @dataclass(frozen=True)
@@ -113,105 +78,6 @@ def _kept(told: _kestrel._Kept) -> ArchivedRecord:
                           remarks["orientation"], remarks["rpm"], remarks["note"],
                           tuple(remarks["tags"]), program, bench, tuple(levels),
                           None if deleted is None else values.moment(deleted))
-
-
-def filter_codes(filter: Filter) -> dict[str, Any]:
-    """A filter in codes; SettingError names what cannot be."""
-    told: dict[str, Any] = {}
-    for name, value in filter.items():
-        if value is None:
-            continue
-        if name in ("since", "until") and isinstance(value, datetime.datetime):
-            told[name] = values.nanoseconds_of(name, value)
-        elif name in ("since", "until"):
-            raise SettingError(f"{name} is {value!r}; it is a datetime with a zone.")
-        elif name == "kind":
-            told["is_time"] = values.code(name, value, {"spectrum": 0, "time": 1}) == 1
-        elif name == "range":
-            told[name] = values.code(name, value, values.RANGES)
-        elif name == "window":
-            told[name] = values.code(name, value, values.WINDOWS)
-        elif name == "option":
-            told[name] = values.whole(name, value, values.OPTIONS)
-        elif name in ("alarm", "simulated", "deleted"):
-            told[name] = bool(value)
-        elif name in ("machine", "point", "bench", "tag", "text"):
-            told[name] = str(value)
-        else:
-            raise SettingError(f"There is nothing to search by called {name!r}; there are "
-                               f"{', '.join(Filter.__annotations__)}.")
-    return told
-
-
-def _remark_values(remarks: Remarks) -> dict[str, Any]:
-    unknown = set(remarks) - set(Remarks.__annotations__)
-    if unknown:
-        raise SettingError(f"There is no remark {unknown.pop()!r}; there are "
-                           f"{', '.join(Remarks.__annotations__)}.")
-    told: dict[str, Any] = dict(remarks)
-    if "tags" in told:
-        told["tags"] = [told["tags"]] if isinstance(told["tags"], str) else list(told["tags"])
-    rpm = told.get("rpm")
-    if rpm is not None and not 0 < rpm <= 1e6:
-        raise SettingError(f"rpm is {rpm!r}; it is a speed in 1/min above 0, to 1,000,000.")
-    return told
-
-
-@dataclass(frozen=True, eq=False)
-class TrendSeries:
-    """Points that can be compared: of records of one kind, option and window.
-
-    Attributes
-    ----------
-    kind : {"spectrum", "time"}
-    option : int
-        Sample-rate option.
-    window : str
-        FFT window; of time records "rectangular".
-    time : numpy.ndarray of datetime64[ns], shape (points,)
-        UTC, the oldest first.
-    values : numpy.ndarray of float64, shape (points,)
-        In the trend's unit.
-    ids : numpy.ndarray of int64, shape (points,)
-        Numbers of the records.
-    alarms : numpy.ndarray of bool, shape (points,)
-        Whether some band's alarm was on.
-    """
-
-    kind: str
-    option: int
-    window: str
-    time: NDArray[np.datetime64] = field(repr=False)
-    values: NDArray[np.float64] = field(repr=False)
-    ids: NDArray[np.int64] = field(repr=False)
-    alarms: NDArray[np.bool_] = field(repr=False)
-
-
-@dataclass(frozen=True, eq=False)
-class Trend:
-    """A level over time.
-
-    Attributes
-    ----------
-    unit : str
-        "g RMS", "°C".
-    series : list of TrendSeries
-        The one with most points first.
-    refused : int
-        Records that cannot carry the level.
-    refusal : str
-        Why, of the first of them.
-    """
-
-    unit: str
-    series: list[TrendSeries]
-    refused: int
-    refusal: str
-
-    def to_pandas(self) -> pd.DataFrame:
-        """A data frame of all series: time, value, id, alarm, series. Needs pandas."""
-        from kestrel.tables import frame_of_trend
-        return frame_of_trend(self)
 
 
 class Archive:
@@ -326,11 +192,11 @@ class Archive:
         int
             Its number.
         """
-        return self._core.keep(record._core, _remark_values(remarks))  # type: ignore[arg-type]
+        return self._core.keep(record._core, remark_values(remarks))  # type: ignore[arg-type]
 
     def amend(self, ids: int | Iterable[int], **remarks: Any) -> None:
         """Changes what was told of records; what is not told stays. All or none."""
-        self._core.amend(_ids(ids), _remark_values(remarks))  # type: ignore[arg-type]
+        self._core.amend(_ids(ids), remark_values(remarks))  # type: ignore[arg-type]
 
     def delete(self, ids: int | Iterable[int], *, for_good: bool = False) -> None:
         """Deletes records, so that they can be brought back; or for good."""
@@ -365,10 +231,10 @@ class Archive:
         -------
         Trend
         """
-        choice = _trend_choice(of, axis, low, high, near, within)
+        choice = choice_of(of, axis, low, high, near, within)
         unit, refused, refusal, series = _kestrel.trend(
             self._core, filter_codes(filter), choice)  # type: ignore[arg-type]
-        return Trend(unit, [_series(each) for each in series], refused, refusal)
+        return Trend(unit, [series_of(each) for each in series], refused, refusal)
 
     def baseline(self, good: Filter, bad: Filter | None = None, *, bands: BandTable | None = None,
                  sigma: float = 3.0, percentile: Literal[95, 99] | None = None,
@@ -411,32 +277,6 @@ class Archive:
 
 def _ids(ids: int | Iterable[int]) -> list[int]:
     return [ids] if isinstance(ids, int) else [int(id) for id in ids]
-
-
-def _trend_choice(of: str, axis: str, low: float | None, high: float | None, near: float | None,
-                  within: float | None) -> dict[str, float]:
-    level = values.code("of", of, _LEVELS)
-    choice = {"of": level, "axis": values.axis_index(axis), "low": low or 0.0, "high": high or 0.0,
-              "near": near or 0.0, "within": within or 0.0}
-    if near is not None:
-        if of != "peak" or low is not None or high is not None:
-            raise SettingError("near is told of a peak, without low and high.")
-        choice["of"] = _NEAR
-        choice["within"] = near * 0.01 if within is None else within
-        if choice["within"] <= 0:
-            raise SettingError(f"within is {choice['within']!r} Hz, which holds no peak.")
-    elif high is not None or low is not None:
-        if high is None or not (low or 0.0) < high:
-            raise SettingError(f"A band from {low} to {high} Hz is none.")
-        choice["of"] = values.code("of, in a band,", of, _BAND)
-    return choice
-
-
-def _series(told: _kestrel._Series) -> TrendSeries:
-    is_time, option, window, times, levels, ids, alarms = told
-    return TrendSeries("time" if is_time else "spectrum", option,
-                       values.word(values.WINDOWS, window), times.view("datetime64[ns]"), levels,
-                       ids, alarms.view("bool"))
 
 
 def open_archive(place: str | None = None, *, read_only: bool = False) -> Archive:

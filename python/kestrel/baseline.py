@@ -11,7 +11,7 @@ from kestrel import _kestrel
 from kestrel.bands import BandTable
 
 if TYPE_CHECKING:
-    from kestrel.archive import Filter
+    from kestrel.filters import Filter
 
 __all__ = ["Baseline"]
 
@@ -47,7 +47,7 @@ def propose(core: _kestrel.Archive, good: Filter, bad: Filter | None, bands: Ban
 
 
 def _part(filter: Filter) -> dict[str, Any]:
-    from kestrel.archive import filter_codes
+    from kestrel.filters import filter_codes
     chosen: dict[str, Any] = dict(filter)
     ids = chosen.pop("ids", None)
     part = filter_codes(chosen)  # type: ignore[arg-type]

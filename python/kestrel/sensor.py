@@ -2,89 +2,26 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
-import atexit
-import enum
-import os
-import threading
+import contextlib
 import time
-import warnings
-import weakref
 from collections.abc import Callable, Iterable, Iterator, Mapping
-from dataclasses import dataclass
 from types import TracebackType
-from typing import Any, NamedTuple
+from typing import Any
 
 from kestrel import _kestrel, values
 from kestrel.bands import Bands
-from kestrel.errors import SettingError
-from kestrel.record import AxisAlarms, Record
+from kestrel.errors import Error, SettingError
+from kestrel.record import Record
 from kestrel.registers import Registers
 from kestrel.settings import Settings, codes_of
 from kestrel.setups import Setups
+from kestrel.state import Adapter, Command, State
 from kestrel.wide import WideSpectrum, join
 
-__all__ = ["Adapter", "Command", "Sensor", "Settings", "State", "open", "scenarios"]
-
-# How long the end of the interpreter waits for a step that is at work, s.
-_PATIENCE = 10.0
-
-
-class Command(enum.IntEnum):
-    """The sensor's functions, by their bit of the register COMMAND."""
-
-    AUTONULL = 0
-    POWER_DOWN = 1
-    SELF_TEST = 2
-    FACTORY_RESET = 3
-    CLEAR_STATUS = 4
-    FLASH_TEST = 5
-    FLASH_UPDATE = 6
-    SOFTWARE_RESET = 7
-    CLEAR_RECORDS = 8
-    CLEAR_ALARM_BANDS = 9
-    RESET_BUFFER_POINTER = 10
-    RECORD_START_STOP = 11
-    SAVE_ALARM_BAND = 12
-    RETRIEVE_RECORD = 13
-    RETRIEVE_ALARM_BAND = 14
-    CLEAR_NULLS = 15
-
-
-class Adapter(NamedTuple):
-    """A USB adapter that answers: name, board type, its two texts, firmware, USB version."""
-
-    name: str
-    type: str
-    text1: str
-    text2: str
-    firmware: float
-    usb: str
-
-
-@dataclass(frozen=True)
-class State:
-    """STATUS, alarms and conditions at one moment.
-
-    Attributes
-    ----------
-    status : mapping of str to bool
-        Flags of STATUS by name.
-    alarms : mapping of str to AxisAlarms
-        By axis.
-    supply : float
-        V.
-    temperature : float
-        Degrees Celsius.
-    """
-
-    status: Mapping[str, bool]
-    alarms: Mapping[values.Axis, AxisAlarms]
-    supply: float
-    temperature: float
-
+__all__ = ["Sensor"]
 
 class Sensor:
-    """One sensor. Made by `open`; use it in a ``with`` block, or close it.
+    """One sensor. Made by `kestrel.open`; use it in a ``with`` block, or close it.
 
     Notes
     -----
@@ -216,7 +153,8 @@ class Sensor:
         while rounds is None or done < rounds * len(steps):
             if done:
                 due = max(due + interval, time.monotonic() if not interval else 0.0)
-                self.wait(max(due - time.monotonic(), 0.0))
+                if not self.wait(max(due - time.monotonic(), 0.0)):
+                    return
             due = max(due, time.monotonic())
             yield self.capture(**steps[done % len(steps)])
             done += 1
@@ -225,7 +163,7 @@ class Sensor:
              limit: float = 3.0) -> WideSpectrum:
         """Captures a spectrum at several sample-rate options and joins them.
 
-        The option that was set before is set again in the end.
+        Mode and option that were set before are set again in the end.
 
         Parameters
         ----------
@@ -239,13 +177,16 @@ class Sensor:
         -------
         WideSpectrum
         """
-        before = self._settings.option
+        before = self._settings.as_dict()
+        back = {"mode": before["mode"], "option": before["option"]}
         try:
-            return join([self.capture(option=option) for option in options], axis=axis,
-                        limit=limit)
-        finally:
-            if self.is_open:
-                self._settings.option = before
+            records = [self.capture(mode="manual", option=option) for option in options]
+        except BaseException:
+            with contextlib.suppress(Error):
+                self._settings.update(**back)
+            raise
+        self._settings.update(**back)
+        return join(records, axis=axis, limit=limit)
 
     def stored(self, number: int, kind: str = "spectrum") -> Record:
         """A record of the sensor's flash.
@@ -331,92 +272,3 @@ class Sensor:
 
     def __repr__(self) -> str:
         return "<kestrel.Sensor: " + ("open" if self.is_open else "closed") + ">"
-
-
-_standing: weakref.WeakSet[Sensor] = weakref.WeakSet()
-_opening = threading.Lock()
-
-
-def _end_all() -> None:
-    for sensor in list(_standing):
-        if sensor.is_open:
-            sensor._core.end(_PATIENCE)
-
-
-def _forget_parents() -> None:
-    global _opening
-    _opening = threading.Lock()
-    _kestrel.after_fork()
-
-
-atexit.register(_end_all)
-os.register_at_fork(after_in_child=_forget_parents)
-
-
-def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = None,
-         parallel: int | None = None, port_device: str = "",
-         progress: Callable[[str, int, int], object] | None = None) -> Sensor:
-    """Opens the one sensor.
-
-    With nothing chosen it is the one that CommPort.cfg names, or else the
-    first adapter that is found.
-
-    Parameters
-    ----------
-    simulate : bool
-        Uses the simulated sensor; no hardware is needed.
-    scenario : str
-        What the simulated sensor measures, one of `scenarios`.
-    adapter : int, optional
-        USB adapter 0 to 3, Ezusb-0 to Ezusb-3.
-    parallel : int, optional
-        Address of the parallel port, 0x378.
-    port_device : str
-        Device of the parallel port, "/dev/parport1".
-    progress : callable, optional
-        As `Sensor.on_progress` takes it.
-
-    Returns
-    -------
-    Sensor
-
-    Raises
-    ------
-    SensorLost
-        Where none answers.
-    BusyError
-        Where another sensor is open in this process.
-
-    Examples
-    --------
-    >>> with kestrel.open(simulate=True) as sensor:
-    ...     record = sensor.capture()
-    """
-    if scenario and scenario not in scenarios():
-        raise SettingError(f"scenario is {scenario!r}; it can be {', '.join(scenarios())}.")
-    if scenario and not simulate:
-        raise SettingError("scenario is what the simulated sensor measures; say simulate=True.")
-    if adapter is not None:
-        adapter = values.whole("adapter", adapter, range(4))
-    if parallel is not None:
-        parallel = values.whole("parallel", parallel, range(65536))
-    if adapter is not None and (parallel is not None or port_device):
-        raise SettingError("A sensor is on an adapter or on a parallel port; choose one.")
-    with _opening:
-        core = _kestrel.Sensor(simulate, scenario, adapter, parallel, port_device)
-    sensor = Sensor(core)
-    _standing.add(sensor)
-    sensor.on_progress(progress)
-    try:
-        core.connect()
-    except BaseException:
-        core.close()
-        raise
-    for note in core.notes():
-        warnings.warn(note, stacklevel=2)
-    return sensor
-
-
-def scenarios() -> list[str]:
-    """What the simulated sensor can measure; the first is the usual one."""
-    return _kestrel.scenario_names()

@@ -10,7 +10,7 @@ if TYPE_CHECKING:
     import matplotlib.axes
     import pandas as pd
 
-    from kestrel.archive import Trend
+    from kestrel.trends import Trend
     from kestrel.bands import BandTable
     from kestrel.record import Record
 

@@ -28,7 +28,9 @@ def public():
         yield name, value
         if not inspect.isclass(value) or typing.is_typeddict(value) or issubclass(value, enum.Enum):
             continue
-        for member, each in vars(value).items():
+        everything = {member: each for part in value.__mro__ if part.__module__.startswith("kestrel")
+                      for member, each in vars(part).items()}
+        for member, each in everything.items():
             if member.startswith("_") or member == "made":
                 continue
             if isinstance(each, (property, classmethod)) or inspect.isfunction(each):
