@@ -5,14 +5,18 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
 
+#include "analysis/interpolation.h"
 #include "analysis/levels.h"
 #include "analysis/quantity.h"
 
 namespace kestrel::analysis {
 namespace {
+
+constexpr double kLineDb = 6;  // above the noise: hardly any noise averaged four times stands so
 
 Refusal NoJoin(std::string reason, std::string cure) {
   return {.title = "These captures cannot be joined",
@@ -104,8 +108,8 @@ double LeastRms(const Spectrum& fine, const Spectrum& coarse, const Overlap& ove
 
 // Coarse over fine in dB; what lines beyond the overlap leak into the coarse bins does not count.
 double DifferenceDb(const Joined& joined, std::size_t fineIndex, const Overlap& overlap) {
-  const Spectrum& coarse = joined.captures[fineIndex + 1];
-  const double least = std::pow(LeastRms(joined.captures[fineIndex], coarse, overlap), 2);
+  const Spectrum& coarse = joined.power[fineIndex + 1];
+  const double least = std::pow(LeastRms(joined.power[fineIndex], coarse, overlap), 2);
   const double finePower = std::max(overlap.fineRmsG * overlap.fineRmsG, least);
   double coarsePower = std::max(overlap.coarseRmsG * overlap.coarseRmsG, least);
   if (coarsePower > finePower) {
@@ -118,8 +122,8 @@ double DifferenceDb(const Joined& joined, std::size_t fineIndex, const Overlap& 
 std::vector<Overlap> OverlapsOf(const Joined& joined, double limitDb) {
   std::vector<Overlap> overlaps;
   for (std::size_t i = 0; i + 1 < joined.segments.size(); ++i) {
-    const Spectrum& fine = joined.captures[i];
-    const Spectrum& coarse = joined.captures[i + 1];
+    const Spectrum& fine = joined.power[i];
+    const Spectrum& coarse = joined.power[i + 1];
     Overlap overlap{.fineOption = fine.option,
                     .coarseOption = coarse.option,
                     .fromHz = joined.segments[i + 1].holdsFromHz,
@@ -153,9 +157,9 @@ std::vector<JoinedPoint> PointsOf(const Joined& joined) {
     for (std::size_t bin = FirstIntegrableBin(capture.window); bin < capture.Bins(); ++bin) {
       const double hz = capture.FrequencyOf(static_cast<double>(bin));
       if (!Uses(joined, i, hz)) continue;
-      const double peakG = capture.peakG[bin];
-      points.push_back({hz, ValueIn(capture, {.quantity = Quantity::Density}, peakG, hz), peakG,
-                        capture.option});
+      const double power = joined.power[i].peakG[bin];
+      points.push_back({hz, ValueIn(capture, {.quantity = Quantity::Density}, power, hz),
+                        capture.peakG[bin], capture.option});
     }
   }
   return points;
@@ -168,7 +172,32 @@ bool IsListed(const std::vector<JoinedLine>& lines, const Peak& peak, double wid
   });
 }
 
+// Bins in the lobes of what is more than noise.
+std::vector<bool> BinsOfLines(const Spectrum& capture) {
+  std::vector<bool> bins(capture.Bins());
+  for (const Peak& peak : FindPeaks(capture, {.prominenceDb = kLineDb, .atMost = bins.size()})) {
+    const std::size_t first = peak.bin - std::min(peak.bin, capture.window.lobe);
+    const std::size_t end = std::min(peak.bin + capture.window.lobe + 1, bins.size());
+    for (std::size_t bin = first; bin < end; ++bin) bins[bin] = true;
+  }
+  return bins;
+}
+
 }  // namespace
+
+// The part of the noise's power that is given back to a bin is a share of the noise in it.
+Spectrum WithPowerOfNoise(Spectrum capture) {
+  const double given = std::pow(10, -NoiseOfAveragedMagnitudesDb(capture.averages) / 10) - 1;
+  if (!(given > 0)) return capture;
+  const std::vector<bool> isLine = BinsOfLines(capture);
+  const Spectrum read = capture;
+  for (std::size_t bin = read.FirstVibration(); bin < read.Bins(); ++bin) {
+    const double own = read.peakG[bin];
+    const double noise = isLine[bin] ? std::min(own, LocalNoise(read, bin)) : own;
+    capture.peakG[bin] = std::sqrt(own * own + given * noise * noise);
+  }
+  return capture;
+}
 
 bool Joined::Steady() const {
   return std::ranges::none_of(overlaps, &Overlap::unsteady);
@@ -179,6 +208,7 @@ Told<Joined> Join(std::vector<Spectrum> captures, double limitDb) {
   std::ranges::sort(captures, std::less{}, &Spectrum::binWidthHz);
   Joined joined;
   joined.segments = SegmentsOf(captures);
+  std::ranges::transform(captures, std::back_inserter(joined.power), WithPowerOfNoise);
   joined.captures = std::move(captures);
   joined.points = PointsOf(joined);
   joined.overlaps = OverlapsOf(joined, limitDb);
@@ -188,9 +218,9 @@ Told<Joined> Join(std::vector<Spectrum> captures, double limitDb) {
 double PowerBetween(const Joined& joined, double fromHz, double toHz,
                     const std::function<double(double)>& weight) {
   double sum = 0;
-  for (std::size_t i = 0; i < joined.captures.size(); ++i) {
+  for (std::size_t i = 0; i < joined.power.size(); ++i) {
     const Segment& segment = joined.segments[i];
-    sum += PowerBetween(joined.captures[i], std::max(fromHz, segment.usedFromHz),
+    sum += PowerBetween(joined.power[i], std::max(fromHz, segment.usedFromHz),
                         std::min(toHz, segment.usedToHz), weight);
   }
   return sum;

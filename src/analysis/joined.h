@@ -35,13 +35,14 @@ struct Overlap {
 
 struct JoinedPoint {
   double hz = 0;
-  double density = 0;  // g²/Hz
-  double peakG = 0;
+  double density = 0;  // g²/Hz, of WithPowerOfNoise
+  double peakG = 0;    // as the sensor has it
   int option = 0;
 };
 
 struct Joined {
   std::vector<Spectrum> captures{};  // finest first
+  std::vector<Spectrum> power{};     // the same WithPowerOfNoise: what densities and sums are of
   std::vector<Segment> segments{};   // one a capture
   std::vector<Overlap> overlaps{};   // between neighbours; none where they do not meet
   std::vector<JoinedPoint>
@@ -50,6 +51,13 @@ struct Joined {
 };
 
 inline constexpr double kSteadyLimitDb = 3;
+
+// The sensor averages magnitudes, not power: of N transforms it takes from noise what
+// NoiseOfAveragedMagnitudesDb(N) tells, 1.05 dB of many, and from lines nothing. This gives it
+// back: magnitudes of noise become the roots of its mean power. In the lobes of what stands 6 dB
+// or more above the noise around it only that noise's share is given; a line that stands out less
+// is taken for noise, and may become up to 1.05 dB too large.
+[[nodiscard]] Spectrum WithPowerOfNoise(Spectrum capture);
 
 // Joins captures of one axis, each of another option; the order does not matter and not all four
 // need be there. Refused: none, other axis, the same option twice, unknown window, a hold.

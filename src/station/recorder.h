@@ -20,11 +20,11 @@ namespace kestrel {
 
 // The codes of the sensor's settings; in a change what is empty stays as the sensor has it.
 struct RecordSetup {
-  std::optional<std::int16_t> mode;      // 0 manual FFT, 1 timer FFT, 2 time record
-  std::optional<std::int16_t> range;     // 0..3 for 1, 5, 20, 70 g
-  std::optional<std::int16_t> option;    // sample-rate option 0..3
-  std::optional<std::int16_t> window;    // 0 rectangular, 1 Hanning, 2 flat top
-  std::optional<std::int16_t> averages;  // FFT averages 1..255
+  std::optional<std::int16_t> mode{};      // 0 manual FFT, 1 timer FFT, 2 time record
+  std::optional<std::int16_t> range{};     // 0..3 for 1, 5, 20, 70 g
+  std::optional<std::int16_t> option{};    // sample-rate option 0..3
+  std::optional<std::int16_t> window{};    // 0 rectangular, 1 Hanning, 2 flat top
+  std::optional<std::int16_t> averages{};  // FFT averages 1..255
 };
 
 // What a capture gave. `record` is scaled by the range in its own information word.

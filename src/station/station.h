@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "connection/core.h"
@@ -110,6 +111,11 @@ class Station {
 
   // What was worth a message since the last call and failed nothing.
   [[nodiscard]] std::vector<std::string> TakeNotes() { return messages_.Take(); }
+
+  // Where progress is told from now on; returns where it was told before.
+  std::function<void(const Progress&)> TellProgressTo(std::function<void(const Progress&)> told) {
+    return std::exchange(site_.watch.progress, std::move(told));
+  }
 
   // The road to the sensor, for what has no step of its own here.
   [[nodiscard]] Core& Road() { return core_; }
