@@ -3,6 +3,7 @@
 #include "simulator/signal/scenario.h"
 
 #include <algorithm>
+#include <cmath>
 #include <initializer_list>
 
 #include "simulator/registers/sensor_registers.h"
@@ -36,6 +37,8 @@ constexpr NamedScenario kNamedScenarios[] = {
     {"running-machine", RunningMachine},
     {"bearing-fault", BearingFault},
     {"overheating", Overheating},
+    {"broadband-machine", BroadbandMachine},
+    {"unsteady-machine", UnsteadyMachine},
     {"calibrator", Calibrator},
     {"at-rest", AtRest},
 };
@@ -75,6 +78,21 @@ void AddMesh(AxisVibration& axis, double meshG, double innerSidebandG, double ou
 double Tone::AmplitudeAt(std::uint64_t captures) const {
   if (growthG <= 0.0) return amplitudeG;
   return std::min(amplitudeG + growthG * static_cast<double>(captures), mostG);
+}
+
+double ShapedNoise::PowerAt(double hz) const {
+  const double x = hz / resonanceHz;
+  return densityG * densityG / (std::pow(1 - x * x, 2) + std::pow(x / q, 2));
+}
+
+double AxisVibration::GainAt(std::uint64_t captures) const {
+  return std::pow(10.0, std::min(growthDb * static_cast<double>(captures), mostDb) / 20.0);
+}
+
+double AxisVibration::NoisePowerAt(double hz) const {
+  double power = noiseDensityG * noiseDensityG;
+  for (const ShapedNoise& shape : shapes) power += shape.PowerAt(hz);
+  return power;
 }
 
 Scenario RunningMachine() {
@@ -126,6 +144,38 @@ Scenario Overheating() {
   scenario.warmingSeconds = 120.0;
   // System alarm on, of temperature, when greater.
   scenario.preset.settings = {{sensor::kAlmSMag, kFortyDegrees}, {sensor::kAlmCtrl, 0x0038}};
+  return scenario;
+}
+
+Scenario BroadbandMachine() {
+  Scenario scenario;
+  auto& [x, y, z] = scenario.axes;
+  x.tones = {{6.2, 0.02, 0.1},    {24.6, 0.05, 0.9},    {148.3, 0.06, 1.7},  {741.0, 0.08, 2.2},
+             {3170.0, 0.10, 0.4}, {12430.0, 0.12, 1.3}, {37140.0, 0.05, 2.9}};
+  x.shapes = {{0.0012, 28.0, 2.0}, {0.0004, 900.0, 3.0}, {0.00012, 14000.0, 4.0}};
+  x.noiseDensityG = 0.00006;
+  y.tones = {{12.3, 0.04, 0.5},
+             {49.3, 0.09, 0.2},
+             {98.6, 0.03, 1.9},
+             {986.9, 0.15, 1.1},
+             {22698.7, 0.08, 2.5}};
+  y.shapes = {{0.0020, 9.0, 1.5}, {0.00025, 420.0, 5.0}};
+  y.noiseDensityG = 0.0001;
+  z.tones = {{3.4, 0.03, 0.3}, {61.0, 0.02, 2.8}, {412.0, 0.05, 0.8}, {8221.0, 0.20, 1.4}};
+  z.shapes = {{0.0006, 160.0, 1.0}, {0.0002, 5200.0, 6.0}};
+  z.noiseDensityG = 0.00008;
+  x.offsetG = 0.042;
+  y.offsetG = -0.027;
+  z.offsetG = 0.058;
+  return scenario;
+}
+
+Scenario UnsteadyMachine() {
+  Scenario scenario = BroadbandMachine();
+  for (AxisVibration& axis : scenario.axes) {
+    axis.growthDb = 5.0;
+    axis.mostDb = 40.0;
+  }
   return scenario;
 }
 

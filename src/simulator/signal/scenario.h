@@ -34,11 +34,29 @@ struct Tone {
   [[nodiscard]] double AmplitudeAt(std::uint64_t captures) const;
 };
 
+// Noise as a structure passes it on: densityG below its resonance, densityG * q on it, and falling
+// by 12 dB an octave above.
+struct ShapedNoise {
+  double densityG = 0.0;  // g per root hertz
+  double resonanceHz = 0.0;
+  double q = 1.0;
+
+  [[nodiscard]] double PowerAt(double hz) const;  // g^2/Hz
+};
+
 // What one axis feels.
 struct AxisVibration {
   std::vector<Tone> tones;
   double offsetG = 0.0;        // static offset of the axis
-  double noiseDensityG = 0.0;  // g per root hertz
+  double noiseDensityG = 0.0;  // g per root hertz, the same at all frequencies
+  std::vector<ShapedNoise> shapes{};
+  // All of it but the offset grows by this from capture to capture, up to so much.
+  double growthDb = 0.0;
+  double mostDb = 0.0;
+
+  [[nodiscard]] double GainAt(std::uint64_t captures) const;
+  // Of all noise, at the first capture, g^2/Hz.
+  [[nodiscard]] double NoisePowerAt(double hz) const;
 };
 
 // Faults that the sensor's own tests find while they are set.
@@ -94,6 +112,14 @@ struct Scenario {
 
 // A hand-held calibrator: 10 m/s2 rms at 159.2 Hz on all axes, with the sensor's offsets and noise.
 [[nodiscard]] Scenario Calibrator();
+
+// Lines and shaped noise over all that the sensor can tell, different on each axis: known at every
+// frequency from 2 Hz to 40 kHz, and the same at all times.
+[[nodiscard]] Scenario BroadbandMachine();
+
+// The same machine while its load rises: everything grows by 5 dB from capture to capture, eight
+// times.
+[[nodiscard]] Scenario UnsteadyMachine();
 
 // Nothing moves: the sensor's offsets and noise.
 [[nodiscard]] Scenario AtRest();
