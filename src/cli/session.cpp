@@ -64,18 +64,22 @@ void Session::ShowProgress(const Progress& progress) {
   progressShown_ = true;
 }
 
-void Session::Keep(const Record& record, const archive::Remarks& remarks) {
-  if (archive_.place.text.empty() || !record.Taken() || !record.IsNew()) return;
+archive::Uid Session::Keep(const Record& record, const archive::Remarks& remarks,
+                           const std::optional<archive::WideMark>& wide) {
+  const archive::Uid uid = archive::NewUid();
+  if (archive_.place.text.empty() || !record.Taken() || !record.IsNew()) return uid;
   if (!keeper_) {
     auto choice = archive::ChoiceFor(archive_.place, surroundings_.usualArchive);
     choice.retry = kRetry;
     keeper_ = std::make_unique<archive::Keeper>(std::move(choice));
   }
-  keeper_->Keep({.uid = archive::NewUid(),
+  keeper_->Keep({.uid = uid,
                  .record = record,
                  .remarks = remarks,
                  .program = KESTREL_VERSION,
-                 .bench = surroundings_.bench});
+                 .bench = surroundings_.bench,
+                 .wide = wide});
+  return uid;
 }
 
 bool Session::EndKeeping() {

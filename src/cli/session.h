@@ -6,6 +6,7 @@
 #include <functional>
 #include <iosfwd>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "archive/keeper.h"
@@ -59,8 +60,9 @@ class Session {
   void ShowProgress(const Progress& progress);
   void EndProgress();
 
-  // Hands a record to the archive, where there is one and the record is new.
-  void Keep(const Record& record, const archive::Remarks& remarks);
+  // Hands a record to the archive, where there is one and the record is new. Returns its name.
+  archive::Uid Keep(const Record& record, const archive::Remarks& remarks,
+                    const std::optional<archive::WideMark>& wide = {});
   // Waits until records are kept and says what stands in the way. False where the user named the
   // archive and it does not have them all.
   [[nodiscard]] bool EndKeeping();
