@@ -23,6 +23,7 @@
 #include "cli/report/report_command.h"
 #include "cli/setup/setup_command.h"
 #include "cli/small_commands.h"
+#include "cli/wide/wide_command.h"
 #include "numeric/conversions.h"
 #include "simulator/signal/scenario.h"
 #include "transport/typed_word.h"
@@ -168,14 +169,14 @@ ExitCode RunProgram(const std::vector<std::string>& arguments, const Surrounding
   app.require_subcommand(1);
   app.fallthrough();
   app.footer(kFooter);
-  std::array<std::unique_ptr<Command>, 13> commands{
+  std::array<std::unique_ptr<Command>, 14> commands{
       std::make_unique<CaptureCommand>(),  std::make_unique<RegistersCommand>(),
       std::make_unique<BandsCommand>(),    std::make_unique<GlobalCommand>(),
       std::make_unique<RecordCommand>(),   std::make_unique<StatusCommand>(),
       std::make_unique<AdaptersCommand>(), std::make_unique<ArchiveCommand>(),
       std::make_unique<TrendCommand>(),    std::make_unique<BaselineCommand>(),
       std::make_unique<SetupCommand>(),    std::make_unique<ReportCommand>(),
-      std::make_unique<MonitorCommand>()};
+      std::make_unique<MonitorCommand>(),  std::make_unique<WideCommand>()};
   for (const auto& command : commands) command->AddTo(app);
   try {
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

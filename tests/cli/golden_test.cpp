@@ -53,6 +53,7 @@ const Case kCases[] = {
     {"help_setup", {"setup", "--help"}, {}},
     {"help_setup_restore", {"setup", "restore", "--help"}, {}},
     {"help_monitor", {"monitor", "--help"}, {}},
+    {"help_wide", {"wide", "--help"}, {}},
     {"setup_save", {"--simulate", "--scenario", "bearing-fault", "setup", "save", "pump"}, {}},
     {"setup_diff", {"--simulate", "setup", "diff", "--file", "/data/pump.json"}, {}},
     {"setup_diff_json", {"--simulate", "--json", "setup", "diff", "--file", "/data/pump.json"}, {}},

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <cmath>
 
+#include "analysis/levels.h"
 #include "analysis/third_octaves.h"
 #include "analysis/wide_spectrum.h"
 #include "record/frequency.h"

@@ -2,12 +2,12 @@
 _kestrel_cli() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local global="--simulate --scenario --adapter --parallel --port-device --archive --no-archive --json --version --help"
-  local commands="capture registers bands command record status adapters archive trend baseline setup report monitor"
+  local commands="capture registers bands command record status adapters archive trend baseline setup report monitor wide"
   local remarks="--machine --point --orientation --rpm --note --tag"
   local words="" word command="" action=""
   for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
     case $word in
-      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report | monitor)
+      capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report | monitor | wide)
         [ -n "$command" ] || command=$word ;;
       list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore) action=$word ;;
     esac
@@ -17,10 +17,16 @@ _kestrel_cli() {
     --range) words="1 5 20 70" ;;
     --option) words="0 1 2 3" ;;
     --window) words="rectangular hanning flattop" ;;
-    --quantity) words="g velocity displacement density" ;;
+    --quantity)
+      words="g velocity displacement density"
+      [ "$command" != wide ] || words="density amplitude velocity displacement" ;;
+    --from) [ "$command" != wide ] || words="last" ;;
+    --wide)
+      words="any"
+      [ "$action" != export ] || words="last" ;;
     --amplitude) words="peak rms pp" ;;
     --adapter) words="Ezusb-0 Ezusb-1 Ezusb-2 Ezusb-3" ;;
-    --scenario) words="running-machine bearing-fault overheating calibrator at-rest" ;;
+    --scenario) words="running-machine bearing-fault overheating broadband-machine unsteady-machine calibrator at-rest" ;;
     --format) words="uff58 uff58b wav mat csv json" ;;
     --axis) words="X Y Z" ;;
     --paper) words="a4 letter" ;;
@@ -28,7 +34,7 @@ _kestrel_cli() {
     --plots) COMPREPLY=($(compgen -d -- "$current")); return ;;
     --percentile) words="95 99" ;;
     --level) words="peak rms" ;;
-    --archive | --into | --bands | --save | --evidence | --file) COMPREPLY=($(compgen -f -- "$current")); return ;;
+    --archive | --into | --bands | --save | --evidence | --file | --csv) COMPREPLY=($(compgen -f -- "$current")); return ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")); return ;;
     --out) COMPREPLY=($(compgen -d -- "$current")); return ;;
     *)
@@ -42,16 +48,17 @@ _kestrel_cli() {
           COMPREPLY=($(compgen -f -- "$current")); return ;;
         record:) words="--time --data --fast --peaks --levels --quantity --amplitude $remarks --help" ;;
         archive:) words="list show note delete check rescue export import" ;;
-        archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --limit --help" ;;
+        archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --wide --alarm --deleted --limit --help" ;;
         archive:show) words="--data --help" ;;
         archive:note) words="$remarks --help" ;;
         archive:delete) words="--undo --for-good --help" ;;
-        trend:) words="rms peak temperature supply --axis --low --high --near --within --from --until --machine --point --bench --tag --text --kind --option --alarm --deleted --help" ;;
+        trend:) words="rms peak temperature supply --axis --low --high --near --within --from --until --machine --point --bench --tag --text --kind --option --wide --alarm --deleted --help" ;;
         baseline:) words="--good-from --good-until --good-tag --good-text --good-id --good-every --bad-from --bad-until --bad-tag --bad-text --bad-id --bad-every --machine --point --bench --option --window --range --averages --sigma --percentile --at-least --fault-above --level --m --n --hysteresis --bands --sensor-bands --present --save --evidence --write --help" ;;
         report:) words="--out --plots --svg --png --title --paper --quantity --amplitude --help" ;;
-        archive:export) words="--format --out --help" ;;
+        archive:export) words="--wide --format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
+        wide:*) words="--range --window --averages --options --quantity --limit --lines --data --csv --from --list $remarks --help" ;;
         setup:) words="save diff restore list show delete export import" ;;
         monitor:) words="--check --from-sensor --bench --sensor --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;

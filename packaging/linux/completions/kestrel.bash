@@ -5,7 +5,7 @@ _kestrel() {
     --demo) COMPREPLY=($(compgen -d -- "$current")) ;;
     --archive) COMPREPLY=($(compgen -f -- "$current")) ;;
     --port-device) COMPREPLY=($(compgen -f -- "${current:-/dev/parport}")) ;;
-    --scenario) COMPREPLY=($(compgen -W "running-machine bearing-fault overheating calibrator at-rest" -- "$current")) ;;
+    --scenario) COMPREPLY=($(compgen -W "running-machine bearing-fault overheating broadband-machine unsteady-machine calibrator at-rest" -- "$current")) ;;
     *)
       COMPREPLY=($(compgen -W "--simulate --scenario --quick-start --port-device --demo --archive --no-archive --help --version" \
         -- "$current")) ;;

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "cli/archive/archive_report.h"
 #include "cli/word_choice.h"
 #include "exchange/kept_note.h"
 #include "numeric/hash.h"
@@ -21,12 +22,21 @@ using archive::Archive;
 using archive::NewRecord;
 
 // More than any file that a hundred thousand records make.
+constexpr const char* kLast = "last";
 constexpr std::size_t kLargestFile = 1'000'000'000;
 
 std::vector<std::string> FormatNames() {
   std::vector<std::string> names;
   for (const auto format : exchange::kExportFormats) names.push_back(NameOf(format));
   return names;
+}
+
+std::vector<std::int64_t> IdsOfWide(Archive& archive, const std::string& name) {
+  const archive::WideSet set = FoundWideSet(archive, name);
+  std::vector<std::int64_t> ids;
+  for (const archive::KeptRecord& kept : set.records) ids.push_back(kept.id);
+  if (ids.empty()) throw RuntimeError("All records of the wide spectrum are deleted.");
+  return ids;
 }
 
 // The same content is the same record, however often it is brought in.
@@ -43,7 +53,15 @@ archive::Uid UidOf(const std::string& content, std::size_t number) {
 }  // namespace
 
 void ExportWord::AddTo(CLI::App& word) {
-  word.add_option("id", ids_, "Numbers of records, as the list tells them")->required();
+  word.add_option("id", ids_, "Numbers of records, as the list tells them");
+  word.add_option("--wide", wide_, "All records of this wide spectrum, or of the last")
+      ->check([](const std::string& text) { return WideProblem(text, kLast); })
+      ->type_name("NAME");
+  word.parse_complete_callback([this] {
+    if (ids_.empty() == wide_.empty()) {
+      throw CLI::ValidationError("id", "give either numbers of records, or --wide with a name");
+    }
+  });
   word.add_option("--format", format_, "Of the file")
       ->required()
       ->check(CLI::IsMember(FormatNames()));
@@ -54,7 +72,8 @@ void ExportWord::AddTo(CLI::App& word) {
 
 void ExportWord::Run(Session& session, const Output& output, Archive& archive) const {
   std::vector<exchange::NotedRecord> records;
-  for (const std::int64_t id : ids_) {
+  const std::vector<std::int64_t> ids = wide_.empty() ? ids_ : IdsOfWide(archive, wide_);
+  for (const std::int64_t id : ids) {
     auto kept = archive.Get(id);
     if (!kept) throw RuntimeError("There is no record " + std::to_string(id) + " in the archive.");
     records.push_back(exchange::Noted(std::move(*kept)));
@@ -63,9 +82,9 @@ void ExportWord::Run(Session& session, const Output& output, Archive& archive) c
   if (!content) throw RuntimeError(content.Why().Text());
   session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(file_), *content);
   if (output.json) {
-    output.Write({{"file", file_}, {"records", ids_}});
+    output.Write({{"file", file_}, {"records", ids}});
   } else {
-    output.out << file_ << ": " << ids_.size() << (ids_.size() == 1 ? " record\n" : " records\n");
+    output.out << file_ << ": " << ids.size() << (ids.size() == 1 ? " record\n" : " records\n");
   }
 }
 

@@ -18,7 +18,7 @@ namespace kestrel {
 // "archive export --format F --out FILE ID...".
 class ExportWord {
  public:
-  void AddTo(CLI::App& word);
+  void AddTo(CLI::App& word);  // `this` outlives `word`
   // One file of all of them, whole or not at all. Throws RuntimeError.
   void Run(Session& session, const Output& output, archive::Archive& archive) const;
 
@@ -26,6 +26,7 @@ class ExportWord {
   std::string format_;
   std::string file_;
   std::vector<std::int64_t> ids_;
+  std::string wide_;  // the name of a wide spectrum whose records go into the file
 };
 
 // "archive import FILE...".

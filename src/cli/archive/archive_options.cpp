@@ -12,6 +12,7 @@
 namespace kestrel {
 namespace {
 
+constexpr const char* kAny = "any";
 constexpr const char* kWhich = "Which records";
 constexpr const char* kBeside = "What the archive keeps beside the record";
 
@@ -28,6 +29,13 @@ std::string TimeProblem(const std::string& text) {
   return "\"" + text + "\" is no time in UTC like 2026-03-14 or 2026-03-14T08:26";
 }
 
+std::string WideProblem(const std::string& text, const std::string& other) {
+  if (text == other || archive::UidFrom(text)) return {};
+  return "\"" + text +
+         "\" is neither the name of a wide spectrum, of 32 hexadecimal digits, nor \"" + other +
+         "\"; wide --list tells what there is";
+}
+
 void FilterOptions::AddTo(CLI::App& app) {
   const auto add = [&](const char* name, auto& value, const char* text) {
     return app.add_option(name, value, text)->group(kWhich);
@@ -41,6 +49,9 @@ void FilterOptions::AddTo(CLI::App& app) {
   add("--text", filter_.text, "With this in machine, point, note or a tag");
   add("--kind", kind_, "spectrum or time")->check(CLI::IsMember({"spectrum", "time"}));
   add("--option", filter_.option, "Sample-rate option, 0 to 3")->check(CLI::Range(0, 3));
+  add("--wide", wide_, "Of this wide spectrum, or of any")
+      ->check([](const std::string& text) { return WideProblem(text, kAny); })
+      ->type_name("NAME");
   app.add_flag("--alarm", alarm_, "With an alarm")->group(kWhich);
   app.add_flag("--deleted", filter_.deleted, "Those that are deleted, but not for good")
       ->group(kWhich);
@@ -51,6 +62,8 @@ archive::Filter FilterOptions::Filter() const {
   if (!from_.empty()) filter.from = UtcFrom(from_);
   if (!until_.empty()) filter.until = UtcFrom(until_);
   if (alarm_) filter.alarm = true;
+  if (wide_ == kAny) filter.wide = true;
+  filter.set = archive::UidFrom(wide_);
   if (!kind_.empty()) filter.kind = kind_ == "time" ? RecordKind::Time : RecordKind::Spectrum;
   return filter;
 }

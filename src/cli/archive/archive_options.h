@@ -15,10 +15,13 @@ namespace kestrel {
 // Why a text is no time in UTC; empty where it is one.
 [[nodiscard]] std::string TimeProblem(const std::string& text);
 
+// Why a text names no wide spectrum; empty where it could: 32 hexadecimal digits, or `other`.
+[[nodiscard]] std::string WideProblem(const std::string& text, const std::string& other);
+
 class FilterOptions {
  public:
-  // Adds --from, --until, --machine, --point, --bench, --tag, --text, --kind, --option, --alarm and
-  // --deleted; `this` outlives `app`.
+  // Adds --from, --until, --machine, --point, --bench, --tag, --text, --kind, --option, --wide,
+  // --alarm and --deleted; `this` outlives `app`.
   void AddTo(CLI::App& app);
 
   [[nodiscard]] archive::Filter Filter() const;
@@ -27,6 +30,7 @@ class FilterOptions {
   std::string from_;
   std::string until_;
   std::string kind_;
+  std::string wide_;
   bool alarm_ = false;  // a flag that is not given asks for nothing, not for records without
   archive::Filter filter_;
 };

@@ -69,6 +69,18 @@ Json RemarksJson(const Remarks& remarks) {
 
 }  // namespace
 
+archive::WideSet FoundWideSet(archive::Archive& archive, const std::string& name) {
+  std::optional<archive::Uid> uid = archive::UidFrom(name);
+  if (!uid) {
+    const auto sets = FindWideSets(archive, {});
+    if (sets.empty()) throw RuntimeError("There is no wide spectrum in the archive.");
+    uid = sets.front();
+  }
+  auto set = GetWideSet(archive, *uid);
+  if (!set) throw RuntimeError("There is no wide spectrum " + name + " in the archive.");
+  return std::move(*set);
+}
+
 std::string ListHead() {
   return "id\ttime (UTC)\tkind\tsettings\tRMS X, g\tRMS Y, g\tRMS Z, g\talarm\tmachine\tpoint\ttags"
          "\tnote\n";
@@ -105,6 +117,8 @@ Json KeptJson(const KeptRecord& kept) {
   json["adapter"] = record.sensor.adapter;
   json["program"] = kept.program;
   json["bench"] = kept.bench;
+  json["uid"] = archive::TextOf(kept.uid);
+  json["wide"] = kept.wide ? Json(archive::TextOf(kept.wide->set)) : Json();
   if (kept.deleted) json["deleted"] = UtcText(*kept.deleted);
   return json;
 }
@@ -123,6 +137,7 @@ void PrintKept(std::ostream& out, const KeptRecord& kept) {
   line("note", remarks.note);
   line("sensor", kept.record.sensor.simulated ? "simulated" : kept.record.sensor.interface);
   line("bench", kept.bench);
+  if (kept.wide) line("wide spectrum", archive::TextOf(kept.wide->set));
   if (kept.deleted) line("deleted", UtcText(*kept.deleted));
 }
 

@@ -5,10 +5,14 @@
 #include <ostream>
 #include <string>
 
-#include "archive/kept_record.h"
+#include "archive/wide_sets.h"
 #include "cli/command.h"
 
 namespace kestrel {
+
+// A kept wide spectrum by its name, or the last one where the name is none. Throws RuntimeError
+// where there is none.
+[[nodiscard]] archive::WideSet FoundWideSet(archive::Archive& archive, const std::string& name);
 
 // A list: its head, and a line each. Columns are parted by tabs.
 [[nodiscard]] std::string ListHead();

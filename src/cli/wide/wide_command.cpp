@@ -11,6 +11,7 @@
 
 #include "archive/wide_sets.h"
 #include "cli/archive/archive_command.h"
+#include "cli/archive/archive_report.h"
 #include "cli/word_choice.h"
 #include "numeric/number_parse.h"
 #include "record/utc_time.h"
@@ -29,13 +30,6 @@ const WordCodes<QuantityChoice> kQuantities{
     {"displacement", {.quantity = Quantity::Displacement, .amplitude = Amplitude::PeakToPeak}}};
 
 constexpr const char* kLast = "last";
-
-// Why a text names no wide spectrum; empty where it could.
-std::string SetProblem(const std::string& text) {
-  if (text == kLast || archive::UidFrom(text)) return {};
-  return "\"" + text +
-         "\" is neither 32 hexadecimal digits nor \"last\"; --list tells what there is";
-}
 
 std::string LimitProblem(const std::string& text) {
   const auto limit = WholeTextNumber(text);
@@ -76,7 +70,7 @@ void WideCommand::AddTo(CLI::App& app) {
   word_->add_option("--csv", csv_, "Write the curve as a table into this file as well")
       ->type_name("FILE");
   auto* from = word_->add_option("--from", from_, "A kept one, by its name in --list, or last")
-                   ->check(SetProblem)
+                   ->check([](const std::string& text) { return WideProblem(text, kLast); })
                    ->type_name("NAME");
   word_->add_flag("--list", list_, "List those that were kept, the latest first")->excludes(from);
   remarks_.AddTo(*word_);
@@ -111,7 +105,7 @@ ExitCode WideCommand::Capture(Session& session, const Output& output) {
   const WideCaptured captured = capture.Run();
   session.EndProgress();
   if (!captured.records.empty()) {
-    report.wide = WideOf(captured.records, {.wanted = mark.wanted, .limitDb = limitDb_});
+    report.wide = analysis::WideOf(captured.records, {.wanted = mark.wanted, .limitDb = limitDb_});
     report.stopped = captured.failure.has_value();
     Write(session, output, std::move(report));
   }
@@ -127,23 +121,14 @@ ExitCode WideCommand::End(Session& session, const WideCaptured& captured) const 
 
 ExitCode WideCommand::Reread(Session& session, const Output& output) {
   archive::Archive archive = OpenArchive(session, database::Access::ReadOnly);
-  std::optional<archive::Uid> uid = archive::UidFrom(from_);
-  if (from_ == kLast) {
-    const auto sets = FindWideSets(archive, {});
-    if (!sets.empty()) uid = sets.front();
-  }
-  auto set = uid ? GetWideSet(archive, *uid) : std::nullopt;
-  if (!set) {
-    throw RuntimeError(from_ == kLast ? "There is no wide spectrum in the archive."
-                                      : "There is no wide spectrum " + from_ + " in the archive.");
-  }
-  WideReport report{.set = set->uid, .deleted = set->deleted};
+  archive::WideSet set = FoundWideSet(archive, from_);
+  WideReport report{.set = set.uid, .deleted = set.deleted};
   std::vector<Record> records;
-  for (archive::KeptRecord& kept : set->records) {
+  for (archive::KeptRecord& kept : set.records) {
     report.names.push_back({kept.record.settings.option, kept.uid, kept.id});
     records.push_back(std::move(kept.record));
   }
-  report.wide = WideOf(std::move(records), {.wanted = set->wanted, .limitDb = limitDb_});
+  report.wide = analysis::WideOf(std::move(records), {.wanted = set.wanted, .limitDb = limitDb_});
   Write(session, output, std::move(report));
   return ExitCode::Success;
 }
@@ -175,7 +160,7 @@ ExitCode WideCommand::List(const Session& session, const Output& output) {
     const archive::KeptRecord& first = set->records.front();
     const std::string time = UtcText(first.record.time);
     if (output.json) {
-      all.push_back({{"set", TextOf(uid)},
+      all.push_back({{"set", archive::TextOf(uid)},
                      {"time", time},
                      {"options", options},
                      {"ids", ids},
@@ -183,7 +168,7 @@ ExitCode WideCommand::List(const Session& session, const Output& output) {
                      {"machine", first.remarks.machine},
                      {"point", first.remarks.point}});
     } else {
-      output.out << TextOf(uid) << '\t' << time << '\t' << OptionsText(options) << '\t'
+      output.out << archive::TextOf(uid) << '\t' << time << '\t' << OptionsText(options) << '\t'
                  << (missing.empty() ? "-" : OptionsText(missing)) << '\t' << first.remarks.machine
                  << '\t' << first.remarks.point << '\n';
     }
