@@ -172,6 +172,18 @@ bool IsListed(const std::vector<JoinedLine>& lines, const Peak& peak, double wid
   });
 }
 
+// Averaging magnitudes takes the scatter of the noise away and leaves what its mean adds to a line:
+// s²/2A for noise of s in each component. It shifts the line by up to 1.5 times (s/A)² of a bin.
+void WidenForAverages(Peak& peak, const Spectrum& capture) {
+  constexpr double kRayleighMedian = 1.1774;
+  Line& line = peak.line;
+  if (!line.peakBoundG || !(line.peakG > 0)) return;
+  const double share = std::pow(peak.noiseG / kRayleighMedian / line.peakG, 2) *
+                       (1 - 1.0 / std::max(capture.averages, 1));
+  line.hzBound += 1.5 * share * capture.binWidthHz;
+  *line.peakBoundG += share * line.peakG;
+}
+
 // Bins in the lobes of what is more than noise.
 std::vector<bool> BinsOfLines(const Spectrum& capture) {
   std::vector<bool> bins(capture.Bins());
@@ -231,8 +243,9 @@ std::vector<JoinedLine> LinesOf(const Joined& joined, const PeakSettings& settin
   for (std::size_t i = 0; i < joined.captures.size(); ++i) {
     const Spectrum& capture = joined.captures[i];
     const std::vector<JoinedLine> finer = lines;
-    for (const Peak& peak : FindPeaks(capture, settings)) {
+    for (Peak& peak : FindPeaks(capture, settings)) {
       if (!Uses(joined, i, peak.line.hz)) continue;
+      WidenForAverages(peak, capture);
       if (!IsListed(finer, peak, capture.binWidthHz)) lines.push_back({peak, capture.option});
     }
   }

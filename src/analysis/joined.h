@@ -56,7 +56,9 @@ inline constexpr double kSteadyLimitDb = 3;
 // NoiseOfAveragedMagnitudesDb(N) tells, 1.05 dB of many, and from lines nothing. This gives it
 // back: magnitudes of noise become the roots of its mean power. In the lobes of what stands 6 dB
 // or more above the noise around it only that noise's share is given; a line that stands out less
-// is taken for noise, and may become up to 1.05 dB too large.
+// is taken for noise, and may become up to 1.05 dB too large. What no averaging mends:
+// noise that falls by 12 dB an octave reads up to 2 dB too large at the third bin, where a bin is a
+// third of its frequency wide.
 [[nodiscard]] Spectrum WithPowerOfNoise(Spectrum capture);
 
 // Joins captures of one axis, each of another option; the order does not matter and not all four
@@ -68,7 +70,7 @@ inline constexpr double kSteadyLimitDb = 3;
                                   const std::function<double(double)>& weight = {});
 
 // Peaks of each capture within its used segment, each line once: at a border the finer capture's.
-// Largest first.
+// Largest first. The bounds hold what the noise adds to a line's averaged magnitudes as well.
 struct JoinedLine {
   Peak peak{};
   int option = 0;  // of the capture that shows it

@@ -123,10 +123,10 @@ TEST(WideTruth, WithoutTheNoisesPowerTheDensityWouldBeADecibelTooLow) {
   for (AxisVibration& axis : scenario.axes) axis.tones.clear();
   const auto wide = WideSpectrumOf(scenario, 255);
   const Joined& joined = *wide.axes[0];
-  const double truth = NoiseBetween(scenario.axes[0], 1000, 4000);
-  EXPECT_NEAR(10 * std::log10(PowerBetween(joined.captures.back(), 1000, 4000) / truth), -1.03,
-              0.3);
-  EXPECT_NEAR(10 * std::log10(PowerBetween(joined.power.back(), 1000, 4000) / truth), 0, 0.3);
+  const double truth = NoiseBetween(scenario.axes[0], 15000, 45000);
+  EXPECT_NEAR(10 * std::log10(PowerBetween(joined.captures.back(), 15000, 45000) / truth), -1.03,
+              0.1);
+  EXPECT_NEAR(10 * std::log10(PowerBetween(joined.power.back(), 15000, 45000) / truth), 0, 0.1);
 }
 
 TEST(WideTruth, EveryLineIsFoundOnceWithinItsBound) {
@@ -167,7 +167,7 @@ TEST(WideTruth, TheDisagreementIsWhatChanged) {
   const auto wide = WideSpectrumOf(UnsteadyMachine(), 255);
   for (const Axis axis : kAxes) {
     for (const analysis::Overlap& overlap : wide.axes[Index(axis)]->overlaps) {
-      EXPECT_NEAR(overlap.differenceDb, -5, 0.7) << Letter(axis) << ", " << overlap.fineOption;
+      EXPECT_NEAR(overlap.differenceDb, -5, 1.0) << Letter(axis) << ", " << overlap.fineOption;
     }
   }
 }

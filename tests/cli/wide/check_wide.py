@@ -59,11 +59,11 @@ def exported(path):
 
 
 def around(magnitudes, at, window):
-    """Median of the bins beyond the lobe about a bin."""
+    """Median (of two the upper) of the bins beyond the lobe about a bin."""
     _, _, first, lobe = WINDOWS[window]
     steps = range(lobe + 1, lobe + 1 + REACH)
     bins = [at - s for s in steps if at - s >= first] + [at + s for s in steps if at + s < 256]
-    return np.median(magnitudes[bins])
+    return np.sort(magnitudes[bins])[len(bins) // 2]
 
 
 def with_noise_power(magnitudes, step, window, averages):

@@ -99,18 +99,18 @@ TEST_F(WideCommands, KeptOnesAreListedTheLatestFirst) {
 
 TEST_F(WideCommands, WhatIsMissingIsTold) {
   const json wide = Wide();
-  const json ids = RunJson({"archive", "list", "--wide", NameOf(wide), "--option", "2"});
+  const json ids = RunJson({"archive", "list", "--wide", NameOf(wide), "--option", "3"});
   ASSERT_EQ(ids.size(), 1U);
   ASSERT_EQ(Run({"archive", "delete", std::to_string(ids[0]["id"].get<int>())}), ExitCode::Success);
   const json kept = RunJson({"wide", "--from", NameOf(wide)});
   EXPECT_EQ(kept["complete"], false);
-  EXPECT_EQ(kept["missing"], json({2}));
-  EXPECT_EQ(kept["deleted"], json({2}));
+  EXPECT_EQ(kept["missing"], json::array({3}));
+  EXPECT_EQ(kept["deleted"], json::array({3}));
   const json severity = kept["axes"]["X"]["severity_10_to_1000_hz"];
   EXPECT_EQ(severity["velocity_mm_per_s_rms"], nullptr);
-  EXPECT_EQ(severity["missing"], json({2}));
+  EXPECT_EQ(severity["missing"], json::array({3}));
   EXPECT_EQ(Run({"wide", "--from", NameOf(wide)}), ExitCode::Success);
-  EXPECT_THAT(out.str(), HasSubstr("Deleted, and can be brought back: option 2."));
+  EXPECT_THAT(out.str(), HasSubstr("Deleted, and can be brought back: option 3."));
 }
 
 TEST_F(WideCommands, AllLinesAreListedOnceWithTheirBounds) {
