@@ -58,7 +58,7 @@ _kestrel_cli() {
         archive:export) words="--wide --format --out --help" ;;
         archive:import) words="--time --option --range --window $remarks --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
-        wide:*) words="--range --window --averages --options --quantity --limit --lines --data --csv --from --list $remarks --help" ;;
+        wide:*) words="--fast --range --window --averages --options --quantity --limit --lines --data --csv --from --list $remarks --help" ;;
         setup:) words="save diff restore list show delete export import" ;;
         monitor:) words="--check --from-sensor --bench --sensor --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;

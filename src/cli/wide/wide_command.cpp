@@ -69,6 +69,7 @@ void WideCommand::AddTo(CLI::App& app) {
   word_->add_flag("--data", withData_, "Report every point in the text as well");
   word_->add_option("--csv", csv_, "Write the curve as a table into this file as well")
       ->type_name("FILE");
+  AddFast(*word_, fast_);
   auto* from = word_->add_option("--from", from_, "A kept one, by its name in --list, or last")
                    ->check([](const std::string& text) { return WideProblem(text, kLast); })
                    ->type_name("NAME");
@@ -96,6 +97,7 @@ void WideCommand::ShowProgress(Session& session, const WideProgress& now) const 
 ExitCode WideCommand::Capture(Session& session, const Output& output) {
   const archive::WideMark mark{archive::NewUid(), MaskOf(options_)};
   WideReport report{.set = mark.set};
+  session.station.Records().Fast().Choose(fast_);
   WideCapture capture(session.station, {.setup = setup_, .options = mark.wanted});
   capture.OnProgress([&](const WideProgress& now) { ShowProgress(session, now); });
   capture.OnRecord([&](const Record& record) {

@@ -36,6 +36,7 @@ class WideCommand : public Command {
   std::optional<analysis::QuantityChoice> quantity_;
   double limitDb_ = analysis::kSteadyLimitDb;
   int lines_ = 10;
+  bool fast_ = false;
   bool withData_ = false;
   std::string csv_;   // file
   std::string from_;  // uid of a kept one, or "last"
