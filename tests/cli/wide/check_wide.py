@@ -24,7 +24,7 @@ WINDOWS = {
                  [0.21557895, 0.41663158, 0.277263158, 0.083578947, 0.006947368]), 5, 5, 5),
 }
 CASES = [("hanning", 1), ("hanning", 3), ("flattop", 2), ("rectangular", 1)]  # window, averages
-REACH = 12  # bins of the noise around a line, either side
+REACH = 16  # bins of the noise around a line, either side
 TOLERANCE = 1e-9
 
 
