@@ -115,17 +115,22 @@ void Keeper::Open() {
     BringOver();
     Tell([](KeeperState& state) {
       state.trouble.clear();
+      state.fault.reset();
       state.waiting = 0;
     });
   } catch (const RuntimeError& error) {
-    GiveUp(error.what());
+    GiveUp(error);
   }
 }
 
-void Keeper::GiveUp(const std::string& trouble) {
+void Keeper::GiveUp(const RuntimeError& error) {
   archive_.reset();
   nextTry_ = std::chrono::steady_clock::now() + choice_.retry;
-  Tell([&](KeeperState& state) { state.trouble = trouble; });
+  const auto* told = dynamic_cast<const DatabaseError*>(&error);
+  Tell([&](KeeperState& state) {
+    state.trouble = error.what();
+    state.fault = told == nullptr ? std::nullopt : std::optional{told->fault};
+  });
 }
 
 // Whatever ends this half-way: what was brought over twice is one record, by its uid.
@@ -171,7 +176,7 @@ void Keeper::KeepNext() {
     });
     LimitSize();
   } catch (const DatabaseError& error) {
-    error.fault == Fault::Constraint ? Refuse(error.what()) : GiveUp(error.what());
+    error.fault == Fault::Constraint ? Refuse(error.what()) : GiveUp(error);
   } catch (const RuntimeError& error) {
     Refuse(error.what());
   }

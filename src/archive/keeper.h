@@ -24,7 +24,8 @@ struct KeeperState {
   std::int64_t unsafe = 0;               // in memory only
   std::int64_t refused = 0;              // could never be kept; `trouble` says why
   std::string trouble{};                 // with the cure; empty when all is well
-  Pruned pruned{};                       // what the size limit has removed since the start
+  std::optional<database::Fault> fault{};  // its kind, where the database told one
+  Pruned pruned{};                         // what the size limit has removed since the start
   bool operator==(const KeeperState&) const = default;
 };
 
@@ -82,7 +83,7 @@ class Keeper {
   void Done(const std::function<void(KeeperState&)>& change);
   void Refuse(const std::string& trouble);
   // Until the next try.
-  void GiveUp(const std::string& trouble);
+  void GiveUp(const RuntimeError& error);
   // Records of the queue; a record and its amendment are one.
   [[nodiscard]] std::int64_t Unsafe() const;
   // Changes the state and tells it.

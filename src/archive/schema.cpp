@@ -52,9 +52,20 @@ std::vector<std::string> Version2() {
   };
 }
 
+// What stood in the way of captures, and alarms: see JournalEntry.
+std::vector<std::string> Version3() {
+  return {
+      "create table journal(uid blob primary key, bench text not null, sensor text not null, kind "
+      "text not null, began bigint not null, ended bigint, missed bigint not null, text text not "
+      "null)",
+      "create index journal_began on journal(began)",
+  };
+}
+
 std::vector<std::string> StepTo(std::int64_t version, const std::string& key) {
   if (version == 1) return Version1(key);
   if (version == 2) return Version2();
+  if (version == 3) return Version3();
   throw DatabaseError(Fault::Other, "there is no way to version " + std::to_string(version));
 }
 

@@ -6,7 +6,7 @@
 
 namespace kestrel::archive {
 
-inline constexpr std::int64_t kSchemaVersion = 2;
+inline constexpr std::int64_t kSchemaVersion = 3;
 
 // What a database holds.
 enum class Contents {

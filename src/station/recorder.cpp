@@ -125,7 +125,15 @@ Result<Record> Recorder::ReadStored(int number, RecordKind kind) {
     return end_.Lost();
   }
   core_.delay.Delay(float{kRetrieveMs});
-  auto record = ReadOut(kind, RecordOrigin{.countBefore = {}, .stored = number});
+  return ReadWithState(kind, RecordOrigin{.countBefore = {}, .stored = number});
+}
+
+Result<Record> Recorder::ReadPresent(RecordKind kind) {
+  return ReadWithState(kind, {});
+}
+
+Result<Record> Recorder::ReadWithState(RecordKind kind, const RecordOrigin& origin) {
+  auto record = ReadOut(kind, origin);
   const auto alarms = record ? ReadAlarmFlags(core_.registers, {}) : std::nullopt;
   const auto peaks = alarms ? ReadAlarmPeaks(core_.registers, *alarms) : std::nullopt;
   const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;

@@ -47,6 +47,8 @@ class Recorder {
 
   // Record 0..15 of the sensor's flash. The sensor does not tell of which kind it is.
   Result<Record> ReadStored(int number, RecordKind kind);
+  // The record that is in the sensor's buffers, as one it took by itself.
+  Result<Record> ReadPresent(RecordKind kind);
 
   // How the points of a record are read. A road that is refused is noted as a message.
   [[nodiscard]] FastReadout& Fast() { return fast_; }
@@ -66,6 +68,7 @@ class Recorder {
   };
   enum class Wait { Ready, Stopped, Lost };
 
+  Result<Record> ReadWithState(RecordKind kind, const RecordOrigin& origin);
   bool Start();
   Wait WaitForData(RecordOrigin& origin);
   Wait Stop(RecordOrigin& origin);

@@ -1,0 +1,229 @@
+// Steps with the sensor of a monitor.
+// SPDX-License-Identifier: MIT
+#include "monitor/sensor.h"
+
+#include <algorithm>
+
+#include "acquisition/capture_steps.h"
+#include "acquisition/readings.h"
+#include "acquisition/sensor_identity.h"
+#include "device/rec_ctrl.h"
+#include "regmap/command_words.h"
+#include "regmap/register_table.h"
+#include "setup/difference.h"
+
+namespace kestrel::monitor {
+namespace {
+
+constexpr std::int16_t kManual = 0;
+constexpr std::int16_t kTimer = 1;
+constexpr int kStoredRecords = 16;
+constexpr std::size_t kMostDifferences = 5;
+
+// A pointer into the flash is moved by every look at it, and lines that are inputs by the world.
+bool IsGuarded(std::size_t index) {
+  return index != Index(setup::Register::RecPntr) && index != Index(setup::Register::GpioCtrl);
+}
+
+std::string SensorText(const SensorIdentity& identity) {
+  return identity.interface + (identity.adapter.empty() ? "" : " (" + identity.adapter + ")");
+}
+
+}  // namespace
+
+std::optional<std::int32_t> Sensor::Read(std::int16_t row) {
+  return ReadWord(station_.Road().registers, row);
+}
+
+Trouble Sensor::TroubleOf(const Failure& failure) const {
+  if (failure.kind == FailureKind::NoSensor) return {Trouble::Kind::Away, failure.text};
+  return {patience_.IsEnding() ? Trouble::Kind::Ended : Trouble::Kind::Silent, failure.text};
+}
+
+Tried<SensorNews> Sensor::Connect() {
+  setup_.reset();
+  const Done connected = station_.Connect();
+  if (!connected) return TroubleOf(connected.Why());
+  const auto product = Read(row::PROD_ID);
+  const auto count = Read(row::REC_CNT);
+  if (!product || !count) return Trouble{Trouble::Kind::Away, "The sensor cannot be reached."};
+  if (*product == 0 || *product == 0xFFFF) {
+    return Trouble{Trouble::Kind::Away,
+                   "The adapter is there, but no sensor answers: it is asleep, without power or "
+                   "not plugged in."};
+  }
+  SensorNews news;
+  const SensorIdentity identity = PresentSensor(station_.Road());
+  if (identity_ && *identity_ != identity) {
+    news.replaced = SensorText(*identity_) + " was replaced by " + SensorText(identity) + ".";
+  }
+  news.restarted = count_ && *count < *count_;
+  identity_ = identity;
+  count_ = *count;
+  if (!asSet_) {
+    asSet_ = ReadWords();
+    if (!asSet_) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  }
+  return news;
+}
+
+std::optional<Sensor::Words> Sensor::ReadWords() {
+  Words words;
+  for (std::size_t index = 0; index < kRegisters; ++index) {
+    if (!IsGuarded(index)) continue;
+    words[index] = Read(setup::RowOf(index));
+    if (!words[index]) return std::nullopt;
+  }
+  return words;
+}
+
+Tried<SensorNews> Sensor::Check() {
+  const auto words = ReadWords();
+  const auto count = Read(row::REC_CNT);
+  if (!words || !count) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  SensorNews news;
+  news.restarted = count_ && *count < *count_;
+  count_ = *count;
+  setup::Setup set;
+  setup::Setup now;
+  std::vector<std::size_t> others;
+  for (std::size_t index = 0; index < kRegisters; ++index) {
+    set.registers[index] = static_cast<std::uint16_t>((*asSet_)[index].value_or(0));
+    now.registers[index] = static_cast<std::uint16_t>((*words)[index].value_or(0));
+    if (set.registers[index] != now.registers[index]) others.push_back(index);
+  }
+  std::size_t told = 0;
+  for (const std::size_t index : others) {
+    for (const setup::Difference& one : setup::DifferenceOfRegister(set, now, index)) {
+      if (++told > kMostDifferences) break;
+      news.putBack += (news.putBack.empty() ? "" : "; ") + one.place + " was " + one.now +
+                      ", set again to " + one.saved;
+    }
+    if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) {
+      return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+    }
+  }
+  if (!others.empty()) {
+    setup_.reset();
+    if (ReadWords() != asSet_) {
+      return Trouble{Trouble::Kind::Silent,
+                     "The sensor does not take its settings: " + news.putBack};
+    }
+  }
+  return news;
+}
+
+std::optional<Trouble> Sensor::Configure(const Step& step, std::int16_t mode, std::int16_t option) {
+  const RecordSetup wanted{.mode = mode,
+                           .range = step.range,
+                           .option = option,
+                           .window = step.window,
+                           .averages = step.averages};
+  const auto same = [&](const RecordSetup& other) {
+    return other.mode == wanted.mode && other.range == wanted.range &&
+           other.option == wanted.option && other.window == wanted.window &&
+           other.averages == wanted.averages;
+  };
+  if (setup_ && same(*setup_)) return std::nullopt;
+  const auto configured = station_.Records().Configure(wanted);
+  if (!configured) return TroubleOf(configured.Why());
+  setup_ = *configured;
+  if (!same(*setup_)) {
+    setup_.reset();
+    return Trouble{Trouble::Kind::Silent, "The sensor does not take the settings of the plan."};
+  }
+  for (const setup::Register which : {setup::Register::RecCtrl, setup::Register::FftAvg}) {
+    (*asSet_)[Index(which)] = Read(setup::RowOf(Index(which)));
+  }
+  return std::nullopt;
+}
+
+Tried<Record> Sensor::CaptureOne(const Step& step, std::int16_t option) {
+  const std::int16_t mode = step.kind == StepKind::TimeRecord ? kTimeMode : kManual;
+  if (auto trouble = Configure(step, mode, option)) return *std::move(trouble);
+  patience_.Begin(LongestCapture(option, step.averages));
+  auto captured = station_.Records().Capture();
+  patience_.End();
+  if (!captured) return TroubleOf(captured.Why());
+  const Record& record = captured->record;
+  if (!record.IsNew() || record.origin.stopped) {
+    if (patience_.IsEnding()) {
+      return Trouble{Trouble::Kind::Ended, "The capture under way was abandoned at the end."};
+    }
+    setup_.reset();
+    return Trouble{Trouble::Kind::Silent,
+                   "The capture was not done after three times its length: the sensor is asleep or "
+                   "hangs."};
+  }
+  count_ = record.conditions.recordCount;
+  return record;
+}
+
+Tried<std::vector<Record>> Sensor::Capture(const Step& step) {
+  std::vector<Record> records;
+  for (std::int16_t option = 3; option >= 0; --option) {
+    if (step.kind != StepKind::Wide && option != step.option) continue;
+    auto record = CaptureOne(step, option);
+    if (auto* trouble = std::get_if<Trouble>(&record)) return *std::move(trouble);
+    records.push_back(std::get<Record>(std::move(record)));
+  }
+  return records;
+}
+
+Tried<std::int32_t> Sensor::BeginSeries(const Step& step, std::chrono::seconds period) {
+  RegisterAccess& registers = station_.Road().registers;
+  const Trouble lost{Trouble::Kind::Away, "The sensor was lost."};
+  if (!SendStop(registers)) return lost;
+  if (auto trouble = Configure(step, kTimer, step.option)) return *std::move(trouble);
+  std::int32_t word = static_cast<std::int32_t>(period.count());
+  if (period.count() > 255) {
+    const bool isHours = period.count() % 3600 == 0;
+    word = isHours ? 0x200 | static_cast<std::int32_t>(period.count() / 3600)
+                   : 0x100 | static_cast<std::int32_t>(period.count() / 60);
+  }
+  if (!registers.Write(row::REC_PRD, word)) return lost;
+  (*asSet_)[Index(setup::Register::RecPrd)] = Read(row::REC_PRD);
+  if (!registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus))) return lost;
+  const auto count = Read(row::REC_CNT);
+  if (!count || !registers.Write(row::COMMAND, CommandWord(CommandBit::RecordStartStop))) {
+    return lost;
+  }
+  count_ = *count;
+  return *count;
+}
+
+Tried<std::int32_t> Sensor::Count() {
+  const auto count = Read(row::REC_CNT);
+  if (!count) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  count_ = *count;
+  return *count;
+}
+
+Tried<std::optional<Record>> Sensor::Newest() {
+  const auto record = station_.Records().ReadPresent(RecordKind::Spectrum);
+  if (!record) return TroubleOf(record.Why());
+  const auto after = Count();
+  if (const auto* trouble = std::get_if<Trouble>(&after)) return *trouble;
+  if (std::get<std::int32_t>(after) != record->conditions.recordCount)
+    return std::optional<Record>{};
+  return std::optional{*record};
+}
+
+Tried<std::vector<Record>> Sensor::Stored() {
+  std::vector<Record> records;
+  const auto stored = Read(row::REC_FLSH_CNT);
+  if (!stored) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  for (int number = 0; number < std::min<int>(*stored, kStoredRecords); ++number) {
+    const auto before = Count();
+    if (const auto* trouble = std::get_if<Trouble>(&before)) return *trouble;
+    const auto record = station_.Records().ReadStored(number, RecordKind::Spectrum);
+    if (!record) return TroubleOf(record.Why());
+    const auto after = Count();
+    if (const auto* trouble = std::get_if<Trouble>(&after)) return *trouble;
+    // A sensor that captures meanwhile retrieves nothing, or mixes two records.
+    if (std::get<std::int32_t>(after) == std::get<std::int32_t>(before)) records.push_back(*record);
+  }
+  return records;
+}
+
+}  // namespace kestrel::monitor
