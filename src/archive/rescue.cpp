@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <optional>
+#include <vector>
+
+#include "archive/journal.h"
 
 namespace kestrel::archive {
 namespace {
@@ -45,6 +48,13 @@ Rescued Rescue(Archive& from, Archive& into, const std::function<bool(std::int64
     into.Keep(*record);
     ++rescued.kept;
   }
+  std::vector<JournalEntry> journal;
+  try {
+    journal = EntriesOf(from);
+  } catch (const DatabaseError&) {
+    rescued.isJournalWhole = false;
+  }
+  if (!journal.empty()) PutEntries(into, journal);
   return rescued;
 }
 

@@ -11,12 +11,13 @@ namespace kestrel::archive {
 
 struct Rescued {
   std::int64_t kept = 0;
-  std::int64_t lost = 0;  // ids that are known of and cannot be read
+  std::int64_t lost = 0;       // ids that are known of and cannot be read
+  bool isJournalWhole = true;  // false where it cannot be read
 };
 
-// Every record of `from` that can be read whole, deleted ones too, is kept in `into` (once, however
-// often this is done). `goOn` is asked between records with the number done; false ends it. Throws
-// DatabaseError where `into` cannot take one.
+// The journal of `from`, and every record that can be read whole, deleted ones too, is kept in
+// `into` (once, however often this is done). `goOn` is asked between records with the number done;
+// false ends it. Throws DatabaseError where `into` cannot take one.
 Rescued Rescue(
     Archive& from, Archive& into,
     const std::function<bool(std::int64_t done)>& goOn = [](auto) { return true; });

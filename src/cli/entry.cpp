@@ -28,6 +28,22 @@ void OnInterrupt(int /*signal*/) {
   std::signal(SIGINT, SIG_DFL);
 }
 
+std::atomic<bool> ended{false};
+
+// The second one ends the program at once.
+void OnEnd(int signal) {
+  ended = true;
+  std::signal(signal, SIG_DFL);
+}
+
+void HearEnd() {
+  std::signal(SIGINT, OnEnd);
+  std::signal(SIGTERM, OnEnd);
+#ifdef SIGHUP
+  std::signal(SIGHUP, OnEnd);
+#endif
+}
+
 constexpr const char* kPainter = "kestrel-report";
 
 ExitCode DoneByPainter(char** argv) {
@@ -37,23 +53,31 @@ ExitCode DoneByPainter(char** argv) {
 }
 
 int Run(char** argv, const std::vector<std::string>& arguments, report::ReportPainter* painter) {
-  System system({.portAddress = [] { return PortAddress; }});
+  std::string user = "kestrel-cli";
+  System system({.portAddress = [] { return PortAddress; },
+                 .user = [&user] { return user; },
+                 .inUse = [](const std::string& line) { std::cerr << line << '\n'; }});
   iniSystem2(System::Version());
   return static_cast<int>(RunProgram(
-      arguments, {.clock = system.SystemClock(),
-                  .files = system.SystemFiles(),
-                  .locale = system.SystemLocale(),
-                  .hardware = system.Devices(),
-                  .usePortDevice = [&](const auto& device) { system.UsePortDevice(device); },
-                  .interrupted = [] { return pressed.exchange(false); },
-                  .out = std::cout,
-                  .error = std::cerr,
-                  .showProgress = System::ErrorIsTerminal(),
-                  .usualArchive = archive::UsualPlace(System::Environment),
-                  .bench = System::ComputerName(),
-                  .setups = setup::UsualSetupFolder(System::Environment),
-                  .painter = painter,
-                  .doneByPainter = [argv] { return DoneByPainter(argv); }}));
+      arguments,
+      {.clock = system.SystemClock(),
+       .files = system.SystemFiles(),
+       .locale = system.SystemLocale(),
+       .hardware = system.Devices(),
+       .usePortDevice = [&](const auto& device) { system.UsePortDevice(device); },
+       .interrupted = [] { return pressed.exchange(false); },
+       .out = std::cout,
+       .error = std::cerr,
+       .showProgress = System::ErrorIsTerminal(),
+       .usualArchive = archive::UsualPlace(System::Environment),
+       .bench = System::ComputerName(),
+       .setups = setup::UsualSetupFolder(System::Environment),
+       .painter = painter,
+       .doneByPainter = [argv] { return DoneByPainter(argv); },
+       .hearEnd = HearEnd,
+       .ending = [] { return ended.load(); },
+       .sinceBoot = System::SinceBoot,
+       .nameBench = [&user](const std::string& bench) { user = "kestrel-cli, bench " + bench; }}));
 }
 
 }  // namespace

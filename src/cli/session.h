@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <iosfwd>
@@ -36,6 +37,13 @@ struct Surroundings {
   // Has the same command line done by the program that can print, where this one cannot. Throws
   // RuntimeError where there is none.
   std::function<ExitCode()> doneByPainter = {};
+  // For commands that run until they are told to end: hears that from then on, and whether it was.
+  std::function<void()> hearEnd = [] {};
+  std::function<bool()> ending = [] { return false; };
+  // Time that goes on while the machine sleeps; none: the clock's own.
+  std::function<std::chrono::nanoseconds()> sinceBoot = {};
+  // Names the bench to other programs that want the same device.
+  std::function<void(const std::string&)> nameBench = [](const auto&) {};
 };
 
 // Where records are kept.

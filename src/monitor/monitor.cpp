@@ -91,7 +91,7 @@ void Monitor::RestorePast() {
   std::istringstream recent(text(kRecent));
   for (std::string uid; recent >> uid;) recent_.push_back(uid);
   Tell(alarms_.EndWhere([this](const AlarmKey& key) { return !IsJudged(plan_, key); }, now.wall));
-  accounted_ = now.wall;
+  dealt_ = accounted_ = now.wall - plan_.every;
   if (text(kAccounted).empty()) return;
   const auto last = archive::TimeOf(std::strtoll(text(kAccounted).c_str(), nullptr, 10));
   const std::int64_t missed = MissedBetween(last, now.wall, plan_.every);
@@ -253,6 +253,7 @@ void Monitor::CountPassed() {
 Progress Monitor::State() {
   Progress progress{.isConnected = runner_.IsConnected(),
                     .records = safe_,
+                    .unsafe = static_cast<std::int64_t>(handed_.size()),
                     .missed = incidents_.AllMissed(),
                     .incidentsOpen = incidents_.Open(),
                     .alarmsOn = alarms_.Standing(),

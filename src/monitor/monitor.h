@@ -39,6 +39,7 @@ struct Site {
 struct Progress {
   bool isConnected = false;
   std::int64_t records = 0;  // safe on a disk since the start
+  std::int64_t unsafe = 0;   // in memory only
   std::int64_t missed = 0;
   int incidentsOpen = 0;
   int alarmsOn = 0;
@@ -65,6 +66,10 @@ class Monitor {
   // Ends: what was captured is kept, and what the next start must know.
   void Finish();
 
+  // What has become safe since the last look, and what stands in the way of the rest. Part of a
+  // turn.
+  void LookAtKeeping();
+
   [[nodiscard]] Progress State();
 
  private:
@@ -75,7 +80,6 @@ class Monitor {
   void NoteIncident(const archive::JournalEntry& entry);
   void Look();  // at clocks, archive, broker
   void LookAtClocks();
-  void LookAtKeeping();
   void LookAtBroker(const Now& now);
   void CountPassed();
   void Do(const Next& next);

@@ -7,6 +7,7 @@
 #include "exchange/texts.h"
 #include "monitor/plan.h"
 #include "monitor/plan_words.h"
+#include "publish/settings.h"
 #include "record/frequency.h"
 
 namespace kestrel::monitor {
@@ -220,6 +221,12 @@ void Reader::CheckWhole() {
     Say(0, "fault: its zone is below that of the warning");
   }
   for (const Step& step : plan_.steps) CheckStep(step);
+  std::vector<publish::SettingLine> lines;
+  for (const PlanLine& line : plan_.publish) lines.push_back({line.line, line.key, line.value});
+  const auto settings = publish::SettingsOf(lines);
+  if (const auto* wrong = std::get_if<std::vector<publish::SettingMistake>>(&settings)) {
+    for (const publish::SettingMistake& one : *wrong) Say(one.line, one.what);
+  }
 }
 
 void Reader::CheckStep(const Step& step) {

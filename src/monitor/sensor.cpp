@@ -25,6 +25,10 @@ bool IsGuarded(std::size_t index) {
   return index != Index(setup::Register::RecPntr) && index != Index(setup::Register::GpioCtrl);
 }
 
+Trouble Lost() {
+  return {Trouble::Kind::Away, "The sensor was lost."};
+}
+
 std::string SensorText(const SensorIdentity& identity) {
   return identity.interface + (identity.adapter.empty() ? "" : " (" + identity.adapter + ")");
 }
@@ -40,18 +44,24 @@ Trouble Sensor::TroubleOf(const Failure& failure) const {
   return {patience_.IsEnding() ? Trouble::Kind::Ended : Trouble::Kind::Silent, failure.text};
 }
 
+// Where nothing drives the line, all words read alike.
+std::optional<Trouble> Sensor::Mute() {
+  constexpr std::int32_t kAllOnes = 0xFFFF;
+  const auto product = Read(row::PROD_ID);
+  if (!product) return Lost();
+  if (*product != 0 && *product != kAllOnes) return std::nullopt;
+  return Trouble{Trouble::Kind::Away,
+                 "The adapter is there, but no sensor answers: it is asleep, without power or not "
+                 "plugged in."};
+}
+
 Tried<SensorNews> Sensor::Connect() {
   setup_.reset();
   const Done connected = station_.Connect();
   if (!connected) return TroubleOf(connected.Why());
-  const auto product = Read(row::PROD_ID);
+  if (auto trouble = Mute()) return *std::move(trouble);
   const auto count = Read(row::REC_CNT);
-  if (!product || !count) return Trouble{Trouble::Kind::Away, "The sensor cannot be reached."};
-  if (*product == 0 || *product == 0xFFFF) {
-    return Trouble{Trouble::Kind::Away,
-                   "The adapter is there, but no sensor answers: it is asleep, without power or "
-                   "not plugged in."};
-  }
+  if (!count) return Lost();
   SensorNews news;
   const SensorIdentity identity = PresentSensor(station_.Road());
   if (identity_ && *identity_ != identity) {
@@ -62,7 +72,7 @@ Tried<SensorNews> Sensor::Connect() {
   count_ = *count;
   if (!asSet_) {
     asSet_ = ReadWords();
-    if (!asSet_) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+    if (!asSet_) return Lost();
   }
   return news;
 }
@@ -78,9 +88,10 @@ std::optional<Sensor::Words> Sensor::ReadWords() {
 }
 
 Tried<SensorNews> Sensor::Check() {
+  if (auto trouble = Mute()) return *std::move(trouble);
   const auto words = ReadWords();
   const auto count = Read(row::REC_CNT);
-  if (!words || !count) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  if (!words || !count) return Lost();
   SensorNews news;
   news.restarted = count_ && *count < *count_;
   count_ = *count;
@@ -100,7 +111,7 @@ Tried<SensorNews> Sensor::Check() {
                       ", set again to " + one.saved;
     }
     if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) {
-      return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+      return Lost();
     }
   }
   if (!others.empty()) {
@@ -172,8 +183,7 @@ Tried<std::vector<Record>> Sensor::Capture(const Step& step) {
 
 Tried<std::int32_t> Sensor::BeginSeries(const Step& step, std::chrono::seconds period) {
   RegisterAccess& registers = station_.Road().registers;
-  const Trouble lost{Trouble::Kind::Away, "The sensor was lost."};
-  if (!SendStop(registers)) return lost;
+  if (!SendStop(registers)) return Lost();
   if (auto trouble = Configure(step, kTimer, step.option)) return *std::move(trouble);
   std::int32_t word = static_cast<std::int32_t>(period.count());
   if (period.count() > 255) {
@@ -181,12 +191,12 @@ Tried<std::int32_t> Sensor::BeginSeries(const Step& step, std::chrono::seconds p
     word = isHours ? 0x200 | static_cast<std::int32_t>(period.count() / 3600)
                    : 0x100 | static_cast<std::int32_t>(period.count() / 60);
   }
-  if (!registers.Write(row::REC_PRD, word)) return lost;
+  if (!registers.Write(row::REC_PRD, word)) return Lost();
   (*asSet_)[Index(setup::Register::RecPrd)] = Read(row::REC_PRD);
-  if (!registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus))) return lost;
+  if (!registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus))) return Lost();
   const auto count = Read(row::REC_CNT);
   if (!count || !registers.Write(row::COMMAND, CommandWord(CommandBit::RecordStartStop))) {
-    return lost;
+    return Lost();
   }
   count_ = *count;
   return *count;
@@ -194,7 +204,7 @@ Tried<std::int32_t> Sensor::BeginSeries(const Step& step, std::chrono::seconds p
 
 Tried<std::int32_t> Sensor::Count() {
   const auto count = Read(row::REC_CNT);
-  if (!count) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  if (!count) return Lost();
   count_ = *count;
   return *count;
 }
@@ -212,7 +222,7 @@ Tried<std::optional<Record>> Sensor::Newest() {
 Tried<std::vector<Record>> Sensor::Stored() {
   std::vector<Record> records;
   const auto stored = Read(row::REC_FLSH_CNT);
-  if (!stored) return Trouble{Trouble::Kind::Away, "The sensor was lost."};
+  if (!stored) return Lost();
   for (int number = 0; number < std::min<int>(*stored, kStoredRecords); ++number) {
     const auto before = Count();
     if (const auto* trouble = std::get_if<Trouble>(&before)) return *trouble;

@@ -63,6 +63,8 @@ class Sensor {
   [[nodiscard]] Tried<Record> CaptureOne(const Step& step, std::int16_t option);
   [[nodiscard]] Trouble TroubleOf(const Failure& failure) const;
   [[nodiscard]] std::optional<std::int32_t> Read(std::int16_t row);
+  // None where it answers.
+  [[nodiscard]] std::optional<Trouble> Mute();
   // Nothing where the sensor was lost.
   [[nodiscard]] std::optional<Words> ReadWords();
 

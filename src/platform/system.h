@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -20,6 +21,11 @@ struct SystemOptions {
   std::function<std::int16_t()> portAddress;
   // Told true when a request to a device begins to take noticeably long, and false at its end.
   std::function<void(bool)> waiting = {};
+  // What others are told of who uses a device: "kestrel-cli, bench Hall 3". None: the program's
+  // name.
+  std::function<std::string()> user = {};
+  // Told a line of a device that another program uses, with who that is.
+  std::function<void(const std::string& line)> inUse = {};
 };
 
 // The operating system behind the seams. Make it on the thread that waits.
@@ -46,6 +52,9 @@ class System {
   [[nodiscard]] static std::string ComputerName();
   // A variable of the environment, in UTF-8; empty where it is not set.
   [[nodiscard]] static std::string Environment(const char* name);
+
+  // Time since an arbitrary moment that goes on while the machine sleeps.
+  [[nodiscard]] static std::chrono::nanoseconds SinceBoot();
 
   // Whether somebody watches what goes to the error stream.
   [[nodiscard]] static bool ErrorIsTerminal();

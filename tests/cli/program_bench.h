@@ -43,7 +43,10 @@ class ProgramBench : public testing::Test {
                                   .bench = "bench 1",
                                   .setups = setups,
                                   .painter = painter,
-                                  .doneByPainter = doneByPainter});
+                                  .doneByPainter = doneByPainter,
+                                  .hearEnd = [] {},
+                                  .ending = ending,
+                                  .sinceBoot = {}});
   }
 
   // On the simulated sensor.
@@ -71,6 +74,7 @@ class ProgramBench : public testing::Test {
   std::string portDevice;          // that the program asked for
   report::ReportPainter* painter = nullptr;
   std::function<ExitCode()> doneByPainter = [] { return ExitCode::Failure; };
+  std::function<bool()> ending = [] { return false; };
   std::ostringstream out;
   std::ostringstream error;
 };

@@ -9,7 +9,7 @@ _kestrel_cli() {
     case $word in
       capture | registers | bands | command | record | status | adapters | archive | trend | baseline | setup | report | monitor | wide)
         [ -n "$command" ] || command=$word ;;
-      list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore) action=$word ;;
+      list | read | write | dump | clear | load | save | show | note | delete | check | rescue | export | import | diff | restore | journal) action=$word ;;
     esac
   done
   case $previous in
@@ -47,8 +47,9 @@ _kestrel_cli() {
         bands:write | bands:load | bands:save)
           COMPREPLY=($(compgen -f -- "$current")); return ;;
         record:) words="--time --data --fast --peaks --levels --quantity --amplitude $remarks --help" ;;
-        archive:) words="list show note delete check rescue export import" ;;
+        archive:) words="list show note delete check rescue export import journal" ;;
         archive:list) words="--from --until --machine --point --bench --tag --text --kind --option --wide --alarm --deleted --limit --help" ;;
+        archive:journal) words="--from --until --bench --sensor --open --limit --help" ;;
         archive:show) words="--data --help" ;;
         archive:note) words="$remarks --help" ;;
         archive:delete) words="--undo --for-good --help" ;;

@@ -70,6 +70,10 @@ void ArchiveCommand::AddTo(CLI::App& app) {
   rescue->add_option("--into", into_, "The archive that takes it")->required()->type_name("FILE");
   export_.AddTo(
       *Add("export", "Write records into a file of another kind", &ArchiveCommand::Export));
+  journal_.AddTo(*Add("journal", "List what stood in the way of captures, and alarms",
+                      [](ArchiveCommand& self, Session& session, const Output& output) {
+                        return self.journal_.Run(OpenArchive(session, Access::ReadOnly), output);
+                      }));
   import_.AddTo(*Add("import", "Take records out of files", &ArchiveCommand::Import));
 }
 

@@ -11,6 +11,7 @@
 #include "archive/place.h"
 #include "cli/archive/archive_exchange.h"
 #include "cli/archive/archive_options.h"
+#include "cli/archive/journal_word.h"
 #include "cli/command.h"
 
 namespace kestrel {
@@ -19,7 +20,7 @@ namespace kestrel {
 // opened.
 [[nodiscard]] archive::Archive OpenArchive(const Session& session, database::Access access);
 
-// "archive list|show|note|delete|check|rescue|export|import".
+// "archive list|show|note|delete|check|rescue|export|import|journal".
 class ArchiveCommand : public Command {
  public:
   void AddTo(CLI::App& app) override;
@@ -47,6 +48,7 @@ class ArchiveCommand : public Command {
   FilterOptions filter_;
   ExportWord export_;
   ImportWord import_;
+  JournalWord journal_;
   RemarkOptions remarks_;
   std::vector<std::int64_t> ids_;
   std::int64_t most_ = 0;  // records of a list; 0: all

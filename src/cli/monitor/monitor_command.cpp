@@ -8,6 +8,7 @@
 #include <ostream>
 
 #include "acquisition/readings.h"
+#include "monitor/bands_of.h"
 #include "monitor/plan_from.h"
 #include "monitor/plan_words.h"
 #include "regmap/register_table.h"
@@ -50,26 +51,39 @@ void MonitorCommand::AddTo(CLI::App& app) {
   word_->add_option("--sensor", sensor_, "Name of the sensor in that plan")->needs(from);
 }
 
-std::optional<monitor::Plan> MonitorCommand::Read(const Surroundings& surroundings,
-                                                  const Output& output) const {
+void MonitorCommand::SayMistakes(const Surroundings& surroundings, const Output& output,
+                                 const monitor::Mistakes& mistakes) const {
+  for (const monitor::Mistake& mistake : mistakes) {
+    surroundings.error << mistake.Text(file_) << '\n';
+  }
+  if (output.json) output.Write({{"good", false}, {"mistakes", Told(mistakes)}});
+}
+
+std::optional<MonitorRun> MonitorCommand::Read(const Surroundings& surroundings,
+                                               const Output& output) const {
   const auto content = surroundings.files.Read(PathOf(file_), monitor::kLargestPlan + 1);
   if (!content) {
     surroundings.error << "The plan " << file_ << " cannot be read.\n";
     return std::nullopt;
   }
   auto read = monitor::PlanOf(*content);
-  const auto* mistakes = std::get_if<monitor::Mistakes>(&read);
-  if (mistakes == nullptr) return std::get<monitor::Plan>(std::move(read));
-  for (const monitor::Mistake& mistake : *mistakes) {
-    surroundings.error << mistake.Text(file_) << '\n';
+  if (const auto* mistakes = std::get_if<monitor::Mistakes>(&read)) {
+    SayMistakes(surroundings, output, *mistakes);
+    return std::nullopt;
   }
-  if (output.json) output.Write({{"good", false}, {"mistakes", Told(*mistakes)}});
-  return std::nullopt;
+  MonitorRun run{.plan = std::get<monitor::Plan>(std::move(read))};
+  auto bands = monitor::BandsOf(run.plan, surroundings.files, PathOf(file_).parent_path());
+  if (const auto* mistakes = std::get_if<monitor::Mistakes>(&bands)) {
+    SayMistakes(surroundings, output, *mistakes);
+    return std::nullopt;
+  }
+  run.bands = std::get<std::vector<std::optional<BandTable>>>(std::move(bands));
+  return run;
 }
 
 std::optional<ExitCode> MonitorCommand::RunAlone(const Surroundings& surroundings,
                                                  const Connection& connection,
-                                                 const KeepingChoice& /*archive*/,
+                                                 const KeepingChoice& archive,
                                                  const Output& output) {
   connection_ = &connection;
   if (fromSensor_) return std::nullopt;
@@ -77,14 +91,24 @@ std::optional<ExitCode> MonitorCommand::RunAlone(const Surroundings& surrounding
     surroundings.error << "monitor: a plan is needed; --from-sensor prints one.\n";
     return ExitCode::Usage;
   }
-  const auto plan = Read(surroundings, output);
-  if (!plan) return ExitCode::Failure;
-  if (output.json) {
-    output.Write({{"good", true}, {"mistakes", Json::array()}});
-  } else {
-    output.out << Summary(*plan) << '\n';
+  auto run = Read(surroundings, output);
+  if (!run) return ExitCode::Failure;
+  if (check_) {
+    if (output.json) {
+      output.Write({{"good", true}, {"mistakes", Json::array()}});
+    } else {
+      output.out << Summary(run->plan) << '\n';
+    }
+    return ExitCode::Success;
   }
-  return ExitCode::Success;
+  run->connection = ConnectionOf(run->plan.road, connection);
+  run->place = archive.named || run->plan.archive.empty() ? archive.place
+                                                          : archive::Place{run->plan.archive};
+  if (run->place.text.empty()) {
+    surroundings.error << "monitor: records need an archive; name one with --archive.\n";
+    return ExitCode::Failure;
+  }
+  return RunMonitor(surroundings, *run);
 }
 
 ExitCode MonitorCommand::Run(Session& session, const Output& output) {

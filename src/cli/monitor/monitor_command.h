@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cli/command.h"
+#include "cli/monitor/monitor_run.h"
 #include "monitor/plan.h"
 
 namespace kestrel {
@@ -23,9 +24,11 @@ class MonitorCommand : public Command {
   ExitCode Run(Session& session, const Output& output) override;
 
  private:
-  // The plan of the file; none after saying what is wrong with it.
-  [[nodiscard]] std::optional<monitor::Plan> Read(const Surroundings& surroundings,
-                                                  const Output& output) const;
+  // What the file asks for; none after saying what is wrong with it.
+  [[nodiscard]] std::optional<MonitorRun> Read(const Surroundings& surroundings,
+                                               const Output& output) const;
+  void SayMistakes(const Surroundings& surroundings, const Output& output,
+                   const monitor::Mistakes& mistakes) const;
 
   CLI::App* word_ = nullptr;
   std::string file_;

@@ -155,6 +155,18 @@ bool LibusbDriver::Attached(const std::string& name) {
   return number && bus_.Board(*number) != nullptr;
 }
 
+std::string LibusbDriver::PlaceOf(const std::string& name) {
+  const std::optional<std::size_t> number = BoardNumber("\\\\.\\" + name);
+  const auto board = number ? bus_.Board(*number) : nullptr;
+  if (!board) return {};
+  const auto& [bus, ports] = board->Place();
+  std::string place = "usb-" + std::to_string(bus);
+  for (std::size_t i = 0; i < ports.size(); ++i) {
+    place += (i == 0 ? "-" : ".") + std::to_string(ports[i]);
+  }
+  return place;
+}
+
 std::uint32_t LibusbDriver::Plugging(Handle device) {
   const auto found = open_.find(device);
   return found == open_.end() ? 0 : found->second->Board().Plugging();

@@ -46,6 +46,9 @@ class LibusbDriver : public UsbDriver {
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
   [[nodiscard]] bool Attached(const std::string& name) override;
+  // Where a board of this name is plugged in, the same for every program: "usb-1-2.3". Empty where
+  // there is none.
+  [[nodiscard]] std::string PlaceOf(const std::string& name);
   [[nodiscard]] std::uint32_t Plugging(Handle device) override;
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 

@@ -115,6 +115,7 @@ PpdevPort::~PpdevPort() {
 void PpdevPort::Release() {
   if (port_.IsOpen()) ioctl(port_.Number(), PPRELEASE);
   port_ = FileDescriptor();
+  if (options_.locks != nullptr) options_.locks->Release(locked_);
 }
 
 bool PpdevPort::Claim() {
@@ -125,9 +126,16 @@ bool PpdevPort::Claim() {
   explanation_.clear();
   const std::filesystem::path device = FindDevice(base);
   if (device.empty()) return false;
+  locked_ = device.filename().string();
+  if (options_.locks != nullptr && !options_.locks->Take(locked_)) {
+    explanation_ = device.string() + " is in use by " + options_.locks->Holder(locked_) +
+                   ". End that program, or use another port.";
+    return false;
+  }
   ClaimResult claimed = ClaimDevice(device, options_.patience);
   if (claimed.error != 0) explanation_ = ExplainError(device.string(), claimed.error);
   port_ = std::move(claimed.port);
+  if (!port_.IsOpen()) Release();
   return port_.IsOpen();
 }
 

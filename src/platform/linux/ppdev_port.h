@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/linux/device_locks.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/parallel_ports.h"
 #include "seams/port_io.h"
@@ -23,6 +24,8 @@ class PpdevPort : public PortIo {
     ParallelPortFolders folders = {};
     // How long another program's hold on the port is waited for.
     std::chrono::milliseconds patience{500};
+    // Shared with other programs; null: the driver alone tells that a port is in use.
+    DeviceLocks* locks = nullptr;
   };
 
   // `baseAddress` tells which port is wanted at the moment.
@@ -64,6 +67,7 @@ class PpdevPort : public PortIo {
   Options options_;
   FileDescriptor port_;  // open only while claimed
   std::uint16_t base_ = 0;
+  std::string locked_;  // name of its lock
   std::string explanation_;
 };
 

@@ -5,10 +5,14 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
+#include <ctime>
 
+#include "platform/linux/device_locks.h"
 #include "platform/linux/libusb_driver.h"
+#include "platform/linux/locked_usb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "platform/linux/system_clock.h"
@@ -16,15 +20,31 @@
 #include "platform/linux/system_locale.h"
 
 namespace kestrel {
+namespace {
+
+std::string OwnName() {
+  return program_invocation_short_name;
+}
+
+}  // namespace
 
 struct System::Parts {
   explicit Parts(const SystemOptions& options)
-      : usb(LibusbDriver::kTimeLimit, options.waiting), port(options.portAddress), service(port) {}
+      : locks(
+            LockFolders(), options.user ? options.user : [] { return OwnName(); }),
+        boards(LibusbDriver::kTimeLimit, options.waiting),
+        usb(
+            boards, locks, [this](const std::string& name) { return boards.PlaceOf(name); },
+            options.inUse),
+        port(options.portAddress, {.locks = &locks}),
+        service(port) {}
 
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
   kestrel::SystemLocale locale;
-  LibusbDriver usb;
+  DeviceLocks locks;
+  LibusbDriver boards;
+  LockedUsbDriver usb;
   PpdevPort port;
   PpdevService service;
 };
@@ -59,6 +79,12 @@ std::string System::ComputerName() {
 std::string System::Environment(const char* name) {
   const char* value = std::getenv(name);
   return value == nullptr ? "" : value;
+}
+
+std::chrono::nanoseconds System::SinceBoot() {
+  timespec now{};
+  clock_gettime(CLOCK_BOOTTIME, &now);
+  return std::chrono::seconds{now.tv_sec} + std::chrono::nanoseconds{now.tv_nsec};
 }
 
 bool System::ErrorIsTerminal() {

@@ -73,6 +73,10 @@ std::string System::Environment(const char* name) {
   return {text.begin(), text.end()};
 }
 
+std::chrono::nanoseconds System::SinceBoot() {
+  return std::chrono::milliseconds{GetTickCount64()};
+}
+
 bool System::ErrorIsTerminal() {
   return _isatty(_fileno(stderr)) != 0;
 }

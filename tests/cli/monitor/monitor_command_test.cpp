@@ -6,6 +6,7 @@
 
 #include "cli/program_bench.h"
 #include "monitor/plan.h"
+#include "support/temporary_folder.h"
 
 namespace kestrel {
 namespace {
@@ -73,6 +74,31 @@ TEST_F(MonitorCommandTest, PrintsAPlanOfThePresentSettings) {
   ASSERT_EQ(plan.steps.size(), 1U);
   const std::string text = out.str();
   EXPECT_EQ(Check(text), ExitCode::Success);
+}
+
+TEST_F(MonitorCommandTest, RunsUntilItIsToldToEndAndKeepsWhatItCaptured) {
+  const TemporaryFolder folder;
+  usualArchive = {(folder.path() / "archive.db").string()};
+  files.contents["/data/pump.plan"] = kPlan;
+  const auto start = clock.Monotonic();
+  ending = [&] { return clock.Monotonic() - start > std::chrono::seconds{35}; };
+  EXPECT_EQ(Run({"monitor", "/data/pump.plan"}), ExitCode::Success) << error.str();
+  EXPECT_TRUE(out.str().starts_with("Monitoring Pump 7 at Hall 3, into ")) << out.str();
+  EXPECT_NE(out.str().find("Kept record "), std::string::npos);
+  auto archive = archive::Open(usualArchive);
+  EXPECT_EQ(archive.Count(), 4);
+}
+
+TEST_F(MonitorCommandTest, NeedsAnArchive) {
+  files.contents["/data/pump.plan"] = kPlan;
+  EXPECT_EQ(Run({"monitor", "/data/pump.plan"}), ExitCode::Failure);
+  EXPECT_EQ(error.str(), "monitor: records need an archive; name one with --archive.\n");
+}
+
+TEST_F(MonitorCommandTest, BandsThatCannotBeReadAreAMistakeOfTheirStep) {
+  EXPECT_EQ(Check(std::string(kPlan) + "bands = none.csv\n"), ExitCode::Failure);
+  EXPECT_TRUE(error.str().starts_with("/data/pump.plan:5: bands: ")) << error.str();
+  EXPECT_NE(error.str().find("/data/none.csv"), std::string::npos) << error.str();
 }
 
 }  // namespace
