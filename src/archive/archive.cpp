@@ -233,6 +233,15 @@ void Archive::Remove(std::span<const std::int64_t> ids) {
   ForEach(ids, "delete from record where id = $1");
 }
 
+void Archive::RemoveKnown(std::span<const std::pair<std::int64_t, Uid>> records) {
+  Transaction transaction(*database_);
+  for (const auto& [id, uid] : records) {
+    database_->Run("delete from record where id = $1 and uid = $2",
+                   {id, database::Bytes(uid.begin(), uid.end())});
+  }
+  transaction.Commit();
+}
+
 void Archive::ForEach(std::span<const std::int64_t> ids, const std::string& sql,
                       const Values& more) {
   Transaction transaction(*database_);

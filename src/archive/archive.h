@@ -67,6 +67,8 @@ class Archive {
   // Removes for good what was deleted before then.
   void Purge(std::chrono::system_clock::time_point before);
   void Remove(std::span<const std::int64_t> ids);
+  // The same where the id is still that record's: the id of one that went is given again.
+  void RemoveKnown(std::span<const std::pair<std::int64_t, Uid>> records);
 
   // Brings the archive down to `bytes`: the oldest records go first; those with a note, a tag or an
   // alarm stay.

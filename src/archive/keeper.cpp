@@ -133,7 +133,8 @@ void Keeper::GiveUp(const RuntimeError& error) {
   });
 }
 
-// Whatever ends this half-way: what was brought over twice is one record, by its uid.
+// Whatever ends this half-way: what was brought over twice is one record, by its uid. Another
+// program may bring over the same ones at the same time, and put others in their place.
 void Keeper::BringOver() {
   if (!aside_ && !choice_.hasWaiting()) return;
   Archive& aside = Aside();
@@ -142,11 +143,15 @@ void Keeper::BringOver() {
   for (std::size_t from = 0; from < ids.size(); from += kBroughtAtOnce) {
     const auto part = std::span(ids).subspan(from, std::min(kBroughtAtOnce, ids.size() - from));
     std::vector<NewRecord> records;
+    std::vector<std::pair<std::int64_t, Uid>> brought;
     for (const std::int64_t id : part) {
-      if (auto record = aside.Get(id)) records.push_back(std::move(*record));
+      auto record = aside.Get(id);
+      if (!record) continue;
+      brought.emplace_back(id, record->uid);
+      records.push_back(std::move(*record));
     }
     archive_->KeepAll(records);
-    aside.Remove(part);
+    aside.RemoveKnown(brought);
     Tell([&](KeeperState& state) { state.kept += static_cast<std::int64_t>(records.size()); });
   }
 }

@@ -82,5 +82,20 @@ TEST_P(JournalTest, ATextWithANulIsRefusedAndNothingIsPut) {
 
 KESTREL_ON_EVERY_DATABASE(JournalTest);
 
+// The file gives the id of a record that went to the next one.
+TEST(RemovalByUid, LeavesARecordThatHasGotTheIdOfAnother) {
+  TemporaryFile place;
+  Archive archive(place.Connect());
+  const NewRecord first{.uid = NewUid()};
+  const NewRecord second{.uid = NewUid()};
+  const std::int64_t id = archive.Keep(first);
+  archive.Remove(std::vector{id});
+  ASSERT_EQ(archive.Keep(second), id);
+  archive.RemoveKnown(std::vector{std::pair{id, first.uid}});
+  EXPECT_EQ(archive.Count(), 1);
+  archive.RemoveKnown(std::vector{std::pair{id, second.uid}});
+  EXPECT_EQ(archive.Count(), 0);
+}
+
 }  // namespace
 }  // namespace kestrel::archive

@@ -16,7 +16,7 @@ TEST(MonitorTrials, EveryCaptureIsKeptOrItsAbsenceTold) {
     MonitoredWorld world(kTrialPlan, BearingFault());
     MonitoredTrials trials(world, seed);
     world.Start();
-    trials.Run(4h, 5min);
+    trials.Run(2h, 3min);
     world.Stop();
     const MonitoredAccount account = AccountOf(world);
     EXPECT_EQ(account.kept + account.missed, account.asked) << account.journal;

@@ -160,14 +160,14 @@ class MonitoredWorld {
     NoteAsked();
     Drop();
   }
-  // What was captured is on a disk and noted as such.
+  // What was captured is on a disk.
   void Settle() {
+    Turn();
     const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds{5};
     while (monitor_->State().unsafe > 0 && std::chrono::steady_clock::now() < patience) {
       std::this_thread::sleep_for(std::chrono::microseconds{200});
       monitor_->LookAtKeeping();
     }
-    Turn();
   }
   // With nothing noted.
   void Kill() {
