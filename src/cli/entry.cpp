@@ -77,6 +77,7 @@ int Run(char** argv, const std::vector<std::string>& arguments, report::ReportPa
        .hearEnd = HearEnd,
        .ending = [] { return ended.load(); },
        .sinceBoot = System::SinceBoot,
+       .claim = [&system](const auto& name) { return system.Claim(name); },
        .nameBench = [&user](const std::string& bench) { user = "kestrel-cli, bench " + bench; }}));
 }
 

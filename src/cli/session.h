@@ -42,6 +42,9 @@ struct Surroundings {
   std::function<bool()> ending = [] { return false; };
   // Time that goes on while the machine sleeps; none: the clock's own.
   std::function<std::chrono::nanoseconds()> sinceBoot = {};
+  // Takes a name that one program at a time can have; returns who has it, empty where it is this
+  // one.
+  std::function<std::string(const std::string&)> claim = [](const auto&) { return std::string(); };
   // Names the bench to other programs that want the same device.
   std::function<void(const std::string&)> nameBench = [](const auto&) {};
 };

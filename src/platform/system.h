@@ -45,6 +45,10 @@ class System {
   // ports ("/dev/parport1"). Call it before the port is opened; "" goes back to the address.
   void UsePortDevice(const std::string& device);
 
+  // Takes a name that one program of this machine can have at a time, until this one ends. Returns
+  // who has it; empty where it is this program now.
+  [[nodiscard]] std::string Claim(const std::string& name);
+
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();
 

@@ -5,12 +5,16 @@
 #include <array>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
+#include <mutex>
 #include <ostream>
 
 #include "database/sqlite_database.h"
 #include "monitor/monitor.h"
 #include "numeric/hash.h"
 #include "numeric/runtime_error.h"
+#include "publish/publisher.h"
+#include "publish/service_manager.h"
 
 namespace kestrel {
 namespace {
@@ -18,7 +22,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // What is only this monitor's own lies beside the usual archive, or else beside its own.
-std::string LocalFile(const Surroundings& surroundings, const MonitorRun& run) {
+std::string LocalFile(const Surroundings& surroundings, const MonitorRun& run, const char* what) {
   const archive::Place& beside =
       surroundings.usualArchive.text.empty() ? run.place : surroundings.usualArchive;
   if (beside.IsServer()) {
@@ -28,8 +32,8 @@ std::string LocalFile(const Surroundings& surroundings, const MonitorRun& run) {
   }
   const std::string key =
       run.plan.bench + '\n' + run.plan.sensor + '\n' + archive::Shown(run.place);
-  std::array<char, 32> name{};
-  std::snprintf(name.data(), name.size(), "monitor-%016llx.db",
+  std::array<char, 48> name{};
+  std::snprintf(name.data(), name.size(), "%s-%016llx.db", what,
                 static_cast<unsigned long long>(HashOf(key)));
   const fs::path folder = archive::PathOf(beside).parent_path();
   std::error_code ignored;  // opening the file tells the reason
@@ -39,7 +43,7 @@ std::string LocalFile(const Surroundings& surroundings, const MonitorRun& run) {
 }
 
 monitor::DiaryChoice DiaryFor(const Surroundings& surroundings, const MonitorRun& run) {
-  const std::string file = LocalFile(surroundings, run);
+  const std::string file = LocalFile(surroundings, run, "monitor");
   return {
       .openLocal =
           [file] {
@@ -47,6 +51,56 @@ monitor::DiaryChoice DiaryFor(const Surroundings& surroundings, const MonitorRun
           },
       .openArchive = [place = run.place] { return archive::Open(place); }};
 }
+
+// Lines of several threads, each whole and at once.
+class Lines {
+ public:
+  explicit Lines(const Surroundings& surroundings) : surroundings_(surroundings) {}
+  void Say(const std::string& line, bool isTrouble) {
+    const std::lock_guard lock(mutex_);
+    (isTrouble ? surroundings_.error : surroundings_.out) << line << std::endl;
+  }
+
+ private:
+  const Surroundings& surroundings_;
+  std::mutex mutex_;
+};
+
+// None where the plan asks for nothing.
+std::unique_ptr<publish::Publisher> PublisherFor(const Surroundings& surroundings,
+                                                 const MonitorRun& run, Lines& lines) {
+  std::vector<publish::SettingLine> asked;
+  for (const monitor::PlanLine& line : run.plan.publish) {
+    asked.push_back({line.line, line.key, line.value});
+  }
+  const auto read = publish::SettingsOf(asked);
+  const auto* settings = std::get_if<publish::Settings>(&read);
+  if (settings == nullptr || settings->IsNothing()) return nullptr;
+  return publish::MakePublisher(
+      {.settings = *settings,
+       .names = {run.plan.bench, run.plan.sensor},
+       .outbox = LocalFile(surroundings, run, "outbox"),
+       .version = KESTREL_VERSION,
+       .log = [&lines](const std::string& line) { lines.Say(line, true); }});
+}
+
+// Tells the service manager often enough that the program is alive.
+class Heartbeat {
+ public:
+  explicit Heartbeat(Clock& clock) : clock_(clock), period_(publish::WatchdogPeriod()) {}
+  void Beat() {
+    if (!period_) return;
+    const auto now = clock_.Monotonic();
+    if (now < next_) return;
+    next_ = now + *period_ / 4;
+    publish::TellAlive();
+  }
+
+ private:
+  Clock& clock_;
+  std::optional<std::chrono::microseconds> period_;
+  std::chrono::nanoseconds next_{0};
+};
 
 }  // namespace
 
@@ -64,17 +118,30 @@ Connection ConnectionOf(const monitor::Road& road, const Connection& given) {
 ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
   surroundings.hearEnd();
   surroundings.nameBench(run.plan.bench);
+  const fs::path local = LocalFile(surroundings, run, "monitor");
+  const std::string holder =
+      surroundings.claim(local.stem().string() + "-" + local.parent_path().string());
+  if (!holder.empty()) {
+    throw RuntimeError("A monitor of " + run.plan.sensor + " at " + run.plan.bench +
+                       " runs already: " + holder + ".");
+  }
   monitor::Patience patience(surroundings.clock, surroundings.ending);
+  Heartbeat heart(surroundings.clock);
   Station station({.clock = surroundings.clock,
                    .files = surroundings.files,
                    .locale = surroundings.locale,
                    .hardware = surroundings.hardware,
                    .usePortDevice = surroundings.usePortDevice,
-                   .watch = {.progress = {}, .interrupted = [&] { return patience.IsOver(); }}},
+                   .watch = {.progress = {},
+                             .interrupted =
+                                 [&] {
+                                   heart.Beat();
+                                   return patience.IsOver();
+                                 }}},
                   run.connection);
-  const auto say = [&](const std::string& line, bool isTrouble) {
-    (isTrouble ? surroundings.error : surroundings.out) << line << std::endl;
-  };
+  Lines lines(surroundings);
+  const auto say = [&](const std::string& line, bool isTrouble) { lines.Say(line, isTrouble); };
+  const auto publisher = PublisherFor(surroundings, run, lines);
   const auto sinceBoot = [&] {
     return surroundings.sinceBoot ? surroundings.sinceBoot() : surroundings.clock.Monotonic();
   };
@@ -85,14 +152,16 @@ ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
                             .patience = patience,
                             .keeper = archive::ChoiceFor(run.place, surroundings.usualArchive),
                             .diary = DiaryFor(surroundings, run),
+                            .publisher = publisher.get(),
                             .program = KESTREL_VERSION,
                             .say = say});
   monitor.Start();
   say("Monitoring " + run.plan.sensor + " at " + run.plan.bench + ", into " +
           archive::Shown(run.place) + ".",
       false);
-  while (monitor.Turn()) {
-  }
+  publish::TellReady("Monitoring " + run.plan.sensor + " at " + run.plan.bench);
+  while (monitor.Turn()) heart.Beat();
+  publish::TellStopping();
   monitor.Finish();
   say("Ended: " + std::to_string(monitor.State().records) + " records kept, " +
           std::to_string(monitor.State().missed) + " captures missed.",

@@ -67,6 +67,9 @@ Hardware System::Devices() {
 void System::UsePortDevice(const std::string& device) {
   parts_->port.UseDevice(device);
 }
+std::string System::Claim(const std::string& name) {
+  return parts_->locks.Take(name) ? "" : parts_->locks.Holder(name);
+}
 SystemVersion System::Version() {
   return {};
 }

@@ -49,6 +49,9 @@ Hardware System::Devices() {
 // Ports have no names here, only addresses.
 void System::UsePortDevice(const std::string& /*device*/) {}
 // GetVersionEx tells programs without a manifest of their own an old version.
+std::string System::Claim(const std::string& /*name*/) {
+  return {};
+}
 SystemVersion System::Version() {
   using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
   const auto getVersion = reinterpret_cast<RtlGetVersion>(
