@@ -131,12 +131,16 @@ class MonitoredWorld {
   void Start() {
     isEnding_ = false;
     patience_ = std::make_unique<monitor::Patience>(clock, [this] { return isEnding_; });
-    station_ = std::make_unique<Station>(StationSite{
-        .clock = clock,
-        .files = files_,
-        .locale = locale_,
-        .hardware = {&hardware_.Adapter(), &hardware_.Port(), &hardware_.Service()},
-        .watch = {.progress = {}, .interrupted = [this] { return patience_->IsOver(); }}});
+    Connection connection;
+    connection.adapter = plan_.road.adapter;
+    station_ = std::make_unique<Station>(
+        StationSite{
+            .clock = clock,
+            .files = files_,
+            .locale = locale_,
+            .hardware = {&hardware_.Adapter(), &hardware_.Port(), &hardware_.Service()},
+            .watch = {.progress = {}, .interrupted = [this] { return patience_->IsOver(); }}},
+        connection);
     monitor_ = std::make_unique<monitor::Monitor>(plan_, bands, SiteNow());
     monitor_->Start();
     startedAt_ = clock.Boot();
