@@ -5,6 +5,7 @@
 #include <umockdev.h>
 
 #include <cstddef>
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -37,6 +38,7 @@ class MockTestbed {
       throw std::runtime_error("this program has to be run by umockdev-wrapper");
     }
     std::filesystem::permissions(Root(), std::filesystem::perms(0755));
+    setenv("KESTREL_LOCKS", Root().c_str(), 1);  // mock devices are no other test's
   }
 
   [[nodiscard]] UMockdevTestbed* Get() const { return testbed_.get(); }
