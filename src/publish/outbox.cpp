@@ -18,6 +18,10 @@ Outbox::Outbox(std::unique_ptr<database::Database> database, Receivers receivers
   database_->Run(std::string("create table if not exists letter(number ") + database_->KeyType() +
                  ", id text not null unique, topic text not null, payload text not null, "
                  "broker bigint not null, command bigint not null)");
+  for (const char* column : {"broker", "command"}) {
+    database_->Run(std::string("create index if not exists letter_") + column +
+                   " on letter(number) where " + column + " = 1");
+  }
 }
 
 void Outbox::Put(const Letter& letter, Receivers due) {
@@ -56,11 +60,11 @@ void Outbox::Arrived(Receiver receiver, const std::string& id) {
 }
 
 std::int64_t Outbox::Waiting() {
-  return database::Number(
-      *database_,
-      "select count(*) from letter where (broker = 1 and $1 = 1) or (command = 1 and "
-      "$2 = 1)",
-      {std::int64_t{receivers_.broker}, std::int64_t{receivers_.command}});
+  return database::Number(*database_,
+                          "select (select count(*) from letter where broker = 1 and $1 = 1) + "
+                          "(select count(*) from letter where command = 1 and $2 = 1 and "
+                          "(broker = 0 or $1 = 0))",
+                          {std::int64_t{receivers_.broker}, std::int64_t{receivers_.command}});
 }
 
 }  // namespace kestrel::publish

@@ -1,12 +1,21 @@
-// Where nothing can be published, whoever asks for it is told so.
+// Where nothing can be published, whoever asks for it is told so; nor is there a service manager.
 // SPDX-License-Identifier: MIT
 #include "numeric/runtime_error.h"
 #include "publish/publisher.h"
+#include "publish/service_manager.h"
 
 namespace kestrel::publish {
 
 std::unique_ptr<Publisher> MakePublisher(const PublisherChoice& /*choice*/) {
   throw RuntimeError("on this system nothing is published: leave the section out of the plan");
+}
+
+void TellReady(const std::string& /*status*/) {}
+void TellServiceStatus(const std::string& /*status*/) {}
+void TellStopping() {}
+void TellAlive() {}
+std::optional<std::chrono::microseconds> WatchdogPeriod() {
+  return {};
 }
 
 }  // namespace kestrel::publish
