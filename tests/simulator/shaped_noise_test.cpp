@@ -36,7 +36,8 @@ TEST_P(ShapedNoiseAt, HasTheDensityOfItsClosedForm) {
     for (const double away : {-1.0, -0.5, 0.0, 0.5, 1.0}) {
       truth += axis.NoisePowerAt((static_cast<double>(k) + away) * binHz) / 5;
     }
-    ASSERT_NEAR(10 * std::log10(power / truth), 0.0, 0.9) << k * binHz << " Hz";
+    ASSERT_NEAR(10 * std::log10(power / truth), 0.0, 0.9)
+        << static_cast<double>(k) * binHz << " Hz";
   }
 }
 
