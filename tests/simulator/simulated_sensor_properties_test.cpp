@@ -131,7 +131,10 @@ class Watched {
     const std::vector<std::string> names = ScenarioNames();
     Scenario scenario = *ScenarioNamed(random.Of(names));
     // Captures that nobody can see are left out, and their noise with them.
-    for (AxisVibration& axis : scenario.axes) axis.noiseDensityG = 0;
+    for (AxisVibration& axis : scenario.axes) {
+      axis.noiseDensityG = 0;
+      axis.shapes.clear();
+    }
     return scenario;
   }
 
