@@ -19,7 +19,8 @@ class WideCommands : public ProgramBench {
   WideCommands() { usualArchive = {(folder_.path() / "archive.db").string()}; }
 
   json Wide(Words more = {}) {
-    Words words{"--scenario", "broadband-machine", "wide", "--averages", "2", "--range", "1"};
+    Words words{"--scenario", "broadband-machine", "wide", "--range", "1"};
+    if (std::ranges::count(more, "--averages") == 0) more.insert(more.end(), {"--averages", "2"});
     words.insert(words.end(), more.begin(), more.end());
     return SimulateJson(words);
   }
@@ -189,8 +190,9 @@ TEST_F(WideCommands, ItsRecordsLeaveAsOneFileEachWithItsOwnRate) {
       ExitCode::Success)
       << error.str();
   EXPECT_THAT(out.str(), HasSubstr("4 records"));
-  EXPECT_EQ(Run({"archive", "export", "--wide", "last", "--format", "uff", "--out", "/data/w.uff"}),
-            ExitCode::Success)
+  EXPECT_EQ(
+      Run({"archive", "export", "--wide", "last", "--format", "uff58", "--out", "/data/w.uff"}),
+      ExitCode::Success)
       << error.str();
 }
 
