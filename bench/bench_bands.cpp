@@ -70,5 +70,5 @@ int main(int argc, char** argv) {
   const bool written =
       Measure(program, "writing all alarm bands", "cmdWriteAll", "24 bands written.",
               accesses + kBands * kBeforeSave + kAccess + kClear);
-  return Done(read && written, "the bands were not transferred");
+  return WasDone(read && written, "the bands were not transferred");
 }

@@ -61,7 +61,8 @@ int Measure() {
          .measured = Amount(median, 2, "ms"),
          .promise = "at most 2 ms",
          .kept = median <= kPromisedMs});
-  return Done(prepared && drawnAgain == 0, "the plot is not prepared, or traces were drawn again");
+  return WasDone(prepared && drawnAgain == 0,
+                 "the plot is not prepared, or traces were drawn again");
 }
 
 }  // namespace

@@ -130,7 +130,7 @@ int Measure() {
          .ratio = ratio,
          .promise = "at most 3 x",
          .kept = ratio <= kPromisedRatio});
-  return Done(whole, "the data-log file is not whole");
+  return WasDone(whole, "the data-log file is not whole");
 }
 
 }  // namespace

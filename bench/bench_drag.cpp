@@ -116,7 +116,7 @@ int Measure() {
   window.Overlay().SetOwner(nullptr);
   Report("a band", band);
   Report("an alarm level", level);
-  return Done(dragged, "nothing was dragged, or traces were drawn again");
+  return WasDone(dragged, "nothing was dragged, or traces were drawn again");
 }
 
 }  // namespace

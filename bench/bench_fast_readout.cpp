@@ -215,5 +215,5 @@ int main() {
     correct = kestrel::MeasureUsb(kind) && correct;
     correct = kestrel::MeasurePort(kind) && correct;
   }
-  return kestrel::Done(correct, "a record was read wrong");
+  return kestrel::WasDone(correct, "a record was read wrong");
 }

@@ -120,5 +120,5 @@ int main() {
             Amount(SearchMicroseconds(driver), 1, "us") + " of a register read.");
   libusb_unref_device(device);
   libusb_exit(context);
-  return Done(correct, "registers were read wrong");
+  return WasDone(correct, "registers were read wrong");
 }

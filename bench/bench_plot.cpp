@@ -147,5 +147,5 @@ int main(int argc, char** argv) {
   const bool spectrum = Compare("spectrum", Spectrum(), 0);
   const bool vibration = Compare("time record", Vibration(), -1);
   PrintFineScreen(Vibration());
-  return kestrel::Done(spectrum && vibration, "the traces were not drawn again");
+  return kestrel::WasDone(spectrum && vibration, "the traces were not drawn again");
 }

@@ -86,7 +86,7 @@ int Measure() {
            std::int16_t address = 0x0E;
            averages = spi.LptReadWord(address);
          }));
-  return Done(averages == kFftAverages, "the register was read wrong");
+  return WasDone(averages == kFftAverages, "the register was read wrong");
 }
 
 }  // namespace

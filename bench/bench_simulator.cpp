@@ -144,5 +144,5 @@ int main() {
   PrintWords("simulated sensor", direct);
   PrintWords("simulated sensor through its adapter", adapter);
   PrintSpectra();
-  return kestrel::Done(correct, "the simulated sensor answered wrong");
+  return kestrel::WasDone(correct, "the simulated sensor answered wrong");
 }

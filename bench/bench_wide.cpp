@@ -3,7 +3,7 @@
 #include <chrono>
 
 #include "figure.h"
-#include "platform/system.h"
+#include "platform/linux/system_clock.h"
 #include "simulator/simulated_hardware.h"
 #include "station/wide_capture.h"
 #include "support/fixed_locale.h"
@@ -54,7 +54,7 @@ int Measure() {
          .ratio = wide / sum,
          .promise = "<= 1.1 x",
          .kept = wide <= 1.1 * sum});
-  return Done(good, "a capture failed");
+  return WasDone(good, "a capture failed");
 }
 
 }  // namespace

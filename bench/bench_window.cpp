@@ -139,7 +139,7 @@ double TimeChild(char* self, const char* what) {
   }
   int status = 0;
   waitpid(child, &status, 0);
-  if (status != 0) std::exit(Done(false, what));
+  if (status != 0) std::exit(WasDone(false, what));
   return Seconds(steady_clock::now() - start);
 }
 

@@ -41,7 +41,7 @@ inline void PrintNote(const std::string& text) {
 }
 
 // For an exit code: whether what was measured was done at all. Times do not matter to it.
-inline int Done(bool done, const char* otherwise) {
+inline int WasDone(bool done, const char* otherwise) {
   if (!done) std::fprintf(stderr, "%s\n", otherwise);
   return done ? 0 : 1;
 }
