@@ -13,6 +13,7 @@
 
 #include "platform/system.h"
 #include "simulator/signal/scenario.h"
+#include "start/fonts_ahead.h"
 #include "start/start.h"
 #include "ui/analyser/kept_settings.h"
 #include "ui/library/record_keeper.h"
@@ -135,7 +136,7 @@ kestrel::ArchiveChoice ArchiveOf(const Options& options) {
   return choice;
 }
 
-int Run(const Options& options) {
+int Run(const Options& options, kestrel::FontsAhead& fonts) {
   using namespace kestrel;
   QtMousePointer pointer;
   System system(
@@ -167,6 +168,7 @@ int Run(const Options& options) {
   const Scenario scenario = options.scenario.value_or(RunningMachine());
   if (options.simulate) road.Simulate(scenario);
   QtStartWindows windows(road.core, ControlOf(road, scenario), ArchiveOf(options));
+  fonts.Wait();
   Main(road.core, windows,
        {.quickStart = options.quickStart,
         .interfaceWithoutConfig = options.simulate ? kUsbAdapter : kNoInterface});
@@ -191,6 +193,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "kestrel: there is no display. --demo FOLDER works without one.\n");
     return 1;
   }
+  kestrel::FontsAhead fonts;
   const QApplication application(argc, argv);
-  return Run(ParseOptions());
+  return Run(ParseOptions(), fonts);
 }

@@ -2,6 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "seams/driver_service.h"
 #include "seams/port_io.h"
 #include "seams/usb_driver.h"
@@ -20,7 +23,13 @@ class HardwareSwitch : public UsbDriver, public PortIo, public DriverService {
  public:
   explicit HardwareSwitch(const Hardware& first) : current_(first) {}
 
-  void Connect(const Hardware& hardware) { current_ = hardware; }
+  // Who watches the boards is told of those of the new hardware from now on, and that they changed.
+  void Connect(const Hardware& hardware) {
+    if (changed_) static_cast<void>(current_.usb->Watch({}));
+    current_ = hardware;
+    if (changed_) static_cast<void>(current_.usb->Watch(changed_));
+    if (changed_) changed_();
+  }
 
   [[nodiscard]] Handle CreateFile(const std::string& path, std::uint32_t access,
                                   std::uint32_t share, std::uint32_t creation) override {
@@ -40,6 +49,10 @@ class HardwareSwitch : public UsbDriver, public PortIo, public DriverService {
   }
   [[nodiscard]] std::uint32_t Plugging(Handle device) override {
     return current_.usb->Plugging(device);
+  }
+  [[nodiscard]] bool Watch(std::function<void()> changed) override {
+    changed_ = changed;
+    return current_.usb->Watch(std::move(changed));
   }
 
   void giveio() override { current_.port->giveio(); }
@@ -70,6 +83,7 @@ class HardwareSwitch : public UsbDriver, public PortIo, public DriverService {
 
  private:
   Hardware current_;
+  std::function<void()> changed_;
 };
 
 }  // namespace kestrel

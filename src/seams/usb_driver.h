@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -45,6 +46,11 @@ class UsbDriver {
   // Whether a device of this name ("Ezusb-n") is attached, whoever uses it at the moment. Asks the
   // system's list of devices: the device itself is not touched.
   [[nodiscard]] virtual bool Attached(const std::string& /*name*/) { return true; }
+
+  // Calls `changed`, in a thread of its own, whenever a device may have come or gone; without one
+  // it stops, and none is under way when this returns. False where the system does not tell:
+  // whoever wants to know asks Attached now and then.
+  [[nodiscard]] virtual bool Watch(std::function<void()> /*changed*/) { return false; }
 
   // Which plugging-in of its device a handle belongs to: another number than before once the device
   // has lost its power and come back. 0 where the system does not tell.

@@ -50,10 +50,12 @@ SimulatedAdapter::SimulatedAdapter(SimulatedSensor& sensor) : sensor_(sensor) {
 void SimulatedAdapter::SetBoard(std::size_t number, const BoardDescription& board) {
   AdapterFirmware firmware(sensor_, board.firmwareMajor, board.firmwareMinor);
   boards_.at(number).emplace(Board{board, std::move(firmware), ++pluggings_});
+  if (changed_) changed_();
 }
 
 void SimulatedAdapter::RemoveBoard(std::size_t number) {
   boards_.at(number).reset();
+  if (changed_) changed_();
 }
 
 void SimulatedAdapter::Unplug(std::size_t number) {
@@ -63,6 +65,7 @@ void SimulatedAdapter::Unplug(std::size_t number) {
     return board && board->plugging != 0;
   });
   if (!onePlugged) sensor_.CutPower();
+  if (changed_) changed_();
 }
 
 void SimulatedAdapter::Replug(std::size_t number) {

@@ -4,8 +4,10 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "seams/usb_driver.h"
 #include "simulator/adapter_descriptors.h"
@@ -45,6 +47,11 @@ class SimulatedAdapter : public UsbDriver {
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
   [[nodiscard]] bool Attached(const std::string& name) override;
+  // In the thread of whoever plugs.
+  [[nodiscard]] bool Watch(std::function<void()> changed) override {
+    changed_ = std::move(changed);
+    return true;
+  }
   [[nodiscard]] std::uint32_t Plugging(Handle device) override;
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
@@ -75,6 +82,7 @@ class SimulatedAdapter : public UsbDriver {
   unsigned pluggings_ = 0;
   unsigned handleErrors_ = 0;
   std::int32_t lastError_ = 0;
+  std::function<void()> changed_;
 };
 
 }  // namespace kestrel

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <atomic>
+
 #include "hardware/libusb_bench.h"
 #include "hardware/program_bench.h"
 #include "transport/adapter_choice.h"
@@ -80,6 +82,40 @@ TEST_F(Boards, ABoardThatAnotherProgramUsesIsAttachedAllTheSame) {
   EXPECT_FALSE(driver.Attached("Ezusb-1"));
   EXPECT_FALSE(driver.Attached("Ezusb-7"));
   EXPECT_EQ(board.claims, 0);
+}
+
+TEST_F(Boards, ThatComeAndGoAreToldByTheSystemWithoutBeingAskedFor) {
+  std::atomic<int> told = 0;
+  const auto isTold = [&told](int before) {
+    for (int tries = 0; tries < 2000 && told == before; ++tries) usleep(1000);
+    return told > before;
+  };
+  ASSERT_TRUE(driver.Watch([&told] { ++told; }));
+  EXPECT_EQ(told, 0);
+  MockBoard& board = bus.Plug(Board(1, "1", 4, 0xED03));
+  EXPECT_TRUE(isTold(0));
+  EXPECT_EQ(board.claims, 0);
+  const int after = told;
+  bus.Unplug(board);
+  EXPECT_TRUE(isTold(after));
+}
+
+TEST_F(Boards, WhoWatchesNoMoreIsToldNothing) {
+  std::atomic<int> told = 0;
+  ASSERT_TRUE(driver.Watch([&told] { ++told; }));
+  EXPECT_TRUE(driver.Watch({}));
+  bus.Plug(Board(1, "1", 4, 0xED03));
+  ASSERT_TRUE(Settles(0, true));
+  EXPECT_EQ(told, 0);
+}
+
+// Transfers have the library's events to themselves.
+TEST_F(Boards, TheWatchTakesNoTransferItsEndAway) {
+  bus.Plug(Board(1, "1", 4, 0xED03));
+  ASSERT_TRUE(driver.Watch([] {}));
+  const UsbDriver::Handle handle = Open(0);
+  for (int i = 0; i < 200; ++i) ASSERT_EQ(Version(handle).size(), 2U) << i;
+  driver.CloseHandle(handle);
 }
 
 // Two boards with a sensor each, the first one chosen.

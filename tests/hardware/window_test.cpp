@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -92,6 +94,22 @@ TEST_F(WindowOverUsb, OneCaptureShowsTheVibrationAndThePulledCableOneMessage) {
   EXPECT_THAT(messages.Texts(), ElementsAre("Error Reading SPI"));
   EXPECT_EQ(Start().text(), "Start");
   EXPECT_EQ(DataX, before);
+}
+
+TEST_F(WindowOverUsb, APulledCableIsToldByTheSystemAndNobodyLooksForIt) {
+  const auto& watcher = *Window().findChild<AdapterWatcher*>();
+  EXPECT_FALSE(watcher.Polls());
+  Window().show();
+  const auto* notice = Window().findChild<QWidget*>("lostNotice");
+  ASSERT_NE(notice, nullptr);
+  EXPECT_TRUE(notice->isHidden());
+  bus.Unplug(board);
+  for (const QDeadlineTimer end(3000); notice->isHidden() && !end.hasExpired();) {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+  }
+  EXPECT_FALSE(notice->isHidden());
+  EXPECT_FALSE(UsbPresent);
+  EXPECT_THAT(messages.Texts(), IsEmpty());
 }
 
 class WindowOverPort : public testing::Test {

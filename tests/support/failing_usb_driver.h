@@ -97,7 +97,18 @@ class FailingUsbDriver : public UsbDriver {
     return served && Spoil(output, returned);
   }
   void CloseHandle(Handle device) override { inner_.CloseHandle(device); }
+  // As a system that does not tell of boards that come and go.
+  void TellNothing() {
+    tells_ = false;
+    static_cast<void>(inner_.Watch({}));
+  }
+  // How often somebody asked whether a board is attached.
+  [[nodiscard]] int Looks() const { return looks_; }
+  [[nodiscard]] bool Watch(std::function<void()> changed) override {
+    return tells_ && inner_.Watch(std::move(changed));
+  }
   [[nodiscard]] bool Attached(const std::string& name) override {
+    ++looks_;
     const bool failing = failFrom_ > 0 && requests_ + 1 >= failFrom_;
     return !failing && inner_.Attached(name);
   }
@@ -152,6 +163,8 @@ class FailingUsbDriver : public UsbDriver {
   }
 
   UsbDriver& inner_;
+  bool tells_ = true;
+  int looks_ = 0;
   std::function<void(std::span<const std::uint8_t>)> onBlock_;
   std::function<void(std::span<std::uint8_t>)> onAnswer_;
   std::function<void()> incident_;

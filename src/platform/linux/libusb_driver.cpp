@@ -167,6 +167,13 @@ std::string LibusbDriver::PlaceOf(const std::string& name) {
   return place;
 }
 
+bool LibusbDriver::Watch(std::function<void()> changed) {
+  watch_.reset();
+  if (!changed) return true;
+  watch_ = std::make_unique<UsbWatch>(std::move(changed));
+  return watch_->Runs();
+}
+
 std::uint32_t LibusbDriver::Plugging(Handle device) {
   const auto found = open_.find(device);
   return found == open_.end() ? 0 : found->second->Board().Plugging();

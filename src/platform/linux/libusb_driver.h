@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "platform/linux/usb_bus.h"
+#include "platform/linux/usb_watch.h"
 #include "platform/wait_budget.h"
 #include "seams/usb_driver.h"
 
@@ -49,6 +50,7 @@ class LibusbDriver : public UsbDriver {
   // Where a board of this name is plugged in, the same for every program: "usb-1-2.3". Empty where
   // there is none.
   [[nodiscard]] std::string PlaceOf(const std::string& name);
+  [[nodiscard]] bool Watch(std::function<void()> changed) override;
   [[nodiscard]] std::uint32_t Plugging(Handle device) override;
   [[nodiscard]] std::int32_t LastError() override { return lastError_; }
 
@@ -72,6 +74,7 @@ class LibusbDriver : public UsbDriver {
   std::map<Handle, std::unique_ptr<OpenBoard>> open_;
   Handle lastHandle_ = 0;
   std::int32_t lastError_ = 0;
+  std::unique_ptr<UsbWatch> watch_;
 };
 
 }  // namespace kestrel

@@ -15,6 +15,8 @@ struct libusb_device;
 
 namespace kestrel {
 
+inline constexpr std::uint16_t kAdapterVendor = 0x5A17;
+
 // One endpoint of a board.
 struct UsbPipe {
   std::uint8_t endpoint = 0;  // address; bit 7 set: towards the computer

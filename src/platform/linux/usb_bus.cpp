@@ -11,8 +11,6 @@
 namespace kestrel {
 namespace {
 
-constexpr std::uint16_t kVendor = 0x5A17;
-
 // The devices on all buses, held for as long as the list is looked at.
 class DeviceList {
  public:
@@ -33,7 +31,7 @@ class DeviceList {
 bool IsAdapterVendor(libusb_device* device) {
   libusb_device_descriptor descriptor{};
   return libusb_get_device_descriptor(device, &descriptor) == LIBUSB_SUCCESS &&
-         descriptor.idVendor == kVendor;
+         descriptor.idVendor == kAdapterVendor;
 }
 
 }  // namespace

@@ -251,6 +251,7 @@ bool frm1::IsIdle() {
 }
 
 void frm1::SetCommInterfaceIndicators() {
+  if (watcher_) watcher_->Begin();
   const InterfaceText text = DescribeInterface();
   lblInterface_->setText(QString::fromStdString(text.line));
   // Where the status bar is too narrow for the line, the tip still has all of it.

@@ -15,6 +15,8 @@
 namespace kestrel {
 namespace {
 
+constexpr int kLargestCount = 255;
+constexpr int kLastStoredRecord = 15;
 constexpr int kGap = 6;  // the form's tighter lines would leave none
 
 QHBoxLayout* SideBySide(std::initializer_list<QWidget*> widgets) {
@@ -47,8 +49,8 @@ RecordPanel::RecordPanel(QLabel* lblRecCount)
 
 void RecordPanel::BuildLists() {
   const auto add = [this](Setting setting, const char* name, const QString& what,
-                          const QString& toolTip) {
-    lists_[static_cast<std::size_t>(setting)] = MakeComboBox(name, what, toolTip);
+                          const QString& toolTip, std::optional<int> last = {}) {
+    lists_[static_cast<std::size_t>(setting)] = MakeComboBox(name, what, toolTip, last);
   };
   add(Setting::RecMode, "cbxRecMode", tr("Record mode"),
       tr("Manual and timer captures give spectra, manual time captures give time records"));
@@ -59,11 +61,11 @@ void RecordPanel::BuildLists() {
   add(Setting::Units, "cbxUnits", tr("Time unit of the recording period"),
       tr("Time unit of the recording period"));
   add(Setting::Interval, "cbxInterval", tr("Recording period"),
-      tr("Time between two captures in timer mode"));
+      tr("Time between two captures in timer mode"), kLargestCount);
   add(Setting::FftAvgs, "cbxFFTAvgs", tr("FFT averages"),
-      tr("Number of spectra averaged into one record"));
+      tr("Number of spectra averaged into one record"), kLargestCount);
   add(Setting::RecPntr, "cbxRecPntr", tr("Stored record"),
-      tr("Number of the stored record to retrieve"));
+      tr("Number of the stored record to retrieve"), kLastStoredRecord);
 }
 
 void RecordPanel::BuildBoxes() {
@@ -132,9 +134,9 @@ void RecordPanel::FillLists() {
   fill(Setting::SignalRange, {"0 to 1g", "0 to 5g", "0 to 20g", "0 to 70g"});
   fill(Setting::Storage, Texts(kStorageMethods));
   fill(Setting::Units, Texts(kTimeUnits));
-  fill(Setting::FftAvgs, Numbers(255));
-  fill(Setting::RecPntr, Numbers(15));
-  fill(Setting::Interval, Numbers(255));
+  fill(Setting::FftAvgs, Numbers(kLargestCount));
+  fill(Setting::RecPntr, Numbers(kLastStoredRecord));
+  fill(Setting::Interval, Numbers(kLargestCount));
 }
 
 QComboBox* RecordPanel::List(Setting setting) const {

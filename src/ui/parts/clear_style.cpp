@@ -3,6 +3,8 @@
 #include "ui/parts/clear_style.h"
 
 #include <QApplication>
+#include <QGroupBox>
+#include <QIconEngine>
 #include <QPainter>
 #include <QStyleOption>
 #include <algorithm>
@@ -58,6 +60,31 @@ bool HasEdge(QStyle::PrimitiveElement element) {
   }
 }
 
+// A picture of the toolkit's own style, read when it is first painted.
+class LaterIcon : public QIconEngine {
+ public:
+  LaterIcon(const QStyle& style, QStyle::StandardPixmap picture)
+      : style_(style), picture_(picture) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    Read().paint(painter, rect, Qt::AlignCenter, mode, state);
+  }
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    return Read().pixmap(size, mode, state);
+  }
+  [[nodiscard]] QIconEngine* clone() const override { return new LaterIcon(style_, picture_); }
+
+ private:
+  const QIcon& Read() {
+    if (icon_.isNull()) icon_ = style_.standardIcon(picture_);
+    return icon_;
+  }
+
+  const QStyle& style_;  // the application's, as long as it runs
+  QStyle::StandardPixmap picture_;
+  QIcon icon_;
+};
+
 bool IsUsable(const QStyleOption& option) {
   return option.state.testFlag(QStyle::State_Enabled);
 }
@@ -95,7 +122,40 @@ void ClearStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opt
     DrawButton(*option, painter, widget);
     return;
   }
+  if (element == PE_FrameGroupBox) {
+    DrawGroup(*option, painter, widget);
+    return;
+  }
   DrawEdged(element, option, painter, widget);
+}
+
+// As the style draws it, without its picture: that one is stretched over the whole group.
+void ClearStyle::DrawGroup(const QStyleOption& option, QPainter* painter,
+                           const QWidget* widget) const {
+  constexpr int kAboveFrame = 3;  // as the style leaves
+  constexpr QColor kGround(0, 0, 0, 3);
+  constexpr QColor kFrame(0x75, 0x75, 0x75, 0x32);
+  const auto* box = qobject_cast<const QGroupBox*>(widget);
+  const bool hasTitle = box == nullptr || box->isCheckable() || !box->title().isEmpty();
+  const int title =
+      hasTitle ? std::max(pixelMetric(PM_IndicatorHeight), option.fontMetrics.height()) : 0;
+  const QRect frame = option.rect.adjusted(1, title + kAboveFrame + 1, 0, 0);
+  painter->save();
+  painter->fillRect(frame.adjusted(1, 1, -1, -1), kGround);
+  painter->setPen(kFrame);
+  painter->setBrush(Qt::NoBrush);
+  painter->setRenderHint(QPainter::Antialiasing);
+  painter->drawRoundedRect(QRectF(frame).adjusted(0.5, 0.5, -0.5, -0.5), 2, 2);
+  painter->restore();
+}
+
+// The button that a menu bar shows where it has no room for its menus.
+QIcon ClearStyle::standardIcon(StandardPixmap picture, const QStyleOption* option,
+                               const QWidget* widget) const {
+  if (picture != SP_ToolBarHorizontalExtensionButton) {
+    return QProxyStyle::standardIcon(picture, option, widget);
+  }
+  return QIcon(new LaterIcon(*baseStyle(), picture));
 }
 
 // Without a frame of its own the focus of a default button would not be seen.

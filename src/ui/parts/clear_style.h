@@ -8,7 +8,8 @@ namespace kestrel {
 
 // The toolkit's own style with edges that can be seen: in it, boxes to tick and to type in hardly
 // stand out from a dark window, and selected text hardly from its ground, and the focus of the
-// default button is not shown.
+// default button is not shown. It reads no picture files before one is seen: to read the first one
+// the toolkit loads all its readers of pictures.
 class ClearStyle : public QProxyStyle {
  public:
   ClearStyle();
@@ -21,10 +22,13 @@ class ClearStyle : public QProxyStyle {
 
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+  [[nodiscard]] QIcon standardIcon(StandardPixmap picture, const QStyleOption* option,
+                                   const QWidget* widget) const override;
   void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                           QPainter* painter, const QWidget* widget) const override;
 
  private:
+  void DrawGroup(const QStyleOption& option, QPainter* painter, const QWidget* widget) const;
   void DrawButton(const QStyleOption& option, QPainter* painter, const QWidget* widget) const;
   void DrawEdged(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                  const QWidget* widget) const;

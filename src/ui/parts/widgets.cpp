@@ -2,6 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "ui/parts/widgets.h"
 
+#include <QFontMetricsF>
+#include <QStyle>
+#include <QStyleOptionComboBox>
+#include <QtMath>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -39,8 +44,9 @@ QCheckBox* MakeCheckBox(const QString& name, const QString& caption, const QStri
   return box;
 }
 
-QComboBox* MakeComboBox(const char* name, const QString& accessibleName, const QString& toolTip) {
-  auto* box = new QComboBox;
+QComboBox* MakeComboBox(const char* name, const QString& accessibleName, const QString& toolTip,
+                        std::optional<int> last) {
+  QComboBox* box = last ? new NumberBox(*last) : new QComboBox;
   Describe(box, name, toolTip);
   box->setAccessibleName(accessibleName);
   box->setMaxVisibleItems(16);
@@ -107,6 +113,18 @@ QStringList Numbers(int last) {
   QStringList numbers;
   for (int i = 0; i <= last; ++i) numbers << QString::number(i);
   return numbers;
+}
+
+// As the toolkit works it out for one item.
+QSize NumberBox::sizeHint() const {
+  constexpr int kLeastHeight = 14;
+  constexpr int kSpace = 2;
+  const QString widest(QString::number(last_).size(), '0');
+  QStyleOptionComboBox option;
+  initStyleOption(&option);
+  const int height = std::max(qCeil(QFontMetricsF(fontMetrics()).height()), kLeastHeight) + kSpace;
+  return style()->sizeFromContents(QStyle::CT_ComboBox, &option,
+                                   {fontMetrics().boundingRect(widest).width(), height}, this);
 }
 
 }  // namespace kestrel

@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QStringList>
 #include <functional>
+#include <optional>
 
 namespace kestrel {
 
@@ -25,8 +26,9 @@ namespace kestrel {
                                       const QString& toolTip);
 [[nodiscard]] QCheckBox* MakeCheckBox(const QString& name, const QString& caption,
                                       const QString& toolTip);
+// With `last`, a list of numbers that will go up to it.
 [[nodiscard]] QComboBox* MakeComboBox(const char* name, const QString& accessibleName,
-                                      const QString& toolTip);
+                                      const QString& toolTip, std::optional<int> last = {});
 // Tells each choice of an item: another one, however it came, and the one that was chosen already,
 // as a user does with it. Not what the window fills in with the list's signals blocked.
 void OnChosen(QComboBox* list, QObject* context, std::function<void(int index)> chosen);
@@ -47,5 +49,17 @@ void KeepPlaceWhileHidden(QWidget* widget);
 
 // "0", "1" ... "last".
 [[nodiscard]] QStringList Numbers(int last);
+
+// A list of numbers up to `last`. Its width is that of the digits of the last one; an ordinary list
+// measures every item, which takes hundreds of times as long.
+class NumberBox : public QComboBox {
+ public:
+  explicit NumberBox(int last) : last_(last) {}
+  [[nodiscard]] QSize sizeHint() const override;
+  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+ private:
+  int last_;
+};
 
 }  // namespace kestrel

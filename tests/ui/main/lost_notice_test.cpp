@@ -22,6 +22,7 @@ class LostAdapter : public WindowBench {
   LostAdapter() {
     core_.registers.Use(kUsbAdapter);
     InitInterface(core_);
+    watcher_.Begin();
     QObject::connect(&watcher_, &AdapterWatcher::Lost, &notice_, &LostNotice::Refresh);
   }
 
@@ -75,6 +76,34 @@ TEST_F(LostAdapter, TheWatchRestsWhileAHandlerRuns) {
   EXPECT_TRUE(UsbPresent);
   watcher_.Look();
   EXPECT_FALSE(UsbPresent);
+}
+
+TEST_F(LostAdapter, WhatHappensWhileAHandlerRunsIsSeenAfterIt) {
+  edge_.Run("test", [this] {
+    hardware_.Adapter().Unplug(0);
+    QTest::qWait(150);  // the system's message and a look after it
+    EXPECT_TRUE(UsbPresent);
+  });
+  EXPECT_TRUE(QTest::qWaitFor([] { return !UsbPresent; }));
+}
+
+TEST_F(LostAdapter, NobodyLooksWhileNothingIsPluggedInOrOut) {
+  EXPECT_FALSE(watcher_.Polls());
+  const int before = usb_.Looks();
+  QTest::qWait(1200);
+  EXPECT_EQ(usb_.Looks(), before);
+  Lose();
+  EXPECT_GT(usb_.Looks(), before);
+}
+
+TEST_F(LostAdapter, WhereTheSystemDoesNotTellTheWatchLooksNowAndThen) {
+  usb_.TellNothing();
+  AdapterWatcher blind(core_, edge_, nullptr);
+  EXPECT_TRUE(blind.Polls());
+  const QSignalSpy lost(&blind, &AdapterWatcher::Lost);
+  hardware_.Adapter().Unplug(0);
+  EXPECT_TRUE(QTest::qWaitFor([] { return !UsbPresent; }));
+  EXPECT_EQ(lost.count(), 1);
 }
 
 TEST_F(LostAdapter, TheWatchIsForUsbOnly) {
