@@ -9,6 +9,7 @@
 #include <QStatusBar>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "ui/chart/look.h"
@@ -20,10 +21,11 @@ namespace {
 
 constexpr QSize kUsualSize{1280, 800};
 constexpr int kReportSaidMs = 6000;
+constexpr double kMostSeconds = 120;  // longer is told in minutes
 
 // With controls of its own.
-bool IsOfArchive(study::View view) {
-  return view == study::View::Library || view == study::View::Trend ||
+bool HasOwnControls(study::View view) {
+  return view == study::View::Wide || view == study::View::Library || view == study::View::Trend ||
          view == study::View::AlarmBands;
 }
 
@@ -59,6 +61,8 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
       workbench_(new WorkbenchView(
           host_.keeper != nullptr ? host_.keeper->Place() : archive::Place(),
           {.files = host_.files, .openBands = host_.openBands, .propose = host_.propose})),
+      wide_(
+          new WideView(model_, host_.keeper != nullptr ? host_.keeper->Place() : archive::Place())),
       reports_(new ReportExport(model_, *library_, host_.files, *this)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
@@ -90,6 +94,7 @@ void frmAnalyser::LayOut() {
   views_->setObjectName("views");
   views_->addWidget(area_);
   views_->addWidget(waterfall_);
+  views_->addWidget(wide_);
   views_->addWidget(library_);
   views_->addWidget(trend_);
   views_->addWidget(workbench_);
@@ -162,6 +167,10 @@ void frmAnalyser::Connect() {
   library_->SetTaken([this](const std::vector<ArchiveId>& ids, bool areGood) {
     workbench_->TakeRecords(areGood ? baseline::Verdict::Good : baseline::Verdict::Bad, ids);
   });
+  connect(wide_, &WideView::CaptureAsked, this,
+          [this](unsigned options) { host_.captureWide(options); });
+  connect(wide_, &WideView::CopyAsked, this, &frmAnalyser::Copy);
+  connect(wide_, &WideView::ExportAsked, this, &frmAnalyser::AskExport);
   connect(workbench_, &WorkbenchView::Said, this,
           [this](const QString& text) { statusBar()->showMessage(text); });
   connect(area_, &PlotArea::CureWanted, this, [this](Cure cure) { host_.cure(cure); });
@@ -199,18 +208,20 @@ void frmAnalyser::Refresh() {
   ShowConditions();
 }
 
-// Views of the archive need all the room there is: docks are hidden until the user wants them.
+// Views with controls of their own need all the room there is: docks are hidden until the user
+// wants them.
 void frmAnalyser::ShowView(study::View view) {
   dockStates_[view_] = saveState(kDocksVersion);
-  const bool wasOfArchive = IsOfArchive(std::exchange(view_, view));
-  const bool isOfArchive = IsOfArchive(view);
+  const bool hadOwnControls = HasOwnControls(std::exchange(view_, view));
+  const bool hasOwnControls = HasOwnControls(view);
   const auto kept = dockStates_.find(view);
   if (kept != dockStates_.end()) {
     restoreState(kept->second, kDocksVersion);
-  } else if (isOfArchive || wasOfArchive) {
-    for (AnalyserDock* dock : docks_) dock->setVisible(!isOfArchive);
+  } else if (hasOwnControls || hadOwnControls) {
+    for (AnalyserDock* dock : docks_) dock->setVisible(!hasOwnControls);
   }
-  toolBar_->setVisible(!isOfArchive);
+  toolBar_->setVisible(!hasOwnControls);
+  ShowCaptureName();
   reports_->SetFromLibrary(view == study::View::Library);
   menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
   ShowPage(WidgetOf(view));
@@ -228,6 +239,8 @@ void frmAnalyser::ShowPage(QWidget* page) {
 
 QWidget* frmAnalyser::WidgetOf(study::View view) const {
   switch (view) {
+    case study::View::Wide:
+      return wide_;
     case study::View::Library:
       return library_;
     case study::View::Trend:
@@ -243,6 +256,7 @@ QWidget* frmAnalyser::WidgetOf(study::View view) const {
 
 AnalyserPlot& frmAnalyser::Plot() const {
   if (view_ == study::View::Trend) return trend_->Plot();
+  if (view_ == study::View::Wide) return wide_->Plot();
   return view_ == study::View::Waterfall ? waterfall_->Plot() : area_->Plot();
 }
 
@@ -260,7 +274,18 @@ void frmAnalyser::SetProgress(const QString& text, double part) {
 }
 
 void frmAnalyser::ToggleCapture() {
-  isRunning_ ? host_.stop() : host_.capture();
+  if (isRunning_) return host_.stop();
+  view_ == study::View::Wide ? host_.captureWide(0b1111) : host_.capture();
+}
+
+// What the main button does in the view that is shown.
+void frmAnalyser::ShowCaptureName() {
+  if (view_ != study::View::Wide) return viewBar_->NameCapture({}, {});
+  const double seconds = host_.wideSeconds();
+  const QString lasts = seconds < kMostSeconds ? tr("%1 s").arg(std::ceil(seconds))
+                                               : tr("%1 min").arg(std::ceil(seconds / 60));
+  viewBar_->NameCapture(seconds > 0 ? tr("Capture wide, %1").arg(lasts) : tr("Capture wide"),
+                        tr("One capture at each rate option, then the settings as they were (F5)"));
 }
 
 void frmAnalyser::ShowInFront() {
@@ -270,6 +295,7 @@ void frmAnalyser::ShowInFront() {
   activateWindow();
   if (view_ == study::View::Library) return library_->FocusList();
   if (view_ == study::View::AlarmBands) return workbench_->FocusFirst();
+  if (view_ == study::View::Wide) return wide_->FocusPlot();
   view_ == study::View::Trend ? trend_->FocusPlot() : area_->Plot().setFocus();
 }
 

@@ -26,6 +26,7 @@
 #include "ui/machine/severity_panel.h"
 #include "ui/study/study_model.h"
 #include "ui/trend/trend_view.h"
+#include "ui/wide/wide_view.h"
 #include "ui/workbench/workbench_view.h"
 
 namespace kestrel {
@@ -44,12 +45,16 @@ struct AnalyserHost {
   std::function<void()> openBands = [] {};  // as WorkbenchHost has them
   std::function<void(const BandProposal&, bool, std::function<void(const std::string&)>)> propose =
       [](const auto&, bool, const auto&) {};
+  // Captures at these rate options, a bit each, one after the other, and puts the settings back.
+  std::function<void(unsigned)> captureWide = [](unsigned) {};
+  // About how long four of them take, s; 0 where it is not known.
+  std::function<double()> wideSeconds = [] { return 0.0; };
 };
 
 class frmAnalyser : public QMainWindow {
  public:
   // Of what is kept about docks: another one where there are other docks.
-  static constexpr int kDocksVersion = 1;
+  static constexpr int kDocksVersion = 2;
 
   explicit frmAnalyser(AnalyserHost host, QWidget* parent = nullptr);
   ~frmAnalyser() override;
@@ -61,6 +66,7 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] LibraryView& Library() { return *library_; }
   [[nodiscard]] TrendView& Trend() { return *trend_; }
   [[nodiscard]] WorkbenchView& Workbench() { return *workbench_; }
+  [[nodiscard]] WideView& Wide() { return *wide_; }
 
   // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
   void SetSensor(const QString& text, const QString& detail);
@@ -107,9 +113,11 @@ class frmAnalyser : public QMainWindow {
   void OfferRecords();
   // The view that is shown, as the content of a picture file.
   [[nodiscard]] QByteArray FileOf(const QString& ending);
+  [[nodiscard]] PlotPicture PlotPictureNow() const;
   // Of the files that the view can be written into.
   [[nodiscard]] QStringList Endings() const;
   void ToggleCapture();
+  void ShowCaptureName();
   void NextPane(int step);
   void ShowPlotAlone(bool isAlone);
   void Restore();
@@ -127,6 +135,7 @@ class frmAnalyser : public QMainWindow {
   LibraryView* library_;
   TrendView* trend_;
   WorkbenchView* workbench_;
+  WideView* wide_;
   std::unique_ptr<RecordExport> records_;  // none without an archive
   ReportExport* reports_;
   QStackedWidget* views_;

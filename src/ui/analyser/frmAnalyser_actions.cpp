@@ -42,7 +42,7 @@ void frmAnalyser::AddMenus() {
   close->setShortcut(QKeySequence::Close);
 
   QMenu* view = bar->addMenu(tr("&View"));
-  const std::array views{tr("&Spectrum"), tr("&Time"),  tr("&Waterfall"),
+  const std::array views{tr("&Spectrum"), tr("&Time"),  tr("&Waterfall"),  tr("W&ide"),
                          tr("&Library"),  tr("T&rend"), tr("Alarm &bands")};
   for (int i = 0; i < static_cast<int>(views.size()); ++i) {
     QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
@@ -74,7 +74,8 @@ void frmAnalyser::AddMenus() {
     action->setShortcut(key);
     connect(action, &QAction::triggered, this, std::move(deed));
   };
-  add("mnuCapture", tr("&Capture"), Qt::Key_F5, [this] { host_.capture(); });
+  add("mnuCapture", tr("&Capture"), Qt::Key_F5,
+      [this] { view_ == study::View::Wide ? host_.captureWide(0b1111) : host_.capture(); });
   add("mnuStop", tr("&Stop"), {}, [this] { host_.stop(); });
   add("mnuRepeat", tr("&Repeat..."), {}, [this] { host_.openRepeat(); });
   add("mnuToggleRepeat", tr("Repeat &on or off"), Qt::SHIFT | Qt::Key_F5,
@@ -118,6 +119,7 @@ void frmAnalyser::AddKeys() {
   AddKey(QKeySequence::Find, [this] {
     if (view_ == study::View::Library) return library_->FocusFilter();
     if (view_ == study::View::Trend) return trend_->FocusFilter();
+    if (view_ == study::View::Wide) return wide_->FocusKept();
     if (auto* filter = findChild<QLineEdit*>("txtFilterRecords")) filter->setFocus();
   });
   AddKey(Qt::CTRL | Qt::Key_E, [this] { AskExport(); });
@@ -189,8 +191,8 @@ void frmAnalyser::Restore() {
   if (kept.status() != QSettings::NoError) unread.prepend(tr("parts of %1").arg(kept.fileName()));
   restoreGeometry(kept.value("geometry").toByteArray());
   for (const study::View view :
-       {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Library,
-        study::View::Trend, study::View::AlarmBands}) {
+       {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Wide,
+        study::View::Library, study::View::Trend, study::View::AlarmBands}) {
     const QByteArray state = kept.value(StateKey(view)).toByteArray();
     if (!state.isEmpty()) dockStates_[view] = state;
   }
@@ -202,6 +204,7 @@ void frmAnalyser::Restore() {
   unread << bearings.split('\n', Qt::SkipEmptyParts);
   SayUnread(unread);
   trend_->Restore(kept);
+  wide_->Restore(kept);
   themes_->actions().at(static_cast<int>(ThemeIn(kept)))->setChecked(true);
 }
 
@@ -230,6 +233,7 @@ void frmAnalyser::Keep() const {
   kept.setValue("choice", Text(study::TextOf(model_.Choice())));
   kept.setValue("bearings", Text(known_->SaveLibrary()));
   trend_->Keep(kept);
+  wide_->Keep(kept);
   kept.setValue("theme", themes_->actions().indexOf(themes_->checkedAction()));
 }
 

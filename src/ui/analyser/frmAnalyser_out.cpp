@@ -21,6 +21,11 @@ bool IsPicturedWhole(study::View view) {
   return view == study::View::Waterfall || view == study::View::AlarmBands;
 }
 
+// The others leave as pictures alone.
+bool HasTable(study::View view) {
+  return view == study::View::Wide || view == study::View::Trend;
+}
+
 }  // namespace
 
 void frmAnalyser::Copy() {
@@ -31,14 +36,19 @@ void frmAnalyser::Copy() {
   if (IsPicturedWhole(view_)) {
     QGuiApplication::clipboard()->setImage(PictureOf(*WidgetOf(view_), Text(area_->Source()), 2));
   } else {
-    CopyPicture(view_ == study::View::Trend ? trend_->Picture() : area_->Picture());
+    CopyPicture(PlotPictureNow());
   }
   statusBar()->showMessage(tr("The picture is on the clipboard."), kSaidMs);
 }
 
+PlotPicture frmAnalyser::PlotPictureNow() const {
+  if (view_ == study::View::Wide) return wide_->Picture();
+  return view_ == study::View::Trend ? trend_->Picture() : area_->Picture();
+}
+
 QStringList frmAnalyser::Endings() const {
   QStringList endings = PictureEndings();
-  if (view_ == study::View::Trend) endings << QStringLiteral("csv");
+  if (HasTable(view_)) endings << QStringLiteral("csv");
   return endings;
 }
 
@@ -47,8 +57,8 @@ void frmAnalyser::AskExport() {
     statusBar()->showMessage(tr("The library has no picture. Open a record first."), kSaidMs);
     return;
   }
-  auto* dialog = new QFileDialog(
-      this, view_ == study::View::Trend ? tr("Export picture or table") : tr("Export picture"));
+  auto* dialog =
+      new QFileDialog(this, HasTable(view_) ? tr("Export picture or table") : tr("Export picture"));
   dialog->setObjectName("askExport");
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   dialog->setAcceptMode(QFileDialog::AcceptSave);
@@ -75,12 +85,13 @@ void frmAnalyser::OfferRecords() {
 }
 
 QByteArray frmAnalyser::FileOf(const QString& ending) {
-  if (ending == u"csv") return QByteArray::fromStdString(trend_->Table());
+  if (ending == u"csv") {
+    return QByteArray::fromStdString(view_ == study::View::Wide ? wide_->Table() : trend_->Table());
+  }
   if (IsPicturedWhole(view_)) {
     return WidgetPictureFile(*WidgetOf(view_), Text(area_->Source()), ending);
   }
-  const PlotPicture picture = view_ == study::View::Trend ? trend_->Picture() : area_->Picture();
-  return PictureFile(SheetOf(picture), ending);
+  return PictureFile(SheetOf(PlotPictureNow()), ending);
 }
 
 bool frmAnalyser::Export(const QString& file) {

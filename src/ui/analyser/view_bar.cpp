@@ -63,8 +63,8 @@ ViewBar::ViewBar()
   setObjectName("viewBar");
   tabs_->setObjectName("tabViews");
   tabs_->setAccessibleName(tr("Views"));
-  for (const QString& view :
-       {tr("Spectrum"), tr("Time"), tr("Waterfall"), tr("Library"), tr("Trend"), tr("Alarm bands")})
+  for (const QString& view : {tr("Spectrum"), tr("Time"), tr("Waterfall"), tr("Wide"),
+                              tr("Library"), tr("Trend"), tr("Alarm bands")})
     tabs_->addTab(view);
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabToolTip(i, tr("Ctrl+%1").arg(i + 1));
   lblSensor_->setObjectName("lblSensor");
@@ -106,10 +106,20 @@ void ViewBar::SetSensor(const QString& text, const QString& tip) {
 }
 
 void ViewBar::SetRunning(bool isRunning) {
-  cmdCapture->SetCaption(isRunning ? tr("Stop") : tr("Capture"), isRunning ? "stopf" : "rec");
+  isRunning_ = isRunning;
+  const QString name = captureName_.isEmpty() ? tr("Capture") : captureName_;
+  const QString tip = captureTip_.isEmpty()
+                          ? tr("One capture, as Start in the main window takes it (F5)")
+                          : captureTip_;
+  cmdCapture->SetCaption(isRunning ? tr("Stop") : name, isRunning ? "stopf" : "rec");
   cmdCapture->SetMain(!isRunning);
-  cmdCapture->setToolTip(isRunning ? tr("Ends what runs (Esc)")
-                                   : tr("One capture, as Start in the main window takes it (F5)"));
+  cmdCapture->setToolTip(isRunning ? tr("Ends what runs (Esc)") : tip);
+}
+
+void ViewBar::NameCapture(const QString& text, const QString& tip) {
+  captureName_ = text;
+  captureTip_ = tip;
+  SetRunning(isRunning_);
 }
 
 void ViewBar::SetProgress(const QString& text, double part) {

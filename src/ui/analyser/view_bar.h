@@ -32,6 +32,8 @@ class ViewBar : public QWidget {
   void SetSensor(const QString& text, const QString& tip);
   // While something runs, the main button says Stop, at the same place.
   void SetRunning(bool isRunning);
+  // What the main button says while nothing runs, and its tip; empty: one capture.
+  void NameCapture(const QString& text, const QString& tip);
   // "Capture 12 of 50, next in 6 s, 6 min 20 s left"; none with an empty text. `part` 0 to 1, below
   // 0 when the end is not known.
   void SetProgress(const QString& text, double part);
@@ -48,6 +50,9 @@ class ViewBar : public QWidget {
  private:
   ViewTabs* tabs_;
   QLabel* lblSensor_;
+  bool isRunning_ = false;
+  QString captureName_;
+  QString captureTip_;
   QWidget* progress_;
   QLabel* lblProgress_;
   QProgressBar* barProgress_;
