@@ -69,8 +69,8 @@ void RecordKeeper::Take() {
   if (last_ && study::IsSameCapture(last_->record, record)) {
     last_->record = record;
   } else {
-    last_ =
-        archive::NewRecord{archive::NewUid(), record, kept_.site, choice_.program, choice_.bench};
+    last_ = archive::NewRecord{archive::NewUid(), record,        kept_.site,
+                               choice_.program,   choice_.bench, mark_};
   }
   keeper_->Keep(*last_);
 }

@@ -37,6 +37,9 @@ class RecordKeeper : public QObject {
   [[nodiscard]] const archive::Remarks& Site() const { return kept_.site; }
   void SetSite(const archive::Remarks& site);
 
+  // The records to come belong to a wide spectrum; none: each stands for itself.
+  void MarkAs(std::optional<archive::WideMark> mark) { mark_ = mark; }
+
   [[nodiscard]] std::optional<std::int64_t> Limit() const { return kept_.limit; }
   // Bytes; the oldest records go first.
   void SetLimit(std::optional<std::int64_t> bytes);
@@ -58,6 +61,7 @@ class RecordKeeper : public QObject {
   ArchiveChoice choice_;
   KeptArchive kept_;
   std::optional<archive::NewRecord> last_;
+  std::optional<archive::WideMark> mark_;
   CurrentRecord::Listener listener_;
   std::unique_ptr<archive::Keeper> keeper_;  // its thread ends before the rest goes
 };

@@ -15,6 +15,7 @@ namespace kestrel {
 namespace {
 
 constexpr std::size_t kMostWaiting = study::kShelfRecords;
+constexpr unsigned kAllOptions = 0b1111;
 
 study::SensorBands BandsOf(const BandTable& table, int option) {
   study::SensorBands bands{};
@@ -45,6 +46,34 @@ AnalyserPart::AnalyserPart(const Parts& parts)
   });
   connect(&parts_.repeats, &RepeatRunner::Changed, this, [this] { ShowProgress(); });
   connect(&parts_.capture, &CapturePanel::CaptureStateChanged, this, [this] { ShowProgress(); });
+  ConnectWide();
+}
+
+// The records of one run are one wide spectrum; captures that are made again belong to the one
+// before.
+void AnalyserPart::ConnectWide() {
+  connect(&parts_.wide, &WideRunner::Began, this, [this](unsigned options) {
+    const bool isAgain = options != kAllOptions && wideSet_.has_value();
+    if (!isAgain) wideSet_ = archive::NewUid();
+    parts_.keeper.MarkAs(archive::WideMark{.set = *wideSet_, .wanted = options});
+    if (window_) window_->Wide().Model().Begin(options, isAgain);
+  });
+  connect(&parts_.wide, &WideRunner::RecordTaken, this, [this](const Record& record) {
+    if (window_) window_->Wide().Model().Take(record);
+  });
+  connect(&parts_.wide, &WideRunner::Changed, this, [this] { ShowProgress(); });
+  connect(&parts_.wide, &WideRunner::Ended, this, [this] {
+    parts_.keeper.MarkAs(std::nullopt);
+    ShowProgress();
+    if (!window_) return;
+    window_->Wide().Model().End();
+    window_->Wide().SetTrouble(WideTrouble(*parts_.wide.Progress()));
+  });
+}
+
+void AnalyserPart::CaptureWide(unsigned options) {
+  const QString trouble = parts_.wide.Start(options);
+  if (window_) window_->Wide().SetTrouble(trouble);
 }
 
 AnalyserPart::~AnalyserPart() {
@@ -74,44 +103,48 @@ void AnalyserPart::Later(std::function<void()> deed) {
 AnalyserHost AnalyserPart::Host() {
   const auto isCapturing = [this] { return parts_.capture.StartCaption() == kStopCaption; };
   const auto press = [this] { parts_.capture.cmdStart->click(); };
-  return {.files = parts_.core.seams.files,
-          .capture =
-              [this, isCapturing, press] {
-                if (!isCapturing()) Later(press);
-              },
-          .stop =
-              [this, isCapturing, press] {
-                parts_.repeats.Stop();
-                if (isCapturing()) Later(press);
-              },
-          .captureAtOption =
-              [this, isCapturing, press](int option) {
-                if (isCapturing()) return;
-                Later([this, press, option] {
-                  if (parts_.cures.ChooseOption(option)) press();
-                });
-              },
-          .cure = [this](Cure cure) { Later([this, cure] { parts_.cures.CarryOut(cure); }); },
-          .openRepeat = parts_.openRepeat,
-          .toggleRepeat =
-              [this] {
-                const auto progress = parts_.repeats.Progress();
-                if (parts_.repeats.Running()) {
-                  parts_.repeats.Stop();
-                } else if (!progress || !parts_.repeats.Start(progress->settings).isEmpty()) {
-                  parts_.openRepeat();
-                }
-              },
-          .keeper = &parts_.keeper,
-          .openBands = [this] { Later([this] { parts_.windows.OpenAlarmSpectrum(); }); },
-          .propose =
-              [this](const BandProposal& proposal, bool isWritten,
-                     std::function<void(const std::string&)> told) {
-                Later([this, taking = frmAlarmSpectrum::TakingOver{proposal, isWritten,
-                                                                   std::move(told)}] {
-                  parts_.windows.TakeOverBands(taking);
-                });
-              }};
+  return {
+      .files = parts_.core.seams.files,
+      .capture =
+          [this, isCapturing, press] {
+            if (!isCapturing()) Later(press);
+          },
+      .stop =
+          [this, isCapturing, press] {
+            parts_.repeats.Stop();
+            parts_.wide.Stop();
+            if (isCapturing()) Later(press);
+          },
+      .captureAtOption =
+          [this, isCapturing, press](int option) {
+            if (isCapturing()) return;
+            Later([this, press, option] {
+              if (parts_.cures.ChooseOption(option)) press();
+            });
+          },
+      .cure = [this](Cure cure) { Later([this, cure] { parts_.cures.CarryOut(cure); }); },
+      .openRepeat = parts_.openRepeat,
+      .toggleRepeat =
+          [this] {
+            const auto progress = parts_.repeats.Progress();
+            if (parts_.repeats.Running()) {
+              parts_.repeats.Stop();
+            } else if (!progress || !parts_.repeats.Start(progress->settings).isEmpty()) {
+              parts_.openRepeat();
+            }
+          },
+      .keeper = &parts_.keeper,
+      .openBands = [this] { Later([this] { parts_.windows.OpenAlarmSpectrum(); }); },
+      .propose =
+          [this](const BandProposal& proposal, bool isWritten,
+                 std::function<void(const std::string&)> told) {
+            Later([this,
+                   taking = frmAlarmSpectrum::TakingOver{proposal, isWritten, std::move(told)}] {
+              parts_.windows.TakeOverBands(taking);
+            });
+          },
+      .captureWide = [this](unsigned options) { Later([this, options] { CaptureWide(options); }); },
+      .wideSeconds = [this] { return parts_.wide.ExpectedSeconds(); }};
 }
 
 void AnalyserPart::TakeRecord() {
@@ -171,7 +204,12 @@ void AnalyserPart::ShowProgress() {
   if (progress) gaps_ = progress->gaps.size();
   if (!window_) return;
   const bool isRepeating = parts_.repeats.Running();
-  window_->SetRunning(isRepeating || parts_.capture.StartCaption() == kStopCaption);
+  const bool isWide = parts_.wide.Running();
+  window_->SetRunning(isRepeating || isWide || parts_.capture.StartCaption() == kStopCaption);
+  if (isWide) {
+    const WideProgress wide = *parts_.wide.Progress();
+    return window_->SetProgress(WideLine(wide), wide.share);
+  }
   if (!progress || !isRepeating) {
     window_->SetProgress({}, 0);
     return;

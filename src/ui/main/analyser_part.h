@@ -16,6 +16,7 @@
 #include "ui/main/record_cures.h"
 #include "ui/main/secondary_windows.h"
 #include "ui/repeat/repeat_runner.h"
+#include "ui/repeat/wide_runner.h"
 
 namespace kestrel {
 
@@ -29,6 +30,7 @@ class AnalyserPart : public QObject {
     MainMenu& menu;
     RecordCures& cures;
     RepeatRunner& repeats;
+    WideRunner& wide;
     std::function<void()> openRepeat;
     RecordKeeper& keeper;
     SecondaryWindows& windows;
@@ -59,6 +61,8 @@ class AnalyserPart : public QObject {
   };
   [[nodiscard]] AnalyserHost Host();
   void TakeRecord();
+  void ConnectWide();
+  void CaptureWide(unsigned options);
   void ShowProgress();
   void Wait(Waiting what);
   void GiveBands();
@@ -71,6 +75,7 @@ class AnalyserPart : public QObject {
   BandTable bands_;  // as the window has them
   bool hasBands_ = false;
   std::size_t gaps_ = 0;
+  std::optional<archive::Uid> wideSet_;  // of the wide spectrum that was captured last
   CurrentRecord::Listener recordListener_;
 };
 

@@ -68,11 +68,11 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
                  [this] { return IsIdle(); },
                  [this](std::int16_t product) { SetProductNumber(product); }}),
       fastReadout_(desk_.readout.Fast(), *menu_->mnuFastReadout, *strip_, edge_),
-      repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this}),
+      repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this, cures_}),
       keeper_(core.record, archive),
       archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
-      analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), [this] { repeat_.Open(); },
-                 keeper_, windows_}) {
+      analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), repeat_.Wide(),
+                 [this] { repeat_.Open(); }, keeper_, windows_}) {
   setObjectName("frm1");
   windows_.KeepSetupsIn(setup::SetupFolderBeside(archive.usual), archive.program);
   lblInterface_->setObjectName("lblInterface");
@@ -142,7 +142,7 @@ void frm1::ConnectButtons() {
   });
   On(record_->cmdRecInfo, clicked, "cmdRecInfo_Click", [this] { windows_.OpenRecInfo(); });
   desk_.log.BeforeReplacing([this] {
-    logNotice_.FileInTheWay(repeat_.Runner().Running(), [this] {
+    logNotice_.FileInTheWay(repeat_.Running(), [this] {
       QMetaObject::invokeMethod(
           this, [this] { windows_.OpenDataLog(); }, Qt::QueuedConnection);
     });
@@ -285,11 +285,11 @@ void frm1::ckDataLog_Click() {
 
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
 void frm1::closeEvent(QCloseEvent* event) {
-  if (!windows_.MayClose() || !archive_.MayClose()) {
+  if (!windows_.MayClose() || !archive_.MayClose() || !repeat_.MayClose([this] { close(); })) {
     event->ignore();
     return;
   }
-  repeat_.Runner().Close();
+  repeat_.Close();
   desk_.cycle.Close();
   windows_.CancelTransfers();
   analyser_.Close();

@@ -55,6 +55,7 @@ class frm1 : public QMainWindow {
 
   // Repeated captures, one program's worth, for whoever shows or starts them.
   [[nodiscard]] RepeatRunner& Repeats() { return repeat_.Runner(); }
+  [[nodiscard]] WideRunner& WideCaptures() { return repeat_.Wide(); }
 
   // Keeps the records that are read.
   [[nodiscard]] RecordKeeper& Keeper() { return keeper_; }

@@ -16,6 +16,14 @@ RepeatPart::RepeatPart(const Parts& parts)
                    [this](const SettingsExchange::Shown& earlier) {
                      return parts_.freshness.GiveBack(earlier);
                    }}),
+      wide_(parts.core, parts.edge, parts.desk.settings,
+            {.pressStart = [this] { parts_.capture.cmdStart->click(); },
+             .chooseOption = [this](int option) { return parts_.cures.ChooseOption(option); },
+             .giveSettingsBack =
+                 [this](const SettingsExchange::Shown& earlier) {
+                   return parts_.freshness.GiveBack(earlier);
+                 },
+             .isOtherAtWork = [this] { return runner_.Running() || parts_.desk.cycle.Running(); }}),
       lblRepeat_(new LineLabel) {
   lblRepeat_->setObjectName("lblRepeat");
   lblRepeat_->setTextFormat(Qt::PlainText);
@@ -25,6 +33,8 @@ RepeatPart::RepeatPart(const Parts& parts)
   connect(parts_.menu.mnuRepeat, chosen, this, [this] { Open(); });
   connect(parts_.menu.mnuRepeatStop, chosen, &runner_, &RepeatRunner::Stop);
   connect(&runner_, &RepeatRunner::Changed, this, [this] { ShowState(); });
+  connect(&wide_, &WideRunner::Changed, this, [this] { ShowState(); });
+  connect(&wide_, &WideRunner::Ended, this, [this] { ShowState(); });
   ShowState();
 }
 
@@ -38,7 +48,23 @@ void RepeatPart::Open() {
 }
 
 void RepeatPart::NoteStartPressed() {
-  if (parts_.capture.StartCaption() == kStopCaption) runner_.UserStoppedCapture();
+  if (parts_.capture.StartCaption() != kStopCaption) return;
+  runner_.UserStoppedCapture();
+  wide_.UserStoppedCapture();
+}
+
+bool RepeatPart::MayClose(std::function<void()> goOn) {
+  if (!wide_.Running()) return true;
+  connect(&wide_, &WideRunner::Ended, this, std::move(goOn),
+          static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+  wide_.Stop();
+  if (parts_.capture.StartCaption() == kStopCaption) parts_.capture.cmdStart->click();
+  return false;
+}
+
+void RepeatPart::Close() {
+  runner_.Close();
+  wide_.Close();
 }
 
 // A capture that is waited for is ended by the key's release.
@@ -46,10 +72,11 @@ bool RepeatPart::TakesKey(const QObject& watched, const QEvent& press) {
   const auto& key = static_cast<const QKeyEvent&>(press);
   const auto* widget = qobject_cast<const QWidget*>(&watched);
   if (widget == nullptr || widget->window() != &parts_.window || key.key() != Qt::Key_Escape ||
-      key.isAutoRepeat() || !runner_.Running() || parts_.desk.cycle.Running()) {
+      key.isAutoRepeat() || !Running() || parts_.desk.cycle.Running()) {
     return false;
   }
   runner_.Stop();
+  wide_.Stop();
   return true;
 }
 
@@ -57,9 +84,10 @@ bool RepeatPart::TakesKey(const QObject& watched, const QEvent& press) {
 void RepeatPart::ShowState() {
   parts_.menu.mnuRepeatStop->setEnabled(runner_.Running());
   const auto progress = runner_.Progress();
-  lblRepeat_->setVisible(progress.has_value());
-  if (!progress) return;
-  const QString line = tr("Repeat: %1").arg(RepeatLine(*progress));
+  lblRepeat_->setVisible(progress.has_value() || wide_.Running());
+  if (!progress && !wide_.Running()) return;
+  const QString line =
+      wide_.Running() ? WideLine(*wide_.Progress()) : tr("Repeat: %1").arg(RepeatLine(*progress));
   if (line == lblRepeat_->text()) return;
   lblRepeat_->setText(line);
   lblRepeat_->setToolTip(line);

@@ -10,6 +10,7 @@
 #include "acquisition/readings.h"
 #include "device/rec_ctrl.h"
 #include "regmap/register_table.h"
+#include "ui/repeat/quiet_deed.h"
 
 namespace kestrel {
 namespace {
@@ -154,13 +155,8 @@ void RepeatRunner::Step() {
   }
 }
 
-// The user's own handlers, which run inside, tell the user what they have to tell.
 std::vector<std::string> RepeatRunner::Quietly(const std::function<void()>& deed) {
-  const int depth = edge_.Depth() + 1;
-  const MessagesAside::Aside aside(core_.messages,
-                                   [this, depth] { return edge_.Depth() <= depth; });
-  deed();
-  return aside.Texts();
+  return kestrel::Quietly(core_.messages, edge_, deed);
 }
 
 void RepeatRunner::Capture() {

@@ -81,4 +81,33 @@ QString GapLine(const RepeatGap& gap) {
       .arg(begin, to.toString(sameDay ? "HH:mm:ss" : "yyyy-MM-dd HH:mm:ss"), reason);
 }
 
+QString WideLine(const WideProgress& progress) {
+  switch (progress.state) {
+    case WideState::Lost:
+      return tr("Wide: the sensor is lost; its settings are put back when it is there again");
+    case WideState::PuttingBack:
+      return tr("Wide: putting the settings back");
+    case WideState::Ended:
+      return tr("Wide: ended");
+    case WideState::Capturing:
+      break;
+  }
+  QString line = tr("Wide: option %1, %2 of %3")
+                     .arg(progress.option.value_or(0))
+                     .arg(progress.done.size() + 1)
+                     .arg(progress.order.size());
+  if (progress.ending) return tr("Wide: ending");
+  if (progress.remaining)
+    line += tr(", %1 left").arg(DurationWords(std::ceil(*progress.remaining)));
+  return line;
+}
+
+QString WideTrouble(const WideProgress& progress) {
+  const bool isStopped = progress.reason.empty() || progress.reason == "stopped";
+  QStringList texts;
+  if (!isStopped) texts << QString::fromStdString(progress.reason);
+  if (!progress.notPutBack.empty()) texts << QString::fromStdString(progress.notPutBack);
+  return texts.join(' ');
+}
+
 }  // namespace kestrel

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kSideWidth = 340;
 constexpr int kGutter = 8;
+constexpr unsigned kAllOptions = 0b1111;
 
 }  // namespace
 
@@ -184,14 +185,17 @@ void WideView::ShowNotices() {
       notices_->Take(id);
       continue;
     }
-    const QString cure =
-        id == u"missing" ? tr("Capture what is missing") : tr("Capture these two again");
-    notices_->Put({id,
-                   Gravity::Doubt,
-                   Text(doubt->text),
-                   cure,
-                   [this, again = doubt->again] { emit CaptureAsked(again); },
-                   {}});
+    // What was kept is of another time: captures of now do not belong to it.
+    const QString cure = model_.Shown()     ? tr("Capture a new one")
+                         : id == u"missing" ? tr("Capture what is missing")
+                                            : tr("Capture these two again");
+    notices_->Put(
+        {id,
+         Gravity::Doubt,
+         Text(doubt->text),
+         cure,
+         [this, again = doubt->again] { emit CaptureAsked(model_.Shown() ? kAllOptions : again); },
+         {}});
   }
 }
 
