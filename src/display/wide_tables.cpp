@@ -208,8 +208,8 @@ std::vector<WideDoubt> WideDoubtsOf(const WideSpectrum& wide, double limitDb) {
     unsigned again = 0;
     for (const int option : wide.missing) again |= 1U << option;
     doubts.push_back({"missing",
-                      "There is no capture at " + Listed(wide.missing) +
-                          ": what it alone would hold is not shown.",
+                      "No capture at " + Listed(wide.missing) + ": frequencies that only " +
+                          (wide.missing.size() == 1 ? "it holds" : "they hold") + " are not shown.",
                       again});
   }
   return doubts;

@@ -120,7 +120,7 @@ void OptionStrip::PaintLane(QPainter& painter, const Look& look, const LookFonts
   if (!lane.isThere) {
     painter.setBrush(Qt::NoBrush);
     painter.setPen(QPen(look.axis, 1, Qt::DashLine));
-    painter.drawRect(holds);
+    painter.drawRect(PlaceOf(row, lane.holds, kThick));
     painter.setPen(look.muted);
     DrawTabular(
         painter, fonts.small,
