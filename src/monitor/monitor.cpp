@@ -216,6 +216,8 @@ void Monitor::LookAtKeeping() {
   if (!handed_.empty() || accounted_ == dealt_) return;
   accounted_ = dealt_;
   diary_.Set(kAccounted, std::to_string(archive::Nanoseconds(accounted_)));
+  // At once: after a kill, what is not noted here is told as missed though it is kept.
+  diary_.Flush();
 }
 
 void Monitor::LookAtBroker(const Now& now) {

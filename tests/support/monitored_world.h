@@ -172,6 +172,7 @@ class MonitoredWorld {
       std::this_thread::sleep_for(std::chrono::microseconds{200});
       monitor_->LookAtKeeping();
     }
+    monitor_->LookAtKeeping();
   }
   // With nothing noted.
   void Kill() {
