@@ -38,9 +38,7 @@ void Fill(Record& record, const BufferWords& words) {
 
 }  // namespace
 
-FastReadout::FastReadout(Core& core)
-    : core_(core),
-      random_(static_cast<std::uint32_t>(core.seams.clock.UtcNow().time_since_epoch().count())) {}
+FastReadout::FastReadout(Core& core) : core_(core) {}
 
 void FastReadout::Choose(bool chosen) {
   if (chosen == chosen_) return;
@@ -81,10 +79,14 @@ bool FastReadout::ReadPoints(Record& record, const ReadoutSteps& steps) {
 }
 
 std::vector<BufferPlace> FastReadout::Places(int points) {
+  if (!random_) {
+    random_.emplace(
+        static_cast<std::uint32_t>(core_.seams.clock.UtcNow().time_since_epoch().count()));
+  }
   const bool isFirst = proven_ != Present();
   std::vector<BufferPlace> places;
   for (const Axis axis : kAxes) {
-    auto spread = Spread(points, isFirst ? kFirstSamplesOfAnAxis : kSamplesOfAnAxis, random_);
+    auto spread = Spread(points, isFirst ? kFirstSamplesOfAnAxis : kSamplesOfAnAxis, *random_);
     if (isFirst) {
       spread.front() = 0;
       spread.back() = points - 1;

@@ -49,7 +49,7 @@ class FastReadout {
   void OnRefused(std::function<void(const Difference&)> told) { told_ = std::move(told); }
 
   // Makes the places that are compared known beforehand.
-  void Seed(std::uint32_t seed) { random_.seed(seed); }
+  void Seed(std::uint32_t seed) { random_.emplace(seed); }
 
   // The points of a record that has its kind, its scale and its record count; false when the sensor
   // was lost.
@@ -73,7 +73,7 @@ class FastReadout {
   bool ReadAgain(Record& record, const ReadoutSteps& steps, const Difference& difference);
 
   Core& core_;
-  std::mt19937 random_;
+  std::optional<std::mt19937> random_;  // of the clock at its first use
   bool chosen_ = false;
   std::vector<std::string> refused_;
   std::optional<Tried> proven_;
