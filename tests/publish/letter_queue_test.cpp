@@ -168,13 +168,12 @@ TEST_F(LetterQueues, AKillLosesNothingThatWasPutIn) {
   const std::string said = (folder_.path() / "said").string();
   Random random(1);
   for (int i = 0; i < kills; ++i) {
-    const int micros = random.Below(20'000);
+    const auto delay = std::chrono::microseconds(random.Below(20'000));
     (void)IsKilledDoing([&] {
-      std::thread([micros] {
-        std::this_thread::sleep_for(std::chrono::microseconds(micros));
-        kill(getpid(), SIGKILL);
-      }).detach();
+      // One half while it opens, the other half while it is in use, however slow the machine.
+      if (i % 2 == 0) KillThisProcessIn(delay);
       const auto queue = Open({.broker = true});
+      if (i % 2 == 1) KillThisProcessIn(delay);
       for (int number = i * 1000; number < (i + 1) * 1000; ++number) {
         if (queue->Put(LetterOf(number))) {
           std::ofstream(said, std::ios::app) << number << std::endl;

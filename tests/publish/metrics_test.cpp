@@ -11,6 +11,7 @@
 
 #include "numeric/runtime_error.h"
 #include "publish/metric_families.h"
+#include "support/heap_bytes.h"
 #include "support/temporary_broker.h"
 
 namespace kestrel::publish {
@@ -19,15 +20,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Moment kMoment{std::chrono::sys_days{std::chrono::year{2024} / 3 / 14}};
-
-// Memory of this process in KiB.
-long ResidentKib() {
-  std::ifstream status("/proc/self/status");
-  for (std::string line; std::getline(status, line);) {
-    if (line.starts_with("VmRSS:")) return std::stol(line.substr(6));
-  }
-  return 0;
-}
 
 // What comes to a request until the connection ends; nothing after `patience`.
 std::string AnswerTo(int port, const std::string& request, std::chrono::milliseconds patience) {
@@ -190,9 +182,9 @@ TEST_F(MetricsServers, AnswerTenThousandRequestsWithoutGrowing) {
     }
   };
   ask(1000);
-  const long before = ResidentKib();
+  const auto before = static_cast<std::int64_t>(HeapBytes());
   ask(9000);
-  EXPECT_LT(ResidentKib() - before, 2048);
+  EXPECT_LT(static_cast<std::int64_t>(HeapBytes()) - before, 256 << 10);
 }
 
 TEST_F(MetricsServers, OutliveMalformedRequests) {
@@ -239,6 +231,23 @@ TEST_F(MetricsServers, AnswerOthersWhileSomeAreSlow) {
       EXPECT_LT(std::stoi(line.substr(8)), 12);
     }
   }
+}
+
+// Who never ends a request does not hold up the end of the program either.
+TEST_F(MetricsServers, EndWhileSomeAreSlow) {
+  std::vector<int> slow;
+  {
+    const Metrics other({}, names_, "0", [] { return PublisherState{}; });
+    const std::string& url = other.Url();
+    const int port = std::stoi(url.substr(url.rfind(':') + 1));
+    for (int i = 0; i < 100; ++i) {
+      slow.push_back(ConnectedTo(port));
+      ASSERT_GE(slow.back(), 0);
+      send(slow.back(), "GET /met", 8, MSG_NOSIGNAL);
+    }
+    std::this_thread::sleep_for(300ms);
+  }
+  for (const int one : slow) close(one);
 }
 
 }  // namespace

@@ -112,13 +112,12 @@ TEST_F(Publishers, KillsLoseNoAlarm) {
   Random random(1);
   const std::string said = (folder_.path() / "said").string();
   for (int i = 0; i < kills; ++i) {
-    const int micros = random.Below(60'000);
+    const auto delay = std::chrono::microseconds(random.Below(60'000));
     (void)IsKilledDoing([&] {
-      std::thread([micros] {
-        std::this_thread::sleep_for(std::chrono::microseconds(micros));
-        kill(getpid(), SIGKILL);
-      }).detach();
+      // One half while it opens, the other half while it is in use, however slow the machine.
+      if (i % 2 == 0) KillThisProcessIn(delay);
       const auto publisher = MakePublisher(Choice());
+      if (i % 2 == 1) KillThisProcessIn(delay);
       for (int number = i * 100; number < (i + 1) * 100; ++number) {
         if (publisher->Tell(AlarmOf(number))) {
           std::ofstream(said, std::ios::app) << number << std::endl;
@@ -141,7 +140,7 @@ TEST_F(Publishers, KillsLoseNoAlarm) {
   const std::size_t different = std::set(came.begin(), came.end()).size();
   const auto twice = came.size() - different;
   std::cout << count << " alarms, " << kills << " kills, " << twice << " came twice\n";
-  EXPECT_GT(count, kills);
+  EXPECT_GT(count, kills / 4);
   EXPECT_LE(twice, static_cast<std::size_t>(1 + kills / 10));
 }
 
