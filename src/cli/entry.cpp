@@ -76,6 +76,7 @@ int Run(char** argv, const std::vector<std::string>& arguments, report::ReportPa
        .doneByPainter = [argv] { return DoneByPainter(argv); },
        .hearEnd = HearEnd,
        .ending = [] { return ended.load(); },
+       .hearInputEnd = [] { System::WatchInput([] { ended = true; }); },
        .sinceBoot = System::SinceBoot,
        .claim = [&system](const auto& name) { return system.Claim(name); },
        .nameBench = [&user](const std::string& bench) { user = "kestrel-cli, bench " + bench; }}));

@@ -40,6 +40,8 @@ struct Surroundings {
   // For commands that run until they are told to end: hears that from then on, and whether it was.
   std::function<void()> hearEnd = [] {};
   std::function<bool()> ending = [] { return false; };
+  // Hears from then on when the standard input is closed, and takes that for an end.
+  std::function<void()> hearInputEnd = [] {};
   // Time that goes on while the machine sleeps; none: the clock's own.
   std::function<std::chrono::nanoseconds()> sinceBoot = {};
   // Takes a name that one program at a time can have; returns who has it, empty where it is this

@@ -131,6 +131,13 @@ std::vector<AlarmNews> AlarmBook::EndWhere(const std::function<bool(const AlarmK
   return news;
 }
 
+std::vector<archive::JournalEntry> AlarmBook::Entries() const {
+  std::vector<archive::JournalEntry> entries;
+  entries.reserve(standing_.size());
+  for (const auto& [key, entry] : standing_) entries.push_back(entry);
+  return entries;
+}
+
 std::string AlarmBook::Text() const {
   std::string text;
   for (const auto& [key, entry] : standing_)

@@ -31,6 +31,7 @@ class AlarmBook {
                                                 std::chrono::system_clock::time_point time);
 
   [[nodiscard]] int Standing() const { return static_cast<int>(standing_.size()); }
+  [[nodiscard]] std::vector<archive::JournalEntry> Entries() const;  // of those that stand
   // Those that stand, for Restore.
   [[nodiscard]] std::string Text() const;
   // `open`: the journal's entries that last. A line without its entry is left out.

@@ -63,6 +63,13 @@ void Incidents::BeginAt(Incident kind, const std::string& text,
   open_[kind] = {std::move(entry), now.boot, began};
 }
 
+std::vector<archive::JournalEntry> Incidents::OpenEntries() const {
+  std::vector<archive::JournalEntry> entries;
+  entries.reserve(open_.size());
+  for (const auto& [kind, lasting] : open_) entries.push_back(lasting.entry);
+  return entries;
+}
+
 // The time of day may have been set meanwhile: it lasted as long as it lasted.
 void Incidents::End(Incident kind, const Now& now) {
   const auto found = open_.find(kind);

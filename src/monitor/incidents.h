@@ -8,6 +8,7 @@
 #include <map>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "archive/journal.h"
 #include "monitor/clock_watch.h"
@@ -63,6 +64,8 @@ class Incidents {
             std::chrono::system_clock::time_point to, std::int64_t missed = 0);
 
   [[nodiscard]] bool IsOpen(Incident kind) const { return open_.contains(kind); }
+  // Those that last, in the order of their kinds.
+  [[nodiscard]] std::vector<archive::JournalEntry> OpenEntries() const;
   [[nodiscard]] int Open() const { return static_cast<int>(open_.size()); }
   [[nodiscard]] std::int64_t AllMissed() const { return missed_; }
 

@@ -114,6 +114,7 @@ bool Monitor::Turn() {
 }
 
 void Monitor::Do(const Next& next) {
+  doing_ = next.what;
   switch (next.what) {
     case Next::Do::Wait:
       return Wait(next.until);
@@ -260,8 +261,17 @@ Progress Monitor::State() {
                     .incidentsOpen = incidents_.Open(),
                     .alarmsOn = alarms_.Standing(),
                     .lastRecord = lastRecord_};
+  progress.doing = doing_;
   if (!plan_.FollowsTimer()) progress.nextIn = runner_.NextCapture() - Time().boot;
   return progress;
+}
+
+std::vector<archive::JournalEntry> Monitor::OpenIncidents() const {
+  return incidents_.OpenEntries();
+}
+
+std::vector<archive::JournalEntry> Monitor::StandingAlarms() const {
+  return alarms_.Entries();
 }
 
 }  // namespace kestrel::monitor

@@ -45,6 +45,7 @@ struct Progress {
   int alarmsOn = 0;
   std::optional<std::chrono::system_clock::time_point> lastRecord{};
   std::optional<std::chrono::nanoseconds> nextIn{};
+  Next::Do doing = Next::Do::Wait;
 };
 
 // Records wait in memory up to this number where neither the archive nor this disk takes them;
@@ -70,7 +71,10 @@ class Monitor {
   // turn.
   void LookAtKeeping();
 
+  // These may be asked while a turn waits for the sensor, by whoever its station tells.
   [[nodiscard]] Progress State();
+  [[nodiscard]] std::vector<archive::JournalEntry> OpenIncidents() const;
+  [[nodiscard]] std::vector<archive::JournalEntry> StandingAlarms() const;
 
  private:
   struct Handed {  // to the keeper, and not yet known to be on a disk
@@ -129,6 +133,7 @@ class Monitor {
   std::chrono::system_clock::time_point dealt_{};
   std::chrono::system_clock::time_point accounted_{};
   archive::Uid lastSaid_{};
+  Next::Do doing_ = Next::Do::Connect;
   int incidentsTold_ = 0;
   std::int64_t safe_ = 0;
   std::int64_t refused_ = 0;

@@ -49,6 +49,14 @@ class System {
   // who has it; empty where it is this program now.
   [[nodiscard]] std::string Claim(const std::string& name);
 
+  // Lets go of boards and ports, so that another program can have them. They are taken again when
+  // they are used.
+  void LetGo();
+
+  // Calls `ended` from a thread of its own when the standard input has been closed; what comes
+  // before is not looked at. From then on an output stream that nobody reads is no reason to end.
+  static void WatchInput(std::function<void()> ended);
+
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();
 

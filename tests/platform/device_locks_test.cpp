@@ -148,6 +148,23 @@ TEST_F(LockedUsbDriverTest, ABoardThatIsUsedStaysTakenUntilAnotherIsUsed) {
   EXPECT_FALSE(IsFree("usb-Ezusb-1"));
 }
 
+TEST_F(LockedUsbDriverTest, ABoardThatIsLetGoIsFreeUntilItIsUsedAgain) {
+  Use(0);
+  driver_.LetGo();
+  EXPECT_TRUE(IsFree("usb-Ezusb-0"));
+  Use(0);
+  EXPECT_FALSE(IsFree("usb-Ezusb-0"));
+}
+
+TEST_F(LockedUsbDriverTest, ABoardThatIsOpenIsLetGoWhenItIsClosed) {
+  Use(0);
+  const auto handle = Open(0);
+  driver_.LetGo();
+  EXPECT_FALSE(IsFree("usb-Ezusb-0"));
+  driver_.CloseHandle(handle);
+  EXPECT_TRUE(IsFree("usb-Ezusb-0"));
+}
+
 TEST_F(LockedUsbDriverTest, ABoardOfAnotherProgramIsNotOpened) {
   OtherProgram other(folder_.path(), "usb-Ezusb-0");
   EXPECT_LT(Open(0), 1);

@@ -61,7 +61,7 @@ _kestrel_cli() {
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         wide:*) words="--fast --range --window --averages --options --quantity --limit --lines --data --csv --from --list $remarks --help" ;;
         setup:) words="save diff restore list show delete export import" ;;
-        monitor:) words="--check --from-sensor --bench --sensor --help"
+        monitor:) words="--check --end-with-input --from-sensor --bench --sensor --help"
           COMPREPLY=($(compgen -f -- "$current")); [[ $current == -* ]] || return ;;
         setup:save) words="--file --replace --help" ;;
         setup:diff | setup:show) words="--file --help" ;;

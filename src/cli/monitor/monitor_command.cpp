@@ -46,7 +46,9 @@ void MonitorCommand::AddTo(CLI::App& app) {
   auto* check = word_->add_flag("--check", check_, "Only say what is wrong with the plan");
   auto* from = word_->add_flag("--from-sensor", fromSensor_,
                                "Print a plan that captures as the sensor is set now");
-  from->excludes(plan)->excludes(check);
+  auto* ends = word_->add_flag("--end-with-input", endsWithInput_,
+                               "End in order when the standard input is closed");
+  from->excludes(plan)->excludes(check)->excludes(ends);
   word_->add_option("--bench", bench_, "Name of the bench in that plan")->needs(from);
   word_->add_option("--sensor", sensor_, "Name of the sensor in that plan")->needs(from);
 }
@@ -101,6 +103,8 @@ std::optional<ExitCode> MonitorCommand::RunAlone(const Surroundings& surrounding
     }
     return ExitCode::Success;
   }
+  run->isJson = output.json;
+  run->endsWithInput = endsWithInput_;
   run->connection = ConnectionOf(run->plan.road, connection);
   run->place = archive.named || run->plan.archive.empty() ? archive.place
                                                           : archive::Place{run->plan.archive};

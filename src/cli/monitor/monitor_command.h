@@ -11,7 +11,7 @@
 
 namespace kestrel {
 
-// "monitor PLAN [--check]", and "monitor --from-sensor", which prints a plan.
+// "monitor PLAN [--check] [--end-with-input]", and "monitor --from-sensor", which prints a plan.
 class MonitorCommand : public Command {
  public:
   void AddTo(CLI::App& app) override;
@@ -33,6 +33,7 @@ class MonitorCommand : public Command {
   CLI::App* word_ = nullptr;
   std::string file_;
   bool check_ = false;
+  bool endsWithInput_ = false;
   bool fromSensor_ = false;
   std::string bench_;
   std::string sensor_;

@@ -10,6 +10,7 @@
 #include <ostream>
 
 #include "database/sqlite_database.h"
+#include "monitor/account.h"
 #include "monitor/monitor.h"
 #include "numeric/hash.h"
 #include "numeric/runtime_error.h"
@@ -66,9 +67,56 @@ class Lines {
   std::mutex mutex_;
 };
 
+// Lines of JSON in place of texts, all on the output stream.
+monitor::Say SayInto(Lines& lines, bool isJson) {
+  if (!isJson) {
+    return [&lines](const std::string& line, bool isTrouble) { lines.Say(line, isTrouble); };
+  }
+  return [&lines](const std::string& line, bool isTrouble) {
+    lines.Say(monitor::LineOf(monitor::Said{line, isTrouble}), false);
+  };
+}
+
+// How the monitor stands: when that is another than before, and now and then.
+class Accounts {
+ public:
+  Accounts(Clock& clock, Lines& lines, bool isOn) : clock_(clock), lines_(lines), isOn_(isOn) {}
+
+  // From the start on to the end.
+  void Follow(monitor::Monitor* monitor) { monitor_ = monitor; }
+  void Look() {
+    if (!isOn_ || monitor_ == nullptr) return;
+    const auto now = clock_.Monotonic();
+    if (now - looked_ < kLookEvery) return;
+    Tell(monitor::AccountOf(*monitor_), now);
+  }
+  void Tell(monitor::Account account, std::chrono::nanoseconds now) {
+    if (!isOn_) return;
+    looked_ = now;
+    monitor::Account lasting = account;
+    lasting.nextIn.reset();
+    if (lasting == last_ && now - told_ < kTellEvery) return;
+    last_ = std::move(lasting);
+    told_ = now;
+    lines_.Say(monitor::LineOf(account), false);
+  }
+
+ private:
+  static constexpr std::chrono::milliseconds kLookEvery{50};
+  static constexpr std::chrono::seconds kTellEvery{2};
+
+  Clock& clock_;
+  Lines& lines_;
+  bool isOn_;
+  monitor::Monitor* monitor_ = nullptr;
+  std::optional<monitor::Account> last_;
+  std::chrono::nanoseconds looked_ = -kLookEvery;
+  std::chrono::nanoseconds told_{0};
+};
+
 // None where the plan asks for nothing.
 std::unique_ptr<publish::Publisher> PublisherFor(const Surroundings& surroundings,
-                                                 const MonitorRun& run, Lines& lines) {
+                                                 const MonitorRun& run, const monitor::Say& say) {
   std::vector<publish::SettingLine> asked;
   for (const monitor::PlanLine& line : run.plan.publish) {
     asked.push_back({line.line, line.key, line.value});
@@ -76,12 +124,11 @@ std::unique_ptr<publish::Publisher> PublisherFor(const Surroundings& surrounding
   const auto read = publish::SettingsOf(asked);
   const auto* settings = std::get_if<publish::Settings>(&read);
   if (settings == nullptr || settings->IsNothing()) return nullptr;
-  return publish::MakePublisher(
-      {.settings = *settings,
-       .names = {run.plan.bench, run.plan.sensor},
-       .outbox = LocalFile(surroundings, run, "outbox"),
-       .version = KESTREL_VERSION,
-       .log = [&lines](const std::string& line) { lines.Say(line, true); }});
+  return publish::MakePublisher({.settings = *settings,
+                                 .names = {run.plan.bench, run.plan.sensor},
+                                 .outbox = LocalFile(surroundings, run, "outbox"),
+                                 .version = KESTREL_VERSION,
+                                 .log = [say](const std::string& line) { say(line, true); }});
 }
 
 // Tells the service manager often enough that the program is alive.
@@ -117,6 +164,7 @@ Connection ConnectionOf(const monitor::Road& road, const Connection& given) {
 
 ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
   surroundings.hearEnd();
+  if (run.endsWithInput) surroundings.hearInputEnd();
   surroundings.nameBench(run.plan.bench);
   const fs::path local = LocalFile(surroundings, run, "monitor");
   const std::string holder =
@@ -127,6 +175,9 @@ ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
   }
   monitor::Patience patience(surroundings.clock, surroundings.ending);
   Heartbeat heart(surroundings.clock);
+  Lines lines(surroundings);
+  const monitor::Say say = SayInto(lines, run.isJson);
+  Accounts accounts(surroundings.clock, lines, run.isJson);
   Station station({.clock = surroundings.clock,
                    .files = surroundings.files,
                    .locale = surroundings.locale,
@@ -136,12 +187,11 @@ ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
                              .interrupted =
                                  [&] {
                                    heart.Beat();
+                                   accounts.Look();
                                    return patience.IsOver();
                                  }}},
                   run.connection);
-  Lines lines(surroundings);
-  const auto say = [&](const std::string& line, bool isTrouble) { lines.Say(line, isTrouble); };
-  const auto publisher = PublisherFor(surroundings, run, lines);
+  const auto publisher = PublisherFor(surroundings, run, say);
   const auto sinceBoot = [&] {
     return surroundings.sinceBoot ? surroundings.sinceBoot() : surroundings.clock.Monotonic();
   };
@@ -160,9 +210,15 @@ ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
           archive::Shown(run.place) + ".",
       false);
   publish::TellReady("Monitoring " + run.plan.sensor + " at " + run.plan.bench);
-  while (monitor.Turn()) heart.Beat();
+  accounts.Follow(&monitor);
+  do {
+    heart.Beat();
+    accounts.Look();
+  } while (monitor.Turn());
   publish::TellStopping();
+  accounts.Follow(nullptr);
   monitor.Finish();
+  accounts.Tell(monitor::AccountOf(monitor), surroundings.clock.Monotonic());
   say("Ended: " + std::to_string(monitor.State().records) + " records kept, " +
           std::to_string(monitor.State().missed) + " captures missed.",
       false);

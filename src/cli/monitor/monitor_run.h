@@ -16,6 +16,8 @@ struct MonitorRun {
   std::vector<std::optional<BandTable>> bands{};  // of each step
   Connection connection{};
   archive::Place place{};
+  bool isJson = false;         // what is said are lines for another program, accounts among them
+  bool endsWithInput = false;  // when the standard input is closed
 };
 
 // `given` with a road of its own takes the place of the plan's.

@@ -44,6 +44,13 @@ bool LockedUsbDriver::DeviceIoControl(Handle device, std::uint32_t code,
   return under_.DeviceIoControl(device, code, input, output, returned);
 }
 
+void LockedUsbDriver::LetGo() {
+  const std::string before = std::exchange(used_, {});
+  const bool isOpen =
+      std::ranges::any_of(open_, [&](const auto& each) { return each.second == before; });
+  if (!isOpen) locks_.Release(before);
+}
+
 void LockedUsbDriver::CloseHandle(Handle device) {
   isRefused_ = false;
   under_.CloseHandle(device);

@@ -33,6 +33,8 @@ class LockedUsbDriver : public UsbDriver {
                                      std::span<std::uint8_t> output,
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
+  // Another program may have the board that is this program's; one that is open stays so.
+  void LetGo();
   [[nodiscard]] bool Attached(const std::string& name) override { return under_.Attached(name); }
   [[nodiscard]] std::uint32_t Plugging(Handle device) override { return under_.Plugging(device); }
   [[nodiscard]] std::int32_t LastError() override {

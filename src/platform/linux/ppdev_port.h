@@ -46,6 +46,9 @@ class PpdevPort : public PortIo {
     return port_.IsOpen() && static_cast<std::uint16_t>(base) == base_;
   }
 
+  // Another program may have the port, until the next Claim.
+  void LetGo() { Release(); }
+
   // As giveio; returns whether the port is held.
   bool Claim();
 

@@ -7,8 +7,11 @@
 #include <array>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdlib>
 #include <ctime>
+#include <thread>
+#include <utility>
 
 #include "platform/linux/device_locks.h"
 #include "platform/linux/libusb_driver.h"
@@ -70,6 +73,23 @@ void System::UsePortDevice(const std::string& device) {
 std::string System::Claim(const std::string& name) {
   return parts_->locks.Take(name) ? "" : parts_->locks.Holder(name);
 }
+void System::LetGo() {
+  parts_->usb.LetGo();
+  parts_->port.LetGo();
+}
+
+// The thread is left behind at the end.
+void System::WatchInput(std::function<void()> ended) {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::thread([ended = std::move(ended)] {
+    std::array<char, 256> dropped{};
+    for (;;) {
+      const ssize_t count = read(STDIN_FILENO, dropped.data(), dropped.size());
+      if (count == 0 || (count < 0 && errno != EINTR)) return ended();
+    }
+  }).detach();
+}
+
 SystemVersion System::Version() {
   return {};
 }

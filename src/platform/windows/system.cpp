@@ -4,8 +4,11 @@
 
 #include <io.h>
 
+#include <array>
 #include <cstdio>
 #include <filesystem>
+#include <thread>
+#include <utility>
 
 #include "platform/windows/ezusb_driver.h"
 #include "platform/windows/port_libraries.h"
@@ -48,10 +51,22 @@ Hardware System::Devices() {
 }
 // Ports have no names here, only addresses.
 void System::UsePortDevice(const std::string& /*device*/) {}
-// GetVersionEx tells programs without a manifest of their own an old version.
 std::string System::Claim(const std::string& /*name*/) {
   return {};
 }
+// Boards are opened for each operation, and ports belong to nobody.
+void System::LetGo() {}
+
+void System::WatchInput(std::function<void()> ended) {
+  std::thread([ended = std::move(ended)] {
+    std::array<char, 256> dropped{};
+    while (_read(0, dropped.data(), static_cast<unsigned>(dropped.size())) > 0) {
+    }
+    ended();
+  }).detach();
+}
+
+// GetVersionEx tells programs without a manifest of their own an old version.
 SystemVersion System::Version() {
   using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
   const auto getVersion = reinterpret_cast<RtlGetVersion>(
