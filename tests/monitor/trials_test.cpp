@@ -14,14 +14,16 @@ TEST(MonitorTrials, EveryCaptureIsKeptOrItsAbsenceTold) {
   for (const std::uint32_t seed : Seeds(3)) {
     SCOPED_TRACE("KESTREL_SEED=" + std::to_string(seed));
     MonitoredWorld world(kTrialPlan, BearingFault());
+    world.glance = 2s;
     MonitoredTrials trials(world, seed);
     world.Start();
-    trials.Run(2h, 3min);
+    trials.Run(5h, 1min);
     world.Stop();
     const MonitoredAccount account = AccountOf(world);
     EXPECT_EQ(account.kept + account.missed, account.asked) << account.journal;
     EXPECT_TRUE(account.damage.empty());
     EXPECT_EQ(account.doubledAlarm, "");
+    EXPECT_TRUE(account.IsWhole()) << account.notRunning << " of " << account.leastNotRunning;
     EXPECT_GE(trials.Faults().size(), 8U);
   }
 }

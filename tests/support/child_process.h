@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -56,7 +57,7 @@ class ChildProcess {
     if (process_ < 0) return;
     kill(process_, number);
     kill(process_, SIGCONT);
-    waitpid(process_, nullptr, 0);
+    int st=0; waitpid(process_, &st, 0); if (number==SIGTERM) std::fprintf(stderr, "ENDED %d sig %d code %d\n", process_, WIFSIGNALED(st) ? WTERMSIG(st) : 0, WEXITSTATUS(st));
     process_ = -1;
   }
   [[nodiscard]] pid_t Id() const { return process_; }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <random>
 #include <string>
@@ -34,6 +35,11 @@ class MonitoredTrials {
   // How often each kind of fault came.
   [[nodiscard]] const std::map<std::string, int>& Faults() const { return faults_; }
 
+  // A real broker goes and comes back, too.
+  std::function<void(bool isBack)> broker = [](bool) {};
+  // After each orderly end.
+  std::function<void()> ended = [] {};
+
  private:
   std::int64_t Within(std::int64_t least, std::int64_t most) {
     return least +
@@ -44,7 +50,7 @@ class MonitoredTrials {
   }
 
   void OneFault() {
-    static constexpr int kKinds = 12;
+    static constexpr int kKinds = 15;  // the vibration changes more often than others come
     const auto fault = static_cast<int>(random_() % kKinds);
     SensorFault(fault);
     OtherFault(fault);
@@ -74,7 +80,7 @@ class MonitoredTrials {
       hardware.Adapter().SetBoard(0, other);
       hardware.Sensor().CutPower();
       hardware.Sensor().RestorePower();
-    } else if (fault == 4) {
+    } else if (fault == 4 || fault >= 12) {
       Count("another vibration");
       hardware.Sensor().SetScenario(random_() % 2 == 0 ? AtRest() : BearingFault());
     }
@@ -89,11 +95,7 @@ class MonitoredTrials {
       *world_.archiveFault = *world_.diskFault = -1;
     } else if (fault == 7) {
       Count("broker away");
-      world_.publisher.isConnected = false;
-      world_.publisher.isFull = random_() % 2 == 0;
-      world_.Run(Seconds(1, 900));
-      world_.publisher.isConnected = true;
-      world_.publisher.isFull = false;
+      BrokerFault();
     } else if (fault == 8) {
       Count("clock stepped");
       world_.clock.Set(Seconds(0, 7200) - std::chrono::hours{1});
@@ -103,6 +105,7 @@ class MonitoredTrials {
     } else if (fault == 10) {
       Count("stopped");
       world_.Stop();
+      ended();
       world_.clock.WaitUntil(world_.clock.Monotonic() + Seconds(0, 100));
       world_.Start();
     } else if (fault == 11) {
@@ -112,10 +115,19 @@ class MonitoredTrials {
       world_.Start();
     }
   }
+  void BrokerFault() {
+    world_.publisher.isConnected = false;
+    world_.publisher.isFull = random_() % 2 == 0;
+    broker(false);
+    world_.Run(Seconds(1, 900));
+    broker(true);
+    world_.publisher.isConnected = true;
+    world_.publisher.isFull = false;
+  }
   void Count(const std::string& name) { ++faults_[name]; }
 
   MonitoredWorld& world_;
-  std::mt19937 random_;
+  std::mt19937_64 random_;  // spans of time need all 64 bits
   std::map<std::string, int> faults_;
 };
 
@@ -123,12 +135,16 @@ class MonitoredTrials {
 struct MonitoredAccount {
   std::int64_t asked = 0;
   std::int64_t kept = 0;
-  std::int64_t missed = 0;            // as the journal tells, while it ran
+  std::int64_t missed = 0;           // as the journal tells, while it ran
+  std::int64_t notRunning = 0;       // as the journal tells, while it did not
+  std::int64_t leastNotRunning = 0;  // those that had gone by then
+  std::int64_t mostNotRunning = 0;
   std::vector<std::string> damage{};  // of the archive
   std::string doubledAlarm{};         // one that began or ended twice; empty: none
   std::string journal{};              // a line a kind: how many, how much they missed
   [[nodiscard]] bool IsWhole() const {
-    return asked == kept + missed && damage.empty() && doubledAlarm.empty();
+    return asked == kept + missed && damage.empty() && doubledAlarm.empty() &&
+           notRunning >= leastNotRunning && notRunning <= mostNotRunning;
   }
 };
 
@@ -140,15 +156,20 @@ struct MonitoredAccount {
   for (const archive::JournalEntry& entry : archive::EntriesOf(archive)) {
     ++kinds[entry.kind].first;
     kinds[entry.kind].second += entry.missed;
-    if (entry.kind != "not running") account.missed += entry.missed;
+    (entry.kind == "not running" ? account.notRunning : account.missed) += entry.missed;
   }
+  // Each start begins a period anew.
+  const std::int64_t gone = world.GoneBy() - world.Asked();
+  account.leastNotRunning = gone - world.Starts();
+  account.mostNotRunning = gone + world.Starts();
   for (const auto& [kind, sums] : kinds) {
     account.journal +=
         kind + ": " + std::to_string(sums.first) + ", missed " + std::to_string(sums.second) + "\n";
   }
   std::map<std::string, bool> stands;
   for (const publish::Alarm& alarm : world.publisher.alarms) {
-    const std::string name = std::to_string(static_cast<int>(alarm.grade)) + Letter(alarm.axis) +
+    const std::string name = std::to_string(static_cast<int>(alarm.kind)) +
+                             std::to_string(static_cast<int>(alarm.grade)) + Letter(alarm.axis) +
                              std::to_string(alarm.number.value_or(0));
     const bool begins = alarm.event == publish::AlarmEvent::Begin;
     if (stands[name] == begins) account.doubledAlarm = name;

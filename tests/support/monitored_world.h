@@ -93,18 +93,28 @@ class FailingDatabase : public database::Database {
   std::unique_ptr<database::Database> under_;
 };
 
-// Counts what comes, each id once.
+// Counts what comes, each id once, and hands it on where there is somebody.
 class CountingPublisher : public publish::Publisher {
  public:
-  void Tell(const publish::Levels& /*levels*/) override { ++levels; }
-  void Tell(const publish::Status& told) override { status = told; }
-  void Tell(const publish::Spectrum& /*spectrum*/) override { ++spectra; }
+  void Tell(const publish::Levels& told) override {
+    ++levels;
+    if (next) next->Tell(told);
+  }
+  void Tell(const publish::Status& told) override {
+    status = told;
+    if (next) next->Tell(told);
+  }
+  void Tell(const publish::Spectrum& told) override {
+    ++spectra;
+    if (next) next->Tell(told);
+  }
   bool Tell(const publish::Alarm& alarm) override {
-    if (isFull) return false;
+    if (isFull || (next && !next->Tell(alarm))) return false;
     if (ids.insert(alarm.id).second) alarms.push_back(alarm);
     return true;
   }
   publish::PublisherState State() override {
+    if (next) return next->State();
     return {.hasBroker = true, .isConnected = isConnected};
   }
 
@@ -115,6 +125,7 @@ class CountingPublisher : public publish::Publisher {
   std::set<std::string> ids;
   bool isConnected = true;
   bool isFull = false;
+  std::unique_ptr<publish::Publisher> next{};
 };
 
 class MonitoredWorld {
@@ -144,6 +155,7 @@ class MonitoredWorld {
     monitor_ = std::make_unique<monitor::Monitor>(plan_, bands, SiteNow());
     monitor_->Start();
     startedAt_ = clock.Boot();
+    if (++starts_ == 1) firstStart_ = startedAt_;
   }
   // Goes on for so long, in the time of the world.
   void Run(Time time) {
@@ -167,8 +179,9 @@ class MonitoredWorld {
   // What was captured is on a disk.
   void Settle() {
     Turn();
-    const auto patience = std::chrono::steady_clock::now() + std::chrono::seconds{5};
-    while (monitor_->State().unsafe > 0 && std::chrono::steady_clock::now() < patience) {
+    const auto patience = std::chrono::steady_clock::now() + std::chrono::minutes{2};
+    while (monitor_->State().unsafe > 0) {
+      if (std::chrono::steady_clock::now() > patience) throw std::logic_error("it is not kept");
       std::this_thread::sleep_for(std::chrono::microseconds{200});
       monitor_->LookAtKeeping();
     }
@@ -189,6 +202,11 @@ class MonitoredWorld {
   }
   // Captures that were due while it ran.
   [[nodiscard]] std::int64_t Asked() const { return asked_; }
+  // Those that would have been due until now if it had never ended.
+  [[nodiscard]] std::int64_t GoneBy() const {
+    return (clock.Boot() - firstStart_) / Time{plan_.every} + 1;
+  }
+  [[nodiscard]] std::int64_t Starts() const { return starts_; }
 
   WorldClock clock;
   CountingPublisher publisher;
@@ -243,8 +261,9 @@ class MonitoredWorld {
   }
   void NoteAsked() {
     asked_ += (clock.Boot() - startedAt_) / Time{plan_.every} + 1;
-    // One that is due and was not begun is the next run's to tell.
-    if (monitor_->State().nextIn.value_or(Time{1}) <= Time{0}) --asked_;
+    // What is due and neither begun nor told as missed is the next run's to tell.
+    const Time next = monitor_->State().nextIn.value_or(Time{1});
+    if (next <= Time{0}) asked_ -= -next / Time{plan_.every} + 1;
   }
   void Drop() {
     monitor_.reset();
@@ -262,6 +281,8 @@ class MonitoredWorld {
   std::unique_ptr<Station> station_;
   std::unique_ptr<monitor::Monitor> monitor_;
   Time startedAt_{0};
+  Time firstStart_{0};
+  std::int64_t starts_ = 0;
   std::int64_t asked_ = 0;
 };
 

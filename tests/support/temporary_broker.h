@@ -74,7 +74,7 @@ class TemporaryBroker {
 
   void Start() {
     std::string text = "listener " + std::to_string(port_) +
-                       " 127.0.0.1\nlog_dest stderr\nuser root\npersistence true\n"
+                       " 127.0.0.1\nlog_dest stderr\nlog_type all\nuser root\npersistence true\n"
                        "persistence_location FOLDER/\nautosave_on_changes true\n"
                        "autosave_interval 1\nmax_queued_messages 100000\n" +
                        more_;
