@@ -93,6 +93,15 @@ void Keeper::Work() {
   while (WaitForWork()) {
     if (!archive_ && std::chrono::steady_clock::now() >= nextTry_) Open();
     archive_ ? KeepNext() : PutNextAside();
+    Rest();
+  }
+}
+
+// Between two records nothing is held: what a program takes does not depend on how long it runs.
+void Keeper::Rest() {
+  if (Next() != nullptr) return;
+  for (std::optional<Archive>* archive : {&archive_, &aside_}) {
+    if (*archive) (*archive)->Connection().ReleaseMemory();
   }
 }
 

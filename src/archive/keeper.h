@@ -75,6 +75,7 @@ class Keeper {
   void BringOver();
   void LimitSize();
   void KeepNext();
+  void Rest();
   void PutNextAside();
   Archive& Aside();
   // The first of the queue; null where it is empty.

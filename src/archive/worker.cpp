@@ -83,6 +83,8 @@ void Worker::Run() {
     try {
       if (!Connect()) return;
       job_->work(*archive_);
+      // Those who only change it do so now and then; readers soon read the same again.
+      if (job_->rank == Rank::Change) archive_->Connection().ReleaseMemory();
     } catch (const DatabaseError& thrown) {
       error = thrown;
     } catch (const RuntimeError& thrown) {

@@ -63,6 +63,8 @@ class Database {
   // Within a transaction: others that want to change the tables wait for its end. Makes whatever
   // tables need beside them.
   virtual void LockSchema() = 0;
+  // Gives back memory that only holds what is also on the disk; the next statements read it anew.
+  virtual void ReleaseMemory() {}
   // Bytes on the disk.
   [[nodiscard]] virtual std::int64_t Size() = 0;
   // What is damaged, a line each; none where all is well.

@@ -39,6 +39,7 @@ class SqliteDatabase : public Database {
   [[nodiscard]] bool HasTable(const std::string& name) override;
   [[nodiscard]] bool IsBlank() override;
   void LockSchema() override {}  // Begin has locked everything
+  void ReleaseMemory() override { sqlite3_db_release_memory(connection_.get()); }
   [[nodiscard]] std::int64_t Size() override;
   [[nodiscard]] std::vector<std::string> Damage() override;
 

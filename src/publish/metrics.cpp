@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstring>
 #include <mutex>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,8 @@
 
 namespace kestrel::publish {
 namespace {
+
+constexpr std::chrono::milliseconds kBetweenKnocks{10};
 
 std::string AddressText(const MetricsSettings& settings, int port) {
   const bool isSix = settings.address.find(':') != std::string::npos;
@@ -36,26 +39,64 @@ std::vector<std::string> OptionsOf(const MetricsSettings& settings) {
           "max_request_size",   "8192"};
 }
 
+struct Address {
+  sockaddr_storage bytes{};
+  socklen_t size = 0;  // 0: it is none
+  [[nodiscard]] const sockaddr* Get() const { return reinterpret_cast<const sockaddr*>(&bytes); }
+};
+
+Address AddressOf(const MetricsSettings& settings, int port) {
+  Address address;
+  auto& four = reinterpret_cast<sockaddr_in&>(address.bytes);
+  auto& six = reinterpret_cast<sockaddr_in6&>(address.bytes);
+  if (inet_pton(AF_INET, settings.address.c_str(), &four.sin_addr) == 1) {
+    address.bytes.ss_family = AF_INET;
+    four.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.size = sizeof four;
+  } else if (inet_pton(AF_INET6, settings.address.c_str(), &six.sin6_addr) == 1) {
+    address.bytes.ss_family = AF_INET6;
+    six.sin6_port = htons(static_cast<std::uint16_t>(port));
+    address.size = sizeof six;
+  }
+  return address;
+}
+
 // Why the address cannot be had, since the library does not say it; 0 where it can.
 int BindFault(const MetricsSettings& settings) {
-  sockaddr_in four{
-      .sin_family = AF_INET, .sin_port = htons(settings.port), .sin_addr{}, .sin_zero{}};
-  sockaddr_in6 six{};
-  six.sin6_family = AF_INET6;
-  six.sin6_port = htons(settings.port);
-  const bool isFour = inet_pton(AF_INET, settings.address.c_str(), &four.sin_addr) == 1;
-  if (!isFour && inet_pton(AF_INET6, settings.address.c_str(), &six.sin6_addr) != 1) return EINVAL;
-  const int trial = socket(isFour ? AF_INET : AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const Address address = AddressOf(settings, settings.port);
+  if (address.size == 0) return EINVAL;
+  const int trial = socket(address.bytes.ss_family, SOCK_STREAM | SOCK_CLOEXEC, 0);
   if (trial < 0) return errno;
   const int yes = 1;
   setsockopt(trial, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
-  const void* address = isFour ? static_cast<const void*>(&four) : &six;
-  const bool isFree =
-      bind(trial, static_cast<const sockaddr*>(address), isFour ? sizeof four : sizeof six) == 0 &&
-      listen(trial, 1) == 0;
+  const bool isFree = bind(trial, address.Get(), address.size) == 0 && listen(trial, 1) == 0;
   const int fault = isFree ? 0 : errno;
   close(trial);
   return fault;
+}
+
+// Threads that begin meanwhile take no signals: these are for the program's own.
+class NoSignals {
+ public:
+  NoSignals() {
+    sigset_t all;
+    sigfillset(&all);
+    pthread_sigmask(SIG_BLOCK, &all, &before_);
+  }
+  ~NoSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+  NoSignals(const NoSignals&) = delete;
+  NoSignals& operator=(const NoSignals&) = delete;
+
+ private:
+  sigset_t before_{};
+};
+
+// Connects and leaves.
+void Knock(const Address& address) {
+  const int guest = socket(address.bytes.ss_family, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+  if (guest < 0) return;
+  (void)connect(guest, address.Get(), address.size);
+  close(guest);
 }
 
 [[noreturn]] void Refuse(const MetricsSettings& settings, int fault) {
@@ -95,11 +136,27 @@ class Metrics::Values : public prometheus::Collectable {
 
 class Metrics::Server {
  public:
-  explicit Server(const MetricsSettings& settings) : exposer_(OptionsOf(settings)) {}
-  prometheus::Exposer& operator*() { return exposer_; }
+  explicit Server(const MetricsSettings& settings)
+      : settings_(settings), exposer_(std::make_unique<prometheus::Exposer>(OptionsOf(settings))) {}
+  // Who listens looks every 2 s whether it is to end, or when somebody comes.
+  ~Server() {
+    std::jthread knocking([address = AddressOf(settings_, Port())](const std::stop_token& end) {
+      while (!end.stop_requested()) {
+        std::this_thread::sleep_for(kBetweenKnocks);
+        Knock(address);
+      }
+    });
+    exposer_.reset();
+  }
+  Server(const Server&) = delete;
+  Server& operator=(const Server&) = delete;
+
+  prometheus::Exposer& operator*() { return *exposer_; }
+  [[nodiscard]] int Port() const { return exposer_->GetListeningPorts().at(0); }
 
  private:
-  prometheus::Exposer exposer_;
+  const MetricsSettings settings_;
+  std::unique_ptr<prometheus::Exposer> exposer_;
 };
 
 Metrics::Metrics(const MetricsSettings& settings, const Names& names, const std::string& version,
@@ -108,23 +165,21 @@ Metrics::Metrics(const MetricsSettings& settings, const Names& names, const std:
                                        std::move(state))) {
   const int fault = BindFault(settings);
   if (fault != 0) Refuse(settings, fault);
-  // The server's threads take no signals: these are for the program's own.
-  sigset_t all;
-  sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_BLOCK, &all, &before);
   try {
+    const NoSignals here;
     server_ = std::make_unique<Server>(settings);
   } catch (const std::exception&) {
     server_.reset();
   }
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
   if (!server_) Refuse(settings, 0);
   (**server_).RegisterCollectable(values_);
-  url_ = "http://" + AddressText(settings, (**server_).GetListeningPorts().at(0)) + "/metrics";
+  url_ = "http://" + AddressText(settings, server_->Port()) + "/metrics";
 }
 
-Metrics::~Metrics() = default;
+Metrics::~Metrics() {
+  const NoSignals here;
+  server_.reset();
+}
 
 void Metrics::Tell(const Levels& levels) {
   values_->Change([&](MetricValues& values) {

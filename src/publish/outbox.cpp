@@ -36,6 +36,7 @@ void Outbox::Put(const Letter& letter, Receivers due) {
       "number <= (select max(number) from letter) - $1",
       {kRememberedLetters});
   transaction.Commit();
+  database_->ReleaseMemory();
 }
 
 std::optional<Letter> Outbox::Next(Receiver receiver, std::int64_t after) {

@@ -17,7 +17,7 @@ TEST(MonitorTrials, EveryCaptureIsKeptOrItsAbsenceTold) {
     world.glance = 2s;
     MonitoredTrials trials(world, seed);
     world.Start();
-    trials.Run(5h, 1min);
+    trials.Run(3h, 30s);
     world.Stop();
     const MonitoredAccount account = AccountOf(world);
     EXPECT_EQ(account.kept + account.missed, account.asked) << account.journal;

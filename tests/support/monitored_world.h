@@ -75,6 +75,7 @@ class FailingDatabase : public database::Database {
   [[nodiscard]] bool HasTable(const std::string& name) override { return under_->HasTable(name); }
   [[nodiscard]] bool IsBlank() override { return under_->IsBlank(); }
   void LockSchema() override { under_->LockSchema(); }
+  void ReleaseMemory() override { under_->ReleaseMemory(); }
   [[nodiscard]] std::int64_t Size() override { return under_->Size(); }
   [[nodiscard]] std::vector<std::string> Damage() override { return under_->Damage(); }
 
