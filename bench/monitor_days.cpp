@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "platform/system.h"
 #include "support/monitored_trials.h"
 #include "support/temporary_broker.h"
 
@@ -146,6 +147,7 @@ void TellFaults(const MonitoredTrials& trials, const Wire& wire) {
 }
 
 int Run(int days, std::uint32_t seed) {
+  System::KeepMemorySmall();
   const auto start = std::chrono::steady_clock::now();
   MonitoredWorld world(kTrialPlan, BearingFault());
   world.mostSaid = 0;

@@ -75,6 +75,7 @@ int Run(char** argv, const std::vector<std::string>& arguments, report::ReportPa
        .painter = painter,
        .doneByPainter = [argv] { return DoneByPainter(argv); },
        .hearEnd = HearEnd,
+       .keepMemorySmall = System::KeepMemorySmall,
        .ending = [] { return ended.load(); },
        .hearInputEnd = [] { System::WatchInput([] { ended = true; }); },
        .sinceBoot = System::SinceBoot,

@@ -39,6 +39,8 @@ struct Surroundings {
   std::function<ExitCode()> doneByPainter = {};
   // For commands that run until they are told to end: hears that from then on, and whether it was.
   std::function<void()> hearEnd = [] {};
+  // Called by what runs for days: it gives memory that is free back at once.
+  std::function<void()> keepMemorySmall = [] {};
   std::function<bool()> ending = [] { return false; };
   // Hears from then on when the standard input is closed, and takes that for an end.
   std::function<void()> hearInputEnd = [] {};

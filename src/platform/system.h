@@ -57,6 +57,10 @@ class System {
   // before is not looked at. From then on an output stream that nobody reads is no reason to end.
   static void WatchInput(std::function<void()> ended);
 
+  // For programs that run for days: memory that is free is given back to the machine, whatever was
+  // taken at once before.
+  static void KeepMemorySmall();
+
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();
 

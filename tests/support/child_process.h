@@ -8,7 +8,6 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -57,7 +56,7 @@ class ChildProcess {
     if (process_ < 0) return;
     kill(process_, number);
     kill(process_, SIGCONT);
-    int st=0; waitpid(process_, &st, 0); if (number==SIGTERM) std::fprintf(stderr, "ENDED %d sig %d code %d\n", process_, WIFSIGNALED(st) ? WTERMSIG(st) : 0, WEXITSTATUS(st));
+    waitpid(process_, nullptr, 0);
     process_ = -1;
   }
   [[nodiscard]] pid_t Id() const { return process_; }

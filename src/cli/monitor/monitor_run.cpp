@@ -164,6 +164,7 @@ Connection ConnectionOf(const monitor::Road& road, const Connection& given) {
 
 ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
   surroundings.hearEnd();
+  surroundings.keepMemorySmall();
   if (run.endsWithInput) surroundings.hearInputEnd();
   surroundings.nameBench(run.plan.bench);
   const fs::path local = LocalFile(surroundings, run, "monitor");

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/system.h"
 
+#include <malloc.h>
 #include <unistd.h>
 
 #include <array>
@@ -88,6 +89,15 @@ void System::WatchInput(std::function<void()> ended) {
       if (count == 0 || (count < 0 && errno != EINTR)) return ended();
     }
   }).detach();
+}
+
+// Otherwise the library raises both with the largest block that it has seen.
+void System::KeepMemorySmall() {
+#ifdef __GLIBC__
+  constexpr int kBytes = 128 << 10;
+  mallopt(M_MMAP_THRESHOLD, kBytes);
+  mallopt(M_TRIM_THRESHOLD, kBytes);
+#endif
 }
 
 SystemVersion System::Version() {

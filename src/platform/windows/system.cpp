@@ -66,6 +66,8 @@ void System::WatchInput(std::function<void()> ended) {
   }).detach();
 }
 
+void System::KeepMemorySmall() {}
+
 // GetVersionEx tells programs without a manifest of their own an old version.
 SystemVersion System::Version() {
   using RtlGetVersion = LONG(WINAPI*)(OSVERSIONINFOW*);
