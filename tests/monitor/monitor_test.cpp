@@ -359,6 +359,77 @@ TEST(Monitor, RecordsInTheSensorsFlashAreFetchedAfterAnInterruption) {
   EXPECT_NEAR(static_cast<double>(Kept(world)), 16, 1);
 }
 
+// A capture of a minute and a quarter.
+constexpr const char* kSlowPlan =
+    "bench = b\nsensor = s\nevery = 10 min\n[capture]\noption = 3\naverages = 28\n";
+
+TEST(Monitor, ACaptureThatIsSoonDoneIsWaitedForAtTheEnd) {
+  MonitoredWorld world(kSlowPlan);
+  world.Start();
+  world.clock.After(72s, [&] { world.AskToEnd(); });
+  world.GoToTheEnd();
+  EXPECT_EQ(world.OpenArchive().Count(), 1);
+  EXPECT_TRUE(Entries(world).empty());
+}
+
+TEST(Monitor, ACaptureThatLastsLongIsAbandonedAtTheEndAndTold) {
+  MonitoredWorld world(kSlowPlan);
+  world.Start();
+  const auto start = world.clock.Boot();
+  world.clock.After(20s, [&] { world.AskToEnd(); });
+  world.GoToTheEnd();
+  EXPECT_LT(world.clock.Boot() - start, 40s);
+  EXPECT_EQ(world.OpenArchive().Count(), 0);
+  const auto lost = Entries(world, "capture lost");
+  ASSERT_EQ(lost.size(), 1U);
+  EXPECT_EQ(lost[0].missed, 1);
+  EXPECT_EQ(lost[0].text, "The capture under way was abandoned at the end.");
+  EXPECT_EQ(Entries(world).size(), 1U);
+}
+
+TEST(Monitor, ACaptureThatNeverEndsIsGivenUpAndTheNextOneIsTaken) {
+  MonitoredWorld world(kSlowPlan);
+  world.Start();
+  // It starts anew within its capture, and knows nothing of it.
+  world.clock.After(20s, [&] {
+    world.Hardware().Sensor().CutPower();
+    world.Hardware().Sensor().RestorePower();
+  });
+  world.Run(15min);
+  world.Stop();
+  EXPECT_EQ(world.OpenArchive().Count(), 1);
+  const auto silent = Entries(world, "sensor silent");
+  ASSERT_EQ(silent.size(), 1U);
+  EXPECT_EQ(silent[0].missed, 1);
+  EXPECT_TRUE(silent[0].ended);
+  EXPECT_NE(silent[0].text.find("not done after three times its length"), std::string::npos)
+      << silent[0].text;
+}
+
+TEST(Monitor, TheJournalWaitsOnThisDiskWhileTheArchiveIsAway) {
+  MonitoredWorld world(kPlan);
+  world.Start();
+  world.Run(25s);
+  *world.archiveFault = static_cast<int>(database::Fault::Lost);
+  world.Hardware().Adapter().Unplug(0);
+  world.Run(60s);
+  world.Hardware().Adapter().Replug(0);
+  world.Run(60s);
+  world.Settle();
+  world.Kill();
+  EXPECT_TRUE(Entries(world).empty());
+  *world.archiveFault = -1;
+  world.Start();
+  world.Run(30s);
+  world.Stop();
+  const auto away = Entries(world, "sensor away");
+  ASSERT_EQ(away.size(), 1U);
+  EXPECT_TRUE(away[0].ended);
+  EXPECT_GE(away[0].missed, 5);
+  EXPECT_EQ(Entries(world, "archive away").size(), 1U);
+  EXPECT_EQ(Entries(world, "not running").size(), 1U);
+}
+
 TEST(Monitor, NamesThatLookLikeStatementsAreNames) {
   const std::string name = "'); drop table journal; -- \"$1\" \\ ";
   MonitoredWorld world("bench = " + name + "x\nsensor = " + name +

@@ -131,6 +131,28 @@ TEST_F(Certificates, ATrustedBrokerGetsItsAlarms) {
   }
 }
 
+TEST_F(Certificates, ATrustedBrokerLeavesOutHugeMessages) {
+  TemporaryBroker broker(Of("server"));
+  const std::vector<std::string> tls{"--cafile", File("ca.crt")};
+  const Subscriber subscriber(broker.Port(), kAlarms, tls);
+  SenderBench bench(broker.Port());
+  Trust(bench, "ca.crt");
+  bench.Start();
+  ASSERT_TRUE(Eventually([&] { return bench.Sender().State().isConnected; }));
+  for (const std::string& topic : {kAlarms, kSpectra + "/get"}) {
+    for (const std::size_t size : {70'000U, 3'000'000U}) {
+      ASSERT_TRUE(PublishTo(broker.Port(), topic, std::string(size, '{'), tls));
+    }
+  }
+  bench.Put(0);
+  EXPECT_TRUE(Eventually([&] {
+    const auto came = subscriber.Payloads(kAlarms);
+    return !came.empty() && came.back() == LetterOf(0).payload;
+  }));
+  EXPECT_EQ(bench.LogLines().size(), 1U) << bench.LogLines().back();
+  EXPECT_TRUE(bench.Sender().State().isConnected);
+}
+
 TEST_F(Certificates, AStrangersAuthorityIsRefusedWithTheCure) {
   TemporaryBroker broker(Of("server"));
   SenderBench bench(broker.Port());

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -34,18 +35,28 @@ class WorldClock : public Clock {
     return kStart + std::chrono::duration_cast<std::chrono::system_clock::duration>(Boot() + set_);
   }
   [[nodiscard]] std::chrono::nanoseconds Monotonic() override { return now_; }
-  void WaitUntil(std::chrono::nanoseconds deadline) override { now_ = std::max(now_, deadline); }
+  void WaitUntil(std::chrono::nanoseconds deadline) override {
+    now_ = std::max(now_, deadline);
+    if (then_ && now_ >= thenAt_) std::exchange(then_, nullptr)();
+  }
   void RunEmptyLoop(std::int32_t /*passes*/, std::int32_t /*iterations*/) override {}
 
   [[nodiscard]] std::chrono::nanoseconds Boot() const { return now_ + slept_; }
   void Sleep(std::chrono::nanoseconds time) { slept_ += time; }
   void Set(std::chrono::nanoseconds by) { set_ += by; }
+  // Something happens after so long, whatever is under way.
+  void After(std::chrono::nanoseconds time, std::function<void()> then) {
+    thenAt_ = now_ + time;
+    then_ = std::move(then);
+  }
 
  private:
   static constexpr std::chrono::system_clock::time_point kStart{std::chrono::seconds{1800000000}};
   std::chrono::nanoseconds now_{std::chrono::seconds{100}};
   std::chrono::nanoseconds slept_{0};
   std::chrono::nanoseconds set_{0};
+  std::chrono::nanoseconds thenAt_{0};
+  std::function<void()> then_;
 };
 
 // Every statement fails while a fault is set.
@@ -170,7 +181,12 @@ class MonitoredWorld {
   // In an orderly way.
   void Stop() {
     Settle();
-    isEnding_ = true;
+    AskToEnd();
+    GoToTheEnd();
+  }
+  void AskToEnd() { isEnding_ = true; }
+  // That was asked for, or will be.
+  void GoToTheEnd() {
     while (monitor_->Turn()) {
     }
     monitor_->Finish();

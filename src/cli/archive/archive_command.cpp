@@ -163,11 +163,14 @@ ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
   Archive into = archive::Open({into_});
   const archive::Rescued rescued = archive::Rescue(from, into);
   if (output.json) {
-    output.Write({{"kept", rescued.kept}, {"lost", rescued.lost}});
+    output.Write({{"kept", rescued.kept},
+                  {"lost", rescued.lost},
+                  {"journal_whole", rescued.isJournalWhole}});
   } else {
     output.out << rescued.kept << " records kept, " << rescued.lost << " could not be read.\n";
+    if (!rescued.isJournalWhole) output.out << "The journal could not be read.\n";
   }
-  return rescued.lost == 0 ? ExitCode::Success : ExitCode::Failure;
+  return rescued.lost == 0 && rescued.isJournalWhole ? ExitCode::Success : ExitCode::Failure;
 }
 
 ExitCode ArchiveCommand::Export(Session& session, const Output& output) {
