@@ -205,10 +205,10 @@ TEST_F(MetricsServers, OutliveMalformedRequests) {
   }
 }
 
-// Twelve who never end their request, three for each thread, hold nobody else up for long.
+// Eight who never end their request, two for each thread, hold nobody else up for long.
 TEST_F(MetricsServers, AnswerOthersWhileSomeAreSlow) {
   std::vector<int> slow;
-  for (int i = 0; i < 12; ++i) {
+  for (int i = 0; i < 8; ++i) {
     slow.push_back(ConnectedTo(Port()));
     ASSERT_GE(slow.back(), 0);
     send(slow.back(), "GET /met", 8, MSG_NOSIGNAL);

@@ -156,7 +156,7 @@ TEST_F(Interrupted, ABrokerThatAnswersTooLateLosesAndDoublesNothing) {
   SendWhile(
       [&](Random& random) {
         broker_.Freeze();
-        std::this_thread::sleep_for(std::chrono::milliseconds(random.Below(2500)));
+        std::this_thread::sleep_for(std::chrono::milliseconds(random.Below(1800)));
         broker_.GoOn();
       },
       2);
