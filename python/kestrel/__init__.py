@@ -10,20 +10,22 @@ g RMS
 """
 # SPDX-License-Identifier: MIT
 from kestrel._kestrel import version as __version__
-from kestrel.archive import Archive, ArchivedRecord, open_archive
+from kestrel.archive import Archive, open_archive
 from kestrel.bands import Band, Bands, BandTable
 from kestrel.baseline import Baseline
 from kestrel.errors import (ArchiveError, BusyError, CannotTell, ClosedError, Error, FileError,
-                            Interrupted, SensorLost, SensorRefused, SettingError, Stopped)
+                            Interrupted, SensorLost, SensorRefused, SettingError, Stopped,
+                            UnknownName, WrongKind)
 from kestrel.files import formats, load, save
-from kestrel.filters import Filter, Remarks
+from kestrel.filters import Filter, RecordSet, Remarks
+from kestrel.kept import ArchivedRecord
 from kestrel.measured import AxisAlarms, SensorIdentity
 from kestrel.numbers import Curve, Level, Peak, Velocity
 from kestrel.opening import open, scenarios
 from kestrel.record import Record
 from kestrel.registers import Field, Register, Registers
 from kestrel.sensor import Sensor
-from kestrel.settings import Settings
+from kestrel.settings import Settings, SettingValues
 from kestrel.setups import Difference, Restored, Setup, Setups
 from kestrel.state import Adapter, Command, State
 from kestrel.tables import COLOURS
@@ -35,10 +37,10 @@ __all__ = [
     "AXES", "Adapter", "Amplitude", "Archive", "ArchiveError", "ArchivedRecord", "Axis",
     "AxisAlarms", "Band", "BandTable", "Bands", "Baseline", "BusyError", "COLOURS", "CannotTell",
     "ClosedError", "Command", "Curve", "Difference", "Error", "Field", "FileError", "Filter",
-    "Interrupted", "Level", "Line", "Mode", "Overlap", "Peak", "Quantity", "Record", "Register",
-    "Registers", "Remarks", "Restored", "Segment", "Sensor", "SensorIdentity", "SensorLost",
-    "SensorRefused", "SettingError", "Settings", "Setup",
-    "Setups", "State", "Stopped", "Trend",
-    "TrendSeries", "Velocity", "WideSpectrum", "Window", "__version__", "formats", "join", "load",
-    "open", "open_archive", "save", "scenarios",
+    "Interrupted", "Level", "Line", "Mode", "Overlap", "Peak", "Quantity", "Record", "RecordSet",
+    "Register", "Registers", "Remarks", "Restored", "Segment", "Sensor", "SensorIdentity", "SensorLost",
+    "SensorRefused", "SettingError", "SettingValues", "Settings", "Setup", "Setups", "State",
+    "Stopped", "Trend", "TrendSeries", "UnknownName", "Velocity", "WideSpectrum", "Window",
+    "WrongKind", "__version__", "formats", "join", "load", "open", "open_archive", "save",
+    "scenarios",
 ]

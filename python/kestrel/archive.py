@@ -2,82 +2,26 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
-import datetime
+import os
 from collections.abc import Iterable, Iterator, Sequence
-from dataclasses import dataclass
 from types import TracebackType
 from typing import TYPE_CHECKING, Any, Literal
 
-from kestrel import _kestrel, values
+from kestrel import _kestrel, searches, standing, values
 from kestrel.errors import ArchiveError
-from kestrel.filters import Filter, Remarks, filter_codes, remark_values
-from kestrel.record import Record
+from kestrel.filters import RecordSet, called_as, filter_codes, ids_of, remark_values
+from kestrel.kept import ArchivedRecord, kept_of, noted
 from kestrel.trends import Trend, choice_of, series_of
 
 if TYPE_CHECKING:
     from kestrel.bands import BandTable
     from kestrel.baseline import Baseline
+    from kestrel.record import Record
 
-__all__ = ["Archive", "ArchivedRecord", "open_archive"]
+__all__ = ["Archive", "open_archive"]
 
 # Rows that are read at once on the way through many.
 _BLOCK = 256
-
-
-@dataclass(frozen=True)
-class ArchivedRecord:
-    """A record as the archive has it, with what was told of it.
-
-    Attributes
-    ----------
-    id : int
-        Its number in its archive.
-    record : Record
-        In a list its points are not read: all are 0.
-    machine, point, orientation, note : str
-        What was told of it.
-    rpm : float or None
-        Speed of the shaft, 1/min.
-    tags : tuple of str
-        Sorted.
-    program, bench : str
-        The version that read it and the computer it stood at.
-    levels : tuple of 3
-        RMS and peak in g of X, Y, Z; None where it carries none.
-    deleted : datetime or None
-        When it was deleted, but not yet for good.
-    """
-
-    id: int
-    record: Record
-    machine: str
-    point: str
-    orientation: str
-    rpm: float | None
-    note: str
-    tags: tuple[str, ...]
-    program: str
-    bench: str
-    levels: tuple[tuple[float, float] | None, ...]
-    deleted: datetime.datetime | None
-
-    @property
-    def taken(self) -> datetime.datetime | None:
-        """When it was taken, UTC."""
-        return self.record.taken
-
-    def remarks(self) -> Remarks:
-        """What was told of it, as `Archive.amend` takes it."""
-        return {"machine": self.machine, "point": self.point, "orientation": self.orientation,
-                "rpm": self.rpm, "note": self.note, "tags": list(self.tags)}
-
-
-def _kept(told: _kestrel._Kept) -> ArchivedRecord:
-    number, core, remarks, program, bench, levels, deleted = told
-    return ArchivedRecord(number, Record(core), remarks["machine"], remarks["point"],
-                          remarks["orientation"], remarks["rpm"], remarks["note"],
-                          tuple(remarks["tags"]), program, bench, tuple(levels),
-                          None if deleted is None else values.moment(deleted))
 
 
 class Archive:
@@ -91,6 +35,7 @@ class Archive:
     """
 
     def __init__(self, core: _kestrel.Archive, place: str) -> None:
+        values.core(core, _kestrel.Archive, "kestrel.open_archive opens an archive.")
         self._core = core
         self._place = place
 
@@ -117,22 +62,37 @@ class Archive:
 
     # Found and read.
 
+    @called_as(searches.search)
     def search(self, **filter: Any) -> list[int]:
         """Numbers of records, the latest first.
 
         Parameters
         ----------
-        **filter
-            since and until (datetime with a zone; taken then or later, and
-            before), machine, point, bench, tag, text (in machine, point, note
-            or a tag), kind ("spectrum" or "time"), option, range (g), window,
-            alarm, simulated, deleted.
+        since, until : datetime, optional
+            With a zone. Taken then or later, and before.
+        machine, point, bench, tag : str, optional
+            As they were told, to the letter.
+        text : str, optional
+            In machine, point, note or a tag.
+        kind : {"spectrum", "time"}, optional
+        option : int, optional
+            Sample-rate option.
+        range : int, optional
+            g.
+        window : {"rectangular", "hanning", "flattop"}, optional
+        alarm, simulated : bool, optional
+            Whether some band's alarm was on; whether the sensor was simulated.
+        deleted : bool, optional
+            Those that were deleted, and no others.
 
         Returns
         -------
         list of int
         """
-        return self._core.find(filter_codes(filter))  # type: ignore[arg-type]
+        return self._found(filter).tolist()
+
+    def _found(self, filter: dict[str, Any]) -> memoryview:
+        return memoryview(self._core.find(filter_codes(filter))).cast("q")
 
     def read(self, id: int) -> ArchivedRecord:
         """A record with its points.
@@ -142,24 +102,32 @@ class Archive:
         ArchiveError
             Where there is none of this number.
         """
-        told = self._core.get(int(id))
+        number = values.whole("id", id, range(-2**63, 2**63))
+        told = self._core.get(number)
         if told is None:
-            raise ArchiveError(f"There is no record {id} in the archive.")
-        return _kept(told)
+            raise ArchiveError(f"There is no record {number} in the archive.")
+        return kept_of(told)
 
+    @called_as(searches.search)
     def read_all(self, **filter: Any) -> Iterator[ArchivedRecord]:
-        """Records with their points one after the other, the latest first; few are in memory."""
-        for id in self.search(**filter):
+        """Records with their points, as `search` finds them; one at a time is in memory."""
+        return self._each(self._found(filter))
+
+    def _each(self, ids: memoryview) -> Iterator[ArchivedRecord]:
+        for id in ids:
             told = self._core.get(id)
             if told is not None:
-                yield _kept(told)
+                yield kept_of(told)
 
+    @called_as(searches.search)
     def list(self, **filter: Any) -> Iterator[ArchivedRecord]:
-        """Records without their points, the latest first."""
-        ids = self.search(**filter)
+        """Records without their points, as `search` finds them."""
+        return self._listed(self._found(filter))
+
+    def _listed(self, ids: memoryview) -> Iterator[ArchivedRecord]:
         for start in range(0, len(ids), _BLOCK):
-            for told in self._core.list(ids[start:start + _BLOCK]):
-                yield _kept(told)
+            for told in self._core.list(ids[start:start + _BLOCK].tolist()):
+                yield kept_of(told)
 
     def __len__(self) -> int:
         return self._core.count()
@@ -170,7 +138,7 @@ class Archive:
 
     def points(self, machine: str) -> Sequence[str]:
         """Points told so far of a machine, sorted."""
-        return self._core.points(machine)
+        return self._core.points(values.text("machine", machine))
 
     def damage(self) -> Sequence[str]:
         """What is damaged, a line each."""
@@ -178,36 +146,75 @@ class Archive:
 
     # Written.
 
-    def write(self, record: Record, **remarks: Any) -> int:
+    @called_as(searches.write)
+    def write(self, record: Record | ArchivedRecord, **remarks: Any) -> int:
         """Keeps a record; it is on the disk when this returns.
 
         Parameters
         ----------
-        record : Record
-        **remarks
-            machine, point, orientation, rpm (1/min), note, tags.
+        record : Record or ArchivedRecord
+            What was told of one of another archive is told of it here too.
+        machine, point, orientation : str
+            Where it was taken, and where the axes point: "X radial, Z axial".
+        rpm : float or None
+            Speed of the shaft, 1/min.
+        note : str
+        tags : str or sequence of str
 
         Returns
         -------
         int
             Its number.
         """
-        return self._core.keep(record._core, remark_values(remarks))  # type: ignore[arg-type]
+        return self._core.keep(*noted(record, remark_values(remarks)))
 
+    @called_as(searches.write_all)
+    def write_all(self, records: Iterable[Record | ArchivedRecord], **remarks: Any) -> None:
+        """Keeps many records at once, all or none.
+
+        Parameters
+        ----------
+        records : iterable of Record or ArchivedRecord
+        machine, point, orientation : str
+            Told of each of them, as `write` does.
+        rpm : float or None
+        note : str
+        tags : str or sequence of str
+        """
+        told = remark_values(remarks)
+        self._core.keep_all([noted(record, told) for record in records])
+
+    @called_as(searches.amend)
     def amend(self, ids: int | Iterable[int], **remarks: Any) -> None:
-        """Changes what was told of records; what is not told stays. All or none."""
-        self._core.amend(_ids(ids), remark_values(remarks))  # type: ignore[arg-type]
+        """Changes what was told of records; what is not told stays. All or none.
+
+        Parameters
+        ----------
+        ids : int or iterable of int
+        machine, point, orientation : str
+        rpm : float or None
+            None: it is not known.
+        note : str
+        tags : str or sequence of str
+            In place of those it had.
+        """
+        self._core.amend(ids_of(ids), remark_values(remarks))
 
     def delete(self, ids: int | Iterable[int], *, for_good: bool = False) -> None:
         """Deletes records, so that they can be brought back; or for good."""
-        (self._core.remove if for_good else self._core.delete)(_ids(ids))
+        chosen = ids_of(ids)
+        if values.flag("for_good", for_good):
+            self._core.remove(chosen)
+        else:
+            self._core.delete(chosen)
 
     def bring_back(self, ids: int | Iterable[int]) -> None:
         """Brings deleted records back."""
-        self._core.bring_back(_ids(ids))
+        self._core.bring_back(ids_of(ids))
 
     # Over many records.
 
+    @called_as(searches.trend)
     def trend(self, of: str = "rms", axis: values.Axis = "x", *, low: float | None = None,
               high: float | None = None, near: float | None = None, within: float | None = None,
               **filter: Any) -> Trend:
@@ -224,28 +231,28 @@ class Archive:
             The largest peak near this frequency, Hz.
         within : float, optional
             How far from it, Hz; 1 % where not told.
-        **filter
-            As `search` takes it.
+        since, until, machine, point, bench, tag, text
+        kind, option, range, window, alarm, simulated, deleted
+            Of which records, as `search` takes them.
 
         Returns
         -------
         Trend
         """
         choice = choice_of(of, axis, low, high, near, within)
-        unit, refused, refusal, series = _kestrel.trend(
-            self._core, filter_codes(filter), choice)  # type: ignore[arg-type]
+        unit, refused, refusal, series = _kestrel.trend(self._core, filter_codes(filter), choice)
         return Trend(unit, [series_of(each) for each in series], refused, refusal)
 
-    def baseline(self, good: Filter, bad: Filter | None = None, *, bands: BandTable | None = None,
+    def baseline(self, good: RecordSet, bad: RecordSet | None = None, *, bands: BandTable | None = None,
                  sigma: float = 3.0, percentile: Literal[95, 99] | None = None,
                  at_least: float = 1.5, fault_above: float = 3.0) -> Baseline:
         """Thresholds of alarm bands from records that are known to be good.
 
         Parameters
         ----------
-        good : dict
-            Which records are good, as `search` takes it; `ids` names some.
-        bad : dict, optional
+        good : RecordSet
+            Which records are good: {"tag": "good"}, {"ids": [3, 4, 5]}.
+        bad : RecordSet, optional
             Which are bad.
         bands : BandTable, optional
             Whose bins are taken; six that adjoin where none are set.
@@ -275,16 +282,13 @@ class Archive:
         return f"<kestrel.Archive: {self.place}, {'open' if self.is_open else 'closed'}>"
 
 
-def _ids(ids: int | Iterable[int]) -> list[int]:
-    return [ids] if isinstance(ids, int) else [int(id) for id in ids]
-
-
-def open_archive(place: str | None = None, *, read_only: bool = False) -> Archive:
+def open_archive(place: str | os.PathLike[str] | None = None, *, read_only: bool = False
+                 ) -> Archive:
     """Opens the archive.
 
     Parameters
     ----------
-    place : str, optional
+    place : str or path, optional
         A file, or a server (postgresql://...); usually the user's own archive.
         A file that is not there is made, unless it is only read.
     read_only : bool
@@ -299,8 +303,12 @@ def open_archive(place: str | None = None, *, read_only: bool = False) -> Archiv
     ArchiveError
         Names the place and the cure.
     """
-    chosen = _kestrel.usual_archive() if place is None else str(place)
+    chosen = _kestrel.usual_archive() if place is None else values.path(place)
+    if place is not None and not chosen:
+        raise ArchiveError("place is empty; name a file or a server.")
     if not chosen:
         raise ArchiveError("No home of the user is known that an archive could be in; name a "
                            "place.")
-    return Archive(_kestrel.Archive(chosen, not read_only), chosen)
+    core = _kestrel.Archive(chosen, not values.flag("read_only", read_only))
+    standing.stands(core)
+    return Archive(core, chosen)

@@ -3,16 +3,16 @@
 from __future__ import annotations
 
 import os
-from collections.abc import Iterable, Iterator
+from collections.abc import Iterable, Iterator, Sequence
 from dataclasses import dataclass, replace
 from typing import TYPE_CHECKING, Any
 
 from kestrel import _kestrel, values
-from kestrel.errors import SettingError
+from kestrel.errors import SettingError, UnknownName
 from kestrel.files import write_whole
 
 if TYPE_CHECKING:
-    import pandas as pd
+    import pandas as pd  # type: ignore[import]
 
 __all__ = ["Band", "BandTable", "Bands"]
 
@@ -45,17 +45,20 @@ class Band:
     fault: tuple[int, int, int] = (0, 0, 0)
 
     def __post_init__(self) -> None:
-        values.whole("option", self.option, range(4))
-        values.whole("number", self.number, range(1, 7))
+        self._keep("option", values.whole("option", self.option, range(4)))
+        self._keep("number", values.whole("number", self.number, range(1, 7)))
         where = f"option {self.option}, band {self.number}: "
         for name in ("low", "high"):
-            values.whole(where + name, getattr(self, name), _BINS)
+            self._keep(name, values.whole(where + name, getattr(self, name), _BINS))
         for name in ("warning", "fault"):
             codes = getattr(self, name)
-            if len(codes) != len(values.AXES):
-                raise SettingError(f"{where}{name} is {codes!r}; it is three codes, of X, Y, Z.")
-            for code in codes:
-                values.whole(where + name, code, _CODES)
+            if not isinstance(codes, Sequence) or len(codes) != len(values.AXES):
+                raise SettingError(f"{where}{name} is {values.shown(codes)}; it is three codes, of "
+                                   "X, Y, Z.")
+            self._keep(name, tuple(values.whole(where + name, code, _CODES) for code in codes))
+
+    def _keep(self, name: str, value: object) -> None:
+        object.__setattr__(self, name, value)
 
     @property
     def from_hz(self) -> float:
@@ -92,16 +95,21 @@ class BandTable:
     def __init__(self, bands: Iterable[Band] = ()) -> None:
         self._bands = {(option, number): Band(option, number)
                        for option in range(4) for number in range(1, 7)}
-        self._bands.update({(band.option, band.number): band for band in bands})
+        self._bands.update({(band.option, band.number): band
+                            for band in (values.made("band", each, Band) for each in bands)})
 
     @classmethod
     def of_rows(cls, rows: Iterable[Iterable[int]]) -> BandTable:
         """From rows of option, band, low, high and six thresholds."""
         table = cls()
-        for option, number, low, high, *codes in rows:
-            table._bands[option, number] = Band(option, number, low, high,
-                                                (codes[0], codes[1], codes[2]),
-                                                (codes[3], codes[4], codes[5]))
+        for place, each in enumerate(rows, 1):
+            row = list(each)
+            if len(row) != 10:
+                raise SettingError(f"row {place} has {len(row)} values; it has 10: option, band, "
+                                   "low, high, and alarm 1 and alarm 2 of X, Y, Z.")
+            band = Band(row[0], row[1], row[2], row[3], (row[4], row[5], row[6]),
+                        (row[7], row[8], row[9]))
+            table._bands[band.option, band.number] = band
         return table
 
     def rows(self) -> list[list[int]]:
@@ -118,20 +126,25 @@ class BandTable:
         FileError
             With the path, the line and the value where it is none.
         """
-        return cls.of_rows(_kestrel.bands_of_file(os.path.abspath(path)))
+        return cls.of_rows(_kestrel.bands_of_file(os.path.abspath(values.path(path))))
 
     def save(self, path: str | os.PathLike[str]) -> None:
         """Writes an alarm file, AlarmSpectrum_<name>.csv."""
-        name = os.path.basename(os.fspath(path))
+        name = os.path.basename(values.path(path))
         if not _kestrel.is_band_file_name(name):
             raise SettingError(f"The name must be AlarmSpectrum_<name>.csv, not {name!r}.")
         write_whole(path, _kestrel.band_file_text(self.rows()).encode())
 
     def __getitem__(self, place: tuple[int, int]) -> Band:
-        option, number = place
-        values.whole("option", option, range(4))
-        values.whole("number", number, range(1, 7))
-        return self._bands[option, number]
+        """The band of an option and a number; UnknownName where there is none."""
+        if not isinstance(place, tuple) or len(place) != 2:
+            raise UnknownName(f"A band has an option and a number, table[0, 3]; not "
+                              f"{values.shown(place)}.")
+        try:
+            return self._bands[values.whole("option", place[0], range(4)),
+                               values.whole("number", place[1], range(1, 7))]
+        except SettingError as error:
+            raise UnknownName(str(error)) from None
 
     def __iter__(self) -> Iterator[Band]:
         return iter(self._bands.values())
@@ -169,6 +182,7 @@ class Bands:
     """The alarm bands in the sensor's flash. Transfers take seconds."""
 
     def __init__(self, core: _kestrel.Sensor) -> None:
+        values.core(core, _kestrel.Sensor, "A sensor has it as `bands`.")
         self._core = core
 
     def read(self) -> BandTable:
@@ -183,7 +197,7 @@ class Bands:
         str
             How it ended.
         """
-        return self._core.write_bands(table.rows())
+        return self._core.write_bands(values.made("table", table, BandTable).rows())
 
     def clear(self) -> str:
         """Clears the sensor's bands.

@@ -7,11 +7,11 @@ from collections.abc import Mapping
 from dataclasses import dataclass, field
 from typing import TYPE_CHECKING, Any
 
-from kestrel import _kestrel
+from kestrel import _kestrel, values
 from kestrel.bands import BandTable
 
 if TYPE_CHECKING:
-    from kestrel.filters import Filter
+    from kestrel.filters import RecordSet
 
 __all__ = ["Baseline"]
 
@@ -33,24 +33,29 @@ class Baseline:
     told: Mapping[str, Any] = field(repr=False)
 
 
-def propose(core: _kestrel.Archive, good: Filter, bad: Filter | None, bands: BandTable | None,
+def propose(core: _kestrel.Archive, good: RecordSet, bad: RecordSet | None, bands: BandTable | None,
             sigma: float, percentile: int | None, at_least: float, fault_above: float) -> Baseline:
     """Has the thresholds worked out."""
-    rule: dict[str, float] = {"sigma": sigma, "at_least": at_least, "fault_above": fault_above}
+    rule = {"sigma": values.number("sigma", sigma, 0, 100),
+            "at_least": values.number("at_least", at_least, 0, 100, "dB"),
+            "fault_above": values.number("fault_above", fault_above, 0, 100, "dB")}
     if percentile is not None:
-        from kestrel.values import code
-        code("percentile", percentile, {95: 0, 99: 1})
+        values.code("percentile", percentile, {95: 0, 99: 1})
         rule["percentile"] = percentile
-    told, rows = _kestrel.baseline(core, _part(good), None if bad is None else _part(bad),
-                                   (bands or BandTable()).rows(), rule)
+    table = BandTable() if bands is None else values.made("bands", bands, BandTable)
+    told, rows = _kestrel.baseline(core, _part("good", good),
+                                   None if bad is None else _part("bad", bad), table.rows(), rule)
     return Baseline(BandTable.of_rows(rows), json.loads(told))
 
 
-def _part(filter: Filter) -> dict[str, Any]:
-    from kestrel.filters import filter_codes
+def _part(what: str, filter: RecordSet) -> dict[str, Any]:
+    from kestrel.filters import filter_codes, ids_of
+    if not isinstance(filter, Mapping):
+        raise TypeError(f"{what} is {values.shown(filter)}; it is a dict of what `Archive.search` "
+                        "takes.")
     chosen: dict[str, Any] = dict(filter)
     ids = chosen.pop("ids", None)
-    part = filter_codes(chosen)  # type: ignore[arg-type]
+    part = filter_codes(chosen)
     if ids is not None:
-        part["ids"] = [int(id) for id in ids]
+        part["ids"] = ids_of(ids)
     return part

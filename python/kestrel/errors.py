@@ -12,7 +12,8 @@ if TYPE_CHECKING:
     from kestrel.record import Record
 
 __all__ = ["ArchiveError", "BusyError", "CannotTell", "ClosedError", "Error", "FileError",
-           "Interrupted", "SensorLost", "SensorRefused", "SettingError", "Stopped"]
+           "Interrupted", "SensorLost", "SensorRefused", "SettingError", "Stopped", "UnknownName",
+           "WrongKind"]
 
 
 class Error(Exception):
@@ -33,6 +34,9 @@ class Error(Exception):
         super().__init__(text)
         self.text = text
 
+    def __str__(self) -> str:
+        return self.text
+
 
 class SensorLost(Error):
     """No sensor could be reached, or it was lost on the way.
@@ -47,6 +51,10 @@ class SensorRefused(Error):
 
 class SettingError(Error, ValueError):
     """A value that is none of those that can be; the text names both."""
+
+
+class UnknownName(SettingError, KeyError):
+    """A register, a field or a band of this name is not there; the text tells which are."""
 
 
 class ClosedError(Error):
@@ -100,6 +108,10 @@ class CannotTell(Error):
         self.has = has
         self.needs = needs
         self.unit = unit
+
+
+class WrongKind(CannotTell, AttributeError):
+    """What only records of the other kind have: the frequency of a time record."""
 
 
 class Stopped(Error):

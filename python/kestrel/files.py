@@ -12,7 +12,7 @@ from kestrel import _kestrel, values
 from kestrel.errors import FileError
 
 if TYPE_CHECKING:
-    from kestrel.archive import ArchivedRecord
+    from kestrel.kept import ArchivedRecord
     from kestrel.record import Record
 
 __all__ = ["formats", "load", "save"]
@@ -23,19 +23,21 @@ def formats() -> dict[str, str]:
     return dict(_kestrel.formats)
 
 
-def _format_of(path: str | os.PathLike[str], format: str | None) -> str:
+def _format_of(path: str, format: str | None) -> str:
     if format is None:
         ending = pathlib.Path(path).suffix.lower()
         format = next((name for name, each in formats().items() if each == ending), None)
-    if format in formats():
-        return str(format)
+    if isinstance(format, str) and format in formats():
+        return format
     there = ", ".join(f"{name} ({ending})" for name, ending in formats().items())
-    raise FileError(f"{os.fspath(path)}: its format is not told. There are {there}.")
+    known = "its ending tells no format" if format is None else (
+        f"there is no format {values.shown(format)}")
+    raise FileError(f"{path}: {known}. There are {there}.")
 
 
 def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
     """Writes a file whole, or leaves the one that is there as it is."""
-    target = pathlib.Path(path)
+    target = pathlib.Path(values.path(path))
     try:
         handle, name = tempfile.mkstemp(prefix=f".{target.name}.", dir=target.parent)
         try:
@@ -59,7 +61,8 @@ def _mask() -> int:
     return mask
 
 
-def save(path: str | os.PathLike[str], records: Iterable[Record | ArchivedRecord], *,
+def save(path: str | os.PathLike[str],
+         records: Record | ArchivedRecord | Iterable[Record | ArchivedRecord], *,
          format: str | None = None) -> None:
     """Writes records into one file that other programs read, whole or not at all.
 
@@ -67,7 +70,7 @@ def save(path: str | os.PathLike[str], records: Iterable[Record | ArchivedRecord
     ----------
     path : str or path
         Its ending says the format.
-    records : iterable of Record or ArchivedRecord
+    records : Record, ArchivedRecord, or an iterable of them
         What was told of an archived record goes into the file too.
     format : str, optional
         One of `formats`, where the ending does not tell.
@@ -76,14 +79,15 @@ def save(path: str | os.PathLike[str], records: Iterable[Record | ArchivedRecord
     ------
     FileError
     """
+    from kestrel.kept import ArchivedRecord
     from kestrel.record import Record
-    chosen = _format_of(path, format)
+    chosen = _format_of(values.path(path), format)
     pairs: list[tuple[_kestrel.Record, Mapping[str, Any]]] = []
-    for each in records:
-        if isinstance(each, Record):
-            pairs.append((each._core, {}))
-        else:
+    for each in [records] if isinstance(records, (Record, ArchivedRecord)) else records:
+        if isinstance(each, ArchivedRecord):
             pairs.append((each.record._core, each.remarks()))
+        else:
+            pairs.append((values.made("record", each, Record)._core, {}))
     write_whole(path, _kestrel.exported(pairs, chosen))
 
 
@@ -113,11 +117,10 @@ def load(path: str | os.PathLike[str], *, option: int | None = None, range: int 
     """
     from kestrel.record import Record
     from kestrel.settings import codes_of
-    told = {"option": option, "range": range, "window": window}
-    said = codes_of({name: value for name, value in told.items() if value is not None})
+    said = codes_of({"option": option, "range": range, "window": window})
     try:
-        content = pathlib.Path(path).read_bytes()
+        content = pathlib.Path(values.path(path)).read_bytes()
     except OSError as error:
-        raise FileError(f"{os.fspath(path)} cannot be read: {error.strerror}.") from error
-    records, _ = _kestrel.imported(os.fspath(path), content, said)
+        raise FileError(f"{values.path(path)} cannot be read: {error.strerror}.") from error
+    records, _ = _kestrel.imported(values.path(path), content, said)
     return [Record(core) for core, _, _ in records]

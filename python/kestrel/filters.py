@@ -3,13 +3,16 @@
 from __future__ import annotations
 
 import datetime
-from collections.abc import Sequence
-from typing import Any, Literal, TypedDict
+import inspect
+from collections.abc import Callable, Iterable, Mapping, Sequence
+from typing import Any, Literal, ParamSpec, TypedDict, TypeVar
 
 from kestrel import values
 from kestrel.errors import SettingError
 
-__all__ = ["Filter", "Remarks"]
+__all__ = ["Filter", "RecordSet", "Remarks"]
+
+_IDS = range(-2**63, 2**63)
 
 
 class Remarks(TypedDict, total=False):
@@ -42,7 +45,29 @@ class Filter(TypedDict, total=False):
     deleted: bool
 
 
-def filter_codes(filter: Filter) -> dict[str, Any]:
+class RecordSet(Filter, total=False):
+    """Records of a baseline: which are asked for, or some by their number in the archive."""
+
+    ids: Sequence[int]
+
+
+Given = ParamSpec("Given")
+Result = TypeVar("Result")
+
+
+def called_as(template: Callable[Given, object]
+              ) -> Callable[[Callable[..., Result]], Callable[Given, Result]]:
+    """Gives a function of any keywords the parameters of another, for types and for help."""
+    def with_signature(function: Callable[..., Result]) -> Callable[Given, Result]:
+        result = inspect.signature(function).return_annotation
+        parameters = inspect.signature(template).parameters.values()
+        function.__signature__ = inspect.Signature(  # type: ignore[attr-defined]
+            list(parameters), return_annotation=result)
+        return function
+    return with_signature
+
+
+def filter_codes(filter: Mapping[str, Any]) -> dict[str, Any]:
     """A filter in codes; SettingError names what cannot be."""
     told: dict[str, Any] = {}
     for name, value in filter.items():
@@ -51,7 +76,7 @@ def filter_codes(filter: Filter) -> dict[str, Any]:
         if name in ("since", "until") and isinstance(value, datetime.datetime):
             told[name] = values.nanoseconds_of(name, value)
         elif name in ("since", "until"):
-            raise SettingError(f"{name} is {value!r}; it is a datetime with a zone.")
+            raise SettingError(f"{name} is {values.shown(value)}; it is a datetime with a zone.")
         elif name == "kind":
             told["is_time"] = values.code(name, value, {"spectrum": 0, "time": 1}) == 1
         elif name == "range":
@@ -61,25 +86,44 @@ def filter_codes(filter: Filter) -> dict[str, Any]:
         elif name == "option":
             told[name] = values.whole(name, value, values.OPTIONS)
         elif name in ("alarm", "simulated", "deleted"):
-            told[name] = bool(value)
+            told[name] = values.flag(name, value)
         elif name in ("machine", "point", "bench", "tag", "text"):
-            told[name] = str(value)
+            told[name] = values.text(name, value)
         else:
-            raise SettingError(f"There is nothing to search by called {name!r}; there are "
+            raise SettingError(f"There is nothing to search by called {values.shown(name)}; there are "
                                f"{', '.join(Filter.__annotations__)}.")
     return told
 
 
-def remark_values(remarks: Remarks) -> dict[str, Any]:
+def remark_values(remarks: Mapping[str, Any]) -> dict[str, Any]:
     """Remarks as the archive takes them; SettingError names what cannot be."""
     unknown = set(remarks) - set(Remarks.__annotations__)
     if unknown:
         raise SettingError(f"There is no remark {unknown.pop()!r}; there are "
                            f"{', '.join(Remarks.__annotations__)}.")
-    told: dict[str, Any] = dict(remarks)
-    if "tags" in told:
-        told["tags"] = [told["tags"]] if isinstance(told["tags"], str) else list(told["tags"])
-    rpm = told.get("rpm")
-    if rpm is not None and not 0 < rpm <= 1e6:
-        raise SettingError(f"rpm is {rpm!r}; it is a speed in 1/min above 0, to 1,000,000.")
+    told: dict[str, Any] = {}
+    for name, value in remarks.items():
+        if name == "tags":
+            tags = [value] if isinstance(value, str) else value
+            if not isinstance(tags, Iterable):
+                raise SettingError(f"tags is {values.shown(value)}; it is a text, or several.")
+            told[name] = [values.text(name, tag) for tag in tags]
+        elif name == "rpm":
+            told[name] = None if value is None else _speed(value)
+        else:
+            told[name] = values.text(name, value)
     return told
+
+
+def _speed(rpm: object) -> float:
+    speed = values.number("rpm", rpm, 0, 1e6, "1/min")
+    if not speed:
+        raise SettingError(f"rpm is {rpm!r}; a shaft that stands has none: leave it out.")
+    return speed
+
+
+def ids_of(ids: object) -> list[int]:
+    """Numbers of records, one or several; SettingError of what is none."""
+    if not isinstance(ids, Iterable):
+        return [values.whole("id", ids, _IDS)]
+    return [values.whole("id", each, _IDS) for each in ids]

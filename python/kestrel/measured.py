@@ -8,6 +8,7 @@ from dataclasses import dataclass
 from typing import TYPE_CHECKING, Literal
 
 from kestrel import _kestrel, values
+from kestrel.errors import WrongKind
 from kestrel.values import Axis, Window
 
 if TYPE_CHECKING:
@@ -68,6 +69,7 @@ class Measured:
     __slots__ = ("_core",)
 
     def __init__(self, core: _kestrel.Record) -> None:
+        values.core(core, _kestrel.Record, "Records come from a sensor, an archive or a file.")
         self._core = core
 
     # Points.
@@ -122,11 +124,11 @@ class Measured:
 
         Raises
         ------
-        AttributeError
+        WrongKind
             Of a time record, which has `time`.
         """
         if self.is_time:
-            raise AttributeError("A time record has no frequency; its points are over `time`.")
+            raise WrongKind("A time record has no frequency; its points are over `time`.")
         return self._core.places()
 
     @property
@@ -135,12 +137,12 @@ class Measured:
 
         Raises
         ------
-        AttributeError
+        WrongKind
             Of a spectrum, which has `frequency`.
         """
         if not self.is_time:
-            raise AttributeError("A spectrum has no time axis; its points are over `frequency`. "
-                                 "When it was taken is `taken`.")
+            raise WrongKind("A spectrum has no time axis; its points are over `frequency`. "
+                            "When it was taken is `taken`.")
         return self._core.places()
 
     # How it was taken.

@@ -55,7 +55,7 @@ class Peak:
     full: Mapping[str, float | None] = field(repr=False)
 
     @classmethod
-    def made(cls, full: Mapping[str, Any], told: Mapping[str, Any]) -> Peak:
+    def _made(cls, full: Mapping[str, Any], told: Mapping[str, Any]) -> Peak:
         """From unrounded numbers and those that are told."""
         return cls(told["frequency_hz"], told["frequency_uncertainty_hz"], told["amplitude"],
                    told["uncertainty"], told["unit"], told["unresolved"], full["bin"],
@@ -110,7 +110,7 @@ class Level:
     full: Mapping[str, Any] = field(repr=False)
 
     @classmethod
-    def made(cls, full: Mapping[str, Any], told: Mapping[str, Any]) -> Level:
+    def _made(cls, full: Mapping[str, Any], told: Mapping[str, Any]) -> Level:
         """From unrounded numbers and those that are told."""
         is_time = "peak" in told
         return cls(told["overall"], told["unit"], told["peak" if is_time else "largest"],

@@ -1,42 +1,16 @@
-"""How a sensor is opened, and what becomes of it when the interpreter ends or forks."""
+"""How a sensor is opened."""
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
-import atexit
-import os
-import threading
 import warnings
-import weakref
 from collections.abc import Callable
 
-from kestrel import _kestrel, values
+from kestrel import _kestrel, standing, values
 from kestrel.errors import SettingError
+from kestrel.plans import check_progress
 from kestrel.sensor import Sensor
 
 __all__ = ["open", "scenarios"]
-
-# How long the end of the interpreter waits for a step that is at work, s.
-_PATIENCE = 10.0
-
-_standing: weakref.WeakSet[Sensor] = weakref.WeakSet()
-_opening = threading.Lock()
-
-
-def _end_all() -> None:
-    for sensor in list(_standing):
-        if sensor.is_open:
-            sensor._core.end(_PATIENCE)
-
-
-def _forget_parents() -> None:
-    global _opening
-    _opening = threading.Lock()
-    _kestrel.after_fork()
-
-
-atexit.register(_end_all)
-os.register_at_fork(after_in_child=_forget_parents)
-
 
 def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = None,
          parallel: int | None = None, port_device: str = "",
@@ -77,8 +51,12 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
     >>> with kestrel.open(simulate=True) as sensor:
     ...     record = sensor.capture()
     """
+    simulate = values.flag("simulate", simulate)
+    scenario = values.text("scenario", scenario)
+    port_device = values.text("port_device", port_device)
     if scenario and scenario not in scenarios():
-        raise SettingError(f"scenario is {scenario!r}; it can be {', '.join(scenarios())}.")
+        raise SettingError(f"scenario is {values.shown(scenario)}; it can be "
+                           f"{', '.join(scenarios())}.")
     if scenario and not simulate:
         raise SettingError("scenario is what the simulated sensor measures; say simulate=True.")
     if adapter is not None:
@@ -87,10 +65,11 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
         parallel = values.whole("parallel", parallel, range(65536))
     if adapter is not None and (parallel is not None or port_device):
         raise SettingError("A sensor is on an adapter or on a parallel port; choose one.")
-    with _opening:
+    check_progress(progress)
+    with standing.opening():
         core = _kestrel.Sensor(simulate, scenario, adapter, parallel, port_device)
+    standing.stands(core)
     sensor = Sensor(core)
-    _standing.add(sensor)
     sensor.on_progress(progress)
     try:
         core.connect()

@@ -8,18 +8,22 @@ from collections.abc import Callable
 from typing import TYPE_CHECKING, Any
 
 from kestrel import _kestrel, values
+from kestrel.bands import BandTable
+from kestrel.errors import Error
 from kestrel.measured import Measured
 from kestrel.numbers import Curve, Level, Peak, Velocity
 from kestrel.values import Amplitude, Axis, Quantity
 
 if TYPE_CHECKING:
-    import matplotlib.axes
-    import pandas as pd
+    import matplotlib.axes  # type: ignore[import]
+    import pandas as pd  # type: ignore[import]
 
-    from kestrel.bands import BandTable
     from kestrel.wide import WideSpectrum
 
 __all__ = ["Record"]
+
+# No frequency that anybody could ask for is above, Hz.
+_HIGHEST = 1e6
 
 
 class Record(Measured):
@@ -68,7 +72,7 @@ class Record(Measured):
         most = values.whole("most", most, range(1, 257))
         found, told = _kestrel.peaks(self._core, index, most,
                                      *values.quantity_codes(quantity, amplitude))
-        return [Peak.made(full, short) for full, short in zip(found, json.loads(told)["peaks"])]
+        return [Peak._made(full, short) for full, short in zip(found, json.loads(told)["peaks"])]
 
     def levels(self, axis: Axis, *, quantity: Quantity = "g",
                amplitude: Amplitude | None = None,
@@ -94,10 +98,10 @@ class Record(Measured):
             Where the record cannot carry the quantity.
         """
         index = values.axis_index(axis)
-        rows = None if bands is None else bands.rows()
+        rows = None if bands is None else values.made("bands", bands, BandTable).rows()
         full, told = _kestrel.levels(self._core, index, *values.quantity_codes(quantity, amplitude),
                                      rows)
-        return Level.made(full, json.loads(told)["levels"])
+        return Level._made(full, json.loads(told)["levels"])
 
     def spectrum(self, axis: Axis, quantity: Quantity = "g", *,
                  amplitude: Amplitude | None = None, lowest: float = 0.0) -> Curve:
@@ -123,7 +127,7 @@ class Record(Measured):
         """
         return Curve(axis, *_kestrel.in_quantity(
             self._core, values.axis_index(axis), *values.quantity_codes(quantity, amplitude),
-            float(lowest)))
+            values.number("lowest", lowest, 0, _HIGHEST, "Hz")))
 
     def to_velocity(self, axis: Axis = "x", *, lowest: float | None = None
                     ) -> Curve | Velocity:
@@ -146,7 +150,9 @@ class Record(Measured):
             Where the record cannot carry it; with the option that would do.
         """
         if not self.is_time:
-            return self.spectrum(axis, "velocity", lowest=lowest or 0.0)
+            return self.spectrum(axis, "velocity", lowest=0.0 if lowest is None else lowest)
+        if lowest is not None:
+            lowest = values.number("lowest", lowest, 0, _HIGHEST, "Hz")
         samples, from_hz, rms = _kestrel.velocity(self._core, values.axis_index(axis), lowest)
         return Velocity(axis, self.time, samples, from_hz, rms)
 
@@ -253,4 +259,7 @@ class Record(Measured):
 
 
 def _restored(state: tuple[Any, ...]) -> Record:
-    return Record(_kestrel.record_of_state(state))
+    try:
+        return Record(_kestrel.record_of_state(state))
+    except (TypeError, IndexError):
+        raise Error("What was pickled is no record, or it was damaged.") from None

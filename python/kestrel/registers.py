@@ -2,11 +2,12 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
+import difflib
 from collections.abc import Iterator
 from dataclasses import dataclass
 
 from kestrel import _kestrel, values
-from kestrel.errors import SettingError
+from kestrel.errors import SettingError, UnknownName
 
 __all__ = ["Field", "Register", "Registers"]
 
@@ -71,11 +72,13 @@ class Register:
     fields: tuple[Field, ...]
 
     def __getitem__(self, field: str) -> Field:
+        """A field by its title, in any case; UnknownName where there is none."""
         for each in self.fields:
-            if each.name.lower() == field.lower():
+            if isinstance(field, str) and each.name.lower() == field.lower():
                 return each
-        there = ", ".join(each.name for each in self.fields) or "none"
-        raise KeyError(f"{self.name} has no field {field!r}; there are: {there}")
+        there = ", ".join(each.name for each in self.fields)
+        raise UnknownName(f"{self.name} has no field {values.shown(field)}; there are: {there}."
+                          if there else f"{self.name} has no fields; its word is one number.")
 
 
 class Registers:
@@ -90,6 +93,7 @@ class Registers:
     """
 
     def __init__(self, core: _kestrel.Sensor) -> None:
+        values.core(core, _kestrel.Sensor, "A sensor has it as `registers`.")
         self._core = core
 
     def _made(self, told: tuple[str, int, int, int, float]) -> Register:
@@ -98,20 +102,24 @@ class Registers:
                                      for bits, value, title, meaning in fields))
 
     def __getitem__(self, name: str) -> Register:
-        """Reads a register; KeyError where none of this name can be read."""
-        self._find(name, 1, "read")
-        return self._made(self._core.read_register(name))
+        """Reads a register; UnknownName where none of this name can be read."""
+        return self._made(self._core.read_register(self._find(name, 1, "read")))
 
     def __setitem__(self, name: str, word: int) -> None:
-        """Writes a word, 0 to 65535; KeyError where none of this name can be written."""
-        self._find(name, 2, "written")
-        self._core.write_register(name, values.whole(name, word, range(65536)))
+        """Writes a word, 0 to 65535; UnknownName where none of this name can be written."""
+        found = self._find(name, 2, "written")
+        self._core.write_register(found, values.whole(found, word, range(65536)))
 
-    def _find(self, name: str, place: int, what: str) -> None:
-        for each in self._core.register_names():
-            if each[0] == name.upper() and each[place]:
-                return
-        raise KeyError(f"There is no register {name!r} that can be {what}.")
+    def _find(self, name: str, place: int, what: str) -> str:
+        there = self._core.register_names()
+        for each in there:
+            if isinstance(name, str) and each[0] == name.upper() and each[place]:
+                return each[0]
+        near = difflib.get_close_matches(name.upper() if isinstance(name, str) else "",
+                                         [each[0] for each in there if each[place]])
+        raise UnknownName(f"There is no register {values.shown(name)} that can be {what}"
+                          + (f"; there is {' and '.join(near)}." if near else
+                             "; list(sensor.registers) tells which there are."))
 
     def __iter__(self) -> Iterator[str]:
         return (name for name, readable, _ in self._core.register_names() if readable)

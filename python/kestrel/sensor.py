@@ -6,19 +6,20 @@ import contextlib
 import time
 from collections.abc import Callable, Iterable, Iterator, Mapping
 from types import TracebackType
-from typing import Any
 
 from kestrel import _kestrel, values
 from kestrel.bands import Bands
 from kestrel.errors import Error, SettingError
+from kestrel.plans import check_progress, steps_of
 from kestrel.record import Record
 from kestrel.registers import Registers
-from kestrel.settings import Settings, codes_of
+from kestrel.settings import Settings, SettingValues, codes_of
 from kestrel.setups import Setups
 from kestrel.state import Adapter, Command, State
 from kestrel.wide import WideSpectrum, join
 
 __all__ = ["Sensor"]
+
 
 class Sensor:
     """One sensor. Made by `kestrel.open`; use it in a ``with`` block, or close it.
@@ -33,6 +34,7 @@ class Sensor:
     """
 
     def __init__(self, core: _kestrel.Sensor) -> None:
+        values.core(core, _kestrel.Sensor, "kestrel.open opens a sensor.")
         self._core = core
         self._settings = Settings(core)
         self._registers = Registers(core)
@@ -81,14 +83,21 @@ class Sensor:
         """Its whole configuration."""
         return self._setups
 
-    def capture(self, **settings: Any) -> Record:
+    def capture(self, *, mode: values.Mode | None = None, range: int | None = None,
+                option: int | None = None, window: values.Window | None = None,
+                averages: int | None = None) -> Record:
         """Takes one capture and waits for it, as long as it takes.
 
         Parameters
         ----------
-        **settings
-            Written first, as `Settings.update` takes them: mode, range (g),
-            option, window, averages.
+        mode : {"manual", "timer", "time"}, optional
+            Settings that are told are written first, as `Settings.update` does,
+            and stay.
+        range : int, optional
+            g.
+        option : int, optional
+        window : {"rectangular", "hanning", "flattop"}, optional
+        averages : int, optional
 
         Returns
         -------
@@ -103,12 +112,15 @@ class Sensor:
         Stopped
             After `stop`, where data were not ready.
         """
-        if settings:
-            self._settings.update(**settings)
+        codes = codes_of({"mode": mode, "range": range, "option": option, "window": window,
+                          "averages": averages})
+        if codes:
+            self._core.configure(codes)
         return Record(self._core.capture())
 
     def captures(self, count: int | None = None, *, interval: float = 0.0,
-                 plan: Iterable[Mapping[str, Any]] | None = None) -> Iterator[Record]:
+                 plan: Iterable[SettingValues | Mapping[str, object]] | None = None
+                 ) -> Iterator[Record]:
         """Captures one after the other.
 
         Parameters
@@ -119,13 +131,19 @@ class Sensor:
         interval : float
             Seconds from the start of a capture to the start of the next; 0: at
             once.
-        plan : iterable of mappings, optional
-            Settings of each capture of a round, as `Settings.update` takes
-            them.
+        plan : iterable of SettingValues, optional
+            Settings of each capture of a round. All of it is judged before the
+            first capture.
 
         Yields
         ------
         Record
+
+        Raises
+        ------
+        SettingError
+            Names the step of the plan and the value. An exception of a step
+            that runs has the step as its note.
 
         Examples
         --------
@@ -133,21 +151,14 @@ class Sensor:
         >>> with kestrel.open(simulate=True) as sensor:
         ...     records = list(sensor.captures(plan=plan))
         """
-        steps = [dict(step) for step in plan] if plan is not None else [{}]
-        for step in steps:
-            codes_of(step)
-        if not steps:
-            raise SettingError("plan is empty; it tells the settings of at least one capture.")
+        steps = steps_of(plan)
         rounds = count if count is not None or plan is None else 1
         if rounds is not None:
             rounds = values.whole("count", rounds, range(1, 10**9 + 1))
-        if not 0 <= interval <= 86400:
-            raise SettingError(f"interval is {interval!r}; it is a number of seconds from 0 to "
-                               "86400.")
-        return self._captures(rounds, float(interval), steps)
+        return self._captures(rounds, values.number("interval", interval, 0, 86400, "s"), steps)
 
     def _captures(self, rounds: int | None, interval: float,
-                  steps: list[dict[str, Any]]) -> Iterator[Record]:
+                  steps: list[SettingValues]) -> Iterator[Record]:
         done = 0
         due = time.monotonic()
         while rounds is None or done < rounds * len(steps):
@@ -156,8 +167,17 @@ class Sensor:
                 if not self.wait(max(due - time.monotonic(), 0.0)):
                     return
             due = max(due, time.monotonic())
-            yield self.capture(**steps[done % len(steps)])
+            yield self._step(steps, done)
             done += 1
+
+    def _step(self, steps: list[SettingValues], done: int) -> Record:
+        try:
+            return self.capture(**steps[done % len(steps)])
+        except BaseException as error:
+            if len(steps) > 1:
+                error.add_note(f"In step {done % len(steps) + 1} of the plan, round "
+                               f"{done // len(steps) + 1}: {steps[done % len(steps)]}.")
+            raise
 
     def wide(self, axis: values.Axis = "x", *, options: Iterable[int] = (0, 1, 2, 3),
              limit: float = 3.0) -> WideSpectrum:
@@ -177,8 +197,13 @@ class Sensor:
         -------
         WideSpectrum
         """
+        values.axis_index(axis)
+        limit = values.number("limit", limit, 0, 1000, "dB")
+        options = [values.whole("options", option, values.OPTIONS) for option in options]
+        if not options or len(set(options)) < len(options):
+            raise SettingError(f"options are {options}; at least one of 0 to 3, each once.")
         before = self._settings.as_dict()
-        back = {"mode": before["mode"], "option": before["option"]}
+        back: SettingValues = {"mode": before["mode"], "option": before["option"]}
         try:
             records = [self.capture(mode="manual", option=option) for option in options]
         except BaseException:
@@ -217,7 +242,7 @@ class Sensor:
         -------
         State
         """
-        record = Record(self._core.state(clear))
+        record = Record(self._core.state(values.flag("clear", clear)))
         return State(record.status, record.alarms, record.supply, record.temperature)
 
     def command(self, command: Command | int | str) -> None:
@@ -246,9 +271,7 @@ class Sensor:
         bool
             False where `stop` ended it.
         """
-        if not 0 <= seconds <= 1e9:
-            raise SettingError(f"seconds is {seconds!r}; it is a number from 0 to 1e9.")
-        return self._core.pause(seconds)
+        return self._core.pause(values.number("seconds", seconds, 0, 1e9))
 
     def stop(self) -> None:
         """Ends the step at work as Stop does; may be called from any thread or handler."""
@@ -268,6 +291,7 @@ class Sensor:
             where nobody knows, in seconds then. An exception of it ends the
             step and is raised out of it. None: nobody looks.
         """
+        check_progress(callback)
         self._core.set_progress(callback)
 
     def __repr__(self) -> str:

@@ -3,18 +3,34 @@
 from __future__ import annotations
 
 from collections.abc import Mapping
-from typing import Any
+from typing import TypedDict
 
 from kestrel import _kestrel, values
 from kestrel.errors import SettingError
 
-__all__ = ["Settings"]
+__all__ = ["SettingValues", "Settings"]
 
 
-def codes_of(settings: Mapping[str, Any]) -> dict[str, int]:
+class SettingValues(TypedDict, total=False):
+    """Settings of a step of a plan; what is not there, or None, stays as it is.
+
+    mode, range (g), option, window and averages, as the properties of
+    `Settings` take them.
+    """
+
+    mode: values.Mode | None
+    range: int | None
+    option: int | None
+    window: values.Window | None
+    averages: int | None
+
+
+def codes_of(settings: Mapping[str, object]) -> dict[str, int]:
     """The sensor's codes of settings; SettingError names what cannot be."""
     found: dict[str, int] = {}
     for name, value in settings.items():
+        if value is None and name in SettingValues.__annotations__:
+            continue
         if name == "mode":
             found[name] = values.code(name, value, values.MODES)
         elif name == "range":
@@ -26,8 +42,8 @@ def codes_of(settings: Mapping[str, Any]) -> dict[str, int]:
         elif name == "averages":
             found[name] = values.whole(name, value, values.AVERAGES)
         else:
-            raise SettingError(f"There is no setting {name!r}; there are mode, range, option, "
-                               "window and averages.")
+            raise SettingError(f"There is no setting {values.shown(name)}; there are mode, range, "
+                               "option, window and averages.")
     return found
 
 
@@ -41,6 +57,7 @@ class Settings:
     """
 
     def __init__(self, core: _kestrel.Sensor) -> None:
+        values.core(core, _kestrel.Sensor, "A sensor has it as `settings`.")
         self._core = core
 
     def _read(self) -> dict[str, int]:
@@ -99,22 +116,32 @@ class Settings:
     def averages(self, value: int) -> None:
         self._write("averages", value)
 
-    def update(self, **changes: Any) -> None:
+    def update(self, *, mode: values.Mode | None = None, range: int | None = None,
+               option: int | None = None, window: values.Window | None = None,
+               averages: int | None = None) -> None:
         """Writes several settings at once; none where one of them cannot be.
 
         Parameters
         ----------
-        **changes
-            mode, range (g), option, window, averages.
+        mode : {"manual", "timer", "time"}, optional
+            What is not told stays as it is.
+        range : int, optional
+            Full scale in g: 1, 5, 20 or 70.
+        option : int, optional
+            Sample-rate option, 0 (fastest) to 3.
+        window : {"rectangular", "hanning", "flattop"}, optional
+        averages : int, optional
+            1 to 255.
 
         Raises
         ------
         SettingError
             Names the setting, its value, and what it can be.
         """
-        self._core.configure(codes_of(changes))
+        self._core.configure(codes_of({"mode": mode, "range": range, "option": option,
+                                       "window": window, "averages": averages}))
 
-    def as_dict(self) -> dict[str, str | int]:
+    def as_dict(self) -> SettingValues:
         """All of them as they are now, in the words that `update` takes."""
         codes = self._read()
         return {"mode": values.mode_of(codes["mode"]),

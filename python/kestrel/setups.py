@@ -42,6 +42,7 @@ class Setup:
     """The registers that say how a sensor works, and the bands of all options."""
 
     def __init__(self, core: _kestrel.Setup) -> None:
+        values.core(core, _kestrel.Setup, "Set-ups come from a sensor or a file.")
         self._core = core
 
     @property
@@ -71,7 +72,8 @@ class Setup:
 
     def differences(self, other: Setup) -> list[Difference]:
         """What `other` has differently, in words with units; nothing where they work alike."""
-        return [Difference(*each) for each in self._core.differences(other._core)]
+        return [Difference(*each) for each in
+                self._core.differences(values.made("other", other, Setup)._core)]
 
     def save(self, path: str | os.PathLike[str]) -> None:
         """Writes it as a file that people can read (JSON)."""
@@ -87,10 +89,10 @@ class Setup:
             Names the file, the line or the field, and the value.
         """
         try:
-            content = pathlib.Path(path).read_bytes()
+            content = pathlib.Path(values.path(path)).read_bytes()
         except OSError as error:
-            raise FileError(f"{os.fspath(path)} cannot be read: {error.strerror}.") from error
-        return cls(_kestrel.setup_of_text(os.fspath(path), content))
+            raise FileError(f"{values.path(path)} cannot be read: {error.strerror}.") from error
+        return cls(_kestrel.setup_of_text(values.path(path), content))
 
     def __eq__(self, other: object) -> bool:
         return isinstance(other, Setup) and self._core == other._core
@@ -105,11 +107,12 @@ class Setups:
     """The sensor's whole configuration. Transfers take seconds."""
 
     def __init__(self, core: _kestrel.Sensor) -> None:
+        values.core(core, _kestrel.Sensor, "A sensor has it as `setups`.")
         self._core = core
 
     def read(self, name: str) -> Setup:
         """What the sensor holds now, under this name."""
-        return Setup(self._core.read_setup(name))
+        return Setup(self._core.read_setup(values.text("name", name)))
 
     def restore(self, setup: Setup, *, keep_nulls: bool = False,
                 save_in_flash: bool = False) -> Restored:
@@ -127,4 +130,6 @@ class Setups:
         -------
         Restored
         """
-        return Restored(*self._core.restore_setup(setup._core, keep_nulls, save_in_flash))
+        return Restored(*self._core.restore_setup(
+            values.made("setup", setup, Setup)._core, values.flag("keep_nulls", keep_nulls),
+            values.flag("save_in_flash", save_in_flash)))

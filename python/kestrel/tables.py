@@ -7,8 +7,8 @@ from typing import TYPE_CHECKING
 from kestrel import values
 
 if TYPE_CHECKING:
-    import matplotlib.axes
-    import pandas as pd
+    import matplotlib.axes  # type: ignore[import]
+    import pandas as pd  # type: ignore[import]
 
     from kestrel.trends import Trend
     from kestrel.bands import BandTable
@@ -48,8 +48,10 @@ def frame_of_bands(table: BandTable) -> pd.DataFrame:
 
 def plotted(record: Record, ax: matplotlib.axes.Axes | None) -> matplotlib.axes.Axes:
     """The three axes of a record."""
+    if ax is not None and not hasattr(ax, "plot"):
+        raise TypeError(f"ax is {values.shown(ax)}; it is axes of matplotlib.")
     if ax is None:
-        import matplotlib.pyplot
+        import matplotlib.pyplot  # type: ignore[import]
         ax = matplotlib.pyplot.subplots(figsize=(8, 3.2), layout="constrained")[1]
     places = record.time * 1e3 if record.is_time else record.frequency / 1e3
     first = 0 if record.is_time else 1  # bin 0 holds the mean

@@ -10,7 +10,7 @@ from kestrel.errors import SettingError
 
 if TYPE_CHECKING:
     import numpy as np
-    import pandas as pd
+    import pandas as pd  # type: ignore[import]
     from numpy.typing import NDArray
 
 __all__ = ["Trend", "TrendSeries"]
@@ -78,21 +78,27 @@ class Trend:
 
 
 def choice_of(of: str, axis: str, low: float | None, high: float | None, near: float | None,
-                  within: float | None) -> dict[str, float]:
+              within: float | None) -> dict[str, float]:
     """What is asked for, in codes; SettingError names what cannot be."""
     level = values.code("of", of, _LEVELS)
-    choice = {"of": level, "axis": values.axis_index(axis), "low": low or 0.0, "high": high or 0.0,
-              "near": near or 0.0, "within": within or 0.0}
+    choice: dict[str, float] = {"of": level, "axis": values.axis_index(axis)}
+    for name, value in (("low", low), ("high", high), ("near", near), ("within", within)):
+        choice[name] = 0.0 if value is None else values.number(name, value, 0, 1e6, "Hz")
     if near is not None:
         if of != "peak" or low is not None or high is not None:
             raise SettingError("near is told of a peak, without low and high.")
         choice["of"] = _NEAR
-        choice["within"] = near * 0.01 if within is None else within
+        if within is None:
+            choice["within"] = choice["near"] * 0.01
         if choice["within"] <= 0:
-            raise SettingError(f"within is {choice['within']!r} Hz, which holds no peak.")
+            raise SettingError(f"near is {near!r} Hz, within {choice['within']:g} Hz; that holds no "
+                               "peak.")
+    elif within is not None:
+        raise SettingError("within tells how far from near; tell that too.")
     elif high is not None or low is not None:
-        if high is None or not (low or 0.0) < high:
-            raise SettingError(f"A band from {low} to {high} Hz is none.")
+        if not choice["low"] < choice["high"]:
+            raise SettingError(f"A band from {low or 0:g} to {high} Hz is none; tell low and high, "
+                               "the lower one first.")
         choice["of"] = values.code("of, in a band,", of, _BAND)
     return choice
 

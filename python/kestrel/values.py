@@ -2,11 +2,15 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
+import contextlib
 import datetime
+import numbers
+import operator
+import os
 from collections.abc import Mapping
-from typing import Literal, cast
+from typing import Literal, TypeVar, cast
 
-from kestrel.errors import SettingError
+from kestrel.errors import FileError, SettingError
 
 Mode = Literal["manual", "timer", "time"]
 Window = Literal["rectangular", "hanning", "flattop"]
@@ -24,6 +28,8 @@ AMPLITUDES: Mapping[str, int] = {"peak": 0, "rms": 1, "pp": 2}
 OPTIONS = range(4)
 AVERAGES = range(1, 256)
 
+# Years 1824 to 2116: what lies beyond is before or after every record.
+_FARTHEST = 2**62
 _EPOCH = datetime.datetime(1970, 1, 1, tzinfo=datetime.timezone.utc)
 
 
@@ -31,21 +37,99 @@ def _several(values: list[object]) -> str:
     return ", ".join(repr(value) for value in values[:-1]) + f" or {values[-1]!r}"
 
 
+def shown(value: object) -> str:
+    """A value as a text shows it, whatever it is: short, on one line."""
+    try:
+        text = repr(value)
+    except Exception:
+        text = f"a {type(value).__name__}"
+    text = " ".join(text.split())
+    return text if len(text) <= 60 else text[:57] + "..."
+
+
 def code(what: str, value: object, codes: Mapping[str, int] | Mapping[int, int]) -> int:
     """The sensor's code of a value; SettingError names what there is."""
-    for name, number in codes.items():
-        if value == name and not isinstance(value, bool):
-            return number
-    raise SettingError(f"{what} is {value!r}; it can be {_several(list(codes))}.")
+    if isinstance(value, (str, numbers.Real)) and not isinstance(value, bool):
+        for name, number in codes.items():
+            if value == name:
+                return number
+    raise SettingError(f"{what} is {shown(value)}; it can be {_several(list(codes))}.")
 
 
 def whole(what: str, value: object, allowed: range) -> int:
     """A whole number of a range; SettingError names the range."""
-    number = value.__index__() if hasattr(value, "__index__") else None
-    if isinstance(number, int) and not isinstance(value, bool) and number in allowed:
-        return number
-    raise SettingError(f"{what} is {value!r}; it is a whole number from {allowed[0]} to "
+    if not isinstance(value, bool):
+        try:
+            number = operator.index(value)  # type: ignore[arg-type]
+        except TypeError:
+            number = None
+        if number is not None and number in allowed:
+            return number
+    raise SettingError(f"{what} is {shown(value)}; it is a whole number from {allowed[0]} to "
                        f"{allowed[-1]}.")
+
+
+def number(what: str, value: object, lowest: float, highest: float, unit: str = "") -> float:
+    """A number of a range; SettingError names the range."""
+    if isinstance(value, numbers.Real) and not isinstance(value, bool):
+        with contextlib.suppress(OverflowError):
+            if lowest <= float(value) <= highest:
+                return float(value)
+    raise SettingError(f"{what} is {shown(value)}; it is a number from {lowest:.10g} to "
+                       f"{highest:.10g}{unit and ' ' + unit}.")
+
+
+def text(what: str, value: object) -> str:
+    """A text that can be kept; SettingError of what is none."""
+    if not isinstance(value, str):
+        raise SettingError(f"{what} is {shown(value)}; it is a text.")
+    try:
+        value.encode()
+    except UnicodeEncodeError as error:
+        raise SettingError(f"{what} is {shown(value)}, which no file can hold: character "
+                           f"{error.start + 1} is half of one.") from None
+    if "\0" in value:
+        raise SettingError(f"{what} is {shown(value)}, which no file can hold: character "
+                           f"{value.index(chr(0)) + 1} is none.")
+    return str(value)
+
+
+def flag(what: str, value: object) -> bool:
+    """True or False; SettingError of anything else, which could be meant either way."""
+    if isinstance(value, bool):
+        return value
+    if type(value).__name__ == "bool_":  # numpy's
+        return bool(value)
+    raise SettingError(f"{what} is {shown(value)}; it is True or False.")
+
+
+def core(value: object, kind: type, cure: str) -> None:
+    """TypeError where a part of the package is made of what is no part of the module."""
+    if type(value) is not kind:
+        raise TypeError(f"This is not made by calling it. {cure}")
+
+
+def path(what: object) -> str:
+    """The name of a file; FileError of one that no file can have, TypeError of no name."""
+    name = os.fspath(what)  # type: ignore[call-overload]
+    try:
+        told = os.fsdecode(name)
+        os.fsencode(told)
+    except UnicodeError:
+        raise FileError(f"{shown(what)} is no name of a file.") from None
+    if "\0" in told:
+        raise FileError(f"{shown(what)} is no name of a file.")
+    return told
+
+
+Made = TypeVar("Made")
+
+
+def made(what: str, value: object, kind: type[Made]) -> Made:
+    """A value of a type; TypeError names both."""
+    if isinstance(value, kind):
+        return value
+    raise TypeError(f"{what} is {shown(value)}; it is a kestrel.{kind.__name__}.")
 
 
 def word(codes: Mapping[str, int], number: int) -> str:
@@ -70,17 +154,19 @@ def range_of(number: int) -> int:
 
 def axis_index(axis: str) -> int:
     """0, 1 or 2."""
-    return code("axis", str(axis).lower(), {"x": 0, "y": 1, "z": 2})
+    return code("axis", axis.lower() if isinstance(axis, str) else axis, {"x": 0, "y": 1, "z": 2})
 
 
 def quantity_codes(quantity: str, amplitude: str | None) -> tuple[int, int | None]:
     """Codes of a quantity and an amplitude."""
+    chosen = code("quantity", quantity, QUANTITIES)
     if amplitude is None:
-        return code("quantity", quantity, QUANTITIES), None
-    if quantity == "density" and amplitude != "rms":
+        return chosen, None
+    told = code("amplitude", amplitude, AMPLITUDES)
+    if chosen == QUANTITIES["density"] and told != AMPLITUDES["rms"]:
         raise SettingError(f"amplitude is {amplitude!r}; a density is power, which is always "
                            "\"rms\". Leave amplitude out, or choose another quantity.")
-    return code("quantity", quantity, QUANTITIES), code("amplitude", amplitude, AMPLITUDES)
+    return chosen, told
 
 
 def moment(nanoseconds: int) -> datetime.datetime:
@@ -91,6 +177,7 @@ def moment(nanoseconds: int) -> datetime.datetime:
 def nanoseconds_of(what: str, time: datetime.datetime) -> int:
     """Nanoseconds since 1970 of a time that tells its zone; SettingError of one that does not."""
     if time.tzinfo is None:
-        raise SettingError(f"{what} is {time!r}, which tells no zone. Say which: "
+        raise SettingError(f"{what} is {shown(time)}, which tells no zone. Say which: "
                            "datetime(..., tzinfo=timezone.utc), or time.astimezone().")
-    return (time - _EPOCH) // datetime.timedelta(microseconds=1) * 1000
+    found = (time - _EPOCH) // datetime.timedelta(microseconds=1) * 1000
+    return max(-_FARTHEST, min(found, _FARTHEST))

@@ -2,10 +2,12 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
+import math
 from collections.abc import Iterable
 from typing import TYPE_CHECKING, NamedTuple
 
 from kestrel import _kestrel, values
+from kestrel.errors import CannotTell, SettingError
 
 if TYPE_CHECKING:
     import numpy as np
@@ -56,12 +58,13 @@ class Line(NamedTuple):
 class WideSpectrum:
     """One spectrum of an axis over records of several sample-rate options."""
 
-    def __init__(self, core: _kestrel.Joined, axis: str) -> None:
+    def __init__(self, core: _kestrel.Joined, axis: values.Axis) -> None:
+        values.core(core, _kestrel.Joined, "Sensor.wide and kestrel.join make one.")
         self._core = core
         self._axis = axis
 
     @property
-    def axis(self) -> str:
+    def axis(self) -> values.Axis:
         """ "x", "y" or "z"."""
         return self._axis
 
@@ -117,8 +120,34 @@ class WideSpectrum:
         -------
         float
             g RMS.
+
+        Raises
+        ------
+        CannotTell
+            Where the records do not hold all of it.
         """
-        return self._core.rms(float(from_hz), float(to_hz))
+        low = values.number("from_hz", from_hz, 0, 1e6, "Hz")
+        high = values.number("to_hz", to_hz, 0, 1e6, "Hz")
+        if low >= high:
+            raise SettingError(f"from_hz is {low:g} and to_hz {high:g}; the first is the lower one.")
+        self._check_held(low, high)
+        return self._core.rms(low, high)
+
+    def _check_held(self, low: float, high: float) -> None:
+        """CannotTell where a part of it is in no record."""
+        parts = self.segments
+        for end, begin in zip([0.0, *(part.used_to for part in parts)],
+                              [*(part.used_from for part in parts), math.inf]):
+            if low < begin and high > end and begin > end:
+                has, needs = (begin, low) if begin < math.inf else (end, high)
+                cure = f"Ask for frequencies from {begin:.6g} Hz on." if not end else (
+                    f"Ask for frequencies up to {end:.6g} Hz." if begin == math.inf else
+                    f"Capture at the options between, or ask up to {end:.6g} Hz.")
+                title = f"The RMS from {low:g} to {high:g} Hz cannot be told from these records."
+                reason = ("They hold " + " and ".join(
+                    f"{part.used_from:.6g} to {part.used_to:.6g} Hz" for part in parts) + ".")
+                raise CannotTell(f"{title} {reason} {cure}", title, reason, cure, None, has, needs,
+                                 "Hz")
 
 
 def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3.0) -> WideSpectrum:
@@ -141,5 +170,8 @@ def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3
     CannotTell
         Of no record, the same option twice, or an unknown window.
     """
-    cores = [record._core for record in records]
-    return WideSpectrum(_kestrel.Joined(cores, values.axis_index(axis), float(limit)), axis)
+    from kestrel.record import Record
+    cores = [values.made("record", record, Record)._core for record in records]
+    index = values.axis_index(axis)
+    return WideSpectrum(_kestrel.Joined(cores, index, values.number("limit", limit, 0, 1000, "dB")),
+                        values.AXES[index])

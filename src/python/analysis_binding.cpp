@@ -10,6 +10,7 @@
 #include "numeric/number_texts.h"
 #include "python/band_values.h"
 #include "python/bindings.h"
+#include "python/interpreter_lock.h"
 #include "python/raise.h"
 #include "python/views.h"
 
@@ -80,7 +81,7 @@ NumberReport ReportOf(const Record& record, int peaks, bool levels, const Quanti
                       const std::optional<BandValues>& bands) {
   std::optional<BandTable> table;
   if (bands) table = TableOf(*bands);
-  const py::gil_scoped_release unlocked;
+  const Unlocked unlocked;
   return NumbersOf(record, NumberChoice(peaks, levels, options), table);
 }
 

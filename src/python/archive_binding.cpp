@@ -7,6 +7,7 @@
 #include "platform/system.h"
 #include "python/archive_holder.h"
 #include "python/bindings.h"
+#include "python/interpreter_lock.h"
 #include "python/raise.h"
 #include "python/remarks.h"
 #include "python/views.h"
@@ -97,20 +98,43 @@ using ArchiveClass = py::class_<HeldArchive>;
 std::unique_ptr<HeldArchive> Opened(const std::string& place, bool isWritten) {
   const auto access = isWritten ? database::Access::ReadWrite : database::Access::ReadOnly;
   try {
-    return std::make_unique<HeldArchive>(
-        "archive", std::make_unique<archive::Archive>(archive::Open({place}, access)));
+    auto opened = [&] {
+      const Unlocked unlocked;  // a server may take its time
+      return std::make_unique<archive::Archive>(archive::Open({place}, access));
+    }();
+    return std::make_unique<HeldArchive>("archive", std::move(opened));
   } catch (const database::DatabaseError& error) {
     Raise("ArchiveError", error.what());
   }
 }
 
+archive::NewRecord NewOf(const Record& record, const py::dict& told) {
+  return {.uid = archive::NewUid(),
+          .record = record,
+          .remarks = RemarksOf(told),
+          .program = KESTREL_VERSION,
+          .bench = System::ComputerName()};
+}
+
 std::int64_t Kept(HeldArchive& held, const std::shared_ptr<Record>& record, const py::dict& told) {
-  const archive::NewRecord made{.uid = archive::NewUid(),
-                                .record = *record,
-                                .remarks = RemarksOf(told),
-                                .program = KESTREL_VERSION,
-                                .bench = System::ComputerName()};
+  const archive::NewRecord made = NewOf(*record, told);
   return held.Do([&](archive::Archive& archive) { return archive.Keep(made); });
+}
+
+// Records, each with its remarks.
+void AllKept(HeldArchive& held,
+             const std::vector<std::pair<std::shared_ptr<Record>, py::dict>>& records) {
+  std::vector<archive::NewRecord> made;
+  for (const auto& [record, told] : records) made.push_back(NewOf(*record, told));
+  held.Do([&](archive::Archive& archive) { archive.KeepAll(made); });
+}
+
+// Eight bytes each: a million of them are no burden.
+py::bytes IdsFound(HeldArchive& held, const py::dict& told) {
+  const archive::Filter filter = FilterOf(told);
+  HeldArchive::Use use(held);
+  const auto ids = use.Do([&](archive::Archive& archive) { return archive.Find(filter); });
+  return {reinterpret_cast<const char*>(ids.data()), ids.size() * sizeof(std::int64_t)};
 }
 
 py::object Found(HeldArchive& held, std::int64_t id) {
@@ -131,6 +155,7 @@ py::list Listed(HeldArchive& held, const std::vector<std::int64_t>& ids) {
 void AddChanges(ArchiveClass& type) {
   using Ids = std::vector<std::int64_t>;
   type.def("keep", &Kept)
+      .def("keep_all", &AllKept)
       .def("amend",
            [](HeldArchive& held, const Ids& ids, const py::dict& told) {
              std::vector<std::pair<std::int64_t, archive::RemarksChange>> changes;
@@ -157,11 +182,7 @@ void AddChanges(ArchiveClass& type) {
 void BindArchive(py::module_& module) {
   ArchiveClass type(module, "Archive");
   type.def(py::init(&Opened))
-      .def("find",
-           [](HeldArchive& held, const py::dict& told) {
-             const archive::Filter filter = FilterOf(told);
-             return held.Do([&](archive::Archive& archive) { return archive.Find(filter); });
-           })
+      .def("find", &IdsFound)
       .def("list", &Listed)
       .def("get", &Found)
       .def("count", [](HeldArchive& held) {
@@ -180,6 +201,7 @@ void BindArchive(py::module_& module) {
            [](HeldArchive& held) {
              return held.Do([](archive::Archive& archive) { return archive.Damage(); });
            })
+      .def("end", &HeldArchive::End)
       .def("close", &HeldArchive::Close)
       .def_property_readonly("is_open", &HeldArchive::IsOpen);
   module.def("usual_archive", [] { return archive::UsualPlace(System::Environment).text; });

@@ -6,6 +6,7 @@
 #include "exchange/exported.h"
 #include "exchange/imported.h"
 #include "python/bindings.h"
+#include "python/interpreter_lock.h"
 #include "python/raise.h"
 #include "python/remarks.h"
 
@@ -30,7 +31,7 @@ py::bytes Written(const std::vector<std::pair<std::shared_ptr<Record>, py::dict>
                               .program = KESTREL_VERSION}});
   }
   const auto content = [&] {
-    const py::gil_scoped_release unlocked;
+    const Unlocked unlocked;
     return exchange::Exported(noted, *exchange::FormatNamed(format));
   }();
   return Got(content);
@@ -46,7 +47,10 @@ py::list Read(const std::string& file, const py::bytes& content, const py::dict&
   take("range", said.range);
   take("window", said.window);
   const std::string bytes = content;
-  const auto imported = exchange::Imported(file, bytes);
+  const auto imported = [&] {
+    const Unlocked unlocked;
+    return exchange::Imported(file, bytes);
+  }();
   py::list records;
   for (const auto& each : Got(imported).records) {
     const auto record = exchange::RecordOf(each, said);

@@ -5,13 +5,17 @@
 #include <pybind11/pybind11.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <utility>
 
 #include "database/database.h"
 #include "numeric/runtime_error.h"
+#include "python/interpreter_lock.h"
 #include "python/raise.h"
 
 namespace kestrel::python {
@@ -41,7 +45,7 @@ class Held {
     template <typename Work>
     auto Do(Work work) {
       try {
-        const pybind11::gil_scoped_release unlocked;
+        const Unlocked unlocked;
         return work(*held_.content_);
       } catch (const database::DatabaseError& error) {
         Raise("ArchiveError", error.what());
@@ -70,7 +74,24 @@ class Held {
     Drop();
   }
 
+  // Lets no use begin any more, waits for the one at work, and closes. False where that takes
+  // longer than so many seconds; it is as it was then.
+  [[nodiscard]] bool End(double seconds) {
+    isEnding_ = true;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (isBusy_ && std::chrono::steady_clock::now() < end) {
+      const Unlocked unlocked;
+      std::this_thread::sleep_for(kGlance);
+    }
+    if (isBusy_) return false;
+    if (pid_ == getpid()) Drop();
+    return true;
+  }
+  [[nodiscard]] bool IsEnding() const { return isEnding_; }
+
  private:
+  static constexpr std::chrono::milliseconds kGlance{2};
+
   void Enter() {
     if (pid_ != getpid()) {
       Raise("ClosedError", "This " + what_ +
@@ -80,6 +101,7 @@ class Held {
     if (!content_) {
       Raise("ClosedError", "This " + what_ + " is closed. Open it again.");
     }
+    if (isEnding_) Raise("ClosedError", "This " + what_ + " is being closed: the program ends.");
     if (isBusy_) {
       Raise("BusyError", "This " + what_ +
                              " is at work: another thread uses it, or a callback out of a step "
@@ -95,7 +117,7 @@ class Held {
       return;
     }
     std::unique_ptr<Content> last = std::move(content_);
-    const pybind11::gil_scoped_release unlocked;
+    const Unlocked unlocked;
     last.reset();
   }
 
@@ -103,6 +125,7 @@ class Held {
   std::unique_ptr<Content> content_;
   pid_t pid_ = getpid();
   bool isBusy_ = false;
+  std::atomic<bool> isEnding_ = false;
 };
 
 }  // namespace kestrel::python

@@ -20,8 +20,13 @@ py::object ErrorNamed(const char* name) {
 
 }  // namespace
 
+void SetError(const char* name, const std::string& text) {
+  PyErr_SetObject(ErrorNamed(name).ptr(), ErrorNamed(name)(text).ptr());
+}
+
 void Raise(const char* name, const std::string& text) {
-  RaiseMade(name, ErrorNamed(name)(text));
+  SetError(name, text);
+  throw py::error_already_set();
 }
 
 void Raise(const Failure& failure) {

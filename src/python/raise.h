@@ -12,7 +12,11 @@
 
 namespace kestrel::python {
 
-// Each throws pybind11::error_already_set; the lock of the interpreter is held.
+// The lock of the interpreter is held.
+
+// Sets one of kestrel.errors, by its name.
+void SetError(const char* name, const std::string& text);
+// The others throw pybind11::error_already_set.
 
 // One of kestrel.errors, by its name.
 [[noreturn]] void Raise(const char* name, const std::string& text);

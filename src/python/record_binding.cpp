@@ -10,6 +10,7 @@
 #include "cli/record_report.h"
 #include "device/alarm_flags.h"
 #include "python/bindings.h"
+#include "python/raise.h"
 #include "python/views.h"
 #include "record/frequency.h"
 #include "record/record.h"
@@ -29,10 +30,14 @@ py::bytes BytesOf(const RecordArray& points) {
   return {reinterpret_cast<const char*>(all.data()), all.size_bytes()};
 }
 
+[[noreturn]] void RefuseState() {
+  Raise("Error", "What was pickled is no record, or it was damaged.");
+}
+
 RecordArray ArrayOf(const py::bytes& bytes) {
   const std::string text = bytes;
   std::vector<double> values(kRecordPoints);
-  if (text.size() != kRecordPoints * sizeof(double)) throw py::value_error("no points of a record");
+  if (text.size() != kRecordPoints * sizeof(double)) RefuseState();
   std::memcpy(values.data(), text.data(), text.size());
   RecordArray points;
   for (int i = 0; i < static_cast<int>(kRecordPoints); ++i) {
@@ -82,6 +87,13 @@ py::tuple StateOf(const Record& record) {
                      record.sensor.simulated));
 }
 
+// Codes that index tables.
+bool CanBe(const RecordSettings& s) {
+  const auto isWithin = [](int code, int last) { return code >= 0 && code <= last; };
+  return isWithin(s.option, 3) && isWithin(s.window, 3) && isWithin(s.range, 3) &&
+         isWithin(s.averages, 511);
+}
+
 void TakeSettings(Record& record, const py::tuple& state) {
   const auto s = state[5].cast<py::tuple>();
   record.settings = {.recInfo = s[0].cast<std::int32_t>(),
@@ -90,6 +102,7 @@ void TakeSettings(Record& record, const py::tuple& state) {
                      .window = s[3].cast<std::int16_t>(),
                      .range = s[4].cast<std::int16_t>(),
                      .averages = s[5].cast<std::int16_t>()};
+  if (!CanBe(record.settings)) RefuseState();
   const auto conditions = state[6].cast<py::tuple>();
   record.conditions = {conditions[0].cast<float>(), conditions[1].cast<float>(),
                        conditions[2].cast<std::int32_t>()};
@@ -99,7 +112,9 @@ void TakeSettings(Record& record, const py::tuple& state) {
 
 std::shared_ptr<Record> RecordFrom(const py::tuple& state) {
   if (state[0].cast<int>() != kStateVersion) {
-    throw py::value_error("This record was pickled by another version of the package.");
+    Raise("Error",
+          "This record was pickled by another version of the package. Save records as files, or "
+          "keep them in an archive, where another version is to read them.");
   }
   auto record = std::make_shared<Record>();
   record->kind = state[1].cast<bool>() ? RecordKind::Time : RecordKind::Spectrum;
@@ -205,6 +220,10 @@ void BindRecord(py::module_& module) {
              const auto& record = self.cast<const Record&>();
              return View(record.Of(AxisOf(axis)).raw.First(record.Points()), self);
            })
+      .def("address",
+           [](const Record& record, int axis) {
+             return reinterpret_cast<std::uintptr_t>(record.Values(AxisOf(axis)).data());
+           })
       .def("places", &PlacesOf)
       .def("line", [](const Record& r, const std::string& time) { return RecordLine(r, time); })
       .def("details",
@@ -214,7 +233,6 @@ void BindRecord(py::module_& module) {
            [](const Record& record) {
              return RecordJson({.record = record, .stopped = record.origin.stopped}).dump();
            })
-      .def("is_empty", &IsEmpty)
       .def("__eq__", [](const Record& one, const Record& other) { return one == other; })
       .def("state", &StateOf);
   module.def("record_of_state", &RecordFrom);

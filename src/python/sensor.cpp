@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "python/sensor.h"
 
-#include <chrono>
-#include <thread>
 #include <utility>
 
 #include "app/program_state.h"
@@ -13,8 +11,6 @@ namespace py = pybind11;
 
 namespace kestrel::python {
 namespace {
-
-constexpr std::chrono::milliseconds kGlance{2};
 
 // The models of the registers are there while a station stands.
 void RefuseSecond() {
@@ -49,22 +45,13 @@ Sensor::Sensor(const Connection& connection)
       }()) {}
 
 void Sensor::Begin() {
-  if (isEnding_) Raise("ClosedError", "This sensor is being closed: the program ends.");
   exception_.reset();
   isStopAsked_ = false;
 }
 
 bool Sensor::End(double seconds) {
-  isEnding_ = true;
   isStopAsked_ = true;
-  const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-  while (IsBusy() && std::chrono::steady_clock::now() < end) {
-    const py::gil_scoped_release unlocked;
-    std::this_thread::sleep_for(kGlance);
-  }
-  if (IsBusy()) return false;
-  Close();
-  return true;
+  return held_.End(seconds);
 }
 
 bool Sensor::HoldsInterrupt() const {
@@ -79,7 +66,7 @@ void Sensor::RaiseException() {
 
 // An exception of the callback ends the step: it must not pass through the station.
 void Sensor::Tell(const Progress& now) {
-  const py::gil_scoped_acquire locked;
+  const Locked locked;
   if (progress_.is_none()) return;
   try {
     progress_(now.activity, now.done, now.total);
@@ -91,7 +78,7 @@ void Sensor::Tell(const Progress& now) {
 
 bool Sensor::IsInterrupted() {
   if (isStopAsked_.exchange(false)) return true;
-  const py::gil_scoped_acquire locked;
+  const Locked locked;
   if (PyErr_CheckSignals() == 0) return false;
   exception_ = py::error_already_set();
   return true;

@@ -49,8 +49,7 @@ class Sensor {
 
   // Ends the step at work as Stop does; from any thread.
   void Stop() { isStopAsked_ = true; }
-  // Ends the step at work, lets none begin, and closes. False where the step takes longer than so
-  // many seconds; it is as it was then.
+  // Ends the step at work, lets none begin, and closes; false where that takes longer.
   [[nodiscard]] bool End(double seconds);
   void Close() { held_.Close(); }
   [[nodiscard]] bool IsOpen() const { return held_.IsOpen(); }
@@ -70,7 +69,6 @@ class Sensor {
   pybind11::object progress_ = pybind11::none();
   std::optional<pybind11::error_already_set> exception_;
   std::atomic<bool> isStopAsked_ = false;
-  bool isEnding_ = false;
   Held<Standing> held_;
 };
 

@@ -13,6 +13,7 @@
 #include "python/archive_holder.h"
 #include "python/band_values.h"
 #include "python/bindings.h"
+#include "python/interpreter_lock.h"
 #include "python/raise.h"
 #include "python/views.h"
 
@@ -24,9 +25,11 @@ namespace {
 // Asks for signals on the way; what a handler raised is raised at the end.
 class Signals {
  public:
-  // False where one ended the work.
+  explicit Signals(const HeldArchive& held) : held_(held) {}
+  // False where one ended the work, or the program ends.
   bool GoOn() {
-    const py::gil_scoped_acquire locked;
+    if (held_.IsEnding()) return false;
+    const Locked locked;
     if (PyErr_CheckSignals() == 0) return true;
     exception_ = py::error_already_set();
     return false;
@@ -36,6 +39,7 @@ class Signals {
   }
 
  private:
+  const HeldArchive& held_;
   std::optional<py::error_already_set> exception_;
 };
 
@@ -69,7 +73,7 @@ archive::TrendChoice ChoiceOf(const py::dict& told) {
 py::tuple TrendOf(HeldArchive& held, const py::dict& filter, const py::dict& choice) {
   const archive::Filter which = FilterOf(filter);
   const archive::TrendChoice what = ChoiceOf(choice);
-  Signals signals;
+  Signals signals(held);
   HeldArchive::Use use(held);
   const archive::Trend trend = use.Do([&](archive::Archive& archive) {
     return TrendFor(archive, which, what, [&](auto, auto) { return signals.GoOn(); });
@@ -111,7 +115,7 @@ py::tuple BaselineOf(HeldArchive& held, const py::dict& good, const py::object& 
                      const BandValues& rows, const py::dict& told) {
   std::vector<baseline::Part> parts{PartOf(good, baseline::Verdict::Good)};
   if (!bad.is_none()) parts.push_back(PartOf(bad.cast<py::dict>(), baseline::Verdict::Bad));
-  Signals signals;
+  Signals signals(held);
   HeldArchive::Use use(held);
   auto loaded = use.Do([&](archive::Archive& archive) {
     return baseline::Load(archive, SetsOf(archive, parts),

@@ -16,9 +16,16 @@
 
 namespace kestrel::python {
 
+// numpy, whole. Called before the first array is made: what makes arrays asks for numpy behind a
+// door that a second thread would wait at with the lock of the interpreter, which the import needs.
+inline void NeedNumpy() {
+  pybind11::module_::import("numpy");
+}
+
 // A read-only array over the owner's memory, which it keeps alive.
 [[nodiscard]] inline pybind11::array_t<double> View(std::span<const double> values,
                                                     const pybind11::handle& owner) {
+  NeedNumpy();
   pybind11::array_t<double> view({values.size()}, {sizeof(double)}, values.data(), owner);
   view.attr("setflags")(pybind11::arg("write") = false);
   return view;
@@ -27,6 +34,7 @@ namespace kestrel::python {
 // An array that takes the values over, without a copy.
 template <typename Value>
 [[nodiscard]] pybind11::array_t<Value> Taken(std::vector<Value> values) {
+  NeedNumpy();
   auto held = std::make_unique<std::vector<Value>>(std::move(values));
   auto* all = held.get();
   const pybind11::capsule owner(held.release(), [](void* memory) {

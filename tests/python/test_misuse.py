@@ -146,9 +146,8 @@ def test_a_callback_that_uses_its_sensor_is_told_so(sensor):
     sensor.on_progress(lambda *_: sensor.close())
     with pytest.raises(kestrel.BusyError):
         sensor.capture()
-    sensor.on_progress(1)
-    with pytest.raises(TypeError):
-        sensor.capture()
+    with pytest.raises(TypeError, match="progress is 1; it is a function"):
+        sensor.on_progress(1)
 
 
 def test_a_fork_leaves_the_sensor_to_its_parent(sensor):
@@ -213,12 +212,49 @@ assert sensor._core.is_busy
     assert time.monotonic() - start < 20
 
 
+@pytest.mark.parametrize("work", [
+    "archive.search()", "archive.read(1).record.x.sum()", "archive.trend()", "record.peaks('x')",
+    "kestrel.save(f'{threading.get_ident()}.uff', record)", "kestrel.open_archive('a.db').close()"])
+def test_the_interpreter_ends_in_the_middle_of_whatever_threads_do(script, tmp_path, work):
+    """Also the first arrays of a process, made by several threads at once."""
+    for _ in range(3):
+        done = script(f"""
+import kestrel, threading, time
+with kestrel.open(simulate=True) as sensor:
+    record = sensor.capture(averages=1)
+archive = kestrel.open_archive("a.db")
+archive.write_all([record] * 50)
+def work():
+    while True:
+        try:
+            {work}
+        except kestrel.BusyError:
+            pass
+        except kestrel.ClosedError:
+            return
+for _ in range(4):
+    threading.Thread(target=work, daemon=True).start()
+time.sleep(0.3)
+""", cwd=tmp_path)
+        assert (done.returncode, done.stderr) == (0, "")
+
+
+def test_an_archive_is_closed_before_the_interpreter_ends(script, tmp_path):
+    done = script("""
+import atexit
+archive = []
+atexit.register(lambda: print(archive[0].is_open))  # runs after the package's own
+import kestrel
+archive.append(kestrel.open_archive("a.db"))
+""", cwd=tmp_path)
+    assert (done.returncode, done.stdout, done.stderr) == (0, "False\n", "")
+
+
 def test_what_is_open_at_the_end_of_the_interpreter_is_closed(script):
     done = script("""
 import kestrel, builtins
-builtins.kept = kestrel.open(simulate=True), kestrel.open_archive("/proc/none/a.db"
-    ) if False else None
-kept[0].capture()
+builtins.kept = kestrel.open(simulate=True)
+kept.capture()
 """)
     assert (done.returncode, done.stderr) == (0, "")
 
@@ -252,6 +288,5 @@ with kestrel.open(simulate=True) as sensor:
     "kestrel.load('/')", "kestrel.load('/dev/null')",
 ])
 def test_wrong_arguments_are_errors(record, call):
-    with pytest.raises((kestrel.Error, TypeError, AttributeError, ValueError, IndexError,
-                        RuntimeError)):
+    with pytest.raises((kestrel.Error, TypeError, IndexError)):
         eval(call, {"kestrel": kestrel, "record": record})

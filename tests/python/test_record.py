@@ -14,6 +14,9 @@ def test_arrays_are_read_only_views_of_the_record(record):
     address = record.x.__array_interface__["data"][0]
     assert record.x.__array_interface__["data"][0] == address
     assert record.x.base is record._core
+    for axis, array in enumerate((record.x, record.y, record.z)):
+        assert array.__array_interface__["data"][0] == record._core.address(axis)
+        assert array[5:].__array_interface__["data"][0] == record._core.address(axis) + 40
     assert record.values("X").__array_interface__["data"] == record.x.__array_interface__["data"]
     assert not record.x.flags.owndata and not record.x.flags.writeable
     with pytest.raises(ValueError):
@@ -36,8 +39,9 @@ def test_a_spectrum_has_a_frequency_and_a_time_record_a_time(record, samples):
     assert record.x.shape == (256,) and samples.x.shape == (512,)
     assert record.frequency[1] == record.bin_width
     assert samples.time[1] == pytest.approx(1 / samples.sample_rate)
-    with pytest.raises(AttributeError, match="frequency"):
+    with pytest.raises(kestrel.WrongKind, match="frequency"):
         record.time
+    assert not hasattr(record, "time") and hasattr(record, "frequency")
     with pytest.raises(AttributeError, match="time"):
         samples.frequency
     assert (record.kind, samples.kind) == ("spectrum", "time")
@@ -64,6 +68,11 @@ def test_a_record_comes_back_out_of_a_pickle(record, samples):
         assert copy.sensor == each.sensor and copy.taken == each.taken
         assert not np.shares_memory(copy.x, each.x)
     assert record != samples and record != 1
+    restored, (state,) = record.__reduce__()
+    for wrong in ((), (1,), (2, *state[1:]), state[:5] + ((0, 0, 9, 0, 0, 1),) + state[6:],
+                  (1,) * len(state), None):
+        with pytest.raises(kestrel.Error, match="pickled"):
+            restored(wrong)
 
 
 def test_conditions_alarms_and_origin_are_told(record):
@@ -162,7 +171,7 @@ def test_every_format_is_written_and_those_that_can_be_are_read_back(record, sam
 
 
 def test_files_that_cannot_be_name_themselves(record, tmp_path):
-    with pytest.raises(kestrel.FileError, match="record.xyz: its format is not told"):
+    with pytest.raises(kestrel.FileError, match="record.xyz: its ending tells no format"):
         record.save(tmp_path / "record.xyz")
     with pytest.raises(kestrel.FileError, match="nowhere.*cannot be written"):
         record.save(tmp_path / "nowhere" / "record.uff")
@@ -171,7 +180,12 @@ def test_files_that_cannot_be_name_themselves(record, tmp_path):
     (tmp_path / "bad.uff").write_text("no records")
     with pytest.raises(kestrel.FileError, match="bad.uff"):
         kestrel.load(tmp_path / "bad.uff")
+    with pytest.raises(kestrel.FileError, match="there is no format 'uf'. There are"):
+        record.save(tmp_path / "record.uff", format="uf")
     kestrel.save(tmp_path / "two.csv", [record, record])
+    kestrel.save(tmp_path / "one.csv", record)
+    with pytest.raises(kestrel.FileError, match="no name of a file"):
+        kestrel.load("a\0b.uff")
 
 
 def test_a_notebook_shows_a_picture(record, samples):

@@ -44,8 +44,10 @@ def test_a_setting_that_cannot_be_names_what_can(sensor, name, value, text):
         setattr(sensor.settings, name, value)
     assert text in str(error.value)
     assert isinstance(error.value, ValueError)
-    with pytest.raises(kestrel.SettingError, match="There is no setting 'rnage'"):
+    with pytest.raises(TypeError, match="unexpected keyword argument 'rnage'"):
         sensor.settings.update(rnage=5)
+    with pytest.raises(kestrel.SettingError, match="plan, step 2: There is no setting 'rnage'"):
+        sensor.captures(plan=[{}, {"rnage": 5}])
     assert sensor.settings.as_dict() == before
 
 
@@ -58,20 +60,39 @@ def test_captures_follow_a_plan_in_rounds(sensor):
 
 
 def test_a_plan_is_judged_before_the_first_capture(sensor):
-    with pytest.raises(kestrel.SettingError, match="range is 7"):
+    with pytest.raises(kestrel.SettingError, match=r"plan, step 2: range is 7; it can be 1, 5, 20 or 70\."):
         sensor.captures(plan=[{"range": 5}, {"range": 7}])
     with pytest.raises(kestrel.SettingError, match="plan is empty"):
         sensor.captures(plan=[])
     with pytest.raises(kestrel.SettingError, match="interval is -1"):
         sensor.captures(1, interval=-1)
+    with pytest.raises(kestrel.SettingError, match="plan, step 1 is 5; it is a mapping"):
+        sensor.captures(plan=[5])
+
+
+def test_an_error_on_the_way_names_the_step_of_the_plan(sensor):
+    sensor.on_progress(lambda *_: 1 / (sensor.settings_read or 0))
+    sensor.settings_read = 1
+    plan = sensor.captures(2, plan=[{"range": 5, "averages": 1}, {"range": 20, "averages": 1}])
+    next(plan)
+    sensor.settings_read = 0
+    with pytest.raises(ZeroDivisionError) as error:
+        next(plan)
+    assert error.value.__notes__ == [
+        "In step 2 of the plan, round 1: {'range': 20, 'averages': 1}."]
 
 
 class Rehearsed:
-    """Stands in for the sensor's core: captures take as long as they are told to, waits none."""
+    """Stands in for the sensor: captures take as long as they are told to, waits none."""
 
     def __init__(self, monkeypatch, seconds):
         self.now, self.seconds, self.begins, self.stops_at = 100.0, list(seconds), [], None
         monkeypatch.setattr(time, "monotonic", lambda: self.now)
+
+    def sensor(self):
+        sensor = object.__new__(kestrel.Sensor)
+        sensor._core, sensor.capture = self, self.capture
+        return sensor
 
     def capture(self):
         self.begins.append(self.now)
@@ -84,7 +105,7 @@ class Rehearsed:
 
 def test_captures_begin_an_interval_apart(monkeypatch):
     core = Rehearsed(monkeypatch, [0.5, 2.5, 0.5, 0.5])
-    list(kestrel.Sensor(core).captures(4, interval=2.0))
+    list(core.sensor().captures(4, interval=2.0))
     # One that takes longer is followed by the next at once, and none is caught up on.
     assert core.begins == [100.0, 102.0, 104.5, 106.5]
 
@@ -92,7 +113,7 @@ def test_captures_begin_an_interval_apart(monkeypatch):
 def test_a_stop_between_captures_ends_them(monkeypatch):
     core = Rehearsed(monkeypatch, [0.5] * 9)
     core.stops_at = 105
-    assert len(list(kestrel.Sensor(core).captures(9, interval=2.0))) == 3
+    assert len(list(core.sensor().captures(9, interval=2.0))) == 3
 
 
 def test_registers_are_read_and_written_by_name_and_field(sensor):
@@ -110,8 +131,14 @@ def test_registers_are_read_and_written_by_name_and_field(sensor):
 
 
 def test_registers_that_are_not_there_are_key_errors(sensor):
-    with pytest.raises(KeyError, match="NONE"):
-        sensor.registers["NONE"]
+    with pytest.raises(KeyError) as error:
+        sensor.registers["TEMP_OT"]
+    assert isinstance(error.value, kestrel.UnknownName)
+    assert str(error.value) == ("There is no register 'TEMP_OT' that can be read; there is TEMP_OUT.")
+    with pytest.raises(kestrel.UnknownName, match="tells which there are"):
+        sensor.registers[5]
+    with pytest.raises(kestrel.UnknownName, match="TEMP_OUT has no fields"):
+        sensor.registers["TEMP_OUT"]["x"]
     with pytest.raises(KeyError, match="can be written"):
         sensor.registers["TEMP_OUT"] = 1
     with pytest.raises(kestrel.SettingError, match="FFT_AVG is 65536"):
@@ -140,8 +167,11 @@ def test_bands_go_to_the_sensor_and_come_back(sensor, tmp_path):
 def test_a_band_that_cannot_be_names_its_value(tmp_path):
     with pytest.raises(kestrel.SettingError, match="option 0, band 1: low is 256"):
         kestrel.Band(0, 1, low=256)
-    with pytest.raises(kestrel.SettingError, match="number is 7"):
+    with pytest.raises(kestrel.UnknownName, match="number is 7"):
         kestrel.BandTable()[0, 7]
+    with pytest.raises(kestrel.SettingError, match="row 2 has 3 values; it has 10"):
+        kestrel.BandTable.of_rows([[0, 1] + [0] * 8, [1, 2, 3]])
+    assert kestrel.Band(0, 1, warning=[1, 2, 3]) == kestrel.Band(0, 1, warning=(1, 2, 3))
     with pytest.raises(kestrel.SettingError, match="AlarmSpectrum_<name>.csv"):
         kestrel.BandTable().save(tmp_path / "bands.csv")
     bad = tmp_path / "AlarmSpectrum_bad.csv"
@@ -202,6 +232,30 @@ def test_all_options_join_into_one_wide_spectrum(sensor):
     assert wide.lines[0].amplitude >= wide.lines[-1].amplitude
     assert len(wide.overlaps) == 3
     assert wide.axis == "z"
+    with pytest.raises(kestrel.CannotTell, match="Ask for frequencies from") as error:
+        wide.rms(0.01, 100)
+    assert error.value.needs == 0.01 < error.value.has < 100
+    with pytest.raises(kestrel.CannotTell, match="up to"):
+        wide.rms(100, 100000)
+    with pytest.raises(kestrel.SettingError, match="the first is the lower one"):
+        wide.rms(100, 10)
+
+
+def test_what_a_wide_spectrum_is_asked_for_is_judged_before_the_first_capture(sensor):
+    count = sensor.registers["REC_CNT"].word
+    for wrong in ({"axis": "w"}, {"options": (0, 0)}, {"options": (4,)}, {"options": ()},
+                  {"limit": "loud"}):
+        with pytest.raises(kestrel.SettingError, match=next(iter(wrong))):
+            sensor.wide(**wrong)
+    assert sensor.registers["REC_CNT"].word == count
+
+
+def test_a_level_over_a_gap_between_options_is_not_told(sensor):
+    sensor.settings.averages = 1
+    wide = sensor.wide("z", options=(0, 3))
+    with pytest.raises(kestrel.CannotTell, match="Capture at the options between"):
+        wide.rms(50, 5000)
+    assert wide.rms(1000, 5000) > 0 and wide.rms(20, 60) > 0
 
 
 def test_progress_is_told(sensor):

@@ -54,12 +54,27 @@ def test_an_archive_gives_its_parts(archive, record, tmp_path):
     assert isinstance(trend, kestrel.Trend) and isinstance(trend.series[0], kestrel.TrendSeries)
     for _ in range(2):
         archive.write(record)
-    baseline = archive.baseline({})
+    good: kestrel.RecordSet = {"machine": "Pump", "ids": archive.search()}
+    with pytest.raises(kestrel.CannotTell):
+        archive.baseline(good | {"ids": []})
+    archive.amend(archive.search(), machine="Pump")
+    baseline = archive.baseline(good)
     assert isinstance(baseline, kestrel.Baseline)
     assert any(band.is_used for band in baseline.bands)
     assert not kestrel.Band(0, 1).is_used
     kestrel.save(tmp_path / "kept.json", [kept])
     assert "Pump" in (tmp_path / "kept.json").read_text()
+
+
+def test_settings_are_told_in_the_words_that_they_are_set_by(sensor):
+    plan: list[kestrel.SettingValues] = [{"range": 5, "averages": 1, "window": None}]
+    (record,) = sensor.captures(plan=plan)
+    assert (record.range, record.window) == (5, "hanning")
+    before = sensor.settings.as_dict()
+    assert set(before) == set(kestrel.SettingValues.__annotations__)
+    sensor.settings.update(range=20, window="flattop")
+    sensor.settings.update(**before)
+    assert sensor.settings.as_dict() == before
 
 
 @pytest.mark.parametrize("words, name", [(kestrel.Mode, "mode"), (kestrel.Window, "window")])
