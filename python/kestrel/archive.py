@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
+import builtins
 import os
 from collections.abc import Iterable, Iterator, Sequence
 from types import TracebackType
@@ -9,7 +10,7 @@ from typing import TYPE_CHECKING, Any, Literal
 
 from kestrel import _kestrel, searches, standing, values
 from kestrel.errors import ArchiveError
-from kestrel.filters import RecordSet, called_as, filter_codes, ids_of, remark_values
+from kestrel.filters import RecordSet, called_as, filter_codes, id_of, ids_of, remark_values
 from kestrel.kept import ArchivedRecord, kept_of, noted
 from kestrel.trends import Trend, choice_of, series_of
 
@@ -33,6 +34,8 @@ class Archive:
     meanwhile gets a `BusyError`. Reads and writes let other threads run. After
     a fork the child opens one of its own.
     """
+
+    __slots__ = ("__weakref__", "_core", "_place")
 
     def __init__(self, core: _kestrel.Archive, place: str) -> None:
         values.core(core, _kestrel.Archive, "kestrel.open_archive opens an archive.")
@@ -102,7 +105,7 @@ class Archive:
         ArchiveError
             Where there is none of this number.
         """
-        number = values.whole("id", id, range(-2**63, 2**63))
+        number = id_of(id)
         told = self._core.get(number)
         if told is None:
             raise ArchiveError(f"There is no record {number} in the archive.")
@@ -198,19 +201,29 @@ class Archive:
         tags : str or sequence of str
             In place of those it had.
         """
-        self._core.amend(ids_of(ids), remark_values(remarks))
+        told = remark_values(remarks)
+        self._core.amend(self._there(ids), told)
 
     def delete(self, ids: int | Iterable[int], *, for_good: bool = False) -> None:
         """Deletes records, so that they can be brought back; or for good."""
-        chosen = ids_of(ids)
-        if values.flag("for_good", for_good):
+        is_for_good = values.flag("for_good", for_good)
+        chosen = self._there(ids)
+        if is_for_good:
             self._core.remove(chosen)
         else:
             self._core.delete(chosen)
 
     def bring_back(self, ids: int | Iterable[int]) -> None:
         """Brings deleted records back."""
-        self._core.bring_back(ids_of(ids))
+        self._core.bring_back(self._there(ids))
+
+    def _there(self, ids: int | Iterable[int]) -> builtins.list[int]:
+        chosen = ids_of(ids)
+        found = {told[0] for told in self._core.list(chosen)}
+        missing = [id for id in chosen if id not in found]
+        if missing:
+            raise ArchiveError(f"There is no record {missing[0]} in the archive. Nothing was changed.")
+        return chosen
 
     # Over many records.
 

@@ -92,6 +92,8 @@ class BandTable:
     >>> table = table.with_band(0, 3, low=40, high=60, warning=(120, 120, 120))
     """
 
+    __slots__ = ("_bands",)
+
     def __init__(self, bands: Iterable[Band] = ()) -> None:
         self._bands = {(option, number): Band(option, number)
                        for option in range(4) for number in range(1, 7)}
@@ -180,6 +182,8 @@ class BandTable:
 
 class Bands:
     """The alarm bands in the sensor's flash. Transfers take seconds."""
+
+    __slots__ = ("_core",)
 
     def __init__(self, core: _kestrel.Sensor) -> None:
         values.core(core, _kestrel.Sensor, "A sensor has it as `bands`.")

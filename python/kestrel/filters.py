@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: MIT
 from __future__ import annotations
 
+import contextlib
 import datetime
 import inspect
 from collections.abc import Callable, Iterable, Mapping, Sequence
@@ -124,6 +125,13 @@ def _speed(rpm: object) -> float:
 
 def ids_of(ids: object) -> list[int]:
     """Numbers of records, one or several; SettingError of what is none."""
-    if not isinstance(ids, Iterable):
-        return [values.whole("id", ids, _IDS)]
-    return [values.whole("id", each, _IDS) for each in ids]
+    if not isinstance(ids, Iterable) or isinstance(ids, (str, bytes)):
+        return [id_of(ids)]
+    return [id_of(each) for each in ids]
+
+
+def id_of(id: object) -> int:
+    """The number of a record; SettingError of what is none."""
+    with contextlib.suppress(SettingError):
+        return values.whole("id", id, _IDS)
+    raise SettingError(f"id is {values.shown(id)}; it is the number of a record, as search gives it.")

@@ -92,6 +92,8 @@ class Registers:
     >>> sensor.registers.set_field("REC_CTRL", "Windowing", 2)
     """
 
+    __slots__ = ("_core",)
+
     def __init__(self, core: _kestrel.Sensor) -> None:
         values.core(core, _kestrel.Sensor, "A sensor has it as `registers`.")
         self._core = core
@@ -129,6 +131,9 @@ class Registers:
 
     def __contains__(self, name: object) -> bool:
         return isinstance(name, str) and name.upper() in list(self)
+
+    def __repr__(self) -> str:
+        return "<kestrel.Registers: " + (", ".join(self) if self._core.is_open else "closed") + ">"
 
     def read_all(self) -> dict[str, Register]:
         """Every readable register, by name."""

@@ -33,6 +33,8 @@ class Sensor:
     road to another sensor. Waits let other threads run.
     """
 
+    __slots__ = ("__weakref__", "_bands", "_core", "_registers", "_settings", "_setups")
+
     def __init__(self, core: _kestrel.Sensor) -> None:
         values.core(core, _kestrel.Sensor, "kestrel.open opens a sensor.")
         self._core = core

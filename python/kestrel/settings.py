@@ -56,6 +56,8 @@ class Settings:
     >>> sensor.settings.update(window="flattop", averages=8)
     """
 
+    __slots__ = ("_core",)
+
     def __init__(self, core: _kestrel.Sensor) -> None:
         values.core(core, _kestrel.Sensor, "A sensor has it as `settings`.")
         self._core = core

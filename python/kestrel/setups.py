@@ -41,6 +41,8 @@ class Restored(NamedTuple):
 class Setup:
     """The registers that say how a sensor works, and the bands of all options."""
 
+    __slots__ = ("_core",)
+
     def __init__(self, core: _kestrel.Setup) -> None:
         values.core(core, _kestrel.Setup, "Set-ups come from a sensor or a file.")
         self._core = core
@@ -105,6 +107,8 @@ class Setup:
 
 class Setups:
     """The sensor's whole configuration. Transfers take seconds."""
+
+    __slots__ = ("_core",)
 
     def __init__(self, core: _kestrel.Sensor) -> None:
         values.core(core, _kestrel.Sensor, "A sensor has it as `setups`.")

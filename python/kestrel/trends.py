@@ -86,7 +86,8 @@ def choice_of(of: str, axis: str, low: float | None, high: float | None, near: f
         choice[name] = 0.0 if value is None else values.number(name, value, 0, 1e6, "Hz")
     if near is not None:
         if of != "peak" or low is not None or high is not None:
-            raise SettingError("near is told of a peak, without low and high.")
+            raise SettingError("near asks for the peak near a frequency: say of=\"peak\", without "
+                               "low and high.")
         choice["of"] = _NEAR
         if within is None:
             choice["within"] = choice["near"] * 0.01
@@ -96,9 +97,11 @@ def choice_of(of: str, axis: str, low: float | None, high: float | None, near: f
     elif within is not None:
         raise SettingError("within tells how far from near; tell that too.")
     elif high is not None or low is not None:
+        if high is None:
+            raise SettingError(f"low is {low!r} Hz and high is not told; a band has both.")
         if not choice["low"] < choice["high"]:
-            raise SettingError(f"A band from {low or 0:g} to {high} Hz is none; tell low and high, "
-                               "the lower one first.")
+            raise SettingError(f"A band from {low or 0:g} to {high:g} Hz is none; low is the lower "
+                               "one.")
         choice["of"] = values.code("of, in a band,", of, _BAND)
     return choice
 

@@ -58,6 +58,8 @@ class Line(NamedTuple):
 class WideSpectrum:
     """One spectrum of an axis over records of several sample-rate options."""
 
+    __slots__ = ("_axis", "_core")
+
     def __init__(self, core: _kestrel.Joined, axis: values.Axis) -> None:
         values.core(core, _kestrel.Joined, "Sensor.wide and kestrel.join make one.")
         self._core = core
@@ -132,6 +134,13 @@ class WideSpectrum:
             raise SettingError(f"from_hz is {low:g} and to_hz {high:g}; the first is the lower one.")
         self._check_held(low, high)
         return self._core.rms(low, high)
+
+    def __repr__(self) -> str:
+        parts = self.segments
+        options = ", ".join(str(part.option) for part in parts)
+        return (f"<kestrel.WideSpectrum: {self._axis.upper()}, {parts[0].used_from:.4g} to "
+                f"{parts[-1].used_to:.6g} Hz, options {options}"
+                + ("" if self.steady else ", not steady") + ">")
 
     def _check_held(self, low: float, high: float) -> None:
         """CannotTell where a part of it is in no record."""

@@ -77,6 +77,12 @@ def test_remarks_are_changed_and_records_deleted_and_brought_back(archive, recor
     assert archive.read(id).deleted.tzinfo is not None
     archive.bring_back([id])
     archive.delete([id], for_good=True)
+    for change in (lambda: archive.delete([id]), lambda: archive.amend(id, note="a"),
+                   lambda: archive.bring_back(id)):
+        with pytest.raises(kestrel.ArchiveError, match=f"no record {id} .*Nothing was changed"):
+            change()
+    with pytest.raises(kestrel.SettingError, match="id is '2'; it is the number of a record"):
+        archive.delete(["2"])
     with pytest.raises(kestrel.ArchiveError, match=f"no record {id}"):
         archive.read(id)
 
@@ -116,6 +122,10 @@ def test_levels_over_time(archive):
     assert archive.trend("temperature").unit == "°C"
     with pytest.raises(kestrel.SettingError, match="A band from 5000 to 1000 Hz is none"):
         archive.trend("rms", low=5000, high=1000)
+    with pytest.raises(kestrel.SettingError, match="high is not told; a band has both"):
+        archive.trend("rms", low=5000)
+    with pytest.raises(kestrel.SettingError, match='say of="peak"'):
+        archive.trend("rms", near=5000)
     with pytest.raises(kestrel.SettingError, match="of is 'loudness'"):
         archive.trend("loudness")
     pytest.importorskip("pandas")

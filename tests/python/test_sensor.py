@@ -51,6 +51,19 @@ def test_a_setting_that_cannot_be_names_what_can(sensor, name, value, text):
     assert sensor.settings.as_dict() == before
 
 
+def test_a_name_that_is_mistyped_is_not_set_in_silence(sensor, archive):
+    wide = sensor.wide("x", options=(0, 1))
+    for thing in (sensor, sensor.settings, sensor.registers, sensor.bands, sensor.setups, archive,
+                  sensor.setups.read("now"), sensor.bands.read(), wide):
+        with pytest.raises(AttributeError):
+            thing.rnage = 5
+    assert repr(wide) == f"<kestrel.WideSpectrum: X, {wide.frequency[0]:.4g} to " \
+                         f"{wide.frequency[-1]:.6g} Hz, options 1, 0>"
+    assert "TEMP_OUT" in repr(sensor.registers)
+    sensor.close()
+    assert repr(sensor.registers) == "<kestrel.Registers: closed>"
+
+
 def test_captures_follow_a_plan_in_rounds(sensor):
     plan = [{"range": 5, "window": "hanning"}, {"range": 70, "window": "flattop"}]
     records = list(sensor.captures(2, plan=plan))
@@ -71,11 +84,11 @@ def test_a_plan_is_judged_before_the_first_capture(sensor):
 
 
 def test_an_error_on_the_way_names_the_step_of_the_plan(sensor):
-    sensor.on_progress(lambda *_: 1 / (sensor.settings_read or 0))
-    sensor.settings_read = 1
+    divisors = [1]
+    sensor.on_progress(lambda *_: 1 / divisors[0])
     plan = sensor.captures(2, plan=[{"range": 5, "averages": 1}, {"range": 20, "averages": 1}])
     next(plan)
-    sensor.settings_read = 0
+    divisors[0] = 0
     with pytest.raises(ZeroDivisionError) as error:
         next(plan)
     assert error.value.__notes__ == [
@@ -90,8 +103,11 @@ class Rehearsed:
         monkeypatch.setattr(time, "monotonic", lambda: self.now)
 
     def sensor(self):
-        sensor = object.__new__(kestrel.Sensor)
-        sensor._core, sensor.capture = self, self.capture
+        class Standing(kestrel.Sensor):
+            def __init__(self, capture):
+                self.capture = capture
+        sensor = Standing(self.capture)
+        sensor._core = self
         return sensor
 
     def capture(self):
