@@ -56,9 +56,13 @@ def code(what: str, value: object, codes: Mapping[str, int] | Mapping[int, int])
     raise SettingError(f"{what} is {shown(value)}; it can be {_several(list(codes))}.")
 
 
+def _is_flag(value: object) -> bool:
+    return isinstance(value, bool) or type(value).__name__ == "bool_"  # numpy's
+
+
 def whole(what: str, value: object, allowed: range) -> int:
     """A whole number of a range; SettingError names the range."""
-    if not isinstance(value, bool):
+    if not _is_flag(value):
         try:
             number = operator.index(value)  # type: ignore[arg-type]
         except TypeError:
@@ -96,9 +100,7 @@ def text(what: str, value: object) -> str:
 
 def flag(what: str, value: object) -> bool:
     """True or False; SettingError of anything else, which could be meant either way."""
-    if isinstance(value, bool):
-        return value
-    if type(value).__name__ == "bool_":  # numpy's
+    if _is_flag(value):
         return bool(value)
     raise SettingError(f"{what} is {shown(value)}; it is True or False.")
 

@@ -5,15 +5,18 @@
 #include <pybind11/pybind11.h>
 #include <unistd.h>
 
+#include <cxxabi.h>
+
 namespace kestrel::python {
 
-// Once the interpreter ends, whoever asks for its lock has his thread ended by an unwinding that
-// must not pass through a destructor. The thread stays here instead, until the process is over.
-template <typename Take>
-auto TakenOrNever(Take take) noexcept {
+// Work that asks for the interpreter's lock, or runs Python, which asks for it now and then. Once
+// the interpreter ends, whoever asks has his thread ended by an unwinding that must not pass
+// through destructors and the station. The thread stays here instead, until the process is over.
+template <typename Work>
+auto DoneOrNever(Work work) {
   try {
-    return take();
-  } catch (...) {
+    return work();
+  } catch (const abi::__forced_unwind&) {
     for (;;) pause();
   }
 }
@@ -23,7 +26,7 @@ class Unlocked {
  public:
   Unlocked() : state_(PyEval_SaveThread()) {}
   ~Unlocked() {
-    TakenOrNever([this] { PyEval_RestoreThread(state_); });
+    DoneOrNever([this] { PyEval_RestoreThread(state_); });
   }
   Unlocked(const Unlocked&) = delete;
   Unlocked& operator=(const Unlocked&) = delete;
@@ -35,7 +38,7 @@ class Unlocked {
 // Has the lock as long as it stands.
 class Locked {
  public:
-  Locked() : state_(TakenOrNever([] { return PyGILState_Ensure(); })) {}
+  Locked() : state_(DoneOrNever([] { return PyGILState_Ensure(); })) {}
   ~Locked() { PyGILState_Release(state_); }
   Locked(const Locked&) = delete;
   Locked& operator=(const Locked&) = delete;

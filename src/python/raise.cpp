@@ -4,6 +4,8 @@
 
 #include <pybind11/stl.h>
 
+#include "python/interpreter_lock.h"
+
 namespace py = pybind11;
 
 namespace kestrel::python {
@@ -13,15 +15,19 @@ py::object ErrorNamed(const char* name) {
   return py::module_::import("kestrel.errors").attr(name);
 }
 
-[[noreturn]] void RaiseMade(const char* name, const py::object& error) {
-  PyErr_SetObject(ErrorNamed(name).ptr(), error.ptr());
-  throw py::error_already_set();
+// Sets an exception of this name, made of these values.
+template <typename... Values>
+void Set(const char* name, const Values&... values) {
+  DoneOrNever([&] {
+    const py::object kind = ErrorNamed(name);
+    PyErr_SetObject(kind.ptr(), kind(values...).ptr());
+  });
 }
 
 }  // namespace
 
 void SetError(const char* name, const std::string& text) {
-  PyErr_SetObject(ErrorNamed(name).ptr(), ErrorNamed(name)(text).ptr());
+  Set(name, text);
 }
 
 void Raise(const char* name, const std::string& text) {
@@ -42,13 +48,14 @@ void Raise(const Failure& failure) {
 }
 
 void Raise(const analysis::Refusal& refusal) {
-  RaiseMade("CannotTell",
-            ErrorNamed("CannotTell")(AsLine(refusal), refusal.title, refusal.reason, refusal.cure,
-                                     refusal.cureOption, refusal.has, refusal.needs, refusal.unit));
+  Set("CannotTell", AsLine(refusal), refusal.title, refusal.reason, refusal.cure,
+      refusal.cureOption, refusal.has, refusal.needs, refusal.unit);
+  throw py::error_already_set();
 }
 
 void RaiseWith(const char* name, const std::string& text, const py::object& record) {
-  RaiseMade(name, ErrorNamed(name)(text, record));
+  Set(name, text, record);
+  throw py::error_already_set();
 }
 
 }  // namespace kestrel::python

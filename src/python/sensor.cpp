@@ -69,7 +69,7 @@ void Sensor::Tell(const Progress& now) {
   const Locked locked;
   if (progress_.is_none()) return;
   try {
-    progress_(now.activity, now.done, now.total);
+    DoneOrNever([&] { progress_(now.activity, now.done, now.total); });
   } catch (const py::error_already_set& exception) {
     exception_ = exception;
     isStopAsked_ = true;

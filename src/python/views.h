@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+#include "python/interpreter_lock.h"
 #include "record/axis.h"
 
 namespace kestrel::python {
@@ -19,7 +20,7 @@ namespace kestrel::python {
 // numpy, whole. Called before the first array is made: what makes arrays asks for numpy behind a
 // door that a second thread would wait at with the lock of the interpreter, which the import needs.
 inline void NeedNumpy() {
-  pybind11::module_::import("numpy");
+  DoneOrNever([] { pybind11::module_::import("numpy"); });
 }
 
 // A read-only array over the owner's memory, which it keeps alive.

@@ -55,7 +55,7 @@ def cli():
 @pytest.fixture
 def script():
     """Runs Python in a process of its own; gives what became of it."""
-    def run(text, **more):
+    def run(text, timeout=60, **more):
         return subprocess.run([sys.executable, "-c", text], capture_output=True, text=True,
-                              timeout=60, **more)
+                              timeout=timeout, **more)
     return run

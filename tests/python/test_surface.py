@@ -169,7 +169,7 @@ def test_the_tour_runs_as_it_stands(script, tmp_path):
     assert len(blocks) > 8
     pytest.importorskip("matplotlib")
     pytest.importorskip("pandas")
-    done = script("\n".join(blocks), cwd=tmp_path, env=os.environ | {"MPLBACKEND": "Agg"})
+    done = script("\n".join(blocks), timeout=300, cwd=tmp_path, env=os.environ | {"MPLBACKEND": "Agg"})
     assert done.returncode == 0, done.stderr
     assert "range is 7; it can be 1, 5, 20 or 70." in done.stdout
     made = {file.name for file in tmp_path.glob("*.png")}
