@@ -37,7 +37,7 @@ def main(words: list[str] | None = None) -> None:
                 draw(archive, chosen.plot)
                 alarms = [axis.upper() for axis, each in record.alarms.items() if each.faults]
                 print(record.describe(), "fault on " + ", ".join(alarms) if alarms else "")
-        except kestrel.Interrupted:
+        except KeyboardInterrupt:  # in a capture, or between two
             print("ended")
         print(f"{len(archive.search(tag='long watch'))} records in {chosen.archive}")
 

@@ -2,8 +2,10 @@
 # SPDX-License-Identifier: MIT
 import csv
 import re
+import signal
 import subprocess
 import sys
+import time
 
 import pytest
 
@@ -59,6 +61,17 @@ def test_long_watch_and_archive_to_pandas(run, tmp_path):
         rows = list(csv.DictReader(file))
     assert len(rows) == 3 and all(float(row["rms_z"]) > 0 for row in rows)
     assert all("+00:00" in row["taken"] for row in rows)
+
+
+def test_a_long_watch_ends_with_ctrl_c_between_two_captures(tmp_path):
+    process = subprocess.Popen([sys.executable, "-u", EXAMPLES / "long_watch.py", "--simulate",
+                                "--interval", "600"], cwd=tmp_path, stdout=subprocess.PIPE,
+                               stderr=subprocess.PIPE, text=True)
+    assert process.stdout.readline().startswith("Spectrum")
+    time.sleep(0.5)
+    process.send_signal(signal.SIGINT)
+    out, errors = process.communicate(timeout=60)
+    assert (out, errors, process.returncode) == ("ended\n1 records in watch.db\n", "", 0)
 
 
 def test_two_sensors(run):
