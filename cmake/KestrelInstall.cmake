@@ -15,6 +15,7 @@ install(FILES ${linux}/kestrel.svg DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hi
 install(FILES ${linux}/70-kestrel.rules DESTINATION lib/udev/rules.d)
 install(FILES ${linux}/service/kestrel-monitor@.service DESTINATION lib/systemd/system)
 install(FILES ${linux}/copyright ${PROJECT_SOURCE_DIR}/docs/afar.md
+  ${PROJECT_SOURCE_DIR}/docs/from-other-analysers.md
   DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/kestrel)
 # Not with the documents, which some systems leave out: the program opens it.
 install(DIRECTORY ${PROJECT_BINARY_DIR}/guide DESTINATION ${CMAKE_INSTALL_DATADIR}/kestrel)
