@@ -45,7 +45,17 @@ inline bool IsKilledDoing(const std::function<void()>& action) {
     _exit(0);
   }
   int status = 0;
-  if (waitpid(child, &status, 0) != child) throw std::runtime_error("waitpid");
+  const auto limit = std::chrono::steady_clock::now() + std::chrono::minutes(3);
+  for (pid_t ended = 0; ended != child;) {
+    ended = waitpid(child, &status, WNOHANG);
+    if (ended < 0) throw std::runtime_error("waitpid");
+    if (ended == 0 && std::chrono::steady_clock::now() > limit) {
+      kill(child, SIGKILL);
+      waitpid(child, nullptr, 0);
+      throw std::runtime_error("the child does not end");
+    }
+    if (ended == 0) std::this_thread::sleep_for(std::chrono::microseconds(100));
+  }
   if (WIFSIGNALED(status)) return WTERMSIG(status) == SIGKILL;
   if (WEXITSTATUS(status) != 0) throw std::runtime_error("the child failed");
   return false;
