@@ -22,6 +22,7 @@
 #include "ui/parts/fit_screen.h"
 #include "ui/parts/qt_event_loop.h"
 #include "ui/parts/qt_seams.h"
+#include "ui/watch/desktop_notifier.h"
 
 namespace {
 
@@ -29,6 +30,7 @@ struct Options {
   bool simulate = false;
   bool quickStart = false;
   std::optional<kestrel::Scenario> scenario;  // where one is named
+  std::string scenarioName;
   std::optional<QString> demoFolder;
   QString portDevice;
   std::optional<QString> archive;
@@ -82,6 +84,7 @@ Options ParseOptions() {
       std::exit(1);
     }
     options.scenario = found;
+    options.scenarioName = parser.value(scenario).toStdString();
   }
   if (parser.isSet(demo)) options.demoFolder = parser.value(demo);
   options.portDevice = parser.value(portDevice);
@@ -167,7 +170,11 @@ int Run(const Options& options, kestrel::FontsAhead& fonts) {
   }
   const Scenario scenario = options.scenario.value_or(RunningMachine());
   if (options.simulate) road.Simulate(scenario);
-  QtStartWindows windows(road.core, ControlOf(road, scenario), ArchiveOf(options));
+  DesktopNotifier notifier;
+  QtStartWindows windows(road.core, ControlOf(road, scenario), ArchiveOf(options),
+                         {.notifier = &notifier,
+                          .letGo = [&system] { system.LetGo(); },
+                          .road = {options.scenarioName, options.portDevice.toStdString()}});
   fonts.Wait();
   Main(road.core, windows,
        {.quickStart = options.quickStart,

@@ -69,7 +69,7 @@ std::vector<Setting> PictureSettings() {
   const Words scales{"linear", "logarithmic"};
   return {
       Word("view", [](auto& c) -> auto& { return c.view; },
-           {"spectrum", "time", "waterfall", "wide", "library", "trend", "alarm bands"}),
+           {"spectrum", "time", "waterfall", "wide", "library", "trend", "alarm bands", "monitor"}),
       Word(
           "scale up", [](auto& c) -> auto& { return c.up; }, scales),
       Word(

@@ -17,7 +17,7 @@
 
 namespace kestrel::study {
 
-enum class View { Spectrum, Time, Waterfall, Wide, Library, Trend, AlarmBands };
+enum class View { Spectrum, Time, Waterfall, Wide, Library, Trend, AlarmBands, Monitor };
 // What the samples of a time record are read in.
 enum class TimeQuantity { Acceleration, Velocity };
 enum class Scale { Linear, Logarithmic };

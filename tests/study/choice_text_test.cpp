@@ -64,7 +64,7 @@ analysis::Machine AnyMachine(Random& random) {
 }
 
 void ChoosePicture(StudyChoice& choice, Random& random) {
-  choice.view = AnyWord(random, View::Waterfall);
+  choice.view = AnyWord(random, View::Monitor);
   choice.up = AnyWord(random, Scale::Logarithmic);
   choice.across = AnyWord(random, Scale::Logarithmic);
   choice.unit = AnyWord(random, analysis::HorizontalUnit::Order);

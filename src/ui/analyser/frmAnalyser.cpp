@@ -26,7 +26,7 @@ constexpr double kMostSeconds = 120;  // longer is told in minutes
 // With controls of its own.
 bool HasOwnControls(study::View view) {
   return view == study::View::Wide || view == study::View::Library || view == study::View::Trend ||
-         view == study::View::AlarmBands;
+         view == study::View::AlarmBands || view == study::View::Monitor;
 }
 
 // Shown over the docks, in place of a menu bar of its own. On a narrow screen the bars scroll.
@@ -63,6 +63,9 @@ frmAnalyser::frmAnalyser(AnalyserHost host, QWidget* parent)
           {.files = host_.files, .openBands = host_.openBands, .propose = host_.propose})),
       wide_(
           new WideView(model_, host_.keeper != nullptr ? host_.keeper->Place() : archive::Place())),
+      monitor_(new MonitorView(model_, host_.files,
+                               host_.keeper != nullptr ? host_.keeper->Place() : archive::Place(),
+                               host_.monitor)),
       reports_(new ReportExport(model_, *library_, host_.files, *this)),
       views_(new QStackedWidget),
       lblConditions_(new QLabel),
@@ -98,6 +101,7 @@ void frmAnalyser::LayOut() {
   views_->addWidget(library_);
   views_->addWidget(trend_);
   views_->addWidget(workbench_);
+  views_->addWidget(monitor_);
   ShowPage(area_);
   setCentralWidget(views_);
   setMenuWidget(HeadOf(new QMenuBar, viewBar_, toolBar_));
@@ -169,6 +173,13 @@ void frmAnalyser::Connect() {
   });
   connect(wide_, &WideView::CaptureAsked, this,
           [this](unsigned options) { host_.captureWide(options); });
+  connect(monitor_, &MonitorView::Said, this,
+          [this](const QString& text) { statusBar()->showMessage(text); });
+  connect(monitor_, &MonitorView::StateChanged, this, &frmAnalyser::ShowMainButton);
+  connect(monitor_, &MonitorView::TrendAsked, this, [this](const trend::Level& level) {
+    ChooseView(study::View::Trend);
+    trend_->ChooseLevel(level);
+  });
   connect(wide_, &WideView::CopyAsked, this, &frmAnalyser::Copy);
   connect(wide_, &WideView::ExportAsked, this, &frmAnalyser::AskExport);
   connect(workbench_, &WorkbenchView::Said, this,
@@ -221,7 +232,7 @@ void frmAnalyser::ShowView(study::View view) {
     for (AnalyserDock* dock : docks_) dock->setVisible(!hasOwnControls);
   }
   toolBar_->setVisible(!hasOwnControls);
-  ShowCaptureName();
+  ShowMainButton();
   reports_->SetFromLibrary(view == study::View::Library);
   menuWidget()->findChild<QScrollArea*>("bars")->updateGeometry();
   ShowPage(WidgetOf(view));
@@ -247,6 +258,8 @@ QWidget* frmAnalyser::WidgetOf(study::View view) const {
       return trend_;
     case study::View::AlarmBands:
       return workbench_;
+    case study::View::Monitor:
+      return monitor_;
     case study::View::Waterfall:
       return waterfall_;
     default:
@@ -257,6 +270,7 @@ QWidget* frmAnalyser::WidgetOf(study::View view) const {
 AnalyserPlot& frmAnalyser::Plot() const {
   if (view_ == study::View::Trend) return trend_->Plot();
   if (view_ == study::View::Wide) return wide_->Plot();
+  if (view_ == study::View::Monitor) return monitor_->Plot();
   return view_ == study::View::Waterfall ? waterfall_->Plot() : area_->Plot();
 }
 
@@ -266,7 +280,7 @@ void frmAnalyser::SetSensor(const QString& text, const QString& detail) {
 
 void frmAnalyser::SetRunning(bool isRunning) {
   isRunning_ = isRunning;
-  viewBar_->SetRunning(isRunning);
+  ShowMainButton();
 }
 
 void frmAnalyser::SetProgress(const QString& text, double part) {
@@ -274,11 +288,21 @@ void frmAnalyser::SetProgress(const QString& text, double part) {
 }
 
 void frmAnalyser::ToggleCapture() {
+  if (view_ == study::View::Monitor) return monitor_->StartOrStop();
   if (isRunning_) return host_.stop();
   view_ == study::View::Wide ? host_.captureWide(0b1111) : host_.capture();
 }
 
-// What the main button does in the view that is shown.
+// Where monitoring is shown, it is what the button starts and stops.
+void frmAnalyser::ShowMainButton() {
+  const bool isMonitor = view_ == study::View::Monitor;
+  const MonitorView::Offer offer = monitor_->WhatNow();
+  isMonitor ? viewBar_->NameCapture(offer.text, offer.tip) : ShowCaptureName();
+  viewBar_->SetRunning(isMonitor ? offer.mayStop : isRunning_);
+  viewBar_->cmdCapture->setEnabled(!isMonitor || offer.isEnabled);
+}
+
+// What the main button does in the other views.
 void frmAnalyser::ShowCaptureName() {
   if (view_ != study::View::Wide) return viewBar_->NameCapture({}, {});
   const double seconds = host_.wideSeconds();
@@ -296,6 +320,7 @@ void frmAnalyser::ShowInFront() {
   if (view_ == study::View::Library) return library_->FocusList();
   if (view_ == study::View::AlarmBands) return workbench_->FocusFirst();
   if (view_ == study::View::Wide) return wide_->FocusPlot();
+  if (view_ == study::View::Monitor) return monitor_->FocusFirst();
   view_ == study::View::Trend ? trend_->FocusPlot() : area_->Plot().setFocus();
 }
 

@@ -26,6 +26,7 @@
 #include "ui/machine/severity_panel.h"
 #include "ui/study/study_model.h"
 #include "ui/trend/trend_view.h"
+#include "ui/watch/monitor_view.h"
 #include "ui/wide/wide_view.h"
 #include "ui/workbench/workbench_view.h"
 
@@ -49,12 +50,13 @@ struct AnalyserHost {
   std::function<void(unsigned)> captureWide = [](unsigned) {};
   // About how long four of them take, s; 0 where it is not known.
   std::function<double()> wideSeconds = [] { return 0.0; };
+  MonitorHost monitor = {};
 };
 
 class frmAnalyser : public QMainWindow {
  public:
   // Of what is kept about docks: another one where there are other docks.
-  static constexpr int kDocksVersion = 2;
+  static constexpr int kDocksVersion = 3;
 
   explicit frmAnalyser(AnalyserHost host, QWidget* parent = nullptr);
   ~frmAnalyser() override;
@@ -67,6 +69,7 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] TrendView& Trend() { return *trend_; }
   [[nodiscard]] WorkbenchView& Workbench() { return *workbench_; }
   [[nodiscard]] WideView& Wide() { return *wide_; }
+  [[nodiscard]] MonitorView& Monitor() { return *monitor_; }
 
   // "Simulated sensor", "USB adapter Ezusb-0", and what else is known.
   void SetSensor(const QString& text, const QString& detail);
@@ -118,6 +121,7 @@ class frmAnalyser : public QMainWindow {
   [[nodiscard]] QStringList Endings() const;
   void ToggleCapture();
   void ShowCaptureName();
+  void ShowMainButton();
   void NextPane(int step);
   void ShowPlotAlone(bool isAlone);
   void Restore();
@@ -136,6 +140,7 @@ class frmAnalyser : public QMainWindow {
   TrendView* trend_;
   WorkbenchView* workbench_;
   WideView* wide_;
+  MonitorView* monitor_;
   std::unique_ptr<RecordExport> records_;  // none without an archive
   ReportExport* reports_;
   QStackedWidget* views_;

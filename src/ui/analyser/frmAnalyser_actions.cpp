@@ -42,8 +42,8 @@ void frmAnalyser::AddMenus() {
   close->setShortcut(QKeySequence::Close);
 
   QMenu* view = bar->addMenu(tr("&View"));
-  const std::array views{tr("&Spectrum"), tr("&Time"),  tr("&Waterfall"),  tr("W&ide"),
-                         tr("&Library"),  tr("T&rend"), tr("Alarm &bands")};
+  const std::array views{tr("&Spectrum"), tr("&Time"),  tr("&Waterfall"),   tr("W&ide"),
+                         tr("&Library"),  tr("T&rend"), tr("Alarm &bands"), tr("&Monitor")};
   for (int i = 0; i < static_cast<int>(views.size()); ++i) {
     QAction* action = view->addAction(views[static_cast<std::size_t>(i)]);
     action->setObjectName(QStringLiteral("mnuView%1").arg(i));
@@ -74,8 +74,10 @@ void frmAnalyser::AddMenus() {
     action->setShortcut(key);
     connect(action, &QAction::triggered, this, std::move(deed));
   };
-  add("mnuCapture", tr("&Capture"), Qt::Key_F5,
-      [this] { view_ == study::View::Wide ? host_.captureWide(0b1111) : host_.capture(); });
+  add("mnuCapture", tr("&Capture"), Qt::Key_F5, [this] {
+    if (view_ == study::View::Monitor) return monitor_->StartOrStop();
+    view_ == study::View::Wide ? host_.captureWide(0b1111) : host_.capture();
+  });
   add("mnuStop", tr("&Stop"), {}, [this] { host_.stop(); });
   add("mnuRepeat", tr("&Repeat..."), {}, [this] { host_.openRepeat(); });
   add("mnuToggleRepeat", tr("Repeat &on or off"), Qt::SHIFT | Qt::Key_F5,
@@ -192,7 +194,7 @@ void frmAnalyser::Restore() {
   restoreGeometry(kept.value("geometry").toByteArray());
   for (const study::View view :
        {study::View::Spectrum, study::View::Time, study::View::Waterfall, study::View::Wide,
-        study::View::Library, study::View::Trend, study::View::AlarmBands}) {
+        study::View::Library, study::View::Trend, study::View::AlarmBands, study::View::Monitor}) {
     const QByteArray state = kept.value(StateKey(view)).toByteArray();
     if (!state.isEmpty()) dockStates_[view] = state;
   }

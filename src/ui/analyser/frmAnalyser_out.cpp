@@ -18,7 +18,8 @@ constexpr int kSaidMs = 6000;
 
 // Pictures of the others are of their plot alone.
 bool IsPicturedWhole(study::View view) {
-  return view == study::View::Waterfall || view == study::View::AlarmBands;
+  return view == study::View::Waterfall || view == study::View::AlarmBands ||
+         view == study::View::Monitor;
 }
 
 // The others leave as pictures alone.

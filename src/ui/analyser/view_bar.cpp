@@ -64,7 +64,7 @@ ViewBar::ViewBar()
   tabs_->setObjectName("tabViews");
   tabs_->setAccessibleName(tr("Views"));
   for (const QString& view : {tr("Spectrum"), tr("Time"), tr("Waterfall"), tr("Wide"),
-                              tr("Library"), tr("Trend"), tr("Alarm bands")})
+                              tr("Library"), tr("Trend"), tr("Alarm bands"), tr("Monitor")})
     tabs_->addTab(view);
   for (int i = 0; i < tabs_->count(); ++i) tabs_->setTabToolTip(i, tr("Ctrl+%1").arg(i + 1));
   lblSensor_->setObjectName("lblSensor");

@@ -91,6 +91,11 @@ void AnalyserPart::Open() {
   window_->ShowInFront();
 }
 
+void AnalyserPart::OpenMonitor() {
+  Open();
+  window_->ChooseView(study::View::Monitor);
+}
+
 void AnalyserPart::Close() {
   if (window_) window_->close();
 }
@@ -144,7 +149,8 @@ AnalyserHost AnalyserPart::Host() {
             });
           },
       .captureWide = [this](unsigned options) { Later([this, options] { CaptureWide(options); }); },
-      .wideSeconds = [this] { return parts_.wide.ExpectedSeconds(); }};
+      .wideSeconds = [this] { return parts_.wide.ExpectedSeconds(); },
+      .monitor = parts_.watch.Host()};
 }
 
 void AnalyserPart::TakeRecord() {
@@ -179,10 +185,11 @@ void AnalyserPart::Wait(Waiting what) {
 void AnalyserPart::Refresh() {
   if (!window_) return;
   GiveBands();
-  const InterfaceText text = DescribeInterface();
+  const bool isLent = parts_.watch.HasLent();
+  const InterfaceText text = isLent ? parts_.watch.Interface() : DescribeInterface();
   window_->SetSensor(QString::fromStdString(text.line),
                      QString::fromStdString(text.line + "\n" + text.detail).trimmed());
-  window_->Area().SetSensorLost(!parts_.core.registers.Reachable());
+  window_->Area().SetSensorLost(!isLent && !parts_.core.registers.Reachable());
   ShowProgress();
 }
 

@@ -17,6 +17,7 @@
 #include "ui/main/secondary_windows.h"
 #include "ui/repeat/repeat_runner.h"
 #include "ui/repeat/wide_runner.h"
+#include "ui/watch/watch_part.h"
 
 namespace kestrel {
 
@@ -34,6 +35,7 @@ class AnalyserPart : public QObject {
     std::function<void()> openRepeat;
     RecordKeeper& keeper;
     SecondaryWindows& windows;
+    WatchPart& watch;
   };
 
   explicit AnalyserPart(const Parts& parts);
@@ -45,6 +47,7 @@ class AnalyserPart : public QObject {
   QPushButton* cmdAnalyser;  // belongs into the main window
 
   void Open();
+  void OpenMonitor();
   // As the main window closes.
   void Close();
   [[nodiscard]] frmAnalyser* Window() { return window_; }

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QStatusBar>
 #include <QVBoxLayout>
+#include <array>
 #include <utility>
 
 #include "app/program_state.h"
@@ -25,14 +26,17 @@ constexpr int kNoticeMs = 3000;
 
 }  // namespace
 
-frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
+frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive,
+           const WatchChoice& watch)
     : core_(core),
       edge_(core.seams.messages,
             {.busy = [this] { return desk_.readout.Busy(); },
              .refused =
                  [this] {
                    statusBar()->showMessage(
-                       tr("The sensor is being read or written. Please try again in a moment."),
+                       watch_.HasLent() ? watch_.WhoHasIt()
+                                        : tr("The sensor is being read or written. Please try "
+                                             "again in a moment."),
                        kNoticeMs);
                  },
              .after =
@@ -71,8 +75,13 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive)
       repeat_({core, edge_, desk_, freshness_, *capture_, *menu_, *this, cures_}),
       keeper_(core.record, archive),
       archive_({keeper_, *menu_, core.seams.messages, core.seams.pointer, *this}),
+      watch_({core, edge_, desk_.settings, *strip_, keeper_, archive.bench,
+              [this] { return repeat_.Running() || desk_.cycle.Running(); },
+              [this](const auto& earlier) { static_cast<void>(freshness_.GiveBack(earlier)); },
+              [this] { analyser_.OpenMonitor(); }},
+             watch),
       analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), repeat_.Wide(),
-                 [this] { repeat_.Open(); }, keeper_, windows_}) {
+                 [this] { repeat_.Open(); }, keeper_, windows_, watch_}) {
   setObjectName("frm1");
   windows_.KeepSetupsIn(setup::SetupFolderBeside(archive.usual), archive.program);
   lblInterface_->setObjectName("lblInterface");
@@ -208,6 +217,12 @@ void frm1::ConnectWindows() {
     });
   });
   desk_.cycle.OnFoundAgain(refill);
+  connect(&watch_, &WatchPart::Changed, this, [this] {
+    const std::array<QWidget*, 3> users{record_, capture_, statusPanel_};
+    for (QWidget* panel : users) panel->setEnabled(!watch_.HasLent());
+    SetCommInterfaceIndicators();
+    analyser_.Refresh();
+  });
   connect(watcher_, &AdapterWatcher::Lost, this, [this] {
     SetCommInterfaceIndicators();
     analyser_.NoteGap("sensor unplugged");
@@ -229,7 +244,8 @@ void frm1::ConnectNotices() {
 }
 
 void frm1::ShowRecordLine() {
-  caption_->Show(core_.record.Get(), {.sensorLost = !core_.registers.Reachable()});
+  const bool isLost = !watch_.HasLent() && !core_.registers.Reachable();
+  caption_->Show(core_.record.Get(), {.sensorLost = isLost});
 }
 
 void frm1::Form_Load() {
@@ -252,7 +268,7 @@ bool frm1::IsIdle() {
 
 void frm1::SetCommInterfaceIndicators() {
   if (watcher_) watcher_->Begin();
-  const InterfaceText text = DescribeInterface();
+  const InterfaceText text = watch_.HasLent() ? watch_.Interface() : DescribeInterface();
   lblInterface_->setText(QString::fromStdString(text.line));
   // Where the status bar is too narrow for the line, the tip still has all of it.
   lblInterface_->setToolTip(QString::fromStdString(text.line + "\n" + text.detail).trimmed());
@@ -285,11 +301,13 @@ void frm1::ckDataLog_Click() {
 
 // A capture that is waited for ends first; its handler then unwinds without touching the window.
 void frm1::closeEvent(QCloseEvent* event) {
-  if (!windows_.MayClose() || !archive_.MayClose() || !repeat_.MayClose([this] { close(); })) {
+  if (!windows_.MayClose() || !archive_.MayClose() || !repeat_.MayClose([this] { close(); }) ||
+      !watch_.MayClose([this] { close(); })) {
     event->ignore();
     return;
   }
   repeat_.Close();
+  watch_.Close();
   desk_.cycle.Close();
   windows_.CancelTransfers();
   analyser_.Close();

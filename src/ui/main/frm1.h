@@ -35,6 +35,7 @@
 #include "ui/plot/plot_pointer.h"
 #include "ui/plot/record_caption.h"
 #include "ui/readout/fast_readout_part.h"
+#include "ui/watch/watch_part.h"
 
 namespace kestrel {
 
@@ -42,7 +43,8 @@ namespace kestrel {
 class frm1 : public QMainWindow {
  public:
   // Records are kept in the archive that is chosen, if any.
-  frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive = {});
+  frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive = {},
+       const WatchChoice& watch = {});
 
   // The edge that the handlers of this and all secondary windows run in.
   [[nodiscard]] HandlerEdge& Edge() { return edge_; }
@@ -59,6 +61,9 @@ class frm1 : public QMainWindow {
 
   // Keeps the records that are read.
   [[nodiscard]] RecordKeeper& Keeper() { return keeper_; }
+
+  // Monitoring by a plan, which borrows the sensor.
+  [[nodiscard]] WatchPart& Watch() { return watch_; }
 
   // The data-log files that captures go to.
   [[nodiscard]] const DataLog& Log() const { return desk_.log; }
@@ -116,6 +121,7 @@ class frm1 : public QMainWindow {
   RepeatPart repeat_;
   RecordKeeper keeper_;
   ArchivePart archive_;
+  WatchPart watch_;
   AnalyserPart analyser_;
 };
 

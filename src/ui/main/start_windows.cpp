@@ -22,7 +22,7 @@ void QtStartWindows::HideLoading() {
 
 void QtStartWindows::ShowMainWindow() {
   ClearStyle::Use();
-  main_ = std::make_unique<frm1>(core_, simulator_, archive_);
+  main_ = std::make_unique<frm1>(core_, simulator_, archive_, watch_);
   main_->show();
 }
 

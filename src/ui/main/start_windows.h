@@ -13,8 +13,12 @@ namespace kestrel {
 // The windows that the start-up brings up.
 class QtStartWindows : public StartWindows {
  public:
-  QtStartWindows(Core& core, SimulatorControl simulator, ArchiveChoice archive = {})
-      : core_(core), simulator_(std::move(simulator)), archive_(std::move(archive)) {}
+  QtStartWindows(Core& core, SimulatorControl simulator, ArchiveChoice archive = {},
+                 WatchChoice watch = {})
+      : core_(core),
+        simulator_(std::move(simulator)),
+        archive_(std::move(archive)),
+        watch_(std::move(watch)) {}
 
   void ShowLoading(const std::string& caption, const std::string& text) override;
   void SetLoadingText(const std::string& text) override;
@@ -28,6 +32,7 @@ class QtStartWindows : public StartWindows {
   Core& core_;
   SimulatorControl simulator_;
   ArchiveChoice archive_;
+  WatchChoice watch_;
   std::unique_ptr<frmMsg> loading_;  // only where a start-up shows it
   std::unique_ptr<frm1> main_;
 };

@@ -74,6 +74,7 @@ class Guide : public AllWindowsBench {
     Settle();
     for (const QWidget* window : QApplication::topLevelWidgets()) Collect(*window);
     AddCaption("Stop");  // of the button Start during a capture
+    AddCaption("Start monitoring");  // of the button Capture in the view Monitor
   }
 
   void Collect(const QWidget& window) {
