@@ -142,6 +142,7 @@ void MonitorFigures::Colour() {
     if (tile.caption->font() != fonts.small) tile.caption->setFont(fonts.small);
     if (tile.value->font() != fonts.heading) tile.value->setFont(fonts.heading);
   }
+  layout()->invalidate();
 }
 
 }  // namespace kestrel

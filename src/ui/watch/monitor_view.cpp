@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/watch/monitor_view.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QSplitter>
 #include <QVBoxLayout>
@@ -17,7 +18,6 @@ namespace {
 constexpr int kGutter = 8;
 constexpr int kPlanWidth = 420;
 constexpr int kTickMs = 250;
-constexpr int kEmptyWidth = 460;
 
 }  // namespace
 
@@ -63,17 +63,20 @@ QWidget* MonitorView::MakeEmpty() {
   text->setObjectName("lblNoPlan");
   text->setWordWrap(true);
   text->setAlignment(Qt::AlignHCenter);
-  text->setFixedWidth(kEmptyWidth);
   auto* button = new FlatButton("cmdFirstPlan", tr("New plan from present settings"), "plus");
   button->SetMain(true);
   connect(button, &QToolButton::clicked, this, &MonitorView::MakeNew);
-  auto* empty = new QWidget;
-  auto* column = new QVBoxLayout(empty);
+  auto* column = new QVBoxLayout;
   column->addStretch(2);
-  column->addWidget(text, 0, Qt::AlignHCenter);
+  column->addWidget(text);
   column->addSpacing(kGutter);
   column->addWidget(button, 0, Qt::AlignHCenter);
   column->addStretch(3);
+  auto* empty = new QWidget;
+  auto* row = new QHBoxLayout(empty);
+  row->addStretch(1);
+  row->addLayout(column, 2);
+  row->addStretch(1);
   return empty;
 }
 
@@ -95,7 +98,7 @@ QWidget* MonitorView::MakeParts() {
   parts->setSizes({1000, kPlanWidth});
   auto* page = new QWidget;
   auto* column = new QVBoxLayout(page);
-  column->setContentsMargins(kGutter, 0, kGutter, kGutter);
+  column->setContentsMargins(kGutter, kGutter, kGutter, kGutter);
   column->setSpacing(kGutter);
   column->addWidget(new ScrollingBars("monitorFiguresBars", figures_));
   column->addWidget(parts, 1);
@@ -142,9 +145,12 @@ void MonitorView::hideEvent(QHideEvent* event) {
 void MonitorView::ShowState() {
   const bool isRunning = Running();
   plan_->SetRunning(isRunning);
+  const bool hasPlan = pages_->currentWidget() == parts_;
+  for (FlatButton* button : {bar_->cmdNew, bar_->cmdSave, bar_->cmdSaveAs}) {
+    button->setVisible(hasPlan);
+  }
   for (FlatButton* button : {bar_->cmdNew, bar_->cmdOpen}) button->setEnabled(!isRunning);
-  bar_->cmdSave->setEnabled(!isRunning && pages_->currentWidget() == parts_ && !plan_->IsSaved());
-  bar_->cmdSaveAs->setEnabled(pages_->currentWidget() == parts_);
+  bar_->cmdSave->setEnabled(!isRunning && !plan_->IsSaved());
   if (host_.runner != nullptr) {
     figures_->Show(*host_.runner);
     const auto& account = host_.runner->Account();

@@ -95,7 +95,7 @@ void PlanEditor::PaintGutter() {
     const bool isWrong = mistakes_.contains(number);
     painter.setFont(isWrong ? fonts.bold : fonts.plain);
     painter.setPen(isWrong ? look.fault : look.muted);
-    painter.drawText(QRectF(0, place.top(), gutter_->width() - kMargin, place.height()),
+    painter.drawText(QRectF(0, place.top(), gutter_->width() - kMargin, fontMetrics().height()),
                      Qt::AlignRight | Qt::AlignVCenter, QString::number(number));
   });
 }

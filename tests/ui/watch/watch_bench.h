@@ -43,7 +43,7 @@ class WatchBench : public LibraryBench {
   MonitorRunner& Runner() { return Window().Watch().Runner(); }
   std::string Notices(const char* strip = "monitorNotices") {
     QString all;
-    for (const auto* label : Find<QWidget>(strip).findChildren<QLabel*>()) all += label->text();
+    for (const auto* label : In<QWidget>(strip).findChildren<QLabel*>()) all += label->text();
     return all.toStdString();
   }
   std::string MainNotices() {
