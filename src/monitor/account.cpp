@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "monitor/account.h"
 
+#include <algorithm>
 #include <array>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "record/utc_time.h"
 
@@ -124,6 +126,29 @@ Told ToldBy(std::string_view line) {
   } catch (const Json::exception&) {  // another program's
   }
   return {};
+}
+
+std::vector<JournalRow> RowsOf(const std::vector<archive::JournalEntry>& journal,
+                               const Account* account) {
+  std::vector<JournalRow> rows;
+  std::set<archive::Uid> told;
+  const auto tell = [&](const std::vector<archive::JournalEntry>& entries) {
+    for (const archive::JournalEntry& entry : entries) {
+      if (told.insert(entry.uid).second) rows.push_back({entry, true});
+    }
+  };
+  if (account != nullptr) {
+    tell(account->incidents);
+    tell(account->alarms);
+  }
+  for (const archive::JournalEntry& entry : journal) {
+    if (told.contains(entry.uid)) continue;
+    rows.push_back({entry, !entry.ended && account == nullptr});
+  }
+  std::ranges::stable_sort(rows, [](const JournalRow& a, const JournalRow& b) {
+    return a.lasts != b.lasts ? a.lasts : a.entry.began > b.entry.began;
+  });
+  return rows;
 }
 
 }  // namespace kestrel::monitor

@@ -1,4 +1,4 @@
-// How a monitor stands, as a line that the program which started it reads.
+// How a monitor stands, as a line that the program which started it reads and shows.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -47,5 +47,17 @@ struct Told {
   std::optional<Said> said{};
 };
 [[nodiscard]] Told ToldBy(std::string_view line);
+
+// An entry of the journal as it is shown beside a monitor that runs.
+struct JournalRow {
+  archive::JournalEntry entry{};
+  bool lasts = false;
+};
+
+// What the archive holds, and what a monitor that runs tells: of an entry that both know the
+// monitor's, which is ahead of the archive. `account` null: none runs. What lasts comes first, the
+// latest of it at the top, then the rest likewise.
+[[nodiscard]] std::vector<JournalRow> RowsOf(const std::vector<archive::JournalEntry>& journal,
+                                             const Account* account);
 
 }  // namespace kestrel::monitor

@@ -10,7 +10,7 @@
 
 #include "archive/place.h"
 #include "archive/worker.h"
-#include "monitor/journal_rows.h"
+#include "monitor/account.h"
 #include "ui/study/text_table.h"
 #include "ui/workbench/bench_card.h"
 

@@ -73,7 +73,7 @@ class Guide : public AllWindowsBench {
     Press("cmdDebugUsb");
     Settle();
     for (const QWidget* window : QApplication::topLevelWidgets()) Collect(*window);
-    AddCaption("Stop");  // of the button Start during a capture
+    AddCaption("Stop");              // of the button Start during a capture
     AddCaption("Start monitoring");  // of the button Capture in the view Monitor
   }
 
