@@ -163,6 +163,8 @@ TEST_F(MonitorViewTest, AnEndByItselfIsSaidWithTheLastWordsAndToldToTheDesktop) 
   ASSERT_EQ(notifier_.told.size(), 1U);
   EXPECT_TRUE(NoBoxes());
   Click("cmdCapture");
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  Settle();
   EXPECT_EQ(Notices().find("last words"), std::string::npos);
 }
 
