@@ -17,6 +17,7 @@
 #include "start/start.h"
 #include "ui/analyser/kept_settings.h"
 #include "ui/library/record_keeper.h"
+#include "ui/main/app_icon.h"
 #include "ui/main/demo.h"
 #include "ui/main/start_windows.h"
 #include "ui/parts/fit_screen.h"
@@ -202,5 +203,8 @@ int main(int argc, char** argv) {
   }
   kestrel::FontsAhead fonts;
   const QApplication application(argc, argv);
+  // Desktops that know windows by their desktop file take the icon from there.
+  QGuiApplication::setDesktopFileName("io.kestrel.evaluation");
+  QApplication::setWindowIcon(kestrel::AppIcon());
   return Run(ParseOptions(), fonts);
 }

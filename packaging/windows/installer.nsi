@@ -1,6 +1,8 @@
 ; Installer of the Windows program. /S installs and removes without questions.
 Target amd64-unicode
 !include MUI2.nsh
+!define MUI_ICON "${ICON}"
+!define MUI_UNICON "${ICON}"
 
 Name "Kestrel evaluation program"
 OutFile "${OUTPUT}"

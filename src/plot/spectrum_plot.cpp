@@ -25,6 +25,12 @@ std::string NextScale(const std::string& caption) {
 
 }  // namespace
 
+std::vector<std::string> PlotScales() {
+  std::vector<std::string> scales;
+  for (const double scale : kScales) scales.push_back(GeneralNumber(scale));
+  return scales;
+}
+
 void SpectrumPlot::PlotRecord() {
   Draw(TracesOf(record_.Get()));
   alarms_.DisplaySpectralALarmsStatus();
@@ -80,7 +86,11 @@ void SpectrumPlot::DrawTraces(std::span<const PlotTrace> traces) {
 }
 
 void SpectrumPlot::cmdPlotScale_Click() {
-  view_.SetScaleCaption(NextScale(view_.ScaleCaption()));
+  TakeScale(NextScale(view_.ScaleCaption()));
+}
+
+void SpectrumPlot::TakeScale(const std::string& caption) {
+  view_.SetScaleCaption(caption);
   view_.SetYmax(view_.ScaleCaption());
   switch (gRecCtrl->RecModeCode()) {
     case 0:

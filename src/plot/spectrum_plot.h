@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "alarms/alarm_status.h"
 #include "app/plot_scale.h"
@@ -45,6 +46,9 @@ class PlotView {
                         double colour) = 0;
 };
 
+// The full scales in g, largest first, as they are shown.
+[[nodiscard]] std::vector<std::string> PlotScales();
+
 // Draws the record at hand and steps its vertical scale.
 class SpectrumPlot {
  public:
@@ -60,6 +64,9 @@ class SpectrumPlot {
 
   // Steps the full scale through its ring, relabels and redraws.
   void cmdPlotScale_Click();
+
+  // Takes a full scale of the ring, in the form of PlotScales, as a step to it would.
+  void TakeScale(const std::string& caption);
 
   // After a change of the trace boxes: at least one trace stays on.
   void SetPlotTrace();

@@ -3,13 +3,13 @@
 #pragma once
 
 #include "acquisition/desk.h"
-#include "ui/main/alarm_panel.h"
-#include "ui/main/conditions_panel.h"
 #include "ui/main/lost_notice.h"
 #include "ui/main/main_notices.h"
-#include "ui/main/record_panel.h"
 #include "ui/main/secondary_windows.h"
-#include "ui/main/status_panel.h"
+#include "ui/panels/alarm_panel.h"
+#include "ui/panels/conditions_panel.h"
+#include "ui/panels/record_panel.h"
+#include "ui/panels/status_panel.h"
 #include "ui/parts/notice_strip.h"
 
 namespace kestrel {

@@ -4,16 +4,13 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QStatusBar>
-#include <QVBoxLayout>
 #include <array>
 #include <utility>
 
 #include "app/program_state.h"
 #include "numeric/number_format.h"
-#include "ui/parts/fit_screen.h"
 #include "ui/parts/interface_text.h"
 #include "ui/parts/line_label.h"
 #include "ui/parts/wheel_guard.h"
@@ -81,7 +78,9 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive,
               [this] { analyser_.OpenMonitor(); }},
              watch),
       analyser_({core, *capture_, *menu_, cures_, repeat_.Runner(), repeat_.Wide(),
-                 [this] { repeat_.Open(); }, keeper_, windows_, watch_}) {
+                 [this] { repeat_.Open(); }, keeper_, windows_, watch_}),
+      layout_({*capture_, *record_, *plotPanel_, *caption_, *analyser_.cmdAnalyser, *alarmPanel_,
+               *conditions_, *statusPanel_, *strip_}) {
   setObjectName("frm1");
   windows_.KeepSetupsIn(setup::SetupFolderBeside(archive.usual), archive.program);
   lblInterface_->setObjectName("lblInterface");
@@ -96,35 +95,11 @@ frm1::frm1(Core& core, SimulatorControl simulator, const ArchiveChoice& archive,
   qApp->installEventFilter(this);
   qApp->installEventFilter(new WheelGuard(this));
   Handle("Form_Load", [this] { Form_Load(); });
-  FitScreen(*this);
+  layout_.Fit(*this);
 }
 
 void frm1::LayOut() {
-  auto* left = new QVBoxLayout;
-  left->addWidget(capture_);
-  left->addWidget(record_);
-  left->addStretch();
-  auto* middle = new QVBoxLayout;
-  middle->addWidget(plotPanel_, 1);
-  auto* under = new QHBoxLayout;
-  under->addWidget(caption_, 1);
-  under->addWidget(analyser_.cmdAnalyser, 0, Qt::AlignTop);
-  middle->addLayout(under);
-  middle->addWidget(alarmPanel_);
-  auto* right = new QVBoxLayout;
-  right->addWidget(conditions_);
-  right->addWidget(statusPanel_);
-  right->addStretch();
-
-  auto* columns = new QHBoxLayout;
-  columns->addLayout(left);
-  columns->addLayout(middle, 1);
-  columns->addLayout(right);
-  auto* all = new QWidget;
-  auto* rows = new QVBoxLayout(all);
-  rows->addLayout(columns, 1);
-  rows->addWidget(strip_);
-  setCentralWidget(all);
+  layout_.Fill(*this);
   statusBar()->addWidget(lblInterface_, 1);
   statusBar()->addPermanentWidget(capture_->progress);
   resize(1240, 690);
@@ -183,6 +158,12 @@ void frm1::ConnectPlot() {
   On(plotPanel_->cmdPlotScale, &QPushButton::clicked, "cmdPlotScale_Click", [this] {
     desk_.plot.cmdPlotScale_Click();
     if (desk_.overlay.IsOn()) desk_.overlay.PlotBands();
+  });
+  connect(plotPanel_->cmdPlotScale, &ScaleButton::ScaleChosen, this, [this](const QString& scale) {
+    Handle("cmdPlotScale_Choose", [this, &scale] {
+      desk_.plot.TakeScale(scale.toStdString());
+      if (desk_.overlay.IsOn()) desk_.overlay.PlotBands();
+    });
   });
   for (const Axis axis : kAxes) {
     On(plotPanel_->TraceBox(axis), &QCheckBox::clicked, "SetPlotTrace", [this] {
@@ -276,6 +257,7 @@ void frm1::SetCommInterfaceIndicators() {
   menu_->mnuUsb->setChecked(InterfaceType == kUsbAdapter);
   fastReadout_.Refresh();
   menu_->ShowDebug(commands_.SensorIsSimulated());
+  conditions_->ShowSimulated(commands_.SensorIsSimulated());
   freshness_.Refresh();
   ShowRecordLine();
 }

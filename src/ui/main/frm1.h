@@ -14,22 +14,23 @@
 #include "station/sensor_road.h"
 #include "ui/library/record_keeper.h"
 #include "ui/main/adapter_watcher.h"
-#include "ui/main/alarm_panel.h"
 #include "ui/main/analyser_part.h"
 #include "ui/main/archive_part.h"
-#include "ui/main/capture_panel.h"
-#include "ui/main/conditions_panel.h"
 #include "ui/main/freshness.h"
 #include "ui/main/log_notice.h"
 #include "ui/main/lost_notice.h"
+#include "ui/main/main_layout.h"
 #include "ui/main/main_menu.h"
 #include "ui/main/main_notices.h"
 #include "ui/main/menu_commands.h"
 #include "ui/main/record_cures.h"
-#include "ui/main/record_panel.h"
 #include "ui/main/repeat_part.h"
 #include "ui/main/secondary_windows.h"
-#include "ui/main/status_panel.h"
+#include "ui/panels/alarm_panel.h"
+#include "ui/panels/capture_panel.h"
+#include "ui/panels/conditions_panel.h"
+#include "ui/panels/record_panel.h"
+#include "ui/panels/status_panel.h"
 #include "ui/parts/notice_strip.h"
 #include "ui/plot/plot_panel.h"
 #include "ui/plot/plot_pointer.h"
@@ -123,6 +124,7 @@ class frm1 : public QMainWindow {
   ArchivePart archive_;
   WatchPart watch_;
   AnalyserPart analyser_;
+  MainLayout layout_;
 };
 
 }  // namespace kestrel

@@ -10,7 +10,7 @@
 
 #include "connection/core.h"
 #include "logging/data_log.h"
-#include "ui/main/capture_panel.h"
+#include "ui/panels/capture_panel.h"
 
 namespace kestrel {
 

@@ -7,9 +7,9 @@
 #include "connection/core.h"
 #include "plot/spectrum_plot.h"
 #include "record/record_notices.h"
-#include "ui/main/capture_panel.h"
-#include "ui/main/record_panel.h"
 #include "ui/main/secondary_windows.h"
+#include "ui/panels/capture_panel.h"
+#include "ui/panels/record_panel.h"
 
 namespace kestrel {
 

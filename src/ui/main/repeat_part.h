@@ -8,10 +8,10 @@
 #include <functional>
 
 #include "acquisition/desk.h"
-#include "ui/main/capture_panel.h"
 #include "ui/main/freshness.h"
 #include "ui/main/main_menu.h"
 #include "ui/main/record_cures.h"
+#include "ui/panels/capture_panel.h"
 #include "ui/parts/line_label.h"
 #include "ui/repeat/frmRepeat.h"
 #include "ui/repeat/repeat_runner.h"

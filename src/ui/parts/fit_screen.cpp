@@ -15,13 +15,6 @@ constexpr const char* kArea = "scrContent";
 constexpr QSize kFrame(4, 30);  // of the window manager
 bool endlessScreen = false;     // AssumeEndlessScreen
 
-// What the content needs at least, and whether that is too much.
-bool IsTooLarge(const QWidget& window) {
-  const QSize needed = window.minimumSizeHint().expandedTo(window.minimumSize());
-  const QSize room = RoomOnScreen(window);
-  return needed.width() > room.width() || needed.height() > room.height();
-}
-
 // It takes no focus: Tab scrolls to what it comes to. The window goes on painting its ground
 // itself, since some read the sensor once they are painted.
 QScrollArea* MakeArea(QWidget& window, QWidget* content) {
@@ -54,11 +47,17 @@ QSize RoomOnScreen(const QWidget& window) {
   return window.screen()->availableGeometry().size() - kFrame;
 }
 
+bool FitsOnScreen(const QWidget& window) {
+  const QSize needed = window.minimumSizeHint().expandedTo(window.minimumSize());
+  const QSize room = RoomOnScreen(window);
+  return needed.width() <= room.width() && needed.height() <= room.height();
+}
+
 // The content stays within the window all along, so that the tab order stays as it is.
 void FitScreen(QDialog& window) {
   if (window.findChild<QScrollArea*>(kArea) != nullptr || window.layout() == nullptr) return;
   window.ensurePolished();
-  if (!IsTooLarge(window)) return;
+  if (FitsOnScreen(window)) return;
   const QPointer<QWidget> focused = window.focusWidget();
   auto* content = new QWidget(&window);
   window.setMinimumSize(0, 0);
@@ -73,7 +72,7 @@ void FitScreen(QDialog& window) {
 
 void FitScreen(QMainWindow& window) {
   window.ensurePolished();
-  if (IsTooLarge(window)) {
+  if (!FitsOnScreen(window)) {
     window.setCentralWidget(MakeArea(window, window.takeCentralWidget()));
   }
   window.resize(window.size().boundedTo(RoomOnScreen(window)));

@@ -16,8 +16,9 @@ bool RunUnlessCapturing(HandlerEdge& edge, const char* name, const std::function
 // What a window says then.
 [[nodiscard]] QString WhyRefused();
 
-// A window that belongs to the main window. It is placed beside it when first shown, and told
-// whenever it becomes active.
+// A window that belongs to the main window and may go behind it. When first shown it is placed
+// beside the plot where the screen has room, otherwise at its offset from the main window's corner.
+// It is told whenever it becomes active.
 class SecondaryWindow : public QDialog {
  public:
   // Shows the window, in front if it is open already.
@@ -53,6 +54,7 @@ class SecondaryWindow : public QDialog {
 
  private:
   void PlaceOnce();
+  void StandOnItsOwn();
 
   HandlerEdge& edge_;
   QPoint offsetTwips_;

@@ -90,7 +90,17 @@ QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
   box->setObjectName(name);
   box->setAccessibleName(accessibleName);
   box->setReadOnly(true);
+  box->setFrame(false);
+  box->setFocusPolicy(Qt::NoFocus);
+  ClearGround(*box);
   return box;
+}
+
+void ClearGround(QLineEdit& readOut) {
+  QPalette palette;
+  palette.setColor(QPalette::Base, Qt::transparent);
+  readOut.setAutoFillBackground(false);
+  readOut.setPalette(palette);
 }
 
 void PaintGround(QWidget* widget, const QColor& ground) {

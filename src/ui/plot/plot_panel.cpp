@@ -23,8 +23,9 @@ constexpr const char* kStartScale = "1";
 
 // A short line in the trace's colour, beside its check box.
 QLabel* MakeSwatch(double colour) {
+  constexpr int kThickness = 4;
   auto* swatch = new QLabel;
-  swatch->setFixedSize(18, 4);
+  swatch->setFixedHeight(kThickness);
   PaintGround(swatch, ToColour(colour));
   return swatch;
 }
@@ -51,9 +52,9 @@ std::optional<CursorStep> StepFor(int key) {
 }  // namespace
 
 PlotPanel::PlotPanel(const CurrentRecord& record)
-    : cmdPlotScale(MakeButton("cmdPlotScale", kStartScale,
-                              tr("Vertical full scale in g; each press takes the next step"))),
+    : cmdPlotScale(new ScaleButton("cmdPlotScale", kStartScale)),
       record_(record),
+      strip_(new QHBoxLayout),
       frame_(new PlotFrame),
       crossHair_(new CrossHair(frame_->pic1)),
       bandLines_(new BandLines(frame_->pic1)),
@@ -101,20 +102,27 @@ bool PlotPanel::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void PlotPanel::LayOut() {
-  auto* strip = new QHBoxLayout;
-  strip->addWidget(new QLabel(tr("Full scale, g")));
-  strip->addWidget(cmdPlotScale);
-  strip->addSpacing(16);
+  strip_->addWidget(new QLabel(tr("Full scale, g")));
+  strip_->addWidget(cmdPlotScale);
+  strip_->addStretch(1);
   for (const Axis axis : kAxes) {
-    strip->addWidget(MakeSwatch(TraceColour(axis)));
-    strip->addWidget(traces_[Index(axis)]);
+    swatches_[Index(axis)] = MakeSwatch(TraceColour(axis));
+    strip_->addWidget(swatches_[Index(axis)]);
+    strip_->addWidget(traces_[Index(axis)]);
   }
-  strip->addStretch();
-  readouts_.AddTo(*strip);
+  strip_->addStretch(8);
+  readouts_.AddTo(*strip_);
   auto* all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
-  all->addLayout(strip);
+  all->addLayout(strip_);
   all->addWidget(frame_, 1);
+  SetSpacing(RoomySpacing());
+}
+
+void PlotPanel::SetSpacing(const Spacing& spacing) {
+  strip_->setSpacing(spacing.beside);
+  layout()->setSpacing(spacing.between);
+  for (QLabel* swatch : swatches_) swatch->setFixedWidth(spacing.swatch);
 }
 
 void PlotPanel::SetStartValues() {

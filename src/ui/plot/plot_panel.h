@@ -3,13 +3,13 @@
 #pragma once
 
 #include <QCheckBox>
-#include <QPushButton>
 #include <QWidget>
 #include <array>
 
 #include "plot/cursor.h"
 #include "plot/overlay_lines.h"
 #include "plot/spectrum_plot.h"
+#include "ui/panels/spacing.h"
 #include "ui/plot/band_lines.h"
 #include "ui/plot/cross_hair.h"
 #include "ui/plot/cursor_readouts.h"
@@ -17,6 +17,7 @@
 #include "ui/plot/hover_values.h"
 #include "ui/plot/plot_accessible.h"
 #include "ui/plot/plot_frame.h"
+#include "ui/plot/scale_button.h"
 
 namespace kestrel {
 
@@ -31,6 +32,8 @@ class PlotPanel : public QWidget,
 
  public:
   explicit PlotPanel(const CurrentRecord& record);
+
+  void SetSpacing(const Spacing& spacing);
 
   // Scale, traces and labels as they are before the first record.
   void SetStartValues();
@@ -78,7 +81,7 @@ class PlotPanel : public QWidget,
 
   [[nodiscard]] QCheckBox* TraceBox(Axis axis) const { return traces_[Index(axis)]; }
 
-  QPushButton* cmdPlotScale;
+  ScaleButton* cmdPlotScale;
 
  signals:
   // Of the plot, as the picture box has them.
@@ -101,6 +104,8 @@ class PlotPanel : public QWidget,
 
   const CurrentRecord& record_;
   std::array<QCheckBox*, 3> traces_{};
+  std::array<QLabel*, 3> swatches_{};
+  QHBoxLayout* strip_;
   CursorReadouts readouts_;
   PlotFrame* frame_;
   CrossHair* crossHair_;

@@ -6,6 +6,7 @@
 
 #include "device/rec_ctrl.h"
 #include "regmap/register_table.h"
+#include "ui/panels/state_chip.h"
 #include "ui/window_bench.h"
 
 namespace kestrel {
@@ -103,10 +104,12 @@ TEST_F(FreshnessOf, ALostSensorLeavesNoGreenLight) {
   ChooseShortCaptures();
   Press("cmdStart");
   LoseSensor();
-  for (const QLabel* label : Window().findChildren<QLabel*>()) {
-    if (!label->autoFillBackground()) continue;
-    EXPECT_NE(label->palette().color(QPalette::Window), green_)
-        << label->objectName().toStdString();
+  const auto lights = Window().findChildren<StateChip*>();
+  EXPECT_EQ(lights.size(), 15 + 3 * 6);
+  for (const StateChip* light : lights) {
+    EXPECT_NE(light->palette().color(QPalette::Window), green_)
+        << light->objectName().toStdString();
+    EXPECT_FALSE(light->StandsOut()) << light->objectName().toStdString();
   }
   EXPECT_EQ(TitleAround("lblStatusFlag_0"), "Sensor status, as of 9:26:53 AM");
   EXPECT_EQ(TitleAround("LbLSupply"), "Sensor, as of 9:26:53 AM");

@@ -162,6 +162,14 @@ TEST_P(ContrastOf, CurvesAndCursorStandOutFromThePaper) {
   EXPECT_GE(Highest(Part(crossed, {at - QPoint(1, 20), QSize(3, 1)}), paper), kEdgeContrast);
 }
 
+// The traces' colours are fixed, and blue falls short on every dark ground, even on black; green,
+// which falls short on white, is the only one that would gain.
+TEST_P(ContrastOf, TheCanvasIsLightInBothThemesSinceTheZTraceIsLostOnADarkOne) {
+  Start();
+  EXPECT_LT(Contrast(ToColour(TraceColour(Axis::Z)), Qt::black), kEdgeContrast);
+  EXPECT_GT(Luminance(Find<PictureBox>("pic1").Paper()), 0.7);
+}
+
 INSTANTIATE_TEST_SUITE_P(Themes, ContrastOf, ::testing::Bool(),
                          [](const auto& theme) { return theme.param ? "Dark" : "Light"; });
 

@@ -36,11 +36,11 @@ const fs::path kFromOthers = kRoot / "docs" / "from-other-analysers.md";
 
 // Keys that widgets handle themselves; the tests of those widgets press them.
 const QSet<QString> kKeysOfWidgets{
-    "Escape",  "Left",  "Right", "PgUp", "PgDown", "Home", "End",      "Return",
-    "Shift",   "Alt",   "Ctrl",  "Tab",  "+",      "-",    "Alt+Left", "Alt+Right",
-    "Shift+Z", "Space", "A",     "B",    "C",      "D",    "G",        "H",
-    "L",       "M",     "N",     "O",    "P",      "R",    "S",        "T",
-    "U",       "X",     "Y",     "Z",    "Up",     "Down", "Backspace"};
+    "Alt+Down",  "Escape",  "Left",  "Right", "PgUp", "PgDown", "Home", "End",
+    "Return",    "Shift",   "Alt",   "Ctrl",  "Tab",  "+",      "-",    "Alt+Left",
+    "Alt+Right", "Shift+Z", "Space", "A",     "B",    "C",      "D",    "G",
+    "H",         "L",       "M",     "N",     "O",    "P",      "R",    "S",
+    "T",         "U",       "X",     "Y",     "Z",    "Up",     "Down", "Backspace"};
 
 // Without code, in which nothing is a caption, and with each paragraph on one line.
 QString TextOf(const fs::path& file) {

@@ -12,8 +12,9 @@
 #include "acquisition/capture_cycle.h"
 #include "logging/data_log.h"
 #include "seams/mouse_pointer.h"
-#include "ui/main/conditions_panel.h"
-#include "ui/main/record_panel.h"
+#include "ui/panels/conditions_panel.h"
+#include "ui/panels/record_panel.h"
+#include "ui/panels/spacing.h"
 
 namespace kestrel {
 
@@ -24,6 +25,8 @@ class CapturePanel : public QGroupBox, public CaptureView, public ReadoutView, p
 
  public:
   CapturePanel(RecordPanel& record, ConditionsPanel& conditions, MousePointer& pointer);
+
+  void SetSpacing(const Spacing& spacing);
 
   // CaptureView
   [[nodiscard]] std::string StartCaption() override;
@@ -64,8 +67,12 @@ class CapturePanel : public QGroupBox, public CaptureView, public ReadoutView, p
  signals:
   void CaptureStateChanged();  // the caption of cmdStart is another
 
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   void LayOut();
+  void Place();
 
   RecordPanel& record_;
   ConditionsPanel& conditions_;

@@ -4,6 +4,7 @@
 
 #include <QLabel>
 
+#include "ui/panels/spacing.h"
 #include "ui/parts/as_of_box.h"
 
 namespace kestrel {
@@ -13,6 +14,10 @@ class ConditionsPanel : public AsOfBox {
  public:
   explicit ConditionsPanel(Locale& locale);
 
+  void SetSpacing(const Spacing& spacing);
+
+  // Whether what is read comes from a real sensor.
+  void ShowSimulated(bool isSimulated);
   // Nothing has been read yet.
   void SetStartValues();
   // Supply and temperature have just been read.
@@ -24,7 +29,11 @@ class ConditionsPanel : public AsOfBox {
   QLabel* lblRecCount;
 
  protected:
-  void Grey() override {}  // it has no colours
+  void Grey() override {}  // it has no colours of its own
+  void changeEvent(QEvent* event) override;
+
+ private:
+  QLabel* lblSimulated_;
 };
 
 }  // namespace kestrel

@@ -2,11 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QLabel>
 #include <QLineEdit>
 #include <array>
 
 #include "alarms/alarm_status.h"
+#include "ui/panels/spacing.h"
+#include "ui/panels/state_chip.h"
 #include "ui/parts/as_of_box.h"
 
 namespace kestrel {
@@ -16,6 +17,8 @@ namespace kestrel {
 class AlarmPanel : public AsOfBox, public AlarmStatusView {
  public:
   explicit AlarmPanel(Locale& locale);
+
+  void SetSpacing(const Spacing& spacing);
 
   void SetBand(Axis axis, const std::string& text) override;
   void SetAlarm(Axis axis, const std::string& text) override;
@@ -32,10 +35,11 @@ class AlarmPanel : public AsOfBox, public AlarmStatusView {
     QLineEdit* txtBand;
     QLineEdit* txtPK;
     QLineEdit* txtFreq;
-    std::array<QLabel*, kAlarmBands + 1> lblBA;
+    std::array<StateChip*, kAlarmBands + 1> lblBA;
   };
 
   void BuildRow(Axis axis);
+  void BuildIndicators(Axis axis);
 
   std::array<Row, 3> rows_{};
 };

@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 #include <array>
 
 #include "acquisition/status.h"
 #include "record/status_flags.h"
+#include "ui/panels/spacing.h"
+#include "ui/panels/state_chip.h"
 #include "ui/parts/as_of_box.h"
 
 namespace kestrel {
@@ -16,6 +19,8 @@ namespace kestrel {
 class StatusPanel : public AsOfBox, public StatusView {
  public:
   explicit StatusPanel(Locale& locale);
+
+  void SetSpacing(const Spacing& spacing);
 
   void SetStatusName(int bit, const std::string& text) override;
   void SetStatusFlag(int bit, const std::string& text, double colour) override;
@@ -27,8 +32,9 @@ class StatusPanel : public AsOfBox, public StatusView {
   void Grey() override;
 
  private:
+  QHBoxLayout* buttons_;
   std::array<QLabel*, kStatusFlags> lblStatusName_{};
-  std::array<QLabel*, kStatusFlags> lblStatusFlag_{};
+  std::array<StateChip*, kStatusFlags> lblStatusFlag_{};
 };
 
 }  // namespace kestrel

@@ -10,6 +10,7 @@
 #include <array>
 
 #include "acquisition/settings_exchange.h"
+#include "ui/panels/spacing.h"
 
 namespace kestrel {
 
@@ -20,6 +21,8 @@ class RecordPanel : public QGroupBox, public SettingsExchangeView {
 
  public:
   explicit RecordPanel(QLabel* lblRecCount);
+
+  void SetSpacing(const Spacing& spacing);
 
   // Adds the items of all lists, in their fixed order.
   void FillLists();

@@ -1,6 +1,6 @@
 // The controls of captures and of the data log.
 // SPDX-License-Identifier: MIT
-#include "ui/main/capture_panel.h"
+#include "ui/panels/capture_panel.h"
 
 #include <QGridLayout>
 
@@ -36,8 +36,8 @@ void CapturePanel::LayOut() {
   cmdStart->setFont(large);
   cmdStart->setMinimumHeight(2 * fontMetrics().height());
   cmdStart->setShortcut(QKeySequence("F5"));
-  lblCapturingData_->setAlignment(Qt::AlignCenter);
-  KeepPlaceWhileHidden(lblCapturingData_);
+  lblCapturingData_->setParent(this);
+  lblCapturingData_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   lblCapturingData_->hide();
   txtFileCount->setMaximumWidth(fontMetrics().horizontalAdvance("00000") + 20);
   txtFileCount->setAlignment(Qt::AlignRight);
@@ -51,13 +51,31 @@ void CapturePanel::LayOut() {
 
   auto* grid = new QGridLayout(this);
   grid->addWidget(cmdStart, 0, 0, 1, 2);
-  grid->addWidget(lblCapturingData_, 1, 0, 1, 2);
-  grid->addWidget(cmdReadBuffer, 2, 0);
-  grid->addWidget(ckAutoPlot, 2, 1);
-  grid->addWidget(ckDataLog, 3, 0);
-  grid->addWidget(txtFileCount, 3, 1);
-  grid->addWidget(cmdConfigDataLog, 4, 0, 1, 2);
+  grid->addWidget(cmdReadBuffer, 1, 0);
+  grid->addWidget(ckAutoPlot, 1, 1);
+  grid->addWidget(ckDataLog, 2, 0);
+  grid->addWidget(txtFileCount, 2, 1);
+  grid->addWidget(cmdConfigDataLog, 3, 0, 1, 2);
   grid->setColumnStretch(0, 1);
+  SetSpacing(RoomySpacing());
+}
+
+void CapturePanel::SetSpacing(const Spacing& spacing) {
+  auto* grid = qobject_cast<QGridLayout*>(layout());
+  SpaceGroup(*grid, spacing);
+  grid->setVerticalSpacing(spacing.control);
+  grid->setHorizontalSpacing(spacing.beside);
+}
+
+// Beside the group's title, where it takes no room from the controls.
+void CapturePanel::Place() {
+  const int left = fontMetrics().horizontalAdvance(title() + "00");
+  lblCapturingData_->setGeometry(left, 0, width() - left - 2, fontMetrics().height());
+}
+
+void CapturePanel::resizeEvent(QResizeEvent* event) {
+  QGroupBox::resizeEvent(event);
+  Place();
 }
 
 std::string CapturePanel::StartCaption() {

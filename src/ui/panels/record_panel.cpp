@@ -1,6 +1,6 @@
 // The lists and boxes of the record settings.
 // SPDX-License-Identifier: MIT
-#include "ui/main/record_panel.h"
+#include "ui/panels/record_panel.h"
 
 #include <QFormLayout>
 #include <QHBoxLayout>
@@ -17,11 +17,9 @@ namespace {
 
 constexpr int kLargestCount = 255;
 constexpr int kLastStoredRecord = 15;
-constexpr int kGap = 6;  // the form's tighter lines would leave none
 
 QHBoxLayout* SideBySide(std::initializer_list<QWidget*> widgets) {
   auto* row = new QHBoxLayout;
-  row->setSpacing(kGap);
   for (QWidget* widget : widgets) row->addWidget(widget);
   return row;
 }
@@ -82,7 +80,6 @@ void RecordPanel::BuildBoxes() {
 
 void RecordPanel::LayOut() {
   auto* form = new QFormLayout(this);
-  form->setVerticalSpacing(5);
   form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
   const auto add = [&](const QString& caption, Setting setting) {
     form->addRow(MakeCaption(caption, List(setting)), List(setting));
@@ -95,12 +92,25 @@ void RecordPanel::LayOut() {
   form->addRow(MakeCaption(tr("Rate &option"), ckBW_[0]),
                SideBySide({ckBW_[0], ckBW_[1], ckBW_[2], ckBW_[3]}));
   form->addRow("", lblSampleRate_);
-  form->addRow(MakeCaption(tr("E&very"), List(Setting::Interval)),
-               SideBySide({List(Setting::Interval), List(Setting::Units)}));
+  // The two lists together are wider than the other ones: they take the room beside their caption.
+  QHBoxLayout* every = SideBySide({MakeCaption(tr("E&very"), List(Setting::Interval)),
+                                   List(Setting::Interval), List(Setting::Units)});
+  every->setStretch(1, 1);
+  every->setStretch(2, 1);
+  form->addRow(every);
   NameUnseen(tr("Time unit"), List(Setting::Units));
   add(tr("Stored re&cord"), Setting::RecPntr);
   form->addRow(SideBySide({cmdGetRecord, cmdRecInfo}));
   form->addRow(ckPowerDown_);
+  SetSpacing(RoomySpacing());
+}
+
+void RecordPanel::SetSpacing(const Spacing& spacing) {
+  auto* form = qobject_cast<QFormLayout*>(layout());
+  SpaceGroup(*form, spacing);
+  form->setVerticalSpacing(spacing.control);
+  form->setHorizontalSpacing(spacing.beside);
+  for (auto* row : form->findChildren<QHBoxLayout*>()) row->setSpacing(spacing.beside);
 }
 
 void RecordPanel::Connect() {
