@@ -66,10 +66,15 @@ def roles(controls):
             yield f"{told(control)} takes the focus without saying what it is"
 
 
+def only_shows(control):
+    """A read-out: there is nothing to do with it, and its name and text are told all the same."""
+    return control.get_role() == Atspi.Role.TEXT and not has(control, Atspi.StateType.EDITABLE)
+
+
 def focusable(controls):
     for control in controls:
         if (control.get_role() in OPERABLE and has(control, Atspi.StateType.ENABLED)
-                and not has(control, Atspi.StateType.FOCUSABLE)):
+                and not has(control, Atspi.StateType.FOCUSABLE) and not only_shows(control)):
             yield f"{told(control)} cannot take the focus"
 
 

@@ -36,6 +36,7 @@ QLineEdit* MakeBox(const QString& name, const QString& accessibleName, const QSt
                    Qt::Alignment side) {
   constexpr int kMargins = 6;  // of the box, beside the text
   QLineEdit* box = MakeReadOut(name, accessibleName);
+  ClearGround(*box);
   QFont bold = box->font();
   bold.setBold(true);
   box->setMinimumWidth(QFontMetrics(bold).horizontalAdvance(widest) + kMargins);

@@ -41,6 +41,7 @@ void CapturePanel::LayOut() {
   lblCapturingData_->hide();
   txtFileCount->setMaximumWidth(fontMetrics().horizontalAdvance("00000") + 20);
   txtFileCount->setAlignment(Qt::AlignRight);
+  ClearGround(*txtFileCount);
   progress->setObjectName("prgReadout");
   progress->setAccessibleName(tr("Read-out of the record"));
   progress->setTextVisible(false);

@@ -4,6 +4,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <algorithm>
 
 #include "ui/parts/widgets.h"
 
@@ -26,7 +27,10 @@ StatusPanel::StatusPanel(Locale& locale)
       buttons_(new QHBoxLayout) {
   auto* grid = new QGridLayout(this);
   grid->setColumnStretch(0, 1);
-  const int flagWidth = fontMetrics().horizontalAdvance("FAIL") + 24;
+  int flagWidth = 0;
+  for (const char* text : {"FAIL", "SET"}) {
+    flagWidth = std::max(flagWidth, StateChip({}, text).sizeHint().width());
+  }
   for (int bit = 0; bit < static_cast<int>(kStatusFlags); ++bit) {
     const auto at = static_cast<std::size_t>(bit);
     lblStatusName_[at] = MakeLabel(ArrayName("lblStatusName", bit), "");

@@ -90,15 +90,14 @@ QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName) {
   box->setObjectName(name);
   box->setAccessibleName(accessibleName);
   box->setReadOnly(true);
-  box->setFrame(false);
-  box->setFocusPolicy(Qt::NoFocus);
-  ClearGround(*box);
   return box;
 }
 
 void ClearGround(QLineEdit& readOut) {
   QPalette palette;
   palette.setColor(QPalette::Base, Qt::transparent);
+  readOut.setFrame(false);
+  readOut.setFocusPolicy(Qt::NoFocus);
   readOut.setAutoFillBackground(false);
   readOut.setPalette(palette);
 }

@@ -38,10 +38,10 @@ void OnChosen(QComboBox* list, QObject* context, std::function<void(int index)> 
 // Names a control that has no room for a caption to those who are told about it. A combo box tells
 // its current item only; its name is what labels it.
 void NameUnseen(const QString& text, QWidget* control);
-// A text box that only shows: flat, and nobody comes to it by Tab or a click. Its text can be
-// selected and copied with the pointer.
+// A text box that only shows.
+// Its text can be selected and copied.
 [[nodiscard]] QLineEdit* MakeReadOut(const QString& name, const QString& accessibleName);
-// As it is made, without a ground of its own.
+// Flat, without a ground of its own; nobody comes to it by Tab or a click.
 void ClearGround(QLineEdit& readOut);
 
 // Text on a coloured ground, black or white, whichever reads better.
