@@ -22,8 +22,8 @@ Spacing TightSpacing() {
           .end = 3,
           .control = 2,
           .line = 0,
-          .beside = 4,
-          .swatch = 12};
+          .beside = 3,
+          .swatch = 8};
 }
 
 void SpaceGroup(QLayout& content, const Spacing& spacing) {

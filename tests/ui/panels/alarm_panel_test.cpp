@@ -13,6 +13,8 @@ namespace {
 
 class AlarmPanelTest : public ::testing::Test {
  protected:
+  AlarmPanelTest() { SetColours(); }
+
   QLineEdit& Box(const char* name) { return *panel_.findChild<QLineEdit*>(name); }
   StateChip& Light(const char* name) { return *panel_.findChild<StateChip*>(name); }
   QColor GroundOfAlarm() { return Box("txtAlarm_1").palette().color(QPalette::Base); }

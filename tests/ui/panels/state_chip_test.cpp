@@ -15,12 +15,14 @@ constexpr QColor kRed(230, 0, 0);
 class StateChipTest : public ::testing::Test {
  protected:
   StateChipTest() {
+    chip_.setParent(&window_);
     chip_.resize(60, chip_.sizeHint().height());
-    chip_.ensurePolished();
+    window_.resize(chip_.size());
+    chip_.show();
   }
 
   int PixelsOf(const QColor& colour) {
-    const QImage picture = RenderOf(chip_, 1);
+    const QImage picture = RenderOf(window_, 1);
     int pixels = 0;
     for (int y = 0; y < picture.height(); ++y) {
       for (int x = 0; x < picture.width(); ++x) pixels += picture.pixelColor(x, y) == colour;
@@ -28,6 +30,7 @@ class StateChipTest : public ::testing::Test {
     return pixels;
   }
 
+  QWidget window_;
   StateChip chip_{"lblState", "OK"};
 };
 
