@@ -13,6 +13,10 @@ constexpr QColor kGrey{0xB4, 0xBA, 0xC2};  // between the windows' light and dar
 
 AsOfBox::AsOfBox(const QString& title, Locale& locale) : title_(title), locale_(locale) {
   setTitle(title_);
+  // Room for the longer title from the start: nothing moves when the time is added.
+  constexpr int kBeside = 12;
+  const QString longest = tr("%1, as of %2").arg(title_, "00:00:00 AM");
+  setMinimumWidth(fontMetrics().horizontalAdvance(longest) + kBeside);
 }
 
 void AsOfBox::Refreshed() {
