@@ -35,7 +35,7 @@ CliProcess::CliProcess(const QString& program) : program_(program), process_(new
 }
 
 CliProcess::~CliProcess() {
-  Leave();
+  CliProcess::Leave();
 }
 
 void CliProcess::Begin(const QStringList& arguments, Hears hears) {

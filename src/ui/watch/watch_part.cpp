@@ -24,13 +24,13 @@ MakeMonitorProcess Usual() {
 
 WatchPart::WatchPart(const Parts& parts, WatchChoice choice)
     : parts_(parts),
-      road_(choice.road),
+      road_(std::move(choice.road)),
       loan_(parts.core, parts.edge, parts.settings,
             {.isBusy = parts.isBusy,
-             .letGo = choice.letGo,
+             .letGo = std::move(choice.letGo),
              .giveSettingsBack = parts.giveSettingsBack}),
       runner_(parts.core.seams.clock,
-              {.make = choice.make ? choice.make : Usual(),
+              {.make = choice.make ? std::move(choice.make) : Usual(),
                .lend = [this](const monitor::Plan& plan) { return Lend(plan); },
                .takeBack = [this] { loan_.TakeBack(); }}),
       teller_(runner_, choice.notifier) {
