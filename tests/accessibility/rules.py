@@ -68,7 +68,7 @@ def roles(controls):
 
 def only_shows(control):
     """A read-out: there is nothing to do with it, and its name and text are told all the same."""
-    return control.get_role() == Atspi.Role.TEXT and not has(control, Atspi.StateType.EDITABLE)
+    return control.get_role() == Atspi.Role.TEXT and has(control, Atspi.StateType.READ_ONLY)
 
 
 def focusable(controls):
