@@ -22,15 +22,15 @@ MakeMonitorProcess Usual() {
 
 }  // namespace
 
-WatchPart::WatchPart(const Parts& parts, WatchChoice choice)
+WatchPart::WatchPart(const Parts& parts, const WatchChoice& choice)
     : parts_(parts),
-      road_(std::move(choice.road)),
+      road_(choice.road),
       loan_(parts.core, parts.edge, parts.settings,
             {.isBusy = parts.isBusy,
-             .letGo = std::move(choice.letGo),
+             .letGo = choice.letGo,
              .giveSettingsBack = parts.giveSettingsBack}),
       runner_(parts.core.seams.clock,
-              {.make = choice.make ? std::move(choice.make) : Usual(),
+              {.make = choice.make ? choice.make : Usual(),
                .lend = [this](const monitor::Plan& plan) { return Lend(plan); },
                .takeBack = [this] { loan_.TakeBack(); }}),
       teller_(runner_, choice.notifier) {

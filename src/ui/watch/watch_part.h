@@ -41,7 +41,7 @@ class WatchPart : public QObject {
     std::function<void()> openMonitor;  // the window that shows it
   };
 
-  WatchPart(const Parts& parts, WatchChoice choice);
+  WatchPart(const Parts& parts, const WatchChoice& choice);
 
   [[nodiscard]] MonitorRunner& Runner() { return runner_; }
   [[nodiscard]] bool HasLent() const { return loan_.IsLent(); }
