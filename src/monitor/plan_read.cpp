@@ -118,7 +118,7 @@ void Reader::TakeValue(std::string_view key, std::string_view value) {
   if (section_ == Section::Publish) {
     plan_.publish.push_back({line_, std::string(key), {}});
     const std::string wrong = ReadText(value, kLongestNote, plan_.publish.back().value);
-    if (!wrong.empty()) Say(line_, std::string(key) + ": " + wrong);
+    if (!wrong.empty()) Say(line_, Quoted(key) + ": " + wrong);
     return;
   }
   std::string names;

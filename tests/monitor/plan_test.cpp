@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <random>
 
+#include "exchange/texts.h"
 #include "monitor/plan_from.h"
 #include "support/seeds.h"
 
@@ -167,6 +168,15 @@ TEST(Plan, EachMistakeIsToldWithItsLine) {
     EXPECT_TRUE(isTold) << wrong.other << "\n"
                         << (mistakes.empty() ? "no mistake" : mistakes.front().Text("plan"));
   }
+}
+
+TEST(Plan, AKeyThatIsNoTextIsToldAsOne) {
+  const auto read =
+      PlanOf("bench = b\nsensor = s\nevery = 1 h\n[wide]\n[publish]\n\xF3user = a\tb\n");
+  const auto* mistakes = std::get_if<Mistakes>(&read);
+  ASSERT_NE(mistakes, nullptr);
+  for (const Mistake& mistake : *mistakes) EXPECT_TRUE(exchange::IsUtf8(mistake.what));
+  EXPECT_EQ(mistakes->front().line, 6U);
 }
 
 TEST(Plan, AllMistakesAreToldAtOnceInTheOrderOfTheirLines) {
