@@ -4,51 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "archive/wide_sets.h"
+#include "monitor_checks.h"
 #include "support/monitored_world.h"
-#include "support/seeds.h"
 
 namespace kestrel::monitor {
 namespace {
 
 using namespace std::chrono_literals;
-using archive::JournalEntry;
-
-constexpr const char* kPlan =
-    "bench = Hall 3\nsensor = Pump 7\nevery = 10 s\n[capture]\naverages = 2\n";
-
-std::vector<JournalEntry> Entries(MonitoredWorld& world, const std::string& kind = "") {
-  auto archive = world.OpenArchive();
-  auto entries = archive::EntriesOf(archive, {.kind = kind});
-  std::ranges::reverse(entries);
-  return entries;
-}
-
-std::int64_t Kept(MonitoredWorld& world) {
-  return world.OpenArchive().Count();
-}
-
-std::int64_t MissedOf(const std::vector<JournalEntry>& entries) {
-  std::int64_t missed = 0;
-  for (const JournalEntry& entry : entries) missed += entry.missed;
-  return missed;
-}
-
-// Every capture that was asked for while it ran is kept, or its absence is told.
-void ExpectAllAccounted(MonitoredWorld& world) {
-  const auto entries = Entries(world);
-  std::int64_t whileAway = 0;
-  for (const JournalEntry& entry : entries) {
-    if (entry.kind == "not running") whileAway += entry.missed;
-  }
-  std::string told;
-  for (const JournalEntry& entry : entries) {
-    told += entry.kind + ", missed " + std::to_string(entry.missed) + ": " + entry.text + "\n";
-  }
-  EXPECT_EQ(Kept(world) + MissedOf(entries) - whileAway, world.Asked()) << told;
-}
 
 TEST(Monitor, CapturesByThePlanAndKeepsWithTheNamesOfThePlan) {
   MonitoredWorld world(kPlan);
@@ -225,89 +187,6 @@ TEST(Monitor, ASecondRunSaysThatTheFirstHadEndedAndWhatWasMissed) {
   EXPECT_NEAR(static_cast<double>(away[0].missed), 60, 1);
   EXPECT_EQ(away[1].text, "The monitor ended without notice and was started again.");
   EXPECT_LE(away[1].missed, 1);
-}
-
-// Begins and ends by turns, each alarm by itself.
-void ExpectPairs(const std::vector<publish::Alarm>& alarms) {
-  std::map<std::string, int> standing;
-  for (const publish::Alarm& alarm : alarms) {
-    const std::string name = std::to_string(static_cast<int>(alarm.kind)) +
-                             std::to_string(static_cast<int>(alarm.grade)) + Letter(alarm.axis) +
-                             std::to_string(alarm.number.value_or(0));
-    int& stands = standing[name];
-    stands += alarm.event == publish::AlarmEvent::Begin ? 1 : -1;
-    EXPECT_TRUE(stands == 0 || stands == 1) << name;
-  }
-}
-
-TEST(Monitor, TheSensorsAlarmsBeginOnceAndStandOverARestart) {
-  MonitoredWorld world("bench = b\nsensor = s\nevery = 10 s\n[capture]\n", BearingFault());
-  world.Start();
-  world.Run(100s);
-  EXPECT_EQ(world.publisher.alarms.size(), 2U);
-  world.Kill();
-  world.Start();
-  world.Run(100s);
-  world.Stop();
-  ASSERT_EQ(world.publisher.alarms.size(), 2U);
-  EXPECT_EQ(world.publisher.alarms[0].grade, publish::AlarmGrade::Warning);
-  EXPECT_EQ(world.publisher.alarms[1].grade, publish::AlarmGrade::Fault);
-  EXPECT_EQ(world.publisher.alarms[1].axis, Axis::Z);
-  EXPECT_EQ(world.publisher.alarms[1].number, 3);
-  EXPECT_EQ(Entries(world, "alarm").size(), 2U);
-}
-
-TEST(Monitor, AnAlarmThatThePublisherDoesNotTakeIsToldAgain) {
-  MonitoredWorld world("bench = b\nsensor = s\nevery = 10 s\n[capture]\n", BearingFault());
-  world.publisher.isFull = true;
-  world.Start();
-  world.Run(100s);
-  EXPECT_TRUE(world.publisher.alarms.empty());
-  world.Kill();
-  world.publisher.isFull = false;
-  world.Start();
-  world.Run(20s);
-  world.Stop();
-  EXPECT_EQ(world.publisher.alarms.size(), 2U);
-  ExpectPairs(world.publisher.alarms);
-}
-
-TEST(Monitor, LevelsAreJudgedByTheBandsOfThePlan) {
-  MonitoredWorld world(
-      "bench = b\nsensor = s\nevery = 10 s\n[capture]\nbands = x.csv\n[judge]\nalarm = 2 of 3\n");
-  BandTable table;
-  table(kFLowField, 2, 0) = 10;
-  table(kFHighField, 2, 0) = 200;
-  table(Alarm1Field(Axis::Y), 2, 0) = 50;
-  world.bands = {table};
-  world.Start();
-  world.Run(45s);
-  ASSERT_EQ(world.publisher.alarms.size(), 1U);
-  EXPECT_EQ(world.publisher.alarms[0].kind, publish::AlarmKind::Threshold);
-  EXPECT_EQ(world.publisher.alarms[0].axis, Axis::Y);
-  EXPECT_EQ(world.publisher.alarms[0].number, 2);
-  EXPECT_GT(world.publisher.alarms[0].level, world.publisher.alarms[0].limit);
-  world.Hardware().Sensor().SetScenario(AtRest());
-  world.Run(45s);
-  world.Stop();
-  ASSERT_EQ(world.publisher.alarms.size(), 2U);
-  EXPECT_EQ(world.publisher.alarms[1].event, publish::AlarmEvent::End);
-}
-
-TEST(Monitor, AWideSpectrumIsKeptAsOneAndItsSeverityJudged) {
-  MonitoredWorld world(
-      "bench = b\nsensor = s\nevery = 60 s\n[wide]\naverages = 1\nrange = 5\n[judge]\n"
-      "severity = 0.0001 0.0002 0.0003\n");
-  world.Start();
-  world.Run(90s);
-  world.Stop();
-  auto archive = world.OpenArchive();
-  const auto sets = archive::FindWideSets(archive, {});
-  ASSERT_EQ(sets.size(), 2U);
-  EXPECT_TRUE(archive::GetWideSet(archive, sets[0])->IsWhole());
-  EXPECT_EQ(world.publisher.alarms.size(), 6U);
-  EXPECT_EQ(world.publisher.alarms[0].kind, publish::AlarmKind::Severity);
-  EXPECT_EQ(world.publisher.alarms[0].unit, "mm/s");
 }
 
 TEST(Monitor, RecordsOfTheSensorsOwnTimerAreFetchedAsTheyCome) {

@@ -1,0 +1,52 @@
+// What a monitored world left in its archive, and that nothing of it is unaccounted for.
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "archive/journal.h"
+#include "support/monitored_world.h"
+
+namespace kestrel::monitor {
+
+inline constexpr const char* kPlan =
+    "bench = Hall 3\nsensor = Pump 7\nevery = 10 s\n[capture]\naverages = 2\n";
+
+inline std::vector<archive::JournalEntry> Entries(MonitoredWorld& world,
+                                                  const std::string& kind = "") {
+  auto archive = world.OpenArchive();
+  auto entries = archive::EntriesOf(archive, {.kind = kind});
+  std::ranges::reverse(entries);
+  return entries;
+}
+
+inline std::int64_t Kept(MonitoredWorld& world) {
+  return world.OpenArchive().Count();
+}
+
+inline std::int64_t MissedOf(const std::vector<archive::JournalEntry>& entries) {
+  std::int64_t missed = 0;
+  for (const archive::JournalEntry& entry : entries) missed += entry.missed;
+  return missed;
+}
+
+// Every capture that was asked for while it ran is kept, or its absence is told.
+inline void ExpectAllAccounted(MonitoredWorld& world) {
+  const auto entries = Entries(world);
+  std::int64_t whileAway = 0;
+  for (const archive::JournalEntry& entry : entries) {
+    if (entry.kind == "not running") whileAway += entry.missed;
+  }
+  std::string told;
+  for (const archive::JournalEntry& entry : entries) {
+    told += entry.kind + ", missed " + std::to_string(entry.missed) + ": " + entry.text + "\n";
+  }
+  EXPECT_EQ(Kept(world) + MissedOf(entries) - whileAway, world.Asked()) << told;
+}
+
+}  // namespace kestrel::monitor
