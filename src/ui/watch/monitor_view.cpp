@@ -133,7 +133,6 @@ void MonitorView::showEvent(QShowEvent* event) {
     const QString file = ReadKeptWatch().file;
     if (!file.isEmpty() && files_.Read(file.toStdU16String(), 1)) Open(file);
   }
-  if (host_.runner != nullptr) tick_.start();
   ShowState();
 }
 
@@ -144,6 +143,12 @@ void MonitorView::hideEvent(QHideEvent* event) {
 
 void MonitorView::ShowState() {
   const bool isRunning = Running();
+  // Only what runs counts down.
+  if (!isRunning || !isVisible()) {
+    tick_.stop();
+  } else if (!tick_.isActive()) {
+    tick_.start();
+  }
   plan_->SetRunning(isRunning);
   const bool hasPlan = pages_->currentWidget() == parts_;
   for (FlatButton* button : {bar_->cmdNew, bar_->cmdSave, bar_->cmdSaveAs}) {
