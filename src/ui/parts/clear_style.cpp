@@ -70,7 +70,7 @@ class LaterIcon : public QIconEngine {
     Read().paint(painter, rect, Qt::AlignCenter, mode, state);
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    return Read().pixmap(size, mode, state);
+    return Read().pixmap(size, 1.0, mode, state);  // asked for in the screen's own pixels
   }
   [[nodiscard]] QIconEngine* clone() const override { return new LaterIcon(style_, picture_); }
 

@@ -46,8 +46,10 @@ TEST(ClearStyle, AGroupLooksAsInTheToolkitsStyle) {
         differing += difference > 4 ? 1 : 0;
       }
     }
-    EXPECT_LE(most, 24) << title;  // at the rounded corners
-    EXPECT_LE(differing, 32) << title;
+    // At other scales the toolkit stretches a picture of one pixel each, whose edges blur.
+    const bool stretched = mine.devicePixelRatio() != 1;
+    EXPECT_LE(most, stretched ? 32 : 24) << title;  // at the rounded corners
+    EXPECT_LE(differing, stretched ? mine.width() * mine.height() / 20 : 32) << title;
   }
 }
 
