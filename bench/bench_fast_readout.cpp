@@ -15,7 +15,7 @@
 #include "figure.h"
 #include "hardware/mock_parallel_port.h"
 #include "hardware/mock_usb_bus.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "platform/linux/system_clock.h"

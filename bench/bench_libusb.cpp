@@ -15,7 +15,7 @@
 
 #include "figure.h"
 #include "hardware/mock_usb_bus.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "support/fake_clock.h"
 
 namespace {

@@ -18,6 +18,11 @@ target_compile_options(kestrel_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Werror -ffp-contract=off)
 
+# A program does not tell when it was linked: two builds of the same sources are the same.
+if(WIN32)
+  add_link_options(-Wl,--no-insert-timestamp)
+endif()
+
 set(KESTREL_SANITIZE "" CACHE STRING "Sanitizers: \"address,undefined\" or \"thread\"")
 if(KESTREL_SANITIZE)
   # Of the tests themselves only the memory is watched, which takes much less time to compile.

@@ -9,7 +9,7 @@
 #include <set>
 #include <vector>
 
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "require.h"
 #include "scripted_libusb.h"
 

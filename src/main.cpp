@@ -166,7 +166,7 @@ int Run(const Options& options, kestrel::FontsAhead& fonts) {
   SensorRoad road({system.SystemClock(), loop, pointer, *messages, system.SystemFiles(),
                    system.SystemLocale(), system.Devices()});
   if (demo) {
-    road.UseFolder(std::filesystem::path(QDir(*options.demoFolder).absolutePath().toStdString())
+    road.UseFolder(std::filesystem::path(QDir(*options.demoFolder).absolutePath().toStdU16String())
                        .make_preferred());
   }
   const Scenario scenario = options.scenario.value_or(RunningMachine());

@@ -9,6 +9,7 @@
 #include "alarms/alarm_file.h"
 #include "app/file_name.h"
 #include "numeric/runtime_error.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -50,7 +51,7 @@ void AlarmFiles::cmdWriteFile_Click(const std::string& name) {
   if (!problem.empty()) {
     throw RuntimeError("File Name = " + name + ": " + problem + ". No file written.");
   }
-  const std::filesystem::path file = FolderOfUserFiles(files_) / name;
+  const std::filesystem::path file = FolderOfUserFiles(files_) / PathOf(name);
   files_.ReplaceWhole(file, AlarmFileText(AlarmBandTable));
   inFile_ = AlarmBandTable;
   view_.SetMessage("24 bands saved to " + file.string() + ".");
@@ -65,9 +66,9 @@ std::array<std::filesystem::path, 2> AlarmFiles::Folders() {
 std::filesystem::path AlarmFiles::Find(const std::string& name) {
   const auto folders = Folders();
   for (const std::filesystem::path& folder : folders) {
-    if (files_.Read(folder / name, 1)) return folder / name;
+    if (files_.Read(folder / PathOf(name), 1)) return folder / PathOf(name);
   }
-  return folders.front() / name;
+  return folders.front() / PathOf(name);
 }
 
 std::string AlarmFiles::Shadowed(const std::filesystem::path& taken) {

@@ -4,9 +4,7 @@
 
 #include <algorithm>
 
-#ifdef KESTREL_POSTGRESQL
 #include "database/postgres_database.h"
-#endif
 
 namespace kestrel::archive {
 namespace {
@@ -39,12 +37,7 @@ std::unique_ptr<database::Database> Connect(const Place& place, Access access) {
     return std::make_unique<database::SqliteDatabase>(
         database::SqliteChoice{.file = place.text, .access = access});
   }
-#ifdef KESTREL_POSTGRESQL
   return std::make_unique<database::PostgresDatabase>(place.text);
-#else
-  throw DatabaseError(Fault::Other,
-                      "this build of the program knows no servers; name a file instead");
-#endif
 }
 
 const char* CureOf(Fault fault, bool isServer) {

@@ -88,7 +88,7 @@ int Run(char** argv, const std::vector<std::string>& arguments, report::ReportPa
 int Enter(int argc, char** argv, report::ReportPainter* painter) {
   std::signal(SIGINT, OnInterrupt);
   try {
-    return Run(argv, {argv + 1, argv + argc}, painter);
+    return Run(argv, System::Arguments(argc, argv), painter);
     // Faults of steps end in RunProgram; this is lack of memory and the like.
   } catch (const std::exception& error) {                  // GCOVR_EXCL_LINE
     std::cerr << "kestrel-cli: " << error.what() << '\n';  // GCOVR_EXCL_LINE

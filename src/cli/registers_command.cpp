@@ -10,6 +10,7 @@
 
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -116,7 +117,7 @@ ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
 
 ExitCode RegistersCommand::Dump(Session& session, const Output& output) const {
   if (!folder_.empty()) {
-    const std::filesystem::path folder = std::filesystem::absolute(folder_);
+    const std::filesystem::path folder = std::filesystem::absolute(PathOf(folder_));
     // The list would go to the user's documents instead.
     if (!session.station.UseFolder(folder)) {
       session.Say("--out: the folder " + folder.string() + " cannot be written.");

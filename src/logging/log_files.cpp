@@ -10,6 +10,7 @@
 #include "logging/data_log.h"
 #include "logging/data_log_settings.h"
 #include "logging/data_log_text.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -33,8 +34,8 @@ int NumberOf(std::string_view file, std::string_view start, std::string_view end
 }  // namespace
 
 std::filesystem::path NextLogFile(Files& files, Locale& locale) {
-  return FolderOfUserFiles(files) / (NameInUse() + "_" + std::to_string(DataLogIndex) +
-                                     FormatFor(locale.DecimalMark()).extension);
+  return FolderOfUserFiles(files) / PathOf(NameInUse() + "_" + std::to_string(DataLogIndex) +
+                                           FormatFor(locale.DecimalMark()).extension);
 }
 
 std::vector<int> LogNumbersInTheWay(Files& files, Locale& locale) {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "monitor/bands_of.h"
 
+#include "seams/path_text.h"
 #include "station/sensor_bands.h"
 
 namespace kestrel::monitor {
@@ -13,8 +14,7 @@ std::variant<std::vector<std::optional<BandTable>>, Mistakes> BandsOf(
   for (const Step& step : plan.steps) {
     all.emplace_back();
     if (step.bands.empty()) continue;
-    const std::filesystem::path name(std::u8string(step.bands.begin(), step.bands.end()));
-    const auto bands = ReadBandFile(files, (folder / name).lexically_normal());
+    const auto bands = ReadBandFile(files, (folder / PathOf(step.bands)).lexically_normal());
     if (bands) {
       all.back() = *bands;
     } else {

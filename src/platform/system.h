@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "app/system_name.h"
 #include "platform/hardware_switch.h"
@@ -63,6 +64,9 @@ class System {
 
   // For iniSystem2.
   [[nodiscard]] static SystemVersion Version();
+
+  // What the program was called with, in UTF-8, without its own name.
+  [[nodiscard]] static std::vector<std::string> Arguments(int argc, char** argv);
 
   // The name of this computer among others; empty where it has none.
   [[nodiscard]] static std::string ComputerName();

@@ -17,6 +17,10 @@ std::string ExplainOpenError(std::int32_t code) {
              "to the device, then plug it in again.";
     case kUsbBusyElsewhere:
       return "attached, but in use by another program. Close that program, then try again.";
+    case kUsbNoDriver:
+      return "attached, but without a driver that programs can use. On Windows give it the "
+             "system's "
+             "own driver, WinUSB, in the device manager, then try again.";
     case 0:
       return "could not be opened. Plug the board in again, then try again.";
     default:

@@ -6,7 +6,7 @@
 
 #include "hardware/mock_usb_bus.h"
 #include "hardware/program_bench.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "record/frequency.h"
 #include "simulator/simulated_adapter.h"
 

@@ -9,7 +9,7 @@
 #include "hardware/mock_parallel_port.h"
 #include "hardware/mock_usb_bus.h"
 #include "hardware/program_bench.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "support/absent_hardware.h"

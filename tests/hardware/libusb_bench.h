@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "hardware/mock_usb_bus.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "simulator/sensor/simulated_sensor.h"
 #include "support/fake_clock.h"
 

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The adapter driver over libusb itself, which finds mock boards on a mock bus.
 
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

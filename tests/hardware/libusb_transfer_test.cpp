@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // Commands and answers through libusb and a mock board, whole and broken off.
 
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

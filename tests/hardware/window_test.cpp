@@ -15,7 +15,7 @@
 #include <memory>
 
 #include "hardware/mock_parallel_port.h"
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "record/frequency.h"

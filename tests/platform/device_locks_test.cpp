@@ -1,6 +1,6 @@
 // Tests of the locks by which programs leave each other's devices alone, with real processes.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/device_locks.h"
+#include "platform/device_locks.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -9,7 +9,7 @@
 #include <array>
 #include <csignal>
 
-#include "platform/linux/locked_usb_driver.h"
+#include "platform/locked_usb_driver.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {
@@ -101,7 +101,13 @@ class OpenBoards : public UsbDriver {
     return true;
   }
   void CloseHandle(Handle /*device*/) override {}
+  bool Watch(std::function<void()> told) override {
+    changed = std::move(told);
+    return true;
+  }
   std::int32_t LastError() override { return 0; }
+
+  std::function<void()> changed;
 
  private:
   Handle last_ = 0;
@@ -154,6 +160,14 @@ TEST_F(LockedUsbDriverTest, ABoardThatIsLetGoIsFreeUntilItIsUsedAgain) {
   EXPECT_TRUE(IsFree("usb-Ezusb-0"));
   Use(0);
   EXPECT_FALSE(IsFree("usb-Ezusb-0"));
+}
+
+TEST_F(LockedUsbDriverTest, BoardsThatComeAndGoAreToldToWhoWatches) {
+  int told = 0;
+  EXPECT_TRUE(driver_.Watch([&told] { ++told; }));
+  ASSERT_TRUE(boards_.changed);
+  boards_.changed();
+  EXPECT_EQ(told, 1);
 }
 
 TEST_F(LockedUsbDriverTest, ABoardThatIsOpenIsLetGoWhenItIsClosed) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "app/program_state.h"
+#include "platform/system.h"
 #include "platform/windows/system_clock.h"
 #include "regmap/register_table.h"
 #include "simulator/simulated_hardware.h"
@@ -136,6 +137,45 @@ TEST(EzusbDriverTest, AWholeRoadToARegister) {
   registers.ReadReg(row::FFT_AVG);
   EXPECT_EQ(RegValue, 77);
   EXPECT_TRUE(messages.Texts().empty());
+}
+
+// The whole way that the programs take.
+TEST(WindowsSystem, FindsTheBoardThatItsOwnDriverLeadsToAndNoOther) {
+  AdapterServer server;
+  System system({.portAddress = [] { return std::int16_t{888}; }});
+  UsbDriver& driver = *system.Devices().usb;
+  EXPECT_TRUE(driver.Attached("Ezusb-0"));
+  EXPECT_FALSE(driver.Attached("Ezusb-1"));
+  RecordingMessages messages;
+  UsbAdapter usb(driver, messages);
+  usb.SelectUsbAdapter();
+  EXPECT_TRUE(UsbPresent) << testing::PrintToString(messages.Texts());
+  EXPECT_EQ(SelectedAdapter.deviceName, "Ezusb-0");
+  EXPECT_EQ(AdapterCount, 1);
+  EXPECT_LT(driver.CreateFile("\\\\.\\Ezusb-1", kWriteAccess, kShareWrite, kExisting), 1);
+  EXPECT_EQ(driver.LastError(), kFileNotFound) << "the generic driver has no board either";
+}
+
+// A board in use is one program's: the second one learns whose it is.
+TEST(WindowsSystem, KeepsABoardFromAnotherProgramUntilItIsLetGo) {
+  AdapterServer server;
+  System system({.portAddress = [] { return std::int16_t{888}; }, .user = [] { return "first"; }});
+  std::vector<std::string> said;
+  System other({.portAddress = [] { return std::int16_t{888}; },
+                .inUse = [&said](const std::string& line) { said.push_back(line); }});
+  RecordingMessages messages;
+  UsbAdapter usb(*system.Devices().usb, messages);
+  usb.SelectUsbAdapter();
+  ASSERT_TRUE(UsbPresent);
+  UsbDriver& second = *other.Devices().usb;
+  EXPECT_LT(second.CreateFile("\\\\.\\Ezusb-0", kWriteAccess, kShareWrite, kExisting), 1);
+  EXPECT_EQ(second.LastError(), kUsbBusyElsewhere);
+  ASSERT_EQ(said.size(), 1U);
+  EXPECT_EQ(said[0].find("Ezusb-0 is in use by first (process "), 0U) << said[0];
+  system.LetGo();
+  const auto board = second.CreateFile("\\\\.\\Ezusb-0", kWriteAccess, kShareWrite, kExisting);
+  EXPECT_GE(board, 1);
+  if (board >= 1) second.CloseHandle(board);
 }
 
 }  // namespace

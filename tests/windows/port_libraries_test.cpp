@@ -96,10 +96,12 @@ TEST(PortLibrariesTest, WithBothLibrariesThereIsNoFault) {
 }
 
 TEST(PortLibrariesTest, EachLibraryThatIsMissingIsNamed) {
-  PortLibraries port({.ports = "no ports.dll", .access = "no access.dll"});
+  PortLibraries port(
+      {.ports = "no ports.dll", .access = "no access.dll", .common = "no common.dll"});
   EXPECT_EQ(port.Fault(),
             "no ports.dll was not found. It belongs into the program's folder.\n"
-            "no access.dll was not found. It belongs into the program's folder.");
+            "no access.dll was not found. It belongs into the program's folder.\n"
+            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
   EXPECT_FALSE(port.IsHeld(888));
   port.giveio();
   port.vbOut(888, 5);
@@ -108,24 +110,70 @@ TEST(PortLibrariesTest, EachLibraryThatIsMissingIsNamed) {
 
 TEST(PortLibrariesTest, ALibraryForThirtyTwoBitProgramsIsToldAsSuch) {
   const LibraryFile file("other kind.dll", ThirtyTwoBitLibrary());
-  PortLibraries port({.ports = "other kind.dll", .access = "giveio.dll"});
+  PortLibraries port(
+      {.ports = "other kind.dll", .access = "giveio.dll", .common = "no common.dll"});
   EXPECT_EQ(port.Fault(),
             "other kind.dll is a library for 32-bit programs, and this is a 64-bit one. Put the "
-            "64-bit library into the program's folder, or use the USB adapter.");
+            "64-bit library into the program's folder, or use the USB adapter.\n"
+            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
 }
 
 TEST(PortLibrariesTest, AFileThatIsNoLibraryIsTold) {
   const LibraryFile file("damaged.dll", std::string(5000, 'x'));
-  PortLibraries port({.ports = "damaged.dll", .access = "giveio.dll"});
-  EXPECT_EQ(port.Fault(), "damaged.dll is damaged or made for another kind of program.");
+  PortLibraries port({.ports = "damaged.dll", .access = "giveio.dll", .common = "damaged.dll"});
+  EXPECT_EQ(port.Fault(),
+            "damaged.dll is damaged or made for another kind of program.\n"
+            "damaged.dll is damaged or made for another kind of program.");
 }
 
 TEST(PortLibrariesTest, AnotherLibraryOfThisNameIsTold) {
-  PortLibraries port({.ports = "giveio.dll", .access = "win95io.dll"});
+  PortLibraries port({.ports = "giveio.dll", .access = "win95io.dll", .common = "no common.dll"});
   EXPECT_EQ(port.Fault(),
             "giveio.dll has no function vbOut: it is another library of this name.\n"
             "giveio.dll has no function vbInp: it is another library of this name.\n"
-            "win95io.dll has no function giveio: it is another library of this name.");
+            "win95io.dll has no function giveio: it is another library of this name.\n"
+            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
+}
+
+// What does not fit this program, or is not there, is made up for by the common library.
+class CommonLibrary : public testing::Test {
+ protected:
+  ~CommonLibrary() override { _putenv("KESTREL_TEST_NO_DRIVER="); }
+
+  PortLibraries port{{.ports = "no ports.dll", .access = "no access.dll"}};
+};
+
+TEST_F(CommonLibrary, TakesThePlaceOfLibrariesThatCannotBeUsed) {
+  EXPECT_EQ(port.Fault(), "");
+  EXPECT_TRUE(port.IsHeld(888));
+  EXPECT_TRUE(port.BringsDriver());
+  port.giveio();
+  port.vbOut(888, 5);
+  EXPECT_EQ(port.vbInp(889), 889 & 0xFF);
+  const std::vector<PortCall> calls = CallsOf("inpoutx64.dll");
+  ASSERT_EQ(calls.size(), 2U);
+  EXPECT_EQ(calls[0].port, 888);
+  EXPECT_EQ(calls[0].value, 5);
+  EXPECT_EQ(calls[1].port, 889);
+}
+
+TEST_F(CommonLibrary, IsLeftAloneWhereTheOthersCanBeUsed) {
+  PortLibraries both;
+  EXPECT_EQ(both.Fault(), "");
+  EXPECT_FALSE(both.BringsDriver());
+  EXPECT_EQ(GetModuleHandleA("inpoutx64.dll"), nullptr);
+}
+
+TEST_F(CommonLibrary, WithoutItsDriverIsNoHelpAndSaysSo) {
+  _putenv("KESTREL_TEST_NO_DRIVER=1");
+  EXPECT_EQ(port.Fault(),
+            "no ports.dll was not found. It belongs into the program's folder.\n"
+            "no access.dll was not found. It belongs into the program's folder.\n"
+            "inpoutx64.dll is there, but its driver is not: start the program as administrator "
+            "once, so that it is installed.");
+  EXPECT_FALSE(port.IsHeld(888));
+  EXPECT_FALSE(port.BringsDriver());
+  EXPECT_EQ(port.vbInp(889), 0xFF);
 }
 
 }  // namespace

@@ -105,12 +105,25 @@ TEST_F(ServiceRegistryTest, ABatchFileThatCannotBeWrittenIsToldWithTheReason) {
 }
 
 TEST_F(ServiceRegistryTest, LibrariesThatCannotBeLoadedAreExplained) {
-  PortLibraries missing({.ports = "no such library.dll", .access = "giveio.dll"});
+  PortLibraries missing(
+      {.ports = "no such library.dll", .access = "giveio.dll", .common = "no common.dll"});
   ServiceRegistry unable(missing);
   unable.WriteRegistryValue(kServiceKey, "Start", kRegistryNumber, "2");
   EXPECT_EQ(unable.Explanation(),
-            "no such library.dll was not found. It belongs into the program's folder.");
+            "no such library.dll was not found. It belongs into the program's folder.\n"
+            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
   EXPECT_EQ(service.Explanation(), "");
+}
+
+TEST_F(ServiceRegistryTest, NothingIsInstalledWhereALibraryBringsItsDriver) {
+  RecordingMessages messages;
+  PortLibraries common({.ports = "no ports.dll", .access = "no access.dll"});
+  ServiceRegistry able(common);
+  SetupGiveIO(able, messages);
+  EXPECT_FALSE(std::filesystem::exists(service.ProgramFolder() + "\\temp.bat"));
+  EXPECT_EQ(service.ReadRegistryValue(kServiceKey, "Start"), "") << "the registry stays as it was";
+  EXPECT_EQ(able.Explanation(), "");
+  EXPECT_TRUE(messages.Texts().empty());
 }
 
 TEST_F(ServiceRegistryTest, ADriverThatStartsWithTheSystemIsLeftAlone) {

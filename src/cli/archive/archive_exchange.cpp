@@ -14,6 +14,7 @@
 #include "exchange/kept_note.h"
 #include "numeric/hash.h"
 #include "record/utc_time.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -80,7 +81,7 @@ void ExportWord::Run(Session& session, const Output& output, Archive& archive) c
   }
   const auto content = Exported(records, *exchange::FormatNamed(format_));
   if (!content) throw RuntimeError(content.Why().Text());
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(file_), *content);
+  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(file_)), *content);
   if (output.json) {
     output.Write({{"file", file_}, {"records", ids}});
   } else {
@@ -115,7 +116,7 @@ void ImportWord::Run(Session& session, const Output& output, Archive& archive,
 void ImportWord::AddRecords(Session& session, const std::string& file,
                             std::vector<NewRecord>& records) const {
   const auto content =
-      session.station.FilesHere().Read(std::filesystem::absolute(file), kLargestFile);
+      session.station.FilesHere().Read(std::filesystem::absolute(PathOf(file)), kLargestFile);
   if (!content) throw RuntimeError(file + " cannot be read.");
   const auto imported = exchange::Imported(file, *content);
   if (!imported) throw RuntimeError(imported.Why().Text());
@@ -125,7 +126,7 @@ void ImportWord::AddRecords(Session& session, const std::string& file,
         imported->records.size() == 1 ? file : file + ", record " + std::to_string(i + 1);
     NewRecord record = RecordFrom(imported->records[i], where);
     record.uid = UidOf(*content, i);
-    record.program = "imported from " + std::filesystem::path(file).filename().string();
+    record.program = "imported from " + TextOf(PathOf(file).filename());
     records.push_back(std::move(record));
   }
 }

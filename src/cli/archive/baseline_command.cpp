@@ -13,6 +13,7 @@
 #include "cli/archive/archive_command.h"
 #include "cli/archive/baseline_report.h"
 #include "numeric/number_texts.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -63,7 +64,7 @@ void BaselineCommand::AddTo(CLI::App& app) {
 }
 
 std::string BaselineCommand::Misuse() const {
-  const std::string name = std::filesystem::path(saveFile_).filename().string();
+  const std::string name = TextOf(PathOf(saveFile_).filename());
   if (!saveFile_.empty() && !IsAlarmFileName(name)) {
     return "baseline: the name must be AlarmSpectrum_<name>.csv, not \"" + name + "\".";
   }
@@ -81,7 +82,7 @@ std::string BaselineCommand::Misuse() const {
 // The bands that are worked on, those of the other options with them.
 Result<BandTable> BaselineCommand::Table(Session& session) const {
   if (!bandsFile_.empty()) {
-    return ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(bandsFile_));
+    return ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(PathOf(bandsFile_)));
   }
   if (!NeedsSensor()) return BandTable{};
   auto table = session.station.Bands().Read();
@@ -150,13 +151,13 @@ void BaselineCommand::WriteFiles(Session& session, const Workbench& bench, const
                                  Json& done) const {
   Files& files = session.station.FilesHere();
   if (!saveFile_.empty()) {
-    const auto file = std::filesystem::absolute(saveFile_);
+    const auto file = std::filesystem::absolute(PathOf(saveFile_));
     files.ReplaceWhole(file, AlarmFileText(result));
     done["saved"] = file.string();
   }
   if (evidenceFile_.empty()) return;
   const report::Report evidence = EvidenceOf(bench, OriginOf(session));
-  const auto file = std::filesystem::absolute(evidenceFile_);
+  const auto file = std::filesystem::absolute(PathOf(evidenceFile_));
   files.ReplaceWhole(file, evidenceFile_.ends_with(".csv") ? baseline::EvidenceCsv(evidence)
                                                            : baseline::EvidenceText(evidence));
   done["evidence"] = file.string();

@@ -12,13 +12,10 @@
 #include "monitor/plan_from.h"
 #include "monitor/plan_words.h"
 #include "regmap/register_table.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
-
-std::filesystem::path PathOf(const std::string& text) {
-  return std::filesystem::absolute(std::filesystem::path(std::u8string(text.begin(), text.end())));
-}
 
 Json Told(const monitor::Mistakes& mistakes) {
   Json list = Json::array();
@@ -63,7 +60,8 @@ void MonitorCommand::SayMistakes(const Surroundings& surroundings, const Output&
 
 std::optional<MonitorRun> MonitorCommand::Read(const Surroundings& surroundings,
                                                const Output& output) const {
-  const auto content = surroundings.files.Read(PathOf(file_), monitor::kLargestPlan + 1);
+  const auto content =
+      surroundings.files.Read(std::filesystem::absolute(PathOf(file_)), monitor::kLargestPlan + 1);
   if (!content) {
     surroundings.error << "The plan " << file_ << " cannot be read.\n";
     return std::nullopt;
@@ -74,7 +72,8 @@ std::optional<MonitorRun> MonitorCommand::Read(const Surroundings& surroundings,
     return std::nullopt;
   }
   MonitorRun run{.plan = std::get<monitor::Plan>(std::move(read))};
-  auto bands = monitor::BandsOf(run.plan, surroundings.files, PathOf(file_).parent_path());
+  auto bands = monitor::BandsOf(run.plan, surroundings.files,
+                                std::filesystem::absolute(PathOf(file_)).parent_path());
   if (const auto* mistakes = std::get_if<monitor::Mistakes>(&bands)) {
     SayMistakes(surroundings, output, *mistakes);
     return std::nullopt;

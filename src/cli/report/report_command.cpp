@@ -10,6 +10,7 @@
 
 #include "cli/archive/archive_command.h"
 #include "cli/word_choice.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -32,7 +33,7 @@ std::vector<archive::KeptRecord> RecordsOf(const Session& session,
 }
 
 void Put(Session& session, const std::string& file, const std::string& content) {
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(file), content);
+  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(file)), content);
 }
 
 }  // namespace
@@ -84,9 +85,8 @@ std::vector<std::string> ReportCommand::Write(Session& session,
   if (folder_.empty()) return files;
   for (const report::Section& section : report.sections) {
     for (const report::Plot& plot : section.plots) {
-      const std::filesystem::path file =
-          std::filesystem::path(folder_) / (plot.name + "." + ending);
-      files.push_back(file.generic_string());
+      const std::filesystem::path file = PathOf(folder_) / PathOf(plot.name + "." + ending);
+      files.push_back(TextOf(file.generic_u8string()));
       Put(session, files.back(), painter.Picture(plot, ending));
     }
   }

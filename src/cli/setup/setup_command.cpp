@@ -8,20 +8,12 @@
 #include <filesystem>
 
 #include "cli/setup/setup_report.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
 
 namespace fs = std::filesystem;
-
-fs::path PathOf(const std::string& text) {
-  return fs::absolute(fs::path(std::u8string(text.begin(), text.end())));
-}
-
-std::string TextOf(const fs::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
 
 setup::SetupStore StoreOf(Session& session) {
   return {session.station.FilesHere(), session.SetupFolder()};
@@ -105,8 +97,9 @@ ExitCode SetupCommand::Run(Session& session, const Output& output) {
 }
 
 std::optional<setup::Setup> SetupCommand::Given(Session& session) const {
-  const auto found = file_.empty() ? StoreOf(session).Load(name_)
-                                   : setup::LoadSetup(session.station.FilesHere(), PathOf(file_));
+  const auto found =
+      file_.empty() ? StoreOf(session).Load(name_)
+                    : setup::LoadSetup(session.station.FilesHere(), fs::absolute(PathOf(file_)));
   if (found) return *found;
   session.Say(found.Why().Text());
   return std::nullopt;
@@ -125,7 +118,7 @@ bool SetupCommand::MayKeep(Session& session, setup::SetupStore& store,
 
 ExitCode SetupCommand::Save(Session& session, const Output& output) {
   auto store = StoreOf(session);
-  const fs::path file = file_.empty() ? fs::path() : PathOf(file_);
+  const fs::path file = file_.empty() ? fs::path() : fs::absolute(PathOf(file_));
   Files& files = session.station.FilesHere();
   if (file.empty() && !MayKeep(session, store, name_)) return ExitCode::Failure;
   if (!file.empty() && !replace_ && files.Read(file, 0)) {
@@ -193,7 +186,7 @@ ExitCode SetupCommand::Export(Session& session, const Output& output) {
     session.Say(saved.Why().Text());
     return ExitCode::Failure;
   }
-  const fs::path file = PathOf(file_);
+  const fs::path file = fs::absolute(PathOf(file_));
   Files& files = session.station.FilesHere();
   if (!replace_ && files.Read(file, 0)) {
     session.Say("There is a file " + TextOf(file) + " already; --replace replaces it.");
@@ -204,7 +197,7 @@ ExitCode SetupCommand::Export(Session& session, const Output& output) {
 }
 
 ExitCode SetupCommand::Import(Session& session, const Output& output) {
-  auto found = setup::LoadSetup(session.station.FilesHere(), PathOf(file_));
+  auto found = setup::LoadSetup(session.station.FilesHere(), fs::absolute(PathOf(file_)));
   if (!found) {
     session.Say(found.Why().Text());
     return ExitCode::Failure;

@@ -15,6 +15,7 @@
 #include "cli/word_choice.h"
 #include "numeric/number_parse.h"
 #include "record/utc_time.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -141,7 +142,8 @@ void WideCommand::Write(Session& session, const Output& output, WideReport repor
   report.withData = withData_;
   WriteWide(output, report);
   if (csv_.empty()) return;
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(csv_), WideCsv(report));
+  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(csv_)),
+                                           WideCsv(report));
 }
 
 ExitCode WideCommand::List(const Session& session, const Output& output) {

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/device_locks.h"
+#include "platform/device_locks.h"
 #include "platform/linux/file_descriptor.h"
 #include "platform/linux/parallel_ports.h"
 #include "seams/port_io.h"

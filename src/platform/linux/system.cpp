@@ -14,14 +14,14 @@
 #include <thread>
 #include <utility>
 
-#include "platform/linux/device_locks.h"
-#include "platform/linux/libusb_driver.h"
-#include "platform/linux/locked_usb_driver.h"
+#include "platform/device_locks.h"
+#include "platform/libusb/libusb_driver.h"
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "platform/linux/system_clock.h"
 #include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
+#include "platform/locked_usb_driver.h"
 
 namespace kestrel {
 namespace {
@@ -102,6 +102,10 @@ void System::KeepMemorySmall() {
 
 SystemVersion System::Version() {
   return {};
+}
+
+std::vector<std::string> System::Arguments(int argc, char** argv) {
+  return {argv + 1, argv + argc};
 }
 
 std::string System::ComputerName() {

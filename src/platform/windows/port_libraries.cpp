@@ -55,6 +55,11 @@ std::string WhyNoFunction(const std::string& name, const char* function) {
   return name + " has no function " + function + ": it is another library of this name.";
 }
 
+std::string WhyNoDriver(const std::string& name) {
+  return name + " is there, but its driver is not: start the program as administrator once, so " +
+         "that it is installed.";
+}
+
 void Append(std::string& text, const std::string& line) {
   text += (text.empty() ? "" : "\n") + line;
 }
@@ -73,6 +78,17 @@ Function FindOrTell(void* library, const std::string& name, const char* function
   return found;
 }
 
+// One that is not there is offered.
+void* LoadInstead(const std::string& name, std::string& fault) {
+  void* library = LoadLibraryA(name.c_str());
+  const DWORD error = GetLastError();
+  if (library != nullptr) return library;
+  Append(fault, error == ERROR_MOD_NOT_FOUND
+                    ? "Instead of them " + name + ", a port library for 64-bit programs, would do."
+                    : WhyNotLoaded(name, error));
+  return nullptr;
+}
+
 void Free(void* library) {
   if (library != nullptr) FreeLibrary(static_cast<HMODULE>(library));
 }
@@ -82,6 +98,7 @@ void Free(void* library) {
 PortLibraries::~PortLibraries() {
   Free(ports_);
   Free(access_);
+  Free(common_);
 }
 
 void PortLibraries::Load() {
@@ -92,6 +109,30 @@ void PortLibraries::Load() {
   inp_ = FindOrTell<Inp>(ports_, names_.ports, "vbInp", fault_);
   access_ = LoadOrTell(names_.access, fault_);
   giveio_ = FindOrTell<GiveIo>(access_, names_.access, "giveio", fault_);
+  if (!fault_.empty()) LoadCommon();
+}
+
+void PortLibraries::LoadCommon() {
+  void* library = LoadInstead(names_.common, fault_);
+  if (library == nullptr) return;
+  const auto out = FindOrTell<Out>(library, names_.common, "Out32", fault_);
+  const auto inp = FindOrTell<Inp>(library, names_.common, "Inp32", fault_);
+  const auto isOpen = FindOrTell<IsOpen>(library, names_.common, "IsInpOutDriverOpen", fault_);
+  const bool isWhole = out != nullptr && inp != nullptr && isOpen != nullptr;
+  if (!isWhole || isOpen() == 0) {
+    if (isWhole) Append(fault_, WhyNoDriver(names_.common));
+    return Free(library);
+  }
+  fault_.clear();
+  common_ = library;
+  out_ = out;
+  inp_ = inp;
+  giveio_ = nullptr;  // the driver lets every program in
+}
+
+bool PortLibraries::BringsDriver() {
+  Load();
+  return common_ != nullptr;
 }
 
 const std::string& PortLibraries::Fault() {

@@ -18,6 +18,10 @@
 namespace kestrel {
 namespace {
 
+constexpr std::string_view kServiceKey = "SYSTEM\\CurrentControlSet\\Services\\giveio";
+constexpr std::string_view kStart = "Start";
+constexpr const char* kStartsWithSystem = "2";
+
 class RegistryKey {
  public:
   RegistryKey() = default;
@@ -54,7 +58,9 @@ std::string ValueText(DWORD type, const std::vector<BYTE>& data) {
 
 }  // namespace
 
+// A library that has brought its driver along needs no other to be installed.
 std::string ServiceRegistry::ReadRegistryValue(const std::string& key, const std::string& name) {
+  if (name == kStart && key == kServiceKey && libraries_.BringsDriver()) return kStartsWithSystem;
   RegistryKey opened;
   if (!opened.OpenToRead(key)) return {};
   DWORD type = 0;
@@ -98,7 +104,7 @@ void ServiceRegistry::WriteBatchFile(const std::string& path, const std::string&
 
 std::string ServiceRegistry::Explanation() {
   const bool installed =
-      ReadRegistryValue("SYSTEM\\CurrentControlSet\\Services\\giveio", "Start") == "2";
+      ReadRegistryValue(std::string(kServiceKey), std::string(kStart)) == kStartsWithSystem;
   std::string text = libraries_.Fault();
   if (!installed && IsUserAnAdmin() == 0) {
     text += (text.empty() ? "" : "\n") +

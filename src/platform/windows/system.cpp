@@ -10,25 +10,73 @@
 #include <thread>
 #include <utility>
 
+#include "platform/device_locks.h"
+#include "platform/either_usb_driver.h"
+#include "platform/libusb/libusb_driver.h"
+#include "platform/locked_usb_driver.h"
 #include "platform/windows/ezusb_driver.h"
 #include "platform/windows/port_libraries.h"
 #include "platform/windows/service_registry.h"
 #include "platform/windows/system_clock.h"
 #include "platform/windows/system_files.h"
 #include "platform/windows/system_locale.h"
+#include "seams/path_text.h"
 
 // Last: it makes macros of names that the program uses.
 #include <windows.h>
 
 namespace kestrel {
+namespace {
+
+std::string OwnName() {
+  std::array<wchar_t, 32'768> own{};
+  GetModuleFileNameW(nullptr, own.data(), static_cast<DWORD>(own.size()));
+  return TextOf(std::filesystem::path(own.data()).stem());
+}
+
+// What the program writes to a console is UTF-8; whoever uses it afterwards finds it as it was.
+class ConsoleInUtf8 {
+ public:
+  ConsoleInUtf8() { SetConsoleOutputCP(CP_UTF8); }
+  ~ConsoleInUtf8() { SetConsoleOutputCP(before_); }
+  ConsoleInUtf8(const ConsoleInUtf8&) = delete;
+  ConsoleInUtf8& operator=(const ConsoleInUtf8&) = delete;
+
+ private:
+  UINT before_ = GetConsoleOutputCP();
+};
+
+}  // namespace
 
 struct System::Parts {
-  explicit Parts(const SystemOptions& options) : usb(options.waiting) {}
+  explicit Parts(const SystemOptions& options)
+      : locks(
+            LockFolders(), options.user ? options.user : [] { return OwnName(); }),
+        adapters(options.waiting),
+        boards(LibusbDriver::kTimeLimit, options.waiting,
+               {.isTaken =
+                    [this](std::size_t number) {
+                      return adapters.Attached("Ezusb-" + std::to_string(number));
+                    }},
+               kUsbBusyElsewhere),
+        usb(
+            either, locks, [this](const std::string& name) { return PlaceOf(name); },
+            options.inUse) {}
 
+  // The names of the boards' own driver are the same in all programs.
+  [[nodiscard]] std::string PlaceOf(const std::string& name) {
+    return adapters.Attached(name) ? name : boards.PlaceOf(name);
+  }
+
+  ConsoleInUtf8 console;
   kestrel::SystemClock clock;
   kestrel::SystemFiles files;
   kestrel::SystemLocale locale;
-  EzusbDriver usb;
+  DeviceLocks locks;
+  EzusbDriver adapters;  // those that the boards' own driver leads to
+  LibusbDriver boards;   // those of the system's generic one, which one program has at a time
+  EitherUsbDriver either{adapters, boards};
+  LockedUsbDriver usb;
   PortLibraries port;
   ServiceRegistry service{port};
 };
@@ -51,11 +99,13 @@ Hardware System::Devices() {
 }
 // Ports have no names here, only addresses.
 void System::UsePortDevice(const std::string& /*device*/) {}
-std::string System::Claim(const std::string& /*name*/) {
-  return {};
+std::string System::Claim(const std::string& name) {
+  return parts_->locks.Take(name) ? "" : parts_->locks.Holder(name);
 }
-// Boards are opened for each operation, and ports belong to nobody.
-void System::LetGo() {}
+// Ports belong to nobody.
+void System::LetGo() {
+  parts_->usb.LetGo();
+}
 
 void System::WatchInput(std::function<void()> ended) {
   std::thread([ended = std::move(ended)] {
@@ -82,6 +132,18 @@ SystemVersion System::Version() {
           static_cast<int>(info.dwMinorVersion)};
 }
 
+// The narrow ones have lost what the system's code page does not hold.
+std::vector<std::string> System::Arguments(int /*argc*/, char** /*argv*/) {
+  int count = 0;
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> words(
+      CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree);
+  std::vector<std::string> arguments;
+  for (int i = 1; words != nullptr && i < count; ++i) {
+    arguments.push_back(TextOf(std::filesystem::path(words.get()[i])));
+  }
+  return arguments;
+}
+
 std::string System::ComputerName() {
   return Environment("COMPUTERNAME");
 }
@@ -89,8 +151,7 @@ std::string System::ComputerName() {
 std::string System::Environment(const char* name) {
   const wchar_t* value = _wgetenv(std::filesystem::path(name).c_str());
   if (value == nullptr) return "";
-  const std::u8string text = std::filesystem::path(value).u8string();
-  return {text.begin(), text.end()};
+  return TextOf(value);
 }
 
 std::chrono::nanoseconds System::SinceBoot() {

@@ -1,6 +1,6 @@
 // Boards locked before they are opened.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/locked_usb_driver.h"
+#include "platform/locked_usb_driver.h"
 
 #include <algorithm>
 

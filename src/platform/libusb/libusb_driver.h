@@ -1,4 +1,4 @@
-// The adapter driver of Linux, over libusb.
+// The adapter driver over libusb.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,8 +7,8 @@
 #include <map>
 #include <memory>
 
-#include "platform/linux/usb_bus.h"
-#include "platform/linux/usb_watch.h"
+#include "platform/libusb/usb_bus.h"
+#include "platform/libusb/usb_watch.h"
 #include "platform/wait_budget.h"
 #include "seams/usb_driver.h"
 
@@ -23,7 +23,8 @@ inline constexpr std::uint32_t kBulkRead = 0x22204E;  // refuses pipes that lead
 // itself until it is closed.
 //
 // LastError(): 1 unknown request, 2 not attached, 5 no permission, 6 not an open handle, 31 the
-// device failed, 32 in use by another program, 87 no such pipe, 121 time-out, 122 buffer too small.
+// device failed, 32 in use by another program, 50 no driver for it, 87 no such pipe, 121 time-out,
+// 122 buffer too small.
 class LibusbDriver : public UsbDriver {
  public:
   // Of one request, and of all that follow each other while a board does not answer.
@@ -32,8 +33,10 @@ class LibusbDriver : public UsbDriver {
   static constexpr std::chrono::milliseconds kNoticeable{150};
 
   // `waiting` is told true when a request begins to be noticed, and false at its end.
+  // `refused` is the error of a board that the system does not let the program open.
   explicit LibusbDriver(std::chrono::milliseconds timeLimit = kTimeLimit,
-                        std::function<void(bool)> waiting = {});
+                        std::function<void(bool)> waiting = {}, UsbBusRules rules = {},
+                        std::int32_t refused = kUsbNoPermission);
   ~LibusbDriver() override;
   LibusbDriver(const LibusbDriver&) = delete;
   LibusbDriver& operator=(const LibusbDriver&) = delete;
@@ -47,8 +50,8 @@ class LibusbDriver : public UsbDriver {
                                      std::uint32_t& returned) override;
   void CloseHandle(Handle device) override;
   [[nodiscard]] bool Attached(const std::string& name) override;
-  // Where a board of this name is plugged in, the same for every program: "usb-1-2.3". Empty where
-  // there is none.
+  // Where a board of this name that is to be opened is plugged in, the same for every program:
+  // "usb-1-2.3". Empty where there is none.
   [[nodiscard]] std::string PlaceOf(const std::string& name);
   [[nodiscard]] bool Watch(std::function<void()> changed) override;
   [[nodiscard]] std::uint32_t Plugging(Handle device) override;
@@ -67,9 +70,11 @@ class LibusbDriver : public UsbDriver {
   int Move(libusb_device_handle* device, const UsbPipe& pipe, std::span<std::uint8_t> buffer,
            int& moved);
   bool Fail(std::int32_t error);  // always false
+  bool FailOf(int libusbError);   // always false
 
   WaitBudget budget_;
   std::function<void(bool)> waiting_;
+  std::int32_t refused_;
   UsbBus bus_;  // outlives the handles
   std::map<Handle, std::unique_ptr<OpenBoard>> open_;
   Handle lastHandle_ = 0;

@@ -1,12 +1,12 @@
 // The library's messages of boards that come and go.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/usb_watch.h"
+#include "platform/libusb/usb_watch.h"
 
 #include <libusb.h>
 
 #include <utility>
 
-#include "platform/linux/usb_board.h"
+#include "platform/libusb/usb_board.h"
 
 namespace kestrel {
 

@@ -1,4 +1,4 @@
-// The adapter driver of Linux, with boards that other programs use left alone.
+// An adapter driver, with boards that other programs use left alone.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/linux/device_locks.h"
+#include "platform/device_locks.h"
 #include "seams/usb_driver.h"
 
 namespace kestrel {
@@ -36,6 +36,9 @@ class LockedUsbDriver : public UsbDriver {
   // Another program may have the board that is this program's; one that is open stays so.
   void LetGo();
   [[nodiscard]] bool Attached(const std::string& name) override { return under_.Attached(name); }
+  [[nodiscard]] bool Watch(std::function<void()> changed) override {
+    return under_.Watch(std::move(changed));
+  }
   [[nodiscard]] std::uint32_t Plugging(Handle device) override { return under_.Plugging(device); }
   [[nodiscard]] std::int32_t LastError() override {
     return isRefused_ ? kUsbBusyElsewhere : under_.LastError();

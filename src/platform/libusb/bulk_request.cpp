@@ -1,6 +1,6 @@
 // Submits a bulk transfer and handles the library's events until it has ended.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/bulk_request.h"
+#include "platform/libusb/bulk_request.h"
 
 #include <libusb.h>
 
@@ -31,7 +31,9 @@ void BulkRequest::WaitFor(std::chrono::milliseconds time) {
     const auto left = std::chrono::duration_cast<std::chrono::microseconds>(
         deadline - std::chrono::steady_clock::now());
     if (left.count() <= 0) return;
-    timeval wait{.tv_sec = left.count() / 1000000, .tv_usec = left.count() % 1000000};
+    timeval wait{};  // its numbers are of other types elsewhere
+    wait.tv_sec = static_cast<decltype(wait.tv_sec)>(left.count() / 1000000);
+    wait.tv_usec = static_cast<decltype(wait.tv_usec)>(left.count() % 1000000);
     const int error = libusb_handle_events_timeout_completed(context_, &wait, &ended_);
     if (error != LIBUSB_SUCCESS && error != LIBUSB_ERROR_INTERRUPTED) {
       libusb_cancel_transfer(transfer_.get());

@@ -1,6 +1,6 @@
 // A board's descriptors and pipes, read and put into the adapter driver's form.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/usb_board.h"
+#include "platform/libusb/usb_board.h"
 
 #include <libusb.h>
 

@@ -1,25 +1,26 @@
 // The adapter driver's requests, one by one, as calls of libusb.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/libusb_driver.h"
+#include "platform/libusb/libusb_driver.h"
 
 #include <libusb.h>
 
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
-#include "platform/linux/bulk_request.h"
+#include "platform/libusb/bulk_request.h"
+
+// Headers of a system that the library's includes make a macro of this name.
+#undef CreateFile
 
 namespace kestrel {
 namespace {
 
 // The system error codes that the drivers' callers know.
 constexpr std::int32_t kInvalidFunction = 1;
-constexpr std::int32_t kFileNotFound = 2;
-constexpr std::int32_t kAccessDenied = 5;
 constexpr std::int32_t kInvalidHandle = 6;
 constexpr std::int32_t kDeviceFailure = 31;
-constexpr std::int32_t kInUse = 32;
 constexpr std::int32_t kInvalidParameter = 87;
 constexpr std::int32_t kTimeout = 121;
 constexpr std::int32_t kBufferTooSmall = 122;
@@ -28,14 +29,16 @@ constexpr std::size_t kDeviceDescriptorBuffer = 147;
 constexpr std::size_t kPipeNumberSize = 4;
 constexpr std::uint32_t kAnswerPipe = 1;
 
-std::int32_t ErrorCode(int libusbError) {
+std::int32_t ErrorCode(int libusbError, std::int32_t refused) {
   switch (libusbError) {
     case LIBUSB_ERROR_NO_DEVICE:
-      return kFileNotFound;
+      return kUsbNotAttached;
     case LIBUSB_ERROR_ACCESS:
-      return kAccessDenied;
+      return refused;
     case LIBUSB_ERROR_BUSY:
-      return kInUse;
+      return kUsbBusyElsewhere;
+    case LIBUSB_ERROR_NOT_SUPPORTED:
+      return kUsbNoDriver;
     case LIBUSB_ERROR_TIMEOUT:
       return kTimeout;
     default:
@@ -124,22 +127,23 @@ class LibusbDriver::OpenBoard {
   bool claimed_ = false;
 };
 
-LibusbDriver::LibusbDriver(std::chrono::milliseconds timeLimit, std::function<void(bool)> waiting)
-    : budget_(timeLimit), waiting_(std::move(waiting)) {}
+LibusbDriver::LibusbDriver(std::chrono::milliseconds timeLimit, std::function<void(bool)> waiting,
+                           UsbBusRules rules, std::int32_t refused)
+    : budget_(timeLimit), waiting_(std::move(waiting)), refused_(refused), bus_(std::move(rules)) {}
 
 LibusbDriver::~LibusbDriver() = default;
 
 UsbDriver::Handle LibusbDriver::CreateFile(const std::string& path, std::uint32_t /*access*/,
                                            std::uint32_t /*share*/, std::uint32_t /*creation*/) {
   const std::optional<std::size_t> number = BoardNumber(path);
-  std::shared_ptr<UsbBoard> board = number ? bus_.Board(*number) : nullptr;
+  std::shared_ptr<UsbBoard> board = number ? bus_.BoardToUse(*number) : nullptr;
   if (!board) {
-    Fail(kFileNotFound);
+    Fail(kUsbNotAttached);
     return -1;
   }
   auto opened = std::make_unique<OpenBoard>(std::move(board));
   if (const int error = opened->Open(); error != LIBUSB_SUCCESS) {
-    Fail(ErrorCode(error));
+    FailOf(error);
     return -1;
   }
   open_[++lastHandle_] = std::move(opened);
@@ -148,6 +152,7 @@ UsbDriver::Handle LibusbDriver::CreateFile(const std::string& path, std::uint32_
 
 void LibusbDriver::CloseHandle(Handle device) {
   if (open_.erase(device) == 0) Fail(kInvalidHandle);
+  bus_.NoteUse();
 }
 
 bool LibusbDriver::Attached(const std::string& name) {
@@ -157,7 +162,7 @@ bool LibusbDriver::Attached(const std::string& name) {
 
 std::string LibusbDriver::PlaceOf(const std::string& name) {
   const std::optional<std::size_t> number = BoardNumber("\\\\.\\" + name);
-  const auto board = number ? bus_.Board(*number) : nullptr;
+  const auto board = number ? bus_.BoardToUse(*number) : nullptr;
   if (!board) return {};
   const auto& [bus, ports] = board->Place();
   std::string place = "usb-" + std::to_string(bus);
@@ -227,7 +232,7 @@ bool LibusbDriver::ReadString(OpenBoard& board, std::uint8_t index, std::span<st
     language = static_cast<std::uint16_t>(languages[2] | languages[3] << 8U);
   }
   const int moved = request(index, language, output);
-  if (moved < 0) return Fail(ErrorCode(moved));
+  if (moved < 0) return FailOf(moved);
   returned = static_cast<std::uint32_t>(moved);
   return true;
 }
@@ -254,7 +259,7 @@ bool LibusbDriver::Transfer(OpenBoard& board, const UsbPipe& pipe, std::span<std
   if (error == LIBUSB_SUCCESS) return true;
   // A refused transfer leaves the pipe shut; the next one is to find it open.
   if (error == LIBUSB_ERROR_PIPE) libusb_clear_halt(board.Device(), pipe.endpoint);
-  return Fail(ErrorCode(error));
+  return FailOf(error);
 }
 
 int LibusbDriver::Move(libusb_device_handle* device, const UsbPipe& pipe,
@@ -277,6 +282,11 @@ int LibusbDriver::Move(libusb_device_handle* device, const UsbPipe& pipe,
 bool LibusbDriver::Fail(std::int32_t error) {
   lastError_ = error;
   return false;
+}
+
+bool LibusbDriver::FailOf(int libusbError) {
+  bus_.NoteFault();
+  return Fail(ErrorCode(libusbError, refused_));
 }
 
 }  // namespace kestrel

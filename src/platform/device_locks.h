@@ -5,15 +5,14 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "platform/linux/file_descriptor.h"
-
 namespace kestrel {
 
-// A lock is a file that its holder keeps locked and that tells who that is. The system unlocks it
-// when its holder ends, however that was. Where no file can be made nothing is locked.
+// A lock is a file that its holder keeps to itself and that tells who that is. The system gives it
+// free when its holder ends, however that was. Where no file can be made nothing is locked.
 class DeviceLocks {
  public:
   // Folders in the order in which they are tried; all programs must try the same. `user` tells
@@ -29,14 +28,17 @@ class DeviceLocks {
   [[nodiscard]] std::string Holder(const std::string& device) const;
 
  private:
-  [[nodiscard]] FileDescriptor Open(const std::string& device) const;
-
   std::vector<std::filesystem::path> folders_;
   std::function<std::string()> user_;
-  std::map<std::string, FileDescriptor> held_;
+  std::map<std::string, std::shared_ptr<void>> held_;  // the system's open files
 };
 
-// KESTREL_LOCKS where it is set; else the folder that all users share, the user's own, /tmp.
+// KESTREL_LOCKS where it is set; else the folder that all users share, then the user's own.
 [[nodiscard]] std::vector<std::filesystem::path> LockFolders();
+
+// The name of the file; what not every system takes for a name becomes an underline.
+[[nodiscard]] std::string LockFileOf(std::string device);
+// What a lock file tells of its holder, fit to be shown: "another program" where it tells nothing.
+[[nodiscard]] std::string HolderOf(std::string text);
 
 }  // namespace kestrel

@@ -1,6 +1,6 @@
 // Lock files: made for all users, locked, and signed by their holder.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/device_locks.h"
+#include "platform/device_locks.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,6 +10,9 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <utility>
+
+#include "platform/linux/file_descriptor.h"
 
 namespace kestrel {
 namespace {
@@ -28,50 +31,38 @@ int OpenFile(const std::string& path) {
   return file >= 0 ? file : open(path.c_str(), O_RDONLY | kFlags);
 }
 
-std::string FileNameOf(std::string device) {
-  std::ranges::replace_if(
-      device,
-      [](char c) {
-        return !((c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-                 c == '-' || c == '.');
-      },
-      '_');
-  return "kestrel-" + device + ".lock";
-}
-
 void Sign(int file, const std::string& text) {
   if (ftruncate(file, 0) != 0) return;
   static_cast<void>(!pwrite(file, text.data(), text.size(), 0));
 }
 
-}  // namespace
-
-FileDescriptor DeviceLocks::Open(const std::string& device) const {
-  for (const std::filesystem::path& folder : folders_) {
-    FileDescriptor file(OpenFile((folder / FileNameOf(device)).string()));
+// The first that can be opened.
+FileDescriptor OpenIn(const std::vector<std::filesystem::path>& folders,
+                      const std::string& device) {
+  for (const std::filesystem::path& folder : folders) {
+    FileDescriptor file(OpenFile((folder / LockFileOf(device)).string()));
     if (file.IsOpen()) return file;
   }
   return {};
 }
 
+}  // namespace
+
 bool DeviceLocks::Take(const std::string& device) {
   if (held_.contains(device)) return true;
-  FileDescriptor file = Open(device);
+  FileDescriptor file = OpenIn(folders_, device);
   if (!file.IsOpen()) return true;
   if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) return errno != EWOULDBLOCK;
   Sign(file.Number(), user_() + " (process " + std::to_string(getpid()) + ")");
-  held_[device] = std::move(file);
+  held_[device] = std::make_shared<FileDescriptor>(std::move(file));
   return true;
 }
 
 std::string DeviceLocks::Holder(const std::string& device) const {
-  const FileDescriptor file = Open(device);
+  const FileDescriptor file = OpenIn(folders_, device);
   std::array<char, 300> text{};
   const ssize_t size = file.IsOpen() ? pread(file.Number(), text.data(), text.size(), 0) : 0;
-  std::string holder(text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
-  std::ranges::replace_if(
-      holder, [](char c) { return static_cast<unsigned char>(c) < 0x20 || c == 0x7F; }, '?');
-  return holder.empty() ? "another program" : holder;
+  return HolderOf({text.data(), static_cast<std::size_t>(std::max<ssize_t>(size, 0))});
 }
 
 std::vector<std::filesystem::path> LockFolders() {
