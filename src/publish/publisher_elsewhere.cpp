@@ -7,7 +7,9 @@
 namespace kestrel::publish {
 
 std::unique_ptr<Publisher> MakePublisher(const PublisherChoice& /*choice*/) {
-  throw RuntimeError("on this system nothing is published: leave the section out of the plan");
+  throw RuntimeError(
+      "the program publishes nothing on this system: broker, metrics and command are left out of it. "
+      "Leave the section \"publish\" out of the plan");
 }
 
 void TellReady(const std::string& /*status*/) {}

@@ -20,7 +20,6 @@ inline constexpr std::uint32_t kBulkTransfer = 0x222051;
 inline constexpr std::int32_t kUsbNotAttached = 2;     // no device of this name
 inline constexpr std::int32_t kUsbNoPermission = 5;    // attached, the user may not use it
 inline constexpr std::int32_t kUsbBusyElsewhere = 32;  // attached, another program uses it
-inline constexpr std::int32_t kUsbNoDriver = 50;       // attached, no driver lets programs use it
 
 // The operating system's way to the adapter boards: one system call a function.
 class UsbDriver {

@@ -3,6 +3,7 @@
 #include "transport/adapter_search.h"
 
 #include "numeric/number_format.h"
+#include "seams/usb_no_driver.h"
 #include "transport/typed_word.h"
 
 namespace kestrel {

@@ -39,6 +39,14 @@ TEST_F(AdapterSearch, WhyABoardDoesNotOpen) {
             "Ezusb-3: could not be opened. Plug the board in again, then try again.");
 }
 
+TEST_F(AdapterSearch, ABoardWithoutADriverIsToldWithTheCure) {
+  boards_.openErrors = {{1, kUsbNoDriver}};
+  EXPECT_EQ(Search(),
+            "No adapter can be used.\n"
+            "Ezusb-1: attached, but without a driver that programs can use. On Windows give it the "
+            "system's own driver, WinUSB, in the device manager, then try again.");
+}
+
 TEST_F(AdapterSearch, DevicesThatAreNotOurBoardsSayWhatTheyAre) {
   boards_.boards[0] = {.product = 0x1234};
   boards_.boards[2] = {.vendor = 0x00AB};

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/libusb/bulk_request.h"
+#include "seams/usb_no_driver.h"
 
 // Headers of a system that the library's includes make a macro of this name.
 #undef CreateFile
