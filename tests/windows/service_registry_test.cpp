@@ -38,7 +38,9 @@ class ServiceRegistryTest : public testing::Test {
   }
 
   PortLibraries libraries;
-  ServiceRegistry service{libraries};
+  DeviceLocks locks{{std::filesystem::temp_directory_path()}, [] { return "kestrel"; }};
+  LockedPort port{libraries, locks};
+  ServiceRegistry service{libraries, port};
 };
 
 TEST_F(ServiceRegistryTest, WhatIsNotThereReadsAsNothing) {
@@ -107,7 +109,7 @@ TEST_F(ServiceRegistryTest, ABatchFileThatCannotBeWrittenIsToldWithTheReason) {
 TEST_F(ServiceRegistryTest, LibrariesThatCannotBeLoadedAreExplained) {
   PortLibraries missing(
       {.ports = "no such library.dll", .access = "giveio.dll", .common = "no common.dll"});
-  ServiceRegistry unable(missing);
+  ServiceRegistry unable(missing, port);
   unable.WriteRegistryValue(kServiceKey, "Start", kRegistryNumber, "2");
   EXPECT_EQ(unable.Explanation(),
             "no such library.dll was not found. It belongs into the program's folder.\n"
@@ -115,10 +117,18 @@ TEST_F(ServiceRegistryTest, LibrariesThatCannotBeLoadedAreExplained) {
   EXPECT_EQ(service.Explanation(), "");
 }
 
+TEST_F(ServiceRegistryTest, APortOfAnotherProgramIsExplained) {
+  DeviceLocks others({std::filesystem::temp_directory_path()}, [] { return "kestrel-cli"; });
+  ASSERT_TRUE(others.Take("port-378"));
+  EXPECT_FALSE(port.IsHeld(0x378));
+  EXPECT_EQ(service.Explanation().find("The port 378 is in use by kestrel-cli (process "), 0U)
+      << service.Explanation();
+}
+
 TEST_F(ServiceRegistryTest, NothingIsInstalledWhereALibraryBringsItsDriver) {
   RecordingMessages messages;
   PortLibraries common({.ports = "no ports.dll", .access = "no access.dll"});
-  ServiceRegistry able(common);
+  ServiceRegistry able(common, port);
   SetupGiveIO(able, messages);
   EXPECT_FALSE(std::filesystem::exists(service.ProgramFolder() + "\\temp.bat"));
   EXPECT_EQ(service.ReadRegistryValue(kServiceKey, "Start"), "") << "the registry stays as it was";

@@ -105,6 +105,7 @@ void ServiceRegistry::WriteBatchFile(const std::string& path, const std::string&
 std::string ServiceRegistry::Explanation() {
   const bool installed =
       ReadRegistryValue(std::string(kServiceKey), std::string(kStart)) == kStartsWithSystem;
+  if (!port_.Explanation().empty()) return port_.Explanation();
   std::string text = libraries_.Fault();
   if (!installed && IsUserAnAdmin() == 0) {
     text += (text.empty() ? "" : "\n") +

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "platform/locked_port.h"
 #include "platform/windows/port_libraries.h"
 #include "seams/driver_service.h"
 
@@ -10,7 +11,9 @@ namespace kestrel {
 // The system's registry and processes, as the set-up of the port-access driver needs them.
 class ServiceRegistry : public DriverService {
  public:
-  explicit ServiceRegistry(PortLibraries& libraries) : libraries_(libraries) {}
+  // `port` is the one that is reached through the libraries.
+  ServiceRegistry(PortLibraries& libraries, const LockedPort& port)
+      : libraries_(libraries), port_(port) {}
 
   [[nodiscard]] std::string ReadRegistryValue(const std::string& key,
                                               const std::string& name) override;
@@ -22,12 +25,13 @@ class ServiceRegistry : public DriverService {
   void WriteBatchFile(const std::string& path, const std::string& content) override;
   // -1 when the command cannot be started.
   std::int32_t RunAndWait(const std::string& commandLine) override;
-  // Why the libraries cannot be used, and that installing the driver takes an administrator where
-  // it is missing and the user is none.
+  // Who else uses the port, why the libraries cannot be used, and that installing the driver takes
+  // an administrator where it is missing and the user is none.
   [[nodiscard]] std::string Explanation() override;
 
  private:
   PortLibraries& libraries_;
+  const LockedPort& port_;
 };
 
 }  // namespace kestrel

@@ -13,6 +13,7 @@
 #include "platform/device_locks.h"
 #include "platform/either_usb_driver.h"
 #include "platform/libusb/libusb_driver.h"
+#include "platform/locked_port.h"
 #include "platform/locked_usb_driver.h"
 #include "platform/windows/ezusb_driver.h"
 #include "platform/windows/port_libraries.h"
@@ -77,8 +78,9 @@ struct System::Parts {
   LibusbDriver boards;   // those of the system's generic one, which one program has at a time
   EitherUsbDriver either{adapters, boards};
   LockedUsbDriver usb;
-  PortLibraries port;
-  ServiceRegistry service{port};
+  PortLibraries libraries;
+  LockedPort port{libraries, locks};
+  ServiceRegistry service{libraries, port};
 };
 
 // The port libraries take addresses, and say nothing of ports that cannot be had.
@@ -102,9 +104,9 @@ void System::UsePortDevice(const std::string& /*device*/) {}
 std::string System::Claim(const std::string& name) {
   return parts_->locks.Take(name) ? "" : parts_->locks.Holder(name);
 }
-// Ports belong to nobody.
 void System::LetGo() {
   parts_->usb.LetGo();
+  parts_->port.LetGo();
 }
 
 void System::WatchInput(std::function<void()> ended) {
