@@ -8,7 +8,8 @@ namespace kestrel::publish {
 
 std::unique_ptr<Publisher> MakePublisher(const PublisherChoice& /*choice*/) {
   throw RuntimeError(
-      "the program publishes nothing on this system: broker, metrics and command are left out of it. "
+      "the program publishes nothing on this system: broker, metrics and command are left out of "
+      "it. "
       "Leave the section \"publish\" out of the plan");
 }
 

@@ -139,6 +139,7 @@ TEST_F(TwoDrivers, ARefusalIsToldAsTheSystemMeansIt) {
   const MockBoardPlan plan = Board(1, "1", 4, 0xED03);
   bus.Plug(plan);
   LibusbDriver boards(kShortLimit, {}, rules, kUsbBusyElsewhere);
+  ASSERT_NE(Plugging(boards, 0), 0U);
   bus.Permit(plan, false);
   const OtherUser ordinary;
   EXPECT_LT(Open(boards, 0), 1);

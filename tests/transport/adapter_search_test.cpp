@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "transport/adapter_search.h"
 
+#include "seams/usb_no_driver.h"
+
 #include "usb_fixture.h"
 
 namespace kestrel {

@@ -1,5 +1,4 @@
-/* Stands for the common port library, inpoutx64.dll: notes the calls it gets. Its driver is there
-   unless the environment says otherwise.
+/* Stands for inpoutx64.dll: notes its calls; its driver is there unless the environment denies it.
    SPDX-License-Identifier: MIT */
 #include <stdlib.h>
 
