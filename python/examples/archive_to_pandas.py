@@ -46,4 +46,7 @@ def row_of(kept: kestrel.ArchivedRecord) -> dict[str, object]:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

@@ -33,4 +33,7 @@ def main(words: list[str] | None = None) -> None:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

@@ -58,4 +58,7 @@ def draw(archive: kestrel.Archive, file: str) -> None:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

@@ -44,4 +44,7 @@ def noise_of(records: list[kestrel.Record]) -> dict[str, NDArray[np.float64]]:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

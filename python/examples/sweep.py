@@ -48,4 +48,7 @@ def rows_of(record: kestrel.Record) -> list[list[object]]:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

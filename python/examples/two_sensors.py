@@ -50,4 +50,7 @@ def mean_rms(records: list[kestrel.Record], axis: kestrel.Axis) -> float:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

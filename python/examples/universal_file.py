@@ -55,4 +55,7 @@ def datasets_of(file: str) -> list[tuple[float, NDArray[np.float64]]]:
 
 
 if __name__ == "__main__":
-    main()
+    try:
+        main()
+    except kestrel.Error as error:
+        raise SystemExit(f"{error}") from None

@@ -77,17 +77,39 @@ Archive Archive::ForReading(std::unique_ptr<Database> database) {
   }
 }
 
+Archive Archive::ForRescue(std::unique_ptr<Database> database) {
+  std::int64_t version = 0;
+  try {
+    version = VersionOf(*database);
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Corrupt) throw;
+  }
+  if (version > kSchemaVersion) return ForReading(std::move(database));  // which says why not
+  if (version < 1) version = VersionByTables(*database);
+  return {std::move(database), version};
+}
+
 std::int64_t Archive::Keep(const NewRecord& record) {
-  Transaction transaction(*database_);
-  const std::int64_t id = Put(record);
-  transaction.Commit();
+  std::int64_t id = 0;
+  PutAll(std::span(&record, 1), [&](std::int64_t put) { id = put; });
   return id;
 }
 
 void Archive::KeepAll(std::span<const NewRecord> records) {
-  Transaction transaction(*database_);
-  for (const NewRecord& record : records) Put(record);
-  transaction.Commit();
+  PutAll(records, [](std::int64_t) {});
+}
+
+// A source that was made in a transaction is gone with it.
+void Archive::PutAll(std::span<const NewRecord> records,
+                     const std::function<void(std::int64_t id)>& put) {
+  try {
+    Transaction transaction(*database_);
+    for (const NewRecord& record : records) put(Put(record));
+    transaction.Commit();
+  } catch (...) {
+    lastSource_ = {};
+    throw;
+  }
 }
 
 std::int64_t Archive::Put(const NewRecord& record) {
@@ -121,12 +143,11 @@ std::int64_t Archive::SourceOf(const NewRecord& record) {
       "= $4 and program = $5 and bench = $6";
   std::int64_t source = Number(*database_, condition, values);
   if (source == 0) {
-    // Remembered when it is found the next time: this transaction may be rolled back.
     database_->Run(
         "insert into source(product, interface, adapter, simulated, program, bench) values($1, $2, "
         "$3, $4, $5, $6) on conflict do nothing",
         values);
-    return Number(*database_, condition, values);
+    source = Number(*database_, condition, values);
   }
   lastSource_ = {values, source};
   return source;
@@ -160,17 +181,27 @@ std::vector<KeptRecord> Archive::List(std::span<const std::int64_t> ids) {
 }
 
 std::optional<KeptRecord> Archive::Get(std::int64_t id) {
-  auto found = List(std::span(&id, 1));
-  if (found.empty()) return std::nullopt;
+  return Whole(id, "select " + RowColumns(version_) + kFromBoth + "where r.id = $1");
+}
+
+std::optional<KeptRecord> Archive::GetWithoutSource(std::int64_t id) {
+  return Whole(id,
+               "select " + RowColumnsWithoutSource(version_) + " from record r where r.id = $1");
+}
+
+std::optional<KeptRecord> Archive::Whole(std::int64_t id, const std::string& select) {
+  std::optional<KeptRecord> record;
+  database_->Run(select, {id}, [&](Row row) { record = RecordFrom(row); });
+  if (!record) return std::nullopt;
   bool hasPoints = false;
   database_->Run("select signed, words from points where record = $1", {id}, [&](Row row) {
-    UnpackWords(database::Blob(row[1]), database::Integer(row[0]) != 0, found.front().record);
+    UnpackWords(database::Blob(row[1]), database::Integer(row[0]) != 0, record->record);
     hasPoints = true;
   });
   if (!hasPoints) {
     throw DatabaseError(Fault::Corrupt, "record " + std::to_string(id) + " has no points");
   }
-  return std::move(found.front());
+  return record;
 }
 
 std::int64_t Archive::Count() {

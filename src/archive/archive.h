@@ -37,6 +37,9 @@ class Archive {
   // One that is only read, of this version or an earlier one: throws where it is another.
   static Archive ForReading(std::unique_ptr<database::Database> database);
 
+  // The same of one that is damaged, as far as anything of it can be read.
+  static Archive ForRescue(std::unique_ptr<database::Database> database);
+
   // The record is on the disk when this returns its id. One that is kept already (the same uid)
   // gets what is known of it now; its remarks stay.
   std::int64_t Keep(const NewRecord& record);
@@ -51,6 +54,8 @@ class Archive {
   [[nodiscard]] std::vector<KeptRecord> List(std::span<const std::int64_t> ids);
   // With its points; nothing where there is no such id.
   [[nodiscard]] std::optional<KeptRecord> Get(std::int64_t id);
+  // The same where nothing can be read of its sensor, program and bench: these are empty.
+  [[nodiscard]] std::optional<KeptRecord> GetWithoutSource(std::int64_t id);
   [[nodiscard]] std::int64_t Count();
 
   void SetRemarks(std::int64_t id, const Remarks& remarks);
@@ -86,9 +91,12 @@ class Archive {
   Archive(std::unique_ptr<database::Database> database, std::int64_t version)
       : database_(std::move(database)), version_(version) {}
 
+  void PutAll(std::span<const NewRecord> records, const std::function<void(std::int64_t id)>& put);
   std::int64_t Put(const NewRecord& record);
   std::int64_t Amend(const NewRecord& record);
   [[nodiscard]] std::int64_t SourceOf(const NewRecord& record);
+  // With its points; `select` is of one row, by the id.
+  [[nodiscard]] std::optional<KeptRecord> Whole(std::int64_t id, const std::string& select);
   void ForEach(std::span<const std::int64_t> ids, const std::string& sql,
                const database::Values& more = {});
 

@@ -19,6 +19,28 @@ using database::Fault;
 
 constexpr std::size_t kBroughtAtOnce = 64;
 
+std::string RefusalFor(const std::string& trouble) {
+  return "A record cannot be archived: " + trouble + ".";
+}
+
+// The waiting file's, which is no reason to do without the archive. Whoever else writes to it is
+// soon done.
+class AsideFault : public RuntimeError {
+ public:
+  explicit AsideFault(const DatabaseError& error)
+      : RuntimeError("Records that wait to be archived cannot be brought over: " +
+                     std::string(error.what())) {}
+};
+template <typename Action>
+auto OfAside(const Action& action) {
+  try {
+    return action();
+  } catch (const DatabaseError& error) {
+    if (error.fault == Fault::Busy) throw;
+    throw AsideFault(error);
+  }
+}
+
 }  // namespace
 
 KeeperChoice ChoiceFor(const Place& place, const Place& usual) {
@@ -121,11 +143,11 @@ void Keeper::Open() {
   canPutAside_ = true;
   try {
     archive_.emplace(choice_.open());
-    BringOver();
-    Tell([](KeeperState& state) {
-      state.trouble.clear();
+    const std::string obstacle = BringOver();
+    Tell([&](KeeperState& state) {
+      state.trouble = obstacle;
       state.fault.reset();
-      state.waiting = 0;
+      if (obstacle.empty()) state.waiting = 0;
     });
   } catch (const RuntimeError& error) {
     GiveUp(error);
@@ -144,25 +166,48 @@ void Keeper::GiveUp(const RuntimeError& error) {
 
 // Whatever ends this half-way: what was brought over twice is one record, by its uid. Another
 // program may bring over the same ones at the same time, and put others in their place.
-void Keeper::BringOver() {
-  if (!aside_ && !choice_.hasWaiting()) return;
-  Archive& aside = Aside();
-  std::vector<std::int64_t> ids = aside.Find({});
-  std::ranges::reverse(ids);  // the oldest first
-  for (std::size_t from = 0; from < ids.size(); from += kBroughtAtOnce) {
-    const auto part = std::span(ids).subspan(from, std::min(kBroughtAtOnce, ids.size() - from));
-    std::vector<NewRecord> records;
-    std::vector<std::pair<std::int64_t, Uid>> brought;
-    for (const std::int64_t id : part) {
-      auto record = aside.Get(id);
+std::string Keeper::BringOver() {
+  if (!aside_ && !choice_.hasWaiting()) return {};
+  std::string obstacle;
+  try {
+    std::vector<std::int64_t> ids = OfAside([&] { return Aside().Find({}); });
+    std::ranges::reverse(ids);  // the oldest first
+    for (std::size_t from = 0; from < ids.size(); from += kBroughtAtOnce) {
+      const auto part = std::span(ids).subspan(from, std::min(kBroughtAtOnce, ids.size() - from));
+      if (BringPart(part).empty()) continue;
+      for (const std::int64_t& id : part) {
+        const std::string why = BringPart(std::span(&id, 1));
+        if (!why.empty()) obstacle = why;
+      }
+    }
+  } catch (const AsideFault& fault) {
+    obstacle = fault.what();
+  }
+  if (!obstacle.empty()) aside_.reset();
+  return obstacle;
+}
+
+// All of them or none; why none.
+std::string Keeper::BringPart(std::span<const std::int64_t> ids) {
+  std::vector<NewRecord> records;
+  std::vector<std::pair<std::int64_t, Uid>> brought;
+  try {
+    for (const std::int64_t id : ids) {
+      auto record = OfAside([&] { return aside_->Get(id); });
       if (!record) continue;
       brought.emplace_back(id, record->uid);
       records.push_back(std::move(*record));
     }
     archive_->KeepAll(records);
-    aside.RemoveKnown(brought);
-    Tell([&](KeeperState& state) { state.kept += static_cast<std::int64_t>(records.size()); });
+    OfAside([&] { aside_->RemoveKnown(brought); });
+  } catch (const AsideFault& fault) {
+    return fault.what();
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Constraint) throw;
+    return RefusalFor(error.what());
   }
+  Tell([&](KeeperState& state) { state.kept += static_cast<std::int64_t>(records.size()); });
+  return {};
 }
 
 void Keeper::LimitSize() {
@@ -240,7 +285,7 @@ void Keeper::Done(const std::function<void(KeeperState&)>& change) {
 void Keeper::Refuse(const std::string& trouble) {
   Done([&](KeeperState& state) {
     ++state.refused;
-    state.trouble = "A record cannot be archived: " + trouble + ".";
+    state.trouble = RefusalFor(trouble);
   });
 }
 

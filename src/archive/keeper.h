@@ -9,6 +9,7 @@
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <span>
 #include <string>
 #include <thread>
 
@@ -20,7 +21,7 @@ namespace kestrel::archive {
 struct KeeperState {
   std::int64_t kept = 0;                 // records and amendments of this keeper that are archived
   std::optional<std::int64_t> lastId{};  // of the last of them
-  std::int64_t waiting = 0;              // in the waiting file until the archive can be had
+  std::int64_t waiting = 0;              // in the waiting file until the archive takes them
   std::int64_t unsafe = 0;               // in memory only
   std::int64_t refused = 0;              // could never be kept; `trouble` says why
   std::string trouble{};                 // with the cure; empty when all is well
@@ -72,7 +73,9 @@ class Keeper {
   // False at the end.
   [[nodiscard]] bool WaitForWork();
   void Open();
-  void BringOver();
+  // Why some of what waits stays where it is; empty where all was brought over.
+  [[nodiscard]] std::string BringOver();
+  [[nodiscard]] std::string BringPart(std::span<const std::int64_t> ids);
   void LimitSize();
   void KeepNext();
   void Rest();

@@ -58,6 +58,17 @@ const char* CureOf(Fault fault, bool isServer) {
   }
 }
 
+template <typename Make>
+Archive Opened(const Place& place, Access access, const Make& make) {
+  try {
+    return make(Connect(place, access));
+  } catch (const DatabaseError& error) {
+    throw DatabaseError(error.fault, "The archive " + Shown(place) +
+                                         " cannot be opened: " + error.what() + ". " +
+                                         CureOf(error.fault, place.IsServer()));
+  }
+}
+
 }  // namespace
 
 bool Place::IsServer() const {
@@ -101,15 +112,15 @@ std::string Trouble(const Place& place, const DatabaseError& error) {
 }
 
 Archive Open(const Place& place, Access access) {
-  try {
-    auto connection = Connect(place, access);
+  return Opened(place, access, [&](auto connection) {
     return access == Access::ReadOnly ? Archive::ForReading(std::move(connection))
                                       : Archive(std::move(connection));
-  } catch (const DatabaseError& error) {
-    throw DatabaseError(error.fault, "The archive " + Shown(place) +
-                                         " cannot be opened: " + error.what() + ". " +
-                                         CureOf(error.fault, place.IsServer()));
-  }
+  });
+}
+
+Archive OpenForRescue(const Place& place) {
+  return Opened(place, Access::ReadOnly,
+                [](auto connection) { return Archive::ForRescue(std::move(connection)); });
 }
 
 }  // namespace kestrel::archive

@@ -40,5 +40,7 @@ struct Place {
 // written. Throws DatabaseError, whose text names the place and the cure.
 [[nodiscard]] Archive Open(const Place& place,
                            database::Access access = database::Access::ReadWrite);
+// To be read only, however damaged it is; likewise.
+[[nodiscard]] Archive OpenForRescue(const Place& place);
 
 }  // namespace kestrel::archive

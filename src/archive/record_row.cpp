@@ -24,6 +24,11 @@ std::string FirstColumns() {
          ", rms_x, rms_y, rms_z, top_x, top_y, top_z";
 }
 
+// Of the table of records alone.
+std::string OwnColumns(std::int64_t version) {
+  return "r.id, " + FirstColumns() + ", " + (version < 2 ? "null, null" : kWideColumns);
+}
+
 // Puts the cells of a row one after another.
 class Filling {
  public:
@@ -178,8 +183,14 @@ const std::string& RecordColumns() {
 }
 
 std::string RowColumns(std::int64_t version) {
-  return "r.id, " + FirstColumns() + ", " + (version < 2 ? "null, null" : kWideColumns) +
+  return OwnColumns(version) +
          ", s.product, s.interface, s.adapter, s.simulated, s.program, s.bench";
+}
+
+std::string RowColumnsWithoutSource(std::int64_t version) {
+  return OwnColumns(version) +
+         ", cast(0 as bigint), cast('' as text), cast('' as text), cast(0 as bigint), cast('' as "
+         "text), cast('' as text)";
 }
 
 Values RecordValues(const NewRecord& kept, std::int64_t source) {

@@ -14,6 +14,8 @@ namespace kestrel::archive {
 // The same of "record" as r and "source" as s: id, columns, then the source's. Columns that tables
 // of an earlier version have not got are null.
 [[nodiscard]] std::string RowColumns(std::int64_t version);
+// The same of "record" as r alone, with nothing for the source.
+[[nodiscard]] std::string RowColumnsWithoutSource(std::int64_t version);
 
 // What RecordColumns are filled with.
 [[nodiscard]] database::Values RecordValues(const NewRecord& record, std::int64_t source);

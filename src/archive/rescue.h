@@ -11,8 +11,9 @@ namespace kestrel::archive {
 
 struct Rescued {
   std::int64_t kept = 0;
-  std::int64_t lost = 0;       // ids that are known of and cannot be read
-  bool isJournalWhole = true;  // false where it cannot be read
+  std::int64_t lost = 0;           // known of and not to be read, or such as no archive takes
+  std::int64_t withoutSource = 0;  // of those kept: sensor, program and bench could not be read
+  bool isJournalWhole = true;      // false where some of it is lost
 };
 
 // The journal of `from`, and every record that can be read whole, deleted ones too, is kept in

@@ -91,6 +91,16 @@ std::int64_t VersionOf(Database& database) {
   return Number(database, "select value from about where name = 'archive version'");
 }
 
+std::int64_t VersionByTables(Database& database) {
+  if (database.HasTable("journal")) return 3;
+  try {
+    database.Run("select wide_set from record limit 1");
+  } catch (const DatabaseError& error) {
+    if (error.fault != Fault::Corrupt) return 1;  // there is no such column
+  }
+  return 2;
+}
+
 Contents ContentsOf(Database& database) {
   if (database.IsBlank()) return Contents::Nothing;
   if (!database.HasTable("about") || !database.HasTable("record")) return Contents::Foreign;

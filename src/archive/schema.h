@@ -21,6 +21,9 @@ enum class Contents {
 // Of the tables of an archive; 0 where it is none.
 [[nodiscard]] std::int64_t VersionOf(database::Database& database);
 
+// Of an archive whose own word on it is lost: by the tables and columns it has.
+[[nodiscard]] std::int64_t VersionByTables(database::Database& database);
+
 // Makes the tables where there are none, and brings earlier ones up to date, whole or not at all.
 // Two programs may do so at once. Throws DatabaseError, of a foreign or newer database too.
 void MakeCurrent(database::Database& database);

@@ -103,7 +103,7 @@ std::int64_t PostgresDatabase::Size() {
 std::string PostgresDatabase::Prepared(const std::string& sql, const std::vector<Oid>& types) {
   std::string& name = names_[{sql, types}];
   if (!name.empty()) return name;
-  const std::string fresh = "s" + std::to_string(names_.size());
+  const std::string fresh = "s" + std::to_string(++tried_);  // one that failed may be there
   const Outcome outcome(PQprepare(connection_.get(), fresh.c_str(), sql.c_str(),
                                   static_cast<int>(types.size()), types.data()));
   if (!outcome) throw DatabaseError(Fault::Lost, Trimmed(PQerrorMessage(connection_.get())));
@@ -139,7 +139,8 @@ Fault PostgresDatabase::KindOf(const std::string& state) const {
       state.starts_with("57P")) {
     return Fault::Lost;
   }
-  if (state.starts_with("23")) return Fault::Constraint;
+  // Values that may not be together, and such as may not be at all: a text that is no UTF-8.
+  if (state.starts_with("23") || state.starts_with("22")) return Fault::Constraint;
   if (state == "57014") return Fault::Cancelled;
   if (state == "55P03" || state.starts_with("40")) return Fault::Busy;
   if (state == "53100") return Fault::Full;

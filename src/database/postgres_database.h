@@ -55,6 +55,7 @@ class PostgresDatabase : public Database {
   std::unique_ptr<PGcancel, Free> cancel_;
   // The types belong to the key: a null has none.
   std::map<std::pair<std::string, std::vector<Oid>>, std::string> names_;
+  std::int64_t tried_ = 0;  // statements, of which some could not be prepared
   Values row_;
 };
 

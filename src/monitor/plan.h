@@ -17,6 +17,10 @@
 #include "analysis/severity.h"
 #include "archive/kept_record.h"
 
+namespace kestrel::archive {
+struct Place;
+}
+
 namespace kestrel::monitor {
 
 // Words of the plan and the sensor's codes for them.
@@ -87,6 +91,9 @@ struct Plan {
   }
   bool operator==(const Plan&) const = default;
 };
+
+// Where its records go: the plan's own archive, or else the usual one.
+[[nodiscard]] archive::Place ArchiveOf(const Plan& plan, const archive::Place& usual);
 
 // What is wrong with a line of a plan; line 0 for what is missing as a whole.
 struct Mistake {

@@ -1,5 +1,6 @@
 // A plan written as its text.
 // SPDX-License-Identifier: MIT
+#include "archive/place.h"
 #include "monitor/plan.h"
 #include "monitor/plan_words.h"
 #include "numeric/number_format.h"
@@ -81,6 +82,10 @@ std::string TextOf(const Plan& plan) {
   if (!plan.publish.empty()) text += "\n[publish]\n";
   for (const PlanLine& line : plan.publish) text += Line(line.key.c_str(), line.value);
   return text;
+}
+
+archive::Place ArchiveOf(const Plan& plan, const archive::Place& usual) {
+  return plan.archive.empty() ? usual : archive::Place{plan.archive};
 }
 
 }  // namespace kestrel::monitor

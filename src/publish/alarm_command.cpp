@@ -9,11 +9,11 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
-#include <csignal>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "publish/no_signals.h"
 #include "publish/program_run.h"
 
 namespace kestrel::publish {
@@ -61,7 +61,7 @@ AlarmCommand::AlarmCommand(CommandSettings settings, std::shared_ptr<LetterQueue
       log_(std::move(log)),
       wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      thread_([this] { Work(); }) {}
+      thread_(ThreadWithoutSignals([this] { Work(); })) {}
 
 AlarmCommand::~AlarmCommand() {
   eventfd_write(stop_, 1);
@@ -80,9 +80,6 @@ std::string AlarmCommand::Trouble() const {
 }
 
 void AlarmCommand::Work() {
-  sigset_t all;
-  sigfillset(&all);
-  pthread_sigmask(SIG_BLOCK, &all, nullptr);
   while (true) {
     const std::optional<Letter> letter = letters_->Next(Receiver::Command);
     if (letter && !RunFor(*letter)) return;

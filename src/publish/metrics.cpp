@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <mutex>
 #include <thread>
@@ -19,6 +18,7 @@
 
 #include "numeric/runtime_error.h"
 #include "publish/metric_families.h"
+#include "publish/no_signals.h"
 
 namespace kestrel::publish {
 namespace {
@@ -74,22 +74,6 @@ int BindFault(const MetricsSettings& settings) {
   close(trial);
   return fault;
 }
-
-// Threads that begin meanwhile take no signals: these are for the program's own.
-class NoSignals {
- public:
-  NoSignals() {
-    sigset_t all;
-    sigfillset(&all);
-    pthread_sigmask(SIG_BLOCK, &all, &before_);
-  }
-  ~NoSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
-  NoSignals(const NoSignals&) = delete;
-  NoSignals& operator=(const NoSignals&) = delete;
-
- private:
-  sigset_t before_{};
-};
 
 // Connects and leaves.
 void Knock(const Address& address) {

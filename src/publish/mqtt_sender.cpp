@@ -9,13 +9,13 @@
 #include <array>
 #include <atomic>
 #include <condition_variable>
-#include <csignal>
 #include <cstdio>
 #include <mutex>
 #include <random>
 #include <utility>
 
 #include "numeric/hash.h"
+#include "publish/no_signals.h"
 
 namespace kestrel::publish {
 namespace {
@@ -45,13 +45,6 @@ SessionChoice SessionOf(const SenderChoice& choice) {
           .will = LostJson(choice.names)};
 }
 
-// Signals are for the program's own threads; a connection that breaks is an error, no signal.
-void BlockSignals() {
-  sigset_t all;
-  sigfillset(&all);
-  pthread_sigmask(SIG_BLOCK, &all, nullptr);
-}
-
 }  // namespace
 
 class MqttSender::Worker {
@@ -67,7 +60,6 @@ class MqttSender::Worker {
   Worker& operator=(const Worker&) = delete;
 
   void Run() {
-    BlockSignals();
     while (!isEnding_) {
       TalkOnce();
       WaitToRetry();
@@ -173,7 +165,7 @@ class MqttSender::Worker {
 
 MqttSender::MqttSender(const SenderChoice& choice, std::shared_ptr<LetterQueue> letters)
     : worker_(std::make_shared<Worker>(choice, std::move(letters))),
-      thread_([worker = worker_] { worker->Run(); }) {}
+      thread_(ThreadWithoutSignals([worker = worker_] { worker->Run(); })) {}
 
 MqttSender::~MqttSender() {
   worker_->End();

@@ -8,9 +8,8 @@
 #include <cstdlib>
 #include <set>
 
-#include "archive/archive.h"
+#include "archive/operations.h"
 #include "archive/place.h"
-#include "support/random_records.h"
 #include "support/sqlite_call_faults.h"
 #include "support/temporary_database.h"
 
@@ -18,15 +17,6 @@ namespace kestrel::archive {
 namespace {
 
 using database::DatabaseError;
-
-NewRecord Numbered(int number) {
-  RandomRecords records(static_cast<unsigned>(number));
-  NewRecord made{{}, records.Next(), {}, "0.1.0", "bench"};
-  made.uid[0] = static_cast<std::uint8_t>(number & 0xff);
-  made.uid[1] = static_cast<std::uint8_t>(number >> 8);
-  made.remarks.note = std::to_string(number);
-  return made;
-}
 
 // The numbers of the records that are there, each of them whole.
 std::set<int> WholeRecords(const std::string& file) {

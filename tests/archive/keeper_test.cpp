@@ -239,6 +239,38 @@ TEST_P(Keepers, ARecordThatCannotBeKeptIsToldAndHoldsUpNoOther) {
   EXPECT_EQ(Count(), 1);
 }
 
+TEST_P(Keepers, AWaitingRecordThatTheArchiveRefusesStaysAndHoldsUpNoOther) {
+  isAway_ = true;
+  {
+    Keeper keeper(Choice());
+    for (int i = 0; i < 3; ++i) keeper.Keep(Made());
+  }
+  waiting_.Connect()->Run("update record set note = 'a' || char(0) || 'b' where id = 2");
+  isAway_ = false;
+  {
+    Keeper keeper(Choice());
+    keeper.Keep(Made());
+    ASSERT_TRUE(Gets(keeper, [](const KeeperState& state) { return state.kept == 3; }));
+    EXPECT_THAT(keeper.State().trouble, testing::HasSubstr("A record cannot be archived: "));
+  }
+  EXPECT_EQ(Count(), 3);
+  EXPECT_EQ(Waiting(), 1) << "it is not lost";
+}
+
+TEST_P(Keepers, AWaitingFileThatIsDamagedHoldsUpNoRecord) {
+  {
+    std::ofstream file(waiting_.Name(), std::ios::binary);
+    file << std::string(20'000, 'x');
+  }
+  Keeper keeper(Choice());
+  keeper.Keep(Made());
+  EXPECT_TRUE(keeper.Finish(1s));
+  ASSERT_TRUE(Gets(keeper, [](const KeeperState& state) { return state.kept == 1; }));
+  EXPECT_THAT(keeper.State().trouble, testing::HasSubstr("cannot be brought over: "));
+  EXPECT_EQ(Count(), 1);
+  EXPECT_EQ(std::filesystem::file_size(waiting_.Name()), 20'000U);
+}
+
 TEST_P(Keepers, TwoKeepersShareOneArchive) {
   Keeper one(Choice());
   Keeper two(Choice());

@@ -1,7 +1,5 @@
 // Commands that write files, with a fault at every call of the disk.
 // SPDX-License-Identifier: MIT
-// The commands that write files, over the real disk, with a fault at every call of the system.
-
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -14,6 +12,7 @@
 #include "program_bench.h"
 #include "support/environment.h"
 #include "support/killed_child.h"
+#include "support/random_records.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_folder.h"
 
@@ -21,6 +20,7 @@ namespace kestrel {
 namespace {
 
 namespace fs = std::filesystem;
+using archive::NewRecord;
 using Kind = CallFault::Kind;
 
 struct Writing {
@@ -32,11 +32,26 @@ struct Writing {
 const std::vector<Writing> kWritings{
     {"Capture", {"capture", "--averages", "1", "--out", "FOLDER"}, "Datalog_1.csv"},
     {"Dump", {"registers", "dump", "--out", "FOLDER"}, "Registers_LOG.txt"},
-    {"Bands", {"bands", "save", "FOLDER/AlarmSpectrum_pump.csv"}, "AlarmSpectrum_pump.csv"}};
+    {"Bands", {"bands", "save", "FOLDER/AlarmSpectrum_pump.csv"}, "AlarmSpectrum_pump.csv"},
+    {"Export",
+     {"archive", "export", "1", "--format", "uff58", "--out", "FOLDER/pump.uff"},
+     "pump.uff"},
+    {"Wide", {"wide", "--averages", "1", "--csv", "FOLDER/wide.csv"}, "wide.csv"},
+    {"Setup", {"setup", "save", "pump"}, "pump.setup.json"}};
 
 class CliFileFaults : public ProgramBench, public testing::WithParamInterface<Writing> {
  protected:
-  CliFileFaults() { environment_.Set("XDG_DOCUMENTS_DIR", documents_.path().string()); }
+  CliFileFaults() {
+    environment_.Set("XDG_DOCUMENTS_DIR", documents_.path().string());
+    if (std::string(GetParam().name) == "Export") KeepARecord();
+  }
+
+  // The first of an archive of the test's own.
+  void KeepARecord() {
+    archive_ = {(archiveFolder_.path() / "archive.db").string()};
+    NewRecord record{.record = RandomRecords(1).Next(), .program = "1", .bench = "bench"};
+    archive::Open(archive_).Keep(record);
+  }
 
   ExitCode Write() {
     std::vector<std::string> arguments{"--simulate"};
@@ -55,7 +70,9 @@ class CliFileFaults : public ProgramBench, public testing::WithParamInterface<Wr
                                   .interrupted = interrupted,
                                   .out = out,
                                   .error = error,
-                                  .showProgress = false});
+                                  .showProgress = false,
+                                  .usualArchive = archive_,
+                                  .setups = folder_.path()});
   }
 
   void Empty() {
@@ -79,6 +96,8 @@ class CliFileFaults : public ProgramBench, public testing::WithParamInterface<Wr
 
   TemporaryFolder folder_;
   TemporaryFolder documents_;
+  TemporaryFolder archiveFolder_;
+  archive::Place archive_;
   Environment environment_;
   SystemFiles disk_;
 };

@@ -10,6 +10,17 @@
 namespace kestrel::database {
 namespace {
 
+Fault FaultOf(const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const DatabaseError& error) {
+    EXPECT_STRNE(error.what(), "");
+    return error.fault;
+  }
+  ADD_FAILURE() << "no fault";
+  return Fault::Other;
+}
+
 class Databases : public testing::TestWithParam<DatabaseKind> {
  protected:
   void SetUp() override {
@@ -20,16 +31,6 @@ class Databases : public testing::TestWithParam<DatabaseKind> {
     database_->Run(std::string("create table thing(id ") + database_->KeyType() +
                    ", number bigint unique, level double precision, note text, words blob)");
     transaction.Commit();
-  }
-  Fault FaultOf(const std::function<void()>& action) {
-    try {
-      action();
-    } catch (const DatabaseError& error) {
-      EXPECT_STRNE(error.what(), "");
-      return error.fault;
-    }
-    ADD_FAILURE() << "no fault";
-    return Fault::Other;
   }
   std::int64_t Count() { return Number(*database_, "select count(*) from thing"); }
 
@@ -107,6 +108,14 @@ TEST_P(Databases, AWrongStatementIsNamed) {
   EXPECT_EQ(FaultOf([&] { database_->Run("selec 1"); }), Fault::Other);
 }
 
+TEST_P(Databases, AStatementThatFailedOnceIsRunWhenItCanBe) {
+  const char* late = "select count(*) from later";
+  EXPECT_EQ(FaultOf([&] { database_->Run(late); }), Fault::Other);
+  database_->Run("create table later(number bigint)");
+  database_->Run("insert into later(number) values(1)");
+  EXPECT_EQ(Number(*database_, late), 1);
+}
+
 TEST_P(Databases, LongWorkIsCancelledFromAnotherThread) {
   std::thread other([&] {
     std::this_thread::sleep_for(std::chrono::milliseconds(100));
@@ -140,6 +149,18 @@ TEST_P(Databases, TablesAreKnown) {
 }
 
 KESTREL_ON_EVERY_DATABASE(Databases);
+
+TEST(TextOnAServer, ThatIsNoUtf8IsRefusedAndTheNextOneIsTaken) {
+  TemporarySchema place;
+  const auto database = place.Connect();
+  database->Run("create table thing(note text)");
+  EXPECT_EQ(FaultOf([&] {
+              database->Run("insert into thing(note) values($1)", {std::string("caf\xE9")});
+            }),
+            Fault::Constraint);
+  database->Run("insert into thing(note) values($1)", {std::string("caf\xC3\xA9")});
+  EXPECT_EQ(Number(*database, "select count(*) from thing"), 1);
+}
 
 TEST(NoDatabase, AServerThatIsNotThereIsLost) {
   try {

@@ -9,6 +9,7 @@ import time
 
 import pytest
 
+import kestrel
 from conftest import EXAMPLES
 
 
@@ -83,3 +84,27 @@ def test_universal_file(run):
     told = run("universal_file", "--simulate")
     assert told.count("256 values") == 3 and told.count("equal to the record") == 3
     assert "NOT" not in told
+
+
+SENSORLESS = [each.stem for each in EXAMPLES.glob("*.py") if each.stem != "archive_to_pandas"]
+
+
+@pytest.mark.parametrize("name", sorted(SENSORLESS))
+def test_without_a_sensor_it_is_said_in_a_calm_line(name, tmp_path):
+    try:
+        kestrel.open().close()
+        pytest.skip("a sensor is attached")
+    except kestrel.SensorLost:
+        pass
+    done = subprocess.run([sys.executable, EXAMPLES / f"{name}.py"], cwd=tmp_path,
+                          capture_output=True, text=True, timeout=120)
+    assert (done.returncode, done.stdout) == (1, "")
+    assert "Traceback" not in done.stderr and len(done.stderr.splitlines()) == 1
+    assert "adapter" in done.stderr or "sensor" in done.stderr.lower()
+
+
+def test_without_an_archive_that_is_said_in_a_calm_line(tmp_path):
+    done = subprocess.run([sys.executable, EXAMPLES / "archive_to_pandas.py", "--archive",
+                           "none.db"], cwd=tmp_path, capture_output=True, text=True, timeout=120)
+    assert (done.returncode, done.stdout) == (1, "")
+    assert "Traceback" not in done.stderr and "none.db" in done.stderr

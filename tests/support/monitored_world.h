@@ -19,6 +19,7 @@
 #include "database/sqlite_database.h"
 #include "monitor/monitor.h"
 #include "simulator/simulated_hardware.h"
+#include "support/failing_usb_driver.h"
 #include "support/fixed_locale.h"
 #include "support/memory_files.h"
 #include "support/temporary_folder.h"
@@ -161,7 +162,7 @@ class MonitoredWorld {
             .clock = clock,
             .files = files_,
             .locale = locale_,
-            .hardware = {&hardware_.Adapter(), &hardware_.Port(), &hardware_.Service()},
+            .hardware = {&usb_, &hardware_.Port(), &hardware_.Service()},
             .watch = {.progress = {}, .interrupted = [this] { return patience_->IsOver(); }}},
         connection);
     monitor_ = std::make_unique<monitor::Monitor>(plan_, bands, SiteNow());
@@ -212,6 +213,8 @@ class MonitoredWorld {
 
   [[nodiscard]] monitor::Monitor& Monitor() { return *monitor_; }
   [[nodiscard]] SimulatedHardware& Hardware() { return hardware_; }
+  // Between the program and the adapter.
+  [[nodiscard]] FailingUsbDriver& Usb() { return usb_; }
   [[nodiscard]] std::string ArchiveFile() const { return FileNamed("archive.db"); }
   [[nodiscard]] archive::Archive OpenArchive() const {
     return archive::Archive(
@@ -293,6 +296,7 @@ class MonitoredWorld {
   FixedLocale locale_;
   monitor::Plan plan_;
   SimulatedHardware hardware_;
+  FailingUsbDriver usb_{hardware_.Adapter()};
   bool isEnding_ = false;
   std::unique_ptr<monitor::Patience> patience_;
   std::unique_ptr<Station> station_;

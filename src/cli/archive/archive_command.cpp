@@ -31,10 +31,18 @@ KeptRecord Found(Archive& archive, std::int64_t id) {
 
 }  // namespace
 
-Archive OpenArchive(const Session& session, Access access) {
+namespace {
+
+const archive::Place& ChosenPlace(const Session& session) {
   const archive::Place& place = session.ArchivePlace();
   if (place.text.empty()) throw RuntimeError("No archive is chosen; name one with --archive.");
-  return archive::Open(place, access);
+  return place;
+}
+
+}  // namespace
+
+Archive OpenArchive(const Session& session, Access access) {
+  return archive::Open(ChosenPlace(session), access);
 }
 
 CLI::App* ArchiveCommand::Add(const char* name, const char* text, const Deed& deed) {
@@ -159,18 +167,24 @@ ExitCode ArchiveCommand::Check(const Session& session, const Output& output) {
 }
 
 ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
-  Archive from = OpenArchive(session, Access::ReadOnly);
+  Archive from = archive::OpenForRescue(ChosenPlace(session));
   Archive into = archive::Open({into_});
   const archive::Rescued rescued = archive::Rescue(from, into);
   if (output.json) {
     output.Write({{"kept", rescued.kept},
                   {"lost", rescued.lost},
+                  {"without_source", rescued.withoutSource},
                   {"journal_whole", rescued.isJournalWhole}});
   } else {
     output.out << rescued.kept << " records kept, " << rescued.lost << " could not be read.\n";
-    if (!rescued.isJournalWhole) output.out << "The journal could not be read.\n";
+    if (rescued.withoutSource > 0) {
+      output.out << "Of " << rescued.withoutSource
+                 << " of them the sensor, the program and the bench could not be read.\n";
+    }
+    if (!rescued.isJournalWhole) output.out << "Not all of the journal could be read.\n";
   }
-  return rescued.lost == 0 && rescued.isJournalWhole ? ExitCode::Success : ExitCode::Failure;
+  const bool isAll = rescued.lost == 0 && rescued.withoutSource == 0 && rescued.isJournalWhole;
+  return isAll ? ExitCode::Success : ExitCode::Failure;
 }
 
 ExitCode ArchiveCommand::Export(Session& session, const Output& output) {

@@ -12,6 +12,7 @@
 #include "cli/archive/archive_report.h"
 #include "cli/word_choice.h"
 #include "exchange/kept_note.h"
+#include "exchange/texts.h"
 #include "numeric/hash.h"
 #include "record/utc_time.h"
 #include "seams/path_text.h"
@@ -126,7 +127,8 @@ void ImportWord::AddRecords(Session& session, const std::string& file,
         imported->records.size() == 1 ? file : file + ", record " + std::to_string(i + 1);
     NewRecord record = RecordFrom(imported->records[i], where);
     record.uid = UidOf(*content, i);
-    record.program = "imported from " + TextOf(PathOf(file).filename());
+    // A name of a file may be any bytes.
+    record.program = "imported from " + exchange::CleanUtf8(TextOf(PathOf(file).filename()));
     records.push_back(std::move(record));
   }
 }

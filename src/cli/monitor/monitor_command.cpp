@@ -105,8 +105,7 @@ std::optional<ExitCode> MonitorCommand::RunAlone(const Surroundings& surrounding
   run->isJson = output.json;
   run->endsWithInput = endsWithInput_;
   run->connection = ConnectionOf(run->plan.road, connection);
-  run->place = archive.named || run->plan.archive.empty() ? archive.place
-                                                          : archive::Place{run->plan.archive};
+  run->place = archive.named ? archive.place : monitor::ArchiveOf(run->plan, archive.place);
   if (run->place.text.empty()) {
     surroundings.error << "monitor: records need an archive; name one with --archive.\n";
     return ExitCode::Failure;

@@ -20,12 +20,12 @@ MonitorRunner::~MonitorRunner() {
 
 archive::Place MonitorRunner::Place() const {
   if (!wish_) return {};
-  return wish_->plan.archive.empty() ? wish_->archive : archive::Place{wish_->plan.archive};
+  return monitor::ArchiveOf(wish_->plan, wish_->archive);
 }
 
 QString MonitorRunner::Start(const Wish& wish) {
   if (Running()) return tr("A plan is monitored already. Stop it first.");
-  if (wish.plan.archive.empty() && wish.archive.text.empty()) {
+  if (monitor::ArchiveOf(wish.plan, wish.archive).text.empty()) {
     return tr(
         "There is no archive for the records: the plan names none, and the program was "
         "started without one. Write a line \"archive = ...\" with a file into the plan.");

@@ -171,7 +171,7 @@ void MonitorView::ShowState() {
 void MonitorView::ShowPlan() {
   pages_->setCurrentWidget(parts_);
   if (const auto& plan = plan_->Plan()) {
-    const archive::Place place = plan->archive.empty() ? archive_ : archive::Place{plan->archive};
+    const archive::Place place = monitor::ArchiveOf(*plan, archive_);
     trend_->Of(place, *plan);
     incidents_->Of(place, plan->bench, plan->sensor);
   }

@@ -1,0 +1,79 @@
+// A monitor whose sensor is lost at any transfer: nothing half is kept, and all is accounted for.
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include "monitor_checks.h"
+#include "support/monitored_world.h"
+
+namespace kestrel::monitor {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct TransferFault {
+  const char* name;
+  UsbFault fault;
+};
+void PrintTo(const TransferFault& fault, std::ostream* out) {
+  *out << fault.name;
+}
+
+class MonitorWithFaults : public testing::TestWithParam<TransferFault> {
+ protected:
+  // The next requests of a read-out in part, those around them each.
+  static int After(int request) {
+    constexpr int kAround = 40;
+    constexpr int kStride = 83;
+    return request + (request < kAround ? 1 : kStride);
+  }
+};
+
+// A fault at the k-th request after a capture has been kept, for all k until the next but one is.
+TEST_P(MonitorWithFaults, AccountsForEveryCaptureWhereverItComes) {
+  MonitoredWorld world(kPlan);
+  world.Start();
+  world.Run(25s);
+  int met = 0;
+  for (int request = 1; request < 6000; request = After(request)) {
+    world.Usb().FaultAt(request, GetParam().fault, [&] {
+      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
+    });
+    world.Run(20s);
+    const bool isMet = world.Usb().Met() != UsbRequest::None;
+    world.Usb().Mend();
+    if (GetParam().fault == UsbFault::Unplugged) {
+      world.Hardware().Adapter().Replug(0);
+      world.Run(10s);
+    }
+    if (isMet) ++met;
+  }
+  world.Run(30s);
+  world.Stop();
+  EXPECT_GT(met, 60);
+  ExpectAllAccounted(world);
+  for (const archive::JournalEntry& entry : Entries(world)) {
+    EXPECT_TRUE(entry.ended) << entry.kind << ": " << entry.text;
+    EXPECT_NE(entry.text, "");
+  }
+  auto archive = world.OpenArchive();
+  const auto ids = archive.Find({});
+  EXPECT_GT(ids.size(), 50U);
+  for (const std::int64_t id : ids) {
+    const auto kept = archive.Get(id);
+    EXPECT_TRUE(kept->record.IsNew());
+    EXPECT_EQ(kept->record.settings.averages, 2);
+    EXPECT_EQ(kept->record.settings.range, 3);
+    // What the machine does is loud at its lines, on each axis.
+    for (const auto& level : kept->levels) EXPECT_GT(level.value().peakG, 0.01) << id;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, MonitorWithFaults,
+                         testing::Values(TransferFault{"Absent", UsbFault::Absent},
+                                         TransferFault{"Short", UsbFault::Short},
+                                         TransferFault{"Late", UsbFault::Late},
+                                         TransferFault{"Unplugged", UsbFault::Unplugged}),
+                         [](const auto& tested) { return std::string(tested.param.name); });
+
+}  // namespace
+}  // namespace kestrel::monitor
