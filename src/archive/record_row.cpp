@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 
 namespace kestrel::archive {
 namespace {
@@ -265,7 +266,8 @@ Values RemarkValues(const Remarks& remarks) {
   }
   Filling row;
   row.Text(remarks.machine).Text(remarks.point).Text(remarks.orientation);
-  row.MaybeReal(remarks.rpm).Text(remarks.note).Text(tags);
+  const bool hasSpeed = remarks.rpm && std::isfinite(*remarks.rpm);
+  row.MaybeReal(hasSpeed ? remarks.rpm : std::nullopt).Text(remarks.note).Text(tags);
   return row.Take();
 }
 

@@ -1,9 +1,11 @@
 // A plan written as its text.
 // SPDX-License-Identifier: MIT
 #include "archive/place.h"
+#include "exchange/texts.h"
 #include "monitor/plan.h"
 #include "monitor/plan_words.h"
 #include "numeric/number_format.h"
+#include "numeric/number_parse.h"
 
 namespace kestrel::monitor {
 namespace {
@@ -26,6 +28,12 @@ std::string RoadText(const Road& road) {
   return road.adapter ? "usb Ezusb-" + std::to_string(*road.adapter) : "usb";
 }
 
+// As people write it, and where that is not all of it, every digit.
+std::string NumberText(double value) {
+  const std::string text = GeneralNumber(value);
+  return WholeTextNumber(text) == value ? text : exchange::ExactText(value);
+}
+
 const char* SectionOf(StepKind kind) {
   if (kind == StepKind::Wide) return "wide";
   return kind == StepKind::Timer ? "timer" : "capture";
@@ -44,9 +52,11 @@ std::string TextOf(const Step& step) {
 std::string TextOf(const Judging& judging) {
   std::string text = "\n[judge]\n";
   text += Line("alarm", std::to_string(judging.rule.m) + " of " + std::to_string(judging.rule.n));
-  text += Line("hysteresis", GeneralNumber(judging.rule.hysteresisDb));
-  if (judging.severity) {
-    text += Line("severity", judging.severity->name);
+  text += Line("hysteresis", NumberText(judging.rule.hysteresisDb));
+  if (judging.severity) text += Line("severity", judging.severity->name);
+  const Judging usual;
+  if (judging.severity || judging.severityWarning != usual.severityWarning ||
+      judging.severityFault != usual.severityFault) {
     text += Line("warning", std::string(1, analysis::Letter(judging.severityWarning)));
     text += Line("fault", std::string(1, analysis::Letter(judging.severityFault)));
   }
@@ -75,7 +85,7 @@ std::string TextOf(const Plan& plan) {
   text += Line("machine", plan.remarks.machine);
   text += Line("point", plan.remarks.point);
   text += Line("orientation", plan.remarks.orientation);
-  if (plan.remarks.rpm) text += Line("rpm", GeneralNumber(*plan.remarks.rpm));
+  if (plan.remarks.rpm) text += Line("rpm", NumberText(*plan.remarks.rpm));
   text += Line("note", plan.remarks.note);
   for (const Step& step : plan.steps) text += TextOf(step);
   if (plan.judging != Judging{}) text += TextOf(plan.judging);

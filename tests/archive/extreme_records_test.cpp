@@ -139,7 +139,8 @@ TEST_P(ExtremeRecords, EntriesOfTheJournalComeBackToo) {
 
 TEST_P(ExtremeRecords, ASpeedThatIsNoNumberIsNone) {
   RandomRecords records(1);
-  for (const double speed : {std::nan(""), -std::nan("")}) {
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const double speed : {std::nan(""), infinite, -infinite}) {
     NewRecord made{.uid = NewUid(), .record = records.Next()};
     made.remarks.rpm = speed;
     EXPECT_EQ(archive_->Get(archive_->Keep(made))->remarks.rpm, std::nullopt);

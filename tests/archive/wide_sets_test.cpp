@@ -2,11 +2,9 @@
 // SPDX-License-Identifier: MIT
 #include "archive/wide_sets.h"
 
-#include <fstream>
-#include <iterator>
-
 #include "archive/rescue.h"
 #include "archive/schema.h"
+#include "archive/version_1.h"
 #include "support/random_records.h"
 #include "support/temporary_database.h"
 
@@ -133,44 +131,6 @@ TEST_P(WideSets, ARescuedSetIsASet) {
 }
 
 KESTREL_ON_EVERY_DATABASE(WideSets);
-
-bool IsFile(const database::Database& database) {
-  return std::string(database.KeyType()) == "integer primary key";
-}
-
-// As the database at hand writes what a file says.
-std::string Spoken(std::string sql, const database::Database& database) {
-  const bool isFile = IsFile(database);
-  const auto replace = [&](const std::string& from, const std::string& to) {
-    for (auto at = sql.find(from); !isFile && at != std::string::npos;
-         at = sql.find(from, at + to.size())) {
-      sql.replace(at, from.size(), to);
-    }
-  };
-  replace("integer primary key", database.KeyType());
-  replace("X'", "'\\x");
-  return sql;
-}
-
-// The words of a record that was kept before there were sets.
-void MakeVersion1(database::Database& database) {
-  std::ifstream file(KESTREL_VERSION_1);
-  const std::string all{std::istreambuf_iterator<char>(file), {}};
-  ASSERT_NE(all, "");
-  database::Transaction transaction(database);
-  database.LockSchema();
-  for (std::size_t from = all.find('\n') + 1; from < all.size();) {
-    const std::size_t end = all.find(";\n", from);
-    database.Run(Spoken(all.substr(from, end - from), database));
-    from = end + 2;
-  }
-  // A server counts apart from what is there.
-  for (const char* table : {"source", "record"}) {
-    if (IsFile(database)) break;
-    database.Run(std::string("alter table ") + table + " alter column id restart with 2");
-  }
-  transaction.Commit();
-}
 
 class ArchivesOfVersion1 : public testing::TestWithParam<DatabaseKind> {
  protected:
