@@ -37,7 +37,7 @@ const std::vector<Writing> kWritings{
      {"archive", "export", "1", "--format", "uff58", "--out", "FOLDER/pump.uff"},
      "pump.uff"},
     {"Wide", {"wide", "--averages", "1", "--csv", "FOLDER/wide.csv"}, "wide.csv"},
-    {"Setup", {"setup", "save", "pump"}, "pump.setup.json"}};
+    {"Setup", {"setup", "save", "pump", "--replace"}, "pump.setup.json"}};
 
 class CliFileFaults : public ProgramBench, public testing::WithParamInterface<Writing> {
  protected:

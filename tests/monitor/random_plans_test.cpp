@@ -63,7 +63,7 @@ Judging RandomJudging(Random& random) {
   judging.severityFault =
       static_cast<analysis::Zone>(random.Between(static_cast<int>(judging.severityWarning), 3));
   if (random.OneIn(2)) {
-    const auto& rows = analysis::SeverityTables().front().rows;
+    const auto rows = analysis::SeverityTables().front().rows;
     judging.severity = rows[static_cast<std::size_t>(random.Below(static_cast<int>(rows.size())))];
   } else if (random.OneIn(2)) {
     judging.severity =
