@@ -32,17 +32,8 @@ std::set<int> WholeRecords(const std::string& file) {
   return numbers;
 }
 
-struct DiskFault {
-  const char* name;
-  int error;
-  int count;
-};
-void PrintTo(const DiskFault& fault, std::ostream* out) {
-  *out << fault.name;
-}
-
 // In memory where that can be: forcing to a disk is what takes the time.
-class DiskFaults : public testing::TestWithParam<DiskFault> {
+class DiskFaults : public testing::TestWithParam<Disk> {
  protected:
   DiskFaults() {
     if (std::filesystem::exists("/dev/shm")) setenv("TMPDIR", "/dev/shm", 1);
@@ -82,11 +73,7 @@ TEST_P(DiskFaults, WhatWasKeptBeforeIsThereAndTheRestCanBeKeptAgain) {
     EXPECT_TRUE(met.contains(call)) << call;
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, DiskFaults,
-                         testing::Values(DiskFault{"ErrorOnce", EIO, 1},
-                                         DiskFault{"ErrorFromThenOn", EIO, 100'000},
-                                         DiskFault{"DiskFullOnce", ENOSPC, 1},
-                                         DiskFault{"DiskFullFromThenOn", ENOSPC, 100'000}),
+INSTANTIATE_TEST_SUITE_P(Each, DiskFaults, testing::ValuesIn(kDisks),
                          [](const auto& fault) { return fault.param.name; });
 
 // Keeps records from a number on, and tells each through the pipe when it is announced as kept.

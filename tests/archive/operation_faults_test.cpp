@@ -1,13 +1,10 @@
 // Whatever is done to an archive is done whole or not at all, wherever a fault stops it.
 // SPDX-License-Identifier: MIT
-#include <cerrno>
 #include <cstdlib>
 #include <fstream>
 
 #include "archive/operations.h"
 #include "archive/place.h"
-#include "archive/schema.h"
-#include "archive/version_1.h"
 #include "support/sqlite_call_faults.h"
 #include "support/temporary_database.h"
 
@@ -131,15 +128,6 @@ TEST_P(OperationsWithFaults, AreDoneWholeOrNotAtAllAtEveryStatementAndCanBeDoneA
 
 KESTREL_ON_EVERY_DATABASE(OperationsWithFaults);
 
-struct Disk {
-  const char* name;
-  int error;
-  int count;
-};
-void PrintTo(const Disk& disk, std::ostream* out) {
-  *out << disk.name;
-}
-
 // A file as Fill makes it; in memory where that can be: forcing to a disk is what takes the time.
 class OperationsOnDisks : public testing::TestWithParam<std::tuple<Operation, Disk>> {
  protected:
@@ -223,61 +211,11 @@ TEST_P(OperationsOnDisks, AreDoneWholeOrNotAtAllAtEveryCallAndCanBeDoneAgain) {
 
 INSTANTIATE_TEST_SUITE_P(Each, OperationsOnDisks,
                          testing::Combine(testing::ValuesIn(kOperations),
-                                          testing::Values(Disk{"ErrorOnce", EIO, 1},
-                                                          Disk{"ErrorFromThenOn", EIO, 100'000},
-                                                          Disk{"FullOnce", ENOSPC, 1},
-                                                          Disk{"FullFromThenOn", ENOSPC, 100'000})),
+                                          testing::ValuesIn(kDisks)),
                          [](const auto& tested) {
                            return std::string(std::get<0>(tested.param).name) +
                                   std::get<1>(tested.param).name;
                          });
-
-class UpgradesOnDisks : public testing::TestWithParam<Disk> {};
-
-TEST_P(UpgradesOnDisks, AreDoneWholeOrNotAtAllAtEveryCallAndTheNextTime) {
-  TemporaryFolder folder;
-  const std::string file = (folder.path() / "old.db").string();
-  {
-    database::SqliteDatabase database({.file = file});
-    MakeVersion1(database);
-  }
-  const std::string old = folder.Content("old.db");
-  const auto contents = [&] {
-    Archive archive = Open({file});
-    return HeldBy(archive);
-  };
-  const Holding whole = contents();
-  ASSERT_EQ(whole.records.size(), 1U);
-  bool isMet = true;
-  for (int number = 1; isMet; ++number) {
-    SCOPED_TRACE(number);
-    for (const char* end : {"-wal", "-shm", ""}) std::filesystem::remove(file + end);
-    folder.Write("old.db", old);
-    {
-      const SqliteCallFaults faults(number, GetParam().error, GetParam().count);
-      try {
-        const Archive archive = Open({file});
-        EXPECT_EQ(archive.Version(), kSchemaVersion);
-      } catch (const DatabaseError& error) {
-        EXPECT_STRNE(error.what(), "");
-      }
-      isMet = faults.Met();
-    }
-    {
-      Archive read = Open({file}, database::Access::ReadOnly);
-      ASSERT_TRUE(read.Version() == 1 || read.Version() == kSchemaVersion);
-      ASSERT_EQ(HeldBy(read), whole);
-    }
-    ASSERT_EQ(contents(), whole);
-  }
-}
-
-INSTANTIATE_TEST_SUITE_P(Each, UpgradesOnDisks,
-                         testing::Values(Disk{"ErrorOnce", EIO, 1},
-                                         Disk{"ErrorFromThenOn", EIO, 100'000},
-                                         Disk{"FullOnce", ENOSPC, 1},
-                                         Disk{"FullFromThenOn", ENOSPC, 100'000}),
-                         [](const auto& tested) { return std::string(tested.param.name); });
 
 class OperationsBesideAnother : public testing::TestWithParam<Operation> {};
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cerrno>
 #include <map>
 #include <string>
 #include <vector>
@@ -146,5 +147,19 @@ inline const std::vector<Operation> kOperations{
        PutEntries(archive, std::vector{ended, NumberedEntry(3), NumberedEntry(4)});
      }},
 };
+
+// What a disk does to so many calls from one on.
+struct Disk {
+  const char* name;
+  int error;
+  int count;
+};
+inline void PrintTo(const Disk& disk, std::ostream* out) {
+  *out << disk.name;
+}
+inline const std::vector<Disk> kDisks{{"ErrorOnce", EIO, 1},
+                                      {"ErrorFromThenOn", EIO, 100'000},
+                                      {"FullOnce", ENOSPC, 1},
+                                      {"FullFromThenOn", ENOSPC, 100'000}};
 
 }  // namespace kestrel::archive
