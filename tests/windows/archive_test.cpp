@@ -83,15 +83,15 @@ TEST_F(WindowsArchive, EachFormatIsWrittenIntoAFileAndReadAgain) {
     }
     const auto read = exchange::Imported(TextOf(file.filename()), *bytes);
     ASSERT_TRUE(read) << read.Why().Text();
-    ASSERT_EQ(read->size(), 1U);
-    EXPECT_EQ(read->front().kind, RecordKind::Time);
-    EXPECT_EQ(read->front().traces.size(), 3U);
+    ASSERT_EQ(read->records.size(), 1U);
+    EXPECT_EQ(read->records.front().kind, RecordKind::Time);
+    EXPECT_EQ(read->records.front().traces.size(), 3U);
   }
 }
 
 TEST_F(WindowsArchive, AServerThatIsNotThereIsToldWithItsAddress) {
   try {
-    archive::Open({"postgresql://tester@127.0.0.1:9/kestrel"});
+    static_cast<void>(archive::Open({"postgresql://tester@127.0.0.1:9/kestrel"}));
     FAIL() << "nothing was thrown";
   } catch (const database::DatabaseError& error) {
     EXPECT_EQ(error.fault, database::Fault::Lost);
