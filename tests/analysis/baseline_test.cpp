@@ -89,6 +89,38 @@ TEST(Baseline, MOfTheLastNRaiseAnAlarmAndHysteresisHoldsIt) {
                                            false));
 }
 
+// By counting: of so many captures the rank-th smallest is below no more than the claimed share
+// with the claimed confidence, and no smaller rank is.
+TEST(Baseline, TheRankIsTheSmallestThatCarriesTheClaim) {
+  EXPECT_EQ(RankFor(58, 0.95, 0.95), std::nullopt) << "one too few";
+  EXPECT_EQ(RankFor(59, 0.95, 0.95), 59);
+  for (const int captures : {93, 124, 500}) {
+    const int rank = RankFor(captures, 0.95, 0.95).value();
+    EXPECT_LT(rank, captures);
+    const auto chance = [&](int most) {  // that at least so many are below the quantile
+      double sum = 0;
+      for (int below = most; below <= captures; ++below) {
+        sum += std::exp(std::lgamma(captures + 1) - std::lgamma(below + 1) -
+                        std::lgamma(captures - below + 1) + below * std::log(0.95) +
+                        (captures - below) * std::log(0.05));
+      }
+      return sum;
+    };
+    EXPECT_LE(chance(rank), 0.05 + 1e-9) << captures;
+    EXPECT_GT(chance(rank - 1), 0.05) << captures;
+  }
+}
+
+TEST(Baseline, ARestartedAlarmKnowsNothingOfBefore) {
+  StandingAlarm alarm(-10, -12, {.m = 2, .n = 3});
+  EXPECT_FALSE(alarm.Next(-5));
+  EXPECT_TRUE(alarm.Next(-5));
+  alarm.Restart();
+  EXPECT_FALSE(alarm.Next(-11)) << "between the two limits nothing stands any more";
+  EXPECT_FALSE(alarm.Next(-5));
+  EXPECT_TRUE(alarm.Next(-5));
+}
+
 TEST(Baseline, ASingleOutlierDoesNotAlarmByTwoOfThree) {
   EXPECT_THAT(Replay(std::vector{0.0, 9.0, 0.0, 0.0}, 3, {2, 3, 1}), testing::Each(false));
   EXPECT_THAT(Replay(std::vector{0.0, 9.0, 0.0}, 3, {1, 1, 1}),

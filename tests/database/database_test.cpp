@@ -162,6 +162,19 @@ TEST(TextOnAServer, ThatIsNoUtf8IsRefusedAndTheNextOneIsTaken) {
   EXPECT_EQ(Number(*database, "select count(*) from thing"), 1);
 }
 
+TEST(CellsOnAServer, OfEveryKindOfNumberAndTextAreRead) {
+  TemporarySchema place;
+  const auto database = place.Connect();
+  Values got;
+  database->Run(
+      "select true, cast(-7 as smallint), cast(70000 as integer), cast(0.5 as real), cast('n' as "
+      "name), cast('c' as varchar)",
+      {}, [&](Row row) { got.assign(row.begin(), row.end()); });
+  EXPECT_EQ(got, (Values{std::int64_t{1}, std::int64_t{-7}, std::int64_t{70000}, 0.5,
+                         std::string("n"), std::string("c")}));
+  EXPECT_EQ(FaultOf([&] { database->Run("select now()", {}, [](Row) {}); }), Fault::Other);
+}
+
 TEST(NoDatabase, AServerThatIsNotThereIsLost) {
   try {
     PostgresDatabase("postgresql://nobody@/none?host=/nowhere");
