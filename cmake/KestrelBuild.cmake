@@ -41,7 +41,8 @@ endif()
 
 option(KESTREL_COVERAGE "Count the lines and branches that are run" OFF)
 if(KESTREL_COVERAGE)
-  target_compile_options(kestrel_flags INTERFACE --coverage)
+  # Counts of several threads at once would get lost, or below zero.
+  target_compile_options(kestrel_flags INTERFACE --coverage -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
 

@@ -190,8 +190,8 @@ std::string Keeper::BringOver() {
 // All of them or none; why none.
 std::string Keeper::BringPart(std::span<const std::int64_t> ids) {
   std::vector<NewRecord> records;
-  std::vector<std::pair<std::int64_t, Uid>> brought;
   try {
+    std::vector<std::pair<std::int64_t, Uid>> brought;
     for (const std::int64_t id : ids) {
       auto record = OfAside([&] { return aside_->Get(id); });
       if (!record) continue;
