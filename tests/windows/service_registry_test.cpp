@@ -10,6 +10,7 @@
 #include <sstream>
 
 #include "platform/windows/system_files.h"
+#include "seams/path_text.h"
 #include "support/recording_messages.h"
 #include "transport/port_driver.h"
 
@@ -73,6 +74,17 @@ TEST_F(ServiceRegistryTest, ANumberIsStoredAsOne) {
 TEST_F(ServiceRegistryTest, ACommandIsRunToItsEnd) {
   EXPECT_EQ(service.RunAndWait("cmd.exe /c exit 7"), 7);
   EXPECT_EQ(service.RunAndWait("\"no such program.exe\""), -1);
+}
+
+TEST_F(ServiceRegistryTest, ABatchFileRunsInAFolderWhoseNameIsNoAscii) {
+  const auto folder = std::filesystem::temp_directory_path() / L"Pr\u00FCfstand 1";
+  std::filesystem::create_directories(folder);
+  const std::string batch = TextOf(folder / "temp.bat");
+  service.WriteBatchFile(
+      batch, "copy \"" + batch + "\" \"" + TextOf(folder / L"K\u00FChl.txt") + "\"\r\n");
+  EXPECT_EQ(service.RunAndWait('"' + batch + '"'), 0);
+  EXPECT_TRUE(std::filesystem::exists(folder / L"K\u00FChl.txt"));
+  std::filesystem::remove_all(folder);
 }
 
 // The test runs from a folder with blanks in its name, so every path has to be quoted.

@@ -14,6 +14,7 @@
 
 #include "numeric/number_parse.h"
 #include "platform/windows/system_files.h"
+#include "seams/path_text.h"
 
 namespace kestrel {
 namespace {
@@ -56,6 +57,20 @@ std::string ValueText(DWORD type, const std::vector<BYTE>& data) {
   return text.substr(0, text.find('\0'));
 }
 
+std::wstring WideOf(const std::string& utf8) {
+  return PathOf(utf8).native();
+}
+
+// The command interpreter reads such files in the console's code page.
+std::string ForBatchFile(const std::string& utf8) {
+  const std::wstring wide = WideOf(utf8);
+  const auto length = static_cast<int>(wide.size());
+  std::string text(2 * wide.size(), ' ');
+  const int size = WideCharToMultiByte(CP_OEMCP, 0, wide.data(), length, text.data(),
+                                       static_cast<int>(text.size()), nullptr, nullptr);
+  return text.substr(0, static_cast<std::size_t>(size));
+}
+
 }  // namespace
 
 // A library that has brought its driver along needs no other to be installed.
@@ -95,11 +110,11 @@ void ServiceRegistry::WriteRegistryValue(const std::string& key, const std::stri
 }
 
 std::string ServiceRegistry::ProgramFolder() {
-  return SystemFiles().ProgramFolder().string();
+  return TextOf(SystemFiles().ProgramFolder());
 }
 
 void ServiceRegistry::WriteBatchFile(const std::string& path, const std::string& content) {
-  SystemFiles().ReplaceWhole(path, content);
+  SystemFiles().ReplaceWhole(PathOf(path), ForBatchFile(content));
 }
 
 std::string ServiceRegistry::Explanation() {
@@ -117,13 +132,13 @@ std::string ServiceRegistry::Explanation() {
 }
 
 std::int32_t ServiceRegistry::RunAndWait(const std::string& commandLine) {
-  STARTUPINFOA start{};
+  STARTUPINFOW start{};
   start.cb = sizeof start;
   start.dwFlags = STARTF_USESHOWWINDOW;
   start.wShowWindow = SW_HIDE;
   PROCESS_INFORMATION process{};
-  std::string command = commandLine;  // the system may write into it
-  if (CreateProcessA(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
+  std::wstring command = WideOf(commandLine);  // the system may write into it
+  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr,
                      nullptr, &start, &process) == 0) {
     return -1;
   }
