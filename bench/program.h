@@ -40,7 +40,8 @@ class Program {
   Program() : Program(RunningMachine(), nullptr) {}
 
   // With other files than the system's where they are given.
-  Program(const Scenario& scenario, Files* files)
+  Program(const Scenario& scenario, Files* files, const ArchiveChoice& archive = {},
+          const WatchChoice& watch = {})
       : road_({clock_,
                loop_,
                pointer_,
@@ -48,7 +49,7 @@ class Program {
                files != nullptr ? *files : files_,
                locale_,
                {nullptr, nullptr, nullptr}}),
-        windows_(road_.core, {}) {
+        windows_(road_.core, ControlOf(road_, scenario), archive, watch) {
     road_.Simulate(scenario);
     AssumeEndlessScreen();  // the one that the toolkit makes up is smaller than any real one
     Main(road_.core, windows_, {.quickStart = true, .interfaceWithoutConfig = kUsbAdapter});

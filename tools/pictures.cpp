@@ -3,13 +3,7 @@
 // Draws the documents' pictures from the real windows over the simulated sensor, into a folder:
 // kestrel_pictures FOLDER. Sharpness follows QT_SCALE_FACTOR.
 
-#include <QAction>
-#include <QCheckBox>
-#include <QDialog>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QFrame>
-#include <QImage>
 #include <QPainter>
 #include <QRadioButton>
 #include <QSettings>
@@ -17,17 +11,11 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdio>
-#include <functional>
-#include <map>
-#include <string>
-#include <utility>
 #include <vector>
 
-#include "../bench/program.h"
-#include "picture_list.h"
+#include "archive_pictures.h"
+#include "studio.h"
 #include "support/dark_palette.h"
-#include "support/memory_files.h"
-#include "ui/analyser/frmAnalyser.h"
 
 namespace kestrel {
 namespace {
@@ -35,125 +23,6 @@ namespace {
 constexpr int kAlarmCaptures = 5;     // until the bearing's warning
 constexpr int kAnalyserCaptures = 6;  // behind the reference
 constexpr double kSpindleRpm = 59'214;
-
-// An installed program's: none of the machine's own paths shows.
-class UserFiles : public MemoryFiles {
- public:
-  UserFiles() { readOnly.insert(ProgramFolder()); }
-  [[nodiscard]] std::filesystem::path DocumentsFolder() override { return "/home/me/Documents"; }
-};
-
-constexpr std::size_t kPaletteSize = 256;
-
-int Distance(QRgb a, QRgb b) {
-  const auto square = [](int difference) { return difference * difference; };
-  return square(qRed(a) - qRed(b)) + square(qGreen(a) - qGreen(b)) + square(qBlue(a) - qBlue(b));
-}
-
-// For a small file: the most frequent colours make a palette, others become the nearest of these.
-QImage Shrunk(const QPixmap& picture) {
-  QImage image = picture.toImage().convertToFormat(QImage::Format_RGB32);
-  std::map<QRgb, int> counts;
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) ++counts[image.pixel(x, y)];
-  }
-  std::vector<std::pair<int, QRgb>> byCount;
-  for (const auto& [colour, count] : counts) byCount.emplace_back(count, colour);
-  std::ranges::sort(byCount, std::greater());
-  byCount.resize(std::min(byCount.size(), kPaletteSize));
-  std::map<QRgb, QRgb> nearest;
-  for (const auto& [colour, count] : counts) {
-    nearest[colour] = std::ranges::min(byCount, {}, [colour = colour](const auto& entry) {
-                        return Distance(colour, entry.second);
-                      }).second;
-  }
-  for (int y = 0; y < image.height(); ++y) {
-    for (int x = 0; x < image.width(); ++x) image.setPixel(x, y, nearest[image.pixel(x, y)]);
-  }
-  return image.convertToFormat(QImage::Format_Indexed8, Qt::AvoidDither);
-}
-
-// Windows read the sensor once they are painted.
-void Settle(int ms = 300) {
-  QElapsedTimer passed;
-  passed.start();
-  while (passed.elapsed() < ms) QApplication::processEvents(QEventLoop::AllEvents, 10);
-}
-
-class Studio {
- public:
-  explicit Studio(const Scenario& scenario) : program_(scenario, &files_) {
-    Expose(program_.Window());
-  }
-
-  frm1& Window() { return program_.Window(); }
-  void Press(const char* button) { program_.Press(button); }
-  void Choose(const char* list, int index) {
-    Window().findChild<QComboBox*>(list)->setCurrentIndex(index);
-  }
-  void ChooseMode(const char* mode) {
-    auto* list = Window().findChild<QComboBox*>("cbxRecMode");
-    list->setCurrentIndex(list->findText(mode));
-  }
-  void Capture(int count, const char* scaleG) {
-    for (int i = 0; i < count; ++i) program_.Press("cmdStart");
-    auto* scale = Window().findChild<QPushButton*>("cmdPlotScale");
-    while (scale->text() != scaleG) scale->click();
-  }
-  void Trigger(const char* item) { Window().findChild<QAction*>(item)->trigger(); }
-  static frmAnalyser& Analyser() {
-    for (QWidget* top : QApplication::topLevelWidgets()) {
-      if (auto* analyser = dynamic_cast<frmAnalyser*>(top)) return *analyser;
-    }
-    throw std::runtime_error("no analyser");
-  }
-  template <typename Control>
-  Control& Find(const char* name) {
-    return *Window().findChild<Control*>(name);
-  }
-  // A window by its menu item, loaded.
-  QDialog& Open(const char* item, const char* window) {
-    Trigger(item);
-    Settle();
-    return Find<QDialog>(window);
-  }
-  void LoseAdapter() {
-    program_.Unplug();
-    while (Find<QFrame>("lostNotice").isHidden()) Settle(50);
-  }
-
- private:
-  UserFiles files_;
-  Program program_;
-};
-
-class Gallery {
- public:
-  explicit Gallery(const QString& folder) : folder_(folder) {}
-
-  void Add(const char* name, QWidget& window) {
-    Settle();
-    AddPicture(name, window.grab());
-  }
-  void AddPicture(const char* name, const QPixmap& picture) {
-    drawn_[name] = Shrunk(picture).save(folder_ + "/" + name);
-  }
-  // Whether every picture of the list was drawn, and no other.
-  [[nodiscard]] bool Complete() const {
-    bool complete = drawn_.size() == kPictures.size();
-    for (const char* name : kPictures) {
-      const auto found = drawn_.find(name);
-      if (found != drawn_.end() && found->second) continue;
-      std::fprintf(stderr, "%s was not drawn\n", name);
-      complete = false;
-    }
-    return complete;
-  }
-
- private:
-  QString folder_;
-  std::map<std::string, bool> drawn_;
-};
 
 void DrawBands(Gallery& gallery) {
   Studio studio(BearingFault());
@@ -255,7 +124,7 @@ void DrawAnalyser(Gallery& gallery) {
   studio.Press("cmdStart");
   studio.Trigger("mnuAnalyser");
   auto& window = studio.Analyser();
-  window.resize(1280, 760);
+  window.resize(kAnalyserSize);
   window.Model().TakeReference();
   for (int i = 0; i < kAnalyserCaptures; ++i) studio.Press("cmdStart");
   const analysis::BearingGeometry geometry{20, 4, 24, 0};
@@ -264,14 +133,11 @@ void DrawAnalyser(Gallery& gallery) {
     choice.machine.meshes = {{.name = "Gear mesh", .teeth = 23}};
     choice.machine.bearings = {
         {.name = "front", .factors = *analysis::FactorsOf(geometry), .geometry = geometry}};
-    choice.showKnown = true;
     choice.focus = Axis::Z;
     choice.up = study::Scale::Logarithmic;
   });
   window.Area().Commands().CarryOut(PlotCommand::CursorHarmonic);
   gallery.Add("analyser.png", window);
-  window.ChooseView(study::View::Waterfall);
-  gallery.Add("waterfall.png", window);
 }
 
 void DrawDark(Gallery& gallery) {
@@ -298,6 +164,7 @@ int main(int argc, char** argv) {
   DrawWindows(gallery);
   DrawBands(gallery);
   DrawAnalyser(gallery);
+  DrawArchive(gallery);
   DrawRecordLines(gallery, "record_line.png");
   DrawDark(gallery);
   DrawRecordLines(gallery, "record_line_dark.png");
