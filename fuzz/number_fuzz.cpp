@@ -74,7 +74,7 @@ void CheckWord(const std::string& text) {
   Require(!word || trimmed.starts_with('&') || (typed.fault.empty() && typed.value == *word),
           "all word fields agree");
   if (!typed.fault.empty()) return;
-  Require(!IsBlank(text), "a blank text is no word");
+  Require(!IsBlank(text), "a blank text is not a word");
   Require(ReadTypedWord("0x" + PaddedHex(typed.value, 4)).value == typed.value,
           "a word that is shown is read");
 }

@@ -50,7 +50,7 @@ class SensorRefused(Error):
 
 
 class SettingError(Error, ValueError):
-    """A value that is none of those that can be; the text names both."""
+    """A value that is not one of those that can be; the text names both."""
 
 
 class UnknownName(SettingError, KeyError):

@@ -262,4 +262,4 @@ def _restored(state: tuple[Any, ...]) -> Record:
     try:
         return Record(_kestrel.record_of_state(state))
     except (TypeError, IndexError):
-        raise Error("What was pickled is no record, or it was damaged.") from None
+        raise Error("What was pickled is not a record, or it was damaged.") from None

@@ -100,7 +100,7 @@ def choice_of(of: str, axis: str, low: float | None, high: float | None, near: f
         if high is None:
             raise SettingError(f"low is {low!r} Hz and high is not told; a band has both.")
         if not choice["low"] < choice["high"]:
-            raise SettingError(f"A band from {low or 0:g} to {high:g} Hz is none; low is the lower "
+            raise SettingError(f"A band cannot go from {low or 0:g} to {high:g} Hz; low is the lower "
                                "one.")
         choice["of"] = values.code("of, in a band,", of, _BAND)
     return choice

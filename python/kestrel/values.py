@@ -106,7 +106,7 @@ def flag(what: str, value: object) -> bool:
 
 
 def core(value: object, kind: type, cure: str) -> None:
-    """TypeError where a part of the package is made of what is no part of the module."""
+    """TypeError where a part of the package is made of what is not part of the module."""
     if type(value) is not kind:
         raise TypeError(f"This is not made by calling it. {cure}")
 
@@ -118,9 +118,9 @@ def path(what: object) -> str:
         told = os.fsdecode(name)
         os.fsencode(told)
     except UnicodeError:
-        raise FileError(f"{shown(what)} is no name of a file.") from None
+        raise FileError(f"{shown(what)} is not a name of a file.") from None
     if "\0" in told:
-        raise FileError(f"{shown(what)} is no name of a file.")
+        raise FileError(f"{shown(what)} is not a name of a file.")
     return told
 
 

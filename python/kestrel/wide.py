@@ -152,7 +152,7 @@ class WideSpectrum:
                 cure = f"Ask for frequencies from {begin:.6g} Hz on." if not end else (
                     f"Ask for frequencies up to {end:.6g} Hz." if begin == math.inf else
                     f"Capture at the options between, or ask up to {end:.6g} Hz.")
-                title = f"The RMS from {low:g} to {high:g} Hz cannot be told from these records."
+                title = f"The RMS from {low:g} to {high:g} Hz cannot be determined from these records."
                 reason = ("They hold " + " and ".join(
                     f"{part.used_from:.6g} to {part.used_to:.6g} Hz" for part in parts) + ".")
                 raise CannotTell(f"{title} {reason} {cure}", title, reason, cure, None, has, needs,

@@ -40,7 +40,7 @@ std::variant<std::chrono::nanoseconds, Error> CheckSeconds(std::string_view text
   }
   const auto number = WholeTextNumber(text);
   if (!number) {
-    return wrong(Quoted(text) + " is no number of seconds.",
+    return wrong(Quoted(text) + " is not a number of seconds.",
                  "Type digits, with a point as decimal mark: 2.5");
   }
   if (*number < kShortest.count()) {
@@ -58,10 +58,10 @@ std::variant<int, Error> CheckTimes(std::string_view text) {
   const auto wrong = [&](std::string what) { return Error{std::move(what), kRepeatTimes, cure}; };
   if (IsBlank(text)) return wrong("The number of captures is missing.");
   const auto number = WholeTextNumber(text);
-  if (!number) return wrong(Quoted(text) + " is no number of captures.");
+  if (!number) return wrong(Quoted(text) + " is not a number of captures.");
   if (*number < 1) return wrong(Quoted(text) + " captures are too few.");
   if (*number > kMostRepeats) return wrong(Quoted(text) + " captures are too many.");
-  if (*number != std::floor(*number)) return wrong(Quoted(text) + " is no whole number.");
+  if (*number != std::floor(*number)) return wrong(Quoted(text) + " is not a whole number.");
   return static_cast<int>(*number);
 }
 

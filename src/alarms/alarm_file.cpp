@@ -127,7 +127,7 @@ std::optional<char> SeparatorOf(std::string_view header) {
 std::int32_t FieldValue(std::string_view text, std::size_t column, int line) {
   const auto describe = [&] { return ColumnTitle(column) + " = "; };
   const std::optional<double> number = WholeTextNumber(text);
-  if (!number) Refuse(line, describe() + "\"" + Excerpt(text) + "\" is no number");
+  if (!number) Refuse(line, describe() + "\"" + Excerpt(text) + "\" is not a number");
   try {
     return ToLong(*number);
   } catch (const RuntimeError& error) {
@@ -188,7 +188,7 @@ int ReadAlarmFileText(std::string_view content, BandTable& table) {
   const std::optional<char> separator =
       reader.Next(line) ? SeparatorOf(line) : std::optional<char>{};
   if (!separator) {
-    Refuse(1, "no alarm file: it begins with \"" + Excerpt(line) + "\"");
+    Refuse(1, "not an alarm file: it begins with \"" + Excerpt(line) + "\"");
   }
   int taken = 0;
   while (reader.Next(line)) {

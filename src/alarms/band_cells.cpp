@@ -49,7 +49,7 @@ CheckedEntry CheckBin(double typed) {
   } else if (typed > kLastBin) {
     entry.correction = "is above " + std::to_string(kLastBin);
   } else if (typed != entry.value) {
-    entry.correction = "is no whole number";
+    entry.correction = "is not a whole number";
   }
   return entry;
 }
@@ -109,7 +109,7 @@ CheckedEntry CheckEntry(int column, const std::string& text, const BandScale& sc
   const std::optional<double> number = NumberIn(text, decimalMark);
   CheckedEntry entry =
       IsBin(column) ? CheckBin(number.value_or(0)) : CheckThreshold(number.value_or(0), scale);
-  if (!number) entry.correction = "is no number";
+  if (!number) entry.correction = "is not a number";
   if (!entry.correction.empty()) {
     entry.correction = Quoted(text) + " " + entry.correction + "; " +
                        CellText(column, entry.value, scale) + (IsBin(column) ? "" : " g") +

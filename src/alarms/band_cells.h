@@ -57,7 +57,7 @@ struct BandScale {
 
 inline constexpr const char* kNoThreshold = "-";
 inline constexpr const char* kNoRange =
-    "The range of the sensor is not known, so thresholds cannot be told in g.";
+    "The range of the sensor is not known, so thresholds cannot be determined in g.";
 
 // A bin as a whole number, a threshold in g with so many decimals that the text stands for this
 // code alone; "-" for a threshold without a known range. Decimal mark ".".

@@ -12,7 +12,7 @@ constexpr int kMostElements = 200;
 constexpr double kWholeTolerance = 0.05;
 
 Refusal NoFactors(std::string reason, std::string cure) {
-  return {.title = "The bearing's frequencies cannot be told",
+  return {.title = "The bearing's frequencies cannot be determined",
           .reason = std::move(reason),
           .cure = std::move(cure)};
 }
@@ -25,7 +25,7 @@ bool IsPositive(double value) {
 
 Told<BearingFactors> FactorsOf(const BearingGeometry& geometry) {
   if (geometry.elements < 1 || geometry.elements > kMostElements) {
-    return NoFactors("The number of rolling elements is none.", "Give 1 to 200");
+    return NoFactors("The number of rolling elements is missing or out of range.", "Give 1 to 200");
   }
   const double d = geometry.elementDiameter;
   const double pitch = geometry.pitchDiameter;
@@ -34,7 +34,7 @@ Told<BearingFactors> FactorsOf(const BearingGeometry& geometry) {
                      "Give both in the same unit");
   }
   if (!(geometry.contactDegrees >= 0 && geometry.contactDegrees < 90)) {
-    return NoFactors("The contact angle is none.", "Give 0 up to 90 degrees");
+    return NoFactors("The contact angle is missing or out of range.", "Give 0 up to 90 degrees");
   }
   const double gamma = d / pitch * std::cos(geometry.contactDegrees * std::numbers::pi / 180);
   const double half = geometry.elements / 2.0;

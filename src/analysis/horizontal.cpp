@@ -34,13 +34,13 @@ bool IsSpeed(double rpm) {
 
 std::optional<Refusal> WhyNot(const Horizontal& axis) {
   if (axis.unit == HorizontalUnit::Order && !(axis.rpm && IsSpeed(*axis.rpm))) {
-    return Refusal{
-        .title = "Orders cannot be told without the shaft's speed",
-        .reason = axis.rpm ? "The speed given is none." : "No speed is kept with this capture.",
-        .cure = "Give the speed in revolutions a minute, or take it from a peak"};
+    return Refusal{.title = "Orders cannot be determined without the shaft's speed",
+                   .reason = axis.rpm ? "The speed given is out of range."
+                                      : "No speed is kept with this capture.",
+                   .cure = "Give the speed in revolutions a minute, or take it from a peak"};
   }
   if (axis.unit == HorizontalUnit::Bin && !(axis.binWidthHz > 0)) {
-    return Refusal{.title = "Bins cannot be told over several rate options",
+    return Refusal{.title = "Bins cannot be shown over several sample-rate options",
                    .reason = "They have no common width.",
                    .cure = "Choose Hz"};
   }

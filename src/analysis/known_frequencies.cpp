@@ -175,7 +175,7 @@ std::optional<Refusal> WhyNotSeen(const KnownFrequency& known, const Spectrum& s
                   .unit = "Hz",
                   .options = OffersOf(spectrum.window, false, spectrum.option)};
   MarkWhatWouldDo(refusal, known.hz, known.hz);
-  if (!refusal.cureOption) refusal.cure = "No rate option reaches it";
+  if (!refusal.cureOption) refusal.cure = "No sample-rate option reaches it";
   return refusal;
 }
 

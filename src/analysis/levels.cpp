@@ -18,7 +18,7 @@ namespace {
 constexpr double kNothing = 1e-12;  // g RMS: what rounding leaves of a constant
 
 Refusal NoLevel(std::string reason, std::string cure) {
-  return {.title = "No level can be told from this trace",
+  return {.title = "No level can be determined from this trace",
           .reason = std::move(reason),
           .cure = std::move(cure)};
 }
@@ -30,7 +30,7 @@ std::optional<Refusal> WhyNoPower(const Spectrum& spectrum) {
   }
   if (spectrum.source == SpectrumSource::MaximumHold ||
       spectrum.source == SpectrumSource::MinimumHold) {
-    return NoLevel("A hold keeps one capture's value in each bin, which is no power.",
+    return NoLevel("A hold keeps one capture's value in each bin, which is not power.",
                    "Take an average instead");
   }
   return std::nullopt;

@@ -67,10 +67,10 @@ double DensityOf(const Spectrum& spectrum, double peakG) {
 }
 
 std::optional<Refusal> WhyNoDensity(const Spectrum& spectrum) {
-  const std::string title = "Density cannot be told from this trace";
+  const std::string title = "Density cannot be determined from this trace";
   if (IsHold(spectrum)) {
     return Refusal{.title = title,
-                   .reason = "A hold keeps one capture's value in each bin, which is no power.",
+                   .reason = "A hold keeps one capture's value in each bin, which is not power.",
                    .cure = "Take an average instead"};
   }
   if (!spectrum.window.Known()) {
@@ -84,7 +84,7 @@ std::optional<Refusal> WhyNoDensity(const Spectrum& spectrum) {
 Refusal NothingToIntegrate(const Spectrum& spectrum, const QuantityChoice& choice) {
   const double lowest = std::max(choice.lowestHz, 0.0);
   Refusal refusal{.title = QuantityName(choice.quantity) + " from " + HertzText(lowest) +
-                           " cannot be told from this record",
+                           " cannot be determined from this record",
                   .reason = "It ends at " + HertzText(RoundedDown(spectrum.TopHz())) + ".",
                   .has = spectrum.TopHz(),
                   .needs = lowest,
@@ -96,8 +96,8 @@ Refusal NothingToIntegrate(const Spectrum& spectrum, const QuantityChoice& choic
 }
 
 Refusal NoBand(const QuantityChoice& choice) {
-  return {.title = QuantityName(choice.quantity) + " of this band cannot be told",
-          .reason = "Its edges are no frequencies in rising order.",
+  return {.title = QuantityName(choice.quantity) + " of this band cannot be determined",
+          .reason = "Its edges must be two frequencies in rising order.",
           .cure = "Give a lower and a higher frequency in Hz"};
 }
 
@@ -214,7 +214,7 @@ std::optional<Refusal> WhyNotBetween(const Spectrum& spectrum, const QuantityCho
   const bool tooLow = fromHz < first;
   Refusal refusal{
       .title = QuantityName(choice.quantity) + " from " + HertzText(fromHz) + " to " +
-               HertzText(toHz) + " cannot be told from this record",
+               HertzText(toHz) + " cannot be determined from this record",
       .reason = "It begins at " + HertzText(RoundedUp(first)) + " and ends at " +
                 HertzText(RoundedDown(last)) + ".",
       .has = tooLow ? first : last,
@@ -222,7 +222,7 @@ std::optional<Refusal> WhyNotBetween(const Spectrum& spectrum, const QuantityCho
       .unit = "Hz",
       .options = OffersOf(spectrum.window, IsIntegrated(choice.quantity), spectrum.option)};
   MarkWhatWouldDo(refusal, fromHz, toHz);
-  if (!refusal.cureOption) refusal.cure = "Take one spectrum over all rate options";
+  if (!refusal.cureOption) refusal.cure = "Take one spectrum over all sample-rate options";
   return refusal;
 }
 

@@ -128,10 +128,10 @@ std::vector<int> MissingForSeverity(const std::vector<Segment>& segments, const 
 Told<SeverityEstimate> EstimateSeverity(const Joined& joined, const ZoneLimits& limits) {
   if (joined.captures.empty() || !AreLimits(limits)) {
     return Refusal{
-        .title = "No zone can be told",
+        .title = "No zone can be determined",
         .reason = joined.captures.empty()
                       ? "There is no capture."
-                      : "The zone limits are none: they must rise from above 0.",
+                      : "The zone limits are not valid: they must be above 0 and rise.",
         .cure = joined.captures.empty() ? "Capture at options 3, 2 and 1" : "Correct the table"};
   }
   if (!Uncovered(joined.segments, Needed()).empty()) {

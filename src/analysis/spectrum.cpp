@@ -22,7 +22,7 @@ bool IsCode(int code) {
 }
 
 Refusal NoSpectrum(std::string reason) {
-  return {.title = "No spectrum can be told from this record",
+  return {.title = "No spectrum can be determined from this record",
           .reason = std::move(reason),
           .cure = "Capture again"};
 }
@@ -103,10 +103,10 @@ std::vector<double> Transform(std::span<const double> samples, const Window& win
 
 Told<Spectrum> SpectrumOf(const Record& record, Axis axis, const SpectrumChoice& choice) {
   const RecordSettings& settings = record.settings;
-  if (!IsCode(settings.option)) return NoSpectrum("Its rate option is none of 0 to 3.");
-  if (!IsCode(settings.range)) return NoSpectrum("Its range is none of the sensor's.");
+  if (!IsCode(settings.option)) return NoSpectrum("Its sample-rate option is not one of 0 to 3.");
+  if (!IsCode(settings.range)) return NoSpectrum("Its range is not one of the sensor's.");
   std::vector<double> values = ValuesInG(record, axis, choice.ownRange);
-  if (!AllFinite(values)) return NoSpectrum("It holds values that are no numbers.");
+  if (!AllFinite(values)) return NoSpectrum("It holds values that are not numbers.");
   Spectrum spectrum{.binWidthHz = BinWidth(settings.option),
                     .window = WindowOfCode(settings.window),
                     .option = settings.option,

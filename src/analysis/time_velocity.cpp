@@ -81,7 +81,7 @@ std::vector<double> Integrated(const std::vector<double>& samples, double rateHz
 Refusal TooShort(int option, double fromHz) {
   const double needed = kPeriodsNeeded / fromHz;
   Refusal refusal{
-      .title = "Velocity from " + HertzText(fromHz) + " cannot be told from this record",
+      .title = "Velocity from " + HertzText(fromHz) + " cannot be determined from this record",
       .reason = "It is " + SecondsText(LengthOf(option)) + " long. A high-pass at " +
                 HertzText(fromHz) + " needs five periods, " + SecondsText(needed) + ".",
       .has = LengthOf(option),
@@ -103,7 +103,7 @@ Refusal TooShort(int option, double fromHz) {
 }
 
 Refusal NoVelocity(std::string reason, std::string cure) {
-  return {.title = "Velocity cannot be told from this record",
+  return {.title = "Velocity cannot be determined from this record",
           .reason = std::move(reason),
           .cure = std::move(cure)};
 }
@@ -121,7 +121,7 @@ Told<VelocityRecord> VelocityOf(std::span<const double> samplesG, int option, do
     return NoVelocity("It does not hold 512 samples of a known rate.", "Capture a time record");
   }
   if (!std::isfinite(fromHz) || fromHz <= 0) {
-    return NoVelocity("The frequency to start from is none.", "Give one above 0 Hz");
+    return NoVelocity("The frequency to start from is not valid.", "Give one above 0 Hz");
   }
   if (fromHz < LowestVelocityOf(option) * (1 - 1e-9)) return TooShort(option, fromHz);
   if (fromHz >= SampleFrequency(option) / 2) {

@@ -42,7 +42,7 @@ void TakeLater(Spectrum& trace, const Spectrum& capture) {
 
 std::optional<std::string> WhyNotWith(const Spectrum& one, const Spectrum& other) {
   if (one.option != other.option || one.binWidthHz != other.binWidthHz) {
-    return "other rate option: " + std::to_string(other.option);
+    return "other sample-rate option: " + std::to_string(other.option);
   }
   if (one.window != other.window) return "other window: " + std::string(other.window.name);
   if (one.axis != other.axis) return "other axis: " + AxisName(other.axis);
@@ -100,7 +100,7 @@ double NoiseLiftDb(int captures) {
 
 Told<DifferenceCurve> DifferenceDb(const Spectrum& trace, const Spectrum& reference) {
   if (auto reason = WhyNotWith(reference, trace)) {
-    return Refusal{.title = "The difference to the reference cannot be told",
+    return Refusal{.title = "The difference to the reference cannot be determined",
                    .reason = "The trace has " + *reason + ".",
                    .cure = "Take a reference with the same settings"};
   }

@@ -48,10 +48,10 @@ std::optional<std::string> Waterfall::Add(const Record& record, bool ownRange) {
   const RecordSettings& settings = record.settings;
   const int range = ownRange ? settings.range : record.scaledRange;
   if (record.kind != RecordKind::Spectrum) return "a time record has no row";
-  if (!IsCode(settings.option)) return "its rate option is none";
-  if (!IsCode(range)) return "its range is none";
+  if (!IsCode(settings.option)) return "its sample-rate option is not valid";
+  if (!IsCode(range)) return "its range is not valid";
   const double gPerWord = StepOf(record, ownRange);
-  if (!std::isfinite(gPerWord)) return "its scale is none";
+  if (!std::isfinite(gPerWord)) return "its scale is not valid";
   Row row{.time = record.time,
           .gPerWord = gPerWord,
           .averages = settings.averages,

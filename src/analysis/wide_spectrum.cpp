@@ -95,8 +95,9 @@ std::string NoiseNotice(const Joined& joined) {
     most = std::max(most, -NoiseOfAveragedMagnitudesDb(capture.averages));
   }
   if (!(most > 0)) return {};
-  return "The sensor averages magnitudes, not power: densities and levels are given the up to " +
-         NumberText(most, 1) + " dB that noise loses by it; lines are as they are.";
+  return "The sensor averages magnitudes, not power, by which noise reads up to " +
+         NumberText(most, 1) +
+         " dB low: densities and levels are corrected for it, lines need no correction.";
 }
 
 }  // namespace kestrel::analysis

@@ -72,7 +72,7 @@ Archive Archive::ForReading(std::unique_ptr<Database> database) {
     case Contents::Newer:
       throw DatabaseError(Fault::Other, "it was made by a later version of this program");
     default:
-      throw DatabaseError(Fault::Other, "it is no archive of this program");
+      throw DatabaseError(Fault::Other, "it is not an archive of this program");
   }
 }
 

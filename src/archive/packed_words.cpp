@@ -10,7 +10,7 @@ namespace {
 
 std::uint16_t WordOf(double value) {
   if (value != std::floor(value) || value < INT16_MIN || value > UINT16_MAX) {
-    throw RuntimeError("a word of the record, " + std::to_string(value) + ", is none of 16 bits");
+    throw RuntimeError("a word of the record, " + std::to_string(value) + ", does not fit 16 bits");
   }
   return static_cast<std::uint16_t>(static_cast<std::int32_t>(value));
 }

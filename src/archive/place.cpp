@@ -69,6 +69,15 @@ Archive Opened(const Place& place, Access access, const Make& make) {
   }
 }
 
+// Throws where there is no such file: whoever only reads makes none.
+void ExpectThere(const Place& place) {
+  std::error_code ignored;  // opening the file tells the reason
+  if (place.IsServer() || fs::exists(PathOf(place), ignored) || ignored) return;
+  throw DatabaseError(Fault::Other, "There is no archive " + Shown(place) +
+                                        " yet. It is made with the first record that is kept "
+                                        "there, where its folder can be written.");
+}
+
 }  // namespace
 
 bool Place::IsServer() const {
@@ -112,6 +121,7 @@ std::string Trouble(const Place& place, const DatabaseError& error) {
 }
 
 Archive Open(const Place& place, Access access) {
+  if (access == Access::ReadOnly) ExpectThere(place);
   return Opened(place, access, [&](auto connection) {
     return access == Access::ReadOnly ? Archive::ForReading(std::move(connection))
                                       : Archive(std::move(connection));
@@ -119,6 +129,7 @@ Archive Open(const Place& place, Access access) {
 }
 
 Archive OpenForRescue(const Place& place) {
+  ExpectThere(place);
   return Opened(place, Access::ReadOnly,
                 [](auto connection) { return Archive::ForRescue(std::move(connection)); });
 }

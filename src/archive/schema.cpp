@@ -114,7 +114,7 @@ void MakeCurrent(Database& database) {
   // Looked at again: another program may have been first.
   const Contents contents = ContentsOf(database);
   if (contents == Contents::Foreign) {
-    throw DatabaseError(Fault::Other, "it is a database, but no archive of this program");
+    throw DatabaseError(Fault::Other, "it is a database, but not an archive of this program");
   }
   if (contents == Contents::Newer) {
     throw DatabaseError(

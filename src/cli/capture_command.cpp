@@ -30,14 +30,14 @@ constexpr double kMostCaptures = 1e9;
 std::string IntervalProblem(const std::string& text) {
   const auto seconds = WholeTextNumber(text);
   if (seconds && *seconds >= 0 && *seconds <= kLongestInterval) return {};
-  return "\"" + text + "\" is no number of seconds from 0 to 86400";
+  return "\"" + text + "\" is not a number of seconds from 0 to 86400";
 }
 
 // Why a text cannot be a number of captures; empty when it can.
 std::string CountProblem(const std::string& text) {
   const auto count = WholeTextNumber(text);
   if (count && *count >= 1 && *count <= kMostCaptures && *count == std::floor(*count)) return {};
-  return "\"" + text + "\" is no number of captures; it is a whole number from 1";
+  return "\"" + text + "\" is not a number of captures; it is a whole number from 1";
 }
 
 // The sensor's bands, where levels are asked for: before anything is captured, which a transfer
@@ -66,10 +66,10 @@ void CaptureCommand::AddTo(CLI::App& app) {
       ->check(CLI::Range(1, 255));
   word_->add_option("--option", setup_.option, "Sample-rate option, 0 to 3")
       ->check(CLI::Range(0, 3));
-  word_->add_option("--count", count_, "Number of captures")->check(CountProblem);
+  word_->add_option("--count", count_, "Number of captures; 1 if not given")->check(CountProblem);
   word_
       ->add_option("--interval", interval_,
-                   "Seconds from the start of a capture to the next, 0 to 86400")
+                   "Seconds from the start of one capture to that of the next, 0 to 86400")
       ->check(IntervalProblem);
   word_->add_option("--out", folder_, "Write a data file of each capture into this folder")
       ->type_name("FOLDER");
@@ -157,7 +157,7 @@ void RecordCommand::AddTo(CLI::App& app) {
   word_->add_option("number", record_, "Record number, 0 to 15")
       ->required()
       ->check(CLI::Range(0, 15));
-  word_->add_flag("--time", time_, "It is a time record, not a spectrum");
+  word_->add_flag("--time", time_, "Read it as a time record, not as a spectrum");
   word_->add_flag("--data", withData_, "Report every point in the text as well");
   AddFast(*word_, fast_);
   numbers_.AddTo(*word_);

@@ -28,7 +28,7 @@ std::string PeaksProblem(const std::string& text) {
   const auto count = WholeTextNumber(text);
   const bool fits = count && *count >= 1 && *count <= double{analysis::kSpectrumBins};
   if (fits && *count == std::floor(*count)) return {};
-  return "\"" + text + "\" is no number of peaks; it is a whole number from 1 to 256";
+  return "\"" + text + "\" is not a number of peaks; it is a whole number from 1 to 256";
 }
 
 Amplitude UsualAmplitude(Quantity quantity) {
@@ -49,7 +49,7 @@ void NumberChoice::AddTo(CLI::App& app) {
   app.add_option_function<std::string>(
          "--peaks",
          [this](const std::string& text) { peaks_ = static_cast<int>(*WholeTextNumber(text)); },
-         "Report so many of the largest peaks of each axis, 1 to 256")
+         "Number of peaks to report of each axis, the largest first, 1 to 256")
       ->check(PeaksProblem)
       ->type_name("INT");
   app.add_flag("--levels", levels_, "Report the levels of each axis and of its alarm bands");
@@ -60,7 +60,7 @@ void NumberChoice::AddTo(CLI::App& app) {
 void NumberChoice::Check() const {
   if (quantity_.Any() && !Any()) {
     throw CLI::ValidationError(quantity_.quantity ? "--quantity" : "--amplitude",
-                               "tells in what peaks and levels are reported. Give --peaks or "
+                               "is the one in which peaks and levels are reported. Give --peaks or "
                                "--levels as well");
   }
   quantity_.Check();

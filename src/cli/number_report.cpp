@@ -50,7 +50,7 @@ std::vector<BandNumbers> BandsOf(const Spectrum& spectrum, const QuantityChoice&
 }
 
 Refusal NoNumbers(std::string reason, std::string cure) {
-  return {.title = "No peak or level can be told from this record",
+  return {.title = "No peak or level can be determined from this record",
           .reason = std::move(reason),
           .cure = std::move(cure)};
 }
@@ -76,10 +76,10 @@ Told<ShapeNumbers> ShapeOf(const Record& record, Axis axis, const QuantityChoice
   if (quantity.quantity == Quantity::Acceleration && levels) {
     return ShapeNumbers{.levels = *levels, .unit = analysis::ShortUnitOf(quantity)};
   }
-  if (!levels) return NoNumbers("It holds values that are no numbers.", "Capture again");
+  if (!levels) return NoNumbers("It holds values that are not numbers.", "Capture again");
   std::string name = analysis::TitleOf(quantity);
   name.resize(std::min(name.find(','), name.size()));
-  return Refusal{.title = name + " levels cannot be told over time",
+  return Refusal{.title = name + " levels cannot be worked out over time",
                  .reason = "A time record tells levels of acceleration and velocity alone.",
                  .cure = "Choose --quantity g or velocity, or capture a spectrum"};
 }

@@ -43,7 +43,7 @@ constexpr const char* kFooter =
 std::int16_t ParsePortAddress(const std::string& text) {
   const TypedWord address = ReadTypedWord(text);
   if (!address.fault.empty()) {
-    throw CLI::ValidationError("--parallel", "\"" + text + "\" is no port address like 378");
+    throw CLI::ValidationError("--parallel", "\"" + text + "\" is not a port address like 378");
   }
   return NarrowToInteger(address.value);
 }
@@ -51,7 +51,7 @@ std::int16_t ParsePortAddress(const std::string& text) {
 int ParseAdapter(const std::string& text) {
   const std::string digits = text.starts_with("Ezusb-") ? text.substr(6) : text;
   if (digits.size() != 1 || digits[0] < '0' || digits[0] > '3') {
-    throw CLI::ValidationError("--adapter", "\"" + text + "\" is none of Ezusb-0 to Ezusb-3");
+    throw CLI::ValidationError("--adapter", "\"" + text + "\" is not one of Ezusb-0 to Ezusb-3");
   }
   return digits[0] - '0';
 }
@@ -92,11 +92,20 @@ struct ArchiveOptions {
   }
 };
 
+// The way out for those who have no hardware is said as well.
+ExitCode FailedToConnect(Session& session, const Failure& failure) {
+  const ExitCode end = session.Fail(failure);
+  if (end == ExitCode::NoSensor && !session.station.Road().simulated) {
+    session.Say("Without hardware, --simulate uses the simulated sensor.");
+  }
+  return end;
+}
+
 ExitCode RunCommand(Command& command, Session& session, const Output& output) {
   try {
     if (command.NeedsSensor()) {
       const auto connected = session.station.Connect();
-      if (!connected) return session.Fail(connected.Why());
+      if (!connected) return FailedToConnect(session, connected.Why());
       session.SayNotes();
     }
     const ExitCode end = command.Run(session, output);
@@ -138,20 +147,24 @@ std::string WordsOf(const CLI::App& app) {
   return words;
 }
 
-// Names a word that is no command where one is wanted; any other fault in the parser's own words.
+// Names the commands where one is wanted and missing, or is none of them; any other fault in the
+// parser's own words.
 ExitCode Refuse(const CLI::App& app, const CLI::ParseError& error,
                 const Surroundings& surroundings) {
   const auto chosen = app.get_subcommands();
   const CLI::App& last = chosen.empty() ? app : *chosen.back();
   std::vector<std::string> rest = app.remaining(true);
   std::erase_if(rest, [](const std::string& word) { return word.starts_with("-"); });
-  if (error.get_name() != "RequiredError" || rest.empty() || WordsOf(last).empty()) {
+  if (error.get_name() != "RequiredError" || WordsOf(last).empty()) {
     const int code = app.exit(error, surroundings.out, surroundings.error);
     return code == 0 ? ExitCode::Success : ExitCode::Usage;
   }
   const std::string before = chosen.empty() ? "" : last.get_name() + ": ";
-  surroundings.error << before << "there is no command \"" << rest.front() << "\". There are "
-                     << WordsOf(last) << ".\nRun with --help for more information.\n";
+  const std::string what = !rest.empty()    ? "\"" + rest.front() + "\" is not a command"
+                           : chosen.empty() ? "A command is missing"
+                                            : "a command is missing";
+  surroundings.error << before << what << "; the commands are " << WordsOf(last)
+                     << ".\nRun with --help for more information.\n";
   return ExitCode::Usage;
 }
 

@@ -9,9 +9,9 @@
 #include "alarms/band_table.h"
 #include "cli/number_json.h"
 #include "device/alarm_flags.h"
-#include "device/rec_info.h"
 #include "numeric/number_format.h"
 #include "record/frequency.h"
+#include "record/record_line.h"
 #include "record/status_flags.h"
 #include "record/utc_time.h"
 
@@ -88,13 +88,10 @@ void PrintPoints(std::ostream& out, const Record& record) {
 
 void PrintRecord(std::ostream& out, const RecordReport& report) {
   const Record& record = report.record;
-  const auto settings = DescribeRecInfo(record.settings.recInfo);
   if (report.number > 0) {
     out << "Capture " << report.number << (report.stopped ? ", stopped" : "") << '\n';
   }
-  out << (IsSpectrum(record) ? "Spectrum" : "Time record") << ", "
-      << settings[2].SettingDecription() << ", " << settings[1].SettingDecription()
-      << ", sample rate option " << record.settings.option << '\n';
+  out << KindAndSettings(record) << '\n';
   for (const Axis axis : kAxes) {
     const Peak peak = PeakOf(record, axis);
     out << "  " << Letter(axis) << "  peak " << std::setw(9) << FixedNumber(peak.g, 4) << " g at "
@@ -151,7 +148,7 @@ void WriteRecord(const Output& output, const RecordReport& report) {
 std::string ConditionsText(const Conditions& conditions) {
   const std::string supply = FixedNumber(static_cast<double>(conditions.supplyV), 3);
   const std::string temperature = FixedNumber(static_cast<double>(conditions.temperatureC), 1);
-  return "supply " + supply + " V, temperature " + temperature + " C\n";
+  return "supply " + supply + " V, temperature " + temperature + " °C\n";
 }
 
 Json StatusJson(StatusFlags status) {

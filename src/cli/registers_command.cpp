@@ -54,13 +54,14 @@ void PrintRegister(std::ostream& out, const RegisterValue& read) {
 void RegistersCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("registers", "Read and write the sensor's registers");
   word_->require_subcommand(1);
-  list_ = word_->add_subcommand("list", "All registers: name, word, value, scaled value");
-  read_ = word_->add_subcommand("read", "One register");
-  read_->add_option("name", name_, "Name of the register")->required();
+  list_ = word_->add_subcommand("list", "List all registers: name, word, value, scaled value");
+  read_ = word_->add_subcommand("read", "Read one register");
+  read_->add_option("name", name_, "Name of the register, for example FFT_AVG")->required();
   write_ = word_->add_subcommand("write", "Write one register, then read it back");
-  write_->add_option("name", name_, "Name of the register")->required();
-  write_->add_option("value", value_, "Decimal, or hexadecimal after 0x; 16 bits")->required();
-  dump_ = word_->add_subcommand("dump", "Write Registers_LOG.txt");
+  write_->add_option("name", name_, "Name of the register, for example FFT_AVG")->required();
+  write_->add_option("value", value_, "16-bit value, decimal or, after 0x, hexadecimal")
+      ->required();
+  dump_ = word_->add_subcommand("dump", "Write the list of all registers to Registers_LOG.txt");
   dump_->add_option("--out", folder_, "Folder for the file")->type_name("FOLDER");
 }
 
@@ -87,7 +88,8 @@ ExitCode RegistersCommand::List(Session& session, const Output& output) {
 
 ExitCode RegistersCommand::Read(Session& session, const Output& output) const {
   if (!Station::CanRead(name_)) {
-    session.Say("registers read: there is no readable register \"" + name_ + "\".");
+    session.Say("registers read: there is no readable register \"" + name_ +
+                "\"; \"registers list\" shows all.");
     return ExitCode::Usage;
   }
   const auto read = session.station.ReadRegister(name_);
@@ -102,12 +104,14 @@ ExitCode RegistersCommand::Read(Session& session, const Output& output) const {
 
 ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
   if (!Station::CanWrite(name_)) {
-    session.Say("registers write: there is no writable register \"" + name_ + "\".");
+    session.Say("registers write: there is no writable register \"" + name_ +
+                "\"; \"registers list\" shows all.");
     return ExitCode::Usage;
   }
   const auto value = Word(value_);
   if (!value) {
-    session.Say("registers write: \"" + value_ + "\" is no 16-bit number.");
+    session.Say("registers write: \"" + value_ +
+                "\" is not a 16-bit value: 0 to 65535, or 0x0000 to 0xFFFF.");
     return ExitCode::Usage;
   }
   const auto written = session.station.WriteRegister(name_, *value);

@@ -38,7 +38,7 @@ std::string Written(std::int16_t row, std::uint16_t word) {
 std::string ConversionNote(const std::string& text) {
   if (HexadecimalWord(text)) return "";
   if (text.empty()) return "The box was empty. ";
-  return "\"" + text + "\" is no word of 1 to 4 hexadecimal digits. ";
+  return "\"" + text + "\" is not a word of 1 to 4 hexadecimal digits. ";
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ std::string NoteOf(const std::vector<KnownRow>& rows, const analysis::Spectrum& 
     note += (note.empty() ? "" : " ") + Listed(names) + (names.size() == 1 ? " lies " : " lie ") +
             (isLow ? "below " : "above ") +
             analysis::HertzText(isLow ? analysis::RoundedUp(limit) : analysis::RoundedDown(limit)) +
-            ": this record cannot tell. " + cure + ".";
+            ": this record does not reach there. " + cure + ".";
   }
   return note;
 }

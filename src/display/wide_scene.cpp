@@ -145,7 +145,7 @@ PlotScene WideScene(const WideSpectrum& wide, const WideLook& look, const StudyC
   if (joined == nullptr || joined->points.empty()) {
     PlotScene none{.hint =
                        "No wide spectrum yet. Capture one (F5): it takes one capture at each "
-                       "rate option."};
+                       "sample-rate option."};
     if (!wide.axes.empty() && !wide.records.empty() && !wide.axes.front()) {
       const analysis::Refusal& why = wide.axes.front().Why();
       none.hint = why.title + ". " + why.reason + " " + why.cure + ".";

@@ -62,7 +62,7 @@ class Table {
     const std::size_t mark = text.find_first_of(".,");
     if (mark != std::string::npos) {
       const char here = text[mark];
-      if (here == ',' && separator_ == ',') Stop(what + " is " + shown + ", which is no number");
+      if (here == ',' && separator_ == ',') Stop(what + " is " + shown + ", which is not a number");
       if (mark_ != 0 && here != mark_) {
         Stop(what + " is " + shown + ", with another decimal mark than the numbers before it");
       }
@@ -70,7 +70,7 @@ class Table {
       text[mark] = '.';
     }
     const auto number = WholeTextNumber(text);
-    if (!number || !std::isfinite(*number)) Stop(what + " is " + shown + ", which is no number");
+    if (!number || !std::isfinite(*number)) Stop(what + " is " + shown + ", which is not a number");
     return *number;
   }
 
@@ -123,7 +123,7 @@ std::optional<std::int32_t> ReadFlags(Table& table) {
     if (texts[i] == kStatusFlagClear) continue;
     if (texts[i] != kStatusFlagTable[bit].whenSet) {
       table.Stop("flag " + Shown(names[i]) + " is " + Shown(texts[i]) +
-                 ", which is none of its states");
+                 ", which is not one of its states");
     }
     word |= 1 << bit;
   }

@@ -69,7 +69,7 @@ std::optional<Fault> WhyNot(std::span<const NotedRecord> records, ExportFormat f
     const Record& record = records[i].record;
     const std::string which = "Record " + std::to_string(i + 1);
     if (!HasNumbersOnly(record)) {
-      return Refused(which + " holds a value that is no finite number; it was not written.");
+      return Refused(which + " holds a value that is not a finite number; it was not written.");
     }
     if (record.settings.option < 0 || record.settings.option > 3) {
       return Refused(which + " has the sample-rate option " +

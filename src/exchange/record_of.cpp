@@ -37,7 +37,7 @@ std::optional<Fault> WhyNoRecord(const ImportedRecord& imported) {
     }
   }
   if (!imported.amplitudes) {
-    return Not("The values are no amplitudes (" + imported.quantity + ").");
+    return Not("The values are not amplitudes (" + imported.quantity + ").");
   }
   if (imported.first && *imported.first != 0) {
     return Not("The first value is at " + ExactText(*imported.first) + ", and not at 0.");
@@ -66,10 +66,10 @@ Exchanged<RecordSettings> SettingsOf(const ImportedRecord& imported, const Said&
                (imported.kind == RecordKind::Time ? " s" : " Hz") +
                " apart, at which the sensor takes no records.");
   }
-  if (!option) return Not("The sample-rate option has to be told.");
-  if (!said.range) return Not("The range has to be told.");
+  if (!option) return Not("The sample-rate option has to be given.");
+  if (!said.range) return Not("The range has to be given.");
   const bool needsWindow = imported.kind == RecordKind::Spectrum;
-  if (needsWindow && !said.window) return Not("The window has to be told.");
+  if (needsWindow && !said.window) return Not("The window has to be given.");
   const double averages = std::clamp(imported.averages.value_or(0), 0.0, 511.0);
   const int info = *option << 14 | said.window.value_or(0) << 12 | *said.range << 10 |
                    static_cast<int>(averages);
@@ -82,9 +82,9 @@ Exchanged<double> WordsAUnit(const ImportedRecord& imported, const Said& said, d
   if (said.words && *said.words) return 1.0;
   if (said.words && imported.unit.empty()) return 1 / lsb;
   return Not(imported.unit.empty()
-                 ? "It has to be told whether the values are words of the sensor or g."
+                 ? "It has to be said whether the values are words of the sensor or g."
                  : "The values are in " + Shown(imported.unit) +
-                       ", which is no acceleration in g.");
+                       ", which is not an acceleration in g.");
 }
 
 std::optional<Fault> TakeWords(Record& record, const ImportedRecord& imported, double factor) {
@@ -96,7 +96,7 @@ std::optional<Fault> TakeWords(Record& record, const ImportedRecord& imported, d
       if (std::abs(values[i] * factor - word) > kWordError || word < least ||
           word > (least < 0 ? 32767 : kLargestWord)) {
         return Not(std::string(1, Letter(axis)) + " of point " + std::to_string(i) + " is " +
-                   ExactText(values[i]) + ", which is no word of the sensor at this range.");
+                   ExactText(values[i]) + ", which is not a word of the sensor at this range.");
       }
       record.Of(axis).raw(static_cast<int>(i)) = word + 0.0;  // no negative zero
     }

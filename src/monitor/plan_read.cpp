@@ -96,8 +96,8 @@ void Reader::Begin(std::string_view name) {
   if (section_ == Section::Capture) return BeginStep(StepKind::Spectrum);
   if (section_ == Section::Wide) return BeginStep(StepKind::Wide);
   if (section_ == Section::Unknown) {
-    return Say(line_,
-               "[" + Quoted(name) + "] is none of [capture], [wide], [timer], [judge], [publish]");
+    return Say(line_, "[" + Quoted(name) +
+                          "] is not one of [capture], [wide], [timer], [judge], [publish]");
   }
   if (!once_.insert("[" + std::string(name)).second) {
     Say(line_, "the section [" + std::string(name) + "] stands here a second time");
@@ -129,7 +129,7 @@ void Reader::TakeValue(std::string_view key, std::string_view value) {
     if (!wrong.empty()) Say(line_, std::string(key) + ": " + wrong);
     return;
   }
-  Say(line_, Quoted(key) + " is none of the keys here: " + names);
+  Say(line_, Quoted(key) + " is not one of the keys here: " + names);
 }
 
 std::vector<Key> Reader::Keys() {
@@ -237,7 +237,7 @@ void Reader::CheckStep(const Step& step) {
     const bool fits = plan_.every.count() < 256 || plan_.every.count() % 60 == 0;
     if (!fits || plan_.every > std::chrono::hours{255}) {
       Say(step.line, "the sensor's timer counts up to 255 seconds, minutes or hours; every = " +
-                         PeriodText(plan_.every) + " is none of these");
+                         PeriodText(plan_.every) + " is not one of these");
     }
   }
   if (!step.bands.empty() && step.kind == StepKind::TimeRecord) {

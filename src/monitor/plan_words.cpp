@@ -21,7 +21,7 @@ struct PeriodUnit {
 constexpr std::array<PeriodUnit, 4> kUnits{{{"d", 86400}, {"h", 3600}, {"min", 60}, {"s", 1}}};
 
 std::string NoneOf(std::string_view text, const std::string& choices) {
-  return Quoted(text) + " is none of " + choices;
+  return Quoted(text) + " is not one of " + choices;
 }
 
 bool HasControl(std::string_view text) {
@@ -97,7 +97,8 @@ std::string ReadNumber(std::string_view text, double least, double most, double&
     into = *value;
     return {};
   }
-  return Quoted(text) + " is no number from " + GeneralNumber(least) + " to " + GeneralNumber(most);
+  return Quoted(text) + " is not a number from " + GeneralNumber(least) + " to " +
+         GeneralNumber(most);
 }
 
 std::string ReadWhole(std::string_view text, int least, int most, std::int16_t& into) {
@@ -106,7 +107,7 @@ std::string ReadWhole(std::string_view text, int least, int most, std::int16_t& 
     into = static_cast<std::int16_t>(value);
     return {};
   }
-  return Quoted(text) + " is no whole number from " + std::to_string(least) + " to " +
+  return Quoted(text) + " is not a whole number from " + std::to_string(least) + " to " +
          std::to_string(most);
 }
 
@@ -117,7 +118,7 @@ std::string ReadPeriod(std::string_view text, std::chrono::seconds& into) {
   const auto count =
       digits > 0 && digits <= 8 ? WholeTextNumber(text.substr(0, digits)) : std::nullopt;
   if (!count || (unit == kUnits.end() && !word.empty())) {
-    return Quoted(text) + " is no time like 10 s, 5 min, 1 h or 1 d";
+    return Quoted(text) + " is not a time like 10 s, 5 min, 1 h or 1 d";
   }
   const std::chrono::seconds period{static_cast<std::int64_t>(*count) *
                                     (word.empty() ? 1 : unit->seconds)};
@@ -140,7 +141,7 @@ std::string PeriodText(std::chrono::seconds period) {
 
 std::string ReadText(std::string_view text, std::size_t longest, std::string& into) {
   if (HasControl(text)) return Quoted(text) + " holds a control character";
-  if (!exchange::IsUtf8(text)) return Quoted(text) + " is no UTF-8 text";
+  if (!exchange::IsUtf8(text)) return Quoted(text) + " is not UTF-8 text";
   if (text.size() > longest) {
     return Quoted(text) + " has " + std::to_string(text.size()) + " bytes; at most " +
            std::to_string(longest) + " are allowed";
@@ -158,7 +159,7 @@ std::string ReadRoad(std::string_view text, Road& into) {
   if (word == "usb") return ReadUsb(rest, into);
   if (word == "parallel") {
     const auto address = HexadecimalWord(rest);
-    if (!address) return Quoted(rest) + " is no port address like 378";
+    if (!address) return Quoted(rest) + " is not a port address like 378";
     into.parallelAddress = static_cast<std::int16_t>(*address);
     return {};
   }
@@ -177,7 +178,7 @@ std::string ReadRule(std::string_view text, analysis::AlarmRule& into) {
   const bool isRule = words.size() == 3 && words[1] == "of" &&
                       ReadWhole(words[2], 1, kMost, n).empty() &&
                       ReadWhole(words[0], 1, n, m).empty();
-  if (!isRule) return Quoted(text) + " is no rule like 3 of 5, with numbers from 1 to 100";
+  if (!isRule) return Quoted(text) + " is not a rule like 3 of 5, with numbers from 1 to 100";
   into.m = m;
   into.n = n;
   return {};
@@ -201,7 +202,7 @@ std::string ReadSeverity(std::string_view text, std::optional<analysis::ZoneLimi
   const bool areThree = words.size() == 3 && read(words[0], own.ab) && read(words[1], own.bc) &&
                         read(words[2], own.cd);
   if (!areThree || !analysis::AreLimits(own)) {
-    return Quoted(text) + " is none of " + names + ", nor three rising limits in mm/s";
+    return Quoted(text) + " is not one of " + names + ", nor three rising limits in mm/s";
   }
   into = own;
   return {};

@@ -69,7 +69,7 @@ class Reader {
     if (!seen_.insert(line.key).second) return Say("stands there twice");
     if (!TakeBroker(line) && !TakeOther(line)) {
       mistakes_.push_back({line.line, Quoted(line.key) +
-                                          " is none of broker, port, user, password_file, tls, "
+                                          " is not one of broker, port, user, password_file, tls, "
                                           "ca, metrics, command, command_limit"});
     }
   }
@@ -117,7 +117,7 @@ class Reader {
     } else if (line.key == "command_limit") {
       const auto seconds = NumberOf<int>(line.value, 1, kLongestLimit);
       seconds ? void(limit_ = std::chrono::seconds(*seconds))
-              : Say(Quoted(line.value) + " is no number of seconds from 1 to 3600");
+              : Say(Quoted(line.value) + " is not a number of seconds from 1 to 3600");
     } else {
       return false;
     }
@@ -135,7 +135,7 @@ class Reader {
 
   void TakePort(const std::string& text) {
     const auto port = NumberOf<std::uint16_t>(text, 1, 65535);
-    if (!port) return Say(Quoted(text) + " is no port from 1 to 65535");
+    if (!port) return Say(Quoted(text) + " is not a port from 1 to 65535");
     if (hasPort_) return Say("the port is told twice");
     broker_.port = *port;
     hasPort_ = true;
@@ -154,7 +154,7 @@ class Reader {
     };
     if (!port || parted->host.empty() || !std::ranges::all_of(parted->host, isOfAddress)) {
       return Say(Quoted(line_.value) +
-                 " is no port, nor an address of this machine with a port: "
+                 " is not a port, nor an address of this machine with a port: "
                  "9105 or 0.0.0.0:9105");
     }
     settings_.metrics = MetricsSettings{parted->host, *port};
@@ -242,7 +242,7 @@ std::string PasswordFor(
   if (password.ends_with('\r')) password.pop_back();
   if (password.empty() || password.size() > kLongestPassword) {
     throw RuntimeError("the first line of the password file " + broker.passwordFile +
-                       " is no password: it has 1 to 1024 characters");
+                       " is not a password: it has 1 to 1024 characters");
   }
   return password;
 }

@@ -31,7 +31,7 @@ py::bytes BytesOf(const RecordArray& points) {
 }
 
 [[noreturn]] void RefuseState() {
-  Raise("Error", "What was pickled is no record, or it was damaged.");
+  Raise("Error", "What was pickled is not a record, or it was damaged.");
 }
 
 RecordArray ArrayOf(const py::bytes& bytes) {

@@ -46,15 +46,21 @@ std::string KindText(RecordKind kind) {
 
 // Window and averages belong to spectra.
 std::string SettingsText(const Record& record) {
-  std::string text = RangeText(record.settings.range);
-  if (record.kind == RecordKind::Spectrum) {
-    text +=
-        ", " + WindowText(record.settings.window) + ", " + AveragesText(record.settings.averages);
-  }
+  const std::string text = record.kind == RecordKind::Spectrum ? SettingsName(record.settings)
+                                                               : RangeText(record.settings.range);
   return text + ", option " + std::to_string(record.settings.option) + ", " + StepText(record);
 }
 
 }  // namespace
+
+std::string SettingsName(const RecordSettings& settings) {
+  return RangeText(settings.range) + ", " + WindowText(settings.window) + ", " +
+         AveragesText(settings.averages);
+}
+
+std::string KindAndSettings(const Record& record) {
+  return KindText(record.kind) + ", " + SettingsText(record);
+}
 
 std::string StepText(const Record& record) {
   const int option = record.settings.option;

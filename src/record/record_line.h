@@ -12,6 +12,12 @@ namespace kestrel {
 // Range codes as the settings name them: "0 to 1g" to "0 to 70g".
 [[nodiscard]] std::string RangeName(std::int16_t range);
 
+// "0 to 1 g, Hanning, 8 averages".
+[[nodiscard]] std::string SettingsName(const RecordSettings& settings);
+
+// "Spectrum, 0 to 1 g, Hanning, 8 averages, option 0, Δf 195.7 Hz".
+[[nodiscard]] std::string KindAndSettings(const Record& record);
+
 // "Spectrum, 0 to 70 g, Hanning, 8 averages, option 0, Δf 195.7 Hz, 18:34:16"; of a time record
 // "Time record, 0 to 70 g, option 0, Δt 9.98 µs, 18:34:16". `localTime` is the record's time as the
 // user reads clocks; empty leaves it out. Empty for a record that was never taken.

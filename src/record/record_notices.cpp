@@ -52,7 +52,7 @@ RecordNotice Empty(const Record& record) {
   }
   return {.kind = NoticeKind::Empty,
           .what = "Record " + std::to_string(*record.origin.stored) + " of the sensor is empty",
-          .means = "Nothing has been stored there; the points are no measurement.",
+          .means = "Nothing has been stored there; the points are not a measurement.",
           .cure = Cure::None,
           .cureText = ""};
 }

@@ -93,7 +93,7 @@ std::vector<std::string> LimitsOf(const Compared& compared) {
   for (std::size_t i = 1; i < compared.size(); ++i) {
     const auto why = WhyNotAgainstFirst(compared, i);
     if (!why) continue;
-    limits.push_back(LetterOf(i) + " is shown beside A, but no difference to it is told: " + *why +
+    limits.push_back(LetterOf(i) + " is shown beside A, but without a difference to it: " + *why +
                      ". Compare records of the same kind, sample-rate option and window.");
   }
   return limits;

@@ -71,8 +71,8 @@ std::int64_t Whole(const std::string& where, const Json& value, std::int64_t lea
                      value.get<std::uint64_t>() <= static_cast<std::uint64_t>(most)) &&
                     value.get<std::int64_t>() >= least && value.get<std::int64_t>() <= most;
   if (fits) return value.get<std::int64_t>();
-  throw Refusal{where + ": " + Show(value) + " is no whole number from " + std::to_string(least) +
-                " to " + std::to_string(most)};
+  throw Refusal{where + ": " + Show(value) + " is not a whole number from " +
+                std::to_string(least) + " to " + std::to_string(most)};
 }
 
 std::uint16_t WordOf(const std::string& where, const Json& value, int most = kLargestWord) {
@@ -80,7 +80,7 @@ std::uint16_t WordOf(const std::string& where, const Json& value, int most = kLa
 }
 
 std::string TextOf(const std::string& where, const Json& value) {
-  if (!value.is_string()) throw Refusal{where + ": " + Show(value) + " is no text"};
+  if (!value.is_string()) throw Refusal{where + ": " + Show(value) + " is not text"};
   const auto text = value.get<std::string>();
   if (text.size() > kLongestText) throw Refusal{where + ": " + Shown(text) + " is too long"};
   return text;
@@ -88,12 +88,12 @@ std::string TextOf(const std::string& where, const Json& value) {
 
 void CheckFormat(const Json& file) {
   if (!file.is_object() || !file.contains("format") || file["format"] != kSetupFormat) {
-    throw Refusal{"this is no set-up of a sensor: its \"format\" is not \"" +
+    throw Refusal{"this is not a set-up of a sensor: its \"format\" is not \"" +
                   std::string(kSetupFormat) + "\""};
   }
   const Json version = file.value("format_version", Json());
   if (!version.is_number_integer() || version < 1) {
-    throw Refusal{"format_version: " + Show(version) + " is no version"};
+    throw Refusal{"format_version: " + Show(version) + " is not a version"};
   }
   if (version > kSetupVersion) {
     throw Refusal{"format_version: " + Show(version) +
@@ -117,7 +117,7 @@ void TakeSensor(Setup& setup, const Json& sensor) {
 
 const Json& ListOf(const Json& file, const char* key, std::size_t count) {
   const Json& list = file[key];
-  if (!list.is_array()) throw Refusal{std::string(key) + ": " + Show(list) + " is no list"};
+  if (!list.is_array()) throw Refusal{std::string(key) + ": " + Show(list) + " is not a list"};
   if (list.size() != count) {
     throw Refusal{std::string(key) + ": there are " + std::to_string(list.size()) +
                   " of them, not " + std::to_string(count)};
@@ -132,7 +132,7 @@ void TakeRegisters(Setup& setup, const Json& file) {
     const std::string name = TextOf("registers, name", entry["name"]);
     const auto found = std::ranges::find(kRegisterNames, name);
     if (found == kRegisterNames.end()) {
-      throw Refusal{"registers: " + Shown(name) + " is no register of a set-up"};
+      throw Refusal{"registers: " + Shown(name) + " is not a register of a set-up"};
     }
     const auto index = static_cast<std::size_t>(found - kRegisterNames.begin());
     if (seen.at(index)) throw Refusal{"registers: " + name + " stands twice"};
@@ -169,7 +169,7 @@ Setup SetupOf(const Json& file) {
   setup.program = TextOf("program", file["program"]);
   const std::string saved = TextOf("saved", file["saved"]);
   const auto when = UtcFrom(saved);
-  if (!when) throw Refusal{"saved: " + Shown(saved) + " is no time like 2024-03-14T08:26:53Z"};
+  if (!when) throw Refusal{"saved: " + Shown(saved) + " is not a time like 2024-03-14T08:26:53Z"};
   setup.when = *when;
   TakeSensor(setup, file["sensor"]);
   TakeRegisters(setup, file);
@@ -189,7 +189,7 @@ Fault NoJson(const std::string& file, std::string_view bytes, std::size_t at) {
   return {.file = file,
           .line = static_cast<std::size_t>(lines) + 1,
           .what = ended ? "the file ends in the middle of the set-up"
-                        : "the text is no JSON from " + Shown(rest) + " on"};
+                        : "the text is not valid JSON from " + Shown(rest) + " on"};
 }
 
 }  // namespace
@@ -201,7 +201,7 @@ exchange::Exchanged<Setup> ReadSetupFile(const std::string& file, std::string_vi
                  " bytes");
   }
   if (!exchange::IsUtf8(bytes)) {
-    return fault("it is no UTF-8 text; a set-up is saved in this encoding");
+    return fault("it is not UTF-8 text; a set-up is saved in this encoding");
   }
   try {
     KeyCheck check;

@@ -47,9 +47,9 @@ std::string SetupStore::ProblemOf(const std::string& name) const {
   if (folder_.empty()) return "no folder for the user's data is known; name a file instead";
   if (name.find_first_not_of(' ') == std::string::npos) return "a set-up needs a name";
   if (name.size() > kLongestName) return "the name is too long";
-  if (!exchange::IsUtf8(name)) return "the name is no UTF-8 text";
+  if (!exchange::IsUtf8(name)) return "the name is not UTF-8 text";
   if (name.front() == '.' || name.front() == ' ' || name.back() == ' ') {
-    return "a name begins with no point or blank and ends with no blank";
+    return "it must not begin with a point or a blank, nor end with a blank";
   }
   return FileNameProblem(name);
 }

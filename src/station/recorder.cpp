@@ -59,7 +59,7 @@ Result<Captured> Recorder::Capture() {
   }
   if (*setup_.mode > kTimeMode) {
     return end_.Failed(FailureKind::Refused,
-                       "The sensor's record mode is 3, which is none. Set another.");
+                       "The sensor's record mode is 3, which does not exist. Set another one.");
   }
   loop_.Forget();
   RecordOrigin origin;

@@ -101,7 +101,7 @@ ReadBearings BearingsFrom(std::string_view text) {
       constexpr std::size_t kShown = 40;
       read.messages.push_back(
           "Line " + std::to_string(i + 1) +
-          " is no bearing and was left out: " + std::string(line.substr(0, kShown)));
+          " is not a bearing and was left out: " + std::string(line.substr(0, kShown)));
     }
   }
   return read;

@@ -159,7 +159,7 @@ std::string Read(std::string_view line, const std::vector<Setting>& settings, St
   const auto equals = line.find('=');
   const std::string_view key = Trimmed(line.substr(0, equals));
   const auto setting = std::ranges::find(settings, key, &Setting::key);
-  if (setting == settings.end() || equals == std::string_view::npos) return "is no setting";
+  if (setting == settings.end() || equals == std::string_view::npos) return "is not a setting";
   const std::string named = "cannot be read: " + std::string(key);
   if (line.size() > kLongestLine) return named;
   const Json json = Json::parse(line.substr(equals + 1), nullptr, false);

@@ -14,12 +14,12 @@ namespace {
 
 analysis::Refusal NoSamples() {
   return {.title = "A spectrum has lost its time",
-          .reason = "The sensor delivered magnitudes; samples cannot be told from them.",
+          .reason = "The sensor delivered magnitudes; samples cannot be determined from them.",
           .cure = "Capture in the mode Manual Time"};
 }
 
 analysis::Refusal Unreadable(std::string reason) {
-  return {.title = "No samples can be told from this record",
+  return {.title = "No samples can be determined from this record",
           .reason = std::move(reason),
           .cure = "Capture again"};
 }
@@ -32,12 +32,13 @@ bool IsCode(int code) {
 
 analysis::Told<TimeCurve> SamplesOf(const Record& record, Axis axis) {
   if (record.kind != RecordKind::Time) return NoSamples();
-  if (!IsCode(record.settings.option)) return Unreadable("Its rate option is none of 0 to 3.");
-  if (!IsCode(record.settings.range)) return Unreadable("Its range is none of the sensor's.");
+  if (!IsCode(record.settings.option))
+    return Unreadable("Its sample-rate option is not one of 0 to 3.");
+  if (!IsCode(record.settings.range)) return Unreadable("Its range is not one of the sensor's.");
   TimeCurve curve{.values = analysis::ValuesInG(record, axis, true),
                   .stepS = 1 / SampleFrequency(record.settings.option)};
   if (!std::ranges::all_of(curve.values, [](double value) { return std::isfinite(value); })) {
-    return Unreadable("It holds values that are no numbers.");
+    return Unreadable("It holds values that are not numbers.");
   }
   return curve;
 }

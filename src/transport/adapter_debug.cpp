@@ -71,7 +71,7 @@ void AdapterDebug::txtLoopDelay_KeyDown(const std::string& text) {
   const auto value = WholeTextNumber(text);
   if (!value || *value < 0 || *value > kMostSetup || *value != std::floor(*value)) {
     messages_.Show("SPI set-up value: " + Quoted(text) +
-                   " is no whole number from 0 to 255.\nNothing was sent.");
+                   " is not a whole number from 0 to 255.\nNothing was sent.");
     return;
   }
   const bool good{usb_.UsbSetupSpi(static_cast<std::uint8_t>(*value))};

@@ -43,7 +43,7 @@ void AdapterLoop::Start() {
   const auto wait = ReadWait(text);
   if (!wait) {
     messages_.Show("Loop: " + Quoted(text) +
-                   " is no wait between transfers. Enter 1 to 60000 ms.\nNothing was sent.");
+                   " is not a wait between transfers. Enter 1 to 60000 ms.\nNothing was sent.");
     return;
   }
   wait_ = *wait;

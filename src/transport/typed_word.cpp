@@ -32,7 +32,7 @@ TypedWord ReadTypedWord(std::string_view text) {
   std::string_view digits = Trim(text);
   if (digits.starts_with("0x") || digits.starts_with("0X")) digits.remove_prefix(2);
   if (digits.empty() || digits.find_first_not_of(kDigits) != std::string_view::npos) {
-    return {0, Quoted(text) + " is no hexadecimal number."};
+    return {0, Quoted(text) + " is not a hexadecimal number."};
   }
   digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size() - 1));
   if (digits.size() > kMostDigits) {

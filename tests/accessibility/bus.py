@@ -72,7 +72,7 @@ def text_of(control):
 
 
 def labels_of(control):
-    """The texts of the labels that name a control; a group box's title is no name."""
+    """The texts of the labels that name a control; a group box's title is not a name."""
     names = []
     for relation in control.get_relation_set():
         if relation.get_relation_type() != Atspi.RelationType.LABELLED_BY:

@@ -61,7 +61,7 @@ TEST(RepeatTextsAre, RefusedWithTheirCureWhenThePeriodIsNone) {
   for (const char* text :
        {"abc", "2,5", "1 000", "5 s", "0x10", "nan", "inf", "--1", "\u0661\u0660", "\uFF15"}) {
     EXPECT_EQ(OfSeconds(text),
-              (Error{"\"" + std::string(text) + "\" is no number of seconds.", kRepeatSeconds,
+              (Error{"\"" + std::string(text) + "\" is not a number of seconds.", kRepeatSeconds,
                      "Type digits, with a point as decimal mark: 2.5"}));
   }
 }
@@ -82,11 +82,11 @@ TEST(RepeatTextsAre, RefusedWithTheirCureWhenThePeriodIsTooLong) {
 TEST(RepeatTextsAre, RefusedWhenTheNumberIsNone) {
   const std::string cure = "Type a whole number from 1 to 1000000, or choose Until stopped.";
   EXPECT_EQ(OfTimes(" "), (Error{"The number of captures is missing.", kRepeatTimes, cure}));
-  EXPECT_EQ(OfTimes("ten").what, "\"ten\" is no number of captures.");
-  EXPECT_EQ(OfTimes("\u0663").what, "\"\u0663\" is no number of captures.");
+  EXPECT_EQ(OfTimes("ten").what, "\"ten\" is not a number of captures.");
+  EXPECT_EQ(OfTimes("\u0663").what, "\"\u0663\" is not a number of captures.");
   EXPECT_EQ(OfTimes("0").what, "\"0\" captures are too few.");
   EXPECT_EQ(OfTimes("-3").what, "\"-3\" captures are too few.");
-  EXPECT_EQ(OfTimes("2.5").what, "\"2.5\" is no whole number.");
+  EXPECT_EQ(OfTimes("2.5").what, "\"2.5\" is not a whole number.");
   EXPECT_EQ(OfTimes("1000001").what, "\"1000001\" captures are too many.");
   EXPECT_EQ(OfTimes("1e999").what, "\"1e999\" captures are too many.");
   EXPECT_EQ(OfTimes("1e999").cure, cure);
@@ -94,7 +94,8 @@ TEST(RepeatTextsAre, RefusedWhenTheNumberIsNone) {
 
 TEST(RepeatTextsAre, CutBetweenCharactersWhereTheyAreLong) {
   const std::string text = std::string(39, 'a') + "\u00E9" + std::string(1000, 'b');
-  EXPECT_EQ(OfSeconds(text).what, "\"" + std::string(39, 'a') + "...\" is no number of seconds.");
+  EXPECT_EQ(OfSeconds(text).what,
+            "\"" + std::string(39, 'a') + "...\" is not a number of seconds.");
 }
 
 TEST(ATimerPeriod, IsACountWithItsUnit) {

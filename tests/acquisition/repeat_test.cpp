@@ -275,7 +275,7 @@ TEST_F(Repeating, StoppedWhileTheSensorIsLostEnds) {
 
 TEST_F(Repeating, FollowingFetchesARecordAsTheCountMoves) {
   BeginFollowing(7);
-  EXPECT_EQ(What(), Do::Wait) << "what the sensor has already is no new record";
+  EXPECT_EQ(What(), Do::Wait) << "what the sensor has already is not a new record";
   EXPECT_EQ(Wait(), 5s) << "not oftener than a slow timer needs";
   clock.Advance(5s);
   EXPECT_EQ(What(), Do::LookAtCount);

@@ -153,16 +153,16 @@ TEST(AlarmFileContent, WhatSpreadsheetsWriteIsTaken) {
 }
 
 TEST(AlarmFileContent, AFileThatIsNoneIsRefusedByItsFirstLine) {
-  EXPECT_EQ(Refusal(""), "line 1: no alarm file: it begins with \"\"");
+  EXPECT_EQ(Refusal(""), "line 1: not an alarm file: it begins with \"\"");
   EXPECT_EQ(Refusal("Name,Value\r\n1,2\r\n"),
-            "line 1: no alarm file: it begins with \"Name,Value\"");
+            "line 1: not an alarm file: it begins with \"Name,Value\"");
   EXPECT_EQ(Refusal("0,1,0,0,0,0,0,0,0,0\r\n"),
-            "line 1: no alarm file: it begins with \"0,1,0,0,0,0,0,0,0,0\"");
+            "line 1: not an alarm file: it begins with \"0,1,0,0,0,0,0,0,0,0\"");
   EXPECT_EQ(Refusal(std::string(100000, 'x')),
-            "line 1: no alarm file: it begins with \"" + std::string(80, 'x') + "...\"");
+            "line 1: not an alarm file: it begins with \"" + std::string(80, 'x') + "...\"");
   EXPECT_EQ(Refusal("Sample Rate Option,Band\r\n0,1\r\n"),
-            "line 1: no alarm file: it begins with \"Sample Rate Option,Band\"");
-  EXPECT_EQ(Refusal("\r\n" + kHeader), "line 1: no alarm file: it begins with \"\"");
+            "line 1: not an alarm file: it begins with \"Sample Rate Option,Band\"");
+  EXPECT_EQ(Refusal("\r\n" + kHeader), "line 1: not an alarm file: it begins with \"\"");
 }
 
 TEST(AlarmFileContent, TheHeaderIsKnownByTenTitlesAndTheFirstOfThem) {
@@ -194,12 +194,12 @@ TEST(AlarmFileContent, AMessageShowsOneShortLineOfTheFile) {
   EXPECT_EQ(Refusal(kHeader + "0,1," + digits + ",0,0,0,0,0,0,0"),
             "line 2: F-low = " + std::string(80, '9') + ".... Overflow");
   EXPECT_EQ(Refusal(kHeader + "0,1,x" + digits + ",0,0,0,0,0,0,0"),
-            "line 2: F-low = \"x" + std::string(79, '9') + "...\" is no number");
+            "line 2: F-low = \"x" + std::string(79, '9') + "...\" is not a number");
   EXPECT_EQ(Refusal(kHeader + "0,1,\x1B[31m\x7F,0,0,0,0,0,0,0"),
-            "line 2: F-low = \" [31m \" is no number");
+            "line 2: F-low = \" [31m \" is not a number");
   // Nothing of a character that does not fit whole.
   EXPECT_EQ(Refusal(std::string(79, 'x') + "\xC3\xA4y"),
-            "line 1: no alarm file: it begins with \"" + std::string(79, 'x') + "...\"");
+            "line 1: not an alarm file: it begins with \"" + std::string(79, 'x') + "...\"");
 }
 
 TEST(AlarmFileContent, NumbersAreRoundedHalfToEvenWithin32Bits) {
@@ -227,7 +227,7 @@ TEST(AlarmFileContent, NumbersAreRoundedHalfToEvenWithin32Bits) {
   }
   for (const char* text : {"0x10", "1 2", "--1", "1E", "inf", "nan", ".", "1.2.3"}) {
     EXPECT_EQ(Refusal(kHeader + "0,1," + text + ",0,0,0,0,0,0,0"),
-              "line 2: F-low = \"" + std::string(text) + "\" is no number");
+              "line 2: F-low = \"" + std::string(text) + "\" is not a number");
   }
 }
 
@@ -247,8 +247,10 @@ TEST(AlarmFileContent, ABadLineIsNamedWithItsNumberAndValue) {
             "line 2: option = -1. Subscript out of range");
   EXPECT_EQ(Refusal(kHeader + good + good + "0,8,0,0,0,0,0,0,0,0\r\n"),
             "line 4: band = 8. Subscript out of range");
-  EXPECT_EQ(Refusal(kHeader + "0,1,ten,0,0,0,0,0,0,0\r\n"), "line 2: F-low = \"ten\" is no number");
-  EXPECT_EQ(Refusal(kHeader + "0,1,0,0,0,0,0,0,0,\r\n"), "line 2: alarm 2 Z = \"\" is no number");
+  EXPECT_EQ(Refusal(kHeader + "0,1,ten,0,0,0,0,0,0,0\r\n"),
+            "line 2: F-low = \"ten\" is not a number");
+  EXPECT_EQ(Refusal(kHeader + "0,1,0,0,0,0,0,0,0,\r\n"),
+            "line 2: alarm 2 Z = \"\" is not a number");
   EXPECT_EQ(Refusal(kHeader + "0,1,0,0,2147483648,0,0,0,0,0\r\n"),
             "line 2: alarm 1 X = 2147483648. Overflow");
   EXPECT_EQ(Refusal(kHeader + "0,1,0\r\n"), "line 2: 3 values instead of 10 in \"0,1,0\"");

@@ -83,16 +83,16 @@ TEST(BandCellsTest, ABinStopsAtTheEndsOfTheSpectrum) {
 TEST(BandCellsTest, ABinIsAWholeNumberRoundedHalfToEven) {
   EXPECT_EQ(Check(kFLow, "12.5").value, 12);
   EXPECT_EQ(Check(kFLow, "13.5").value, 14);
-  EXPECT_EQ(Check(kFLow, "12.5").correction, "\"12.5\" is no whole number; 12 taken.");
+  EXPECT_EQ(Check(kFLow, "12.5").correction, "\"12.5\" is not a whole number; 12 taken.");
 }
 
 TEST(BandCellsTest, WhatIsNoNumberCountsAs0) {
   for (const char* text : {"abc", "", " ", "12 bins", "-", "nan", "inf", "1,5", "0x10"}) {
     EXPECT_EQ(Check(kFLow, text).value, 0) << text;
     EXPECT_EQ(Check(kFLow, text).correction,
-              "\"" + std::string(text) + "\" is no number; 0 taken.");
+              "\"" + std::string(text) + "\" is not a number; 0 taken.");
   }
-  EXPECT_EQ(Check(kAlarm1X, "abc").correction, "\"abc\" is no number; 0.00000 g taken.");
+  EXPECT_EQ(Check(kAlarm1X, "abc").correction, "\"abc\" is not a number; 0.00000 g taken.");
 }
 
 TEST(BandCellsTest, AThresholdStopsAt0AndAtFullScale) {
@@ -113,15 +113,15 @@ TEST(BandCellsTest, AThresholdBecomesTheNearestCode) {
 TEST(BandCellsTest, TheUsersDecimalMarkIsAcceptedBesideThePoint) {
   EXPECT_EQ(Check(kAlarm1X, "0,1", ',').value, 1311);
   EXPECT_EQ(Check(kAlarm1X, "0.1", ',').value, 1311);
-  EXPECT_EQ(Check(kAlarm1X, "0,1", '.').correction, "\"0,1\" is no number; 0.00000 g taken.");
+  EXPECT_EQ(Check(kAlarm1X, "0,1", '.').correction, "\"0,1\" is not a number; 0.00000 g taken.");
 }
 
 TEST(BandCellsTest, ALongTextIsQuotedShortAndOnOneLine) {
   EXPECT_EQ(Check(kFLow, std::string(50, 'a')).correction,
-            "\"" + std::string(24, 'a') + "...\" is no number; 0 taken.");
-  EXPECT_EQ(Check(kFLow, "a\nb").correction, "\"a b\" is no number; 0 taken.");
+            "\"" + std::string(24, 'a') + "...\" is not a number; 0 taken.");
+  EXPECT_EQ(Check(kFLow, "a\nb").correction, "\"a b\" is not a number; 0 taken.");
   EXPECT_EQ(Check(kFLow, std::string(23, 'a') + "ü" + "bc").correction,
-            "\"" + std::string(23, 'a') + "...\" is no number; 0 taken.");
+            "\"" + std::string(23, 'a') + "...\" is not a number; 0 taken.");
 }
 
 TEST(BandCellsTest, ABandWithItsEdgesTheWrongWayRoundIsAProblemOfBothEdges) {

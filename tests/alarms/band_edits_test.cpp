@@ -118,7 +118,7 @@ TEST_F(BandEditsTest, CorrectionsOfAPasteAreCountedAndListed) {
             "3 values pasted, 2 corrected. Band 1, F-low: \"300\" is above 255; 255 taken.");
   EXPECT_EQ(outcome.details,
             "Band 1, F-low: \"300\" is above 255; 255 taken.\n"
-            "Band 1, F-high: \"abc\" is no number; 0 taken.");
+            "Band 1, F-high: \"abc\" is not a number; 0 taken.");
 }
 
 TEST_F(BandEditsTest, AnEmptyClipboardChangesNothing) {

@@ -120,7 +120,7 @@ TEST(KnownFrequencies, WhatLiesOffTheAxisNamesTheOptionThatWouldDo) {
   EXPECT_FALSE(WhyNotSeen(Of(known, KnownKind::Shaft), Option0()));
   const std::optional<Refusal> never =
       WhyNotSeen({.kind = KnownKind::Free, .name = "Whistle", .hz = 80000}, Option0());
-  EXPECT_EQ(never->cure, "No rate option reaches it");
+  EXPECT_EQ(never->cure, "No sample-rate option reaches it");
 }
 
 }  // namespace

@@ -95,7 +95,8 @@ TEST(Quantity, VelocityFromTenHertzNamesTheOptionThatWouldDo) {
   const std::optional<Refusal> refusal =
       WhyNotBetween(OneG(), {.quantity = Quantity::Velocity}, 10, 90);
   ASSERT_TRUE(refusal);
-  EXPECT_EQ(refusal->title, "Velocity from 10.0 Hz to 90.0 Hz cannot be told from this record");
+  EXPECT_EQ(refusal->title,
+            "Velocity from 10.0 Hz to 90.0 Hz cannot be determined from this record");
   EXPECT_EQ(refusal->reason, "It begins at 588 Hz and ends at 49.8 kHz.");
   EXPECT_NEAR(refusal->has, 587.05, 0.01);
   EXPECT_EQ(refusal->needs, 10);
@@ -112,7 +113,7 @@ TEST(Quantity, ABandThatNoOptionCoversIsRefusedWithTheWideSpectrumAsCure) {
       WhyNotBetween(OneG(1), {.quantity = Quantity::Velocity}, 10, 1000);
   ASSERT_TRUE(refusal);
   EXPECT_FALSE(refusal->cureOption);
-  EXPECT_EQ(refusal->cure, "Take one spectrum over all rate options");
+  EXPECT_EQ(refusal->cure, "Take one spectrum over all sample-rate options");
 }
 
 TEST(Quantity, BandsThatAreNoneAreRefusedAndCoveredOnesAreNot) {
@@ -130,7 +131,7 @@ TEST(Quantity, ALowestFrequencyBeyondTheRecordIsRefused) {
   const Told<QuantityCurve> curve =
       InQuantity(OneG(3), {.quantity = Quantity::Displacement, .lowestHz = 500});
   ASSERT_FALSE(curve);
-  EXPECT_EQ(curve.Why().title, "Displacement from 500 Hz cannot be told from this record");
+  EXPECT_EQ(curve.Why().title, "Displacement from 500 Hz cannot be determined from this record");
   EXPECT_EQ(curve.Why().cureOption, 1);
   EXPECT_FALSE(InQuantity(OneG(0), {.quantity = Quantity::Velocity, .lowestHz = 1e9}));
 }

@@ -103,7 +103,7 @@ TEST(Spectrum, RefusesSettingsThatAreNoneAndValuesThatAreNoNumbers) {
   record = SpectrumRecord();
   record.settings.range = -1;
   EXPECT_THAT(AsLine(SpectrumOf(record, Axis::Y).Why()),
-              testing::HasSubstr("Its range is none of the sensor's. Capture again."));
+              testing::HasSubstr("Its range is not one of the sensor's. Capture again."));
   record = SpectrumRecord();
   record.Of(Axis::Y).data(3) = std::numeric_limits<double>::quiet_NaN();
   EXPECT_FALSE(SpectrumOf(record, Axis::Y));

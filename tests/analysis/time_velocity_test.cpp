@@ -52,7 +52,7 @@ TEST(TimeVelocity, FewerThanFivePeriodsAreRefusedWithTheOptionThatWouldDo) {
   const Told<VelocityRecord> velocity = VelocityOf(SamplesOf({{40, 1.0, 0}}), 0, 10);
   ASSERT_FALSE(velocity);
   const Refusal& refusal = velocity.Why();
-  EXPECT_EQ(refusal.title, "Velocity from 10.0 Hz cannot be told from this record");
+  EXPECT_EQ(refusal.title, "Velocity from 10.0 Hz cannot be determined from this record");
   EXPECT_EQ(refusal.reason,
             "It is 5.11 ms long. A high-pass at 10.0 Hz needs five periods, 500 ms.");
   EXPECT_EQ(refusal.cureOption, 3);

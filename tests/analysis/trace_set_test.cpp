@@ -85,7 +85,7 @@ TEST(TraceSet, WhatIsNotCompatibleIsRefusedWithItsReasonAndChangesNothing) {
   other.axis = Axis::Y;
   EXPECT_EQ(average.Add(other), "other axis: Y");
   other = SpectrumOfTones({}, WindowKind::Hanning, 2);
-  EXPECT_EQ(average.Add(other), "other rate option: 2");
+  EXPECT_EQ(average.Add(other), "other sample-rate option: 2");
   other = SpectrumOfTones({}, WindowKind::FlatTop);
   EXPECT_EQ(average.Add(other), "other window: Flat top");
   other = Flat(9);

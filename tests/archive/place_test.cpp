@@ -3,6 +3,7 @@
 #include "archive/place.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 
 #include "archive/keeper.h"
@@ -56,6 +57,18 @@ TEST(Place, AFileIsMadeWithItsFolder) {
   EXPECT_EQ(Open(place).Count(), 0);
   EXPECT_TRUE(std::filesystem::exists(PathOf(place)));
   EXPECT_EQ(Open(place, database::Access::ReadOnly).Count(), 0);
+}
+
+TEST(Place, AnArchiveThatIsNotThereYetIsSaidToBeSo) {
+  const TemporaryFolder folder;
+  const std::string file = (folder.path() / "none.db").string();
+  try {
+    (void)Open({file}, database::Access::ReadOnly);
+    FAIL() << "opened";
+  } catch (const database::DatabaseError& error) {
+    EXPECT_THAT(error.what(), HasSubstr("There is no archive " + file + " yet."));
+  }
+  EXPECT_FALSE(std::filesystem::exists(file)) << "looking makes none";
 }
 
 TEST(Place, WhatCannotBeOpenedIsNamedWithTheCure) {

@@ -140,7 +140,7 @@ TEST_F(Capture, DataThatAreNotNewHaveAnExitCodeOfTheirOwnAndGoIntoNoFile) {
 TEST_F(Capture, ANumberOfCapturesThatIsNoneIsExplained) {
   for (const char* count : {"0", "-1", "1.5", "many", ""}) {
     EXPECT_EQ(Simulate({"capture", "--count", count}), ExitCode::Usage) << count;
-    EXPECT_NE(error.str().find("is no number of captures"), std::string::npos) << error.str();
+    EXPECT_NE(error.str().find("is not a number of captures"), std::string::npos) << error.str();
   }
 }
 

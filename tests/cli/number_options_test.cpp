@@ -28,7 +28,7 @@ class NumberOptions : public ProgramBench {
 
 TEST_F(NumberOptions, ANumberOfPeaksThatIsNoneIsExplained) {
   for (const char* peaks : {"0", "-1", "1e9", "257", "3,5", "2.5", "x", "nan", ""}) {
-    ExpectUsage({"--peaks", peaks}, std::string("\"") + peaks + "\" is no number of peaks");
+    ExpectUsage({"--peaks", peaks}, std::string("\"") + peaks + "\" is not a number of peaks");
   }
   ExpectUsage({"--peaks"}, "--peaks");
 }
@@ -129,7 +129,7 @@ TEST_F(NumberOptions, AnEmptyStoredRecordIsRefusedInWords) {
   EXPECT_EQ(Simulate({"record", "3", "--peaks", "3", "--levels"}), ExitCode::Success);
   EXPECT_THAT(out.str(), HasSubstr("Note: Record 3 of the sensor is empty."));
   EXPECT_THAT(out.str(),
-              HasSubstr("X, Y, Z  No peak or level can be told from this record: All its "
+              HasSubstr("X, Y, Z  No peak or level can be determined from this record: All its "
                         "points are the same blank word. Choose a record that has been "
                         "stored.\n"));
 }

@@ -139,9 +139,10 @@ TEST(NumberReport, AnUnknownWindowRefusesDensityAndLevelsWithTheCure) {
   EXPECT_THAT(std::string(json["refusal"]), HasSubstr("Capture with Hanning."));
   EXPECT_TRUE(json["levels"]["overall"].is_null());
   EXPECT_THAT(std::string(json["levels"]["refusal"]), HasSubstr("Capture with Hanning."));
-  EXPECT_THAT(TextOf(report),
-              HasSubstr("  X, Y, Z  Density cannot be told from this trace: Its window is unknown, "
-                        "and with it the bandwidth of a bin. Capture with Hanning.\n"));
+  EXPECT_THAT(
+      TextOf(report),
+      HasSubstr("  X, Y, Z  Density cannot be determined from this trace: Its window is unknown, "
+                "and with it the bandwidth of a bin. Capture with Hanning.\n"));
 }
 
 TEST(NumberReport, ARecordOfZerosIsRefusedAndAnAxisOfZerosIsNot) {

@@ -89,7 +89,7 @@ TEST_F(SetupWords, BadFilesAndNamesAreTold) {
   EXPECT_EQ(Run({"setup", "save", "a/b"}), ExitCode::Failure);
   EXPECT_EQ(error.str(), "The name \"a/b\": the character / cannot stand in a file name.\n");
   EXPECT_EQ(Run({"setup", "diff"}), ExitCode::Usage);
-  EXPECT_EQ(error.str(), "setup diff: name a set-up, or a file with --file.\n");
+  EXPECT_EQ(error.str(), "setup diff: give either the name of a set-up, or a file with --file.\n");
   EXPECT_EQ(Run({"setup", "diff", "pump", "--file", "/out/bad.json"}), ExitCode::Usage);
 }
 

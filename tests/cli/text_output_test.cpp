@@ -75,7 +75,7 @@ TEST_F(TextOutput, StatusIsALineAFlagAndALineAnAxis) {
   EXPECT_EQ(Lines(status), 19);
   EXPECT_THAT(status, AllOf(HasSubstr("Data Ready            OK\n"),
                             HasSubstr("Y axis: alarm None, band 0, peak 0.000 g in bin 0\n"),
-                            HasSubstr("supply 3.300 V, temperature 24.8 C\n")));
+                            HasSubstr("supply 3.300 V, temperature 24.8 °C\n")));
 }
 
 TEST_F(TextOutput, AdaptersAreALineEach) {

@@ -150,7 +150,7 @@ TEST_F(ManualRegisterLogic, AnyOtherTextWritesWhatItIsConvertedToAndTheNoteSaysS
     manual.cmdWrite_Click(row::FFT_AVG, input.text);
     EXPECT_EQ(sensor.Word(address::kFftAvg), input.word);
     const std::string start =
-        std::string("\"") + input.text + "\" is no word of 1 to 4 hexadecimal digits. ";
+        std::string("\"") + input.text + "\" is not a word of 1 to 4 hexadecimal digits. ";
     EXPECT_EQ(view.note.substr(0, start.size()), start);
     EXPECT_NE(view.note.find(" written to FFT_AVG, which now holds "), std::string::npos);
   }

@@ -84,10 +84,10 @@ TEST(LevelTable, SaysWhyThereIsNone) {
   Study study(SampleClock);
   EXPECT_EQ(LevelsOf(study).summary, "No record yet");
   study.Take(Changed(kTone, [](Record& record) { record.settings.window = 3; }));
-  EXPECT_EQ(LevelsOf(study).summary, "No level can be told from this trace");
+  EXPECT_EQ(LevelsOf(study).summary, "No level can be determined from this trace");
   EXPECT_EQ(RowOf(LevelsOf(study), "Overall, g RMS")->values, (Values{"", "", ""}));
   study.Take(Changed({.second = 1}, [](Record& record) { record.settings.range = -1; }));
-  EXPECT_EQ(LevelsOf(study).summary, "No spectrum can be told from this record");
+  EXPECT_EQ(LevelsOf(study).summary, "No spectrum can be determined from this record");
 }
 
 }  // namespace

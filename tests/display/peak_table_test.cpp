@@ -127,7 +127,8 @@ TEST(PeakTable, SaysWhyThereAreNone) {
     choice.quantity.quantity = analysis::Quantity::Velocity;
     choice.quantity.lowestHz = 1e6;
   });
-  EXPECT_EQ(PeaksOf(study).summary, "Velocity from 1,000 kHz cannot be told from this record");
+  EXPECT_EQ(PeaksOf(study).summary,
+            "Velocity from 1,000 kHz cannot be determined from this record");
   EXPECT_TRUE(PeaksOf(study).rows.empty());
 }
 

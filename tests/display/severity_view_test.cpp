@@ -85,7 +85,7 @@ TEST(SeverityView, LimitsThatAreNoneGiveNoZone) {
   study.Choose(choice);
   const SeverityView view = SeverityOf(study);
   EXPECT_FALSE(view.IsTold());
-  EXPECT_THAT(view.note, HasSubstr("must rise"));
+  EXPECT_THAT(view.note, HasSubstr("must be above 0 and rise"));
 }
 
 TEST(SeverityView, CapturesThatDisagreeAreSaidToBeUncertain) {

@@ -118,7 +118,7 @@ TEST(SpectrumScene, AHoldHasNoDensity) {
   ASSERT_EQ(scene.panes.at(0).traces.size(), 2U);
   EXPECT_EQ(scene.panes[0].traces[1].name, "Average of 1 X");
   EXPECT_EQ(scene.note,
-            "Maximum of 1 is not drawn. A hold keeps one capture's value in each bin, which is no "
+            "Maximum of 1 is not drawn. A hold keeps one capture's value in each bin, which is not "
             "power. Take an average instead.");
   choice.shown = {true, true, true};
   EXPECT_EQ(SceneOf(StudyOf(choice, {kTone})).note, scene.note) << "said once for all axes";

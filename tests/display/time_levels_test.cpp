@@ -106,7 +106,7 @@ TEST(TimeLevels, WhereNothingMovesThereIsNoShape) {
 TEST(TimeLevels, CodesThatAreNoneHaveNoLevels) {
   Study study(SampleClock, kOverTime);
   study.Take(Changed(Noise(1), [](Record& record) { record.settings.range = 7; }));
-  EXPECT_EQ(LevelsOf(study).summary, "No samples can be told from this record");
+  EXPECT_EQ(LevelsOf(study).summary, "No samples can be determined from this record");
   EXPECT_TRUE(LevelsOf(study).rows.empty());
 }
 

@@ -124,9 +124,10 @@ TEST(TimeScene, AReferenceWithoutSamplesIsSaidOnce) {
   study.Take(RecordOf(TimeAt(2)));
   const PlotScene scene = SceneOf(study);
   EXPECT_EQ(scene.panes.at(0).traces.size(), 3U);
-  EXPECT_EQ(scene.note,
-            "Reference is not drawn. The sensor delivered magnitudes; samples cannot be told from "
-            "them. Capture in the mode Manual Time.");
+  EXPECT_EQ(
+      scene.note,
+      "Reference is not drawn. The sensor delivered magnitudes; samples cannot be determined from "
+      "them. Capture in the mode Manual Time.");
 }
 
 TEST(TimeScene, UpToFiveOtherRecordsAreTracesOfTheFocusAndMoreACrowd) {
@@ -160,13 +161,14 @@ TEST(TimeScene, SamplesAreScaledByTheRecordsOwnRange) {
 TEST(TimeScene, WhatIsNoSampleIsRefused) {
   Record record = TakenOf(kTime);
   record.settings.range = 4;
-  EXPECT_EQ(SamplesOf(record, Axis::X).Why().reason, "Its range is none of the sensor's.");
+  EXPECT_EQ(SamplesOf(record, Axis::X).Why().reason, "Its range is not one of the sensor's.");
   record = TakenOf(kTime);
   record.settings.option = 4;
-  EXPECT_EQ(SamplesOf(record, Axis::X).Why().reason, "Its rate option is none of 0 to 3.");
+  EXPECT_EQ(SamplesOf(record, Axis::X).Why().reason,
+            "Its sample-rate option is not one of 0 to 3.");
   record = TakenOf(kTime);
   record.Of(Axis::Y).data(511) = std::numeric_limits<double>::infinity();
-  EXPECT_EQ(SamplesOf(record, Axis::Y).Why().reason, "It holds values that are no numbers.");
+  EXPECT_EQ(SamplesOf(record, Axis::Y).Why().reason, "It holds values that are not numbers.");
   EXPECT_TRUE(SamplesOf(record, Axis::X));
 }
 

@@ -44,7 +44,7 @@ PlotScene SceneOfWide(const analysis::WideSpectrum& wide, const WideLook& look =
 TEST(WideView, WithoutRecordsSaysHowOneIsCaptured) {
   const PlotScene scene = SceneOfWide({});
   EXPECT_TRUE(scene.panes.empty());
-  EXPECT_THAT(scene.hint, HasSubstr("one capture at each rate option"));
+  EXPECT_THAT(scene.hint, HasSubstr("one capture at each sample-rate option"));
   EXPECT_THAT(WideSeverityOf({}, {}).heading, HasSubstr("No zone"));
 }
 

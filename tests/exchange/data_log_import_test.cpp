@@ -145,7 +145,7 @@ TEST(DataLogImport, WhatIsWrongIsNamedWithItsLineAndValue) {
       {"X axis,", "X Acc.,", "line 12: the titles of the columns"},
       {"Staus", "Status", "line 8: the line should begin with \"Staus  Register\""},
       {"DR,", "XX,", "line 9: the name of a flag should be \"DR\" and is \"XX\""},
-      {"SET", "FAIL", "line 10: flag \"DR\" is \"FAIL\", which is none of its states"},
+      {"SET", "FAIL", "line 10: flag \"DR\" is \"FAIL\", which is not one of its states"},
       {"SET", "", "line 10: flag \"DR\" is \"\""},
       {"AVG_Cnt,8", "AVG_Cnt,eight", "line 4: the number of averages is \"eight\""},
       {"Capt_Supply,3.2999", "Capt_Supply,3.2.9", "line 5: the supply voltage is \"3.2.9\""},

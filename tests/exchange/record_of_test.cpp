@@ -55,14 +55,14 @@ TEST(RecordOf, OtherQuantitiesAndUnitsAreNone) {
                 it.amplitudes = false;
                 it.quantity = "power spectral density";
               }),
-              HasSubstr("no amplitudes (power spectral density)"));
+              HasSubstr("not amplitudes (power spectral density)"));
   EXPECT_THAT(WhyNone(
                   [](ImportedRecord& it) {
                     it.gPerUnit.reset();
                     it.unit = "ft/s^2";
                   },
                   {.words = false}),
-              HasSubstr("The values are in \"ft/s^2\", which is no acceleration in g"));
+              HasSubstr("The values are in \"ft/s^2\", which is not an acceleration in g"));
 }
 
 TEST(RecordOf, PlacesThatAreNotTheSensorsAreNone) {
@@ -78,23 +78,23 @@ TEST(RecordOf, PlacesThatAreNotTheSensorsAreNone) {
 }
 
 TEST(RecordOf, WhatIsNotToldIsAskedForAndNotAssumed) {
-  EXPECT_THAT(WhyNone(Forget), HasSubstr("The range has to be told"));
-  EXPECT_THAT(WhyNone(Forget, {.range = kRange20}), HasSubstr("The window has to be told"));
+  EXPECT_THAT(WhyNone(Forget), HasSubstr("The range has to be given"));
+  EXPECT_THAT(WhyNone(Forget, {.range = kRange20}), HasSubstr("The window has to be given"));
   const auto forgetStep = [](ImportedRecord& it) {
     Forget(it);
     it.step.reset();
   };
   EXPECT_THAT(WhyNone(forgetStep, {.range = kRange20, .window = 1}),
-              HasSubstr("option has to be told"));
+              HasSubstr("option has to be given"));
 }
 
 TEST(RecordOf, AValueBetweenTwoWordsOrBeyondThemIsNamed) {
   EXPECT_THAT(WhyNone([](ImportedRecord& it) { it.traces[1].values[7] = *it.lsbWeight * 3.5; }),
               HasSubstr("Y of point 7 is"));
   EXPECT_THAT(WhyNone([](ImportedRecord& it) { it.traces[1].values[7] = *it.lsbWeight * 65536; }),
-              HasSubstr("no word of the sensor at this range"));
+              HasSubstr("not a word of the sensor at this range"));
   EXPECT_THAT(WhyNone([](ImportedRecord& it) { it.traces[1].values[7] = -*it.lsbWeight; }),
-              HasSubstr("no word of the sensor at this range"));
+              HasSubstr("not a word of the sensor at this range"));
 }
 
 }  // namespace

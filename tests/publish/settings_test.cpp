@@ -68,15 +68,15 @@ TEST(PublishSettings, ACommandIsWords) {
 TEST(PublishSettings, EveryMistakeIsToldWithItsLineAndValue) {
   const std::vector<SettingMistake> expected{
       {11, R"(broker: "a b" names no host: broker.example or 10.0.0.1:8883)"},
-      {12, R"(port: "70000" is no port from 1 to 65535)"},
+      {12, R"(port: "70000" is not a port from 1 to 65535)"},
       {13, "user: is empty"},
       {14, R"(tls: "maybe" is neither yes nor no)"},
       {15,
-       R"(metrics: "here:9105" is no port, nor an address of this machine with a port: 9105 or 0.0.0.0:9105)"},
+       R"(metrics: "here:9105" is not a port, nor an address of this machine with a port: 9105 or 0.0.0.0:9105)"},
       {16, R"(command: a quote is not closed in ""x")"},
-      {17, R"(command_limit: "0" is no number of seconds from 1 to 3600)"},
+      {17, R"(command_limit: "0" is not a number of seconds from 1 to 3600)"},
       {18,
-       R"("brokr" is none of broker, port, user, password_file, tls, ca, metrics, command, command_limit)"},
+       R"("brokr" is not one of broker, port, user, password_file, tls, ca, metrics, command, command_limit)"},
       {19, "broker: stands there twice"}};
   EXPECT_EQ(Mistakes({{"broker", "a b"},
                       {"port", "70000"},

@@ -88,7 +88,7 @@ def test_remarks_are_changed_and_records_deleted_and_brought_back(archive, recor
 
 
 def test_an_archive_that_cannot_be_had_names_place_and_cure(tmp_path, archive):
-    (tmp_path / "text.db").write_text("this is no database, whatever its name" * 100)
+    (tmp_path / "text.db").write_text("this is not a database, whatever its name" * 100)
     with pytest.raises(kestrel.ArchiveError, match="text.db"):
         kestrel.open_archive(str(tmp_path / "text.db"))
     with pytest.raises(kestrel.ArchiveError):
@@ -120,7 +120,7 @@ def test_levels_over_time(archive):
     assert archive.trend("rms", "z", low=1000, high=5000).series[0].values[0] > 0
     assert archive.trend("peak", "z", near=series.values[0] * 0 + 5000, within=2000).unit == "g peak"
     assert archive.trend("temperature").unit == "°C"
-    with pytest.raises(kestrel.SettingError, match="A band from 5000 to 1000 Hz is none"):
+    with pytest.raises(kestrel.SettingError, match="A band cannot go from 5000 to 1000 Hz"):
         archive.trend("rms", low=5000, high=1000)
     with pytest.raises(kestrel.SettingError, match="high is not told; a band has both"):
         archive.trend("rms", low=5000)

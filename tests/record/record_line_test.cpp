@@ -33,6 +33,12 @@ TEST(RecordLineOf, EveryOptionHasItsWidthOfABinInFourDigits) {
   }
 }
 
+TEST(RecordLineOf, ItsPartsAreThoseOfTheLine) {
+  const Record record = Taken(RecordKind::Spectrum, 0x1C08);
+  EXPECT_EQ(KindAndSettings(record), RecordLine(record, ""));
+  EXPECT_EQ(SettingsName(record.settings), "0 to 70 g, Hanning, 8 averages");
+}
+
 TEST(RecordLineOf, ATimeRecordHasASampleIntervalAndNeitherWindowNorAverages) {
   EXPECT_EQ(RecordLine(Taken(RecordKind::Time, 0x1408), "9:05:00"),
             "Time record, 0 to 5 g, option 0, Δt 9.981 µs, 9:05:00");

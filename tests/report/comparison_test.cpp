@@ -69,7 +69,7 @@ TEST(Comparison, RecordsOfOtherOptionsAreShownWithoutDifferenceAndSayWhy) {
   const Section& spectra = SectionOf(report, "Spectra");
   ASSERT_EQ(spectra.paragraphs.size(), 1U);
   EXPECT_THAT(spectra.paragraphs[0], StartsWith("B is shown beside A"));
-  EXPECT_THAT(spectra.paragraphs[0], HasSubstr("other rate option: 2"));
+  EXPECT_THAT(spectra.paragraphs[0], HasSubstr("other sample-rate option: 2"));
   const Table& levels = SectionOf(report, "Levels").tables.at(0);
   EXPECT_EQ(levels.columns.back().head, "C over A");
   EXPECT_EQ(levels.columns.size(), 5U);

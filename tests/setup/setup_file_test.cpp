@@ -62,7 +62,7 @@ TEST_F(SetupFile, AFileCutAtAnyByteIsRefusedByNameAndLine) {
   EXPECT_EQ(Why(file.substr(0, end)), "pump.json, line " +
                                           std::to_string(std::ranges::count(file, '\n')) +
                                           ": the file ends in the middle of the set-up");
-  EXPECT_EQ(Why(file.substr(0, end + 1)), "taken") << "a line end at the end is no part of it";
+  EXPECT_EQ(Why(file.substr(0, end + 1)), "taken") << "a line end at the end is not part of it";
 }
 
 TEST_F(SetupFile, AnyByteThatIsAnotherIsRefusedOrTakenAsItStands) {
@@ -79,23 +79,23 @@ TEST_F(SetupFile, AnyByteThatIsAnotherIsRefusedOrTakenAsItStands) {
 
 TEST_F(SetupFile, ForeignAndNewerFilesAreTold) {
   EXPECT_EQ(Why("[1, 2]"),
-            "pump.json: this is no set-up of a sensor: its \"format\" is not \"kestrel setup\"");
+            "pump.json: this is not a set-up of a sensor: its \"format\" is not \"kestrel setup\"");
   EXPECT_EQ(Why(R"({"format": "kestrel records"})"),
-            "pump.json: this is no set-up of a sensor: its \"format\" is not \"kestrel setup\"");
+            "pump.json: this is not a set-up of a sensor: its \"format\" is not \"kestrel setup\"");
   EXPECT_EQ(Refused(R"("format_version": 1)", R"("format_version": 2)"),
             "pump.json: format_version: \"2\" is newer than this program, which reads version 1; a "
             "newer program reads it");
   EXPECT_EQ(Refused(R"("format_version": 1)", R"("format_version": "one")"),
-            "pump.json: format_version: \"one\" is no version");
+            "pump.json: format_version: \"one\" is not a version");
   EXPECT_EQ(Why("Sample Rate Option,  Band\r\n"),
-            "pump.json, line 1: the text is no JSON from \"Sample Rate Option,  Band\" on");
+            "pump.json, line 1: the text is not valid JSON from \"Sample Rate Option,  Band\" on");
 }
 
 TEST_F(SetupFile, ValuesThatNoRegisterHoldsAreNamed) {
   const auto number = [this](const char* text) {
     return Refused(R"("FFT_AVG","value":8)", std::string(R"("FFT_AVG","value":)") + text);
   };
-  const std::string bounds = " is no whole number from 0 to 65535";
+  const std::string bounds = " is not a whole number from 0 to 65535";
   for (const char* text :
        {"65536", "-1", "1.5", "1e3", "true", "null", "18446744073709551615", "1e400"}) {
     EXPECT_NE(number(text), "taken") << text;
@@ -104,19 +104,19 @@ TEST_F(SetupFile, ValuesThatNoRegisterHoldsAreNamed) {
   EXPECT_EQ(number("\"8\""), "pump.json: register FFT_AVG: \"8\"" + bounds);
   EXPECT_EQ(number("[8]"), "pump.json: register FFT_AVG: \"[8]\"" + bounds);
   EXPECT_EQ(Refused(R"("REC_PNTR","value":5)", R"("REC_PNTR","value":16)"),
-            "pump.json: register REC_PNTR: \"16\" is no whole number from 0 to 15");
+            "pump.json: register REC_PNTR: \"16\" is not a whole number from 0 to 15");
   EXPECT_EQ(Refused(R"("alarm1_y":121)", R"("alarm1_y":70000)"),
             "pump.json: option 2, band 3, alarm1_y: \"70000\"" + bounds);
   EXPECT_EQ(Refused(R"("option":3,"band":6)", R"("option":4,"band":6)"),
-            "pump.json: bands, option: \"4\" is no whole number from 0 to 3");
+            "pump.json: bands, option: \"4\" is not a whole number from 0 to 3");
   EXPECT_EQ(Refused("2024-03-14T08:26:53.250Z", "yesterday"),
-            "pump.json: saved: \"yesterday\" is no time like 2024-03-14T08:26:53Z");
+            "pump.json: saved: \"yesterday\" is not a time like 2024-03-14T08:26:53Z");
 }
 
 TEST_F(SetupFile, WhatIsMissingTwiceOrUnknownIsNamed) {
   EXPECT_EQ(Refused("\"X_NULL\"", "\"Y_NULL\""), "pump.json: registers: Y_NULL stands twice");
   EXPECT_EQ(Refused("\"X_NULL\"", "\"COMMAND\""),
-            "pump.json: registers: \"COMMAND\" is no register of a set-up");
+            "pump.json: registers: \"COMMAND\" is not a register of a set-up");
   EXPECT_EQ(Refused(R"("band":6)", R"("band":5)"),
             "pump.json: bands: option 0, band 5 stands twice");
   EXPECT_EQ(Refused(R"("f_low":40)", R"("f_lo":40)"), "pump.json: bands: \"f_low\" is missing");
@@ -134,9 +134,9 @@ TEST_F(SetupFile, OtherEncodingsAndHugeFilesAreTold) {
   const std::string file = SetupFileText(MadeSetup());
   std::string wide = "\xFF\xFE";
   for (const char c : file) wide += std::string{c, '\0'};
-  EXPECT_EQ(Why(wide), "pump.json: it is no UTF-8 text; a set-up is saved in this encoding");
+  EXPECT_EQ(Why(wide), "pump.json: it is not UTF-8 text; a set-up is saved in this encoding");
   EXPECT_EQ(Refused("pump 3", "p\xE4mp"),
-            "pump.json: it is no UTF-8 text; a set-up is saved in this encoding");
+            "pump.json: it is not UTF-8 text; a set-up is saved in this encoding");
   EXPECT_EQ(Why("\xEF\xBB\xBF" + file), "taken") << "some editors put a mark before the text";
   std::string lines;
   for (const char c : file) lines += c == '\n' ? "\r\n" : std::string{c};

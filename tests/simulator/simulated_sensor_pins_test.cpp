@@ -167,7 +167,7 @@ TEST_F(Pins, PartedLinesShowTheAlarmsOfEveryAxisAndNotTheSystemAlarm) {
     EXPECT_EQ(Levels(), 3U) << bit;
   }
   Write(reg::kStatus, 0x80FF);
-  EXPECT_EQ(Levels(), 0U) << "the other flags are no alarms";
+  EXPECT_EQ(Levels(), 0U) << "the other flags are not alarms";
 }
 
 TEST_F(Pins, AlarmLineCanBeActiveLow) {

@@ -76,7 +76,7 @@ TEST(Accumulated, OtherSettingsBeginAnewAndSayWhy) {
   EXPECT_EQ(held.Restarted(), "other window: Flat top");
   other.option = 2;
   held.Add(MeasuredOf(other));
-  EXPECT_EQ(held.Restarted(), "other rate option: 2");
+  EXPECT_EQ(held.Restarted(), "other sample-rate option: 2");
   held.Restart();
   EXPECT_EQ(held.Restarted(), "");
   EXPECT_EQ(held.Of(Extra::MaximumHold, Axis::X), nullptr);

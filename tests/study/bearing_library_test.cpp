@@ -42,7 +42,7 @@ TEST(BearingLibrary, OfADamagedTextWhatCanBeReadIsReadAndTheRestIsNamed) {
     const ReadBearings read = BearingsFrom(damaged + "\r\n" + TextOf({Rear()}));
     EXPECT_EQ(read.bearings, BearingLibrary{Rear()}) << damaged;
     ASSERT_EQ(read.messages.size(), 1U) << damaged;
-    EXPECT_THAT(read.messages[0], HasSubstr("Line 1 is no bearing"));
+    EXPECT_THAT(read.messages[0], HasSubstr("Line 1 is not a bearing"));
   }
 }
 

@@ -246,7 +246,7 @@ TEST(ChoiceText, DamageStaysOnItsLineAndIsNamed) {
 TEST(ChoiceText, AMessageNamesTheSetting) {
   EXPECT_THAT(ChoiceFrom("\nshaft rpm = -1").messages,
               testing::ElementsAre("Line 2 cannot be read: shaft rpm"));
-  EXPECT_THAT(ChoiceFrom("colour = 1").messages, testing::ElementsAre("Line 1 is no setting"));
+  EXPECT_THAT(ChoiceFrom("colour = 1").messages, testing::ElementsAre("Line 1 is not a setting"));
 }
 
 TEST(ChoiceText, WhateverIsReadCanBeKeptAgain) {

@@ -72,7 +72,7 @@ TEST(Gathered, WhatDoesNotFitTheNewestIsLeftOutAndSaid) {
   const std::string why =
       study.Gather({study.Bring(RecordOf(AtSecond(3, 2))), study.Bring(RecordOf(AtSecond(4))),
                     study.Bring(RecordOf(AtSecond(5)))});
-  EXPECT_EQ(why, "other rate option: 2");
+  EXPECT_EQ(why, "other sample-rate option: 2");
   EXPECT_EQ(study.Accumulation().Of(Extra::LinearAverage, Axis::X)->captures, 2);
 }
 

@@ -220,11 +220,11 @@ TEST(Study, CodesThatAreNoneAreRefused) {
     Study study(SampleClock);
     study.Take(Changed(sample, [](Record& record) { record.settings.range = 9; }));
     ASSERT_TRUE(study.Refused());
-    EXPECT_EQ(study.Refused()->reason, "Its range is none of the sensor's.");
+    EXPECT_EQ(study.Refused()->reason, "Its range is not one of the sensor's.");
     EXPECT_EQ(study.SpectrumOf(Axis::X), nullptr);
     study.Take(Changed(sample, [](Record& record) { record.settings.option = -1; }));
     ASSERT_TRUE(study.Refused());
-    EXPECT_EQ(study.Refused()->reason, "Its rate option is none of 0 to 3.");
+    EXPECT_EQ(study.Refused()->reason, "Its sample-rate option is not one of 0 to 3.");
     Choose(study, [](StudyChoice& choice) { choice.view = View::Time; });
     ASSERT_TRUE(study.Refused());
     EXPECT_FALSE(study.Refused()->cure.empty());
@@ -237,7 +237,7 @@ TEST(Study, ValuesThatAreNoNumbersAreRefusedOnTheirAxisAlone) {
     record.Of(Axis::X).data(17) = std::numeric_limits<double>::quiet_NaN();
   }));
   ASSERT_TRUE(study.Refused());
-  EXPECT_EQ(study.Refused()->reason, "It holds values that are no numbers.");
+  EXPECT_EQ(study.Refused()->reason, "It holds values that are not numbers.");
   Choose(study, [](StudyChoice& choice) { choice.focus = Axis::Z; });
   EXPECT_FALSE(study.Refused());
 }

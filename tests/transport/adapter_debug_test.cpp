@@ -71,7 +71,7 @@ TEST_F(AdapterDebugLogic, OtherSetupValuesAreNamedAndNotSent) {
     debug_.txtLoopDelay_KeyDown(text);
     EXPECT_THAT(messages_.Texts(),
                 ElementsAre("SPI set-up value: \"" + std::string(text) +
-                            "\" is no whole number from 0 to 255.\nNothing was sent."));
+                            "\" is not a whole number from 0 to 255.\nNothing was sent."));
   }
   EXPECT_THAT(boards_.Log(), IsEmpty());
   EXPECT_EQ(UsbSpiSetupValue, 25);

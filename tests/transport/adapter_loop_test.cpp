@@ -168,7 +168,7 @@ TEST_F(AdapterLoopLogic, AWaitThatIsNoneIsNamedAndNothingIsSent) {
     loop_.cmdLoop_Click();
     EXPECT_THAT(messages_.Texts(),
                 ElementsAre("Loop: \"" + std::string(text) +
-                            "\" is no wait between transfers. Enter 1 to 60000 ms.\n"
+                            "\" is not a wait between transfers. Enter 1 to 60000 ms.\n"
                             "Nothing was sent."));
     ExpectStopped();
   }

@@ -147,8 +147,8 @@ TEST_F(ParallelPortChoice, AnAddressAboveTheSignBitKeepsItsDigits) {
 
 TEST_F(ParallelPortChoice, WrongTextsAreNamedAndChangeNothing) {
   for (const char* text : {"3G8", "-378", "LPT1", "37.8"}) {
-    ExpectRefused(
-        text, "Port address: \"" + std::string(text) + "\" is no hexadecimal number." + kExample);
+    ExpectRefused(text, "Port address: \"" + std::string(text) + "\" is not a hexadecimal number." +
+                            kExample);
   }
   ExpectRefused(
       "10000", std::string("Port address: \"10000\" does not fit 16 bits (0 to FFFF).") + kExample);

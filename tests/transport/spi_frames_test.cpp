@@ -48,8 +48,8 @@ TEST(SpiFrames, AnEmptyBoxIsNamed) {
 }
 
 TEST(SpiFrames, TextsThatAreNoWordsAreNamed) {
-  ExpectFault({"12G4"}, 1, "Frame 1: \"12G4\" is no hexadecimal number.");
-  ExpectFault({"1", "-1"}, 2, "Frame 2: \"-1\" is no hexadecimal number.");
+  ExpectFault({"12G4"}, 1, "Frame 1: \"12G4\" is not a hexadecimal number.");
+  ExpectFault({"1", "-1"}, 2, "Frame 2: \"-1\" is not a hexadecimal number.");
   ExpectFault({"1", "2", "12345"}, 3, "Frame 3: \"12345\" does not fit 16 bits (0 to FFFF).");
 }
 

@@ -23,9 +23,10 @@ TEST(TypedWord, DigitsOfEitherCaseWithOrWithoutPrefix) {
 
 TEST(TypedWord, OtherTextsAreNamed) {
   for (const char* text : {"G", "-1", "+1", "1.5", "12 34", "0x", "x12", "&H12", "\xC3\xA4"}) {
-    EXPECT_EQ(ReadTypedWord(text).fault, '"' + std::string(text) + "\" is no hexadecimal number.");
+    EXPECT_EQ(ReadTypedWord(text).fault,
+              '"' + std::string(text) + "\" is not a hexadecimal number.");
   }
-  EXPECT_EQ(ReadTypedWord("  ").fault, "\"\" is no hexadecimal number.");
+  EXPECT_EQ(ReadTypedWord("  ").fault, "\"\" is not a hexadecimal number.");
 }
 
 TEST(TypedWord, MoreThanSixteenBitsAreNamed) {

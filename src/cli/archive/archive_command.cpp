@@ -29,14 +29,25 @@ KeptRecord Found(Archive& archive, std::int64_t id) {
   return std::move(*record);
 }
 
-}  // namespace
-
-namespace {
+std::string RecordsText(std::int64_t count) {
+  return std::to_string(count) + (count == 1 ? " record" : " records");
+}
 
 const archive::Place& ChosenPlace(const Session& session) {
   const archive::Place& place = session.ArchivePlace();
   if (place.text.empty()) throw RuntimeError("No archive is chosen; name one with --archive.");
   return place;
+}
+
+// The damaged archive; throws in plain words where it is none at all.
+Archive OpenDamaged(const Session& session) {
+  try {
+    return archive::OpenForRescue(ChosenPlace(session));
+  } catch (const database::DatabaseError& error) {
+    if (error.fault != database::Fault::Corrupt) throw;
+    throw RuntimeError("Nothing can be read of " + archive::Shown(session.ArchivePlace()) +
+                       ": it is not an archive, or its very beginning is damaged.");
+  }
 }
 
 }  // namespace
@@ -52,7 +63,9 @@ CLI::App* ArchiveCommand::Add(const char* name, const char* text, const Deed& de
 }
 
 void ArchiveCommand::AddIds(CLI::App& word) {
-  word.add_option("id", ids_, "Numbers of records, as the list tells them")->required();
+  word.add_option("id", ids_, "Numbers of records, as \"archive list\" shows them")
+      ->required()
+      ->check(RecordNumberProblem);
 }
 
 void ArchiveCommand::AddTo(CLI::App& app) {
@@ -60,11 +73,12 @@ void ArchiveCommand::AddTo(CLI::App& app) {
   word_->require_subcommand(1);
   CLI::App* list = Add("list", "List records, the latest first", &ArchiveCommand::List);
   filter_.AddTo(*list);
-  list->add_option("--limit", most_, "At most so many")->check(CLI::PositiveNumber);
+  list->add_option("--limit", most_, "List at most this many")->check(CLI::PositiveNumber);
   CLI::App* show = Add("show", "Report records", &ArchiveCommand::Show);
   AddIds(*show);
   show->add_flag("--data", withData_, "Report every point in the text as well");
-  CLI::App* note = Add("note", "Change what was told of records", &ArchiveCommand::Note);
+  CLI::App* note =
+      Add("note", "Change machine, point, speed, note or tags of records", &ArchiveCommand::Note);
   AddIds(*note);
   remarks_.AddTo(*note);
   CLI::App* remove =
@@ -77,12 +91,12 @@ void ArchiveCommand::AddTo(CLI::App& app) {
       Add("rescue", "Save what can be read of a damaged archive", &ArchiveCommand::Rescue);
   rescue->add_option("--into", into_, "The archive that takes it")->required()->type_name("FILE");
   export_.AddTo(
-      *Add("export", "Write records into a file of another kind", &ArchiveCommand::Export));
-  journal_.AddTo(*Add("journal", "List what stood in the way of captures, and alarms",
+      *Add("export", "Write records into a file for other programs", &ArchiveCommand::Export));
+  journal_.AddTo(*Add("journal", "List the incidents and alarms of monitoring",
                       [](ArchiveCommand& self, Session& session, const Output& output) {
                         return self.journal_.Run(OpenArchive(session, Access::ReadOnly), output);
                       }));
-  import_.AddTo(*Add("import", "Take records out of files", &ArchiveCommand::Import));
+  import_.AddTo(*Add("import", "Import records from files", &ArchiveCommand::Import));
 }
 
 ExitCode ArchiveCommand::Run(Session& session, const Output& output) {
@@ -128,7 +142,10 @@ ExitCode ArchiveCommand::Show(const Session& session, const Output& output) {
 
 ExitCode ArchiveCommand::Note(const Session& session, const Output& output) {
   const archive::RemarksChange change = remarks_.Change();
-  if (change.IsNone()) throw RuntimeError("Nothing to note was given; see --help.");
+  if (change.IsNone())
+    throw RuntimeError(
+        "Nothing to change was given: name --machine, --point, --orientation, --rpm, --note "
+        "or --tag.");
   Archive archive = OpenArchive(session, Access::ReadWrite);
   std::vector<std::pair<std::int64_t, archive::RemarksChange>> changes;
   for (const std::int64_t id : ids_) {
@@ -159,7 +176,7 @@ ExitCode ArchiveCommand::Check(const Session& session, const Output& output) {
   if (output.json) {
     output.Write({{"damage", damage}});
   } else if (damage.empty()) {
-    output.out << archive.Count() << " records, nothing is damaged.\n";
+    output.out << RecordsText(archive.Count()) << ", nothing is damaged.\n";
   } else {
     for (const std::string& line : damage) output.out << line << '\n';
   }
@@ -167,7 +184,7 @@ ExitCode ArchiveCommand::Check(const Session& session, const Output& output) {
 }
 
 ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
-  Archive from = archive::OpenForRescue(ChosenPlace(session));
+  Archive from = OpenDamaged(session);
   Archive into = archive::Open({into_});
   const archive::Rescued rescued = archive::Rescue(from, into);
   if (output.json) {
@@ -176,7 +193,7 @@ ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
                   {"without_source", rescued.withoutSource},
                   {"journal_whole", rescued.isJournalWhole}});
   } else {
-    output.out << rescued.kept << " records kept, " << rescued.lost << " could not be read.\n";
+    output.out << RecordsText(rescued.kept) << " kept, " << rescued.lost << " could not be read.\n";
     if (rescued.withoutSource > 0) {
       output.out << "Of " << rescued.withoutSource
                  << " of them the sensor, the program and the bench could not be read.\n";

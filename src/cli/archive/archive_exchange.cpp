@@ -55,7 +55,8 @@ archive::Uid UidOf(const std::string& content, std::size_t number) {
 }  // namespace
 
 void ExportWord::AddTo(CLI::App& word) {
-  word.add_option("id", ids_, "Numbers of records, as the list tells them");
+  word.add_option("id", ids_, "Numbers of records, as \"archive list\" shows them")
+      ->check(RecordNumberProblem);
   word.add_option("--wide", wide_, "All records of this wide spectrum, or of the last")
       ->check([](const std::string& text) { return WideProblem(text, kLast); })
       ->type_name("NAME");
@@ -64,7 +65,7 @@ void ExportWord::AddTo(CLI::App& word) {
       throw CLI::ValidationError("id", "give either numbers of records, or --wide with a name");
     }
   });
-  word.add_option("--format", format_, "Of the file")
+  word.add_option("--format", format_, "Format of the file")
       ->required()
       ->check(CLI::IsMember(FormatNames()));
   word.add_option("--out", file_, "The file; an earlier one is replaced")
@@ -92,12 +93,14 @@ void ExportWord::Run(Session& session, const Output& output, Archive& archive) c
 
 void ImportWord::AddTo(CLI::App& word) {
   word.add_option("file", files_, "Data-log files, universal files (58) or WAV files")->required();
-  word.add_option("--time", time_, "When it was taken (UTC), where the file does not tell")
+  word.add_option("--time", time_, "When it was taken (UTC), where the file does not say")
       ->check(TimeProblem);
-  word.add_option("--option", said_.option, "Sample-rate option, where the file does not tell")
+  word.add_option("--option", said_.option, "Sample-rate option, where the file does not say")
       ->check(CLI::Range(0, 3));
-  AddChoice(word, "--range", said_.range, kRangeWords, "Signal range in g, likewise");
-  AddChoice(word, "--window", said_.window, kWindowWords, "FFT window, likewise");
+  AddChoice(word, "--range", said_.range, kRangeWords,
+            "Signal range in g, where the file does not say");
+  AddChoice(word, "--window", said_.window, kWindowWords,
+            "FFT window, where the file does not say");
   remarks_.AddTo(word);
 }
 
@@ -118,7 +121,7 @@ void ImportWord::AddRecords(Session& session, const std::string& file,
                             std::vector<NewRecord>& records) const {
   const auto content =
       session.station.FilesHere().Read(std::filesystem::absolute(PathOf(file)), kLargestFile);
-  if (!content) throw RuntimeError(file + " cannot be read.");
+  if (!content) throw RuntimeError("The file " + file + " cannot be read.");
   const auto imported = exchange::Imported(file, *content);
   if (!imported) throw RuntimeError(imported.Why().Text());
   for (const std::string& notice : imported->notices) session.Say(file + ": " + notice);
@@ -139,7 +142,7 @@ NewRecord ImportWord::RecordFrom(const exchange::ImportedRecord& imported,
   if (!record) throw RuntimeError(where + ": " + record.Why().Text());
   NewRecord made{.record = *record, .remarks = remarks_.Remarks()};
   if (!made.record.Taken() && time_.empty()) {
-    throw RuntimeError(where + ": it does not tell when it was taken; say so with --time.");
+    throw RuntimeError(where + ": the file does not say when it was taken; give --time.");
   }
   if (!made.record.Taken()) made.record.time = *UtcFrom(time_);
   if (made.remarks.note.empty()) made.remarks.note = imported.note;

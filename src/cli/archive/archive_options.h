@@ -15,6 +15,9 @@ namespace kestrel {
 // Why a text is no time in UTC; empty where it is one.
 [[nodiscard]] std::string TimeProblem(const std::string& text);
 
+// Why a text is no number of a record; empty where it is one.
+[[nodiscard]] std::string RecordNumberProblem(const std::string& text);
+
 // Why a text names no wide spectrum; empty where it could: 32 hexadecimal digits, or `other`.
 [[nodiscard]] std::string WideProblem(const std::string& text, const std::string& other);
 

@@ -6,6 +6,7 @@
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 
+#include "cli/archive/archive_options.h"
 #include "cli/word_choice.h"
 #include "numeric/number_parse.h"
 #include "numeric/runtime_error.h"
@@ -24,11 +25,6 @@ const WordCodes<LevelKind> kLevels{{"peak", LevelKind::BandPeak}, {"rms", LevelK
 const WordCodes<int> kWindows{{"rectangular", 0}, {"hanning", 1}, {"flattop", 2}};
 const WordCodes<int> kRanges{{"1", 0}, {"5", 1}, {"20", 2}, {"70", 3}};
 
-std::string TimeProblem(const std::string& text) {
-  if (UtcFrom(text)) return {};
-  return "\"" + text + "\" is no time in UTC like 2026-03-14 or 2026-03-14T08:26";
-}
-
 // "90s", "30min", "2h" or "1d".
 std::optional<std::chrono::seconds> Duration(const std::string& text) {
   const WordCodes<int> units{{"min", 60}, {"s", 1}, {"h", 3600}, {"d", 86400}};
@@ -43,7 +39,7 @@ std::optional<std::chrono::seconds> Duration(const std::string& text) {
 
 std::string DurationProblem(const std::string& text) {
   if (Duration(text)) return {};
-  return "\"" + text + "\" is no time like 90s, 30min, 2h or 1d";
+  return "\"" + text + "\" is not a time like 90s, 30min, 2h or 1d";
 }
 
 CLI::Validator DecibelsTo(double most) {
@@ -51,7 +47,8 @@ CLI::Validator DecibelsTo(double most) {
       [most](const std::string& text) -> std::string {
         const auto number = WholeTextNumber(text);
         if (number && *number >= 0 && *number <= most) return {};
-        return "\"" + text + "\" is none of 0 to " + std::to_string(static_cast<int>(most));
+        return "\"" + text + "\" is not a number from 0 to " +
+               std::to_string(static_cast<int>(most));
       },
       "");
 }
@@ -65,12 +62,13 @@ void SetOptions::AddTo(CLI::App& app) {
     return app.add_option("--" + word + name, value, text)
         ->group("Which records are known to be " + word);
   };
-  add("-from", from_, "Taken then (UTC) or later")->check(TimeProblem);
-  add("-until", until_, "Taken before (UTC)")->check(TimeProblem);
+  add("-from", from_, "Taken at this time (UTC, 2026-03-14T08:26) or later")->check(TimeProblem);
+  add("-until", until_, "Taken before this time (UTC)")->check(TimeProblem);
   add("-tag", tag_, "With this tag");
   add("-text", text_, "With this in machine, point, note or a tag");
-  add("-id", ids_, "These of them, by number");
-  add("-every", every_, "One in so much time, as 2h or 30min")->check(DurationProblem);
+  add("-id", ids_, "These records, by number")->check(RecordNumberProblem);
+  add("-every", every_, "At most one in this time, for example 2h or 30min")
+      ->check(DurationProblem);
 }
 
 bool SetOptions::Any() const {
@@ -101,7 +99,7 @@ void BaselineOptions::AddRecords(CLI::App& app) {
   };
   add("--machine", filter_.machine, "Of this machine");
   add("--point", filter_.point, "At this point");
-  add("--bench", filter_.bench, "Kept by this computer");
+  add("--bench", filter_.bench, "Of this bench or computer");
   add("--option", wanted_.option, "Sample-rate option, 0 to 3")->check(CLI::Range(0, 3));
   AddChoice(app, "--window", window_, kWindows, "Window")->group(kBoth);
   AddChoice(app, "--range", rangeG_, kRanges, "Range in g")->group(kBoth);
@@ -112,33 +110,36 @@ void BaselineOptions::AddRule(CLI::App& app) {
   const auto add = [&](const char* name, auto& value, const char* text) {
     return app.add_option(name, value, text)->group(kRule);
   };
-  auto* sigma = add("--sigma", rule_.k,
-                    "Warning at the mean of the good records' decibels and so "
-                    "many standard deviations; 3 where not told")
-                    ->check(DecibelsTo(20));
+  auto* sigma =
+      add("--sigma", rule_.k,
+          "Warning this many standard deviations above the mean of the good records' decibels; 3 "
+          "if not given")
+          ->check(DecibelsTo(20));
   add("--percentile", percentile_,
-      "Warning at what 95 or 99 % of all records keep to, said with 95 "
-      "% confidence")
+      "Warning at the level that 95 or 99 % of all records stay below, with 95 % confidence")
       ->check(CLI::IsMember({95, 99}))
       ->excludes(sigma);
-  add("--at-least", rule_.atLeastDb, "dB above the mean, however small the deviation; 1.5")
+  add("--at-least", rule_.atLeastDb,
+      "Warning at least this many dB above the mean; 1.5 if not given")
       ->check(DecibelsTo(60));
-  add("--fault-above", rule_.faultAboveDb, "Fault so many dB above the warning; 3")
+  add("--fault-above", rule_.faultAboveDb, "Fault this many dB above the warning; 3 if not given")
       ->check(DecibelsTo(60));
-  AddChoice(app, "--level", kind_, kLevels, "What is judged; the sensor compares peaks alone")
+  AddChoice(app, "--level", kind_, kLevels, "What is judged; the sensor compares only peaks")
       ->group(kRule);
-  add("--m", judgement_.m, "An alarm is so many of the last --n records above; 1")
+  add("--m", judgement_.m,
+      "An alarm takes this many of the last --n records above the threshold; 1 if not given")
       ->check(CLI::Range(1, 100));
-  add("--n", judgement_.n, "1 of 1 is what the sensor does")->check(CLI::Range(1, 100));
+  add("--n", judgement_.n, "Of how many records --m is counted; 1 if not given, as the sensor does")
+      ->check(CLI::Range(1, 100));
   add("--hysteresis", judgement_.hysteresisDb,
-      "dB below the threshold at which an alarm of several records ends; 1")
+      "An alarm of several records ends this many dB below the threshold; 1 if not given")
       ->check(DecibelsTo(60));
 }
 
 std::vector<baseline::Part> BaselineOptions::Parts() const {
   if (!good_.Any()) {
     throw RuntimeError(
-        "Tell which records are known to be good: --good-tag, --good-from, --good-until, "
+        "Say which records are known to be good: --good-tag, --good-from, --good-until, "
         "--good-text, --good-id or --good-every.");
   }
   if (judgement_.m > judgement_.n) {

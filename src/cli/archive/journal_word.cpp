@@ -32,7 +32,7 @@ Json JsonOf(const archive::JournalEntry& entry) {
 std::string LineOf(const archive::JournalEntry& entry) {
   const auto clean = [](const std::string& text) { return publish::CleanText(text, kLongest); };
   std::string line = UtcText(entry.began) + "  " +
-                     (entry.ended ? UtcText(*entry.ended) : "lasts still             ") + "  " +
+                     (entry.ended ? UtcText(*entry.ended) : "still open              ") + "  " +
                      clean(entry.bench) + ", " + clean(entry.sensor) + "  " + clean(entry.kind);
   if (entry.missed > 0) line += ", missed " + std::to_string(entry.missed);
   return line + ": " + clean(entry.text) + "\n";
@@ -41,12 +41,12 @@ std::string LineOf(const archive::JournalEntry& entry) {
 }  // namespace
 
 void JournalWord::AddTo(CLI::App& app) {
-  app.add_option("--from", from_, "Lasted then or later, UTC")->check(TimeProblem);
-  app.add_option("--until", until_, "Began before then, UTC")->check(TimeProblem);
+  app.add_option("--from", from_, "Lasted until this time (UTC) or later")->check(TimeProblem);
+  app.add_option("--until", until_, "Began before this time (UTC)")->check(TimeProblem);
   app.add_option("--bench", filter_.bench, "Of this bench");
   app.add_option("--sensor", filter_.sensor, "Of this sensor");
-  app.add_flag("--open", filter_.open, "Only what lasts still");
-  app.add_option("--limit", most_, "At most so many")->check(CLI::PositiveNumber);
+  app.add_flag("--open", filter_.open, "Only those that are still open");
+  app.add_option("--limit", most_, "List at most this many")->check(CLI::PositiveNumber);
 }
 
 ExitCode JournalWord::Run(archive::Archive archive, const Output& output) const {

@@ -29,7 +29,7 @@ const WordCodes<Axis> kAxisWords{{"X", Axis::X}, {"Y", Axis::Y}, {"Z", Axis::Z}}
 std::string FrequencyProblem(const std::string& text) {
   const auto hz = WholeTextNumber(text);
   if (hz && *hz >= 0 && *hz <= 1e6) return {};
-  return "\"" + text + "\" is no frequency in Hz";
+  return "\"" + text + "\" is not a frequency in Hz";
 }
 
 Json SeriesJson(const TrendSeries& series) {
@@ -69,18 +69,20 @@ void PrintTrend(std::ostream& out, const Trend& trend) {
 
 void TrendCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("trend", "Report a level of kept records over time");
-  AddChoice(*word_, "level", of_, kLevels, "What of")->required();
-  AddChoice(*word_, "--axis", axis_, kAxisWords, "Axis of an RMS or a peak, X where none is told");
-  auto* low = word_->add_option("--low", low_, "Lower end of a band of spectra, Hz")
+  AddChoice(*word_, "level", of_, kLevels, "The level")->required();
+  AddChoice(*word_, "--axis", axis_, kAxisWords, "Axis of an RMS or a peak, X if not given");
+  auto* low = word_->add_option("--low", low_, "Lower end of a band of the spectrum, Hz")
                   ->check(FrequencyProblem);
-  auto* high = word_->add_option("--high", high_, "Upper end, Hz")->check(FrequencyProblem);
+  auto* high =
+      word_->add_option("--high", high_, "Upper end of the band, Hz")->check(FrequencyProblem);
   low->needs(high);
   auto* near = word_->add_option("--near", near_, "Largest peak near this frequency, Hz")
                    ->check(FrequencyProblem)
                    ->excludes(low)
                    ->excludes(high);
-  auto* within = word_->add_option("--within", within_, "How far from it, Hz; 1 % where not told")
-                     ->check(FrequencyProblem);
+  auto* within =
+      word_->add_option("--within", within_, "How far from it at most, Hz; 1 % of it if not given")
+          ->check(FrequencyProblem);
   within->needs(near);
   filter_.AddTo(*word_);
 }
@@ -91,11 +93,11 @@ archive::TrendChoice TrendCommand::Choice() const {
   if (near_) return ChoiceNear(choice);
   if (high_ <= 0) return choice;
   if (low_ >= high_) {
-    throw RuntimeError("A band from " + GeneralNumber(low_) + " to " + GeneralNumber(high_) +
-                       " Hz is none.");
+    throw RuntimeError("A band cannot go from " + GeneralNumber(low_) + " to " +
+                       GeneralNumber(high_) + " Hz.");
   }
   if (choice.of != TrendOf::Rms && choice.of != TrendOf::Peak) {
-    throw RuntimeError("A band has an RMS and a peak; neither temperature nor supply.");
+    throw RuntimeError("A band has an RMS and a peak; temperature and supply have no band.");
   }
   choice.of = choice.of == TrendOf::Rms ? TrendOf::BandRms : TrendOf::BandPeak;
   return choice;
@@ -105,8 +107,10 @@ archive::TrendChoice TrendCommand::ChoiceNear(archive::TrendChoice choice) const
   constexpr double kUsualPart = 0.01;
   choice.nearHz = *near_;
   choice.withinHz = within_.value_or(*near_ * kUsualPart);
-  if (choice.of != TrendOf::Peak) throw RuntimeError("Near a frequency there is a peak alone.");
-  if (choice.withinHz <= 0) throw RuntimeError("--within 0 Hz holds no peak; tell how far, in Hz.");
+  if (choice.of != TrendOf::Peak)
+    throw RuntimeError("Near a frequency only a peak can be followed.");
+  if (choice.withinHz <= 0)
+    throw RuntimeError("--within 0 Hz holds no peak; give a width above 0 Hz.");
   choice.of = TrendOf::PeakNear;
   return choice;
 }
@@ -121,7 +125,9 @@ ExitCode TrendCommand::Run(Session& session, const Output& output) {
   session.EndProgress();
   if (!trend.whole) return ExitCode::Interrupted;
   if (trend.refused > 0) {
-    session.Say(std::to_string(trend.refused) + " records are left out: " + trend.refusal);
+    session.Say(std::to_string(trend.refused) +
+                (trend.refused == 1 ? " record is" : " records are") +
+                " left out: " + trend.refusal);
   }
   if (output.json)
     output.Write(TrendJson(trend));

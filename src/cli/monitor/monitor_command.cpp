@@ -39,12 +39,16 @@ std::string Summary(const monitor::Plan& plan) {
 
 void MonitorCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("monitor", "Capture by a plan for days, and judge what was captured");
-  auto* plan = word_->add_option("plan", file_, "File of the plan")->type_name("FILE");
-  auto* check = word_->add_flag("--check", check_, "Only say what is wrong with the plan");
+  auto* plan = word_
+                   ->add_option("plan", file_,
+                                "The plan, a text file; --from-sensor prints one to begin with")
+                   ->type_name("FILE");
+  auto* check = word_->add_flag("--check", check_, "Check the plan and capture nothing");
   auto* from = word_->add_flag("--from-sensor", fromSensor_,
                                "Print a plan that captures as the sensor is set now");
-  auto* ends = word_->add_flag("--end-with-input", endsWithInput_,
-                               "End in order when the standard input is closed");
+  auto* ends =
+      word_->add_flag("--end-with-input", endsWithInput_,
+                      "End when the standard input is closed as well, for programs that start it");
   from->excludes(plan)->excludes(check)->excludes(ends);
   word_->add_option("--bench", bench_, "Name of the bench in that plan")->needs(from);
   word_->add_option("--sensor", sensor_, "Name of the sensor in that plan")->needs(from);

@@ -9,6 +9,7 @@
 #include <filesystem>
 
 #include "cli/archive/archive_command.h"
+#include "cli/archive/archive_options.h"
 #include "cli/word_choice.h"
 #include "seams/path_text.h"
 
@@ -42,18 +43,19 @@ void ReportCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("report", "Print records, or compare them, into a PDF file");
   word_
       ->add_option("id", ids_,
-                   "Numbers of records, as the archive's list tells them; the later "
+                   "Numbers of records, as \"archive list\" shows them; the later "
                    "ones are compared with the first")
-      ->required();
+      ->required()
+      ->check(RecordNumberProblem);
   word_->add_option("--out", file_, "The PDF file; an earlier one is replaced")
       ->required()
       ->type_name("FILE");
   auto* plots = word_->add_option("--plots", folder_, "Write each plot into this folder as well")
                     ->type_name("FOLDER");
-  auto* svg = word_->add_flag("--svg", asSvg_, "Plots as SVG, which is usual")->needs(plots);
+  auto* svg = word_->add_flag("--svg", asSvg_, "Plots as SVG, which is the default")->needs(plots);
   word_->add_flag("--png", asPng_, "Plots as PNG")->needs(plots)->excludes(svg);
   word_->add_option("--title", title_, "Title, instead of machine and point");
-  AddChoice(*word_, "--paper", paper_, kPapers, "Size of the pages, a4 where none is told");
+  AddChoice(*word_, "--paper", paper_, kPapers, "Size of the pages, a4 if not given");
   quantity_.AddTo(*word_);
   word_->parse_complete_callback([this] { quantity_.Check(); });
 }

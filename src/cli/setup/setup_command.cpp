@@ -49,7 +49,7 @@ void SetupCommand::AddTo(CLI::App& app) {
   word_ = app.add_subcommand("setup", "The sensor's whole configuration, saved under a name");
   word_->require_subcommand(1);
   Add("save", "Save registers and alarm bands of the sensor", true, &SetupCommand::Save);
-  Add("diff", "Report what the sensor holds otherwise; exit code 5 where it does", true,
+  Add("diff", "Report where the sensor differs from a set-up; exit code 5 if it does", true,
       &SetupCommand::Diff);
   Add("restore", "Write what differs into the sensor and read it back", true,
       &SetupCommand::Restore);
@@ -57,10 +57,12 @@ void SetupCommand::AddTo(CLI::App& app) {
   Add("show", "Report what a set-up holds", false, &SetupCommand::Show);
   Add("delete", "Delete a set-up", false, &SetupCommand::Delete);
   Add("export", "Write a set-up to a file", false, &SetupCommand::Export);
-  Add("import", "Keep the set-up of a file", false, &SetupCommand::Import);
+  Add("import", "Import the set-up of a file", false, &SetupCommand::Import);
   for (const char* word : {"save", "diff", "restore", "show"}) {
     Word(word).add_option("name", name_, "Name of the set-up");
-    Word(word).add_option("--file", file_, "The set-up in this file instead")->type_name("FILE");
+    Word(word)
+        .add_option("--file", file_, "Use the set-up in this file instead")
+        ->type_name("FILE");
   }
   Word("delete").add_option("name", name_, "Name of the set-up")->required();
   Word("export").add_option("name", name_, "Name of the set-up")->required();
@@ -74,7 +76,7 @@ void SetupCommand::AddTo(CLI::App& app) {
   Word("restore").add_flag("--flash", choice_.saveInFlash,
                            "Save the registers in the sensor's flash as well");
   Word("restore").add_flag("--keep-nulls", choice_.keepNulls,
-                           "Leave X_NULL, Y_NULL and Z_NULL as they are");
+                           "Leave the offset corrections X_NULL, Y_NULL and Z_NULL as they are");
 }
 
 const SetupCommand::Deed& SetupCommand::Wanted() const {
@@ -90,7 +92,8 @@ ExitCode SetupCommand::Run(Session& session, const Output& output) {
   const auto names = {"save", "diff", "restore", "show"};
   const bool needsOne = std::ranges::count(names, deed.word->get_name()) > 0;
   if (needsOne && name_.empty() == file_.empty()) {
-    session.Say("setup " + deed.word->get_name() + ": name a set-up, or a file with --file.");
+    session.Say("setup " + deed.word->get_name() +
+                ": give either the name of a set-up, or a file with --file.");
     return ExitCode::Usage;
   }
   return deed.carryOut(*this, session, output);
@@ -108,7 +111,7 @@ std::optional<setup::Setup> SetupCommand::Given(Session& session) const {
 bool SetupCommand::MayKeep(Session& session, setup::SetupStore& store,
                            const std::string& name) const {
   if (const std::string problem = store.ProblemOf(name); !problem.empty()) {
-    session.Say("The name \"" + name + "\": " + problem + ".");
+    session.Say("The name \"" + name + "\" cannot be used: " + problem + ".");
     return false;
   }
   if (replace_ || !store.Has(name)) return true;

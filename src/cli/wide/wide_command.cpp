@@ -35,7 +35,7 @@ constexpr const char* kLast = "last";
 std::string LimitProblem(const std::string& text) {
   const auto limit = WholeTextNumber(text);
   if (limit && *limit > 0 && *limit <= 100) return {};
-  return "\"" + text + "\" is no limit in dB from above 0 to 100";
+  return "\"" + text + "\" is not a limit in dB from above 0 to 100";
 }
 
 unsigned MaskOf(const std::vector<int>& options) {
@@ -63,7 +63,10 @@ void WideCommand::AddTo(CLI::App& app) {
       ->check(CLI::Range(0, 3))
       ->delimiter(',');
   AddChoice(*word_, "--quantity", quantity_, kQuantities, "Quantity of the curve and of lines");
-  word_->add_option("--limit", limitDb_, "Disagreement in dB above which it is not steady")
+  word_
+      ->add_option(
+          "--limit", limitDb_,
+          "Where options overlap: difference in dB above which it is not steady; 3 if not given")
       ->check(LimitProblem);
   word_->add_option("--lines", lines_, "Lines of each axis in the text, 0 to 1000")
       ->check(CLI::Range(0, 1000));
@@ -71,9 +74,10 @@ void WideCommand::AddTo(CLI::App& app) {
   word_->add_option("--csv", csv_, "Write the curve as a table into this file as well")
       ->type_name("FILE");
   AddFast(*word_, fast_);
-  auto* from = word_->add_option("--from", from_, "A kept one, by its name in --list, or last")
-                   ->check([](const std::string& text) { return WideProblem(text, kLast); })
-                   ->type_name("NAME");
+  auto* from =
+      word_->add_option("--from", from_, "Show a kept one instead: its name in --list, or last")
+          ->check([](const std::string& text) { return WideProblem(text, kLast); })
+          ->type_name("NAME");
   word_->add_flag("--list", list_, "List those that were kept, the latest first")->excludes(from);
   remarks_.AddTo(*word_);
 }

@@ -6,9 +6,9 @@
 #include <iomanip>
 
 #include "analysis/severity.h"
-#include "device/rec_info.h"
 #include "numeric/number_format.h"
 #include "numeric/number_texts.h"
+#include "record/record_line.h"
 #include "record/utc_time.h"
 
 namespace kestrel {
@@ -34,9 +34,7 @@ void PrintHead(std::ostream& out, const WideReport& report) {
       << '\n';
   if (report.wide.records.empty()) return;
   const Record& record = report.wide.records.front();
-  const auto settings = DescribeRecInfo(record.settings.recInfo);
-  out << settings[2].SettingDecription() << ", " << settings[1].SettingDecription() << ", "
-      << std::max<int>(record.settings.averages, 1) << " averages, taken "
+  out << SettingsName(record.settings) << ", taken "
       << UtcText(std::ranges::min(report.wide.records, {}, &Record::time).time) << '\n';
 }
 

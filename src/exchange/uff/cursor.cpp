@@ -95,7 +95,7 @@ std::int64_t UffColumns::Whole(std::size_t columns, const char* what) {
   const char* end = digits.data() + digits.size();
   const auto parsed = std::from_chars(digits.data(), end, value);
   if (parsed.ec != std::errc() || parsed.ptr != end) {
-    cursor_.Stop(std::string(what) + " is " + Shown(text) + ", which is no whole number");
+    cursor_.Stop(std::string(what) + " is " + Shown(text) + ", which is not a whole number");
   }
   return value;
 }
@@ -111,7 +111,7 @@ double UffColumns::Real(std::size_t columns, const char* what) {
 double UffColumns::Value(std::size_t columns, const char* what) {
   const std::string_view text = Text(columns);
   const auto value = FortranNumber(text);
-  if (!value) cursor_.Stop(std::string(what) + " is " + Shown(text) + ", which is no number");
+  if (!value) cursor_.Stop(std::string(what) + " is " + Shown(text) + ", which is not a number");
   return *value;
 }
 

@@ -156,7 +156,7 @@ void ReadBytes(UffCursor& cursor, const Form& form, const Binary& binary,
                             WordAt<std::uint32_t>(bytes, binary.highByteFirst)));
     if (!std::isfinite(value)) {
       cursor.Stop("value " + std::to_string(values.size() + 1) + " is " + ExactText(value) +
-                  ", which is no number");
+                  ", which is not a number");
     }
     values.push_back(value);
   }

@@ -30,7 +30,7 @@ std::vector<std::vector<double>> SamplesOf(SNDFILE* file, const WavLayout& layou
     if (!std::isfinite(samples[i])) {
       throw ReadStop({.what = "sample " + std::to_string(i / layout.channels + 1) + " of channel " +
                               std::to_string(i % layout.channels + 1) + " is " +
-                              ExactText(samples[i]) + ", which is no number."});
+                              ExactText(samples[i]) + ", which is not a number."});
     }
     channels[i % layout.channels].push_back(samples[i]);
   }

@@ -73,7 +73,7 @@ void CheckHeader(std::string_view bytes) {
   }
   if (bytes.size() < kHeader) StopAtByte(bytes.size(), "the file ends here; it has been cut off.");
   if (bytes.substr(8, 4) != "WAVE") {
-    StopAtByte(8, "the file is of the kind " + Shown(bytes.substr(8, 4)) + " and no WAV file.");
+    StopAtByte(8, "the file is of the kind " + Shown(bytes.substr(8, 4)) + " and not a WAV file.");
   }
   const std::size_t told = Number(bytes, 4, 4);
   if (told + kChunkHeader != bytes.size() && told + kChunkHeader + 1 != bytes.size()) {

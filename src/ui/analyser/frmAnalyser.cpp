@@ -308,8 +308,9 @@ void frmAnalyser::ShowCaptureName() {
   const double seconds = host_.wideSeconds();
   const QString lasts = seconds < kMostSeconds ? tr("%1 s").arg(std::ceil(seconds))
                                                : tr("%1 min").arg(std::ceil(seconds / 60));
-  viewBar_->NameCapture(seconds > 0 ? tr("Capture wide, %1").arg(lasts) : tr("Capture wide"),
-                        tr("One capture at each rate option, then the settings as they were (F5)"));
+  viewBar_->NameCapture(
+      seconds > 0 ? tr("Capture wide, %1").arg(lasts) : tr("Capture wide"),
+      tr("One capture at each sample-rate option, then the settings as they were (F5)"));
 }
 
 void frmAnalyser::ShowInFront() {

@@ -99,7 +99,7 @@ bool frmAnalyser::Export(const QString& file) {
   const QString ending = QFileInfo(file).suffix().toLower();
   if (!Endings().contains(ending)) {
     statusBar()->showMessage(
-        tr("\".%1\" is no kind of picture that can be written. Choose one of %2.")
+        tr("\".%1\" is not a kind of picture that can be written. Choose one of %2.")
             .arg(ending, Endings().join(", ")));
     return false;
   }

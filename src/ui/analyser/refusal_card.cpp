@@ -25,12 +25,12 @@ RefusalCard::RefusalCard(QWidget* parent)
   lblTitle_->setWordWrap(true);
   lblReason_->setObjectName("lblRefusalReason");
   lblReason_->setWordWrap(true);
-  table_->setAccessibleName(tr("What the sample-rate options could tell"));
+  table_->setAccessibleName(tr("What the sample-rate options cover"));
   table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   table_->setFocusPolicy(Qt::TabFocus);
   cmdCure_->SetMain(true);
   cmdCure_->setToolTip(tr("Sets the sample-rate option, then takes one capture"));
-  cmdLowest_->setToolTip(tr("From the lowest frequency that this record can tell"));
+  cmdLowest_->setToolTip(tr("From the lowest frequency that this record covers"));
   cmdBack_->setToolTip(tr("What the sensor measured, as it is"));
   auto* column = new QVBoxLayout(this);
   column->setContentsMargins(24, 20, 24, 20);
@@ -80,7 +80,7 @@ void RefusalCard::FillOptions() {
   table_->setVisible(!refusal_->options.empty());
   table_->SetColumns({{tr("Option"), Qt::AlignLeft},
                       {tr("Length")},
-                      {tr("Told from")},
+                      {tr("From")},
                       {tr("up to")},
                       {.head = QString(), .alignment = Qt::AlignLeft, .spoken = tr("Would do")}});
   std::vector<std::vector<TextCell>> rows;

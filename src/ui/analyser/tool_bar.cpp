@@ -232,7 +232,7 @@ void AnalyserToolBar::Show() {
   const bool hasLevel = HasLevel(choice);
   segVertical->Button(2).setEnabled(hasLevel);
   segVertical->Button(2).setToolTip(hasLevel ? tr("Level of acceleration in decibels")
-                                             : tr("Decibels are told of acceleration."));
+                                             : tr("Decibels are shown of acceleration only."));
   cmdUnit->SetCaption(UnitName(choice.unit), {});
   segHorizontal->Choose(choice.across == Scale::Logarithmic ? 1 : 0);
   segLayout->Choose(choice.stacked ? 1 : 0);

@@ -108,7 +108,7 @@ void WaterfallArea::AddRow(std::size_t row) {
   if (!rows.GapBefore(row).empty()) onMap_.gap = rows.GapBefore(row);
   if (rows.OptionOf(row) != onMap_.option) {
     ++onMap_.otherOption;
-    if (onMap_.gap.empty()) onMap_.gap = "other rate option";
+    if (onMap_.gap.empty()) onMap_.gap = "other sample-rate option";
     return;
   }
   const auto curve = study::CurveOfRow(study, row);
@@ -172,8 +172,8 @@ void WaterfallArea::ShowNote() {
   if (onMap_.refused && map_->Rows().Count() == 0) text = analysis::AsLine(*onMap_.refused);
   if (onMap_.otherOption > 0) {
     text += (text.empty() ? "" : " ") + Spectra(onMap_.otherOption) +
-            " of other rate options: this map is that of option " + std::to_string(onMap_.option) +
-            ".";
+            " of other sample-rate options: this map is that of option " +
+            std::to_string(onMap_.option) + ".";
   }
   if (onMap_.earlier > 0) {
     text += (text.empty() ? "" : " ") + Spectra(onMap_.earlier) +

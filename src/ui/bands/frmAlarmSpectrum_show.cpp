@@ -114,8 +114,8 @@ void frmAlarmSpectrum::ShowHint() {
                       .arg(OverlayOption());
   }
   if (gRecCtrl && gRecCtrl->RecModeCode() == kTimeMode && CurrentScale().Known()) {
-    hint += " " + tr("The record mode is Manual time: thresholds are shown on the scale of time "
-                     "records. For spectra, which alarms are judged on, each means half.");
+    hint += " " + tr("The mode is Manual Time: thresholds are shown on the scale of time records. "
+                     "Alarms are judged on spectra, where each of them counts half.");
   }
   panel_->lblHint->setText(hint);
 }

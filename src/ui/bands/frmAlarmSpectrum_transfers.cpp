@@ -17,7 +17,7 @@ namespace {
 QString RangeOfFile() {
   const std::int32_t range = CurrentRange();
   if (range == kRangeNotKnown) {
-    return QObject::tr("The file holds codes; in g they can be told once the range is known.");
+    return QObject::tr("The file holds codes; in g they can be shown once the range is known.");
   }
   return QObject::tr("The file holds codes; the g values shown hold good for the range %1.")
       .arg(QString::fromStdString(RangeName(range)));

@@ -139,8 +139,8 @@ void FilterBar::ShowDays() {
 }
 
 void FilterBar::SetChoices(const LibraryChoices& choices) {
-  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
-  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
+  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine noted"));
+  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point noted"));
 }
 
 void FilterBar::ChooseDay(QDate day) {

@@ -256,7 +256,7 @@ void LibraryView::ShowTrouble() {
                  .cure = tr("Try again"),
                  .carryOut = [this] { Refresh(); },
                  .closed = {}});
-  if (!isFound_) table_->SetHint(tr("What the archive holds cannot be told now."));
+  if (!isFound_) table_->SetHint(tr("The archive cannot be read now."));
 }
 
 void LibraryView::ShowSite() {

@@ -207,7 +207,8 @@ void RemarksPanel::Enter() {
   if (fields_[kRpm].isEdited && !speed.isEmpty()) {
     const auto rpm = NumberIn(locale(), speed);
     if (!rpm || !IsSpeed(*rpm)) {
-      lblFault_->setText(tr("\"%1\" is no speed: a number above 0 to 10,000,000 rpm.").arg(speed));
+      lblFault_->setText(
+          tr("\"%1\" is not a speed: a number above 0 to 10,000,000 rpm.").arg(speed));
       lblFault_->show();
       return;
     }

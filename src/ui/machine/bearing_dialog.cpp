@@ -91,8 +91,8 @@ void BearingDialog::LayOut() {
   name_->setAccessibleName(QStringLiteral("Name"));
   name_->setToolTip(QStringLiteral("As it stands in the list, the tables and beside its marks"));
   mode_->setObjectName(QStringLiteral("bearingMode"));
-  mode_->setAccessibleName(QStringLiteral("Told by"));
-  mode_->setToolTip(QStringLiteral("By its sizes, or by the factors that its maker tells"));
+  mode_->setAccessibleName(QStringLiteral("Given by"));
+  mode_->setToolTip(QStringLiteral("By its dimensions, or by the factors that its maker gives"));
   mode_->addItems({QStringLiteral("Geometry"), QStringLiteral("Factors")});
   said_->setObjectName(QStringLiteral("bearingSaid"));
   said_->setWordWrap(true);
@@ -109,7 +109,7 @@ void BearingDialog::LayOut() {
         QStringLiteral("Cage")});
   auto* head = new QFormLayout;
   head->addRow(QStringLiteral("Name"), name_);
-  head->addRow(QStringLiteral("Told by"), mode_);
+  head->addRow(QStringLiteral("Given by"), mode_);
   auto* right = new QVBoxLayout;
   right->addLayout(head);
   right->addWidget(byGeometry_);

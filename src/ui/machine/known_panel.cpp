@@ -61,7 +61,7 @@ KnownPanel::KnownPanel(StudyModel& model, QWidget* parent)
 void KnownPanel::LayOut() {
   fromPeak_->setText(QStringLiteral("From peak"));
   fromPeak_->setToolTip(
-      QStringLiteral("Takes the frequency at the cursor, or of the largest peak, for the shaft's"));
+      QStringLiteral("Takes the frequency at the cursor, or of the largest peak, as the shaft's"));
   mains_->addItems({QStringLiteral("none"), QStringLiteral("50 Hz"), QStringLiteral("60 Hz"),
                     QStringLiteral("own")});
   mains_->setAccessibleName(QStringLiteral("Line frequency"));

@@ -42,7 +42,8 @@ frmRepeat::frmRepeat(RepeatRunner& runner, HandlerEdge& edge, QWidget* parent)
                             tr("Fetch each record that the sensor captures in timer mode"))),
       txtSeconds_(MakeBox("txtSeconds", tr("Seconds from one capture to the next"),
                           tr("0.1 to 604800 s, from start to start"), "10")),
-      optTimes_(MakeOption("optTimes", tr("&Number of captures"), tr("End after so many"))),
+      optTimes_(
+          MakeOption("optTimes", tr("&Number of captures"), tr("End after this many captures"))),
       optUntilStopped_(MakeOption("optUntilStopped", tr("&Until stopped"),
                                   tr("Go on until Stop or Escape is pressed"))),
       txtTimes_(

@@ -71,7 +71,7 @@ QString WideRunner::Start(unsigned options) {
   }
   if (gRecCtrl->RecModeCode() != kManualSpectrum) {
     return tr(
-        "A wide spectrum is made of spectra that are captured on request. Choose Manual FFT at "
+        "A wide spectrum is made of spectra that are captured on request. Choose Manual at "
         "Mode in the main window.");
   }
   before_ = settings_.LastRead();
@@ -204,7 +204,7 @@ void WideRunner::Conclude(int option, const std::vector<std::string>& told) {
   if (!told.empty()) return run_->Failed(told.front());
   if (!taken_ || !taken_->IsNew() || taken_->origin.stopped) {
     return run_->Failed(
-        tr("The capture was not read out. Tick Auto Plot in the main window.").toStdString());
+        tr("The capture was not read out. Tick Auto-plot in the main window.").toStdString());
   }
   if (taken_->settings.option != option) {
     return run_->Failed(

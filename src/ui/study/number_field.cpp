@@ -95,7 +95,7 @@ bool NumberField::Take() {
                         : text.size() > kShownOfText ? text.left(kShownOfText) + QStringLiteral("…")
                                                      : text.trimmed();
   edit_->setText(Written());
-  Say(typed + QStringLiteral(" is no ") + rule_.what + QStringLiteral(": ") + rule_.range);
+  Say(typed + QStringLiteral(" is not a valid ") + rule_.what + QStringLiteral(": ") + rule_.range);
   return false;
 }
 

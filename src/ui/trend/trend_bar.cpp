@@ -53,8 +53,8 @@ TrendBar::TrendBar()
                        tr("What is shown as a table (CSV) or a picture (Ctrl+E)"))),
       cmdSpan(Button("cmdTrendSpan", tr("All"), "cal", tr("From when to when"))),
       cbxSeries_(MakeComboBox("cbxTrendSeries", tr("Records that can be compared"),
-                              tr("Records of one kind, sample-rate option and window are a trend; "
-                                 "others are another one"))),
+                              tr("Only records of one kind, sample-rate option and window can be "
+                                 "compared; others are a trend of their own"))),
       cbxMachine_(MakeComboBox("cbxTrendMachine", tr("Machine"), tr("Machine"))),
       cbxPoint_(MakeComboBox("cbxTrendPoint", tr("Point"), tr("Measuring point"))),
       txtText_(new QLineEdit),
@@ -196,8 +196,8 @@ void TrendBar::ShowSeries(const archive::Levels& levels, std::size_t chosen,
 }
 
 void TrendBar::SetChoices(const LibraryChoices& choices) {
-  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine told"));
-  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point told"));
+  FillChoices(*cbxMachine_, tr("All machines"), choices.machines, tr("No machine noted"));
+  FillChoices(*cbxPoint_, tr("All points"), choices.points, tr("No point noted"));
 }
 
 std::string TrendBar::Machine() const {

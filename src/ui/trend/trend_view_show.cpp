@@ -41,7 +41,7 @@ void TrendView::Redraw() {
 
 QString TrendView::Hint() const {
   if (!source_) return {};
-  if (!source_->Trouble().isEmpty()) return tr("What the archive holds cannot be told now.");
+  if (!source_->Trouble().isEmpty()) return tr("The archive cannot be read now.");
   if (!source_->IsRead()) {
     return isCancelled_ ? tr("Reading was cancelled. Choose a level to read it.")
                         : tr("Reading the archive.");

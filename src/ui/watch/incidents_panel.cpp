@@ -20,7 +20,7 @@ constexpr auto kLeft = Qt::AlignLeft;
 constexpr const char* kAlarm = "alarm";
 
 QString LastedText(const monitor::JournalRow& row) {
-  if (row.lasts) return IncidentsPanel::tr("lasts");
+  if (row.lasts) return IncidentsPanel::tr("open");
   if (!row.entry.ended) return IncidentsPanel::tr("over");
   const std::chrono::duration<double> lasted = *row.entry.ended - row.entry.began;
   return lasted.count() < 1 ? QString() : Text(trend::DurationText(lasted.count()));
@@ -117,7 +117,7 @@ void IncidentsPanel::Show() {
   }
   table_->Model().SetRows(std::move(cells));
   card_->SetSummary(!trouble_.isEmpty() ? trouble_
-                    : open > 0          ? tr("%1 of %2 last").arg(open).arg(rows_.size())
+                    : open > 0          ? tr("%1 of %2 open").arg(open).arg(rows_.size())
                                         : QString());
 }
 

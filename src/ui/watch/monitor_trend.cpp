@@ -95,7 +95,7 @@ void MonitorTrend::TakeStudy() {
 
 QString MonitorTrend::Hint() const {
   if (!source_) return tr("Levels of the plan's records will stand here over time.");
-  if (!source_->Trouble().isEmpty()) return tr("What the archive holds cannot be told now.");
+  if (!source_->Trouble().isEmpty()) return tr("The archive cannot be read now.");
   if (!source_->IsRead()) return tr("Reading the archive.");
   if (Data().levels.series.empty() && Data().levels.refused.empty()) {
     return tr("No record of this plan yet.");

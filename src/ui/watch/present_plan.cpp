@@ -59,7 +59,8 @@ std::string NewPlanText(const monitor::Plan& plan, const analysis::ZoneLimits& z
   std::string text = monitor::TextOf(plan);
   if (plan.FollowsTimer()) return text;
   return text +
-         "\n# One spectrum over all rate options, in turn with the above, judged by its severity:\n"
+         "\n# One spectrum over all sample-rate options, in turn with the above, judged by its "
+         "severity:\n"
          "# [wide]\n# averages = 4\n#\n# [judge]\n# severity = " +
          zones.name + "\n";
 }

@@ -43,7 +43,7 @@ QColor InkOn(const QColor& ground) {
 
 OptionStrip::OptionStrip() {
   setObjectName("optionStrip");
-  setAccessibleName(tr("Rate options of the wide spectrum"));
+  setAccessibleName(tr("Sample-rate options of the wide spectrum"));
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -147,10 +147,11 @@ void OptionStrip::paintEvent(QPaintEvent* /*event*/) {
   painter.fillRect(rect(), look.panel);
   painter.setPen(look.muted);
   const double line = std::ceil(QFontMetricsF(fonts.small).height());
-  DrawTabular(painter, fonts.small, QRectF(kEdge, 4, width() - 2 * kEdge, line), Qt::AlignLeft,
-              tr("Rate options: thin what the capture holds, thick what is used; overlaps compared "
-                 "by RMS, X Y Z in dB (limit %1)")
-                  .arg(analysis::kSteadyLimitDb, 0, 'f', 1));
+  DrawTabular(
+      painter, fonts.small, QRectF(kEdge, 4, width() - 2 * kEdge, line), Qt::AlignLeft,
+      tr("Sample-rate options: thin what the capture holds, thick what is used; overlaps compared "
+         "by RMS, X Y Z in dB (limit %1)")
+          .arg(analysis::kSteadyLimitDb, 0, 'f', 1));
   for (std::size_t row = 0; row < lanes_.size(); ++row) PaintLane(painter, look, fonts, row);
 }
 

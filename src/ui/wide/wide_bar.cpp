@@ -39,7 +39,7 @@ WideBar::WideBar()
     : cbxKept(MakeComboBox("cbxWideKept", tr("Kept wide spectra"),
                            tr("Wide spectra of the archive, the latest first"))),
       cmdOptions(Toggle("cmdWideOptions", tr("Options"), "bands",
-                        tr("Where each rate option is used (B)"))),
+                        tr("Where each sample-rate option is used (B)"))),
       cmdLabels(
           Toggle("cmdWideLabels", tr("Labels"), "label", tr("Names of the largest lines (L)"))),
       cmdBack(Button("cmdWideBack", {}, "back", tr("The view before (Alt+Left)"))),

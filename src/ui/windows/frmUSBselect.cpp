@@ -16,7 +16,7 @@ frmUSBselect::frmUSBselect(Core& core, HandlerEdge& edge, QWidget* parent)
       core_(core),
       adapters_(new AdapterPanel(core, edge)) {
   QPushButton* cmdDebugUsb =
-      MakeButton("cmdDebugUsb", tr("&Debug..."), tr("Exercise the selected board directly"));
+      MakeButton("cmdDebugUsb", tr("&Debug..."), tr("Send frames to the selected board by hand"));
   QPushButton* cmdExit = MakeButton("cmdExit", tr("E&xit"), tr("Close this window"));
   auto* buttons = new QHBoxLayout;
   buttons->addWidget(adapters_->cmdFindEzUsb);

@@ -50,19 +50,20 @@ RulePanel::RulePanel(WorkbenchModel& model)
     : model_(model),
       kinds_{},
       needs_{},
-      spnK_(MakeSpin("spnK", tr("k: so many standard deviations above the mean of the decibels"),
+      spnK_(MakeSpin("spnK", tr("k: number of standard deviations above the mean of the decibels"),
                      kLeastK, kMostK, {})),
-      spnAtLeast_(MakeSpin("spnAtLeast",
-                           tr("The warning lies at least so far above the mean, however little the "
-                              "good records differ"),
-                           0, kMostDb, Decibels())),
-      spnFaultAbove_(MakeSpin("spnFaultAbove", tr("The fault lies so far above the warning"), 0,
+      spnAtLeast_(
+          MakeSpin("spnAtLeast",
+                   tr("The warning lies at least this far above the mean, however little the "
+                      "good records differ"),
+                   0, kMostDb, Decibels())),
+      spnFaultAbove_(MakeSpin("spnFaultAbove", tr("The fault lies this far above the warning"), 0,
                               kMostDb, Decibels())),
-      spnM_(MakeCount("spnM", tr("So many records above the warning raise an alarm"))),
-      spnN_(MakeCount("spnN", tr("of so many in a row"))),
+      spnM_(MakeCount("spnM", tr("This many records above the warning raise an alarm"))),
+      spnN_(MakeCount("spnN", tr("out of this many in a row"))),
       spnHysteresis_(MakeSpin("spnHysteresis",
-                              tr("An alarm ends when as many records are below the warning by so "
-                                 "much"),
+                              tr("An alarm ends when as many records are below the warning by "
+                                 "this much"),
                               0, kMostDb, Decibels())) {
   setObjectName("rulePanel");
   const std::array<std::pair<const char*, QString>, 3> captions{

@@ -23,7 +23,7 @@ void WorkbenchView::Show() {
       !model_.HasArchive() ? tr("No archive: the program was started with --no-archive, or has no "
                                 "folder to keep one in. Start it with --archive and a file.")
       : model_.IsReading() ? tr("The records are being read.")
-      : hasParts && !model_.Trouble().isEmpty() ? tr("What the archive holds cannot be told now.")
+      : hasParts && !model_.Trouble().isEmpty() ? tr("The archive cannot be read now.")
       : hasParts ? tr("None of the chosen records can be taken as known good. The list on the left "
                       "says why; choose others.")
                  : tr("Here the thresholds of the sensor's alarm bands are found from records of "

@@ -1,5 +1,8 @@
 // Records are kept as they are captured, and the words about the archive.
 // SPDX-License-Identifier: MIT
+#include <filesystem>
+#include <fstream>
+
 #include "archive/place.h"
 #include "cli/program_bench.h"
 #include "support/temporary_folder.h"
@@ -8,6 +11,7 @@ namespace kestrel {
 namespace {
 
 using nlohmann::json;
+using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -74,7 +78,7 @@ TEST_F(ArchiveCommands, AKeptRecordIsTheCapturedOne) {
 TEST_F(ArchiveCommands, NothingIsKeptWhereThatIsSaid) {
   EXPECT_EQ(Simulate({"--no-archive", "capture", "--averages", "1"}), ExitCode::Success);
   EXPECT_EQ(Run({"archive", "list"}), ExitCode::Failure);
-  EXPECT_THAT(error.str(), HasSubstr("archive.db cannot be opened"));
+  EXPECT_THAT(error.str(), AllOf(HasSubstr("There is no archive "), HasSubstr("archive.db yet.")));
   EXPECT_EQ(Run({"--no-archive", "archive", "list"}), ExitCode::Failure);
   EXPECT_THAT(error.str(), HasSubstr("--archive"));
 }
@@ -136,7 +140,7 @@ TEST_F(ArchiveCommands, DeletedOnesComeBack) {
 TEST_F(ArchiveCommands, ASoundArchiveIsSaidToBeSound) {
   Capture();
   EXPECT_EQ(Run({"archive", "check"}), ExitCode::Success);
-  EXPECT_EQ(out.str(), "1 records, nothing is damaged.\n");
+  EXPECT_EQ(out.str(), "1 record, nothing is damaged.\n");
   EXPECT_THAT(RunJson({"archive", "check"})["damage"], IsEmpty());
 }
 
@@ -160,6 +164,21 @@ TEST_F(ArchiveCommands, WhatCanBeReadOfADamagedArchiveIsSaved) {
   EXPECT_EQ(told["kept"].get<int>() + told["lost"].get<int>(), 40);
   EXPECT_EQ(Run({"--archive", rescued, "archive", "check"}), ExitCode::Success);
   EXPECT_EQ(folder_.Content("damaged.db"), damaged);
+}
+
+TEST_F(ArchiveCommands, NothingIsRescuedFromWhatWasNeverAnArchive) {
+  const std::string place = (folder_.path() / "picture.db").string();
+  std::ofstream(place) << "not a database at all, but long enough to be taken for one at first";
+  const std::string into = (folder_.path() / "rescued.db").string();
+  EXPECT_EQ(Run({"--archive", place, "archive", "rescue", "--into", into}), ExitCode::Failure);
+  EXPECT_THAT(error.str(), AllOf(HasSubstr("Nothing can be read of " + place),
+                                 Not(HasSubstr("archive rescue"))));
+  EXPECT_FALSE(std::filesystem::exists(into));
+}
+
+TEST_F(ArchiveCommands, AWordThatIsNoNumberOfARecordIsNamed) {
+  EXPECT_EQ(Run({"archive", "show", "last"}), ExitCode::Usage);
+  EXPECT_THAT(error.str(), HasSubstr("id: \"last\" is not the number of a record"));
 }
 
 TEST_F(ArchiveCommands, AnArchiveThatCannotBeHadStopsNoCapture) {
@@ -285,10 +304,10 @@ TEST_F(ArchiveCommands, ATrendOfABandLeavesOutWhatCannotCarryIt) {
   Capture({"--mode", "time"});
   const json trend = RunJson({"trend", "peak", "--axis", "Z", "--low", "2000", "--high", "9000"});
   EXPECT_EQ(trend["refused"], 1);
-  EXPECT_THAT(error.str(), HasSubstr("1 records are left out: a time record has no bands"));
+  EXPECT_THAT(error.str(), HasSubstr("1 record is left out: a time record has no bands"));
   EXPECT_GT(trend["series"][0]["points"][0]["value"].get<double>(), 0.1);
   EXPECT_EQ(Run({"trend", "rms", "--low", "9", "--high", "9"}), ExitCode::Failure);
-  EXPECT_EQ(error.str(), "A band from 9 to 9 Hz is none.\n");
+  EXPECT_EQ(error.str(), "A band cannot go from 9 to 9 Hz.\n");
   EXPECT_EQ(Run({"trend", "supply", "--low", "1", "--high", "9"}), ExitCode::Failure);
   EXPECT_EQ(Run({"trend", "noise"}), ExitCode::Usage);
   EXPECT_EQ(Run({"trend", "rms", "--low", "x", "--high", "9"}), ExitCode::Usage);

@@ -215,7 +215,7 @@ TEST_F(BaselineCommands, WhatCannotBeIsRefusedInPlainWords) {
   EXPECT_THAT(refusal(With({"--good-every", "2 moons"}), ExitCode::Usage),
               HasSubstr("no time like 90s, 30min, 2h or 1d"));
   EXPECT_THAT(refusal(With({"--good-from", "yesterday"}), ExitCode::Usage),
-              HasSubstr("\"yesterday\" is no time in UTC"));
+              HasSubstr("\"yesterday\" is not a time in UTC"));
   EXPECT_THAT(refusal(With({"--save", "/data/x.csv"}), ExitCode::Usage),
               HasSubstr("AlarmSpectrum_<name>.csv, not \"x.csv\""));
   EXPECT_THAT(refusal(With({"--evidence", "/data/x.pdf"}), ExitCode::Usage),

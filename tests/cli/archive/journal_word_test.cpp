@@ -67,7 +67,7 @@ TEST_F(JournalWords, AreALineEach) {
   ASSERT_EQ(Run({"archive", "journal", "--bench", "Hall 3"}), ExitCode::Success) << error.str();
   EXPECT_EQ(
       out.str(),
-      "2024-03-14T12:10:00.000Z  lasts still               Hall 3, Fan  alarm: Warning 1, X\n"
+      "2024-03-14T12:10:00.000Z  still open                Hall 3, Fan  alarm: Warning 1, X\n"
       "2024-03-14T12:00:00.000Z  2024-03-14T12:05:00.000Z  Hall 3, Pump 7  sensor away, missed "
       "30: The sensor was lost.\n");
 }
@@ -89,7 +89,7 @@ TEST_F(JournalWords, AreSearched) {
   EXPECT_EQ(Listed({"--open"}), "02 ");
   EXPECT_EQ(Listed({"--sensor", "Pump 7"}), "01 ");
   EXPECT_EQ(Listed({"--bench", "Hall 3", "--limit", "1"}), "02 ");
-  // What lasts still is of every time after its beginning.
+  // What still lasts is of every time after its beginning.
   EXPECT_EQ(Listed({"--from", "2024-03-14T12:31:00Z"}), "02 ");
   EXPECT_EQ(Listed({"--until", "2024-03-14T12:10:00Z"}), "01 ");
   EXPECT_EQ(Listed({"--bench", "none"}), "");

@@ -34,8 +34,8 @@ TEST_F(MonitorCommandTest, EachMistakeIsALineWithFileAndLine) {
   EXPECT_EQ(Check("bench = Hall 3\nsensor = Pump 7\nevery = x\n[capture]\nrange = 7\n"),
             ExitCode::Failure);
   EXPECT_EQ(error.str(),
-            "/data/pump.plan:3: every: \"x\" is no time like 10 s, 5 min, 1 h or 1 d\n"
-            "/data/pump.plan:5: range: \"7\" is none of 1, 5, 20, 70 (g)\n");
+            "/data/pump.plan:3: every: \"x\" is not a time like 10 s, 5 min, 1 h or 1 d\n"
+            "/data/pump.plan:5: range: \"7\" is not one of 1, 5, 20, 70 (g)\n");
   EXPECT_EQ(out.str(), "");
 }
 

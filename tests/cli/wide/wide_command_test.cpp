@@ -222,7 +222,7 @@ TEST_F(WideCommands, WhatCannotBeIsRefusedByName) {
   for (const auto& [words, text] : std::vector<std::pair<Words, std::string>>{
            {{"wide", "--options", "4"}, "4"},
            {{"wide", "--averages", "0"}, "0"},
-           {{"wide", "--limit", "loud"}, "\"loud\" is no limit in dB"},
+           {{"wide", "--limit", "loud"}, "\"loud\" is not a limit in dB"},
            {{"wide", "--quantity", "noise"}, "noise"},
            {{"wide", "--from", "pump"}, "\"pump\" is neither the name of a wide spectrum"},
            {{"archive", "list", "--wide", "pump"}, "nor \"any\""},

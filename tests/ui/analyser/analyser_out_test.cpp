@@ -85,7 +85,7 @@ TEST_F(AnalyserOut, TheWaterfallIsWrittenAsAPictureOfEachKind) {
 
 TEST_F(AnalyserOut, AKindThatThereIsNotIsToldWithThoseThatThereAre) {
   EXPECT_FALSE(Analyser().Export("/pictures/a.bmp"));
-  EXPECT_TRUE(Said().contains("\".bmp\" is no kind of picture")) << Said().toStdString();
+  EXPECT_TRUE(Said().contains("\".bmp\" is not a kind of picture")) << Said().toStdString();
   EXPECT_TRUE(Said().contains("png"));
   EXPECT_FALSE(files_.contents.contains("/pictures/a.bmp"));
 }

@@ -63,7 +63,8 @@ TEST_F(AnalyserRecords, ADifferenceToAnotherOptionIsRefusedWithItsReason) {
   Capture();
   QAction& difference = Entry("cmdTraces", "mnuDifference");
   EXPECT_FALSE(difference.isEnabled());
-  EXPECT_TRUE(difference.text().contains("other rate option")) << difference.text().toStdString();
+  EXPECT_TRUE(difference.text().contains("other sample-rate option"))
+      << difference.text().toStdString();
 }
 
 TEST_F(AnalyserRecords, AFrozenCopyStaysWhileRecordsCome) {

@@ -185,10 +185,10 @@ TEST_F(WaterfallAreaTest, RecordsOfAnotherOptionBeginANewMapAndALineSaysSo) {
   EXPECT_EQ(Note(), "");
   TakeRows(4, 2, 1000, 3);
   EXPECT_EQ(area_.Map().Rows().Count(), 2U);
-  EXPECT_EQ(Note(), "4 spectra of other rate options: this map is that of option 3.");
+  EXPECT_EQ(Note(), "4 spectra of other sample-rate options: this map is that of option 3.");
   TakeRows(6, 1);
   EXPECT_EQ(area_.Map().Rows().Count(), 5U);
-  EXPECT_EQ(Note(), "2 spectra of other rate options: this map is that of option 0.");
+  EXPECT_EQ(Note(), "2 spectra of other sample-rate options: this map is that of option 0.");
 }
 
 TEST_F(WaterfallAreaTest, AClockSetBackIsSaid) {

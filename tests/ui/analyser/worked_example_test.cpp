@@ -67,7 +67,7 @@ class WorkedExample : public ::testing::Test {
       const QStringList cells = Row("tblPeaks", row);
       if (cells.last() == name && cells.first() == axis) return cells;
     }
-    ADD_FAILURE() << name.toStdString() << " is no peak's name";
+    ADD_FAILURE() << name.toStdString() << " is not a peak's name";
     return QStringList(7);
   }
 

@@ -134,7 +134,7 @@ TEST_F(BandGridTest, TooHighABinBecomes255AndNoNumber0) {
   EXPECT_EQ(Message(), "Band 2, F-low: \"300\" is above 255; 255 taken.");
   Enter(2, kFLow, "abc");
   EXPECT_EQ(Shown(2, kFLow), "0");
-  EXPECT_EQ(Message(), "Band 2, F-low: \"abc\" is no number; 0 taken.");
+  EXPECT_EQ(Message(), "Band 2, F-low: \"abc\" is not a number; 0 taken.");
   Enter(2, kFLow, "-4");
   EXPECT_EQ(Shown(2, kFLow), "0");
   Enter(2, kFLow, "7");
@@ -194,7 +194,7 @@ TEST_F(BandGridTest, CorrectionsOfAPasteAreListedInTheToolTipOfTheMessage) {
   Key(Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(Message(),
             "2 values pasted, 2 corrected. Band 1, F-low: \"300\" is above 255; 255 taken.");
-  EXPECT_TRUE(Get<QLabel>("lblmsg").toolTip().contains("Band 1, F-high: \"x\" is no number"));
+  EXPECT_TRUE(Get<QLabel>("lblmsg").toolTip().contains("Band 1, F-high: \"x\" is not a number"));
 }
 
 TEST_F(BandGridTest, ItsActionsAreInTheContextMenu) {

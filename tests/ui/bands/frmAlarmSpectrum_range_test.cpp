@@ -139,7 +139,7 @@ TEST_F(ThresholdsAndRange, AnotherRecordModeIsNoOtherRange) {
   Choose("cbxRecMode", 2);
   EXPECT_FALSE(Notice().isVisible());
   EXPECT_EQ(Hint(), usual +
-                        " The record mode is Manual time: thresholds are shown on the scale of "
+                        " The mode is Manual Time: thresholds are shown on the scale of "
                         "time records. For spectra, which alarms are judged on, each means half.");
   ChooseRange(k5g);
   EXPECT_TRUE(Notice().isVisible());

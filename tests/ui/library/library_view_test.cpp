@@ -215,7 +215,7 @@ TEST_F(LibraryOfRecords, SeveralAreOverlaidAveragedSubtractedAndStacked) {
   EXPECT_EQ(Study().Shown()->record->time, MadeUpTime(180));
   ASSERT_TRUE(way("cmdAverage", {0, 1, 2, 3}));
   EXPECT_FALSE(Choice().difference);
-  EXPECT_THAT(Said().toStdString(), HasSubstr("left out of the average: other rate option"));
+  EXPECT_THAT(Said().toStdString(), HasSubstr("left out of the average: other sample-rate option"));
   ASSERT_TRUE(way("cmdWaterfall", {0, 1, 2, 3}));
   EXPECT_EQ(Choice().view, study::View::Waterfall);
   EXPECT_EQ(Study().Rows().Rows(), 4U);

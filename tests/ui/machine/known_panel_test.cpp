@@ -70,7 +70,7 @@ TEST_F(KnownPanelTest, ASpeedThatIsNoneChangesNothing) {
     Type("shaftSpeed", text);
     EXPECT_EQ(Machine().rpm, 1500);
     EXPECT_EQ(Find<QLabel>("shaftSpeedMessage")->text(),
-              text + " is no speed: above 0 to 10,000,000 rpm");
+              text + " is not a valid speed: above 0 to 10,000,000 rpm");
   }
 }
 

@@ -109,7 +109,7 @@ TEST_F(SeverityPanelTest, LimitsThatAreNoneChangeNothing) {
     EXPECT_EQ(model_.Choice().zones, before);
     EXPECT_EQ(TextOf("limitABMessage"),
               (text.isEmpty() ? QStringLiteral("Nothing") : text) +
-                  " is no limit A/B: above 0 mm/s, rising from A/B to C/D");
+                  " is not a valid limit A/B: above 0 mm/s, rising from A/B to C/D");
   }
   panel_.setLocale(QLocale(QLocale::German, QLocale::Germany));
   Type("limitAB", "1,5");

@@ -185,7 +185,7 @@ TEST_F(RepeatedCaptures, AreRefusedWhereTextsMakeNoSense) {
   Type("txtSeconds", "2,5");
   Press("cmdRepeatStart");
   EXPECT_EQ(State(),
-            "\"2,5\" is no number of seconds. Type digits, with a point as decimal mark: 2.5");
+            "\"2,5\" is not a number of seconds. Type digits, with a point as decimal mark: 2.5");
   EXPECT_FALSE(Runner().Running());
   Type("txtSeconds", "5");
   Type("txtTimes", "0");

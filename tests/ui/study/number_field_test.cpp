@@ -60,10 +60,10 @@ TEST_F(NumberFieldTest, WhatIsNoneKeepsTheNumberAndSaysWhatWouldDo) {
     Type(text);
     EXPECT_EQ(field_.Number(), 1500.0);
     EXPECT_EQ(field_.Edit().text(), "1,500");
-    EXPECT_EQ(field_.Message(), text + " is no speed: above 0 to 100 rpm");
+    EXPECT_EQ(field_.Message(), text + " is not a valid speed: above 0 to 100 rpm");
   }
   Type("");
-  EXPECT_EQ(field_.Message(), "Nothing is no speed: above 0 to 100 rpm");
+  EXPECT_EQ(field_.Message(), "Nothing is not a valid speed: above 0 to 100 rpm");
   EXPECT_EQ(entered.count(), 0);
   Type("7");
   EXPECT_EQ(field_.Message(), "");

@@ -122,7 +122,8 @@ TEST_F(TrendOfRecords, APeakNearAFrequencyIsAskedForAndFound) {
   Asked("askTrendNear");
   Write("txtTrendNear", "x");
   Accept("askTrendNear");
-  EXPECT_NE(Analyser().findChild<QDialog*>("askTrendNear"), nullptr) << "x is no frequency";
+  EXPECT_NE(Analyser().findChild<QDialog*>("askTrendNear"), nullptr)
+      << "x is not a valid frequency";
   Write("txtTrendNear", "8,220");
   Write("txtTrendWithin", "300");
   Accept("askTrendNear");
@@ -246,7 +247,7 @@ TEST_F(TrendOfRecords, ADamagedArchiveIsSaidInWordsAndTheProgramGoesOn) {
   Analyser().ChooseView(study::View::Trend);
   ASSERT_TRUE(Gets([&] { return !Notices().empty(); }));
   EXPECT_THAT(Notices(), HasSubstr(place));
-  EXPECT_THAT(Scene().hint, HasSubstr("cannot be told"));
+  EXPECT_THAT(Scene().hint, HasSubstr("cannot be determined"));
   Capture();
   EXPECT_NE(Study().Live(), nullptr);
   EXPECT_THAT(messages_.Texts(), IsEmpty());

@@ -42,7 +42,7 @@ TEST(DesktopNotifier, TellsTheServiceAndWaitsForNobody) {
     const QVariantList& told = service.told.front();
     ASSERT_EQ(told.size(), 8);
     EXPECT_EQ(told[3].toString(), "Alarm: Pump 7");
-    EXPECT_EQ(told[4].toString(), "Fault 3 &lt;Z&gt;") << "the text is no markup";
+    EXPECT_EQ(told[4].toString(), "Fault 3 &lt;Z&gt;") << "the text is not markup";
   }
   QDBusConnection::disconnectFromBus("desktop");
   bus.terminate();

@@ -93,7 +93,7 @@ TEST_F(MonitorViewTest, ShowsHowTheMonitorStands) {
   EXPECT_EQ(Figure("Incidents"), "1");
   EXPECT_NE(Figure("Next"), "–");
   EXPECT_EQ(Rows("tblIncidents").rowCount(), 3);
-  EXPECT_EQ(Cell("tblIncidents", 0, 1), "lasts");
+  EXPECT_EQ(Cell("tblIncidents", 0, 1), "open");
 }
 
 TEST_F(MonitorViewTest, ListsTheJournalBesideWhatLasts) {

@@ -38,8 +38,9 @@ TEST_F(Card, MistakesAreListedAsTheyAreWritten) {
   EXPECT_FALSE(card_.Plan());
   EXPECT_FALSE(card_.IsSaved());
   ASSERT_EQ(List().count(), 2);
-  EXPECT_EQ(List().item(0)->text(), "Line 3: every: \"x\" is no time like 10 s, 5 min, 1 h or 1 d");
-  EXPECT_EQ(List().item(1)->text(), "Line 5: range: \"7\" is none of 1, 5, 20, 70 (g)");
+  EXPECT_EQ(List().item(0)->text(),
+            "Line 3: every: \"x\" is not a time like 10 s, 5 min, 1 h or 1 d");
+  EXPECT_EQ(List().item(1)->text(), "Line 5: range: \"7\" is not one of 1, 5, 20, 70 (g)");
   EXPECT_TRUE(Summary().contains("not saved"));
 }
 

@@ -140,9 +140,10 @@ TEST_F(FrmManualReg, WhatIsNoHexadecimalNumberWritesWhatItConvertsToAndTheLinesB
   Find<QLineEdit>("txtDataWrite").setFocus();
   EnterInValue();
   EXPECT_EQ(InSensor(row::FFT_AVG), 1);
-  EXPECT_EQ(Text("lblNote"),
-            "\"1G\" is no word of 1 to 4 hexadecimal digits. 1 written to FFT_AVG, which now holds "
-            "1.");
+  EXPECT_EQ(
+      Text("lblNote"),
+      "\"1G\" is not a word of 1 to 4 hexadecimal digits. 1 written to FFT_AVG, which now holds "
+      "1.");
   EXPECT_TRUE(messages_.Texts().empty());
 }
 

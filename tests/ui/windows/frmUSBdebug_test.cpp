@@ -77,7 +77,7 @@ TEST_F(FrmUsbDebug, AFaultyFrameIsNamedAndGetsTheFocus) {
   usb_.FailFrom(0);
   Press("cmdWriteSpi");
   EXPECT_EQ(messages_.Texts(),
-            Words{"Frame 2: \"zz\" is no hexadecimal number.\nNothing was sent."});
+            Words{"Frame 2: \"zz\" is not a hexadecimal number.\nNothing was sent."});
   EXPECT_EQ(usb_.Requests(), 0);
   EXPECT_TRUE(Find<QLineEdit>("txtTx_2").hasFocus());
   EXPECT_EQ(Find<QLineEdit>("txtTx_2").selectedText(), "zz");

@@ -330,7 +330,7 @@ TEST_F(WorkbenchOfRecords, ReadingCanBeCancelledAndTheWindowClosedMeanwhile) {
 
 TEST_F(WorkbenchOfRecords, ADamagedArchiveIsTold) {
   const std::string file = (folder_.path() / "damaged.db").string();
-  std::ofstream(file) << "this is no database, and never was one; it is long enough to be read";
+  std::ofstream(file) << "this is not a database, and never was one; it is long enough to be read";
   StartKeeping(file);
   Trigger("mnuAnalyser");
   Analyser().ChooseView(study::View::AlarmBands);
@@ -338,7 +338,7 @@ TEST_F(WorkbenchOfRecords, ADamagedArchiveIsTold) {
   ASSERT_TRUE(Gets([this] { return !Bench().Trouble().isEmpty(); }));
   EXPECT_THAT(Bench().Trouble().toStdString(), HasSubstr("damaged.db"));
   EXPECT_TRUE(In<QWidget>("workbenchNotices").isVisible());
-  EXPECT_THAT(Label("lblWorkbenchEmpty").toStdString(), HasSubstr("cannot be told now"));
+  EXPECT_THAT(Label("lblWorkbenchEmpty").toStdString(), HasSubstr("cannot be read now"));
 }
 
 TEST_F(WorkbenchOfRecords, TheEvidenceGoesIntoAFileOrItIsSaidWhyNot) {
