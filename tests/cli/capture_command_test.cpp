@@ -91,7 +91,7 @@ TEST_F(Capture, AnIntervalThatIsNoTimeIsRefused) {
   for (const char* interval : {"nan", "inf", "-1", "86401", "0x10", "soon", ""}) {
     EXPECT_EQ(Simulate({"capture", "--count", "2", "--interval", interval}), ExitCode::Usage)
         << interval;
-    EXPECT_NE(error.str().find("no number of seconds"), std::string::npos) << error.str();
+    EXPECT_NE(error.str().find("not a number of seconds"), std::string::npos) << error.str();
   }
 }
 

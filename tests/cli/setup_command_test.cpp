@@ -87,7 +87,8 @@ TEST_F(SetupWords, BadFilesAndNamesAreTold) {
   EXPECT_EQ(Run({"setup", "delete", "none"}), ExitCode::Failure);
   EXPECT_EQ(error.str(), "There is no set-up \"none\" in /data/setups.\n");
   EXPECT_EQ(Run({"setup", "save", "a/b"}), ExitCode::Failure);
-  EXPECT_EQ(error.str(), "The name \"a/b\": the character / cannot stand in a file name.\n");
+  EXPECT_EQ(error.str(),
+            "The name \"a/b\" cannot be used: the character / cannot stand in a file name.\n");
   EXPECT_EQ(Run({"setup", "diff"}), ExitCode::Usage);
   EXPECT_EQ(error.str(), "setup diff: give either the name of a set-up, or a file with --file.\n");
   EXPECT_EQ(Run({"setup", "diff", "pump", "--file", "/out/bad.json"}), ExitCode::Usage);

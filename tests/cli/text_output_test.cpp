@@ -85,8 +85,8 @@ TEST_F(TextOutput, AdaptersAreALineEach) {
 
 TEST_F(TextOutput, ASpectrumHasPeaksInHertz) {
   const std::string text = Printed({"capture", "--averages", "1", "--data"});
-  EXPECT_THAT(text, StartsWith("Capture 1\nSpectrum, 0 - 70g [default], Hanning [default], "
-                               "sample rate option 0\n  X  peak    0."));
+  EXPECT_THAT(text, StartsWith("Capture 1\nSpectrum, 0 to 70 g, Hanning, 1 average, option 0, "
+                               "Δf 195.7 Hz\n  X  peak    0."));
   // The tooth mesh of the simulated machine stands out on X.
   EXPECT_THAT(text, AllOf(HasSubstr(" g at bin 116 (22699.3 Hz), alarm: None\n"),
                           HasSubstr("\nbin\tX, g\tY, g\tZ, g\n0\t"), HasSubstr("\n255\t")));

@@ -81,10 +81,10 @@ TEST(DataLogImport, WholeNumbersMayBeWordsOrGAndAreNeitherUntilSaid) {
 TEST(DataLogImport, ScaledValuesBecomeWordsAtTheRangeThatIsSaidAndAtNoOtherThatCannotBe) {
   const NotedRecord noted = TimeNoted();
   const ImportedRecord imported = TheRecord(DataLogOf(noted.record));
-  EXPECT_THAT(RecordOf(imported, {}).Why().Text(), HasSubstr("option has to be told"));
-  EXPECT_THAT(RecordOf(imported, {.option = 0}).Why().Text(), HasSubstr("range has to be told"));
+  EXPECT_THAT(RecordOf(imported, {}).Why().Text(), HasSubstr("option has to be given"));
+  EXPECT_THAT(RecordOf(imported, {.option = 0}).Why().Text(), HasSubstr("range has to be given"));
   EXPECT_THAT(RecordOf(imported, {.option = 0, .range = 3}).Why().Text(),
-              HasSubstr("no word of the sensor at this range"));
+              HasSubstr("not a word of the sensor at this range"));
   const auto record = RecordOf(imported, {.option = 0, .range = 2});
   ASSERT_TRUE(record) << record.Why().Text();
   for (const Axis axis : kAxes) {

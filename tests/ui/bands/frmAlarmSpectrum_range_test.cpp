@@ -138,9 +138,10 @@ TEST_F(ThresholdsAndRange, AnotherRecordModeIsNoOtherRange) {
   const std::string usual = Hint();
   Choose("cbxRecMode", 2);
   EXPECT_FALSE(Notice().isVisible());
-  EXPECT_EQ(Hint(), usual +
-                        " The mode is Manual Time: thresholds are shown on the scale of "
-                        "time records. For spectra, which alarms are judged on, each means half.");
+  EXPECT_EQ(Hint(),
+            usual +
+                " The mode is Manual Time: thresholds are shown on the scale of "
+                "time records. Alarms are judged on spectra, where each of them counts half.");
   ChooseRange(k5g);
   EXPECT_TRUE(Notice().isVisible());
   Click("cmdKeepG");

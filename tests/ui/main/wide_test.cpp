@@ -87,7 +87,7 @@ TEST_F(WideCaptures, AreRefusedBesideRepeatedOnesAndInAnotherMode) {
   Runner().Stop();
   ASSERT_TRUE(Ends());
   Choose("cbxRecMode", 1);
-  EXPECT_TRUE(Wide().Start(0b1111).contains("Manual FFT"));
+  EXPECT_TRUE(Wide().Start(0b1111).contains("Choose Manual at Mode"));
   EXPECT_FALSE(Wide().Running());
 }
 

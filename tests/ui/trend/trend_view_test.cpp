@@ -247,7 +247,7 @@ TEST_F(TrendOfRecords, ADamagedArchiveIsSaidInWordsAndTheProgramGoesOn) {
   Analyser().ChooseView(study::View::Trend);
   ASSERT_TRUE(Gets([&] { return !Notices().empty(); }));
   EXPECT_THAT(Notices(), HasSubstr(place));
-  EXPECT_THAT(Scene().hint, HasSubstr("cannot be determined"));
+  EXPECT_THAT(Scene().hint, HasSubstr("cannot be read"));
   Capture();
   EXPECT_NE(Study().Live(), nullptr);
   EXPECT_THAT(messages_.Texts(), IsEmpty());
