@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <cstdio>
 #include <mutex>
+#include <optional>
 #include <random>
 #include <utility>
 
@@ -98,13 +99,10 @@ class MqttSender::Worker {
   void TalkOnce() {
     const auto begin = steady_clock::now();
     try {
-      MqttTalk talk(session_, choice_.patience, choice_.names, latest, *letters_, levelsSent_);
-      while (!isEnding_) {
-        talk.Turn(wake_, kLongestTurn);
-        Become({talk.IsConnected(), talk.Trouble()});
+      if (HasHeardKept(Kept::Heard)) {
+        Forget();
+        HasHeardKept(Kept::Nothing);
       }
-      TakeLeave(talk);
-      Become({});
     } catch (const ConnectionLost& lost) {
       if (lost.needsOlderProtocol) session_.isOlderProtocol = true;
       Become({false, lost.what()});
@@ -115,10 +113,36 @@ class MqttSender::Worker {
     if (steady_clock::now() - begin > 2 * choice_.patience.longestRetry) retry_ = {};
   }
 
-  void TakeLeave(MqttTalk& talk) {
-    const auto end = steady_clock::now() + choice_.patience.farewell;
-    while (!talk.IsDone() && steady_clock::now() < end) talk.Turn(wake_, kFarewellTurn);
+  // Talks until this ends, or until all that the broker had kept is heard.
+  bool HasHeardKept(Kept kept) {
+    session_.kept = kept;
+    MqttTalk talk(session_, choice_.patience, choice_.names, latest, *letters_, levelsSent_);
+    while (!talk.HasHeardAll() && (!isEnding_ || MayStay(talk))) {
+      talk.Turn(wake_, isEnding_ ? kFarewellTurn : kLongestTurn);
+      Become({talk.IsConnected(), talk.Trouble()});
+    }
     talk.Leave();
+    if (!talk.HasHeardAll()) Become({});
+    return talk.HasHeardAll();
+  }
+
+  // At the end, for what is on its way.
+  bool MayStay(MqttTalk& talk) {
+    if (!farewellEnd_) farewellEnd_ = steady_clock::now() + choice_.patience.farewell;
+    return !talk.IsDone() && steady_clock::now() < *farewellEnd_;
+  }
+
+  void Forget() {
+    bool isForgotten = false;
+    session_.kept = Kept::Forgotten;
+    MqttSession session(session_, {.connected = [&](bool) { isForgotten = true; },
+                                   .subscribed = [](int) {},
+                                   .acknowledged = [](int, const std::string&) {},
+                                   .received = [](auto, auto, bool) {}});
+    const auto end = steady_clock::now() + choice_.patience.answer;
+    while (!isForgotten && steady_clock::now() < end) session.Turn(wake_, kFarewellTurn);
+    if (!isForgotten) throw ConnectionLost(kNoAnswer, false);
+    session.Leave();
   }
 
   // At different moments for those who lost the same broker.
@@ -160,6 +184,7 @@ class MqttSender::Worker {
   // Of the thread alone.
   std::uint64_t levelsSent_ = 0;
   milliseconds retry_{0};
+  std::optional<steady_clock::time_point> farewellEnd_;
   std::minstd_rand random_{std::random_device{}()};
 };
 

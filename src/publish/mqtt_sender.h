@@ -31,6 +31,7 @@ struct SenderState {
 // An alarm is published with QoS 2, one at a time. The broker sends it back, too, and keeps this
 // echo for the session while the connection is away: after a connection was lost, whatever ended
 // it, the echo comes before anything else, and an alarm that had arrived is not sent again.
+// Then the broker is told to forget the session, and a new one begins.
 class MqttSender {
  public:
   MqttSender(const SenderChoice& choice, std::shared_ptr<LetterQueue> letters);

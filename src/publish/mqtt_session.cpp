@@ -30,9 +30,10 @@ constexpr int kOldNotAuthorised = 5;
 
 using Properties = std::unique_ptr<mosquitto_property, void (*)(mosquitto_property*)>;
 
-Properties ConnectProperties() {
+Properties ConnectProperties(Kept kept) {
   mosquitto_property* properties = nullptr;
-  mosquitto_property_add_int32(&properties, MQTT_PROP_SESSION_EXPIRY_INTERVAL, kSessionSeconds);
+  mosquitto_property_add_int32(&properties, MQTT_PROP_SESSION_EXPIRY_INTERVAL,
+                               kept == Kept::Forgotten ? 0 : kSessionSeconds);
   mosquitto_property_add_int32(&properties, MQTT_PROP_MAXIMUM_PACKET_SIZE, kLargestPacket);
   return {properties, [](mosquitto_property* list) { mosquitto_property_free_all(&list); }};
 }
@@ -64,10 +65,11 @@ bool IsOfPassword(int reason) {
 
 MqttSession::MqttSession(const SessionChoice& choice, SessionEvents events)
     : isOlderProtocol_(choice.isOlderProtocol),
+      kept_(choice.kept),
       isEncrypted_(choice.broker.tls),
       where_(WhereOf(choice.broker)),
       events_(std::move(events)),
-      client_(mosquitto_new(choice.clientId.c_str(), false, this)) {
+      client_(mosquitto_new(choice.clientId.c_str(), choice.kept == Kept::Forgotten, this)) {
   if (!client_) throw ConnectionLost("There is no memory for a connection.", false);
   SetUp(choice);
   Connect(choice);
@@ -103,7 +105,7 @@ void MqttSession::SetUp(const SessionChoice& choice) {
 }
 
 void MqttSession::Connect(const SessionChoice& choice) {
-  const Properties properties = ConnectProperties();
+  const Properties properties = ConnectProperties(kept_);
   errno = 0;
   Check(mosquitto_connect_bind_v5(client_.get(), choice.broker.host.c_str(), choice.broker.port,
                                   static_cast<int>(choice.keepAlive.count()), nullptr,
@@ -203,11 +205,14 @@ void MqttSession::Guarded(const std::function<void()>& action) {
   }
 }
 
-void MqttSession::OnConnect(mosquitto* /*client*/, void* self, int reason, int /*flags*/,
+void MqttSession::OnConnect(mosquitto* /*client*/, void* self, int reason, int flags,
                             const mosquitto_property* /*properties*/) {
+  constexpr int kSessionPresent = 1;
   auto& session = *static_cast<MqttSession*>(self);
   session.refused_ = reason;
-  if (reason == 0) session.Guarded(session.events_.connected);
+  if (reason != 0) return;
+  const bool hasKept = session.kept_ == Kept::Heard && (flags & kSessionPresent) != 0;
+  session.Guarded([&] { session.events_.connected(hasKept); });
 }
 
 // A broker that speaks MQTT 5 says why it goes.

@@ -24,6 +24,15 @@ class ConnectionLost : public RuntimeError {
   bool needsOlderProtocol;  // the broker knows MQTT 3.1.1 only
 };
 
+// What the broker keeps for a client while its connection is away.
+enum class Kept {
+  Heard,      // comes before anything else
+  Forgotten,  // by the broker, with the numbers of messages that were on their way
+  Nothing,    // it has just been forgotten
+};
+
+inline constexpr const char* kNoAnswer = "The broker does not answer.";
+
 struct SessionChoice {
   BrokerSettings broker{};
   std::string password{};
@@ -32,19 +41,21 @@ struct SessionChoice {
   std::string willTopic{};
   std::string will{};
   bool isOlderProtocol = false;  // MQTT 3.1.1 instead of 5
+  Kept kept = Kept::Heard;
   std::chrono::seconds keepAlive{30};
 };
 
 // What the broker answers; called within Turn.
 struct SessionEvents {
-  std::function<void()> connected;
+  std::function<void(bool hasKept)> connected;
   std::function<void(int number)> subscribed;
   // The refusal is empty where the broker has taken the message.
   std::function<void(int number, const std::string& refusal)> acknowledged;
   std::function<void(std::string_view topic, std::string_view payload, bool isRetained)> received;
 };
 
-// The broker keeps the session while the connection is away: what it had for it then comes first.
+// Numbers of messages begin anew with each connection; those of a session that goes on may still be
+// in use at the broker.
 class MqttSession {
  public:
   // Looks the name up and connects, which may take long. Throws ConnectionLost.
@@ -88,6 +99,7 @@ class MqttSession {
   void Guarded(const std::function<void()>& action);
 
   const bool isOlderProtocol_;
+  const Kept kept_;
   const bool isEncrypted_;
   const std::string where_;  // "broker.example:1883"
   SessionEvents events_;

@@ -68,9 +68,10 @@ MqttTalk::MqttTalk(const SessionChoice& session, const SenderPatience& patience,
 SessionEvents MqttTalk::Events() {
   const auto answered = [this] { lastAnswer_ = steady_clock::now(); };
   return {.connected =
-              [this, answered] {
+              [this, answered](bool hasKept) {
                 answered();
                 isConnected_ = true;
+                hasKept_ = hasKept;
               },
           .subscribed =
               [this, answered](int number) {
@@ -92,7 +93,7 @@ void MqttTalk::Turn(int wake, std::chrono::milliseconds longest) {
   if (isSpectrumWanted_) longest = std::min(longest, Until(nextSpectrum_));
   session_.Turn(wake, longest);
   if (IsWaiting() && steady_clock::now() - lastAnswer_ >= patience_.answer) {
-    throw ConnectionLost("The broker does not answer.", false);
+    throw ConnectionLost(kNoAnswer, false);
   }
 }
 
@@ -102,7 +103,7 @@ bool MqttTalk::IsWaiting() const {
 }
 
 bool MqttTalk::IsDone() {
-  return isConnected_ && !IsWaiting() && statusSent_ == latest_.OfStatus().version &&
+  return IsConnected() && !IsWaiting() && statusSent_ == latest_.OfStatus().version &&
          levelsSent_ == latest_.OfLevels().version && !letters_.Next(Receiver::Broker);
 }
 
@@ -111,8 +112,9 @@ void MqttTalk::SendDue() {
   if (!isSubscribed_) {
     isSubscribed_ = true;
     echoSubscription_ = session_.Subscribe(alarmTopic_);
-    session_.Subscribe(requestTopic_);
+    if (!hasKept_) session_.Subscribe(requestTopic_);
   }
+  if (hasKept_) return;
   SendLatest(status_, statusSent_, latest_.OfStatus(), kStatusLeaf);
   SendLatest(levels_, levelsSent_, latest_.OfLevels(), kLevelsLeaf);
   if (!mayHaveEchoes_ && letterNumber_ == 0 && steady_clock::now() >= nextLetter_) SendLetter();

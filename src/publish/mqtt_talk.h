@@ -58,7 +58,12 @@ class MqttTalk {
   void Turn(int wake, std::chrono::milliseconds longest);
   void Leave() { session_.Leave(); }
 
-  [[nodiscard]] bool IsConnected() const { return isConnected_; }
+  // Ready to send.
+  [[nodiscard]] bool IsConnected() const { return isConnected_ && !hasKept_; }
+  // The broker had kept the session, and nothing more of it comes. Nothing is sent over such a
+  // connection: numbers of before may be in use, and the broker would take a new message for an old
+  // one.
+  [[nodiscard]] bool HasHeardAll() const { return hasKept_ && !mayHaveEchoes_; }
   // Whether everything has arrived.
   [[nodiscard]] bool IsDone();
   // What the broker does not take; empty when all is well.
@@ -92,6 +97,7 @@ class MqttTalk {
   std::uint64_t& levelsSent_;
   std::uint64_t statusSent_ = 0;
   bool isConnected_ = false;
+  bool hasKept_ = false;
   bool isSubscribed_ = false;
   int echoSubscription_ = 0;
   bool mayHaveEchoes_ = true;  // until the broker has answered the subscription

@@ -5,6 +5,7 @@
 #include <atomic>
 
 #include "publish/mqtt_sender.h"
+#include "rogue_broker.h"
 #include "sender_bench.h"
 #include "support/temporary_broker.h"
 
@@ -184,48 +185,6 @@ TEST_F(Certificates, AFileThatIsNotThereIsNamed) {
   Trust(bench, "none.crt");
   bench.Start();
   EXPECT_NE(FirstLine(bench).find(File("none.crt") + " cannot be read"), std::string::npos);
-}
-
-// Answers every connection by a function, in a thread of its own.
-class RogueBroker {
- public:
-  explicit RogueBroker(std::function<void(int connection)> answer) : answer_(std::move(answer)) {
-    listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = Loopback(port_);
-    if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        listen(listener_, 5) != 0) {
-      throw std::runtime_error("no listener");
-    }
-    thread_ = std::thread([this] {
-      for (int one = accept(listener_, nullptr, nullptr); one >= 0;
-           one = accept(listener_, nullptr, nullptr)) {
-        ++connections;
-        answer_(one);
-        close(one);
-      }
-    });
-  }
-  ~RogueBroker() {
-    shutdown(listener_, SHUT_RDWR);
-    thread_.join();
-    close(listener_);
-  }
-  RogueBroker(const RogueBroker&) = delete;
-  RogueBroker& operator=(const RogueBroker&) = delete;
-
-  [[nodiscard]] int Port() const { return port_; }
-  std::atomic<int> connections = 0;
-
- private:
-  int port_ = FreePort();
-  int listener_ = -1;
-  std::function<void(int)> answer_;
-  std::thread thread_;
-};
-
-bool Send(int connection, const std::string& bytes) {
-  return send(connection, bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
-         static_cast<ssize_t>(bytes.size());
 }
 
 // The protocol's version in what a client says first.
