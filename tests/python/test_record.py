@@ -184,7 +184,7 @@ def test_files_that_cannot_be_name_themselves(record, tmp_path):
         record.save(tmp_path / "record.uff", format="uf")
     kestrel.save(tmp_path / "two.csv", [record, record])
     kestrel.save(tmp_path / "one.csv", record)
-    with pytest.raises(kestrel.FileError, match="no name of a file"):
+    with pytest.raises(kestrel.FileError, match="not a name of a file"):
         kestrel.load("a\0b.uff")
 
 

@@ -240,7 +240,7 @@ TEST_F(ArchiveCommands, OfSeveralFilesAllAreImportedOrNone) {
   EXPECT_EQ(Run({"archive", "import", "/files/r", "/files/cut"}), ExitCode::Failure);
   EXPECT_THAT(error.str(), HasSubstr("/files/cut, line "));
   EXPECT_EQ(Run({"archive", "import", "/files/none"}), ExitCode::Failure);
-  EXPECT_EQ(error.str(), "/files/none cannot be read.\n");
+  EXPECT_EQ(error.str(), "The file /files/none cannot be read.\n");
   EXPECT_EQ(Ids(), json({1}));
 }
 
