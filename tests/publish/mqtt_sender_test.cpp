@@ -94,14 +94,17 @@ TEST_F(MqttSenders, TheEndIsToldByThemselves) {
 }
 
 TEST_F(MqttSenders, AlarmsOfBeforeTheFirstConnectionArriveInTurn) {
-  const auto subscriber = Listen();
   broker_.Stop();
   bench_.Start();
   for (int i = 0; i < 50; ++i) bench_.Put(i);
   ASSERT_TRUE(Eventually([&] { return !bench_.LogLines().empty(); }));
   EXPECT_EQ(bench_.LogLines().front(), "The broker 127.0.0.1:" + std::to_string(broker_.Port()) +
                                            " cannot be reached (Connection refused).");
+  bench_.Stop();
   broker_.Start();
+  // A subscriber who has to connect again may get what waited for it in another turn.
+  const auto subscriber = Listen();
+  bench_.Start();
   ASSERT_TRUE(AllArrived());
   ASSERT_TRUE(Eventually([&] { return subscriber->Payloads(kAlarms).size() >= 50; }));
   EXPECT_EQ(FaultsOf(NumbersOf(subscriber->Payloads(kAlarms)), 50), "");
