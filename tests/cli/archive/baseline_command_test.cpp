@@ -213,7 +213,7 @@ TEST_F(BaselineCommands, WhatCannotBeIsRefusedInPlainWords) {
               HasSubstr("--m 3 is more than --n 2."));
   EXPECT_THAT(refusal(With({"--sigma", "nan"}), ExitCode::Usage), HasSubstr("\"nan\""));
   EXPECT_THAT(refusal(With({"--good-every", "2 moons"}), ExitCode::Usage),
-              HasSubstr("no time like 90s, 30min, 2h or 1d"));
+              HasSubstr("is not a time like 90s, 30min, 2h or 1d"));
   EXPECT_THAT(refusal(With({"--good-from", "yesterday"}), ExitCode::Usage),
               HasSubstr("\"yesterday\" is not a time in UTC"));
   EXPECT_THAT(refusal(With({"--save", "/data/x.csv"}), ExitCode::Usage),
