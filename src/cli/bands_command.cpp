@@ -109,22 +109,20 @@ ExitCode BandsCommand::Read(Session& session, const Output& output) {
 
 // Numbers are codes of the range in use, so the table goes through unchanged.
 ExitCode BandsCommand::Write(Session& session, const Output& output) const {
-  const auto table =
-      ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(PathOf(file_)));
+  const auto table = ReadBandFile(session.station.FilesHere(), AbsolutePathOf(file_));
   if (!table) return session.Fail(table.Why());
   return Report(session, output, session.station.Bands().Write(*table));
 }
 
 ExitCode BandsCommand::Load(Session& session, const Output& output) const {
-  const auto table =
-      ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(PathOf(file_)));
+  const auto table = ReadBandFile(session.station.FilesHere(), AbsolutePathOf(file_));
   if (!table) return session.Fail(table.Why());
   WriteBands(output, *table, session.station.Records().GPerCode());
   return ExitCode::Success;
 }
 
 ExitCode BandsCommand::Save(Session& session, const Output& output) const {
-  const std::filesystem::path file = std::filesystem::absolute(PathOf(file_));
+  const std::filesystem::path file = AbsolutePathOf(file_);
   if (!IsAlarmFileName(file.filename().string())) {
     session.Say("bands save: the name must be AlarmSpectrum_<name>.csv, not \"" +
                 file.filename().string() + "\".");

@@ -107,8 +107,7 @@ ExitCode CaptureCommand::Run(Session& session, const Output& output) {
 // Numbers go on after the highest file of this name, so that no earlier capture is replaced.
 bool CaptureCommand::PrepareFiles(Session& session) const {
   if (folder_.empty()) return true;
-  const std::filesystem::path folder =
-      std::filesystem::absolute(PathOf(folder_)).lexically_normal();
+  const std::filesystem::path folder = AbsolutePathOf(folder_).lexically_normal();
   if (!session.station.UseFolder(folder)) {
     session.Say("--out: the folder " + folder.string() + " cannot be written.");
     return false;

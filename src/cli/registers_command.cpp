@@ -121,7 +121,7 @@ ExitCode RegistersCommand::Write(Session& session, const Output& output) const {
 
 ExitCode RegistersCommand::Dump(Session& session, const Output& output) const {
   if (!folder_.empty()) {
-    const std::filesystem::path folder = std::filesystem::absolute(PathOf(folder_));
+    const std::filesystem::path folder = AbsolutePathOf(folder_);
     // The list would go to the user's documents instead.
     if (!session.station.UseFolder(folder)) {
       session.Say("--out: the folder " + folder.string() + " cannot be written.");

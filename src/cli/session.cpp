@@ -1,6 +1,7 @@
 // What goes to the error stream.
 // SPDX-License-Identifier: MIT
 #include "cli/session.h"
+#include "record/record_count.h"
 
 #include <ostream>
 
@@ -11,10 +12,6 @@ constexpr const char* kEraseLine = "\r\x1B[K";
 // Long enough for a server that has to be given up.
 constexpr std::chrono::seconds kKeepingPatience{30};
 constexpr std::chrono::milliseconds kRetry{200};
-
-std::string Records(std::int64_t count) {
-  return std::to_string(count) + (count == 1 ? " record" : " records");
-}
 
 }  // namespace
 
@@ -89,9 +86,9 @@ bool Session::EndKeeping() {
   keeper_.reset();
   if (!state.trouble.empty()) Say(state.trouble);
   if (state.waiting > 0) {
-    Say(Records(state.waiting) + " will be brought to the archive as soon as it can be had.");
+    Say(RecordCount(state.waiting) + " will be brought to the archive as soon as it can be had.");
   }
-  if (!isSafe) Say(Records(state.unsafe) + " could be kept nowhere.");
+  if (!isSafe) Say(RecordCount(state.unsafe) + " could be kept nowhere.");
   const bool hasAll = isSafe && state.waiting == 0 && state.refused == 0;
   return hasAll || !archive_.named;
 }

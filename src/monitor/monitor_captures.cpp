@@ -6,6 +6,7 @@
 #include "analysis/joined.h"
 #include "monitor/monitor.h"
 #include "monitor/own_records.h"
+#include "record/record_count.h"
 
 namespace kestrel::monitor {
 namespace {
@@ -16,10 +17,6 @@ archive::Remarks RemarksOf(const Plan& plan) {
   archive::Remarks remarks = plan.remarks;
   if (remarks.machine.empty()) remarks.machine = plan.sensor;
   return remarks;
-}
-
-std::string RecordsText(std::int64_t count) {
-  return std::to_string(count) + (count == 1 ? " record" : " records");
 }
 
 }  // namespace
@@ -126,7 +123,7 @@ void Monitor::FetchStored() {
 void Monitor::NoteReplaced(std::int64_t lost, const Now& now) {
   if (lost <= 0) return;
   incidents_.Once(Incident::CaptureLost,
-                  RecordsText(lost) +
+                  RecordCount(lost) +
                       " of the sensor's series were replaced before they could be "
                       "fetched.",
                   now.wall, now.wall, lost);

@@ -62,11 +62,7 @@ TEST(AccountOf, AlarmsThatStandAreThoseThatAreOpenInTheJournal) {
 TEST(JudgedLevels, OutlastARestart) {
   MonitoredWorld world(
       "bench = b\nsensor = s\nevery = 10 s\n[capture]\nbands = x.csv\n[judge]\nalarm = 2 of 2\n");
-  BandTable table;
-  table(kFLowField, 2, 0) = 10;
-  table(kFHighField, 2, 0) = 200;
-  table(Alarm1Field(Axis::Y), 2, 0) = 50;
-  world.bands = {table};
+  world.bands = {BandsThatYExceeds()};
   world.Start();
   world.Run(5s);
   EXPECT_THAT(world.publisher.alarms, IsEmpty()) << "one level is none";

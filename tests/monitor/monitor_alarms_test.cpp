@@ -63,11 +63,7 @@ TEST(Monitor, AnAlarmThatThePublisherDoesNotTakeIsToldAgain) {
 TEST(Monitor, LevelsAreJudgedByTheBandsOfThePlan) {
   MonitoredWorld world(
       "bench = b\nsensor = s\nevery = 10 s\n[capture]\nbands = x.csv\n[judge]\nalarm = 2 of 3\n");
-  BandTable table;
-  table(kFLowField, 2, 0) = 10;
-  table(kFHighField, 2, 0) = 200;
-  table(Alarm1Field(Axis::Y), 2, 0) = 50;
-  world.bands = {table};
+  world.bands = {BandsThatYExceeds()};
   world.Start();
   world.Run(45s);
   ASSERT_EQ(world.publisher.alarms.size(), 1U);

@@ -17,6 +17,15 @@ namespace kestrel::monitor {
 inline constexpr const char* kPlan =
     "bench = Hall 3\nsensor = Pump 7\nevery = 10 s\n[capture]\naverages = 2\n";
 
+// A band of Y at option 0 that warns of what is measured on a running machine.
+inline BandTable BandsThatYExceeds() {
+  BandTable table;
+  table(kFLowField, 2, 0) = 10;
+  table(kFHighField, 2, 0) = 200;
+  table(Alarm1Field(Axis::Y), 2, 0) = 50;
+  return table;
+}
+
 inline std::vector<archive::JournalEntry> Entries(MonitoredWorld& world,
                                                   const std::string& kind = "") {
   auto archive = world.OpenArchive();

@@ -11,6 +11,7 @@
 #include "archive/rescue.h"
 #include "cli/archive/archive_report.h"
 #include "cli/record_report.h"
+#include "record/record_count.h"
 
 namespace kestrel {
 namespace {
@@ -27,10 +28,6 @@ KeptRecord Found(Archive& archive, std::int64_t id) {
   auto record = archive.Get(id);
   if (!record) throw RuntimeError("There is no record " + std::to_string(id) + " in the archive.");
   return std::move(*record);
-}
-
-std::string RecordsText(std::int64_t count) {
-  return std::to_string(count) + (count == 1 ? " record" : " records");
 }
 
 const archive::Place& ChosenPlace(const Session& session) {
@@ -176,7 +173,7 @@ ExitCode ArchiveCommand::Check(const Session& session, const Output& output) {
   if (output.json) {
     output.Write({{"damage", damage}});
   } else if (damage.empty()) {
-    output.out << RecordsText(archive.Count()) << ", nothing is damaged.\n";
+    output.out << RecordCount(archive.Count()) << ", nothing is damaged.\n";
   } else {
     for (const std::string& line : damage) output.out << line << '\n';
   }
@@ -193,7 +190,7 @@ ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
                   {"without_source", rescued.withoutSource},
                   {"journal_whole", rescued.isJournalWhole}});
   } else {
-    output.out << RecordsText(rescued.kept) << " kept, " << rescued.lost << " could not be read.\n";
+    output.out << RecordCount(rescued.kept) << " kept, " << rescued.lost << " could not be read.\n";
     if (rescued.withoutSource > 0) {
       output.out << "Of " << rescued.withoutSource
                  << " of them the sensor, the program and the bench could not be read.\n";

@@ -6,7 +6,6 @@
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 #include <cstring>
-#include <filesystem>
 #include <utility>
 
 #include "cli/archive/archive_report.h"
@@ -14,6 +13,7 @@
 #include "exchange/kept_note.h"
 #include "exchange/texts.h"
 #include "numeric/hash.h"
+#include "record/record_count.h"
 #include "record/utc_time.h"
 #include "seams/path_text.h"
 
@@ -83,11 +83,11 @@ void ExportWord::Run(Session& session, const Output& output, Archive& archive) c
   }
   const auto content = Exported(records, *exchange::FormatNamed(format_));
   if (!content) throw RuntimeError(content.Why().Text());
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(file_)), *content);
+  session.station.FilesHere().ReplaceWhole(AbsolutePathOf(file_), *content);
   if (output.json) {
     output.Write({{"file", file_}, {"records", ids}});
   } else {
-    output.out << file_ << ": " << ids.size() << (ids.size() == 1 ? " record\n" : " records\n");
+    output.out << file_ << ": " << RecordCount(std::ssize(ids)) << '\n';
   }
 }
 
@@ -113,14 +113,13 @@ void ImportWord::Run(Session& session, const Output& output, Archive& archive,
   if (output.json) {
     output.Write({{"imported", records.size()}});
   } else {
-    output.out << records.size() << (records.size() == 1 ? " record\n" : " records\n");
+    output.out << RecordCount(std::ssize(records)) << '\n';
   }
 }
 
 void ImportWord::AddRecords(Session& session, const std::string& file,
                             std::vector<NewRecord>& records) const {
-  const auto content =
-      session.station.FilesHere().Read(std::filesystem::absolute(PathOf(file)), kLargestFile);
+  const auto content = session.station.FilesHere().Read(AbsolutePathOf(file), kLargestFile);
   if (!content) throw RuntimeError("The file " + file + " cannot be read.");
   const auto imported = exchange::Imported(file, *content);
   if (!imported) throw RuntimeError(imported.Why().Text());

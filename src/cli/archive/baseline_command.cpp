@@ -6,7 +6,6 @@
 #include <CLI/Formatter.hpp>
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 #include "alarms/alarm_file.h"
 #include "baseline/evidence.h"
@@ -82,7 +81,7 @@ std::string BaselineCommand::Misuse() const {
 // The bands that are worked on, those of the other options with them.
 Result<BandTable> BaselineCommand::Table(Session& session) const {
   if (!bandsFile_.empty()) {
-    return ReadBandFile(session.station.FilesHere(), std::filesystem::absolute(PathOf(bandsFile_)));
+    return ReadBandFile(session.station.FilesHere(), AbsolutePathOf(bandsFile_));
   }
   if (!NeedsSensor()) return BandTable{};
   auto table = session.station.Bands().Read();
@@ -151,13 +150,13 @@ void BaselineCommand::WriteFiles(Session& session, const Workbench& bench, const
                                  Json& done) const {
   Files& files = session.station.FilesHere();
   if (!saveFile_.empty()) {
-    const auto file = std::filesystem::absolute(PathOf(saveFile_));
+    const auto file = AbsolutePathOf(saveFile_);
     files.ReplaceWhole(file, AlarmFileText(result));
     done["saved"] = file.string();
   }
   if (evidenceFile_.empty()) return;
   const report::Report evidence = EvidenceOf(bench, OriginOf(session));
-  const auto file = std::filesystem::absolute(PathOf(evidenceFile_));
+  const auto file = AbsolutePathOf(evidenceFile_);
   files.ReplaceWhole(file, evidenceFile_.ends_with(".csv") ? baseline::EvidenceCsv(evidence)
                                                            : baseline::EvidenceText(evidence));
   done["evidence"] = file.string();

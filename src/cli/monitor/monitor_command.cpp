@@ -4,7 +4,6 @@
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
-#include <filesystem>
 #include <ostream>
 
 #include "acquisition/readings.h"
@@ -64,8 +63,7 @@ void MonitorCommand::SayMistakes(const Surroundings& surroundings, const Output&
 
 std::optional<MonitorRun> MonitorCommand::Read(const Surroundings& surroundings,
                                                const Output& output) const {
-  const auto content =
-      surroundings.files.Read(std::filesystem::absolute(PathOf(file_)), monitor::kLargestPlan + 1);
+  const auto content = surroundings.files.Read(AbsolutePathOf(file_), monitor::kLargestPlan + 1);
   if (!content) {
     surroundings.error << "The plan " << file_ << " cannot be read.\n";
     return std::nullopt;
@@ -76,8 +74,7 @@ std::optional<MonitorRun> MonitorCommand::Read(const Surroundings& surroundings,
     return std::nullopt;
   }
   MonitorRun run{.plan = std::get<monitor::Plan>(std::move(read))};
-  auto bands = monitor::BandsOf(run.plan, surroundings.files,
-                                std::filesystem::absolute(PathOf(file_)).parent_path());
+  auto bands = monitor::BandsOf(run.plan, surroundings.files, AbsolutePathOf(file_).parent_path());
   if (const auto* mistakes = std::get_if<monitor::Mistakes>(&bands)) {
     SayMistakes(surroundings, output, *mistakes);
     return std::nullopt;

@@ -11,6 +11,7 @@
 #include "cli/archive/archive_command.h"
 #include "cli/archive/archive_options.h"
 #include "cli/word_choice.h"
+#include "record/record_count.h"
 #include "seams/path_text.h"
 
 namespace kestrel {
@@ -34,7 +35,7 @@ std::vector<archive::KeptRecord> RecordsOf(const Session& session,
 }
 
 void Put(Session& session, const std::string& file, const std::string& content) {
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(file)), content);
+  session.station.FilesHere().ReplaceWhole(AbsolutePathOf(file), content);
 }
 
 }  // namespace
@@ -70,8 +71,7 @@ ExitCode ReportCommand::Run(Session& session, const Output& output) {
                   {"plots", std::vector(files.begin() + 1, files.end())}});
     return ExitCode::Success;
   }
-  output.out << files.front() << ": " << ids_.size()
-             << (ids_.size() == 1 ? " record\n" : " records\n");
+  output.out << files.front() << ": " << RecordCount(std::ssize(ids_)) << '\n';
   for (auto file = files.begin() + 1; file != files.end(); ++file) output.out << *file << '\n';
   return ExitCode::Success;
 }

@@ -100,9 +100,9 @@ ExitCode SetupCommand::Run(Session& session, const Output& output) {
 }
 
 std::optional<setup::Setup> SetupCommand::Given(Session& session) const {
-  const auto found =
-      file_.empty() ? StoreOf(session).Load(name_)
-                    : setup::LoadSetup(session.station.FilesHere(), fs::absolute(PathOf(file_)));
+  const auto found = file_.empty()
+                         ? StoreOf(session).Load(name_)
+                         : setup::LoadSetup(session.station.FilesHere(), AbsolutePathOf(file_));
   if (found) return *found;
   session.Say(found.Why().Text());
   return std::nullopt;
@@ -121,7 +121,7 @@ bool SetupCommand::MayKeep(Session& session, setup::SetupStore& store,
 
 ExitCode SetupCommand::Save(Session& session, const Output& output) {
   auto store = StoreOf(session);
-  const fs::path file = file_.empty() ? fs::path() : fs::absolute(PathOf(file_));
+  const fs::path file = file_.empty() ? fs::path() : AbsolutePathOf(file_);
   Files& files = session.station.FilesHere();
   if (file.empty() && !MayKeep(session, store, name_)) return ExitCode::Failure;
   if (!file.empty() && !replace_ && files.Read(file, 0)) {
@@ -189,7 +189,7 @@ ExitCode SetupCommand::Export(Session& session, const Output& output) {
     session.Say(saved.Why().Text());
     return ExitCode::Failure;
   }
-  const fs::path file = fs::absolute(PathOf(file_));
+  const fs::path file = AbsolutePathOf(file_);
   Files& files = session.station.FilesHere();
   if (!replace_ && files.Read(file, 0)) {
     session.Say("There is a file " + TextOf(file) + " already; --replace replaces it.");
@@ -200,7 +200,7 @@ ExitCode SetupCommand::Export(Session& session, const Output& output) {
 }
 
 ExitCode SetupCommand::Import(Session& session, const Output& output) {
-  auto found = setup::LoadSetup(session.station.FilesHere(), fs::absolute(PathOf(file_)));
+  auto found = setup::LoadSetup(session.station.FilesHere(), AbsolutePathOf(file_));
   if (!found) {
     session.Say(found.Why().Text());
     return ExitCode::Failure;

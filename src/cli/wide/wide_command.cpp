@@ -7,7 +7,6 @@
 #include <CLI/Validators.hpp>
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 
 #include "archive/wide_sets.h"
 #include "cli/archive/archive_command.h"
@@ -146,8 +145,7 @@ void WideCommand::Write(Session& session, const Output& output, WideReport repor
   report.withData = withData_;
   WriteWide(output, report);
   if (csv_.empty()) return;
-  session.station.FilesHere().ReplaceWhole(std::filesystem::absolute(PathOf(csv_)),
-                                           WideCsv(report));
+  session.station.FilesHere().ReplaceWhole(AbsolutePathOf(csv_), WideCsv(report));
 }
 
 ExitCode WideCommand::List(const Session& session, const Output& output) {
