@@ -96,6 +96,9 @@ void CheckEnd(ExitCode end, const std::vector<std::string>& arguments, const std
     case ExitCode::NotNew:
       Require(!error.empty(), "a failure is explained");
       return;
+    case ExitCode::Different:
+      Require(!out.empty(), "a difference is shown");
+      return;
     case ExitCode::Interrupted:
       return;
   }

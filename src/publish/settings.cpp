@@ -66,11 +66,11 @@ class Reader {
  public:
   void Take(const SettingLine& line) {
     line_ = line;
-    if (!seen_.insert(line.key).second) return Say("stands there twice");
+    if (!seen_.insert(line.key).second) return SayOfKey("stands here a second time");
     if (!TakeBroker(line) && !TakeOther(line)) {
-      mistakes_.push_back({line.line, Quoted(line.key) +
-                                          " is not one of broker, port, user, password_file, tls, "
-                                          "ca, metrics, command, command_limit"});
+      SayOfKey(
+          "is not one of broker, port, user, password_file, tls, ca, metrics, command, "
+          "command_limit");
     }
   }
 
@@ -87,6 +87,11 @@ class Reader {
 
  private:
   void Say(const std::string& what) { mistakes_.push_back({line_.line, line_.key + ": " + what}); }
+
+  // Of a key that may be anything.
+  void SayOfKey(const std::string& what) {
+    mistakes_.push_back({line_.line, Quoted(line_.key) + " " + what});
+  }
 
   bool TakeBroker(const SettingLine& line) {
     if (line.key == "broker") {

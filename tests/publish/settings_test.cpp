@@ -3,6 +3,7 @@
 #include "publish/settings.h"
 
 #include "numeric/runtime_error.h"
+#include "publish/names.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel::publish {
@@ -77,7 +78,7 @@ TEST(PublishSettings, EveryMistakeIsToldWithItsLineAndValue) {
       {17, R"(command_limit: "0" is not a number of seconds from 1 to 3600)"},
       {18,
        R"("brokr" is not one of broker, port, user, password_file, tls, ca, metrics, command, command_limit)"},
-      {19, "broker: stands there twice"}};
+      {19, R"("broker" stands here a second time)"}};
   EXPECT_EQ(Mistakes({{"broker", "a b"},
                       {"port", "70000"},
                       {"user", ""},
@@ -105,6 +106,18 @@ TEST(PublishSettings, AHostileValueIsToldInOneShortLine) {
   const std::string what = Mistakes({{"metrics", "\n" + std::string(10'000, 'x')}}).front().what;
   EXPECT_LT(what.size(), 300U);
   EXPECT_EQ(what.find('\n'), std::string::npos);
+}
+
+TEST(PublishSettings, AHostileKeyIsToldInShortLinesOfCharacters) {
+  const std::string key = "\x9C\xE1\n" + std::string(10'000, 'x');
+  const auto mistakes = Mistakes({{key, "1"}, {key, "1"}});
+  ASSERT_EQ(mistakes.size(), 2U);
+  EXPECT_TRUE(mistakes[0].what.ends_with("command_limit")) << mistakes[0].what;
+  EXPECT_TRUE(mistakes[1].what.ends_with(" stands here a second time")) << mistakes[1].what;
+  for (const SettingMistake& mistake : mistakes) {
+    EXPECT_LT(mistake.what.size(), 300U);
+    EXPECT_EQ(CleanText(mistake.what, mistake.what.size()), mistake.what);
+  }
 }
 
 std::optional<std::string> NoVariable(const char*) {
