@@ -13,11 +13,11 @@ import kestrel
 
 
 def main(words: list[str] | None = None) -> None:
-    """Reads the rows of an archive, not its points, and summarises them."""
+    """Reads the records of an archive, without their points, and summarises them."""
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--archive", help="the user's own where none is told")
-    parser.add_argument("--machine", help="of this machine alone")
-    parser.add_argument("--out", default="levels.csv")
+    parser.add_argument("--archive", help="file or server; your own archive if not given")
+    parser.add_argument("--machine", help="only records of this machine")
+    parser.add_argument("--out", default="levels.csv", help="file of the table")
     chosen = parser.parse_args(words)
 
     filter = {} if chosen.machine is None else {"machine": chosen.machine}
@@ -33,7 +33,7 @@ def main(words: list[str] | None = None) -> None:
 
 
 def row_of(kept: kestrel.ArchivedRecord) -> dict[str, object]:
-    """What a record tells without its points."""
+    """What is known of a record without its points."""
     record = kept.record
     row: dict[str, object] = {
         "id": kept.id, "taken": kept.taken, "machine": kept.machine, "point": kept.point,

@@ -1,4 +1,4 @@
-"""First capture: what the sensor feels, in three lines and a picture.
+"""First capture: the level and the largest peaks of each axis, and the record in a file.
 
     python3 first_capture.py --simulate
 """
@@ -14,7 +14,7 @@ def main(words: list[str] | None = None) -> None:
     """Captures once, prints levels and the largest peaks, and saves the record."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use the simulated sensor")
-    parser.add_argument("--out", default="first_capture.uff", help="file of the record")
+    parser.add_argument("--out", default="first_capture.uff", help="file for the record")
     chosen = parser.parse_args(words)
 
     with kestrel.open(simulate=chosen.simulate) as sensor:

@@ -1,4 +1,4 @@
-"""Long watch: a capture every so often, kept in an archive, with a plot that goes along.
+"""Long watch: captures at an interval, kept in an archive, with a plot drawn anew each time.
 
 Ctrl-C ends it; what was captured is kept.
 
@@ -21,11 +21,12 @@ def main(words: list[str] | None = None) -> None:
     """Watches until the count is reached or Ctrl-C is pressed."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use the simulated sensor")
-    parser.add_argument("--count", type=int, help="end after so many captures")
-    parser.add_argument("--interval", type=float, default=60.0, help="seconds from start to start")
-    parser.add_argument("--archive", default="watch.db")
-    parser.add_argument("--plot", default="watch.png")
-    parser.add_argument("--machine", default="")
+    parser.add_argument("--count", type=int, help="end after this many captures")
+    parser.add_argument("--interval", type=float, default=60.0,
+                        help="seconds from the start of a capture to that of the next")
+    parser.add_argument("--archive", default="watch.db", help="file or server")
+    parser.add_argument("--plot", default="watch.png", help="file of the plot")
+    parser.add_argument("--machine", default="", help="name of the machine")
     chosen = parser.parse_args(words)
 
     scenario = "bearing-fault" if chosen.simulate else ""

@@ -20,8 +20,8 @@ def main(words: list[str] | None = None) -> None:
     """Measures the density of the noise of each axis."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use a simulated sensor at rest")
-    parser.add_argument("--captures", type=int, default=10)
-    parser.add_argument("--range", type=int, default=1, help="full scale, g")
+    parser.add_argument("--captures", type=int, default=10, help="number of captures")
+    parser.add_argument("--range", type=int, default=1, help="full scale in g: 1, 5, 20 or 70")
     chosen = parser.parse_args(words)
 
     scenario = "at-rest" if chosen.simulate else ""

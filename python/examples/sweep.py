@@ -14,11 +14,11 @@ HEAD = ["range_g", "window", "axis", "rms_g", "largest_g", "largest_hz", "notice
 
 
 def main(words: list[str] | None = None) -> None:
-    """Goes through all ranges and windows and writes what each capture told."""
+    """Goes through all ranges and windows and writes the levels of each capture."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use the simulated sensor")
-    parser.add_argument("--averages", type=int, default=4)
-    parser.add_argument("--out", default="sweep.csv")
+    parser.add_argument("--averages", type=int, default=4, help="FFT averages, 1 to 255")
+    parser.add_argument("--out", default="sweep.csv", help="file of the table")
     chosen = parser.parse_args(words)
 
     plan = [{"mode": "manual", "range": g, "window": window, "averages": chosen.averages}
@@ -38,7 +38,7 @@ def main(words: list[str] | None = None) -> None:
 
 
 def rows_of(record: kestrel.Record) -> list[list[object]]:
-    """A row an axis."""
+    """One row per axis."""
     rows: list[list[object]] = []
     for axis in kestrel.AXES:
         level = record.levels(axis)

@@ -22,8 +22,9 @@ def main(words: list[str] | None = None) -> None:
     """Captures with both at the same time and compares levels."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use two simulated sensors")
-    parser.add_argument("--adapters", type=int, nargs=2, default=(0, 1))
-    parser.add_argument("--captures", type=int, default=5)
+    parser.add_argument("--adapters", type=int, nargs=2, default=(0, 1),
+                        help="numbers of the two USB adapters, 0 to 3")
+    parser.add_argument("--captures", type=int, default=5, help="captures of each sensor")
     chosen = parser.parse_args(words)
 
     roads: list[dict[str, Any]] = [{"adapter": number} for number in chosen.adapters]
@@ -38,7 +39,7 @@ def main(words: list[str] | None = None) -> None:
 
 
 def records_of(road: dict[str, Any], count: int) -> list[kestrel.Record]:
-    """Captures of one sensor; runs in a process of its own."""
+    """Takes captures with one sensor; runs in a process of its own."""
     with kestrel.open(**road) as sensor:
         sensor.settings.update(mode="manual", range=20, window="hanning", averages=4)
         return list(sensor.captures(count))

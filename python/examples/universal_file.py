@@ -18,10 +18,10 @@ import kestrel
 
 
 def main(words: list[str] | None = None) -> None:
-    """Saves a capture and proves that what is read is what was captured."""
+    """Saves a capture, reads the file and compares its values with the record."""
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--simulate", action="store_true", help="use the simulated sensor")
-    parser.add_argument("--out", default="record.uff")
+    parser.add_argument("--out", default="record.uff", help="file for the record")
     chosen = parser.parse_args(words)
 
     with kestrel.open(simulate=chosen.simulate) as sensor:

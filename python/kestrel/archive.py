@@ -30,9 +30,10 @@ class Archive:
 
     Notes
     -----
-    It may be used from one thread at a time: another one that calls in
-    meanwhile gets a `BusyError`. Reads and writes let other threads run. After
-    a fork the child opens one of its own.
+    It may be used from one thread at a time: another one that calls it
+    meanwhile gets a `BusyError`. Other threads run while it reads and writes.
+    After a fork it belongs to the parent; the child gets a `ClosedError` and
+    opens one of its own.
     """
 
     __slots__ = ("__weakref__", "_core", "_place")
@@ -50,7 +51,7 @@ class Archive:
         self.close()
 
     def close(self) -> None:
-        """Lets it go; once more does nothing."""
+        """Closes the archive; closing it again does nothing."""
         self._core.close()
 
     @property
@@ -67,26 +68,26 @@ class Archive:
 
     @called_as(searches.search)
     def search(self, **filter: Any) -> list[int]:
-        """Numbers of records, the latest first.
+        """Finds records; returns their numbers, the latest first.
 
         Parameters
         ----------
         since, until : datetime, optional
-            With a zone. Taken then or later, and before.
+            Taken at `since` or later, and before `until`; each with a time zone.
         machine, point, bench, tag : str, optional
-            As they were told, to the letter.
+            Exactly as the record has it.
         text : str, optional
-            In machine, point, note or a tag.
+            Found in machine, point, note or a tag.
         kind : {"spectrum", "time"}, optional
         option : int, optional
-            Sample-rate option.
+            Sample-rate option, 0 to 3.
         range : int, optional
-            g.
+            Full scale in g: 1, 5, 20 or 70.
         window : {"rectangular", "hanning", "flattop"}, optional
         alarm, simulated : bool, optional
-            Whether some band's alarm was on; whether the sensor was simulated.
+            Whether the alarm of any band was on; whether the sensor was simulated.
         deleted : bool, optional
-            Those that were deleted, and no others.
+            True: deleted records, and no others.
 
         Returns
         -------
@@ -98,12 +99,12 @@ class Archive:
         return memoryview(self._core.find(filter_codes(filter))).cast("q")
 
     def read(self, id: int) -> ArchivedRecord:
-        """A record with its points.
+        """Reads a record with its points.
 
         Raises
         ------
         ArchiveError
-            Where there is none of this number.
+            Where there is no record of this number.
         """
         number = id_of(id)
         told = self._core.get(number)
@@ -113,7 +114,7 @@ class Archive:
 
     @called_as(searches.search)
     def read_all(self, **filter: Any) -> Iterator[ArchivedRecord]:
-        """Records with their points, as `search` finds them; one at a time is in memory."""
+        """Reads the records that `search` finds, with their points; one at a time is in memory."""
         return self._each(self._found(filter))
 
     def _each(self, ids: memoryview) -> Iterator[ArchivedRecord]:
@@ -124,7 +125,7 @@ class Archive:
 
     @called_as(searches.search)
     def list(self, **filter: Any) -> Iterator[ArchivedRecord]:
-        """Records without their points, as `search` finds them."""
+        """Reads the records that `search` finds, without their points, which is fast."""
         return self._listed(self._found(filter))
 
     def _listed(self, ids: memoryview) -> Iterator[ArchivedRecord]:
@@ -136,15 +137,15 @@ class Archive:
         return self._core.count()
 
     def machines(self) -> Sequence[str]:
-        """Machines told so far, sorted."""
+        """Names of the machines so far, sorted."""
         return self._core.machines()
 
     def points(self, machine: str) -> Sequence[str]:
-        """Points told so far of a machine, sorted."""
+        """Names of a machine's points so far, sorted."""
         return self._core.points(values.text("machine", machine))
 
     def damage(self) -> Sequence[str]:
-        """What is damaged, a line each."""
+        """Looks for damage: one line for each thing that is damaged, none where all is whole."""
         return self._core.damage()
 
     # Written.
@@ -156,18 +157,20 @@ class Archive:
         Parameters
         ----------
         record : Record or ArchivedRecord
-            What was told of one of another archive is told of it here too.
+            The remarks of an archived record are kept with it, but for those
+            that are given here.
         machine, point, orientation : str
-            Where it was taken, and where the axes point: "X radial, Z axial".
+            What and where was measured, and where the axes point: "X radial, Z
+            axial".
         rpm : float or None
-            Speed of the shaft, 1/min.
+            Speed of the shaft, 1/min; None where it is not known.
         note : str
         tags : str or sequence of str
 
         Returns
         -------
         int
-            Its number.
+            Its number in this archive.
         """
         return self._core.keep(*noted(record, remark_values(remarks)))
 
@@ -179,8 +182,9 @@ class Archive:
         ----------
         records : iterable of Record or ArchivedRecord
         machine, point, orientation : str
-            Told of each of them, as `write` does.
+            As in `write`, the same for each of them.
         rpm : float or None
+            Speed of the shaft, 1/min.
         note : str
         tags : str or sequence of str
         """
@@ -189,23 +193,23 @@ class Archive:
 
     @called_as(searches.amend)
     def amend(self, ids: int | Iterable[int], **remarks: Any) -> None:
-        """Changes what was told of records; what is not told stays. All or none.
+        """Changes remarks of records, of all or of none; what is left out stays.
 
         Parameters
         ----------
         ids : int or iterable of int
         machine, point, orientation : str
         rpm : float or None
-            None: it is not known.
+            Speed of the shaft, 1/min; None where it is not known.
         note : str
         tags : str or sequence of str
-            In place of those it had.
+            In place of those that each had.
         """
         told = remark_values(remarks)
         self._core.amend(self._there(ids), told)
 
     def delete(self, ids: int | Iterable[int], *, for_good: bool = False) -> None:
-        """Deletes records, so that they can be brought back; or for good."""
+        """Deletes records; `bring_back` undoes it, unless they are deleted for good."""
         is_for_good = values.flag("for_good", for_good)
         chosen = self._there(ids)
         if is_for_good:
@@ -237,16 +241,16 @@ class Archive:
         ----------
         of : {"rms", "peak", "temperature", "supply"}
         axis : {"x", "y", "z"}
-            Of an RMS or a peak.
+            Axis of an RMS or a peak.
         low, high : float, optional
-            Of a band of spectra, Hz.
+            Ends of a band of the spectrum, Hz; left out: the whole spectrum.
         near : float, optional
-            The largest peak near this frequency, Hz.
+            Follows the largest peak near this frequency, Hz.
         within : float, optional
-            How far from it, Hz; 1 % where not told.
+            How far from it at most, Hz; left out: 1 % of it.
         since, until, machine, point, bench, tag, text
         kind, option, range, window, alarm, simulated, deleted
-            Of which records, as `search` takes them.
+            Which records, as in `search`.
 
         Returns
         -------
@@ -259,25 +263,27 @@ class Archive:
     def baseline(self, good: RecordSet, bad: RecordSet | None = None, *, bands: BandTable | None = None,
                  sigma: float = 3.0, percentile: Literal[95, 99] | None = None,
                  at_least: float = 1.5, fault_above: float = 3.0) -> Baseline:
-        """Thresholds of alarm bands from records that are known to be good.
+        """Proposes thresholds of the alarm bands from records that are known to be good.
 
         Parameters
         ----------
         good : RecordSet
             Which records are good: {"tag": "good"}, {"ids": [3, 4, 5]}.
         bad : RecordSet, optional
-            Which are bad.
+            Which are known to be bad.
         bands : BandTable, optional
-            Whose bins are taken; six that adjoin where none are set.
+            Bands whose bins are used; where none are set, six that adjoin.
         sigma : float
-            Warning at the mean of the decibels and so many standard deviations.
+            The warning lies this many standard deviations of the good records'
+            decibels above their mean.
         percentile : {95, 99}, optional
-            Warning at what so many percent of all records keep to, said with
-            95 % confidence, in place of it.
+            In place of `sigma`: the warning lies at the level that this
+            percentage of all records stays below, with 95 % confidence.
         at_least : float
-            dB above the mean, however small the deviation.
+            The warning lies at least this many dB above the mean, however small
+            the deviation.
         fault_above : float
-            dB of the fault above the warning.
+            The fault lies this many dB above the warning.
 
         Returns
         -------
@@ -286,7 +292,7 @@ class Archive:
         Raises
         ------
         CannotTell
-            Where there are too few records.
+            Where there are too few good records.
         """
         from kestrel.baseline import propose
         return propose(self._core, good, bad, bands, sigma, percentile, at_least, fault_above)
@@ -302,10 +308,11 @@ def open_archive(place: str | os.PathLike[str] | None = None, *, read_only: bool
     Parameters
     ----------
     place : str or path, optional
-        A file, or a server (postgresql://...); usually the user's own archive.
-        A file that is not there is made, unless it is only read.
+        A file, or a server (postgresql://...); left out: the user's own
+        archive, which the program keeps too. A missing file is made, but not
+        for reading only.
     read_only : bool
-        Changes nothing.
+        Opens it for reading only.
 
     Returns
     -------
@@ -314,14 +321,14 @@ def open_archive(place: str | os.PathLike[str] | None = None, *, read_only: bool
     Raises
     ------
     ArchiveError
-        Names the place and the cure.
+        Names the place and says what to do.
     """
     chosen = _kestrel.usual_archive() if place is None else values.path(place)
     if place is not None and not chosen:
         raise ArchiveError("place is empty; name a file or a server.")
     if not chosen:
-        raise ArchiveError("No home of the user is known that an archive could be in; name a "
-                           "place.")
+        raise ArchiveError("The user's data folder, where the archive usually is, is not known: "
+                           "name a place.")
     core = _kestrel.Archive(chosen, not values.flag("read_only", read_only))
     standing.stands(core)
     return Archive(core, chosen)

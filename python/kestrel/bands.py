@@ -33,8 +33,8 @@ class Band:
     low, high : int
         First and last bin, 0 to 255.
     warning, fault : tuple of 3 int
-        Thresholds of alarm 1 and alarm 2 of X, Y, Z: codes of the range that is
-        set, 0 for none.
+        Thresholds of alarm 1 and alarm 2 for X, Y, Z, in codes of the range that
+        is set; 0 for none. `Bands.g_per_code` tells what a code is worth.
     """
 
     option: int
@@ -53,8 +53,8 @@ class Band:
         for name in ("warning", "fault"):
             codes = getattr(self, name)
             if not isinstance(codes, Sequence) or len(codes) != len(values.AXES):
-                raise SettingError(f"{where}{name} is {values.shown(codes)}; it is three codes, of "
-                                   "X, Y, Z.")
+                raise SettingError(f"{where}{name} is {values.shown(codes)}; it must be three codes, "
+                                   "for X, Y and Z.")
             self._keep(name, tuple(values.whole(where + name, code, _CODES) for code in codes))
 
     def _keep(self, name: str, value: object) -> None:
@@ -84,7 +84,7 @@ class BandTable:
     Parameters
     ----------
     bands : iterable of Band
-        What is not among them is not set.
+        Bands that are left out are not set.
 
     Examples
     --------
@@ -102,13 +102,13 @@ class BandTable:
 
     @classmethod
     def of_rows(cls, rows: Iterable[Iterable[int]]) -> BandTable:
-        """From rows of option, band, low, high and six thresholds."""
+        """Makes a table of rows of option, band, low, high and six thresholds."""
         table = cls()
         for place, each in enumerate(rows, 1):
             row = list(each)
             if len(row) != 10:
-                raise SettingError(f"row {place} has {len(row)} values; it has 10: option, band, "
-                                   "low, high, and alarm 1 and alarm 2 of X, Y, Z.")
+                raise SettingError(f"row {place} has {len(row)} values; it must have 10: option, "
+                                   "band, low, high, and alarm 1 and alarm 2 of X, Y, Z.")
             band = Band(row[0], row[1], row[2], row[3], (row[4], row[5], row[6]),
                         (row[7], row[8], row[9]))
             table._bands[band.option, band.number] = band
@@ -121,12 +121,13 @@ class BandTable:
 
     @classmethod
     def load(cls, path: str | os.PathLike[str]) -> BandTable:
-        """The bands of an alarm file.
+        """Reads the bands of an alarm file.
 
         Raises
         ------
         FileError
-            With the path, the line and the value where it is none.
+            Where it is not an alarm file: it names the path, the line and the
+            value.
         """
         return cls.of_rows(_kestrel.bands_of_file(os.path.abspath(values.path(path))))
 
@@ -165,13 +166,14 @@ class BandTable:
         Parameters
         ----------
         option, number : int
+            0 to 3 and 1 to 6.
         **changes
-            low, high, warning, fault.
+            New values of low, high, warning and fault.
         """
         return BandTable([*self, replace(self[option, number], **changes)])
 
     def to_pandas(self) -> pd.DataFrame:
-        """A data frame with a row a band. Needs pandas."""
+        """A data frame with one row per band. Needs pandas."""
         from kestrel.tables import frame_of_bands
         return frame_of_bands(self)
 
@@ -190,7 +192,7 @@ class Bands:
         self._core = core
 
     def read(self) -> BandTable:
-        """All bands of the sensor."""
+        """Reads all bands of the sensor."""
         return BandTable.of_rows(self._core.read_bands())
 
     def write(self, table: BandTable) -> str:
@@ -199,7 +201,7 @@ class Bands:
         Returns
         -------
         str
-            How it ended.
+            How it ended, for people.
         """
         return self._core.write_bands(values.made("table", table, BandTable).rows())
 
@@ -209,12 +211,12 @@ class Bands:
         Returns
         -------
         str
-            How it ended.
+            How it ended, for people.
         """
         return self._core.clear_bands()
 
     @property
     def g_per_code(self) -> float:
-        """g that one code of a threshold is worth at the range that is set."""
+        """What one code of a threshold is worth in g, at the range that is set."""
         self._core.configure({})
         return self._core.g_per_code()

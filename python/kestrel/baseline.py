@@ -18,14 +18,14 @@ __all__ = ["Baseline"]
 
 @dataclass(frozen=True, eq=False)
 class Baseline:
-    """What is proposed, and what it does to the records.
+    """Proposed thresholds, and the alarms they would have raised.
 
     Attributes
     ----------
     bands : BandTable
         With the thresholds that are proposed, in codes of the records' range.
     told : mapping
-        Sets, thresholds and replay as ``kestrel-cli --json baseline`` tells
+        Sets, thresholds and replay as ``kestrel-cli --json baseline`` reports
         them.
     """
 
@@ -51,8 +51,8 @@ def propose(core: _kestrel.Archive, good: RecordSet, bad: RecordSet | None, band
 def _part(what: str, filter: RecordSet) -> dict[str, Any]:
     from kestrel.filters import filter_codes, ids_of
     if not isinstance(filter, Mapping):
-        raise TypeError(f"{what} is {values.shown(filter)}; it is a dict of what `Archive.search` "
-                        "takes.")
+        raise TypeError(f"{what} is {values.shown(filter)}; it must be a dict of keywords of "
+                        "`Archive.search`, or of ids.")
     chosen: dict[str, Any] = dict(filter)
     ids = chosen.pop("ids", None)
     part = filter_codes(chosen)

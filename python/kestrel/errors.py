@@ -17,12 +17,12 @@ __all__ = ["ArchiveError", "BusyError", "CannotTell", "ClosedError", "Error", "F
 
 
 class Error(Exception):
-    """What all exceptions of the package have in common.
+    """The base of all exceptions of the package except `Interrupted`.
 
     Parameters
     ----------
     text : str
-        What happened, what it means and what helps, for people.
+        What happened, what it means and what to do, for people.
 
     Attributes
     ----------
@@ -39,22 +39,22 @@ class Error(Exception):
 
 
 class SensorLost(Error):
-    """No sensor could be reached, or it was lost on the way.
+    """No sensor could be reached, or it was lost during a step.
 
     Close the sensor and open it again once it is attached.
     """
 
 
 class SensorRefused(Error):
-    """A step that the sensor cannot do as it is; it is still there."""
+    """The sensor did not do a step; the text says why. It is still connected."""
 
 
 class SettingError(Error, ValueError):
-    """A value that is not one of those that can be; the text names both."""
+    """A value that is not allowed; the text names it and what is allowed."""
 
 
 class UnknownName(SettingError, KeyError):
-    """A register, a field or a band of this name is not there; the text tells which are."""
+    """There is no register, field or band of this name; the text says which there are."""
 
 
 class ClosedError(Error):
@@ -71,7 +71,7 @@ class BusyError(Error):
 
 
 class ArchiveError(Error):
-    """The archive cannot be had or read; the text names place and cure."""
+    """The archive cannot be opened, read or written; the text says why and what to do."""
 
 
 class FileError(Error):
@@ -84,15 +84,16 @@ class CannotTell(Error):
     Attributes
     ----------
     title : str
-        What cannot be told from what.
+        What cannot be determined.
     reason : str
         Why, with the two numbers that decide.
     cure : str
-        What to do: "Capture at option 3".
+        What to do, for example "Capture at option 3."
     cure_option : int or None
-        The sample-rate option that would do.
+        The sample-rate option that would do; None where none is known.
     has, needs : float
-        The two numbers that decide, in `unit`; 0 where none do.
+        What the data have and what would be needed, in `unit`; both 0 where no
+        number decides.
     unit : str
         "Hz", "s", or empty.
     """
@@ -111,7 +112,7 @@ class CannotTell(Error):
 
 
 class WrongKind(CannotTell, AttributeError):
-    """What only records of the other kind have: the frequency of a time record."""
+    """Asked of the wrong kind of record: a time record has no `frequency`, a spectrum no `time`."""
 
 
 class Stopped(Error):
@@ -120,8 +121,8 @@ class Stopped(Error):
     Attributes
     ----------
     record : Record or None
-        What the sensor held after a capture was stopped: the data of the
-        record before, since data were not ready.
+        After a stopped capture what the sensor held, which is the data of the
+        record before: new ones were not ready. None for other steps.
     """
 
     def __init__(self, text: str, record: Record | None = None) -> None:
@@ -130,17 +131,17 @@ class Stopped(Error):
 
 
 class Interrupted(KeyboardInterrupt):
-    """Ctrl-C ended a capture as Stop does: the sensor is idle and can go on.
+    """Ctrl-C ended a capture as the Stop button does: the sensor is idle and can go on.
 
-    A kind of `KeyboardInterrupt`, so that a script that does not know it ends.
+    It is a `KeyboardInterrupt`: a script that does not catch it ends as usual.
 
     Attributes
     ----------
     text : str
         The same as ``str(error)``.
     record : Record or None
-        What the sensor held then; `Record.is_new` tells whether it is of this
-        capture.
+        What the sensor held then; `Record.is_new` tells whether it comes from
+        this capture.
     """
 
     def __init__(self, text: str, record: Record | None = None) -> None:

@@ -30,9 +30,9 @@ def _format_of(path: str, format: str | None) -> str:
     if isinstance(format, str) and format in formats():
         return format
     there = ", ".join(f"{name} ({ending})" for name, ending in formats().items())
-    known = "its ending tells no format" if format is None else (
+    known = "its ending tells no format; give one" if format is None else (
         f"there is no format {values.shown(format)}")
-    raise FileError(f"{path}: {known}. There are {there}.")
+    raise FileError(f"{path}: {known}. The formats are {there}.")
 
 
 def write_whole(path: str | os.PathLike[str], content: bytes) -> None:
@@ -69,9 +69,9 @@ def save(path: str | os.PathLike[str],
     Parameters
     ----------
     path : str or path
-        Its ending says the format.
+        Its ending tells the format.
     records : Record, ArchivedRecord, or an iterable of them
-        What was told of an archived record goes into the file too.
+        The remarks of an archived record go into the file too.
     format : str, optional
         One of `formats`, where the ending does not tell.
 
@@ -93,16 +93,16 @@ def save(path: str | os.PathLike[str],
 
 def load(path: str | os.PathLike[str], *, option: int | None = None, range: int | None = None,
          window: values.Window | None = None) -> list[Record]:
-    """Records of a data-log file, a universal file (58) or a WAV file.
+    """Reads the records of a data-log file, a universal file (58) or a WAV file.
 
     Parameters
     ----------
     path : str or path
     option : int, optional
-        Sample-rate option, where the file does not tell.
+        Sample-rate option, 0 to 3, where the file does not say.
     range : int, optional
-        Full scale in g, likewise.
-    window : str, optional
+        Full scale in g, 1, 5, 20 or 70, likewise.
+    window : {"rectangular", "hanning", "flattop"}, optional
         FFT window, likewise.
 
     Returns
@@ -112,8 +112,8 @@ def load(path: str | os.PathLike[str], *, option: int | None = None, range: int 
     Raises
     ------
     FileError
-        Names the file, the place in it and the value; or what it does not
-        tell.
+        Names the file, the place in it and the value; or what the file does not
+        say.
     """
     from kestrel.record import Record
     from kestrel.settings import codes_of

@@ -17,7 +17,7 @@ _IDS = range(-2**63, 2**63)
 
 
 class Remarks(TypedDict, total=False):
-    """What only the user knows of a record."""
+    """What only the user knows of a record, as `Archive.write` takes it."""
 
     machine: str
     point: str
@@ -28,7 +28,7 @@ class Remarks(TypedDict, total=False):
 
 
 class Filter(TypedDict, total=False):
-    """Which records are asked for; what is not there asks for nothing."""
+    """Which records are wanted, as `Archive.search` takes it; all where nothing is given."""
 
     since: datetime.datetime
     until: datetime.datetime
@@ -47,7 +47,7 @@ class Filter(TypedDict, total=False):
 
 
 class RecordSet(Filter, total=False):
-    """Records of a baseline: which are asked for, or some by their number in the archive."""
+    """Records of a baseline: a `Filter`, or `ids`, their numbers in the archive."""
 
     ids: Sequence[int]
 
@@ -77,7 +77,8 @@ def filter_codes(filter: Mapping[str, Any]) -> dict[str, Any]:
         if name in ("since", "until") and isinstance(value, datetime.datetime):
             told[name] = values.nanoseconds_of(name, value)
         elif name in ("since", "until"):
-            raise SettingError(f"{name} is {values.shown(value)}; it is a datetime with a zone.")
+            raise SettingError(f"{name} is {values.shown(value)}; it must be a datetime with a "
+                               "time zone.")
         elif name == "kind":
             told["is_time"] = values.code(name, value, {"spectrum": 0, "time": 1}) == 1
         elif name == "range":
@@ -91,7 +92,7 @@ def filter_codes(filter: Mapping[str, Any]) -> dict[str, Any]:
         elif name in ("machine", "point", "bench", "tag", "text"):
             told[name] = values.text(name, value)
         else:
-            raise SettingError(f"There is nothing to search by called {values.shown(name)}; there are "
+            raise SettingError(f"Records cannot be searched by {values.shown(name)}; they can by "
                                f"{', '.join(Filter.__annotations__)}.")
     return told
 
@@ -100,14 +101,14 @@ def remark_values(remarks: Mapping[str, Any]) -> dict[str, Any]:
     """Remarks as the archive takes them; SettingError names what cannot be."""
     unknown = set(remarks) - set(Remarks.__annotations__)
     if unknown:
-        raise SettingError(f"There is no remark {unknown.pop()!r}; there are "
+        raise SettingError(f"There is no remark {unknown.pop()!r}; the remarks are "
                            f"{', '.join(Remarks.__annotations__)}.")
     told: dict[str, Any] = {}
     for name, value in remarks.items():
         if name == "tags":
             tags = [value] if isinstance(value, str) else value
             if not isinstance(tags, Iterable):
-                raise SettingError(f"tags is {values.shown(value)}; it is a text, or several.")
+                raise SettingError(f"tags is {values.shown(value)}; it must be a text, or several.")
             told[name] = [values.text(name, tag) for tag in tags]
         elif name == "rpm":
             told[name] = None if value is None else _speed(value)
@@ -119,7 +120,7 @@ def remark_values(remarks: Mapping[str, Any]) -> dict[str, Any]:
 def _speed(rpm: object) -> float:
     speed = values.number("rpm", rpm, 0, 1e6, "1/min")
     if not speed:
-        raise SettingError(f"rpm is {rpm!r}; a shaft that stands has none: leave it out.")
+        raise SettingError(f"rpm is {rpm!r}; leave it out for a shaft at rest.")
     return speed
 
 
@@ -134,4 +135,5 @@ def id_of(id: object) -> int:
     """The number of a record; SettingError of what is none."""
     with contextlib.suppress(SettingError):
         return values.whole("id", id, _IDS)
-    raise SettingError(f"id is {values.shown(id)}; it is the number of a record, as search gives it.")
+    raise SettingError(f"id is {values.shown(id)}; it must be the number of a record, as "
+                       "search gives it.")

@@ -15,26 +15,26 @@ __all__ = ["ArchivedRecord"]
 
 @dataclass(frozen=True)
 class ArchivedRecord:
-    """A record as the archive has it, with what was told of it.
+    """A record as an archive keeps it, with its remarks.
 
     Attributes
     ----------
     id : int
         Its number in its archive.
     record : Record
-        In a list its points are not read: all are 0.
+        From `Archive.list` it comes without points: all are 0.
     machine, point, orientation, note : str
-        What was told of it.
+        Remarks of the user.
     rpm : float or None
         Speed of the shaft, 1/min.
     tags : tuple of str
         Sorted.
     program, bench : str
-        The version that read it and the computer it stood at.
+        The version of the program that read it, and the bench or computer where.
     levels : tuple of 3
-        RMS and peak in g of X, Y, Z; None where it carries none.
+        RMS and peak in g, for X, Y and Z; None where the record carries none.
     deleted : datetime or None
-        When it was deleted, but not yet for good.
+        When it was deleted; None where it was not.
     """
 
     id: int
@@ -56,7 +56,7 @@ class ArchivedRecord:
         return self.record.taken
 
     def remarks(self) -> Remarks:
-        """What was told of it, as `Archive.amend` takes it."""
+        """Its remarks, as `Archive.amend` takes them."""
         return {"machine": self.machine, "point": self.point, "orientation": self.orientation,
                 "rpm": self.rpm, "note": self.note, "tags": list(self.tags)}
 

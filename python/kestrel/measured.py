@@ -20,18 +20,18 @@ __all__ = ["AxisAlarms", "Measured", "SensorIdentity"]
 
 @dataclass(frozen=True)
 class AxisAlarms:
-    """What the sensor's alarm registers of one axis told.
+    """What the sensor's alarm registers of one axis said.
 
     Attributes
     ----------
     word : int
         ALM_x_STAT as it was read.
     warnings, faults : tuple of int
-        Bands 1 to 6 whose alarm 1 and alarm 2 is on.
+        Bands, 1 to 6, whose alarm 1 (warning) or alarm 2 (fault) is on.
     peak : float
         ALM_x_PEAK in g.
     peak_bin : int
-        ALM_x_FREQ, a bin.
+        ALM_x_FREQ, the number of the bin.
     """
 
     word: int
@@ -48,7 +48,7 @@ class SensorIdentity:
     Attributes
     ----------
     product : int
-        Number of the product; 0 where the program was not told.
+        PROD_ID of the sensor; 0 where it is not known.
     interface : str
         "Ezusb-0", "parallel port 378".
     adapter : str
@@ -142,7 +142,7 @@ class Measured:
         """
         if not self.is_time:
             raise WrongKind("A spectrum has no time axis; its points are over `frequency`. "
-                            "When it was taken is `taken`.")
+                            "`taken` says when it was taken.")
         return self._core.places()
 
     # How it was taken.
@@ -164,7 +164,7 @@ class Measured:
 
     @property
     def sample_rate(self) -> float:
-        """Samples a second at its option."""
+        """Samples per second at its option."""
         return _kestrel.sample_frequency(self.option)
 
     @property
@@ -194,7 +194,7 @@ class Measured:
 
     @property
     def taken(self) -> datetime.datetime | None:
-        """When its read-out began, with its zone (UTC); None where nobody knows."""
+        """When its read-out began, with its zone (UTC); None where it is not known."""
         time = self._core.nanoseconds
         return values.moment(time) if time else None
 
@@ -220,7 +220,7 @@ class Measured:
 
     @property
     def alarms(self) -> Mapping[Axis, AxisAlarms]:
-        """What the alarm registers of each axis told."""
+        """What the alarm registers of each axis said."""
         return {axis: AxisAlarms(word, tuple(warned), tuple(faults), peak, at)
                 for axis, (word, warned, faults, peak, at) in zip(values.AXES, self._core.alarms)}
 
@@ -231,7 +231,7 @@ class Measured:
 
     @property
     def stored(self) -> int | None:
-        """Its number in the sensor's flash; None of a capture."""
+        """Its number in the sensor's flash; None for a capture."""
         return self._core.stored
 
     @property

@@ -17,26 +17,26 @@ __all__ = ["Curve", "Level", "Peak", "Velocity"]
 class Peak:
     """A peak of a spectrum, between bins.
 
-    Numbers have as many digits as their bounds carry, as
-    ``kestrel-cli --json`` tells them; `full` has them unrounded.
+    Numbers have as many digits as their bounds justify, as
+    ``kestrel-cli --json`` reports them; `full` has them unrounded.
 
     Attributes
     ----------
     frequency : float
         Hz.
     frequency_uncertainty : float
-        Hz; 95 % of lines in noise are within it.
+        Bound of the frequency, ± Hz: 95 % of lines in noise lie within it.
     amplitude : float
         In `unit`.
     uncertainty : float or None
-        Likewise, in `unit`; None where it cannot be told.
+        Bound of the amplitude likewise, ± `unit`; None where it is not known.
     unit : str
         "g peak", "mm/s RMS".
     unresolved : bool
-        Whether another line, or none of the window's shape, is within it: the
-        bin's own values then.
+        True where another line is too near, or the peak has not the shape of the
+        window: frequency and amplitude are then those of the bin itself.
     bin : int
-        Its bin.
+        Number of its bin.
     noise : float
         Median of the bins around it, g peak.
     full : mapping
@@ -69,8 +69,8 @@ class Level:
     """The level of an axis.
 
     Of a spectrum `largest` is its largest bin; of a time record it is the
-    largest distance from the mean, and `crest_factor` and `kurtosis` are told.
-    Numbers have six digits, as ``kestrel-cli --json`` tells them.
+    largest distance from the mean, and there are `crest_factor` and `kurtosis`.
+    Numbers have six digits, as ``kestrel-cli --json`` reports them.
 
     Attributes
     ----------
@@ -83,17 +83,18 @@ class Level:
     largest_unit : str
         "g peak".
     from_hz, to_hz : float or None
-        What part of the axis holds the quantity, Hz; None where no such edge
-        is told.
+        Frequencies from and to which the level holds, Hz; None where there is no
+        such limit.
     largest_hz : float or None
-        Frequency of the largest bin.
+        Frequency of the largest bin, Hz; None where there is none, as in a time
+        record.
     mean, crest_factor, kurtosis : float or None
-        Of a time record.
+        Of a time record; None for a spectrum.
     bands : sequence of mapping
-        Each of the sensor's bands as it judges it: band, state, rms, largest,
-        headroom_db; where bands were given.
+        How the sensor judges each band that was given: band, state, rms, largest,
+        headroom_db.
     full : mapping
-        Numbers without rounding.
+        The numbers without rounding.
     """
 
     rms: float
@@ -130,10 +131,11 @@ class Curve:
     values : numpy.ndarray of float64, shape (bins,)
         In `unit`.
     floor : numpy.ndarray of float64, shape (bins,)
-        What one step of the magnitude word is worth there: nothing smaller
-        can be told.
+        What one step of the sensor's magnitude word is worth in each bin:
+        nothing smaller can be resolved.
     first_valid : int
-        Bins below hold offset, or are too low to integrate.
+        Number of the first bin to use: those below hold the offset, or are too
+        low to integrate.
     title : str
         "Velocity, mm/s RMS".
     unit : str
@@ -160,11 +162,11 @@ class Velocity:
     axis : str
         "x", "y" or "z".
     time : numpy.ndarray of float64, shape (512,)
-        s.
+        s, from the first sample.
     values : numpy.ndarray of float64, shape (512,)
         mm/s.
     from_hz : float
-        Edge of the high-pass (-3 dB), Hz.
+        Corner frequency of the high-pass filter (-3 dB), Hz.
     rms : float
         mm/s.
     """

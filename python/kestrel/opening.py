@@ -15,10 +15,10 @@ __all__ = ["open", "scenarios"]
 def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = None,
          parallel: int | None = None, port_device: str = "",
          progress: Callable[[str, int, int], object] | None = None) -> Sensor:
-    """Opens the one sensor.
+    """Opens a sensor.
 
-    With nothing chosen it is the one that CommPort.cfg names, or else the
-    first adapter that is found.
+    Without arguments it is the one that CommPort.cfg in the working folder
+    names, or else the first USB adapter that is found.
 
     Parameters
     ----------
@@ -27,13 +27,14 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
     scenario : str
         What the simulated sensor measures, one of `scenarios`.
     adapter : int, optional
-        USB adapter 0 to 3, Ezusb-0 to Ezusb-3.
+        Number of the USB adapter, 0 to 3: Ezusb-0 to Ezusb-3.
     parallel : int, optional
-        Address of the parallel port, 0x378.
+        Address of the parallel port, for example 0x378.
     port_device : str
-        Device of the parallel port, "/dev/parport1".
+        Device of the parallel port, for example "/dev/parport1": for ports
+        whose address the system does not report.
     progress : callable, optional
-        As `Sensor.on_progress` takes it.
+        Called during long steps, as `Sensor.on_progress` describes.
 
     Returns
     -------
@@ -42,7 +43,7 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
     Raises
     ------
     SensorLost
-        Where none answers.
+        Where no sensor answers.
     BusyError
         Where another sensor is open in this process.
 
@@ -58,13 +59,14 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
         raise SettingError(f"scenario is {values.shown(scenario)}; it can be "
                            f"{', '.join(scenarios())}.")
     if scenario and not simulate:
-        raise SettingError("scenario is what the simulated sensor measures; say simulate=True.")
+        raise SettingError("scenario is what the simulated sensor measures; give simulate=True as "
+                           "well.")
     if adapter is not None:
         adapter = values.whole("adapter", adapter, range(4))
     if parallel is not None:
         parallel = values.whole("parallel", parallel, range(65536))
     if adapter is not None and (parallel is not None or port_device):
-        raise SettingError("A sensor is on an adapter or on a parallel port; choose one.")
+        raise SettingError("A sensor is at an adapter or at a parallel port; choose one.")
     check_progress(progress)
     with standing.opening():
         core = _kestrel.Sensor(simulate, scenario, adapter, parallel, port_device)
@@ -82,5 +84,5 @@ def open(simulate: bool = False, *, scenario: str = "", adapter: int | None = No
 
 
 def scenarios() -> list[str]:
-    """What the simulated sensor can measure; the first is the usual one."""
+    """What the simulated sensor can measure; the first is the default."""
     return _kestrel.scenario_names()

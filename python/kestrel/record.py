@@ -50,11 +50,11 @@ class Record(Measured):
         ----------
         axis : {"x", "y", "z"}
         most : int
-            At most so many, 1 to 256.
+            At most this many, 1 to 256.
         quantity : {"g", "velocity", "displacement", "density"}
-            What amplitudes are told in.
+            Of the amplitudes: in g, mm/s, µm or g²/Hz.
         amplitude : {"peak", "rms", "pp"}, optional
-            Usually peak of g, RMS of velocity and density, peak to peak of
+            Left out: peak of g, RMS of velocity and density, peak to peak of
             displacement.
 
         Returns
@@ -65,7 +65,7 @@ class Record(Measured):
         Raises
         ------
         CannotTell
-            Where the record cannot carry the quantity; with the option that
+            Where the record cannot carry the quantity; it names the option that
             would do.
         """
         index = values.axis_index(axis)
@@ -86,7 +86,7 @@ class Record(Measured):
         amplitude : {"peak", "rms", "pp"}, optional
             Of the largest bin.
         bands : BandTable, optional
-            Judges these bands as the sensor does.
+            Bands to judge as well, as the sensor does.
 
         Returns
         -------
@@ -105,7 +105,7 @@ class Record(Measured):
 
     def spectrum(self, axis: Axis, quantity: Quantity = "g", *,
                  amplitude: Amplitude | None = None, lowest: float = 0.0) -> Curve:
-        """The spectrum of an axis in a quantity; of a time record its own transform.
+        """The spectrum of an axis in a quantity; a time record is transformed for it.
 
         Parameters
         ----------
@@ -113,8 +113,8 @@ class Record(Measured):
         quantity : {"g", "velocity", "displacement", "density"}
         amplitude : {"peak", "rms", "pp"}, optional
         lowest : float
-            Hz from which velocity and displacement are wanted; 0: what the
-            bins allow.
+            Frequency in Hz from which velocity and displacement are wanted; 0:
+            from as low as the bins allow.
 
         Returns
         -------
@@ -137,7 +137,8 @@ class Record(Measured):
         ----------
         axis : {"x", "y", "z"}
         lowest : float, optional
-            Hz from which it is wanted; usually what the record allows.
+            Frequency in Hz from which it is wanted; left out: from as low as the
+            record allows.
 
         Returns
         -------
@@ -147,7 +148,7 @@ class Record(Measured):
         Raises
         ------
         CannotTell
-            Where the record cannot carry it; with the option that would do.
+            Where the record cannot carry it; it names the option that would do.
         """
         if not self.is_time:
             return self.spectrum(axis, "velocity", lowest=0.0 if lowest is None else lowest)
@@ -157,15 +158,16 @@ class Record(Measured):
         return Velocity(axis, self.time, samples, from_hz, rms)
 
     def wide(self, *others: Record, axis: Axis = "x", limit: float = 3.0) -> WideSpectrum:
-        """One spectrum over this and other records, each of another sample-rate option.
+        """Joins this and other records, each at a different sample-rate option, to one spectrum.
 
         Parameters
         ----------
         *others : Record
-            Taken of the same machine while it ran steadily.
+            Taken at the same machine while it ran steadily.
         axis : {"x", "y", "z"}
         limit : float
-            dB from which two options that overlap count as unsteady.
+            Difference in dB, where two options overlap, above which the machine
+            counts as not steady; 0 to 1000.
 
         Returns
         -------
@@ -182,7 +184,7 @@ class Record(Measured):
     # Other forms.
 
     def to_dict(self) -> dict[str, Any]:
-        """Everything that ``kestrel-cli --json`` tells of a record, to the last bit."""
+        """Everything that ``kestrel-cli --json`` reports of a record, to the last bit."""
         told: dict[str, Any] = json.loads(self._core.json())
         return told
 
@@ -203,7 +205,7 @@ class Record(Measured):
         Parameters
         ----------
         ax : matplotlib.axes.Axes, optional
-            Where to; a new figure where none is given.
+            Axes to draw into; a new figure where none are given.
 
         Returns
         -------
@@ -218,7 +220,7 @@ class Record(Measured):
         Parameters
         ----------
         path : str or path
-            Its ending says the format: .uff, .wav, .mat, .csv, .json.
+            Its ending tells the format: .uff, .wav, .mat, .csv, .json.
         format : str, optional
             Of `formats`, where the ending does not tell: "uff58b" is the
             universal file with binary data.
@@ -226,7 +228,7 @@ class Record(Measured):
         Raises
         ------
         FileError
-            Where it cannot be written, or the format is not known.
+            Where the file cannot be written, or the format is not known.
         """
         from kestrel.files import save
         save(path, [self], format=format)

@@ -21,11 +21,11 @@ class Field:
     name : str
         Its title.
     bits : str
-        "13:12", or "7" of a single one.
+        "13:12", or "7" of a single bit.
     value : int
         Its code.
     meaning : str
-        What the code means; empty where nothing is to be added.
+        What the code means; empty where the value says it.
     """
 
     name: str
@@ -53,7 +53,7 @@ class Register:
     ----------
     name : str
     address : int
-        Of the low byte.
+        Address of the low byte.
     word : int
         Its 16 bits, 0 to 65535.
     value : int
@@ -61,7 +61,7 @@ class Register:
     scaled : float
         In the register's own unit.
     fields : tuple of Field
-        Highest bits first; none where the word is one number.
+        Highest bits first; empty where the word is one number.
     """
 
     name: str
@@ -78,7 +78,7 @@ class Register:
                 return each
         there = ", ".join(each.name for each in self.fields)
         raise UnknownName(f"{self.name} has no field {values.shown(field)}; there are: {there}."
-                          if there else f"{self.name} has no fields; its word is one number.")
+                          if there else f"{self.name} has no fields; its 16 bits are one number.")
 
 
 class Registers:
@@ -119,9 +119,9 @@ class Registers:
                 return each[0]
         near = difflib.get_close_matches(name.upper() if isinstance(name, str) else "",
                                          [each[0] for each in there if each[place]])
-        raise UnknownName(f"There is no register {values.shown(name)} that can be {what}"
-                          + (f"; there is {' and '.join(near)}." if near else
-                             "; list(sensor.registers) tells which there are."))
+        raise UnknownName(f"There is no register {values.shown(name)} that can be {what}. "
+                          + (f"Similar names: {', '.join(near)}." if near else
+                             "list(sensor.registers) names those that can be read."))
 
     def __iter__(self) -> Iterator[str]:
         return (name for name, readable, _ in self._core.register_names() if readable)
@@ -145,11 +145,11 @@ class Registers:
         Parameters
         ----------
         name : str
-            Of the register.
+            Name of the register, in any case.
         field : str
             Title of the field, in any case.
         value : int
-            Its code; it must fit into the field.
+            Its code, from 0 to the largest that fits into the field.
 
         Returns
         -------
@@ -161,6 +161,7 @@ class Registers:
         value = values.whole(f"{register.name}, {found.name}", value,
                              range((found.mask >> found.lowest) + 1))
         if found.mask > 0xFFFF:
-            raise SettingError(f"{register.name}, {found.name} has no bits of the register.")
+            raise SettingError(f"{register.name}, {found.name} is not among the 16 bits of the "
+                               "register and cannot be set.")
         self[name] = (register.word & ~found.mask) | (value << found.lowest)
         return self[name]

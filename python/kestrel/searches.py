@@ -13,7 +13,7 @@ if TYPE_CHECKING:
     from kestrel.kept import ArchivedRecord
     from kestrel.record import Record
 
-# What is not told stays as it is.
+# What is left out stays as it is.
 KEPT: Any = ...
 
 

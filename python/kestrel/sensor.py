@@ -27,10 +27,10 @@ class Sensor:
     Notes
     -----
     One sensor can be open in a process at a time. It may be used from one
-    thread at a time: a second one that calls in meanwhile gets a
-    `BusyError`. `stop` alone may be called from anywhere. After a fork it
-    belongs to the parent; the child gets a `ClosedError` and can open its own
-    road to another sensor. Waits let other threads run.
+    thread at a time: another one that calls it meanwhile gets a `BusyError`.
+    Only `stop` may be called from any thread. Other threads run while it
+    waits. After a fork it belongs to the parent; the child gets a
+    `ClosedError` and can open another sensor.
     """
 
     __slots__ = ("__weakref__", "_bands", "_core", "_registers", "_settings", "_setups")
@@ -51,12 +51,12 @@ class Sensor:
         self.close()
 
     def close(self) -> None:
-        """Lets the sensor go; once more does nothing.
+        """Closes the sensor; closing it again does nothing.
 
         Raises
         ------
         BusyError
-            While another thread is in a step; `stop` it first.
+            While another thread is in a step; `stop` that first.
         """
         self._core.close()
 
@@ -82,7 +82,7 @@ class Sensor:
 
     @property
     def setups(self) -> Setups:
-        """Its whole configuration."""
+        """Its whole configuration, read and restored."""
         return self._setups
 
     def capture(self, *, mode: values.Mode | None = None, range: int | None = None,
@@ -90,16 +90,19 @@ class Sensor:
                 averages: int | None = None) -> Record:
         """Takes one capture and waits for it, as long as it takes.
 
+        Settings that are given are written first, as `Settings.update` does,
+        and stay.
+
         Parameters
         ----------
         mode : {"manual", "timer", "time"}, optional
-            Settings that are told are written first, as `Settings.update` does,
-            and stay.
         range : int, optional
-            g.
+            Full scale in g: 1, 5, 20 or 70.
         option : int, optional
+            Sample-rate option, 0 (fastest) to 3.
         window : {"rectangular", "hanning", "flattop"}, optional
         averages : int, optional
+            1 to 255.
 
         Returns
         -------
@@ -110,9 +113,9 @@ class Sensor:
         SensorLost
             Where the sensor cannot be reached.
         Interrupted
-            After Ctrl-C: the sensor was stopped as Stop does.
+            After Ctrl-C: the capture was ended as the Stop button does.
         Stopped
-            After `stop`, where data were not ready.
+            After `stop`, where new data were not ready.
         """
         codes = codes_of({"mode": mode, "range": range, "option": option, "window": window,
                           "averages": averages})
@@ -128,14 +131,14 @@ class Sensor:
         Parameters
         ----------
         count : int, optional
-            So many, or so many rounds of the plan; without end where neither
-            is told, one round where a plan is.
+            Number of captures, or of rounds of the plan. Left out: one round of
+            the plan; without a plan, captures until something ends them.
         interval : float
-            Seconds from the start of a capture to the start of the next; 0: at
-            once.
+            Seconds from the start of a capture to the start of the next, 0 to
+            86400; 0: at once.
         plan : iterable of SettingValues, optional
-            Settings of each capture of a round. All of it is judged before the
-            first capture.
+            Settings of each capture of a round, all checked before the first
+            capture.
 
         Yields
         ------
@@ -144,8 +147,8 @@ class Sensor:
         Raises
         ------
         SettingError
-            Names the step of the plan and the value. An exception of a step
-            that runs has the step as its note.
+            Where the plan is wrong: it names the step and the value. Whatever
+            is raised during a step of the plan names the step in a note.
 
         Examples
         --------
@@ -185,7 +188,7 @@ class Sensor:
              limit: float = 3.0) -> WideSpectrum:
         """Captures a spectrum at several sample-rate options and joins them.
 
-        Mode and option that were set before are set again in the end.
+        Afterwards mode and sample-rate option are set as they were before.
 
         Parameters
         ----------
@@ -193,7 +196,8 @@ class Sensor:
         options : iterable of int
             Of 0 to 3, each once.
         limit : float
-            dB from which two options that overlap count as unsteady.
+            Difference in dB, where two options overlap, above which the machine
+            counts as not steady; 0 to 1000.
 
         Returns
         -------
@@ -203,7 +207,7 @@ class Sensor:
         limit = values.number("limit", limit, 0, 1000, "dB")
         options = [values.whole("options", option, values.OPTIONS) for option in options]
         if not options or len(set(options)) < len(options):
-            raise SettingError(f"options are {options}; at least one of 0 to 3, each once.")
+            raise SettingError(f"options are {options}; give at least one of 0 to 3, each once.")
         before = self._settings.as_dict()
         back: SettingValues = {"mode": before["mode"], "option": before["option"]}
         try:
@@ -216,14 +220,14 @@ class Sensor:
         return join(records, axis=axis, limit=limit)
 
     def stored(self, number: int, kind: str = "spectrum") -> Record:
-        """A record of the sensor's flash.
+        """Reads a stored record from the sensor's flash.
 
         Parameters
         ----------
         number : int
             0 to 15.
         kind : {"spectrum", "time"}
-            The sensor does not tell which it is.
+            What to read it as: the sensor does not tell which it is.
 
         Returns
         -------
@@ -253,7 +257,8 @@ class Sensor:
         Parameters
         ----------
         command : Command, int or str
-            `Command.SELF_TEST`, 2 or "self_test".
+            A member, its number 0 to 15, or its name: `Command.SELF_TEST`, 2 or
+            "self_test".
         """
         if isinstance(command, str):
             names = {each.name.lower(): int(each) for each in Command}
@@ -262,11 +267,12 @@ class Sensor:
             self._core.send(values.whole("command", command, range(16)))
 
     def wait(self, seconds: float) -> bool:
-        """Waits, so that Ctrl-C and `stop` are heard.
+        """Waits; Ctrl-C and `stop` end it.
 
         Parameters
         ----------
         seconds : float
+            0 or more.
 
         Returns
         -------
@@ -276,7 +282,7 @@ class Sensor:
         return self._core.pause(values.number("seconds", seconds, 0, 1e9))
 
     def stop(self) -> None:
-        """Ends the step at work as Stop does; may be called from any thread or handler."""
+        """Ends the step under way as the Stop button does; may be called from any thread."""
         self._core.stop()
 
     def adapters(self) -> list[Adapter]:
@@ -284,14 +290,15 @@ class Sensor:
         return [Adapter(*each) for each in self._core.adapters()]
 
     def on_progress(self, callback: Callable[[str, int, int], object] | None) -> None:
-        """Has long steps followed.
+        """Sets a function that follows long steps.
 
         Parameters
         ----------
         callback : callable, optional
-            Called with what is done, how much of it, and of how much; of 0
-            where nobody knows, in seconds then. An exception of it ends the
-            step and is raised out of it. None: nobody looks.
+            Called with a text of what is being done, how much of it is done and
+            how much there is in all. Where that is not known it is 0, and
+            what is done is in seconds. An exception of the function ends the
+            step and comes out of it. None: no function.
         """
         check_progress(callback)
         self._core.set_progress(callback)

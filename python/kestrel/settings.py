@@ -12,7 +12,7 @@ __all__ = ["SettingValues", "Settings"]
 
 
 class SettingValues(TypedDict, total=False):
-    """Settings of a step of a plan; what is not there, or None, stays as it is.
+    """Settings of a step of a plan; what is left out, or None, stays as it is.
 
     mode, range (g), option, window and averages, as the properties of
     `Settings` take them.
@@ -70,7 +70,7 @@ class Settings:
 
     @property
     def mode(self) -> values.Mode:
-        """"manual" (spectra on request), "timer" (spectra by themselves) or "time" (samples)."""
+        """"manual" (spectra on request), "timer" (spectra by its timer) or "time" (samples)."""
         return values.mode_of(self._read()["mode"])
 
     @mode.setter
@@ -97,7 +97,7 @@ class Settings:
 
     @property
     def sample_rate(self) -> float:
-        """Samples a second at the option that is set; read only."""
+        """Samples per second at the option that is set; read only."""
         return _kestrel.sample_frequency(self.option)
 
     @property
@@ -121,12 +121,13 @@ class Settings:
     def update(self, *, mode: values.Mode | None = None, range: int | None = None,
                option: int | None = None, window: values.Window | None = None,
                averages: int | None = None) -> None:
-        """Writes several settings at once; none where one of them cannot be.
+        """Writes several settings at once, or none where one of them is not allowed.
+
+        What is left out stays as it is.
 
         Parameters
         ----------
         mode : {"manual", "timer", "time"}, optional
-            What is not told stays as it is.
         range : int, optional
             Full scale in g: 1, 5, 20 or 70.
         option : int, optional
@@ -138,7 +139,7 @@ class Settings:
         Raises
         ------
         SettingError
-            Names the setting, its value, and what it can be.
+            Names the setting, its value and what is allowed.
         """
         self._core.configure(codes_of({"mode": mode, "range": range, "option": option,
                                        "window": window, "averages": averages}))

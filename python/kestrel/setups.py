@@ -16,7 +16,7 @@ __all__ = ["Difference", "Restored", "Setup", "Setups"]
 
 
 class Difference(NamedTuple):
-    """What differs: where, what the first set-up has, what the second."""
+    """One difference: its place, and the value in the first and in the second set-up."""
 
     place: str
     saved: str
@@ -26,8 +26,10 @@ class Difference(NamedTuple):
 class Restored(NamedTuple):
     """How a set-up was restored.
 
-    `whole` tells whether the sensor holds it now; `text` says what was
-    restored, what was not and why. The lists name registers and bands.
+    `whole` tells whether the sensor holds all of it now; `text` says what was
+    restored, what was not and why. The lists name registers and bands: those
+    that were `equal` already, those `written` and read back, those of which it
+    is `unsure` because they could not be read back, and those still `open`.
     """
 
     whole: bool
@@ -49,7 +51,7 @@ class Setup:
 
     @property
     def name(self) -> str:
-        """How it is called."""
+        """Its name."""
         return self._core.name
 
     @property
@@ -64,7 +66,7 @@ class Setup:
 
     @property
     def registers(self) -> dict[str, int]:
-        """Words by the names of the registers."""
+        """The 16-bit word of each register, by its name."""
         return self._core.registers()
 
     @property
@@ -73,7 +75,7 @@ class Setup:
         return BandTable.of_rows(self._core.bands())
 
     def differences(self, other: Setup) -> list[Difference]:
-        """What `other` has differently, in words with units; nothing where they work alike."""
+        """How `other` differs, in words with units; empty where both work alike."""
         return [Difference(*each) for each in
                 self._core.differences(values.made("other", other, Setup)._core)]
 
@@ -83,7 +85,7 @@ class Setup:
 
     @classmethod
     def load(cls, path: str | os.PathLike[str]) -> Setup:
-        """The set-up of a file, whole or not at all.
+        """Reads a set-up from a file, whole or not at all.
 
         Raises
         ------
@@ -106,7 +108,7 @@ class Setup:
 
 
 class Setups:
-    """The sensor's whole configuration. Transfers take seconds."""
+    """The sensor's whole configuration, read and restored. Transfers take seconds."""
 
     __slots__ = ("_core",)
 
@@ -115,7 +117,7 @@ class Setups:
         self._core = core
 
     def read(self, name: str) -> Setup:
-        """What the sensor holds now, under this name."""
+        """Reads what the sensor holds now, as a set-up of this name."""
         return Setup(self._core.read_setup(values.text("name", name)))
 
     def restore(self, setup: Setup, *, keep_nulls: bool = False,
@@ -126,9 +128,10 @@ class Setups:
         ----------
         setup : Setup
         keep_nulls : bool
-            X_NULL, Y_NULL, Z_NULL stay as the sensor has them.
+            Leaves the offset corrections X_NULL, Y_NULL and Z_NULL as they are.
         save_in_flash : bool
-            Registers too, so that they are there after a loss of power.
+            Saves the registers in the sensor's flash as well, so that they outlast
+            a loss of power.
 
         Returns
         -------

@@ -49,7 +49,7 @@ def frame_of_bands(table: BandTable) -> pd.DataFrame:
 def plotted(record: Record, ax: matplotlib.axes.Axes | None) -> matplotlib.axes.Axes:
     """The three axes of a record."""
     if ax is not None and not hasattr(ax, "plot"):
-        raise TypeError(f"ax is {values.shown(ax)}; it is axes of matplotlib.")
+        raise TypeError(f"ax is {values.shown(ax)}; it must be axes of matplotlib.")
     if ax is None:
         import matplotlib.pyplot  # type: ignore[import]
         ax = matplotlib.pyplot.subplots(figsize=(8, 3.2), layout="constrained")[1]

@@ -38,7 +38,7 @@ class TrendSeries:
     ids : numpy.ndarray of int64, shape (points,)
         Numbers of the records.
     alarms : numpy.ndarray of bool, shape (points,)
-        Whether some band's alarm was on.
+        Whether the alarm of any band was on.
     """
 
     kind: str
@@ -61,9 +61,9 @@ class Trend:
     series : list of TrendSeries
         The one with most points first.
     refused : int
-        Records that cannot carry the level.
+        Number of records that cannot carry the level.
     refusal : str
-        Why, of the first of them.
+        Why the first of them cannot.
     """
 
     unit: str
@@ -86,22 +86,22 @@ def choice_of(of: str, axis: str, low: float | None, high: float | None, near: f
         choice[name] = 0.0 if value is None else values.number(name, value, 0, 1e6, "Hz")
     if near is not None:
         if of != "peak" or low is not None or high is not None:
-            raise SettingError("near asks for the peak near a frequency: say of=\"peak\", without "
-                               "low and high.")
+            raise SettingError("near follows the peak near a frequency: give of=\"peak\", and "
+                               "neither low nor high.")
         choice["of"] = _NEAR
         if within is None:
             choice["within"] = choice["near"] * 0.01
         if choice["within"] <= 0:
-            raise SettingError(f"near is {near!r} Hz, within {choice['within']:g} Hz; that holds no "
-                               "peak.")
+            raise SettingError(f"near is {near!r} Hz, within {choice['within']:g} Hz; that holds "
+                               "no peak. Give both above 0 Hz.")
     elif within is not None:
-        raise SettingError("within tells how far from near; tell that too.")
+        raise SettingError("within is the distance from near at most; give near as well.")
     elif high is not None or low is not None:
         if high is None:
-            raise SettingError(f"low is {low!r} Hz and high is not told; a band has both.")
+            raise SettingError(f"low is {low!r} Hz, but high is missing; a band needs both.")
         if not choice["low"] < choice["high"]:
-            raise SettingError(f"A band cannot go from {low or 0:g} to {high:g} Hz; low is the lower "
-                               "one.")
+            raise SettingError(f"A band cannot go from {low or 0:g} to {high:g} Hz; low must be "
+                               "the lower one.")
         choice["of"] = values.code("of, in a band,", of, _BAND)
     return choice
 

@@ -69,8 +69,8 @@ def whole(what: str, value: object, allowed: range) -> int:
             number = None
         if number is not None and number in allowed:
             return number
-    raise SettingError(f"{what} is {shown(value)}; it is a whole number from {allowed[0]} to "
-                       f"{allowed[-1]}.")
+    raise SettingError(f"{what} is {shown(value)}; it must be a whole number from "
+                       f"{allowed[0]} to {allowed[-1]}.")
 
 
 def number(what: str, value: object, lowest: float, highest: float, unit: str = "") -> float:
@@ -79,22 +79,22 @@ def number(what: str, value: object, lowest: float, highest: float, unit: str = 
         with contextlib.suppress(OverflowError):
             if lowest <= float(value) <= highest:
                 return float(value)
-    raise SettingError(f"{what} is {shown(value)}; it is a number from {lowest:.10g} to "
+    raise SettingError(f"{what} is {shown(value)}; it must be a number from {lowest:.10g} to "
                        f"{highest:.10g}{unit and ' ' + unit}.")
 
 
 def text(what: str, value: object) -> str:
     """A text that can be kept; SettingError of what is none."""
     if not isinstance(value, str):
-        raise SettingError(f"{what} is {shown(value)}; it is a text.")
+        raise SettingError(f"{what} is {shown(value)}; it must be a text.")
     try:
         value.encode()
     except UnicodeEncodeError as error:
         raise SettingError(f"{what} is {shown(value)}, which no file can hold: character "
-                           f"{error.start + 1} is half of one.") from None
+                           f"{error.start + 1} is only half of one. Take it out.") from None
     if "\0" in value:
         raise SettingError(f"{what} is {shown(value)}, which no file can hold: character "
-                           f"{value.index(chr(0)) + 1} is none.")
+                           f"{value.index(chr(0)) + 1} is a null character. Take it out.")
     return str(value)
 
 
@@ -102,13 +102,13 @@ def flag(what: str, value: object) -> bool:
     """True or False; SettingError of anything else, which could be meant either way."""
     if _is_flag(value):
         return bool(value)
-    raise SettingError(f"{what} is {shown(value)}; it is True or False.")
+    raise SettingError(f"{what} is {shown(value)}; it must be True or False.")
 
 
 def core(value: object, kind: type, cure: str) -> None:
     """TypeError where a part of the package is made of what is not part of the module."""
     if type(value) is not kind:
-        raise TypeError(f"This is not made by calling it. {cure}")
+        raise TypeError(f"This is not made by calling its class. {cure}")
 
 
 def path(what: object) -> str:
@@ -118,9 +118,9 @@ def path(what: object) -> str:
         told = os.fsdecode(name)
         os.fsencode(told)
     except UnicodeError:
-        raise FileError(f"{shown(what)} is not a name of a file.") from None
+        raise FileError(f"{shown(what)} cannot be the name of a file.") from None
     if "\0" in told:
-        raise FileError(f"{shown(what)} is not a name of a file.")
+        raise FileError(f"{shown(what)} cannot be the name of a file.")
     return told
 
 
@@ -131,7 +131,7 @@ def made(what: str, value: object, kind: type[Made]) -> Made:
     """A value of a type; TypeError names both."""
     if isinstance(value, kind):
         return value
-    raise TypeError(f"{what} is {shown(value)}; it is a kestrel.{kind.__name__}.")
+    raise TypeError(f"{what} is {shown(value)}; it must be a kestrel.{kind.__name__}.")
 
 
 def word(codes: Mapping[str, int], number: int) -> str:
@@ -179,7 +179,7 @@ def moment(nanoseconds: int) -> datetime.datetime:
 def nanoseconds_of(what: str, time: datetime.datetime) -> int:
     """Nanoseconds since 1970 of a time that tells its zone; SettingError of one that does not."""
     if time.tzinfo is None:
-        raise SettingError(f"{what} is {shown(time)}, which tells no zone. Say which: "
+        raise SettingError(f"{what} is {shown(time)}, which has no time zone. Give one: "
                            "datetime(..., tzinfo=timezone.utc), or time.astimezone().")
     found = (time - _EPOCH) // datetime.timedelta(microseconds=1) * 1000
     return max(-_FARTHEST, min(found, _FARTHEST))

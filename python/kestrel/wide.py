@@ -30,9 +30,9 @@ class Segment(NamedTuple):
 
 
 class Overlap(NamedTuple):
-    """Two records where both hold: a steady machine shows the same RMS in both.
+    """Where two records overlap: a steady machine shows the same RMS (g) in both.
 
-    `difference` is in dB, coarse over fine; `unsteady` tells that it is beyond
+    `difference` is in dB, coarse over fine; `unsteady` tells whether it is above
     the limit.
     """
 
@@ -47,7 +47,7 @@ class Overlap(NamedTuple):
 
 
 class Line(NamedTuple):
-    """A line of the joined spectrum: Hz, its bound, g peak, and whose record shows it."""
+    """A line of the joined spectrum: Hz, its bound ± Hz, g peak, and the option that shows it."""
 
     frequency: float
     frequency_uncertainty: float
@@ -87,17 +87,17 @@ class WideSpectrum:
 
     @property
     def options(self) -> NDArray[np.int32]:
-        """Which option each point comes from, shape (points,)."""
+        """Sample-rate option that each point comes from, shape (points,)."""
         return self._core.options()
 
     @property
     def segments(self) -> list[Segment]:
-        """One a record, the finest first."""
+        """One per record, the finest first."""
         return [Segment(*each) for each in self._core.segments()]
 
     @property
     def overlaps(self) -> list[Overlap]:
-        """Between neighbours."""
+        """One for each two neighbours."""
         return [Overlap(*each) for each in self._core.overlaps()]
 
     @property
@@ -126,12 +126,12 @@ class WideSpectrum:
         Raises
         ------
         CannotTell
-            Where the records do not hold all of it.
+            Where the records do not reach over all of it.
         """
         low = values.number("from_hz", from_hz, 0, 1e6, "Hz")
         high = values.number("to_hz", to_hz, 0, 1e6, "Hz")
         if low >= high:
-            raise SettingError(f"from_hz is {low:g} and to_hz {high:g}; the first is the lower one.")
+            raise SettingError(f"from_hz is {low:g} and to_hz {high:g}; from_hz must be the lower.")
         self._check_held(low, high)
         return self._core.rms(low, high)
 
@@ -160,7 +160,7 @@ class WideSpectrum:
 
 
 def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3.0) -> WideSpectrum:
-    """Joins records of one machine, each of another sample-rate option.
+    """Joins records of one machine, each at a different sample-rate option, to one spectrum.
 
     Parameters
     ----------
@@ -168,7 +168,8 @@ def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3
         The order does not matter, and not all four options need be there.
     axis : {"x", "y", "z"}
     limit : float
-        dB from which two options that overlap count as unsteady.
+        Difference in dB, where two options overlap, above which the machine
+        counts as not steady; 0 to 1000.
 
     Returns
     -------
@@ -177,7 +178,7 @@ def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3
     Raises
     ------
     CannotTell
-        Of no record, the same option twice, or an unknown window.
+        Where there is no record, or the same option twice, or an unknown window.
     """
     from kestrel.record import Record
     cores = [values.made("record", record, Record)._core for record in records]

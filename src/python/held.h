@@ -95,8 +95,8 @@ class Held {
   void Enter() {
     if (pid_ != getpid()) {
       Raise("ClosedError", "This " + what_ +
-                               " was opened by the process that this one was forked off. Open one "
-                               "here, after the fork.");
+                               " was opened before the fork and belongs to the parent process. "
+                               "Open another one in this process.");
     }
     if (!content_) {
       Raise("ClosedError", "This " + what_ + " is closed. Open it again.");
@@ -104,8 +104,9 @@ class Held {
     if (isEnding_) Raise("ClosedError", "This " + what_ + " is being closed: the program ends.");
     if (isBusy_) {
       Raise("BusyError", "This " + what_ +
-                             " is at work: another thread uses it, or a callback out of a step "
-                             "that is not over. Use it from one thread at a time.");
+                             " is in use: another thread uses it, or it was called by the "
+                             "callback of a step that still runs. Use it from one thread at a "
+                             "time.");
     }
     isBusy_ = true;
   }

@@ -141,12 +141,12 @@ def test_an_exception_of_a_callback_ends_the_step_and_comes_out(sensor):
 
 def test_a_callback_that_uses_its_sensor_is_told_so(sensor):
     sensor.on_progress(lambda *_: sensor.state())
-    with pytest.raises(kestrel.BusyError, match="a callback out of a step"):
+    with pytest.raises(kestrel.BusyError, match="the callback of a step that still runs"):
         sensor.capture()
     sensor.on_progress(lambda *_: sensor.close())
     with pytest.raises(kestrel.BusyError):
         sensor.capture()
-    with pytest.raises(TypeError, match="progress is 1; it is a function"):
+    with pytest.raises(TypeError, match="progress is 1; it must be a function"):
         sensor.on_progress(1)
 
 
@@ -170,7 +170,7 @@ def test_a_fork_leaves_the_sensor_to_its_parent(sensor):
         os.write(writer, told.encode())
         os._exit(0)
     assert os.waitpid(child, 0)[1] == 0
-    assert "by the process that this one was forked off" in os.read(reader, 1000).decode()
+    assert "belongs to the parent process" in os.read(reader, 1000).decode()
     assert sensor.capture(averages=1).is_new
 
 

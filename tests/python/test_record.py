@@ -171,7 +171,7 @@ def test_every_format_is_written_and_those_that_can_be_are_read_back(record, sam
 
 
 def test_files_that_cannot_be_name_themselves(record, tmp_path):
-    with pytest.raises(kestrel.FileError, match="record.xyz: its ending tells no format"):
+    with pytest.raises(kestrel.FileError, match="record.xyz: its ending tells no format; give one"):
         record.save(tmp_path / "record.xyz")
     with pytest.raises(kestrel.FileError, match="nowhere.*cannot be written"):
         record.save(tmp_path / "nowhere" / "record.uff")
@@ -180,11 +180,11 @@ def test_files_that_cannot_be_name_themselves(record, tmp_path):
     (tmp_path / "bad.uff").write_text("no records")
     with pytest.raises(kestrel.FileError, match="bad.uff"):
         kestrel.load(tmp_path / "bad.uff")
-    with pytest.raises(kestrel.FileError, match="there is no format 'uf'. There are"):
+    with pytest.raises(kestrel.FileError, match="there is no format 'uf'. The formats are"):
         record.save(tmp_path / "record.uff", format="uf")
     kestrel.save(tmp_path / "two.csv", [record, record])
     kestrel.save(tmp_path / "one.csv", record)
-    with pytest.raises(kestrel.FileError, match="not a name of a file"):
+    with pytest.raises(kestrel.FileError, match="cannot be the name of a file"):
         kestrel.load("a\0b.uff")
 
 

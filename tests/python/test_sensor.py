@@ -32,10 +32,10 @@ def test_settings_are_read_and_written_with_units(sensor):
     ("range", 3, "range is 3; it can be 1, 5, 20 or 70."),
     ("range", True, "range is True"),
     ("window", "hamming", "window is 'hamming'; it can be 'rectangular', 'hanning' or 'flattop'."),
-    ("averages", 0, "averages is 0; it is a whole number from 1 to 255."),
+    ("averages", 0, "averages is 0; it must be a whole number from 1 to 255."),
     ("averages", 2.5, "averages is 2.5"),
     ("averages", float("nan"), "averages is nan"),
-    ("option", 4, "option is 4; it is a whole number from 0 to 3."),
+    ("option", 4, "option is 4; it must be a whole number from 0 to 3."),
     ("mode", "fast", "mode is 'fast'"),
 ])
 def test_a_setting_that_cannot_be_names_what_can(sensor, name, value, text):
@@ -79,7 +79,7 @@ def test_a_plan_is_judged_before_the_first_capture(sensor):
         sensor.captures(plan=[])
     with pytest.raises(kestrel.SettingError, match="interval is -1"):
         sensor.captures(1, interval=-1)
-    with pytest.raises(kestrel.SettingError, match="plan, step 1 is 5; it is a mapping"):
+    with pytest.raises(kestrel.SettingError, match="plan, step 1 is 5; it must be a mapping"):
         sensor.captures(plan=[5])
 
 
@@ -150,8 +150,8 @@ def test_registers_that_are_not_there_are_key_errors(sensor):
     with pytest.raises(KeyError) as error:
         sensor.registers["TEMP_OT"]
     assert isinstance(error.value, kestrel.UnknownName)
-    assert str(error.value) == ("There is no register 'TEMP_OT' that can be read; there is TEMP_OUT.")
-    with pytest.raises(kestrel.UnknownName, match="tells which there are"):
+    assert str(error.value) == ("There is no register 'TEMP_OT' that can be read. Similar names: TEMP_OUT.")
+    with pytest.raises(kestrel.UnknownName, match="names those that can be read"):
         sensor.registers[5]
     with pytest.raises(kestrel.UnknownName, match="TEMP_OUT has no fields"):
         sensor.registers["TEMP_OUT"]["x"]
@@ -161,7 +161,7 @@ def test_registers_that_are_not_there_are_key_errors(sensor):
         sensor.registers["FFT_AVG"] = 65536
     with pytest.raises(KeyError, match="there are: .*Windowing"):
         sensor.registers["REC_CTRL"]["Colour"]
-    with pytest.raises(kestrel.SettingError, match="Windowing is 4; it is a whole number from 0 to 3"):
+    with pytest.raises(kestrel.SettingError, match="Windowing is 4; it must be a whole number from 0 to 3"):
         sensor.registers.set_field("REC_CTRL", "Windowing", 4)
 
 
@@ -185,7 +185,7 @@ def test_a_band_that_cannot_be_names_its_value(tmp_path):
         kestrel.Band(0, 1, low=256)
     with pytest.raises(kestrel.UnknownName, match="number is 7"):
         kestrel.BandTable()[0, 7]
-    with pytest.raises(kestrel.SettingError, match="row 2 has 3 values; it has 10"):
+    with pytest.raises(kestrel.SettingError, match="row 2 has 3 values; it must have 10"):
         kestrel.BandTable.of_rows([[0, 1] + [0] * 8, [1, 2, 3]])
     assert kestrel.Band(0, 1, warning=[1, 2, 3]) == kestrel.Band(0, 1, warning=(1, 2, 3))
     with pytest.raises(kestrel.SettingError, match="AlarmSpectrum_<name>.csv"):
@@ -253,7 +253,7 @@ def test_all_options_join_into_one_wide_spectrum(sensor):
     assert error.value.needs == 0.01 < error.value.has < 100
     with pytest.raises(kestrel.CannotTell, match="up to"):
         wide.rms(100, 100000)
-    with pytest.raises(kestrel.SettingError, match="the first is the lower one"):
+    with pytest.raises(kestrel.SettingError, match="from_hz must be the lower"):
         wide.rms(100, 10)
 
 
