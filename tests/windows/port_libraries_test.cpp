@@ -99,9 +99,9 @@ TEST(PortLibrariesTest, EachLibraryThatIsMissingIsNamed) {
   PortLibraries port(
       {.ports = "no ports.dll", .access = "no access.dll", .common = "no common.dll"});
   EXPECT_EQ(port.Fault(),
-            "no ports.dll was not found. It belongs into the program's folder.\n"
-            "no access.dll was not found. It belongs into the program's folder.\n"
-            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
+            "no ports.dll was not found. Put it into the program's folder.\n"
+            "no access.dll was not found. Put it into the program's folder.\n"
+            "no common.dll, a port library for 64-bit programs, can be used in their place.");
   EXPECT_FALSE(port.IsHeld(888));
   port.giveio();
   port.vbOut(888, 5);
@@ -113,26 +113,33 @@ TEST(PortLibrariesTest, ALibraryForThirtyTwoBitProgramsIsToldAsSuch) {
   PortLibraries port(
       {.ports = "other kind.dll", .access = "giveio.dll", .common = "no common.dll"});
   EXPECT_EQ(port.Fault(),
-            "other kind.dll is a library for 32-bit programs, and this is a 64-bit one. Put the "
-            "64-bit library into the program's folder, or use the USB adapter.\n"
-            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
+            "other kind.dll is a library for 32-bit programs, and this program is a 64-bit one. "
+            "Put the 64-bit library into the program's folder, or use the USB adapter.\n"
+            "no common.dll, a port library for 64-bit programs, can be used in their place.");
 }
 
 TEST(PortLibrariesTest, AFileThatIsNoLibraryIsTold) {
   const LibraryFile file("damaged.dll", std::string(5000, 'x'));
   PortLibraries port({.ports = "damaged.dll", .access = "giveio.dll", .common = "damaged.dll"});
-  EXPECT_EQ(port.Fault(),
-            "damaged.dll is damaged or made for another kind of program.\n"
-            "damaged.dll is damaged or made for another kind of program.");
+  EXPECT_EQ(
+      port.Fault(),
+      "damaged.dll is damaged or made for another kind of program. Put the library for 64-bit "
+      "programs into the program's folder.\n"
+      "damaged.dll is damaged or made for another kind of program. Put the library for 64-bit "
+      "programs into the program's folder.");
 }
 
 TEST(PortLibrariesTest, AnotherLibraryOfThisNameIsTold) {
   PortLibraries port({.ports = "giveio.dll", .access = "win95io.dll", .common = "no common.dll"});
-  EXPECT_EQ(port.Fault(),
-            "giveio.dll has no function vbOut: it is another library of this name.\n"
-            "giveio.dll has no function vbInp: it is another library of this name.\n"
-            "win95io.dll has no function giveio: it is another library of this name.\n"
-            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
+  EXPECT_EQ(
+      port.Fault(),
+      "giveio.dll has no function vbOut: it is another library of the same name. Put the right "
+      "one into the program's folder.\n"
+      "giveio.dll has no function vbInp: it is another library of the same name. Put the right "
+      "one into the program's folder.\n"
+      "win95io.dll has no function giveio: it is another library of the same name. Put the right "
+      "one into the program's folder.\n"
+      "no common.dll, a port library for 64-bit programs, can be used in their place.");
 }
 
 // What does not fit this program, or is not there, is made up for by the common library.
@@ -167,10 +174,10 @@ TEST_F(CommonLibrary, IsLeftAloneWhereTheOthersCanBeUsed) {
 TEST_F(CommonLibrary, WithoutItsDriverIsNoHelpAndSaysSo) {
   _putenv("KESTREL_TEST_NO_DRIVER=1");
   EXPECT_EQ(port.Fault(),
-            "no ports.dll was not found. It belongs into the program's folder.\n"
-            "no access.dll was not found. It belongs into the program's folder.\n"
-            "inpoutx64.dll is there, but its driver is not: start the program as administrator "
-            "once, so that it is installed.");
+            "no ports.dll was not found. Put it into the program's folder.\n"
+            "no access.dll was not found. Put it into the program's folder.\n"
+            "inpoutx64.dll is there, but its driver is not installed. Start the program as "
+            "administrator once to install it.");
   EXPECT_FALSE(port.IsHeld(888));
   EXPECT_FALSE(port.BringsDriver());
   EXPECT_EQ(port.vbInp(889), 0xFF);

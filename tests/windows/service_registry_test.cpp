@@ -124,8 +124,8 @@ TEST_F(ServiceRegistryTest, LibrariesThatCannotBeLoadedAreExplained) {
   ServiceRegistry unable(missing, port);
   unable.WriteRegistryValue(kServiceKey, "Start", kRegistryNumber, "2");
   EXPECT_EQ(unable.Explanation(),
-            "no such library.dll was not found. It belongs into the program's folder.\n"
-            "Instead of them no common.dll, a port library for 64-bit programs, would do.");
+            "no such library.dll was not found. Put it into the program's folder.\n"
+            "no common.dll, a port library for 64-bit programs, can be used in their place.");
   EXPECT_EQ(service.Explanation(), "");
 }
 

@@ -38,26 +38,28 @@ WORD MachineOf(const std::string& name) {
 
 std::string WhyNotLoaded(const std::string& name, DWORD error) {
   if (error == ERROR_MOD_NOT_FOUND) {
-    return name + " was not found. It belongs into the program's folder.";
+    return name + " was not found. Put it into the program's folder.";
   }
   if (error == ERROR_BAD_EXE_FORMAT && MachineOf(name) == IMAGE_FILE_MACHINE_I386) {
-    return name + " is a library for 32-bit programs, and this is a 64-bit one. Put the 64-bit " +
-           "library into the program's folder, or use the USB adapter.";
+    return name + " is a library for 32-bit programs, and this program is a 64-bit one. Put the " +
+           "64-bit library into the program's folder, or use the USB adapter.";
   }
   if (error == ERROR_BAD_EXE_FORMAT) {
-    return name + " is damaged or made for another kind of program.";
+    return name + " is damaged or made for another kind of program. Put the library for 64-bit " +
+           "programs into the program's folder.";
   }
   return name + " cannot be loaded: " +
          std::error_code(static_cast<int>(error), std::system_category()).message();
 }
 
 std::string WhyNoFunction(const std::string& name, const char* function) {
-  return name + " has no function " + function + ": it is another library of this name.";
+  return name + " has no function " + function + ": it is another library of the same name. " +
+         "Put the right one into the program's folder.";
 }
 
 std::string WhyNoDriver(const std::string& name) {
-  return name + " is there, but its driver is not: start the program as administrator once, so " +
-         "that it is installed.";
+  return name + " is there, but its driver is not installed. Start the program as administrator " +
+         "once to install it.";
 }
 
 void Append(std::string& text, const std::string& line) {
@@ -84,7 +86,7 @@ void* LoadInstead(const std::string& name, std::string& fault) {
   const DWORD error = GetLastError();
   if (library != nullptr) return library;
   Append(fault, error == ERROR_MOD_NOT_FOUND
-                    ? "Instead of them " + name + ", a port library for 64-bit programs, would do."
+                    ? name + ", a port library for 64-bit programs, can be used in their place."
                     : WhyNotLoaded(name, error));
   return nullptr;
 }

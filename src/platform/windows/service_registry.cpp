@@ -125,7 +125,7 @@ std::string ServiceRegistry::Explanation() {
   if (!installed && IsUserAnAdmin() == 0) {
     text += (text.empty() ? "" : "\n") +
             std::string(
-                "Installing the driver takes an administrator's rights: start the program "
+                "Installing the driver needs an administrator's rights: start the program "
                 "as administrator once.");
   }
   return text;
