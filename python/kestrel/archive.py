@@ -163,7 +163,7 @@ class Archive:
             What and where was measured, and where the axes point: "X radial, Z
             axial".
         rpm : float or None
-            Speed of the shaft, 1/min; None where it is not known.
+            Speed of the shaft, rpm; None where it is not known.
         note : str
         tags : str or sequence of str
 
@@ -184,7 +184,7 @@ class Archive:
         machine, point, orientation : str
             As in `write`, the same for each of them.
         rpm : float or None
-            Speed of the shaft, 1/min.
+            Speed of the shaft, rpm.
         note : str
         tags : str or sequence of str
         """
@@ -200,7 +200,7 @@ class Archive:
         ids : int or iterable of int
         machine, point, orientation : str
         rpm : float or None
-            Speed of the shaft, 1/min; None where it is not known.
+            Speed of the shaft, rpm; None where it is not known.
         note : str
         tags : str or sequence of str
             In place of those that each had.

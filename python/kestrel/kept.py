@@ -26,7 +26,7 @@ class ArchivedRecord:
     machine, point, orientation, note : str
         Remarks of the user.
     rpm : float or None
-        Speed of the shaft, 1/min.
+        Speed of the shaft, rpm.
     tags : tuple of str
         Sorted.
     program, bench : str

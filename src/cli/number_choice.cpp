@@ -67,8 +67,10 @@ void NumberChoice::Check() const {
 }
 
 void QuantityOptions::AddTo(CLI::App& app) {
-  AddChoice(app, "--quantity", quantity, kQuantities, "Quantity of peaks and levels");
-  AddChoice(app, "--amplitude", amplitude, kAmplitudes, "Amplitude of peaks");
+  AddChoice(app, "--quantity", quantity, kQuantities,
+            "Quantity of peaks and levels, in g, mm/s, µm or g²/Hz");
+  AddChoice(app, "--amplitude", amplitude, kAmplitudes,
+            "Amplitude of peaks as peak, RMS or peak to peak");
 }
 
 void QuantityOptions::Check() const {

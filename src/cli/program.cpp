@@ -65,7 +65,7 @@ void AddConnection(CLI::App& app, Connection& connection) {
   auto* parallel = app.add_option_function<std::string>(
       "--parallel",
       [&](const std::string& text) { connection.parallelAddress = ParsePortAddress(text); },
-      "Use the parallel port at this hexadecimal address");
+      "Use the parallel port at this hexadecimal address, for example 378");
   auto* device =
       app.add_option("--port-device", connection.portDevice,
                      "Use this parallel port, for example /dev/parport1, whatever its address");

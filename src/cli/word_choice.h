@@ -43,7 +43,7 @@ CLI::Option* AddChoice(CLI::App& app, const char* name, std::optional<Value>& ch
 
 // "--fast" of every command that reads records.
 inline void AddFast(CLI::App& word, bool& fast) {
-  word.add_flag("--fast", fast, "Read records out in blocks, many times faster, and check them");
+  word.add_flag("--fast", fast, "Read records out in blocks, which is much faster, and check them");
 }
 
 }  // namespace kestrel

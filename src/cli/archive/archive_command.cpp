@@ -66,7 +66,7 @@ void ArchiveCommand::AddIds(CLI::App& word) {
 }
 
 void ArchiveCommand::AddTo(CLI::App& app) {
-  word_ = app.add_subcommand("archive", "Look at the records that were kept");
+  word_ = app.add_subcommand("archive", "Find, show, change and exchange kept records");
   word_->require_subcommand(1);
   CLI::App* list = Add("list", "List records, the latest first", &ArchiveCommand::List);
   filter_.AddTo(*list);
@@ -74,12 +74,12 @@ void ArchiveCommand::AddTo(CLI::App& app) {
   CLI::App* show = Add("show", "Report records", &ArchiveCommand::Show);
   AddIds(*show);
   show->add_flag("--data", withData_, "Report every point in the text as well");
-  CLI::App* note =
-      Add("note", "Change machine, point, speed, note or tags of records", &ArchiveCommand::Note);
+  CLI::App* note = Add("note", "Change machine, point, orientation, speed, note or tags of records",
+                       &ArchiveCommand::Note);
   AddIds(*note);
   remarks_.AddTo(*note);
   CLI::App* remove =
-      Add("delete", "Delete records, so that they can be brought back", &ArchiveCommand::Delete);
+      Add("delete", "Delete records; --undo brings them back", &ArchiveCommand::Delete);
   AddIds(*remove);
   auto* back = remove->add_flag("--undo", bringBack_, "Bring deleted records back");
   remove->add_flag("--for-good", forGood_, "Remove them for good")->excludes(back);

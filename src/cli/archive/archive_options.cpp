@@ -19,7 +19,7 @@ constexpr const char* kBeside = "What the archive keeps beside the record";
 std::string SpeedProblem(const std::string& text) {
   const auto rpm = WholeTextNumber(text);
   if (rpm && *rpm > 0 && *rpm <= 1e6) return {};
-  return "\"" + text + "\" is not a speed in revolutions per minute";
+  return "\"" + text + "\" is not a speed: a number above 0 to 1000000 rpm";
 }
 
 }  // namespace
@@ -80,7 +80,9 @@ void RemarkOptions::AddTo(CLI::App& app) {
   app.add_option("--machine", told_.machine, "What is measured")->group(kBeside);
   app.add_option("--point", told_.point, "Where on it the sensor sits")->group(kBeside);
   app.add_option("--orientation", told_.orientation, "Where its axes point")->group(kBeside);
-  app.add_option("--rpm", rpm_, "Speed of the shaft, rpm")->group(kBeside)->check(SpeedProblem);
+  app.add_option("--rpm", rpm_, "Speed of the shaft, above 0 to 1000000 rpm")
+      ->group(kBeside)
+      ->check(SpeedProblem);
   app.add_option("--note", told_.note, "A note")->group(kBeside);
   app.add_option("--tag", told_.tags, "A tag; may be given several times")
       ->group(kBeside)

@@ -132,7 +132,7 @@ void PrintKept(std::ostream& out, const KeptRecord& kept) {
   line("machine", remarks.machine);
   line("point", remarks.point);
   line("orientation", remarks.orientation);
-  if (remarks.rpm) line("speed, 1/min", GeneralNumber(*remarks.rpm));
+  if (remarks.rpm) line("speed, rpm", GeneralNumber(*remarks.rpm));
   line("tags", Joined(remarks.tags));
   line("note", remarks.note);
   line("sensor", kept.record.sensor.simulated ? "simulated" : kept.record.sensor.interface);

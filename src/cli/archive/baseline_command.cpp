@@ -44,15 +44,14 @@ baseline::EvidenceOrigin OriginOf(Session& session) {
 }  // namespace
 
 void BaselineCommand::AddTo(CLI::App& app) {
-  word_ =
-      app.add_subcommand("baseline", "Propose alarm thresholds from kept records and replay them");
+  word_ = app.add_subcommand("baseline", "Propose alarm thresholds and try them on kept records");
   options_.AddTo(*word_);
   const auto add = [&](const char* name, std::string& file, const char* text) {
     return word_->add_option(name, file, text)->group(kGroup)->type_name("FILE");
   };
   auto* bands =
-      add("--bands", bandsFile_, "The bands of this alarm file, AlarmSpectrum_<name>.csv");
-  word_->add_flag("--sensor-bands", ofSensor_, "The bands that the sensor holds")
+      add("--bands", bandsFile_, "Use the bands of this alarm file, AlarmSpectrum_<name>.csv");
+  word_->add_flag("--sensor-bands", ofSensor_, "Use the bands that the sensor holds")
       ->group(kGroup)
       ->excludes(bands);
   word_->add_flag("--present", present_, "Replay the present thresholds, propose none")

@@ -129,7 +129,8 @@ void BaselineOptions::AddRule(CLI::App& app) {
   add("--m", judgement_.m,
       "An alarm takes this many of the last --n records above the threshold; 1 if not given")
       ->check(CLI::Range(1, 100));
-  add("--n", judgement_.n, "Of how many records --m is counted; 1 if not given, as the sensor does")
+  add("--n", judgement_.n,
+      "Number of last records that --m is counted in; 1 if not given, as in the sensor")
       ->check(CLI::Range(1, 100));
   add("--hysteresis", judgement_.hysteresisDb,
       "An alarm of several records ends this many dB below the threshold; 1 if not given")

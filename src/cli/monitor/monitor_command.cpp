@@ -45,12 +45,12 @@ void MonitorCommand::AddTo(CLI::App& app) {
   auto* check = word_->add_flag("--check", check_, "Check the plan and capture nothing");
   auto* from = word_->add_flag("--from-sensor", fromSensor_,
                                "Print a plan that captures as the sensor is set now");
-  auto* ends =
-      word_->add_flag("--end-with-input", endsWithInput_,
-                      "End when the standard input is closed as well, for programs that start it");
+  auto* ends = word_->add_flag(
+      "--end-with-input", endsWithInput_,
+      "End also when the standard input is closed, for programs that start this one");
   from->excludes(plan)->excludes(check)->excludes(ends);
-  word_->add_option("--bench", bench_, "Name of the bench in that plan")->needs(from);
-  word_->add_option("--sensor", sensor_, "Name of the sensor in that plan")->needs(from);
+  word_->add_option("--bench", bench_, "Name of the bench in the printed plan")->needs(from);
+  word_->add_option("--sensor", sensor_, "Name of the sensor in the printed plan")->needs(from);
 }
 
 void MonitorCommand::SayMistakes(const Surroundings& surroundings, const Output& output,

@@ -41,11 +41,12 @@ void Put(Session& session, const std::string& file, const std::string& content) 
 }  // namespace
 
 void ReportCommand::AddTo(CLI::App& app) {
-  word_ = app.add_subcommand("report", "Print records, or compare them, into a PDF file");
+  word_ =
+      app.add_subcommand("report", "Print kept records, or a comparison of them, into a PDF file");
   word_
       ->add_option("id", ids_,
-                   "Numbers of records, as \"archive list\" shows them; the later "
-                   "ones are compared with the first")
+                   "Numbers of records, up to six, as \"archive list\" shows "
+                   "them; the later ones are compared with the first")
       ->required()
       ->check(RecordNumberProblem);
   word_->add_option("--out", file_, "The PDF file; an earlier one is replaced")

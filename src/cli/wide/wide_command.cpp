@@ -61,23 +61,25 @@ void WideCommand::AddTo(CLI::App& app) {
   word_->add_option("--options", options_, "Sample-rate options to capture at; all by default")
       ->check(CLI::Range(0, 3))
       ->delimiter(',');
-  AddChoice(*word_, "--quantity", quantity_, kQuantities, "Quantity of the curve and of lines");
+  AddChoice(*word_, "--quantity", quantity_, kQuantities,
+            "Quantity of the curve and of lines, in g²/Hz, g, mm/s or µm");
   word_
-      ->add_option(
-          "--limit", limitDb_,
-          "Where options overlap: difference in dB above which it is not steady; 3 if not given")
+      ->add_option("--limit", limitDb_,
+                   "Difference in dB, where options overlap, above which the machine is not "
+                   "steady; 3 if not given")
       ->check(LimitProblem);
-  word_->add_option("--lines", lines_, "Lines of each axis in the text, 0 to 1000")
+  word_->add_option("--lines", lines_, "Lines of each axis in the text, 0 to 1000; 10 if not given")
       ->check(CLI::Range(0, 1000));
   word_->add_flag("--data", withData_, "Report every point in the text as well");
   word_->add_option("--csv", csv_, "Write the curve as a table into this file as well")
       ->type_name("FILE");
   AddFast(*word_, fast_);
-  auto* from =
-      word_->add_option("--from", from_, "Show a kept one instead: its name in --list, or last")
-          ->check([](const std::string& text) { return WideProblem(text, kLast); })
-          ->type_name("NAME");
-  word_->add_flag("--list", list_, "List those that were kept, the latest first")->excludes(from);
+  auto* from = word_
+                   ->add_option("--from", from_,
+                                "Show a kept wide spectrum instead: its name in --list, or last")
+                   ->check([](const std::string& text) { return WideProblem(text, kLast); })
+                   ->type_name("NAME");
+  word_->add_flag("--list", list_, "List the kept wide spectra, the latest first")->excludes(from);
   remarks_.AddTo(*word_);
 }
 
