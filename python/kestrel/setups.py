@@ -27,9 +27,9 @@ class Restored(NamedTuple):
     """How a set-up was restored.
 
     `whole` tells whether the sensor holds all of it now; `text` says what was
-    restored, what was not and why. The lists name registers and bands: those
-    that were `equal` already, those `written` and read back, those of which it
-    is `unsure` because they could not be read back, and those still `open`.
+    restored, what was not and why. The lists name registers and bands:
+    `equal` before, `written` and read back, `unsure` (written, but not read
+    back) and `open` (not written).
     """
 
     whole: bool
