@@ -16,6 +16,9 @@ std::string Trimmed(std::string text) {
   return text;
 }
 
+// What the server merely mentions, which would else be printed.
+void PassOver(void* /*of nobody*/, const char* /*text*/) {}
+
 }  // namespace
 
 PostgresDatabase::PostgresDatabase(const std::string& where) {
@@ -28,8 +31,7 @@ PostgresDatabase::PostgresDatabase(const std::string& where) {
     throw DatabaseError(Fault::Lost, Trimmed(PQerrorMessage(connection)));
   }
   cancel_.reset(PQgetCancel(connection));
-  PQsetNoticeProcessor(
-      connection, [](void*, const char*) {}, nullptr);
+  PQsetNoticeProcessor(connection, PassOver, nullptr);
 }
 
 void PostgresDatabase::Run(const std::string& sql, const Values& values, const OnRow& row) {

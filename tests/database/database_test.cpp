@@ -5,21 +5,11 @@
 #include <limits>
 #include <thread>
 
+#include "database/fault_of.h"
 #include "support/temporary_database.h"
 
 namespace kestrel::database {
 namespace {
-
-Fault FaultOf(const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const DatabaseError& error) {
-    EXPECT_STRNE(error.what(), "");
-    return error.fault;
-  }
-  ADD_FAILURE() << "no fault";
-  return Fault::Other;
-}
 
 class Databases : public testing::TestWithParam<DatabaseKind> {
  protected:
@@ -148,40 +138,68 @@ TEST_P(Databases, TablesAreKnown) {
   EXPECT_EQ(database_->Damage(), std::vector<std::string>{});
 }
 
+TEST_P(Databases, OneWithoutATableIsBlank) {
+  EXPECT_TRUE(GetParam().make()->Connect()->IsBlank());
+}
+
+TEST_P(Databases, WhatIsThereToReadIsThereAfterMemoryIsGivenBack) {
+  database_->Run("insert into thing(number) values(7)");
+  const char* select = "select number from thing";
+  EXPECT_EQ(Number(*database_, select), 7);
+  database_->ReleaseMemory();
+  EXPECT_EQ(Number(*database_, select), 7);
+}
+
+TEST_P(Databases, WhereNothingWasBegunNothingIsUndone) {
+  database_->Run("insert into thing(number) values(7)");
+  database_->Rollback();
+  EXPECT_EQ(Count(), 1);
+}
+
+TEST_P(Databases, TheSchemaIsLockedAsOftenAsItIsChanged) {
+  Transaction transaction(*database_);
+  database_->LockSchema();
+  database_->Run("create table more(words blob)");
+  transaction.Commit();
+  EXPECT_TRUE(database_->HasTable("more"));
+}
+
+TEST_P(Databases, RowsThatNobodyWantsAreNotHandedOn) {
+  for (int i = 0; i < 3; ++i) database_->Run("insert into thing(note) values('x')");
+  database_->Run("select id from thing");
+  EXPECT_EQ(Count(), 3);
+}
+
+TEST_P(Databases, ASingleNumberIsTheOneThatIsGivenWhereThereIsNone) {
+  const char* select = "select number from thing";
+  EXPECT_EQ(Number(*database_, select), 0);
+  EXPECT_EQ(Number(*database_, select, {}, -3), -3);
+}
+
 KESTREL_ON_EVERY_DATABASE(Databases);
 
-TEST(TextOnAServer, ThatIsNoUtf8IsRefusedAndTheNextOneIsTaken) {
-  TemporarySchema place;
-  const auto database = place.Connect();
-  database->Run("create table thing(note text)");
-  EXPECT_EQ(FaultOf([&] {
-              database->Run("insert into thing(note) values($1)", {std::string("caf\xE9")});
-            }),
-            Fault::Constraint);
-  database->Run("insert into thing(note) values($1)", {std::string("caf\xC3\xA9")});
-  EXPECT_EQ(Number(*database, "select count(*) from thing"), 1);
-}
-
-TEST(CellsOnAServer, OfEveryKindOfNumberAndTextAreRead) {
-  TemporarySchema place;
-  const auto database = place.Connect();
-  Values got;
-  database->Run(
-      "select true, cast(-7 as smallint), cast(70000 as integer), cast(0.5 as real), cast('n' as "
-      "name), cast('c' as varchar)",
-      {}, [&](Row row) { got.assign(row.begin(), row.end()); });
-  EXPECT_EQ(got, (Values{std::int64_t{1}, std::int64_t{-7}, std::int64_t{70000}, 0.5,
-                         std::string("n"), std::string("c")}));
-  EXPECT_EQ(FaultOf([&] { database->Run("select now()", {}, [](Row) {}); }), Fault::Other);
-}
-
-TEST(NoDatabase, AServerThatIsNotThereIsLost) {
-  try {
-    PostgresDatabase("postgresql://nobody@/none?host=/nowhere");
-    FAIL() << "no fault";
-  } catch (const DatabaseError& error) {
-    EXPECT_EQ(error.fault, Fault::Lost);
-    EXPECT_NE(std::string(error.what()).find("/nowhere"), std::string::npos) << error.what();
+TEST(Cells, AreOfTheirKindOrRefused) {
+  const Value whole = std::int64_t{-7};
+  const Value real = 0.5;
+  const Value text = std::string("x");
+  const Value bytes = Bytes{1, 2};
+  EXPECT_EQ(Integer(whole), -7);
+  EXPECT_EQ(Real(real), 0.5);
+  EXPECT_EQ(Real(whole), -7.0) << "a file keeps a real number without a fraction as a whole one";
+  EXPECT_EQ(Text(text), "x");
+  EXPECT_EQ(Blob(bytes), (Bytes{1, 2}));
+  for (const Value& other : {real, text, bytes, Value{}}) {
+    EXPECT_EQ(FaultOf([&] { (void)Integer(other); }), Fault::Corrupt);
+  }
+  for (const Value& other : {text, bytes, Value{}}) {
+    EXPECT_EQ(FaultOf([&] { (void)Real(other); }), Fault::Corrupt);
+  }
+  for (const Value& other : {whole, real, bytes, Value{}}) {
+    EXPECT_EQ(FaultOf([&] { (void)Text(other); }), Fault::Corrupt);
+  }
+  for (const Value& other : {whole, real, text, Value{}}) {
+    EXPECT_EQ(FaultOf([&] { (void)Blob(other); }), Fault::Corrupt);
+    EXPECT_EQ(IsNull(other), other == Value{});
   }
 }
 
