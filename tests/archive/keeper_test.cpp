@@ -2,89 +2,12 @@
 // SPDX-License-Identifier: MIT
 #include "archive/keeper.h"
 
-#include <atomic>
-
-#include "support/random_records.h"
-#include "support/temporary_database.h"
+#include "archive/keepers.h"
 
 namespace kestrel::archive {
 namespace {
 
 using namespace std::chrono_literals;
-using database::DatabaseError;
-using database::Fault;
-
-constexpr auto kPatience = 20s;
-
-// A database that can be taken away.
-class Breakable : public database::Database {
- public:
-  Breakable(std::unique_ptr<Database> real, const std::atomic<bool>& isAway)
-      : real_(std::move(real)), isAway_(isAway) {}
-  using Database::Run;
-  void Run(const std::string& sql, const database::Values& values,
-           const database::OnRow& row) override {
-    Look();
-    real_->Run(sql, values, row);
-  }
-  void Begin() override {
-    Look();
-    real_->Begin();
-  }
-  void Commit() override {
-    Look();
-    real_->Commit();
-  }
-  void Rollback() override { real_->Rollback(); }
-  void Cancel() override { real_->Cancel(); }
-  [[nodiscard]] const char* KeyType() const override { return real_->KeyType(); }
-  bool HasTable(const std::string& name) override { return real_->HasTable(name); }
-  bool IsBlank() override { return real_->IsBlank(); }
-  void LockSchema() override { real_->LockSchema(); }
-  std::int64_t Size() override { return real_->Size(); }
-  std::vector<std::string> Damage() override { return real_->Damage(); }
-
- private:
-  void Look() const {
-    if (isAway_) throw DatabaseError(Fault::Lost, "the server is away");
-  }
-  std::unique_ptr<Database> real_;
-  const std::atomic<bool>& isAway_;
-};
-
-class Keepers : public testing::TestWithParam<DatabaseKind> {
- protected:
-  void SetUp() override { place_ = GetParam().make(); }
-
-  KeeperChoice Choice() {
-    return {.open = [this] { return Archive(Connection(*place_, isAway_)); },
-            .openWaiting = [this] { return Archive(Connection(waiting_, isWaitingAway_)); },
-            .hasWaiting = [this] { return std::filesystem::exists(waiting_.Name()); },
-            .retry = 5ms};
-  }
-  std::unique_ptr<database::Database> Connection(TemporaryDatabase& place,
-                                                 const std::atomic<bool>& isAway) {
-    if (isAway) throw DatabaseError(Fault::Lost, "the server is away");
-    return std::make_unique<Breakable>(place.Connect(), isAway);
-  }
-  NewRecord Made() { return {NewUid(), records_.Next(), {}, "0.1.0", "bench 1"}; }
-  bool Gets(Keeper& keeper, const std::function<bool(const KeeperState&)>& state) {
-    const auto end = std::chrono::steady_clock::now() + kPatience;
-    while (std::chrono::steady_clock::now() < end) {
-      if (state(keeper.State())) return true;
-      std::this_thread::sleep_for(1ms);
-    }
-    return false;
-  }
-  std::int64_t Count() { return Archive(place_->Connect()).Count(); }
-  std::int64_t Waiting() { return Archive(waiting_.Connect()).Count(); }
-
-  std::unique_ptr<TemporaryDatabase> place_;
-  TemporaryFile waiting_;
-  std::atomic<bool> isAway_ = false;
-  std::atomic<bool> isWaitingAway_ = false;
-  RandomRecords records_{2};
-};
 
 TEST_P(Keepers, WhatIsHandedOverIsArchivedInTurn) {
   Keeper keeper(Choice());
