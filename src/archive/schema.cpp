@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "archive/schema.h"
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -44,7 +45,7 @@ std::vector<std::string> Version1(const std::string& key) {
 }
 
 // Records that belong together: see WideMark.
-std::vector<std::string> Version2() {
+std::vector<std::string> Version2(const std::string& /*key*/) {
   return {
       "alter table record add column wide_set blob",
       "alter table record add column wide_wanted bigint",
@@ -53,7 +54,7 @@ std::vector<std::string> Version2() {
 }
 
 // What stood in the way of captures, and alarms: see JournalEntry.
-std::vector<std::string> Version3() {
+std::vector<std::string> Version3(const std::string& /*key*/) {
   return {
       "create table journal(uid blob primary key, bench text not null, sensor text not null, kind "
       "text not null, began bigint not null, ended bigint, missed bigint not null, text text not "
@@ -62,12 +63,10 @@ std::vector<std::string> Version3() {
   };
 }
 
-std::vector<std::string> StepTo(std::int64_t version, const std::string& key) {
-  if (version == 1) return Version1(key);
-  if (version == 2) return Version2();
-  if (version == 3) return Version3();
-  throw DatabaseError(Fault::Other, "there is no way to version " + std::to_string(version));
-}
+// Each from the version before it.
+using Step = std::vector<std::string> (*)(const std::string& key);
+constexpr std::array kSteps{Step{Version1}, Step{Version2}, Step{Version3}};
+static_assert(kSteps.size() == kSchemaVersion);
 
 Contents ContentsOfVersion(std::int64_t version) {
   if (version < 1) return Contents::Foreign;
@@ -76,8 +75,8 @@ Contents ContentsOfVersion(std::int64_t version) {
 }
 
 void GoOn(Database& database, std::int64_t from) {
-  for (std::int64_t version = from + 1; version <= kSchemaVersion; ++version) {
-    for (const std::string& sql : StepTo(version, database.KeyType())) database.Run(sql);
+  for (auto version = static_cast<std::size_t>(from); version < kSteps.size(); ++version) {
+    for (const std::string& sql : kSteps[version](database.KeyType())) database.Run(sql);
   }
   database.Run(
       "insert into about(name, value) values('archive version', $1) "

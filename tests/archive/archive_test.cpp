@@ -157,6 +157,17 @@ TEST_P(Archives, FoundByHowItWasTaken) {
   EXPECT_THAT(Found({.alarm = true}), ElementsAre(alarm));
   EXPECT_THAT(Found({.alarm = false}), ElementsAre(time));
   EXPECT_THAT(Found({.simulated = true}), ElementsAre(time));
+  EXPECT_THAT(Found({.simulated = false}), ElementsAre(alarm));
+}
+
+TEST_P(Archives, TimesAreThoseOfTheRecordsThatFit) {
+  archive_->Keep(Made(1s));
+  const auto pump = [](NewRecord& made) { made.remarks.machine = "Pump"; };
+  Keep(2s, pump);
+  archive_->Delete(Ids{Keep(3s, pump)}, kThen);
+  EXPECT_THAT(archive_->Times({}), testing::UnorderedElementsAre(kThen + 1s, kThen + 2s));
+  EXPECT_THAT(archive_->Times({.machine = "Pump"}), ElementsAre(kThen + 2s));
+  EXPECT_THAT(archive_->Times({.machine = "Fan"}), IsEmpty());
 }
 
 TEST_P(Archives, RemarksAreChangedAndMachinesAndPointsKnown) {

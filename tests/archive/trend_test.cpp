@@ -175,7 +175,131 @@ TEST_P(Trends, PointsTellTheSensorsAlarmWordsAndTheRange) {
   }
 }
 
+// The same value in all bins: nothing stands out.
+NewRecord Flat(double lsbWeight) {
+  NewRecord made{NewUid(), {}, {.machine = "Flat"}, "0.1.0", "bench 1"};
+  made.record.kind = RecordKind::Spectrum;
+  made.record.settings = SettingsFromWords(0x1D01, 0);
+  made.record.scaledRange = static_cast<std::int16_t>(made.record.settings.range);
+  made.record.lsbWeight = lsbWeight;
+  for (AxisRecord& axis : made.record.axes) {
+    for (int i = 0; i < static_cast<int>(made.record.Points()); ++i) {
+      axis.raw(i) = 100;
+      axis.data(i) = 100 * lsbWeight;
+    }
+  }
+  return made;
+}
+
+TEST_P(Trends, ARecordWithoutAPeakThereIsRefusedWithTheReason) {
+  archive_->Keep(Flat(0.001));
+  const TrendChoice choice{.of = TrendOf::PeakNear, .nearHz = 700, .withinHz = 100};
+  const Levels levels = LevelsOver(*archive_, {.machine = "Flat"}, choice);
+  EXPECT_EQ(levels.refused.size(), 1U);
+  EXPECT_EQ(levels.refusal, "no peak stands out of the noise within 100 Hz of 700 Hz");
+  EXPECT_EQ(levels.unit, "g peak");
+}
+
+TEST_P(Trends, WhatASpectrumDoesNotHoldIsRefusedWithTheReason) {
+  archive_->Keep(Flat(0.001));
+  const Trend band = TrendFor(*archive_, {.machine = "Flat"},
+                              {.of = TrendOf::BandRms, .fromHz = 100, .toHz = 1e6});
+  EXPECT_EQ(band.refused, 1);
+  EXPECT_EQ(band.refusal, "the spectrum does not hold the whole band");
+  const Trend near = TrendFor(*archive_, {.machine = "Flat"},
+                              {.of = TrendOf::PeakNear, .nearHz = 1e6, .withinHz = 10});
+  EXPECT_EQ(near.refused, 1);
+  EXPECT_NE(near.refusal, "");
+}
+
+TEST_P(Trends, ValuesThatAreNoNumbersAreRefusedWithTheReason) {
+  archive_->Keep(Flat(std::numeric_limits<double>::infinity()));
+  const Filter flat{.machine = "Flat"};
+  const Trend worked =
+      TrendFor(*archive_, flat, {.of = TrendOf::BandPeak, .fromHz = 100, .toHz = 200});
+  EXPECT_EQ(worked.refused, 1);
+  EXPECT_THAT(worked.refusal, testing::HasSubstr("values that are not numbers"));
+  const Trend kept = TrendFor(*archive_, flat, {.of = TrendOf::Rms});
+  EXPECT_EQ(kept.refused, 1);
+  EXPECT_EQ(kept.refusal, "the record cannot carry this level");
+  EXPECT_TRUE(kept.series.empty());
+}
+
+TEST_P(Trends, ARecordThatGoesAwayMeanwhileIsRefusedWithTheReason) {
+  const std::int64_t id = archive_->Keep(Flat(0.001));
+  const Levels levels =
+      LevelsOver(*archive_, {.machine = "Flat"}, {.of = TrendOf::BandRms, .toHz = 1'000},
+                 [&](std::int64_t done, std::int64_t all) {
+                   EXPECT_EQ(done, 0);
+                   EXPECT_EQ(all, 1);
+                   archive_->Remove(std::vector{id});
+                   return true;
+                 });
+  EXPECT_THAT(levels.refused, testing::ElementsAre(id));
+  EXPECT_EQ(levels.refusal, "the record is not there any more");
+}
+
+TEST_P(Trends, ATimeRecordHasNoBands) {
+  const Levels levels =
+      LevelsOver(*archive_, {.kind = RecordKind::Time}, {.of = TrendOf::BandRms, .toHz = 1'000});
+  EXPECT_FALSE(levels.refused.empty());
+  EXPECT_EQ(levels.refusal, "a time record has no bands");
+}
+
+TEST_P(Trends, ItsOwnerMayEndWhatIsOnlyRead) {
+  const Levels levels =
+      LevelsOver(*archive_, {}, {.of = TrendOf::Rms}, [&](std::int64_t done, std::int64_t all) {
+        EXPECT_EQ(done, 120);
+        EXPECT_EQ(all, 120);
+        return false;
+      });
+  EXPECT_FALSE(levels.whole);
+  EXPECT_TRUE(levels.series.empty());
+}
+
+TEST_P(Trends, ItsOwnerIsAskedNowAndThen) {
+  std::vector<std::int64_t> asked;
+  const Levels levels = LevelsOver(*archive_, {}, {.of = TrendOf::BandRms, .toHz = 1'000},
+                                   [&](std::int64_t done, std::int64_t) {
+                                     asked.push_back(done);
+                                     return true;
+                                   });
+  EXPECT_TRUE(levels.whole);
+  EXPECT_THAT(asked, testing::ElementsAre(0, 64));
+}
+
+TEST_P(Trends, TheSeriesWithMostPointsComesFirst) {
+  const Levels levels = LevelsOver(*archive_, {}, {.of = TrendOf::Rms});
+  EXPECT_TRUE(std::ranges::is_sorted(levels.series, std::greater{}, [](const LevelSeries& series) {
+    return series.points.size();
+  }));
+}
+
+TEST_P(Trends, APointTellsWhetherAnAlarmWasOn) {
+  NewRecord quiet = Flat(0.001);
+  NewRecord loud = Flat(0.001);
+  quiet.record.time = std::chrono::system_clock::from_time_t(1'763'000'000);
+  loud.record.time = quiet.record.time + 1s;
+  loud.record.alarms.axes[2].status = 4;
+  archive_->KeepAll(std::vector{loud, quiet});
+  const Trend trend = TrendFor(*archive_, {.machine = "Flat"}, {.of = TrendOf::Rms});
+  ASSERT_EQ(trend.series.size(), 1U);
+  ASSERT_EQ(trend.series[0].points.size(), 2U);
+  EXPECT_FALSE(trend.series[0].points[0].alarm);
+  EXPECT_TRUE(trend.series[0].points[1].alarm);
+}
+
 KESTREL_ON_EVERY_DATABASE(Trends);
+
+TEST(TrendUnits, AreThoseOfTheLevels) {
+  EXPECT_EQ(UnitOf(TrendOf::Rms), "g RMS");
+  EXPECT_EQ(UnitOf(TrendOf::BandRms), "g RMS");
+  EXPECT_EQ(UnitOf(TrendOf::Peak), "g peak");
+  EXPECT_EQ(UnitOf(TrendOf::BandPeak), "g peak");
+  EXPECT_EQ(UnitOf(TrendOf::PeakNear), "g peak");
+  EXPECT_EQ(UnitOf(TrendOf::Temperature), "\u00B0C");
+  EXPECT_EQ(UnitOf(TrendOf::Supply), "V");
+}
 
 }  // namespace
 }  // namespace kestrel::archive

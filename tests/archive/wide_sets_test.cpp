@@ -5,6 +5,7 @@
 #include "archive/rescue.h"
 #include "archive/schema.h"
 #include "archive/version_1.h"
+#include "archive/wrapped_database.h"
 #include "support/random_records.h"
 #include "support/temporary_database.h"
 
@@ -120,6 +121,51 @@ TEST_P(WideSets, ASetOfWhichAllIsDeletedIsKnownStill) {
   EXPECT_THAT(set->records, IsEmpty());
   EXPECT_THAT(set->deleted, ElementsAre(3, 0));
   EXPECT_THAT(FindWideSets(*archive_, {}), IsEmpty());
+}
+
+TEST_P(WideSets, OfTwoRecordsOfOneOptionTheLatestCounts) {
+  KeepSet(one_, {0, 1}, 1s);
+  const Ids again = KeepSet(one_, {1}, 20s);
+  const auto set = GetWideSet(*archive_, one_);
+  EXPECT_THAT(OptionsOf(*set), ElementsAre(1, 0));
+  EXPECT_EQ(set->records[0].id, again[0]);
+}
+
+TEST_P(WideSets, AnOptionOfWhichOneRecordIsThereAndOneDeletedIsThere) {
+  const Ids ids = KeepSet(one_, {0, 0}, 1s, 0b1);
+  archive_->Delete(Ids{ids[1]}, kThen);
+  const auto set = GetWideSet(*archive_, one_);
+  EXPECT_THAT(set->deleted, IsEmpty());
+  EXPECT_TRUE(set->IsWhole());
+}
+
+TEST_P(WideSets, OneWithADeletedRecordIsNotWholeThoughNoneIsMissing) {
+  const Ids ids = KeepSet(one_, {0, 1}, 1s, 0b11);
+  EXPECT_TRUE(GetWideSet(*archive_, one_)->IsWhole());
+  archive_->Delete(Ids{ids[0]}, kThen);
+  const auto set = GetWideSet(*archive_, one_);
+  EXPECT_THAT(set->missing, IsEmpty());
+  EXPECT_FALSE(set->IsWhole());
+}
+
+TEST_P(WideSets, WhatAnyOfItsRecordsWantedIsWanted) {
+  const Ids ids = KeepSet(one_, {0}, 1s, 0b0001);
+  KeepSet(one_, {1}, 2s, 0b1010);
+  EXPECT_EQ(GetWideSet(*archive_, one_)->wanted, 0b1011U);
+  EXPECT_THAT(GetWideSet(*archive_, one_)->missing, ElementsAre(3));
+  archive_->Delete(ids, kThen);
+  EXPECT_EQ(GetWideSet(*archive_, one_)->wanted, 0b1011U);
+}
+
+TEST_P(WideSets, ARecordThatAnotherRemovesMeanwhileIsMissing) {
+  const Ids ids = KeepSet(one_, {0, 1}, 1s, 0b11);
+  Archive slow(std::make_unique<WrappedDatabase>(place_->Connect(), [&](const std::string& sql) {
+    if (sql.find("where r.id = $1") != std::string::npos) archive_->Remove(Ids{ids[1]});
+  }));
+  const auto set = GetWideSet(slow, one_);
+  ASSERT_TRUE(set);
+  EXPECT_THAT(OptionsOf(*set), ElementsAre(0));
+  EXPECT_THAT(set->missing, ElementsAre(1));
 }
 
 TEST_P(WideSets, ARescuedSetIsASet) {

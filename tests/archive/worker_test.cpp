@@ -133,6 +133,125 @@ TEST_P(Workers, AfterAFaultTheArchiveIsOpenedAgain) {
   EXPECT_EQ(opened_, 1);
 }
 
+TEST_P(Workers, AChangeIsNotCancelled) {
+  Worker worker(Opens());
+  std::promise<void> begin;
+  std::promise<void> begun;
+  std::promise<void> done;
+  worker.Do({Rank::Change,
+             [&](Archive& archive) {
+               begun.set_value();
+               begin.get_future().wait();
+               archive.Keep({NewUid(), records_.Next(), {}, "0.1.0", "bench"});
+             },
+             Nothing});
+  worker.Do({Rank::Change, [&](Archive&) { done.set_value(); }, Nothing});
+  Wait(begun);
+  worker.Cancel(Rank::Change);
+  begin.set_value();
+  Wait(done);
+  EXPECT_EQ(Archive(place_->Connect()).Count(), 1);
+}
+
+TEST_P(Workers, WhatIsCancelledWhileTheArchiveIsOpenedIsNotBegun) {
+  std::promise<void> opens;
+  std::promise<void> mayOpen;
+  std::promise<void> done;
+  Worker worker([&, open = Opens()] {
+    opens.set_value();
+    mayOpen.get_future().wait();
+    return open();
+  });
+  worker.Do({Rank::Find, [](Archive&) { ADD_FAILURE(); }, Nothing});
+  Wait(opens);
+  worker.Cancel(Rank::Find);
+  worker.Do({Rank::Find, [&](Archive&) { done.set_value(); }, Nothing});
+  mayOpen.set_value();
+  Wait(done);
+  EXPECT_EQ(opened_, 1);
+}
+
+TEST_P(Workers, CancellingARankLeavesTheOthers) {
+  Worker worker(Opens());
+  std::promise<void> begun;
+  std::promise<void> begin;
+  std::promise<void> done;
+  std::vector<int> order;
+  worker.Do({Rank::Find,
+             [&](Archive& archive) {
+               begun.set_value();
+               begin.get_future().wait();
+               order.push_back(static_cast<int>(archive.Count()));
+             },
+             Nothing});
+  worker.Do({Rank::Rows, [&](Archive&) { order.push_back(1); }, Nothing});
+  worker.Do({Rank::Pictures, [](Archive&) { ADD_FAILURE(); }, Nothing});
+  Wait(begun);
+  worker.Cancel(Rank::Pictures);
+  worker.Do({Rank::Pictures, [&](Archive&) { done.set_value(); }, Nothing});
+  begin.set_value();
+  Wait(done);
+  EXPECT_THAT(order, ElementsAre(0, 1));
+}
+
+// A cancellation that came too late for the job before.
+TEST_P(Workers, WhatIsEndedByMistakeIsDoneAgain) {
+  Worker worker(Opens());
+  std::promise<void> done;
+  int tries = 0;
+  worker.Do({Rank::Find,
+             [&](Archive&) {
+               if (++tries < 3) throw DatabaseError(Fault::Cancelled, "ended");
+               done.set_value();
+             },
+             Nothing});
+  Wait(done);
+  EXPECT_EQ(tries, 3);
+  EXPECT_EQ(opened_, 1);
+}
+
+TEST_P(Workers, WhatIsEndedAgainAndAgainIsToldToHaveFailed) {
+  Worker worker(Opens());
+  std::promise<void> failed;
+  std::promise<void> done;
+  int tries = 0;
+  worker.Do({Rank::Find,
+             [&](Archive&) {
+               ++tries;
+               throw DatabaseError(Fault::Cancelled, "ended");
+             },
+             [&](const DatabaseError& error) {
+               EXPECT_EQ(error.fault, Fault::Cancelled);
+               failed.set_value();
+             }});
+  Wait(failed);
+  EXPECT_EQ(tries, 3);
+  worker.Do({Rank::Find, [&](Archive&) { done.set_value(); }, Nothing});
+  Wait(done);
+  EXPECT_EQ(opened_, 1) << "nothing is wrong with the connection";
+}
+
+TEST_P(Workers, TheConnectionStaysAfterARefusalAndIsMadeAnewAfterAnyOtherFault) {
+  Worker worker(Opens());
+  std::vector<std::pair<Fault, std::string>> told;
+  std::promise<void> done;
+  const auto fails = [&](const std::function<void()>& work) {
+    worker.Do({Rank::Find, [work](Archive&) { work(); },
+               [&](const DatabaseError& error) { told.emplace_back(error.fault, error.what()); }});
+  };
+  fails([] { throw DatabaseError(Fault::Constraint, "may not be"); });
+  worker.Do({Rank::Find, [this](Archive&) { EXPECT_EQ(opened_, 1); }, Nothing});
+  fails([] { throw DatabaseError(Fault::Lost, "away"); });
+  worker.Do({Rank::Find, [this](Archive&) { EXPECT_EQ(opened_, 2); }, Nothing});
+  fails([] { throw RuntimeError("a word does not fit"); });
+  worker.Do({Rank::Find, [&](Archive&) { done.set_value(); }, Nothing});
+  Wait(done);
+  EXPECT_EQ(opened_, 3);
+  EXPECT_THAT(told, ElementsAre(std::pair{Fault::Constraint, std::string("may not be")},
+                                std::pair{Fault::Lost, std::string("away")},
+                                std::pair{Fault::Other, std::string("a word does not fit")}));
+}
+
 KESTREL_ON_EVERY_DATABASE(Workers);
 
 }  // namespace
