@@ -34,8 +34,10 @@ CurrentRecord::Listener CurrentRecord::OnChange(std::function<void()> listen) {
 
 void CurrentRecord::Tell() {
   std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
-  for (std::size_t i = 0; i < listeners_.size(); ++i) {  // a listener may add others
-    if (const Listener listener = listeners_[i].lock()) (*listener)();
+  std::size_t told = 0;
+  while (told < listeners_.size()) {  // a listener may add others
+    const Listener listener = listeners_[told++].lock();
+    if (listener) (*listener)();
   }
 }
 

@@ -30,9 +30,9 @@ std::string AveragesText(std::int16_t averages) {
   return averages <= 1 ? "1 average" : std::to_string(averages) + " averages";
 }
 
-// Four significant digits.
+// Four significant digits of a value above 0.
 std::string FourDigits(double value) {
-  const double whole = value > 0 ? std::floor(std::log10(value)) + 1 : 1;
+  const double whole = std::floor(std::log10(value)) + 1;
   return FixedNumber(value, static_cast<int>(std::max(0.0, kSignificant - whole)));
 }
 

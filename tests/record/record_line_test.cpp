@@ -71,6 +71,12 @@ TEST(RecordDetailsOf, ACaptureTellCountConditionsStatusAndSensor) {
           "Record information 1C08 hexadecimal", "Sensor 31407, simulated, Ezusb-0"));
 }
 
+TEST(RecordDetailsOf, AnAdapterStandsInBracketsBehindItsInterface) {
+  EXPECT_EQ(SensorText({.product = 31407, .interface = "Ezusb-0", .adapter = "Board 2.1"}),
+            "31407, Ezusb-0 (Board 2.1)");
+  EXPECT_EQ(SensorText({.product = 31407, .interface = "", .adapter = ""}), "31407");
+}
+
 TEST(RecordDetailsOf, AStoredTimeRecordTellsItsNumber) {
   Record record = Taken(RecordKind::Time, 0);
   record.origin.stored = 4;

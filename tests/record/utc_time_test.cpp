@@ -49,12 +49,48 @@ TEST(UtcFrom, ReadsShorterTexts) {
 }
 
 TEST(UtcFrom, TakesNothingElse) {
-  for (const char* text :
-       {"", "x", "2024", "2024-02", "2023-02-29", "2024-13-01", "2024-2-9", "2024-02-29T",
-        "2024-02-29T24:00", "2024-02-29T08:60", "2024-02-29T8:05", "2024-02-29T08:05x",
-        "2024-02-29T08:05:61", "+024-02-29", "9999-12-31", "1677-12-31"}) {
+  for (const char* text : {"",
+                           "x",
+                           "2024",
+                           "2024-02",
+                           "2023-02-29",
+                           "2024-13-01",
+                           "2024-2-9",
+                           "2024-02-29T",
+                           "2024-02-29T24:00",
+                           "2024-02-29T08:60",
+                           "2024-02-29T8:05",
+                           "2024-02-29T08:05x",
+                           "2024-02-29T08:05:61",
+                           "+024-02-29",
+                           "9999-12-31",
+                           "1677-12-31",
+                           "2024-02-29T08",
+                           "2024-02-29T08:0",
+                           "2024-02-29_08:05",
+                           "2024-02-29T08:05:07.5x",
+                           "2024-02-29T08:05ZZ"}) {
     EXPECT_FALSE(UtcFrom(text)) << text;
   }
+}
+
+TEST(UtcFrom, TakesTheFirstAndTheLastMomentOfADayAndOfItsYears) {
+  for (const char* text :
+       {"1678-01-01T00:00:00.000Z", "2261-12-31T23:59:59.999Z", "2024-02-29T23:59:59.000Z"}) {
+    const auto moment = UtcFrom(text);
+    ASSERT_TRUE(moment) << text;
+    EXPECT_EQ(UtcText(*moment), text);
+  }
+}
+
+TEST(UtcFrom, PartsOfASecondGoDownToTheNanosecond) {
+  const auto second = UtcFrom("2024-02-29T08:05:07");
+  ASSERT_TRUE(second);
+  EXPECT_EQ(UtcFrom("2024-02-29T08:05:07.123456789Z"),
+            *second + std::chrono::nanoseconds(123456789));
+  EXPECT_EQ(UtcFrom("2024-02-29T08:05:07.000000001"), *second + std::chrono::nanoseconds(1));
+  EXPECT_FALSE(UtcFrom("2024-02-29T08:05:07.1234567890"))
+      << "a tenth digit is finer than any clock";
 }
 
 }  // namespace
