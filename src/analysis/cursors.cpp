@@ -41,11 +41,12 @@ double ReachOf(const Spectrum& spectrum, double expectedHz, double spacing) {
 
 double LargestWithin(const Spectrum& spectrum, double hz, double reach) {
   double largest = 0;
+  const auto lastBin = static_cast<double>(spectrum.Bins()) - 1;
   const double first = std::max(std::floor(spectrum.BinOf(hz - reach)), 0.0);
-  const double last =
-      std::min(std::ceil(spectrum.BinOf(hz + reach)), static_cast<double>(spectrum.Bins()) - 1);
-  for (double bin = first; bin <= last; ++bin) {
-    largest = std::max(largest, spectrum.peakG[static_cast<std::size_t>(bin)]);
+  const double last = std::min(std::ceil(spectrum.BinOf(hz + reach)), lastBin);
+  if (first > last) return largest;
+  for (auto bin = static_cast<std::size_t>(first); bin <= static_cast<std::size_t>(last); ++bin) {
+    largest = std::max(largest, spectrum.peakG[bin]);
   }
   return largest;
 }

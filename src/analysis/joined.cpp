@@ -54,7 +54,7 @@ Segment HeldBy(const Spectrum& capture) {
 
 std::vector<Segment> SegmentsOf(const std::vector<Spectrum>& captures) {
   std::vector<Segment> segments;
-  for (const Spectrum& capture : captures) segments.push_back(HeldBy(capture));
+  std::ranges::transform(captures, std::back_inserter(segments), HeldBy);
   for (std::size_t i = 0; i < segments.size(); ++i) {
     segments[i].usedFromHz = segments[i].holdsFromHz;
     segments[i].usedToHz = segments[i].holdsToHz;

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <complex>
 #include <numbers>
+#include <ranges>
 #include <unsupported/Eigen/FFT>
 
 #include "analysis/quantity.h"
@@ -43,9 +44,7 @@ std::vector<double> WithoutTrend(std::span<const double> samples) {
 // ends, and nothing is added to the mean.
 std::vector<std::complex<double>> Extended(const std::vector<double>& samples) {
   std::vector<std::complex<double>> extended(samples.begin(), samples.end());
-  for (auto sample = samples.rbegin(); sample != samples.rend(); ++sample) {
-    extended.emplace_back(-*sample);
-  }
+  for (const double sample : samples | std::views::reverse) extended.emplace_back(-sample);
   return extended;
 }
 
