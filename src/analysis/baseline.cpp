@@ -49,10 +49,9 @@ double BetaFraction(double a, double b, double x) {
   return fraction;
 }
 
-// P(X >= counted) for X of `of` trials: the regularised incomplete beta function.
+// P(X >= counted) for X of `of` trials: the regularised incomplete beta function. `counted` 1 to
+// `of`, `share` between 0 and 1.
 double AtLeast(int counted, int of, double share) {
-  if (counted <= 0 || share >= 1) return 1;
-  if (counted > of || share <= 0) return 0;
   const double a = counted;
   const double b = of - counted + 1.0;
   if (share < (a + 1) / (a + b + 2)) {
@@ -75,8 +74,9 @@ double ShareWith(int counted, int of, double probability) {
     const double slope = BetaFactor(a, b, share) / (share * (1 - share));
     double next = share - error / slope;
     if (!(next > low && next < high)) next = (low + high) / 2;
-    if (std::fabs(next - share) <= kExact * share) return next;
+    const bool isThere = std::fabs(next - share) <= kExact * share;
     share = next;
+    if (isThere) break;
   }
   return share;
 }

@@ -44,7 +44,6 @@ double LargestWithin(const Spectrum& spectrum, double hz, double reach) {
   const auto lastBin = static_cast<double>(spectrum.Bins()) - 1;
   const double first = std::max(std::floor(spectrum.BinOf(hz - reach)), 0.0);
   const double last = std::min(std::ceil(spectrum.BinOf(hz + reach)), lastBin);
-  if (first > last) return largest;
   for (auto bin = static_cast<std::size_t>(first); bin <= static_cast<std::size_t>(last); ++bin) {
     largest = std::max(largest, spectrum.peakG[bin]);
   }

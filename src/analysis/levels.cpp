@@ -123,7 +123,6 @@ double RmsBetween(const Spectrum& spectrum, const QuantityChoice& choice, const 
 double EdgeShare(const Spectrum& spectrum, const QuantityCurve& curve, const QuantityLevel& level) {
   const std::vector<double>& values = spectrum.peakG;
   const std::size_t lobe = spectrum.window.lobe;
-  if (curve.firstValid >= values.size()) return 0;
   std::size_t top = curve.firstValid;
   while (top + 1 < values.size() && values[top + 1] > values[top]) ++top;
   const double noise = LocalNoise(spectrum, curve.firstValid);

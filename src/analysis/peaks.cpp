@@ -8,10 +8,11 @@
 namespace kestrel::analysis {
 namespace {
 
-// First of equal bins that are larger than those beside them.
+// First of equal bins that are larger than those beside them; bin 0 holds offset and is never
+// asked.
 bool IsTop(const Spectrum& spectrum, std::size_t bin) {
   const std::vector<double>& values = spectrum.peakG;
-  if (bin > 0 && values[bin - 1] >= values[bin]) return false;
+  if (values[bin - 1] >= values[bin]) return false;
   std::size_t next = bin + 1;
   while (next < values.size() && values[next] == values[bin]) ++next;
   return next < values.size() && values[next] < values[bin];
@@ -21,8 +22,7 @@ bool StandsOut(const Spectrum& spectrum, const PeakSettings& settings, std::size
                double noise) {
   const double value = spectrum.peakG[bin];
   const double prominence = std::pow(10, std::max(settings.prominenceDb, 0.0) / 20);
-  return value >= settings.floorG && value >= noise * prominence && value >= 2 * spectrum.stepG &&
-         value > 0;
+  return value >= settings.floorG && value >= noise * prominence && value >= 2 * spectrum.stepG;
 }
 
 // At the bins from `first` to before `end`, as they come.

@@ -11,9 +11,9 @@
 
 namespace kestrel::analysis {
 
-// Why two spectra may not be averaged, held or subtracted: "other rate option: 2", "other window:
-// Hanning", "other axis: Y"; the second spectrum is the one named. Nothing where they may. In Hz
-// they may be overlaid whatever they are.
+// Why two spectra may not be averaged, held or subtracted: "other sample-rate option: 2", "other
+// window: Hanning", "other axis: Y"; the second spectrum is the one named. Nothing where they may.
+// In Hz they may be overlaid whatever they are.
 [[nodiscard]] std::optional<std::string> WhyNotWith(const Spectrum& one, const Spectrum& other);
 
 enum class Averaging { Linear, Exponential };

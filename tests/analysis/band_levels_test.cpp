@@ -95,5 +95,13 @@ TEST(BandLevels, AreNumberedFromOne) {
   EXPECT_EQ(levels[5].number, 6);
 }
 
+TEST(BandLevels, WithoutAStepNoWordIsKnownAndNothingIsExceeded) {
+  Spectrum spectrum = Words(15, 5000);
+  spectrum.stepG = 0;
+  const SensorBandLevel level = Judged(spectrum, {10, 20, 500, 1000});
+  EXPECT_EQ(level.state, BandState::Free);
+  EXPECT_NEAR(*level.toWarningDb, 60, 1e-9) << "to half a step";
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

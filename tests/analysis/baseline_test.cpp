@@ -42,6 +42,7 @@ TEST(Baseline, FiftyNineCapturesClaimNinetyFivePercentAndThreeHundredNinetyNine)
   EXPECT_EQ(CapturesNeeded(0.95, 0.95), 59);
   EXPECT_EQ(CapturesNeeded(0.99, 0.95), 299);
   EXPECT_EQ(CapturesNeeded(0.5, 0.5), 1);
+  EXPECT_FALSE(CapturesNeeded(1 - 1e-12, 0.95)) << "more than anybody could take";
   for (const double none : {0.0, 1.0, -0.1, kNan}) {
     EXPECT_FALSE(CapturesNeeded(none, 0.95));
     EXPECT_FALSE(CapturesNeeded(0.95, none));
@@ -94,6 +95,7 @@ TEST(Baseline, MOfTheLastNRaiseAnAlarmAndHysteresisHoldsIt) {
 TEST(Baseline, TheRankIsTheSmallestThatCarriesTheClaim) {
   EXPECT_EQ(RankFor(58, 0.95, 0.95), std::nullopt) << "one too few";
   EXPECT_EQ(RankFor(59, 0.95, 0.95), 59);
+  EXPECT_EQ(RankFor(59, 1.5, 0.95), std::nullopt) << "no share";
   for (const int captures : {93, 124, 500}) {
     const int rank = RankFor(captures, 0.95, 0.95).value();
     EXPECT_LT(rank, captures);

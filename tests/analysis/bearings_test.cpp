@@ -55,6 +55,10 @@ TEST(Bearings, FactorsWhoseSumIsNoWholeNumberAreASlipOfThePen) {
   EXPECT_EQ(ElementsOf({3.585, 5.415, 2.357, 0.398}), 9);
   EXPECT_FALSE(ElementsOf({3.585, 5.815, 2.357, 0.398}));
   EXPECT_FALSE(ElementsOf({}));
+  EXPECT_FALSE(ElementsOf({100.2, 100.8, 2.357, 0.398})) << "201 elements are too many";
+  EXPECT_FALSE(ElementsOf({0.02, 0.02, 2.357, 0.398})) << "not one";
+  EXPECT_FALSE(AreFactors({3.585, 5.415, 0, 0.398}));
+  EXPECT_FALSE(AreFactors({3.585, 5.415, 2.357, 0}));
   EXPECT_FALSE(AreFactors({3.585, 5.415, 2.357, 1.2}));
   EXPECT_FALSE(AreFactors({3.585, std::numeric_limits<double>::quiet_NaN(), 2.357, 0.4}));
 }

@@ -32,6 +32,7 @@ TEST(Horizontal, TitlesSayWhatTheAxisIs) {
   EXPECT_EQ(TitleOf({HorizontalUnit::Cpm}), "Frequency, CPM");
   EXPECT_EQ(TitleOf({HorizontalUnit::Order, 0, 59214.0}), "Order of 59,214.0 rpm");
   EXPECT_EQ(TitleOf({HorizontalUnit::Order, 0, kNan}), "Order");
+  EXPECT_EQ(TitleOf({HorizontalUnit::Order, 0, std::nullopt}), "Order");
   EXPECT_EQ(TitleOf({HorizontalUnit::Bin}), "Bin");
   EXPECT_EQ(UnitOf({HorizontalUnit::Order}), "×");
   EXPECT_EQ(UnitOf({HorizontalUnit::Bin}), "bin");

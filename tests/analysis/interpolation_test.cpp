@@ -170,5 +170,38 @@ TEST(Interpolation, SilenceAndFullScaleGiveNumbers) {
   }
 }
 
+TEST(Interpolation, ASpectrumWithoutSurroundingsHasNoNoise) {
+  Spectrum spectrum = SpectrumOfTones({}, WindowKind::Hanning);
+  spectrum.peakG = {0, 0, 0.1, 0.5, 0.1};
+  EXPECT_EQ(LocalNoise(spectrum, 3), 0);
+  EXPECT_TRUE(std::isfinite(LineAt(spectrum, 3).hzBound));
+}
+
+TEST(Interpolation, AFlatTopWithoutBothNeighboursStandsForItself) {
+  Spectrum spectrum = SpectrumOfTones({{100.2, 1.0, 0.4}}, WindowKind::FlatTop);
+  EXPECT_TRUE(LineAt(spectrum, 100).interpolated);
+  spectrum.peakG[102] = 0;
+  EXPECT_FALSE(LineAt(spectrum, 100).interpolated);
+}
+
+TEST(Interpolation, AveragingNarrowsTheBoundsAndHoldingDoesNot) {
+  std::mt19937_64 random(3);
+  std::vector<double> samples = SamplesOf({{100.3, 1.0, 0.4}});
+  AddNoise(samples, 0.1, random);
+  const auto bound = [&](SpectrumSource source, int averages, int captures) {
+    Spectrum spectrum = SpectrumOfSamples(samples, WindowKind::Hanning);
+    spectrum.source = source;
+    spectrum.averages = averages;
+    spectrum.captures = captures;
+    return LineAt(spectrum, 100).hzBound;
+  };
+  const double one = bound(SpectrumSource::Sensor, 1, 1);
+  EXPECT_LT(bound(SpectrumSource::Sensor, 16, 1), 0.5 * one);
+  EXPECT_EQ(bound(SpectrumSource::Average, 1, 16), bound(SpectrumSource::Sensor, 16, 1));
+  EXPECT_EQ(bound(SpectrumSource::Average, 4, 4), bound(SpectrumSource::Sensor, 16, 1));
+  EXPECT_EQ(bound(SpectrumSource::MaximumHold, 16, 16), one);
+  EXPECT_EQ(bound(SpectrumSource::MinimumHold, 16, 16), one);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

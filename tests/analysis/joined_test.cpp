@@ -139,6 +139,44 @@ TEST(Joined, WhatDoesNotBelongTogetherIsRefused) {
   other = Capture(2, {});
   other.peakG.resize(1);
   EXPECT_FALSE(Join({Capture(1, {}), other}));
+  other = Capture(2, {});
+  other.binWidthHz = 0;
+  EXPECT_FALSE(Join({Capture(1, {}), other}));
+}
+
+TEST(Joined, NoMoreLinesAreListedThanAskedForAndTheLargestStay) {
+  const Told<Joined> joined = Join(All({{50, 0.1}, {400, 0.2}, {3000, 0.5}}));
+  const std::vector<JoinedLine> lines = LinesOf(*joined, {.atMost = 2});
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_NEAR(lines[0].peak.line.hz, 3000, 1);
+  EXPECT_NEAR(lines[1].peak.line.hz, 400, 1);
+}
+
+TEST(Joined, LinesThatAreNotResolvedHaveNoBoundToWiden) {
+  const double width = BinWidth(1);
+  const Told<Joined> joined =
+      Join({Capture(0, {}), Capture(1, {{10.2 * width, 1.0}, {12.2 * width, 0.8}})});
+  const std::vector<JoinedLine> lines = LinesOf(*joined);
+  ASSERT_FALSE(lines.empty());
+  EXPECT_TRUE(lines[0].peak.line.unresolved);
+  EXPECT_FALSE(lines[0].peak.line.peakBoundG);
+}
+
+TEST(Joined, AveragedMagnitudesWidenTheBoundsOfALine) {
+  std::vector<double> samples = SamplesOf({{100.3, 1.0, 0.4}});
+  std::mt19937_64 random(3);
+  AddNoise(samples, 0.1, random);
+  const auto line = [&](int averages) {
+    Spectrum capture = SpectrumOfSamples(samples, WindowKind::Hanning);
+    capture.averages = averages;
+    return std::pair(LinesOf(*Join({capture})).at(0).peak.line, LineAt(capture, 100));
+  };
+  const auto [one, own] = line(1);
+  EXPECT_EQ(one.hzBound, own.hzBound);
+  EXPECT_EQ(one.peakBoundG, own.peakBoundG);
+  const auto [averaged, plain] = line(64);
+  EXPECT_GT(averaged.hzBound, plain.hzBound);
+  EXPECT_GT(*averaged.peakBoundG, *plain.peakBoundG);
 }
 
 }  // namespace

@@ -123,5 +123,22 @@ TEST(KnownFrequencies, WhatLiesOffTheAxisNamesTheOptionThatWouldDo) {
   EXPECT_EQ(never->cure, "No sample-rate option reaches it");
 }
 
+TEST(KnownFrequencies, ABearingWithoutANameIsNamedByItsPart) {
+  Machine machine = Gearbox();
+  machine.bearings[0].name = "";
+  EXPECT_EQ(Of(FrequenciesOf(machine), KnownKind::Cage).name, "Cage");
+}
+
+TEST(KnownFrequencies, OfTwoMarkersOfOneFrequencyTheFirstNamesTheLine) {
+  const std::vector<KnownFrequency> known{
+      {.kind = KnownKind::Free, .name = "Fan", .hz = 1000},
+      {.kind = KnownKind::Free, .name = "Belt", .hz = 1000},
+      {.kind = KnownKind::Free, .name = "Nothing", .hz = std::numeric_limits<double>::quiet_NaN()}};
+  const std::vector<Marker> markers = MarkersOf(known, Option0());
+  ASSERT_EQ(markers.size(), 2U);
+  EXPECT_EQ(NearestMarker(markers, {.hz = 1000, .hzBound = 1})->name, "Fan");
+  EXPECT_EQ(NearestMarker(markers, {.hz = 1010, .hzBound = 1})->name, "Fan");
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

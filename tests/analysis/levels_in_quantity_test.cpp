@@ -124,5 +124,41 @@ TEST(LevelsInAQuantity, AnOffsetAloneIsNoLineAtTheEdge) {
   EXPECT_LT(OverallIn(offset, {})->edgeShare, 1e-6);
 }
 
+TEST(LevelsInAQuantity, ALevelInDecibelsIsThatOfTheRms) {
+  const Spectrum spectrum = SpectrumOfTones({{90, 2 * std::numbers::sqrt2}}, WindowKind::Hanning);
+  const auto overall = OverallIn(spectrum, {.quantity = Quantity::Level});
+  ASSERT_TRUE(overall);
+  EXPECT_NEAR(overall->rms, 20 * std::log10(2.0), 1e-3);
+  EXPECT_EQ(overall->rmsUnit, "dB re 1 g RMS");
+}
+
+TEST(LevelsInAQuantity, ABandBetweenTwoBinsHasAnRmsAndNoLargestBin) {
+  const Spectrum spectrum = SpectrumOfTones({{90, 1.2}}, WindowKind::Hanning);
+  const auto band = LevelIn(spectrum, {}, spectrum.FrequencyOf(90.1), spectrum.FrequencyOf(90.3));
+  ASSERT_TRUE(band);
+  EXPECT_NEAR(band->rms, 1.2 / std::numbers::sqrt2 * std::sqrt(0.2 / 1.5), 1e-3);
+  EXPECT_EQ(band->largest, 0);
+  EXPECT_EQ(band->largestHz, 0);
+}
+
+TEST(LevelsInAQuantity, ABandOfWhatTheQuantityRefusesIsRefused) {
+  Spectrum spectrum = SpectrumOfTones({{90, 1.2}}, WindowKind::Hanning);
+  spectrum.source = SpectrumSource::MinimumHold;
+  const auto band = LevelIn(spectrum, kDensity, 1000, 20000);
+  ASSERT_FALSE(band);
+  EXPECT_EQ(band.Why().cure, "Take an average instead");
+}
+
+TEST(LevelsInAQuantity, ALineInTheLastBinsIsOneAtTheEdgeOfWhatBeginsThere) {
+  const Spectrum spectrum = SpectrumOfTones({{255, 1}, {90, 0.001}}, WindowKind::Hanning);
+  QuantityChoice high = kVelocity;
+  high.lowestHz = spectrum.FrequencyOf(254);
+  const auto overall = OverallIn(spectrum, high);
+  ASSERT_TRUE(overall);
+  EXPECT_DOUBLE_EQ(overall->fromHz, spectrum.FrequencyOf(253.5));
+  EXPECT_DOUBLE_EQ(overall->largestHz, spectrum.FrequencyOf(255));
+  EXPECT_NEAR(overall->edgeShare, 1, 1e-9);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

@@ -93,8 +93,12 @@ TEST(Levels, BandsThatAreNoneOrOutsideAreRefusedWithTheOption) {
 
 TEST(Levels, OfHoldsAndUnknownWindowsAreRefused) {
   Spectrum spectrum = SpectrumOfTones({{60, 2.0, 0}}, WindowKind::Hanning);
-  spectrum.source = SpectrumSource::MaximumHold;
-  EXPECT_FALSE(OverallLevel(spectrum));
+  for (const SpectrumSource hold : {SpectrumSource::MaximumHold, SpectrumSource::MinimumHold}) {
+    spectrum.source = hold;
+    const Told<BandLevel> level = OverallLevel(spectrum);
+    ASSERT_FALSE(level);
+    EXPECT_EQ(level.Why().cure, "Take an average instead");
+  }
   spectrum.source = SpectrumSource::Sensor;
   spectrum.window = WindowOfCode(3);
   EXPECT_FALSE(OverallLevel(spectrum));
@@ -192,6 +196,31 @@ TEST(Levels, AveragedMagnitudesOfNoiseReadAsLowAsTold) {
   }
   EXPECT_EQ(NoiseOfAveragedMagnitudesDb(1), 0);
   EXPECT_EQ(NoiseOfAveragedMagnitudesDb(0), 0);
+}
+
+TEST(Levels, WhatAveragingTakesFromNoiseIsSaidWhereThereIsAveraging) {
+  EXPECT_EQ(AveragesNotice(0), "");
+  EXPECT_EQ(AveragesNotice(1), "");
+  EXPECT_EQ(AveragesNotice(8),
+            "The sensor averages magnitudes, not power. Noise reads 0.9 dB low, lines as they "
+            "are.");
+  EXPECT_NEAR(NoiseOfAveragedMagnitudesDb(1), 0, 1e-12);
+  EXPECT_NEAR(NoiseOfAveragedMagnitudesDb(0), 0, 1e-12);
+  EXPECT_NEAR(NoiseOfAveragedMagnitudesDb(2), 10 * std::log10(0.5 + 3.14159265 / 8), 1e-6);
+}
+
+TEST(Levels, ARecordThatHoldsWhatIsNoNumberIsNotTested) {
+  std::vector<double> samples(512, 1.0);
+  samples[300] = kNan;
+  EXPECT_FALSE(TestSelf(samples, WindowOf(WindowKind::Hanning)));
+}
+
+TEST(Levels, ABandThatReachesOverTheTopSaysSo) {
+  const Spectrum spectrum = SpectrumOfTones({{60, 2.0, 0}}, WindowKind::Hanning);
+  const Told<BandLevel> level = LevelBetween(spectrum, 10000, 60000);
+  ASSERT_TRUE(level);
+  EXPECT_FALSE(level->whole);
+  EXPECT_DOUBLE_EQ(level->toHz, 255.5 * spectrum.binWidthHz);
 }
 
 }  // namespace

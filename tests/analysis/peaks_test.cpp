@@ -86,5 +86,42 @@ TEST(Peaks, TheNearestIsNamedOnlyWithinReach) {
   EXPECT_FALSE(NearestPeak(peaks, std::numeric_limits<double>::quiet_NaN(), 10 * width));
 }
 
+TEST(Peaks, ATopThatGoesOnToTheEndOfTheAxisIsNone) {
+  Spectrum spectrum = SpectrumOfTones({}, WindowKind::Hanning);
+  spectrum.peakG.assign(256, 0.001);
+  std::fill(spectrum.peakG.begin() + 200, spectrum.peakG.end(), 0.5);
+  EXPECT_TRUE(FindPeaks(spectrum).empty());
+  spectrum.peakG[255] = 0.001;
+  EXPECT_THAT(BinsOf(FindPeaks(spectrum, {.prominenceDb = 0})), testing::ElementsAre(200));
+}
+
+TEST(Peaks, BetweenTwoFrequenciesThoseWhoseLineLiesThereAreFound) {
+  const Spectrum spectrum =
+      SpectrumOfTones({{30.1, 0.2, 0}, {70.4, 0.9, 1}, {150.0, 0.5, 2}}, WindowKind::Hanning);
+  const auto between = [&](double fromBin, double toBin, std::size_t atMost = 50) {
+    return BinsOf(FindPeaksBetween(spectrum, spectrum.FrequencyOf(fromBin),
+                                   spectrum.FrequencyOf(toBin), {.atMost = atMost}));
+  };
+  EXPECT_THAT(between(0, 256), testing::ElementsAre(70, 150, 30));
+  EXPECT_THAT(between(-900, 9000), testing::ElementsAre(70, 150, 30));
+  EXPECT_THAT(between(0, 256, 2), testing::ElementsAre(70, 150));
+  EXPECT_THAT(between(20, 100), testing::ElementsAre(70, 30));
+  EXPECT_THAT(between(70.3, 70.5), testing::ElementsAre(70));
+  EXPECT_THAT(between(69.5, 70.3), testing::IsEmpty()) << "its bin lies there, the line does not";
+  EXPECT_THAT(between(70.45, 80), testing::IsEmpty());
+  EXPECT_THAT(between(149.9, 150.1), testing::ElementsAre(150));
+}
+
+TEST(Peaks, BandsThatAreNoneHoldNoPeaks) {
+  const Spectrum spectrum = SpectrumOfTones({{70.4, 0.9, 1}}, WindowKind::Hanning);
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  EXPECT_TRUE(FindPeaksBetween(spectrum, 20000, 10000).empty());
+  EXPECT_TRUE(FindPeaksBetween(spectrum, -20, -10).empty());
+  EXPECT_TRUE(FindPeaksBetween(spectrum, nan, 20000).empty());
+  EXPECT_TRUE(FindPeaksBetween(spectrum, 0, nan).empty());
+  EXPECT_TRUE(FindPeaksBetween(spectrum, 60000, 70000).empty());
+  EXPECT_TRUE(FindPeaksBetween(Spectrum{}, 0, 70000).empty());
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

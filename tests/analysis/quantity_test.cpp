@@ -80,6 +80,8 @@ TEST(Quantity, DensityOfAHeldTraceIsRefused) {
   const Told<QuantityCurve> density = InQuantity(held, {.quantity = Quantity::Density});
   ASSERT_FALSE(density);
   EXPECT_EQ(density.Why().cure, "Take an average instead");
+  held.source = SpectrumSource::MinimumHold;
+  EXPECT_FALSE(InQuantity(held, {.quantity = Quantity::Density}));
   held.source = SpectrumSource::Average;
   EXPECT_TRUE(InQuantity(held, {.quantity = Quantity::Density}));
 }
@@ -154,6 +156,20 @@ TEST(Quantity, ASpectrumOfOnePointIsReadWithoutAValidBin) {
   one.peakG.resize(1);
   EXPECT_EQ(InQuantity(one, {})->firstValid, 1U);
   EXPECT_FALSE(InQuantity(one, {.quantity = Quantity::Velocity}));
+}
+
+TEST(Quantity, ShortUnitsNameNoKind) {
+  EXPECT_EQ(ShortUnitOf({Quantity::Acceleration, Amplitude::Rms}), "g");
+  EXPECT_EQ(ShortUnitOf({Quantity::Level}), "dB");
+  EXPECT_EQ(ShortUnitOf({Quantity::Density}), "g\u00B2/Hz");
+  EXPECT_EQ(ShortUnitOf({Quantity::Velocity}), "mm/s");
+  EXPECT_EQ(ShortUnitOf({Quantity::Displacement}), "\u00B5m");
+}
+
+TEST(Quantity, ASpectrumWithoutAWidthHasNoDensity) {
+  Spectrum spectrum = OneG();
+  spectrum.binWidthHz = 0;
+  EXPECT_EQ(At(spectrum, {Quantity::Density}, 100), 0);
 }
 
 }  // namespace

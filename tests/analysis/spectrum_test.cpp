@@ -139,5 +139,12 @@ TEST(Spectrum, AnEmptyOneHasNoWidthAndNoBins) {
   EXPECT_EQ(empty.BinOf(100), 0);
 }
 
+TEST(Spectrum, ARangeThatIsNoneHasNoStepOfItsOwn) {
+  Record record = SpectrumRecord();
+  record.settings.range = 7;
+  EXPECT_EQ(StepOf(record, true), 0);
+  EXPECT_EQ(StepOf(record, false), record.lsbWeight);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

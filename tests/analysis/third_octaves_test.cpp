@@ -53,16 +53,19 @@ TEST(ThirdOctaves, OfSeveralCapturesTheFinestIsTaken) {
   EXPECT_EQ(Band(bands, 500).option, 2);
   EXPECT_EQ(Band(bands, 4000).option, 1);
   EXPECT_EQ(Band(bands, 8000).option, 0);
+  std::ranges::reverse(captures);
+  EXPECT_EQ(Band(ThirdOctavesOf(captures), 500).option, 2) << "whatever their order";
   for (std::size_t i = 1; i < bands.size(); ++i) {
     EXPECT_EQ(bands[i].number, bands[i - 1].number + 1);
   }
 }
 
 TEST(ThirdOctaves, UnknownWindowsHoldsAndEmptySpectraHaveNone) {
-  std::vector<Spectrum> captures(3, SpectrumOfTones({}, WindowKind::Hanning));
+  std::vector<Spectrum> captures(4, SpectrumOfTones({}, WindowKind::Hanning));
   captures[0].window = WindowOfCode(3);
   captures[1].source = SpectrumSource::MaximumHold;
   captures[2] = Spectrum{};
+  captures[3].source = SpectrumSource::MinimumHold;
   EXPECT_TRUE(ThirdOctavesOf(captures).empty());
   EXPECT_TRUE(ThirdOctavesOf({}).empty());
 }

@@ -123,5 +123,40 @@ TEST(TraceSet, DifferenceToAReferenceIsInDecibels) {
   EXPECT_EQ(refused.Why().reason, "The trace has other window: Hanning.");
 }
 
+TEST(TraceSet, TransformsOfTimeRecordsMayBeAveragedAndHeld) {
+  Spectrum own = Flat(3);
+  own.source = SpectrumSource::TimeRecord;
+  TraceAverage average(Averaging::Linear, 1);
+  EXPECT_FALSE(average.Complete()) << "nothing is in it yet";
+  EXPECT_FALSE(average.Add(own));
+  EXPECT_TRUE(average.Complete());
+  EXPECT_EQ(average.Value()->source, SpectrumSource::Average);
+  TraceHold hold(Hold::Minimum);
+  EXPECT_FALSE(hold.Add(own));
+  EXPECT_EQ(hold.Value()->source, SpectrumSource::MinimumHold);
+}
+
+TEST(TraceSet, AHoldRefusesWhatIsNotCompatibleAndStaysAsItWas) {
+  TraceHold hold(Hold::Maximum);
+  (void)hold.Add(Flat(1));
+  Spectrum other = Flat(9);
+  other.binWidthHz /= 2;
+  EXPECT_EQ(hold.Add(other), "other sample-rate option: 0");
+  EXPECT_EQ(hold.Value()->peakG[3], 1);
+  EXPECT_EQ(hold.Value()->captures, 1);
+}
+
+TEST(TraceSet, TheLaterCaptureGivesTheTimeAndTheCoarserTheStep) {
+  TraceHold hold(Hold::Maximum);
+  Spectrum first = Flat(1);
+  first.stepG = 0.004;
+  Spectrum later = Flat(2);
+  later.time += std::chrono::seconds(5);
+  (void)hold.Add(first);
+  (void)hold.Add(later);
+  EXPECT_EQ(hold.Value()->time, later.time);
+  EXPECT_EQ(hold.Value()->stepG, 0.004);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

@@ -134,5 +134,23 @@ TEST(PowerOfNoise, OneAverageIsLeftAsItIs) {
   EXPECT_EQ(WithPowerOfNoise(read), read);
 }
 
+TEST(WideSpectrum, OnlyTheNeighboursThatDisagreeAreNamed) {
+  const WideSpectrum wide = WideOf({Taken(3, 1, 283), Taken(2, 1, 800), Taken(1)});
+  ASSERT_EQ(wide.axes[0]->overlaps.size(), 2U);
+  ASSERT_EQ(wide.Disagreements().size(), 3U);
+  EXPECT_THAT(wide.Disagreements()[1], HasSubstr("Y, options 2 and 1: "));
+}
+
+TEST(WideSpectrum, AnAxisThatHoldsNoNumberIsRefusedAndTheOthersAreJudged) {
+  Record broken = Taken(3);
+  broken.Of(Axis::Y).raw(9) = std::numeric_limits<double>::quiet_NaN();
+  broken.Of(Axis::Y).data(9) = std::numeric_limits<double>::quiet_NaN();
+  const WideSpectrum wide = WideOf({broken, Taken(2)});
+  EXPECT_FALSE(wide.axes[1]);
+  EXPECT_FALSE(wide.Steady());
+  ASSERT_EQ(wide.Disagreements().size(), 2U);
+  EXPECT_THAT(wide.Disagreements()[1], HasSubstr("Z, options 3 and 2: "));
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

@@ -28,7 +28,10 @@ TEST(Windows, WorstScallopIsThePublishedOne) {
 }
 
 TEST(Windows, CodeThreeIsNoWindowAndTheWidestLobeIsAssumed) {
+  EXPECT_EQ(WindowOfCode(0).kind, WindowKind::Rectangular);
   EXPECT_EQ(WindowOfCode(1).kind, WindowKind::Hanning);
+  EXPECT_EQ(WindowOfCode(2).kind, WindowKind::FlatTop);
+  EXPECT_EQ(LobeShape(WindowOfCode(3), 0), 0) << "nobody knows its lobe";
   for (const int code : {-1, 3, 4, 1000}) {
     EXPECT_FALSE(WindowOfCode(code).Known());
     EXPECT_EQ(FirstVibrationBin(WindowOfCode(code)), 5U);

@@ -37,5 +37,32 @@ TEST_F(CaptureNames, AveragesAreAPowerOfTwo) {
   EXPECT_EQ(AvgExponent, 0);
 }
 
+TEST_F(CaptureNames, AfterAResetNothingIsKnown) {
+  Record record;
+  record.kind = RecordKind::Time;
+  record.settings.option = 2;
+  record.conditions = {.supplyV = 3.3F, .temperatureC = 24, .recordCount = 7};
+  record.Of(Axis::Z).raw(511) = 100;
+  NameRecord(Rescaled(record, 3));
+  NameStatus({.word = 1, .known = true});
+  NoteAverages(8);
+  EXPECT_EQ(LsbWeight, LsbWeightOf(3, RecordKind::Time));
+  EXPECT_EQ(DataZ(511), 100 * LsbWeight);
+  EXPECT_EQ(RangeSetting, 3);
+  EXPECT_EQ(CaptSupply, 3.3F);
+  EXPECT_EQ(CaptTemp, 24);
+  EXPECT_EQ(Buff.sampleRateOption, 2);
+  ResetCaptureData();
+  EXPECT_EQ(CaptureType, "FFT");
+  EXPECT_EQ(LsbWeight, 0);
+  EXPECT_EQ(RangeSetting, 0);
+  EXPECT_EQ(CaptSupply, 0);
+  EXPECT_EQ(CaptTemp, 0);
+  EXPECT_EQ(AvgExponent, 0);
+  EXPECT_EQ(DataZ, RecordArray());
+  EXPECT_EQ(RawZ, RecordArray());
+  EXPECT_THAT(StatusFlagText, Each(""));
+}
+
 }  // namespace
 }  // namespace kestrel

@@ -77,6 +77,10 @@ TEST_F(NoticesOf, EveryPairOfRangesAndKindIsTold) {
 TEST_F(NoticesOf, AWeightThatIsNoRangesIsNamedItself) {
   record.lsbWeight = 0.25;
   EXPECT_EQ(First().what, "Taken at 0 to 70g, scaled by 0.25 g a step");
+  record.lsbWeight = LsbWeightOf(3, RecordKind::Spectrum) / 1.5;
+  EXPECT_EQ(First().means, "Every value shown is 1.50 times too small.");
+  record.lsbWeight = LsbWeightOf(3, RecordKind::Spectrum) * 1.5;
+  EXPECT_EQ(First().means, "Every value shown is 1.50 times too large.");
   record.lsbWeight = 0;
   EXPECT_EQ(First().means, "All values read as zero.");
 }

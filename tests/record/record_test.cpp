@@ -51,5 +51,19 @@ TEST(Record, AnEmptyOneWasNeverTaken) {
   EXPECT_TRUE(record.Taken());
 }
 
+TEST(Record, RescaledShowsItsWordsInTheRangeThatIsTold) {
+  Record record;
+  record.kind = RecordKind::Time;
+  record.settings.range = 1;
+  record.Of(Axis::Y).raw(511) = -300;
+  record.Of(Axis::Z).raw(0) = 7;
+  const Record scaled = Rescaled(record, 2);
+  EXPECT_EQ(scaled.lsbWeight, LsbWeightOf(2, RecordKind::Time));
+  EXPECT_EQ(scaled.scaledRange, 2);
+  EXPECT_EQ(scaled.settings.range, 1) << "as it was taken";
+  EXPECT_EQ(scaled.Of(Axis::Y).data(511), -300 * scaled.lsbWeight);
+  EXPECT_EQ(scaled.Of(Axis::Z).data(0), 7 * scaled.lsbWeight);
+}
+
 }  // namespace
 }  // namespace kestrel
