@@ -3,8 +3,6 @@
 #include "publish/alarm_command.h"
 
 #include <poll.h>
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -59,19 +57,15 @@ AlarmCommand::AlarmCommand(CommandSettings settings, std::shared_ptr<LetterQueue
     : settings_(std::move(settings)),
       letters_(std::move(letters)),
       log_(std::move(log)),
-      wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      stop_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
       thread_(ThreadWithoutSignals([this] { Work(); })) {}
 
 AlarmCommand::~AlarmCommand() {
-  eventfd_write(stop_, 1);
+  stop_.Set();
   thread_.join();
-  close(wake_);
-  close(stop_);
 }
 
 void AlarmCommand::Wake() {
-  eventfd_write(wake_, 1);
+  wake_.Set();
 }
 
 std::string AlarmCommand::Trouble() const {
@@ -82,32 +76,37 @@ std::string AlarmCommand::Trouble() const {
 void AlarmCommand::Work() {
   while (true) {
     const std::optional<Letter> letter = letters_->Next(Receiver::Command);
-    if (letter && !RunFor(*letter)) return;
-    if (letter) continue;
-    std::array<pollfd, 2> waits{{{wake_, POLLIN, 0}, {stop_, POLLIN, 0}}};
+    const After after = letter ? RunFor(*letter) : After::Wait;
+    if (after == After::End) return;
+    if (after == After::Next) continue;
+    std::array<pollfd, 2> waits{{{wake_.Number(), POLLIN, 0}, {stop_.Number(), POLLIN, 0}}};
     poll(waits.data(), waits.size(), kLookAgain);
     if (waits[1].revents != 0) return;
-    eventfd_t count = 0;
-    eventfd_read(wake_, &count);
+    wake_.Reset();
   }
 }
 
-bool AlarmCommand::RunFor(const Letter& letter) {
+AlarmCommand::After AlarmCommand::RunFor(const Letter& letter) {
   const ProgramEnd end = RunProgram({.words = settings_.words,
                                      .input = letter.payload + "\n",
                                      .variables = VariablesOf(letter.payload),
                                      .limit = settings_.limit},
-                                    stop_);
+                                    stop_.Number());
   LogOutput(end, log_);
-  if (end.kind == ProgramEnd::Kind::Stopped) return false;
-  letters_->Arrived(Receiver::Command, letter);
+  if (end.kind == ProgramEnd::Kind::Stopped) return After::End;
   const bool isGood = end.kind == ProgramEnd::Kind::Exited && end.number == 0;
-  const std::string trouble =
-      isGood ? "" : "The command " + CleanText(settings_.words.at(0)) + " " + TextOf(end) + ".";
-  if (!isGood) log_(trouble);
+  Become(isGood ? "" : "The command " + CleanText(settings_.words.at(0)) + " " + TextOf(end) + ".",
+         MayStartLater(end));
+  if (MayStartLater(end)) return After::Wait;
+  letters_->Arrived(Receiver::Command, letter);
+  return After::Next;
+}
+
+// Every run that went wrong is logged, every try of the same one is not.
+void AlarmCommand::Become(const std::string& trouble, bool isTry) {
   const std::lock_guard lock(mutex_);
+  if (!trouble.empty() && !(isTry && trouble == trouble_)) log_(trouble);
   trouble_ = trouble;
-  return true;
 }
 
 }  // namespace kestrel::publish

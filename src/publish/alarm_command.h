@@ -2,12 +2,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
 
+#include "publish/event.h"
 #include "publish/letter_queue.h"
 #include "publish/publisher.h"
 #include "publish/settings.h"
@@ -17,7 +17,8 @@ namespace kestrel::publish {
 // The command reads the alarm's JSON, and finds its members in the environment: KESTREL_ALARM_ID,
 // _EVENT, _WHAT, _GRADE, _AXIS, _OPTION, _NUMBER, _TIME, _RECORD, _LEVEL, _LIMIT, _UNIT, _BENCH,
 // _SENSOR. Whatever it does, the alarm counts as told when it has ended; one that was at work when
-// the program ended is run again. It runs in a thread of its own.
+// the program ended is run again, and one for which the system has no room is tried until it has.
+// It runs in a thread of its own.
 class AlarmCommand {
  public:
   AlarmCommand(CommandSettings settings, std::shared_ptr<LetterQueue> letters, Log log);
@@ -31,15 +32,17 @@ class AlarmCommand {
   [[nodiscard]] std::string Trouble() const;
 
  private:
+  enum class After { Next, Wait, End };
+
   void Work();
-  // False where the program ended first.
-  bool RunFor(const Letter& letter);
+  After RunFor(const Letter& letter);
+  void Become(const std::string& trouble, bool isTry);
 
   const CommandSettings settings_;
   const std::shared_ptr<LetterQueue> letters_;
   const Log log_;
-  const int wake_;
-  const int stop_;  // readable from the end's beginning on
+  const Event wake_;
+  const Event stop_;  // set from the end's beginning on
   mutable std::mutex mutex_;
   std::string trouble_;
   std::thread thread_;  // begins last

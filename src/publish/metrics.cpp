@@ -25,9 +25,14 @@ namespace {
 
 constexpr std::chrono::milliseconds kBetweenKnocks{10};
 
+// "::1" and its like.
+bool IsNewer(const MetricsSettings& settings) {
+  return settings.address.find(':') != std::string::npos;
+}
+
 std::string AddressText(const MetricsSettings& settings, int port) {
-  const bool isSix = settings.address.find(':') != std::string::npos;
-  return (isSix ? "[" + settings.address + "]" : settings.address) + ":" + std::to_string(port);
+  return (IsNewer(settings) ? "[" + settings.address + "]" : settings.address) + ":" +
+         std::to_string(port);
 }
 
 // A whole request, its headers included, has to come within 2 s; there is one a connection.
@@ -85,8 +90,9 @@ void Knock(const Address& address) {
 
 [[noreturn]] void Refuse(const MetricsSettings& settings, int fault) {
   const std::string why = fault == EADDRINUSE ? "the port is taken by another program"
-                          : fault == 0        ? "the port cannot be opened"
-                                              : std::strerror(fault);
+                          : fault != 0        ? std::strerror(fault)
+                          : IsNewer(settings) ? "this machine's server knows older addresses only"
+                                              : "the port cannot be opened";
   throw RuntimeError("metrics cannot be served at " + AddressText(settings, settings.port) + ": " +
                      why + "; choose another address or port in the plan");
 }

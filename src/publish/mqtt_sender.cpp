@@ -2,9 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "publish/mqtt_sender.h"
 
-#include <sys/eventfd.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
@@ -16,6 +13,7 @@
 #include <utility>
 
 #include "numeric/hash.h"
+#include "publish/event.h"
 #include "publish/no_signals.h"
 
 namespace kestrel::publish {
@@ -54,11 +52,7 @@ class MqttSender::Worker {
       : choice_(choice),
         session_(SessionOf(choice)),
         letters_(std::move(letters)),
-        latest(choice.names),
-        wake_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {}
-  ~Worker() { close(wake_); }
-  Worker(const Worker&) = delete;
-  Worker& operator=(const Worker&) = delete;
+        latest(choice.names) {}
 
   void Run() {
     while (!isEnding_) {
@@ -70,7 +64,7 @@ class MqttSender::Worker {
     changed_.notify_all();
   }
 
-  void Wake() const { eventfd_write(wake_, 1); }
+  void Wake() const { wake_.Set(); }
 
   void End() {
     {
@@ -174,7 +168,7 @@ class MqttSender::Worker {
   Latest latest;
 
  private:
-  const int wake_;
+  const Event wake_;
   mutable std::mutex mutex_;  // of the state, hasEnded_, isAbandoned_
   std::condition_variable changed_;
   std::atomic<bool> isEnding_ = false;

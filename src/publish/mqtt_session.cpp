@@ -4,14 +4,11 @@
 
 #include <mqtt_protocol.h>
 #include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <span>
 #include <utility>
 
 #include "publish/names.h"
@@ -44,18 +41,6 @@ std::string WhereOf(const BrokerSettings& broker) {
   return (isAddress6 ? "[" + host + "]" : host) + ":" + std::to_string(broker.port);
 }
 
-// What a message's first bytes say of the size of the rest, seven bits a byte; of what has
-// come of them.
-std::uint32_t SizeOf(std::span<const std::uint8_t> head) {
-  std::uint32_t size = 0;
-  for (std::size_t i = 1; i < 5; ++i) {
-    if (i == head.size()) return size;
-    size |= (head[i] & 0x7FU) << 7U * (i - 1);
-    if (head[i] < 0x80) break;
-  }
-  return size;
-}
-
 bool IsOfPassword(int reason) {
   return reason == kOldBadPassword || reason == kOldNotAuthorised ||
          reason == MQTT_RC_NOT_AUTHORIZED || reason == MQTT_RC_BAD_USERNAME_OR_PASSWORD;
@@ -66,7 +51,6 @@ bool IsOfPassword(int reason) {
 MqttSession::MqttSession(const SessionChoice& choice, SessionEvents events)
     : isOlderProtocol_(choice.isOlderProtocol),
       kept_(choice.kept),
-      isEncrypted_(choice.broker.tls),
       where_(WhereOf(choice.broker)),
       events_(std::move(events)),
       client_(mosquitto_new(choice.clientId.c_str(), choice.kept == Kept::Forgotten, this)) {
@@ -110,36 +94,39 @@ void MqttSession::Connect(const SessionChoice& choice) {
   Check(mosquitto_connect_bind_v5(client_.get(), choice.broker.host.c_str(), choice.broker.port,
                                   static_cast<int>(choice.keepAlive.count()), nullptr,
                                   isOlderProtocol_ ? nullptr : properties.get()));
+  if (choice.broker.tls) return;
+  wire_.emplace(mosquitto_socket(client_.get()), kLargestPacket, !isOlderProtocol_);
+  if (wire_->Fault() != 0) Lose(MOSQ_ERR_CONN_LOST);
 }
 
-void MqttSession::Turn(int wake, std::chrono::milliseconds longest) {
+void MqttSession::Turn(const Event& wake, std::chrono::milliseconds longest) {
   mosquitto* client = client_.get();
   const int socket = mosquitto_socket(client);
   if (socket < 0) Lose(MOSQ_ERR_CONN_LOST);
   const short out = mosquitto_want_write(client) ? POLLOUT : 0;
-  std::array<pollfd, 2> waits{{{socket, static_cast<short>(POLLIN | out), 0}, {wake, POLLIN, 0}}};
+  const pollfd none{-1, 0, 0};
+  std::array<pollfd, 4> waits{{{socket, static_cast<short>(POLLIN | out), 0},
+                               {wake.Number(), POLLIN, 0},
+                               wire_ ? wire_->ForBroker() : none,
+                               wire_ ? wire_->ForLibrary() : none}};
   poll(waits.data(), waits.size(), static_cast<int>(longest.count()));
-  if (waits[1].revents != 0) {
-    eventfd_t count = 0;
-    eventfd_read(wake, &count);
-  }
+  wake.Reset();
+  if (wire_) Carry();
   errno = 0;
-  if ((waits[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) {
-    LookAtNext(socket);
-    Check(mosquitto_loop_read(client, 1));
-  }
+  if ((waits[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) Check(mosquitto_loop_read(client, 1));
   if (out != 0) Check(mosquitto_loop_write(client, 1));
   Check(mosquitto_loop_misc(client));
   if (refused_ != 0) Lose(MOSQ_ERR_CONN_REFUSED);
 }
 
-void MqttSession::LookAtNext(int socket) {
-  std::array<std::uint8_t, 5> head{};
-  const ssize_t count = recv(socket, head.data(), head.size(), MSG_PEEK | MSG_DONTWAIT);
-  if (isEncrypted_ || isWithin_ || count <= 0) return;
-  isWithin_ = true;
-  if (SizeOf(std::span(head).first(static_cast<std::size_t>(count))) > kLargestPacket) {
-    throw ConnectionLost("The broker " + where_ + " sends messages that are too large.", false);
+void MqttSession::Carry() {
+  switch (wire_->Carry()) {
+    case MqttWire::End::TooLarge:
+      throw ConnectionLost("The broker " + where_ + " sends messages that are too large.", false);
+    case MqttWire::End::Unknown:
+      throw ConnectionLost("The broker " + where_ + " sends messages that cannot be read.", false);
+    default:
+      break;
   }
 }
 
@@ -159,6 +146,7 @@ int MqttSession::Subscribe(const std::string& topic) {
 
 void MqttSession::Leave() {
   mosquitto_disconnect(client_.get());
+  if (wire_) wire_->Carry();
 }
 
 void MqttSession::Check(int code) {
@@ -192,6 +180,7 @@ std::string MqttSession::Reason(int code) const {
                                     : mosquitto_reason_string(refused_);
   }
   if (!detail_.empty()) return detail_;
+  if (wire_ && wire_->Fault() != 0) return std::strerror(wire_->Fault());
   if (code == MOSQ_ERR_EAI) return "its name is not known";
   if (code == MOSQ_ERR_ERRNO && errno != 0) return std::strerror(errno);
   return CleanText(mosquitto_strerror(code));
@@ -247,13 +236,9 @@ void MqttSession::OnMessage(mosquitto* /*client*/, void* self, const mosquitto_m
   session.Guarded([&] { session.events_.received(message->topic, payload, message->retain); });
 }
 
-// What the library knows of a failed handshake goes to its log alone, and so does the end of each
-// message that came.
+// What the library knows of a failed handshake goes to its log alone.
 void MqttSession::OnLog(mosquitto* /*client*/, void* self, int level, const char* text) {
   auto& session = *static_cast<MqttSession*>(self);
-  if (level == MOSQ_LOG_DEBUG && std::strstr(text, " received ") != nullptr) {
-    session.isWithin_ = false;
-  }
   if (level != MOSQ_LOG_ERR) return;
   const std::string line = CleanText(text);
   if (line.find("certificate") == std::string::npos && line.find("SSL") == std::string::npos) {

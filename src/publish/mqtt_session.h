@@ -8,10 +8,13 @@
 #include <exception>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "numeric/runtime_error.h"
+#include "publish/event.h"
+#include "publish/mqtt_wire.h"
 #include "publish/settings.h"
 
 namespace kestrel::publish {
@@ -64,9 +67,9 @@ class MqttSession {
   MqttSession(const MqttSession&) = delete;
   MqttSession& operator=(const MqttSession&) = delete;
 
-  // Does what is to be done, and waits for it: until `wake` can be read, `longest` at most. Throws
+  // Does what is to be done, and waits for it: until `wake` is set, `longest` at most. Throws
   // ConnectionLost, after which the session is of no use any more.
-  void Turn(int wake, std::chrono::milliseconds longest);
+  void Turn(const Event& wake, std::chrono::milliseconds longest);
   // Numbers by which `acknowledged` and `subscribed` tell them. Throw ConnectionLost.
   int Publish(const std::string& topic, std::string_view payload, int qos, bool isRetained);
   int Subscribe(const std::string& topic);
@@ -89,9 +92,7 @@ class MqttSession {
 
   void SetUp(const SessionChoice& choice);
   void Connect(const SessionChoice& choice);
-  // The library takes whatever size a message announces: one from whoever listens at the port is
-  // looked at first. A broker with a trusted certificate keeps to the size that it was told.
-  void LookAtNext(int socket);
+  void Carry();
   void Check(int code);
   [[noreturn]] void Lose(int code);
   [[nodiscard]] std::string Reason(int code) const;
@@ -100,14 +101,16 @@ class MqttSession {
 
   const bool isOlderProtocol_;
   const Kept kept_;
-  const bool isEncrypted_;
   const std::string where_;  // "broker.example:1883"
   SessionEvents events_;
   std::exception_ptr thrown_;
-  int refused_ = 0;        // the broker's reason
-  std::string detail_;     // of TLS
-  bool isWithin_ = false;  // a message, of which a part has come
+  int refused_ = 0;     // the broker's reason
+  std::string detail_;  // of TLS
   std::unique_ptr<mosquitto, Free> client_;
+  // The library takes whatever size a message announces, and ends the program over one that it does
+  // not know: what whoever listens at the port says is looked at first. A broker with a trusted
+  // certificate is trusted here too.
+  std::optional<MqttWire> wire_;
 };
 
 // The library's own beginning and end: one of these lives as long as any session.

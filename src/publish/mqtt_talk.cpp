@@ -10,8 +10,6 @@ namespace {
 using namespace std::chrono_literals;
 using std::chrono::steady_clock;
 
-constexpr auto kAfterRefusal = 30s;
-
 std::chrono::milliseconds Until(steady_clock::time_point moment) {
   return std::max(1ms, std::chrono::ceil<std::chrono::milliseconds>(moment - steady_clock::now()));
 }
@@ -87,7 +85,7 @@ SessionEvents MqttTalk::Events() {
                              bool isRetained) { OnReceived(topic, payload, isRetained); }};
 }
 
-void MqttTalk::Turn(int wake, std::chrono::milliseconds longest) {
+void MqttTalk::Turn(const Event& wake, std::chrono::milliseconds longest) {
   if (isConnected_) SendDue();
   if (IsWaiting()) longest = std::min(longest, Until(lastAnswer_ + patience_.answer));
   if (isSpectrumWanted_) longest = std::min(longest, Until(nextSpectrum_));
@@ -152,7 +150,7 @@ void MqttTalk::OnAcknowledged(int number, const std::string& refusal) {
   if (number == letterNumber_ && !refusal.empty()) {
     letterNumber_ = 0;
     letter_.reset();
-    nextLetter_ = steady_clock::now() + kAfterRefusal;
+    nextLetter_ = steady_clock::now() + patience_.afterRefusal;
   } else if (number == letterNumber_) {
     OnLetterArrived();
   } else if (number == levels_.number) {

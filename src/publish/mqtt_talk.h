@@ -21,7 +21,8 @@ struct SenderPatience {
   std::chrono::milliseconds longestRetry{30'000};
   std::chrono::milliseconds answer{20'000};  // of the broker, then the connection is given up
   std::chrono::milliseconds betweenSpectra{1000};
-  std::chrono::milliseconds farewell{3000};  // for what is on its way at the end
+  std::chrono::milliseconds farewell{3000};        // for what is on its way at the end
+  std::chrono::milliseconds afterRefusal{30'000};  // of an alarm, then it is sent again
 };
 
 // The latest of what is told, for two threads.
@@ -55,7 +56,7 @@ class MqttTalk {
            const Latest& latest, LetterQueue& letters, std::uint64_t& levelsSent);
 
   // Sends what is due, and waits for what comes. Throws ConnectionLost.
-  void Turn(int wake, std::chrono::milliseconds longest);
+  void Turn(const Event& wake, std::chrono::milliseconds longest);
   void Leave() { session_.Leave(); }
 
   // Ready to send.

@@ -147,8 +147,16 @@ class Run {
                      Pointers(words).data(), Pointers(environment).data());
     if (fault != 0) return fault;
     handle_ = Descriptor(static_cast<int>(syscall(SYS_pidfd_open, process_, 0)));
+    if (handle_.Number() < 0) return Forsake(errno);
     output_ = std::move(output.out);
     return 0;
+  }
+
+  // Its end could not be seen: it has to be begun anew.
+  int Forsake(int fault) const {
+    kill(-process_, SIGKILL);
+    waitpid(process_, nullptr, 0);
+    return fault;
   }
 
   // Until it has exited, the time is over, or it is to be stopped.
@@ -204,6 +212,12 @@ class Run {
 
 ProgramEnd RunProgram(const ProgramChoice& choice, int stop) {
   return Run(choice, stop).ToTheEnd();
+}
+
+bool MayStartLater(const ProgramEnd& end) {
+  constexpr std::array<int, 4> kNoRoom{EMFILE, ENFILE, ENOMEM, EAGAIN};
+  return end.kind == ProgramEnd::Kind::NotStarted &&
+         std::ranges::find(kNoRoom, end.number) != kNoRoom.end();
 }
 
 std::string TextOf(const ProgramEnd& end) {

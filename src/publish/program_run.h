@@ -31,6 +31,9 @@ struct ProgramEnd {
 // be read.
 [[nodiscard]] ProgramEnd RunProgram(const ProgramChoice& choice, int stop);
 
+// The system had no room for it, of files, memory or processes: it may have later.
+[[nodiscard]] bool MayStartLater(const ProgramEnd& end);
+
 // "ended with status 1", "was ended after 30 s", "cannot be started: No such file or directory".
 [[nodiscard]] std::string TextOf(const ProgramEnd& end);
 

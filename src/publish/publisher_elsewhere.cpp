@@ -13,8 +13,9 @@ std::unique_ptr<Publisher> MakePublisher(const PublisherChoice& /*choice*/) {
       "Leave the section \"publish\" out of the plan");
 }
 
-void TellReady(const std::string& /*status*/) {}
-void TellServiceStatus(const std::string& /*status*/) {}
+bool TellReady(const std::string& /*status*/) {
+  return true;
+}
 void TellStopping() {}
 void TellAlive() {}
 std::optional<std::chrono::microseconds> WatchdogPeriod() {

@@ -8,12 +8,8 @@
 
 namespace kestrel::publish {
 
-void TellReady(const std::string& status) {
-  sd_notify(0, ("READY=1\nSTATUS=" + CleanText(status)).c_str());
-}
-
-void TellServiceStatus(const std::string& status) {
-  sd_notify(0, ("STATUS=" + CleanText(status)).c_str());
+bool TellReady(const std::string& status) {
+  return sd_notify(0, ("READY=1\nSTATUS=" + CleanText(status)).c_str()) >= 0;
 }
 
 void TellStopping() {

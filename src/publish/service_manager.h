@@ -8,9 +8,9 @@
 
 namespace kestrel::publish {
 
-// The service has started; `status` is one line for people.
-void TellReady(const std::string& status);
-void TellServiceStatus(const std::string& status);
+// The service has started; `status` is one line for people. False where the manager could not be
+// told: it would end a service that does not say so.
+[[nodiscard]] bool TellReady(const std::string& status);
 // It has begun to stop.
 void TellStopping();
 // Has to be told more often than WatchdogPeriod, or the manager starts the service again.

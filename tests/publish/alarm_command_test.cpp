@@ -3,9 +3,13 @@
 #include "publish/alarm_command.h"
 
 #include <sys/eventfd.h>
+#include <sys/resource.h>
 
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
 
+#include "network_faults.h"
 #include "publish/program_run.h"
 #include "sender_bench.h"
 #include "support/temporary_broker.h"
@@ -171,6 +175,69 @@ TEST_F(Commands, ThatAreAtWorkAtTheEndAreRunAgain) {
   Start({"sh", "-c", "echo y >> " + File("runs")});
   ASSERT_TRUE(AllTold());
   EXPECT_EQ(folder_.Content("runs"), "x\ny\n");
+}
+
+// Each call that a run of the command makes of the system fails once, in turn.
+TEST_F(Commands, ThatTheSystemHasNoRoomForAreRunLater) {
+  struct Fault {
+    const char* call;
+    int error;
+    bool isTold = true;  // else it does not keep the command from running
+  };
+  int alarms = 0;
+  for (const Fault& fault :
+       {Fault{"pipe2", EMFILE}, Fault{"write", ENOMEM}, Fault{"posix_spawnp", EAGAIN},
+        Fault{"pidfd_open", EMFILE}, Fault{"poll", ENOMEM, false}, Fault{"read", EIO, false}}) {
+    bool isMet = true;
+    for (int number = 1; isMet && number < 20; ++number) {
+      SCOPED_TRACE(fault.call + std::string(", call ") + std::to_string(number));
+      const std::string id = std::to_string(alarms++);
+      NetworkFaults faults(fault.call, number, fault.error);
+      faults.Begin();
+      Start({"sh", "-c", "cat > " + File("told-") + "$KESTREL_ALARM_ID; echo ran"});
+      Put({.id = id});
+      ASSERT_TRUE(Eventually([&] {
+        command_->Wake();
+        return letters_->State().waiting == 0;
+      }));
+      EXPECT_EQ(folder_.Content("told-" + id), JsonOf(Alarm{.id = id}) + "\n");
+      EXPECT_TRUE(Eventually([&] { return command_->Trouble().empty(); }));
+      isMet = faults.IsMet();
+      faults.End();
+      command_.reset();
+      std::vector<std::string> expected;
+      if (isMet && fault.isTold) {
+        expected.push_back(std::string("The command sh cannot be started: ") +
+                           std::strerror(fault.error) + ".");
+      }
+      expected.emplace_back("command: ran");
+      EXPECT_EQ(std::exchange(log_, {}), expected);
+    }
+    EXPECT_FALSE(isMet) << fault.call;
+  }
+  EXPECT_GE(alarms, 12) << "each is made once at least";
+}
+
+TEST_F(Commands, ThatCannotBeRunForLongAreToldOfOnceAndWait) {
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  Start({"sh", "-c", "echo ran"});
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  letters_->Put({.id = "1", .topic = "t", .payload = JsonOf(Alarm{.id = "1"})});
+  for (int i = 0; i < 20; ++i) {
+    command_->Wake();
+    std::this_thread::sleep_for(10ms);
+  }
+  EXPECT_EQ(command_->Trouble(), "The command sh cannot be started: Too many open files.");
+  EXPECT_EQ(letters_->State().waiting, 1);
+  ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+  command_->Wake();
+  ASSERT_TRUE(AllTold());
+  EXPECT_TRUE(Eventually([&] { return command_->Trouble().empty(); }));
+  EXPECT_EQ(LogLines(),
+            (std::vector<std::string>{"The command sh cannot be started: Too many open files.",
+                                      "command: ran"}));
 }
 
 TEST_F(Commands, MayWriteWhatBreaksALog) {

@@ -2,17 +2,15 @@
 // SPDX-License-Identifier: MIT
 #include "publish/metrics.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <sstream>
 
+#include "http_answer.h"
 #include "numeric/runtime_error.h"
 #include "publish/metric_families.h"
 #include "support/heap_bytes.h"
-#include "support/temporary_broker.h"
 
 namespace kestrel::publish {
 namespace {
@@ -20,29 +18,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr Moment kMoment{std::chrono::sys_days{std::chrono::year{2024} / 3 / 14}};
-
-// What comes to a request until the connection ends; nothing after `patience`.
-std::string AnswerTo(int port, const std::string& request, std::chrono::milliseconds patience) {
-  const int connection = ConnectedTo(port);
-  if (connection < 0) return {};
-  send(connection, request.data(), request.size(), MSG_NOSIGNAL);
-  std::string answer;
-  std::array<char, 4096> part{};
-  const auto end = std::chrono::steady_clock::now() + patience;
-  while (true) {
-    const auto left =
-        std::chrono::ceil<std::chrono::milliseconds>(end - std::chrono::steady_clock::now());
-    pollfd wait{connection, POLLIN, 0};
-    if (left.count() <= 0 || poll(&wait, 1, static_cast<int>(left.count())) <= 0) break;
-    const ssize_t count = recv(connection, part.data(), part.size(), 0);
-    if (count <= 0) break;
-    answer.append(part.data(), static_cast<std::size_t>(count));
-  }
-  close(connection);
-  return answer;
-}
-
-const std::string kRequest = "GET /metrics HTTP/1.1\r\nHost: localhost\r\n\r\n";
 
 class MetricsServers : public testing::Test {
  protected:

@@ -12,6 +12,7 @@
 #include <string>
 #include <thread>
 
+#include "network_faults.h"
 #include "support/temporary_broker.h"
 
 namespace kestrel::publish {
@@ -19,14 +20,18 @@ namespace kestrel::publish {
 // Answers every connection by a function, in a thread of its own.
 class RogueBroker {
  public:
-  explicit RogueBroker(std::function<void(int connection)> answer) : answer_(std::move(answer)) {
+  explicit RogueBroker(std::function<void(int connection)> answer, int port = FreePort())
+      : port_(port), answer_(std::move(answer)) {
     listener_ = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const int yes = 1;
+    setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     const sockaddr_in address = Loopback(port_);
     if (bind(listener_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
         listen(listener_, 5) != 0) {
       throw std::runtime_error("no listener");
     }
     thread_ = std::thread([this] {
+      const TestsOwn own;
       for (int one = accept(listener_, nullptr, nullptr); one >= 0;
            one = accept(listener_, nullptr, nullptr)) {
         ++connections;
@@ -47,7 +52,7 @@ class RogueBroker {
   std::atomic<int> connections = 0;
 
  private:
-  int port_ = FreePort();
+  const int port_;
   int listener_ = -1;
   std::function<void(int)> answer_;
   std::thread thread_;

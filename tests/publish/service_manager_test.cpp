@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "network_faults.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel::publish {
@@ -40,10 +41,8 @@ class ServiceManagers : public testing::Test {
 };
 
 TEST_F(ServiceManagers, AreToldOfBeginningAndEnd) {
-  TellReady("bench 1\nREADY=0");
+  EXPECT_TRUE(TellReady("bench 1\nREADY=0"));
   EXPECT_EQ(Told(), "READY=1\nSTATUS=bench 1�READY=0");
-  TellServiceStatus("next capture at 12:00");
-  EXPECT_EQ(Told(), "STATUS=next capture at 12:00");
   TellAlive();
   EXPECT_EQ(Told(), "WATCHDOG=1");
   TellStopping();
@@ -58,9 +57,35 @@ TEST_F(ServiceManagers, SayHowOftenTheyWaitForASign) {
 
 TEST_F(ServiceManagers, AreNotNeeded) {
   unsetenv("NOTIFY_SOCKET");
-  TellReady("x");
+  EXPECT_TRUE(TellReady("x"));
   TellAlive();
   EXPECT_EQ(Told(), "");
+}
+
+TEST_F(ServiceManagers, ThatCannotBeToldOnceAreToldTheNextTime) {
+  for (const char* call : {"socket", "sendmsg"}) {
+    NetworkFaults faults(call, 1, EMFILE);
+    faults.Begin();
+    EXPECT_FALSE(TellReady("x")) << call;
+    EXPECT_TRUE(faults.IsMet()) << call;
+    EXPECT_TRUE(TellReady("x")) << call;
+    EXPECT_EQ(Told(), "READY=1\nSTATUS=x");
+  }
+}
+
+TEST_F(ServiceManagers, WhoAreGoneHoldNobodyUp) {
+  setenv("NOTIFY_SOCKET", (folder_.path() / "none").c_str(), 1);
+  EXPECT_FALSE(TellReady("x"));
+  TellAlive();
+  TellStopping();
+  EXPECT_EQ(Told(), "");
+}
+
+TEST_F(ServiceManagers, WaitForNoSignWhereTheirTimeIsNone) {
+  for (const char* time : {"0", "soon", "-5"}) {
+    setenv("WATCHDOG_USEC", time, 1);
+    EXPECT_EQ(WatchdogPeriod(), std::nullopt) << time;
+  }
 }
 
 }  // namespace

@@ -210,9 +210,11 @@ ExitCode RunMonitor(const Surroundings& surroundings, const MonitorRun& run) {
   say("Monitoring " + run.plan.sensor + " at " + run.plan.bench + ", into " +
           archive::Shown(run.place) + ".",
       false);
-  publish::TellReady("Monitoring " + run.plan.sensor + " at " + run.plan.bench);
   accounts.Follow(&monitor);
+  bool isReady = false;
   do {
+    if (!isReady)
+      isReady = publish::TellReady("Monitoring " + run.plan.sensor + " at " + run.plan.bench);
     heart.Beat();
     accounts.Look();
   } while (monitor.Turn());
