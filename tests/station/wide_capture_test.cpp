@@ -2,6 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "station/wide_capture.h"
 
+#include <algorithm>
+#include <array>
+#include <span>
+
 #include "device/rec_ctrl.h"
 #include "device/register_models.h"
 #include "station_bench.h"
@@ -175,6 +179,75 @@ TEST_F(WideCaptureTest, ASensorThatCannotBeAskedBeforehandIsLeftAsItIs) {
     ExpectSettingsBack();
   }
   EXPECT_GT(request, 10);
+}
+
+// A word is answered as another one, from the n-th time on.
+class WideCaptureSpoilt : public WideCaptureTest {
+ protected:
+  void Spoil(std::array<std::uint8_t, 2> word, std::uint8_t first, int from, int until = 1 << 30) {
+    usb.OnAnswer([this, word, first, from, until](std::span<std::uint8_t> answer) {
+      const auto found = std::ranges::search(answer, word);
+      if (found.empty()) return;
+      ++seen_;
+      if (seen_ >= from && seen_ < until) found.front() = first;
+    });
+  }
+  int seen_ = 0;
+};
+
+TEST_F(WideCaptureSpoilt, SettingsThatReadDifferentlyTwiceAreLeftAsTheyAre) {
+  Spoil({0x11, 0x20}, 0x13, 3, 4);
+  const WideCaptured captured = Taken(Quick());
+  ASSERT_TRUE(captured.failure);
+  EXPECT_EQ(captured.failure->kind, FailureKind::Refused);
+  EXPECT_THAT(captured.failure->text, HasSubstr("read differently twice"));
+  EXPECT_THAT(order, IsEmpty());
+  usb.OnAnswer({});
+  ExpectSettingsBack();
+}
+
+TEST_F(WideCaptureSpoilt, ASensorThatDoesNotTakeItsSettingsIsSaidWithWhatItHas) {
+  Spoil({0x10, 0x20}, 0x12, 1);  // option 1 instead of 0
+  const WideCaptured captured = Taken(Quick());
+  ASSERT_TRUE(captured.failure);
+  EXPECT_EQ(captured.failure->kind, FailureKind::Refused);
+  EXPECT_THAT(captured.failure->text,
+              HasSubstr("did not take the settings for option 0: it has sample-rate option 2"));
+  EXPECT_THAT(order, IsEmpty());
+  EXPECT_EQ(captured.end.notPutBack, "");
+  usb.OnAnswer({});
+  ExpectSettingsBack();
+}
+
+TEST_F(WideCaptureSpoilt, ASensorThatDoesNotTakeThemBackIsSaidWithBoth) {
+  InterruptAfter(1s);
+  WideCapture capture(TheStation(), Quick());
+  capture.OnProgress([&](const WideProgress& now) {
+    if (now.state == WideState::PuttingBack) Spoil({0x11, 0x20}, 0x13, 1);
+  });
+  const WideCaptured captured = capture.Run();
+  EXPECT_THAT(captured.end.notPutBack,
+              HasSubstr("did not take its settings back: it has sample-rate option 3, 0 to 20 g"));
+  EXPECT_THAT(captured.end.notPutBack, HasSubstr("before it had sample-rate option 1, 0 to 20 g"));
+}
+
+TEST_F(WideCaptureTest, AnInterruptBetweenTwoCapturesKeepsWhatIsComplete) {
+  WideCapture capture(TheStation(), Quick());
+  capture.OnRecord([&](const Record&) { InterruptAfter(0s); });
+  const WideCaptured captured = capture.Run();
+  EXPECT_EQ(captured.records.size(), 1U);
+  EXPECT_EQ(captured.end.reason, "stopped");
+  ExpectSettingsBack();
+}
+
+TEST_F(WideCaptureTest, NobodyNeedLook) {
+  const WideCaptured captured =
+      WideCapture(TheStation(), {.setup = {.averages = 1}, .options = 0b0101}).Run();
+  EXPECT_FALSE(captured.failure);
+  ASSERT_EQ(captured.records.size(), 2U);
+  EXPECT_EQ(captured.records[0].settings.option, 0);
+  EXPECT_EQ(captured.records[1].settings.option, 2);
+  ExpectSettingsBack();
 }
 
 // A fault of each kind at a request; requests of read-outs in part, all others each.
