@@ -42,12 +42,6 @@ bool HasNumbersOnly(const Record& record) {
 }
 
 std::optional<Fault> WhyNotAsWav(std::span<const NotedRecord> records) {
-  if (!CanWriteWav()) {
-    return Refused(
-        "This program was built without libsndfile, which writes WAV files. uff58, uff58b, mat, "
-        "csv "
-        "and json can be written.");
-  }
   if (records.size() > 1) {
     return Refused("A WAV file holds one time record, and there are " +
                    std::to_string(records.size()) +
@@ -114,9 +108,9 @@ Exchanged<std::string> Exported(std::span<const NotedRecord> records, ExportForm
     case ExportFormat::Csv:
       return CsvFile(records);
     case ExportFormat::Json:
-      return JsonFile(records);
+      break;
   }
-  return Refused("There is no such format.");
+  return JsonFile(records);
 }
 
 }  // namespace kestrel::exchange

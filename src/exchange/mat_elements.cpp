@@ -49,20 +49,12 @@ std::string Element(std::uint32_t type, const std::string& data) {
   return element;
 }
 
-// Up to four bytes stand in the tag itself.
-std::string Name(std::string_view name) {
-  if (name.empty() || name.size() > 4) return Element(kInt8, std::string(name));
-  std::string element =
-      Bytes(kInt8 | static_cast<std::uint32_t>(name.size()) << 16U) + std::string(name);
-  element.resize(8);
-  return element;
-}
-
 std::string Array(std::uint32_t classAndFlags, std::size_t rows, std::size_t columns,
                   std::string_view name, const std::string& content) {
   const auto size = [](std::size_t count) { return Bytes(static_cast<std::uint32_t>(count)); };
   return Element(kMatrix, Element(kUint32, Bytes(classAndFlags) + Bytes(std::uint32_t{0})) +
-                              Element(kInt32, size(rows) + size(columns)) + Name(name) + content);
+                              Element(kInt32, size(rows) + size(columns)) +
+                              Element(kInt8, std::string(name)) + content);
 }
 
 }  // namespace

@@ -93,8 +93,9 @@ std::optional<Fault> TakeWords(Record& record, const ImportedRecord& imported, d
     const std::vector<double>& values = imported.traces[Index(axis)].values;
     for (std::size_t i = 0; i < values.size(); ++i) {
       const double word = std::round(values[i] * factor);
-      if (std::abs(values[i] * factor - word) > kWordError || word < least ||
-          word > (least < 0 ? 32767 : kLargestWord)) {
+      const bool isWord = std::abs(values[i] * factor - word) <= kWordError && word >= least &&
+                          word <= (least < 0 ? 32767 : kLargestWord);
+      if (!isWord) {  // nor is what is no number, which an endless factor makes of 0
         return Not(std::string(1, Letter(axis)) + " of point " + std::to_string(i) + " is " +
                    ExactText(values[i]) + ", which is not a word of the sensor at this range.");
       }

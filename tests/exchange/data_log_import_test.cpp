@@ -162,5 +162,24 @@ TEST(DataLogImport, TwoDecimalMarksInOneFileAreRefused) {
               HasSubstr("line 6: the temperature is \"24.6\", with another decimal mark"));
 }
 
+TEST(DataLogImport, AQuotedBeginningAndSeveralCellsOfAValueAreRead) {
+  const Record record = SpectrumNoted().record;
+  const std::string text = DataLogOf(record);
+  ExpectValuesOf(TheRecord(With(text, "File Name", "\"File Name\"")), record);
+  EXPECT_EQ(TheRecord(With(text, "Date,3/14/24", "Date,3/14/24,Thursday")).timeText,
+            "3/14/24 Thursday 8:26:53");
+}
+
+TEST(DataLogImport, LinesThatShouldHoldSomethingOrNothingAreNamed) {
+  const std::string text = DataLogOf(SpectrumNoted().record);
+  const std::size_t third = text.find("Time,");
+  const std::string without = text.substr(0, third) + ",,,\r\n" + text.substr(third);
+  EXPECT_THAT(WhyNotImported("f", without),
+              HasSubstr("line 3: the line should begin with \"Time\" and begins with \"\""));
+  const std::size_t eighth = text.find("Staus");
+  EXPECT_THAT(WhyNotImported("f", text.substr(0, eighth - 2) + "x\r\n" + text.substr(eighth)),
+              HasSubstr("line 7: the line should be empty and holds \"x\""));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

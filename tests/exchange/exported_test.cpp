@@ -115,5 +115,49 @@ TEST(Exported, TextsThatAreNoUtf8AreWrittenWithAMarkWhereTheyAreDamaged) {
   }
 }
 
+TEST(Exported, AWordThatIsNoNumberIsRefusedLikeAValue) {
+  NotedRecord bad = SpectrumNoted();
+  bad.record.Of(Axis::X).raw(0) = std::numeric_limits<double>::infinity();
+  EXPECT_THAT(WhyNot({bad}, ExportFormat::Csv), HasSubstr("Record 1 holds a value"));
+  bad = SpectrumNoted();
+  bad.record.settings.option = -1;
+  EXPECT_THAT(WhyNot({bad}, ExportFormat::Csv), HasSubstr("sample-rate option -1"));
+  bad.record.settings.option = 3;
+  EXPECT_EQ(WhyNot({bad}, ExportFormat::Csv), "");
+}
+
+TEST(Exported, WhatIsNotKnownOfARecordIsLeftEmpty) {
+  NotedRecord noted = SpectrumNoted();
+  noted.note = {};
+  noted.record.time = {};
+  noted.record.settings.window = 3;
+  noted.record.settings.range = 4;
+  const auto json = Exported(std::vector{noted}, ExportFormat::Json);
+  ASSERT_TRUE(json) << json.Why().Text();
+  for (const char* unknown : {"time", "window", "range_g", "machine", "speed_rpm"}) {
+    EXPECT_THAT(*json, HasSubstr("\"" + std::string(unknown) + "\": null")) << unknown;
+  }
+  noted.record.settings.range = -1;
+  EXPECT_THAT(*Exported(std::vector{noted}, ExportFormat::Json), HasSubstr("\"range_g\": null"));
+  const auto universal = Exported(std::vector{noted}, ExportFormat::Uff58);
+  EXPECT_THAT(*universal, HasSubstr("in g\nNONE\nNONE\nKESTREL1 "));
+}
+
+TEST(Exported, AWordWithAFractionKeepsIt) {
+  NotedRecord noted = SpectrumNoted();
+  noted.record.Of(Axis::X).raw(0) = 0.5;
+  noted.record.Of(Axis::X).raw(1) = 1e17;
+  const auto json = Exported(std::vector{noted}, ExportFormat::Json);
+  EXPECT_THAT(*json, testing::ContainsRegex("\"raw\": \\[\n *0.5,\n *1e\\+17,"));
+}
+
+TEST(Exported, ATableOfBothKindsHasAColumnOfFrequenciesAndOneOfTimes) {
+  const auto csv = Exported(std::vector{SpectrumNoted(), TimeNoted()}, ExportFormat::Csv);
+  ASSERT_TRUE(csv);
+  EXPECT_THAT(*csv, HasSubstr("record,point,frequency_hz,time_s,x_g,"));
+  EXPECT_THAT(*csv, HasSubstr("\r\n1,1,195.6833984375,,"));
+  EXPECT_THAT(*csv, HasSubstr("\r\n2,0,,0,"));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

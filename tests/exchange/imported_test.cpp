@@ -163,5 +163,23 @@ TEST(Imported, BytesThatAreDamagedAnywhereAreReadAsNumbersOrRefusedWithTheirPlac
   EXPECT_GT(refused, 50);
 }
 
+TEST(Imported, FilesOfOtherEncodingsAndOtherWavesAreToldWhatHelps) {
+  EXPECT_THAT(WhyNotImported("a.csv", std::string("\xFE\xFF\x00\x46", 4)), HasSubstr("UTF-16"));
+  EXPECT_THAT(WhyNotImported("a.wav", "RF64 and more"), HasSubstr("save it as a plain one"));
+  EXPECT_THAT(WhyNotImported("a.json", "{\"other\": 1}"), HasSubstr("The file begins with"));
+  EXPECT_THAT(WhyNotImported("a.uff", "-1x\n"), HasSubstr("The file begins with \"-1x\""));
+  EXPECT_THAT(WhyNotImported("a.uff", "-1"), HasSubstr("line 2: the file ends in the middle"));
+  EXPECT_THAT(WhyNotImported("a.uff", "-1 \t\n"), HasSubstr("line 2: the file ends in the middle"));
+}
+
+TEST(Imported, OfARecordWithItsSettingsTheRateIsKnown) {
+  ImportedRecord record{.settings = RecordSettings{}};
+  EXPECT_THAT(UnknownsOf(record), ElementsAre("unit", "time"));
+  record.settings.reset();
+  record.unit = "counts";
+  EXPECT_THAT(UnknownsOf(record),
+              ElementsAre("sample rate", "unit in g", "range", "window", "time"));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

@@ -97,5 +97,81 @@ TEST(RecordOf, AValueBetweenTwoWordsOrBeyondThemIsNamed) {
               HasSubstr("not a word of the sensor at this range"));
 }
 
+TEST(RecordOf, WithAWeightThatIsHardlyAnyEvenNothingIsNoWord) {
+  EXPECT_THAT(WhyNone([](ImportedRecord& it) {
+                for (ImportedTrace& trace : it.traces) trace.values.assign(256, 0.0);
+                it.lsbWeight = 1e-320;
+              }),
+              HasSubstr("X of point 0 is 0, which is not a word of the sensor"));
+}
+
+TEST(RecordOf, TheLastWordsOfEitherKindAreWords) {
+  const auto withWords = [](RecordKind kind, double low, double high) {
+    return WhyNone([=](ImportedRecord& it) {
+      it.kind = kind;
+      it.lsbWeight = it.gPerUnit = 1;
+      for (ImportedTrace& trace : it.traces) {
+        trace.values.assign(kind == RecordKind::Time ? 512 : 256, 0.0);
+        trace.values.front() = low;
+        trace.values.back() = high;
+      }
+    });
+  };
+  EXPECT_EQ(withWords(RecordKind::Spectrum, 0, 65535), "");
+  EXPECT_EQ(withWords(RecordKind::Time, -32768, 32767), "");
+  EXPECT_THAT(withWords(RecordKind::Spectrum, 0, 65536), HasSubstr("X of point 255 is 65536"));
+  EXPECT_THAT(withWords(RecordKind::Spectrum, -1, 0), HasSubstr("X of point 0 is -1"));
+  EXPECT_THAT(withWords(RecordKind::Time, -32769, 0), HasSubstr("X of point 0 is -32769"));
+  EXPECT_THAT(withWords(RecordKind::Time, 0, 32768), HasSubstr("X of point 511 is 32768"));
+  EXPECT_EQ(withWords(RecordKind::Time, 1e-7, 0), "") << "digits of a file leave as much";
+  EXPECT_THAT(withWords(RecordKind::Time, 1e-5, 0), HasSubstr("X of point 0 is 1e-05"));
+}
+
+TEST(RecordOf, TracesWithoutAxesOrAFirstPlaceAreTakenInTheirOrder) {
+  EXPECT_EQ(WhyNone([](ImportedRecord& it) {
+              for (ImportedTrace& trace : it.traces) trace.axis.reset();
+              it.first.reset();
+            }),
+            "");
+}
+
+TEST(RecordOf, OfATimeRecordTheStepTellsTheOption) {
+  const NotedRecord noted = TimeNoted(2);
+  ImportedRecord imported = Imported("f", BytesOf({noted}, ExportFormat::Uff58b))->records.front();
+  Forget(imported);
+  const auto record = RecordOf(imported, {.option = 0, .range = kRange20});
+  ASSERT_TRUE(record) << record.Why().Text();
+  EXPECT_EQ(record->settings.option, 2) << "what the file tells counts more";
+  EXPECT_EQ(record->settings.window, 0);
+  imported.step = 0.25;
+  EXPECT_THAT(RecordOf(imported, {.range = kRange20}).Why().Text(), HasSubstr("0.25 s apart"));
+}
+
+TEST(RecordOf, ValuesWithoutAUnitAreWhatIsSaidOfThem) {
+  ImportedRecord imported = Good();
+  const Record wanted = SpectrumNoted().record;
+  imported.gPerUnit.reset();
+  imported.unit.clear();
+  const auto asG = RecordOf(imported, {.words = false});
+  ASSERT_TRUE(asG) << asG.Why().Text();
+  EXPECT_EQ(asG->Of(Axis::X).raw(20), wanted.Of(Axis::X).raw(20));
+  EXPECT_THAT(RecordOf(imported, {}).Why().Text(), HasSubstr("words of the sensor or g"));
+  imported.unit = "counts";
+  EXPECT_THAT(RecordOf(imported, {}).Why().Text(), HasSubstr("The values are in \"counts\""));
+}
+
+TEST(RecordOf, AveragesThatNoSensorTakesAreTheMostThatItTells) {
+  ImportedRecord imported = Good();
+  Forget(imported);
+  for (const auto& [told, taken] : {std::pair{1000.0, 511}, {-3.0, 0}, {8.0, 8}}) {
+    imported.averages = told;
+    const auto record = RecordOf(imported, {.range = kRange20, .window = 1});
+    ASSERT_TRUE(record) << record.Why().Text();
+    EXPECT_EQ(record->settings.averages, taken);
+    EXPECT_EQ(record->settings.window, 1);
+    EXPECT_EQ(record->settings.range, kRange20);
+  }
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

@@ -196,5 +196,123 @@ TEST(UffImport, AnotherStepThanTheColumnsHaveIsNotBelieved) {
   EXPECT_EQ(TheRecord(changed).step, 195.683);
 }
 
+TEST(UffImport, AnAbscissaOfNoKindIsThatOfItsFunction) {
+  const auto withTypes = [](const char* function, const char* abscissa) {
+    return With(With(Foreign(), "    1         1", function), "        17    0    0    0 Time",
+                abscissa);
+  };
+  for (const char* open : {"         0    0    0    0 Time", "         1    0    0    0 Time"}) {
+    EXPECT_EQ(TheRecord(withTypes("    1         1", open)).kind, RecordKind::Time);
+    EXPECT_EQ(TheRecord(withTypes("   12         1", open)).kind, RecordKind::Spectrum);
+    EXPECT_THAT(WhyNotImported("f", withTypes("    2         1", open)),
+                HasSubstr("only time (17) and frequency (18) can be imported"));
+  }
+}
+
+TEST(UffImport, WhatIsNoAmplitudeIsNamedByItsFunction) {
+  const auto imported = [](const char* function, const char* label) {
+    return TheRecord(With(With(Foreign(), "    1         1", function), "Acceleration", label));
+  };
+  EXPECT_TRUE(imported("    0         1", "Acceleration").amplitudes) << "a general function";
+  const ImportedRecord coherence = imported("    6         1", "NONE        ");
+  EXPECT_FALSE(coherence.amplitudes);
+  EXPECT_EQ(coherence.quantity, "coherence");
+  EXPECT_EQ(imported("   40         1", "NONE        ").quantity, "function of type 40");
+  EXPECT_EQ(imported("   -1         1", "Acceleration").quantity,
+            "Acceleration, function of type -1");
+  EXPECT_EQ(imported("   13         1", "NONE        ").quantity, "function of type 13");
+  EXPECT_EQ(imported("   11         1", "NONE        ").quantity, "probability density function");
+}
+
+TEST(UffImport, DirectionsThatAreNoAxisOfTheSensorAreLeftOpen) {
+  const auto trace = [](const char* direction) {
+    return TheRecord(With(Foreign(), "  12  -2", std::string("  12") + direction)).traces.at(0);
+  };
+  EXPECT_EQ(trace("   1").axis, Axis::X);
+  EXPECT_FALSE(trace("   1").reversed);
+  EXPECT_EQ(trace("  -3").axis, Axis::Z);
+  EXPECT_TRUE(trace("  -3").reversed);
+  for (const char* none : {"   0", "   4", "  -5"}) {
+    EXPECT_EQ(trace(none).axis, std::nullopt) << none;
+    EXPECT_FALSE(trace(none).reversed) << none;
+  }
+}
+
+TEST(UffImport, NumbersAreReadAsFortranWritesThem) {
+  const std::string with = With(Foreign(), "  1.00000E+00-2.50000D-01  1.0000e-002",
+                                "+1.000000E+00 -2.50000d-01       +1.5-3");
+  EXPECT_THAT(TheRecord(with).traces[0].values, ElementsAre(1, -0.25, 0.0015, 1e-101, 0, 4, 5));
+  EXPECT_EQ(TheRecord(With(Foreign(), "  5.00000E-01  1.2", "               1.2")).first, 0);
+  EXPECT_EQ(TheRecord(With(Foreign(), "         2         7", "        +2         7")).first, 0.5);
+}
+
+TEST(UffImport, TheFormOfBinaryDataIsCheckedBeforeAnyIsRead) {
+  const auto why = [](const char* kind) {
+    return WhyNotImported("f.uff", With(Foreign(), "    58\n", kind));
+  };
+  EXPECT_THAT(why("    58b     1     2          11         -28\n"),
+              HasSubstr("line 7: the number of bytes of data is -28"));
+  EXPECT_THAT(why("    58b     1     2          11          29\n"),
+              HasSubstr("7 values of 4 bytes, and the dataset has 29"));
+  EXPECT_THAT(why("    58b     0     2          11          28\n"),
+              HasSubstr("the byte order is 0"));
+  EXPECT_THAT(
+      WhyNotImported("f.uff", With(Foreign(), "         2         7", "         6         7")),
+      HasSubstr("the data type is 6, complex values"));
+}
+
+// Three axes of a spectrum as another program would write them.
+std::string ThreeAxes() {
+  std::string bytes = BytesOf({SpectrumNoted()}, ExportFormat::Uff58);
+  for (int i = 0; i < 3; ++i) {
+    for (const char* own : {"KESTREL1", "MEASURED"}) bytes = With(bytes, own, "whatever");
+  }
+  return bytes;
+}
+
+// The same with the first `from` behind the `number`-th dataset's beginning replaced.
+std::string ChangedIn(int number, const std::string& from, const std::string& to) {
+  std::string bytes = ThreeAxes();
+  std::size_t at = 0;
+  for (int i = 0; i < number; ++i) at = bytes.find("    58\n", at + 1);
+  return bytes.substr(0, at) + With(bytes.substr(at), from, to);
+}
+
+TEST(UffImport, ThreeAxesThatBelongTogetherAreOneRecordAndOthersAreNot) {
+  ASSERT_THAT(Imported("f", ThreeAxes())->records, SizeIs(1));
+  ASSERT_THAT(Imported("f", ThreeAxes())->records[0].traces, SizeIs(3));
+  const std::vector<std::pair<const char*, const char*>> changes{
+      {"   12         2", "    1         2"},                    // function
+      {"NONE               1   2", "HERE               1   2"},  // place
+      {"NONE               1   2", "NONE               9   2"},  // node
+      {"NONE               1   2", "NONE               1   3"},  // direction
+      {"         1  0.00000E+00", "         1  1.00000E+00"},    // first
+      {"  1.95683E+02", "  1.95684E+02"},                        // step
+      {"Frequency ", "frequency "},
+      {"Acceleration", "acceleration"},
+      {"whatever INFO", "Whatever INFO"}};
+  for (const auto& [from, to] : changes) {
+    const auto file = Imported("f", ChangedIn(2, from, to));
+    ASSERT_TRUE(file) << to << ": " << file.Why().Text();
+    EXPECT_THAT(file->records, SizeIs(3)) << to;
+  }
+  EXPECT_THAT(Imported("f", ChangedIn(3, "Acceleration", "acceleration"))->records, SizeIs(3));
+  EXPECT_THAT(
+      Imported("f", ChangedIn(1, "NONE               1   1", "NONE               1   4"))->records,
+      SizeIs(3))
+      << "the first is not X";
+}
+
+TEST(UffImport, AxesOfAnotherLengthAreARecordOfTheirOwn) {
+  std::string two = Foreign();
+  two += With(With(Foreign(), "         2         7", "         2         6"),
+              "\n  5.00000E+00\n    -1", "\n    -1");
+  for (int i = 0; i < 2; ++i) two = With(two, "  12  -2", "  12   1");
+  const auto file = Imported("f", two);
+  ASSERT_TRUE(file) << file.Why().Text();
+  EXPECT_THAT(file->records, SizeIs(2));
+  EXPECT_THAT(file->notices, SizeIs(1)) << "datasets of one kind are told once";
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

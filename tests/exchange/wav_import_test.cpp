@@ -75,5 +75,93 @@ TEST(WavImport, ASampleThatIsNoNumberIsNamed) {
   EXPECT_THAT(WhyNotImported("f.wav", bytes), HasSubstr("f.wav: sample 10 of channel 2 is nan"));
 }
 
+// A WAV file of these parts.
+std::string WavOf(const std::string& parts) {
+  return "RIFF" + LittleEndian(static_cast<unsigned>(parts.size()) + 4, 4) + "WAVE" + parts;
+}
+
+std::string Part(const std::string& name, const std::string& data) {
+  return name + LittleEndian(static_cast<unsigned>(data.size()), 4) + data;
+}
+
+std::string FormatOf(unsigned code, unsigned channels, unsigned bits) {
+  const unsigned frame = channels * bits / 8;
+  return LittleEndian(code, 2) + LittleEndian(channels, 2) + LittleEndian(8000, 4) +
+         LittleEndian(8000 * frame, 4) + LittleEndian(frame, 2) + LittleEndian(bits, 2);
+}
+
+// Samples of one channel; the fault's text where there are none.
+std::vector<double> SamplesIn(const std::string& bytes) {
+  const auto file = Imported("f.wav", bytes);
+  EXPECT_TRUE(file) << file.Why().Text();
+  return file ? file->records.front().traces.at(0).values : std::vector<double>{};
+}
+
+TEST(WavImport, SamplesOfEveryWidthAreReadAsTheyAre) {
+  if (!IsBuiltIn(ExportFormat::Wav)) return;
+  const auto read = [](unsigned code, unsigned bits, const std::string& data) {
+    return SamplesIn(WavOf(Part("fmt ", FormatOf(code, 1, bits)) + Part("data", data)));
+  };
+  EXPECT_THAT(read(1, 8, "\xC0\x40"), ElementsAre(0.5, -0.5));
+  EXPECT_THAT(read(1, 16, std::string("\x00\x40\x00\xC0", 4)), ElementsAre(0.5, -0.5));
+  EXPECT_THAT(read(1, 24, std::string("\x00\x00\x40\x00\x00\xC0", 6)), ElementsAre(0.5, -0.5));
+  EXPECT_THAT(read(1, 32, LittleEndian(0x40000000, 4)), ElementsAre(0.5));
+  EXPECT_THAT(read(3, 32, LittleEndian(0x3F000000, 4)), ElementsAre(0.5));
+  EXPECT_THAT(read(3, 64, LittleEndian(0, 4) + LittleEndian(0x3FE00000, 4)), ElementsAre(0.5));
+}
+
+TEST(WavImport, WidthsThatAreNoneOfTheirFormatAreNamed) {
+  const auto why = [](unsigned code, unsigned bits) {
+    return WhyNotImported("f.wav", WavOf(Part("fmt ", FormatOf(code, 1, bits)) +
+                                         Part("data", std::string(16, '\0'))));
+  };
+  EXPECT_THAT(why(3, 16), HasSubstr("byte 34: a sample has 16 bits"));
+  EXPECT_THAT(why(1, 64), HasSubstr("byte 34: a sample has 64 bits"));
+  EXPECT_THAT(why(0xFFFE, 16), HasSubstr("byte 20: the format's code is 65534"));
+}
+
+TEST(WavImport, TheCodeOfALongFormatStandsInItsExtension) {
+  if (!IsBuiltIn(ExportFormat::Wav)) return;
+  const std::string rest("\x00\x00\x00\x00\x10\x00\x80\x00\x00\xAA\x00\x38\x9B\x71", 14);
+  const auto extensible = [&](unsigned code) {
+    return WavOf(Part("fmt ", FormatOf(0xFFFE, 1, 16) + LittleEndian(22, 2) + LittleEndian(16, 2) +
+                                  LittleEndian(0, 4) + LittleEndian(code, 2) + rest) +
+                 Part("data", std::string("\x00\x40", 2)));
+  };
+  EXPECT_THAT(SamplesIn(extensible(1)), ElementsAre(0.5));
+  EXPECT_THAT(WhyNotImported("f.wav", extensible(2)), HasSubstr("the format's code is 2"));
+}
+
+TEST(WavImport, PartsMayBeOddAndOfOtherKindsAndTheLastNeedsNoFill) {
+  if (!IsBuiltIn(ExportFormat::Wav)) return;
+  const std::string format = Part("fmt ", FormatOf(1, 1, 8));
+  EXPECT_THAT(SamplesIn(WavOf(Part("note", "abc") + std::string(1, '\0') + format +
+                              Part("data", "\xC0\x40"))),
+              ElementsAre(0.5, -0.5));
+  const std::string odd = WavOf(format + Part("data", "\xC0"));
+  EXPECT_THAT(SamplesIn(odd), ElementsAre(0.5));
+  EXPECT_THAT(SamplesIn(odd + std::string(1, '\0')), ElementsAre(0.5)) << "its fill not counted";
+  EXPECT_THAT(WhyNotImported("f.wav", odd + std::string(2, '\0')),
+              HasSubstr("byte 4: the file should have 45 bytes and has 47"));
+}
+
+TEST(WavImport, PartsThatAreThereTwiceOrEmptyAreNamed) {
+  const std::string format = Part("fmt ", FormatOf(1, 1, 16));
+  const std::string data = Part("data", std::string("\x00\x40", 2));
+  EXPECT_THAT(WhyNotImported("f.wav", WavOf(format + format + data)),
+              HasSubstr("byte 44: there are two formats"));
+  EXPECT_THAT(WhyNotImported("f.wav", WavOf(format + data + data)),
+              HasSubstr("byte 54: there are two parts of data"));
+  EXPECT_THAT(WhyNotImported("f.wav", WavOf(format + Part("data", ""))),
+              HasSubstr("byte 40: the data have 0 bytes"));
+}
+
+TEST(WavImport, WhatTheLibraryCannotReadIsSaidToBeSo) {
+  if (!IsBuiltIn(ExportFormat::Wav)) return;
+  const std::string bytes =
+      WavOf(Part("fmt ", FormatOf(1, 2000, 16)) + Part("data", std::string(4000, '\0')));
+  EXPECT_THAT(WhyNotImported("f.wav", bytes), HasSubstr("f.wav: libsndfile cannot read it: "));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

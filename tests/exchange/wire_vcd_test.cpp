@@ -120,5 +120,22 @@ TEST(WireVcd, AnAdaptersLogGivesTheFramesOfItsTransfers) {
                           WireFrame{.at = milliseconds(3), .mosi = 0x0000}));
 }
 
+TEST(WireVcd, AnAnswerOfATransferThatFailedOrWasCutShortIsUnknown) {
+  WireLog log;
+  log.Add({milliseconds(1), 13, {0x1234}, {0x0001}, true});
+  log.Add({milliseconds(2), 13, {0x1234, 0x5678}, {0x0001}, false});
+  EXPECT_THAT(FramesOf(log),
+              ElementsAre(WireFrame{.at = milliseconds(1), .mosi = 0x1234},
+                          WireFrame{.at = milliseconds(2), .mosi = 0x1234, .miso = 0x0001},
+                          WireFrame{.at = milliseconds(2), .mosi = 0x5678}));
+}
+
+TEST(WireVcd, ABitOfMoreThanASecondIsNotDrawn) {
+  const std::vector<WireFrame> one{{.mosi = 1}};
+  EXPECT_TRUE(WireVcd(one, std::chrono::seconds(1)));
+  EXPECT_THAT(WireVcd(one, std::chrono::seconds(1) + nanoseconds(1)).Why().Text(),
+              HasSubstr("200 ns to 1 s can be drawn"));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

@@ -130,12 +130,11 @@ std::string Header(const Function& function) {
 
 std::string AsciiDataset(const Function& function) {
   std::string text = std::string(kUffMark) + "\n" + Whole(58, 6) + "\n" + Header(function);
-  std::size_t across = 0;
+  std::size_t across = 0;  // records fill their last line
   for (const double value : function.Rec().Values(function.axis)) {
     text += FortranText(value, kUffDoubleColumns, kUffDoubleDecimals);
     if (++across % kUffDoubleAcross == 0) text += "\n";
   }
-  if (across % kUffDoubleAcross != 0) text += "\n";
   return text + kUffMark + "\n";
 }
 

@@ -112,7 +112,7 @@ std::optional<WavTold> WavToldBy(std::string_view text) {
   const auto info = WholeAt(lines, "rec_info", 0, 0xFFFF);
   const auto control = WholeAt(lines, "rec_ctrl", 0, 0xFFFF);
   if (info && control) told.settings = SettingsFromWords(*info, *control);
-  told.lsbWeight = NumberAt(lines, "lsb_weight_g");
+  if (const auto lsb = NumberAt(lines, "lsb_weight_g"); lsb && *lsb > 0) told.lsbWeight = lsb;
   if (const auto range = WholeAt(lines, "scaled_range_code", 0, 3)) {
     told.scaledRange = static_cast<std::int16_t>(*range);
   }
