@@ -103,5 +103,14 @@ TEST(BandLevels, WithoutAStepNoWordIsKnownAndNothingIsExceeded) {
   EXPECT_NEAR(*level.toWarningDb, 60, 1e-9) << "to half a step";
 }
 
+TEST(BandLevels, ABandOfOneBinIsOne) {
+  EXPECT_TRUE(HoldsBins({10, 10, 500, 1000}, 256));
+  EXPECT_FALSE(HoldsBins({11, 10, 500, 1000}, 256));
+  EXPECT_TRUE(HoldsBins({255, 300, 500, 1000}, 256));
+  EXPECT_FALSE(HoldsBins({256, 300, 500, 1000}, 256));
+  EXPECT_FALSE(HoldsBins({-1, 10, 500, 1000}, 256));
+  EXPECT_EQ(Judged(Words(10, 5000), {10, 10, 500, 1000}).state, BandState::Fault);
+}
+
 }  // namespace
 }  // namespace kestrel::analysis

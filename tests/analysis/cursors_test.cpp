@@ -6,6 +6,7 @@
 
 #include <limits>
 
+#include "numeric/number_texts.h"
 #include "tones.h"
 
 namespace kestrel::analysis {
@@ -28,6 +29,7 @@ TEST(Cursors, StepsStayWithinWhatCanBeTold) {
   const TraceView trace{.values = &values, .x0 = 0, .step = 10, .firstValid = 2};
   EXPECT_EQ(Moved(trace, 100, CursorStep::Bin, 1), 110);
   EXPECT_EQ(Moved(trace, 100, CursorStep::TenBins, -1), 20);
+  EXPECT_EQ(Moved(trace, 1000, CursorStep::TenBins, 2), 1200);
   EXPECT_EQ(Moved(trace, 2500, CursorStep::TenBins, 1), 2550);
   EXPECT_DOUBLE_EQ(Moved(trace, 100, CursorStep::TenthOfBin, 3), 103);
   EXPECT_EQ(Moved(trace, 103, CursorStep::Bin, 1), 110);
@@ -113,6 +115,7 @@ TEST(Cursors, DraggingAMemberMovesTheOthers) {
   EXPECT_FALSE(HarmonicDragged(2, kNan));
   EXPECT_FALSE(SidebandDragged(1000, 0, 900));
   EXPECT_FALSE(SidebandDragged(1000, 2, 900));
+  EXPECT_FALSE(SidebandDragged(1000, 2, 1000));
   EXPECT_FALSE(SidebandDragged(kNan, 2, 900));
   EXPECT_FALSE(SidebandDragged(1000, 2, kNan));
 }
@@ -307,6 +310,23 @@ TEST(Cursors, ALineThatIsNotResolvedSaysSoInTheTable) {
   ASSERT_EQ(table.rows.size(), 1U);
   EXPECT_THAT(table.rows[0][2], testing::EndsWith(", unresolved"));
   EXPECT_EQ(table.rows[0][6], "0.0");
+}
+
+TEST(Cursors, AMemberAtTheEndOfTheAxisLooksAtNoBinBeyond) {
+  Spectrum spectrum = SpectrumOfTones({}, WindowKind::Hanning);
+  spectrum.peakG.assign(300, 9.0);  // what is cut off stays in memory
+  std::fill_n(spectrum.peakG.begin(), 256, 0.001);
+  spectrum.peakG.resize(256);
+  const Member last = ReadHarmonics(spectrum, {}, 255.49 * spectrum.binWidthHz, 1).members.at(0);
+  EXPECT_EQ(last.belowG, 0.001);
+  EXPECT_EQ(last.ownG, 0.001);
+}
+
+TEST(Cursors, AMemberThatIsNotFoundIsExpectedWhereTheReadingHasIt) {
+  const TextTable table =
+      TableOf(HarmonicReading{.members = {{.number = 2, .expectedHz = 123.456, .belowG = 0.5}}});
+  EXPECT_THAT(table.rows.at(0), testing::ElementsAre("2×", WithBound(123.456, 0).value, "not found",
+                                                     "", "", "below 0.500", ""));
 }
 
 }  // namespace

@@ -23,6 +23,7 @@ TEST(Refusals, TheFastestOptionThatHoldsTheBandIsTheCure) {
   EXPECT_EQ(refusal.cure, "Capture at option 1");
   EXPECT_FALSE(refusal.options[0].wouldDo);
   EXPECT_TRUE(refusal.options[1].wouldDo);
+  EXPECT_TRUE(refusal.options[2].wouldDo) << "it ends with the band";
 }
 
 TEST(Refusals, WithoutSuchAnOptionTheCureIsLeftToWhoRefuses) {
