@@ -16,6 +16,9 @@ using database::Values;
 
 constexpr std::int64_t kFirstVersion = 3;  // of the archive that has a journal
 
+constexpr const char* kSelect =
+    "select uid, bench, sensor, kind, began, ended, missed, text from journal where ";
+
 Value Moment(const std::optional<std::chrono::system_clock::time_point>& time) {
   return time ? Value{Nanoseconds(*time)} : Value{};
 }
@@ -62,8 +65,7 @@ std::vector<JournalEntry> EntriesOf(Archive& archive, const JournalFilter& filte
                                     std::int64_t most) {
   std::vector<JournalEntry> entries;
   if (archive.Version() < kFirstVersion) return entries;
-  std::string sql =
-      "select uid, bench, sensor, kind, began, ended, missed, text from journal where 1 = 1";
+  std::string sql = std::string(kSelect) + "1 = 1";
   Values values;
   const auto ask = [&](const std::string& condition, Value value) {
     values.push_back(std::move(value));
@@ -79,6 +81,13 @@ std::vector<JournalEntry> EntriesOf(Archive& archive, const JournalFilter& filte
   if (most > 0) sql += " limit " + std::to_string(most);
   archive.Connection().Run(sql, values, [&](Row row) { entries.push_back(EntryFrom(row)); });
   return entries;
+}
+
+std::optional<JournalEntry> EntryInRow(Archive& archive, std::int64_t row) {
+  std::optional<JournalEntry> entry;
+  archive.Connection().Run(std::string(kSelect) + "rowid = $1", {row},
+                           [&](Row cells) { entry = EntryFrom(cells); });
+  return entry;
 }
 
 }  // namespace kestrel::archive

@@ -46,4 +46,8 @@ struct JournalFilter {
                                                   const JournalFilter& filter = {},
                                                   std::int64_t most = 0);
 
+// The one in a row of the table, where the database numbers rows; nothing where there is none.
+// Throws DatabaseError.
+[[nodiscard]] std::optional<JournalEntry> EntryInRow(Archive& archive, std::int64_t row);
+
 }  // namespace kestrel::archive

@@ -56,6 +56,8 @@ class Database {
 
   // The column type of an automatic key.
   [[nodiscard]] virtual const char* KeyType() const = 0;
+  // Whether every row of a table has a number, "rowid", by which it can be read.
+  [[nodiscard]] virtual bool NumbersRows() const { return false; }
   // Whether a table of this name is there.
   [[nodiscard]] virtual bool HasTable(const std::string& name) = 0;
   // Whether there is any table.

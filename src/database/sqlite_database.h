@@ -36,6 +36,7 @@ class SqliteDatabase : public Database {
   void Rollback() override;
   void Cancel() override { sqlite3_interrupt(connection_.get()); }
   [[nodiscard]] const char* KeyType() const override { return "integer primary key"; }
+  [[nodiscard]] bool NumbersRows() const override { return true; }
   [[nodiscard]] bool HasTable(const std::string& name) override;
   [[nodiscard]] bool IsBlank() override;
   void LockSchema() override {}  // Begin has locked everything

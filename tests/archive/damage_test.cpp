@@ -68,6 +68,19 @@ TEST_P(Damaged, ANumberThatIsTooLargeForItsPlaceIsNotCutShort) {
   EXPECT_EQ(WhyNot(id), "-40000 is too large for its place");
 }
 
+TEST_P(Damaged, AUidOfAnotherLengthIsReadAsFarAsItGoes) {
+  const std::int64_t id = Keep();
+  const auto uidOf = [&](const database::Bytes& bytes) {
+    archive_->Connection().Run("update record set uid = $1", {bytes});
+    return archive_->Get(id)->uid;
+  };
+  EXPECT_EQ(uidOf({7, 8}), (Uid{7, 8}));
+  database::Bytes tooLong(20, 3);
+  Uid first{};
+  first.fill(3);
+  EXPECT_EQ(uidOf(tooLong), first);
+}
+
 TEST_P(Damaged, ALevelOfWhichAHalfIsMissingIsNone) {
   const std::int64_t id = Keep();
   Run("update record set rms_x = 1, top_x = null, rms_y = null, top_y = 2, rms_z = 3, top_z = 4");

@@ -26,7 +26,8 @@ inline NewRecord Numbered(int number) {
 inline JournalEntry NumberedEntry(int number) {
   using std::chrono::system_clock;
   JournalEntry entry{.bench = "bench", .sensor = "7", .kind = "away", .missed = number};
-  entry.uid[0] = static_cast<std::uint8_t>(number);
+  entry.uid[0] = static_cast<std::uint8_t>(number & 0xff);
+  entry.uid[1] = static_cast<std::uint8_t>(number >> 8);
   entry.began = system_clock::from_time_t(1'763'750'000 + number);
   entry.text = "away for the " + std::to_string(number) + ". time";
   return entry;

@@ -66,7 +66,10 @@ class Rescues : public testing::Test {
 };
 
 TEST_F(Rescues, AWholeArchiveIsRescuedWhole) {
-  EXPECT_EQ(RescueFrom(Name("whole.db")).kept, kRecords);
+  const Rescued rescued = RescueFrom(Name("whole.db"));
+  EXPECT_EQ(rescued.kept, kRecords);
+  EXPECT_EQ(rescued.journalKept, kRecords);
+  EXPECT_EQ(rescued.lost + rescued.withoutSource + rescued.journalLost, 0);
   Archive whole = Open({Name("whole.db")});
   EXPECT_EQ(Saved(), HeldBy(whole));
 }
@@ -97,7 +100,8 @@ TEST_F(Rescues, APageThatIsLostTakesNoOtherRecordsWithIt) {
       EXPECT_EQ(static_cast<const NewRecord&>(record),
                 rescued.withoutSource > 0 ? WithoutSource(wanted) : wanted);
     }
-    EXPECT_EQ(rescued.isJournalWhole, saved.journal.size() == std::size_t{kRecords});
+    EXPECT_EQ(static_cast<std::size_t>(rescued.journalKept), saved.journal.size());
+    EXPECT_EQ(rescued.journalKept + rescued.journalLost, kRecords);
     kept.push_back(saved.records.size());
     withoutSource += rescued.withoutSource;
   }
@@ -137,7 +141,8 @@ TEST_F(Rescues, ARecordThatNoArchiveTakesIsLostAlone) {
   const Rescued rescued = RescueFrom(Name("whole.db"));
   EXPECT_EQ(rescued.kept, kRecords - 1);
   EXPECT_EQ(rescued.lost, 1);
-  EXPECT_FALSE(rescued.isJournalWhole);
+  EXPECT_EQ(rescued.journalKept, kRecords - 1);
+  EXPECT_EQ(rescued.journalLost, 1);
   const Holding saved = Saved();
   EXPECT_EQ(saved.records.size(), std::size_t{kRecords - 1});
   EXPECT_EQ(saved.journal.size(), std::size_t{kRecords - 1});

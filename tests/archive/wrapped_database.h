@@ -36,6 +36,7 @@ class WrappedDatabase : public database::Database {
   void Rollback() override { real_->Rollback(); }
   void Cancel() override { real_->Cancel(); }
   [[nodiscard]] const char* KeyType() const override { return real_->KeyType(); }
+  [[nodiscard]] bool NumbersRows() const override { return real_->NumbersRows(); }
   [[nodiscard]] bool HasTable(const std::string& name) override { return real_->HasTable(name); }
   [[nodiscard]] bool IsBlank() override { return real_->IsBlank(); }
   void LockSchema() override { real_->LockSchema(); }

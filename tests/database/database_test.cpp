@@ -69,6 +69,17 @@ TEST_P(Databases, WhatIsNotCommittedIsGone) {
   EXPECT_EQ(Count(), 1);
 }
 
+TEST_P(Databases, TheEndOfACommittedTransactionDoesNotUndoTheNextOne) {
+  {
+    Transaction transaction(*database_);
+    transaction.Commit();
+    database_->Begin();
+    database_->Run("insert into thing(number) values(1)");
+  }
+  database_->Commit();
+  EXPECT_EQ(Count(), 1);
+}
+
 TEST_P(Databases, AFaultInATransactionUndoesItAndTheNextOneWorks) {
   const auto twice = [&] {
     Transaction transaction(*database_);
@@ -148,6 +159,20 @@ TEST_P(Databases, WhatIsThereToReadIsThereAfterMemoryIsGivenBack) {
   EXPECT_EQ(Number(*database_, select), 7);
   database_->ReleaseMemory();
   EXPECT_EQ(Number(*database_, select), 7);
+}
+
+TEST_P(Databases, RowsAreReadByTheirNumbersWhereTheyHaveSome) {
+  for (const int number : {7, 8}) {
+    database_->Run("insert into thing(number) values($1)", {std::int64_t{number}});
+  }
+  const auto second = [&] {
+    return Number(*database_, "select number from thing where rowid = 2");
+  };
+  if (database_->NumbersRows()) {
+    EXPECT_EQ(second(), 8);
+  } else {
+    EXPECT_EQ(FaultOf([&] { (void)second(); }), Fault::Other);
+  }
 }
 
 TEST_P(Databases, WhereNothingWasBegunNothingIsUndone) {

@@ -188,16 +188,21 @@ ExitCode ArchiveCommand::Rescue(const Session& session, const Output& output) {
     output.Write({{"kept", rescued.kept},
                   {"lost", rescued.lost},
                   {"without_source", rescued.withoutSource},
-                  {"journal_whole", rescued.isJournalWhole}});
+                  {"journal_kept", rescued.journalKept},
+                  {"journal_lost", rescued.journalLost},
+                  {"journal_whole", rescued.journalLost == 0}});
   } else {
     output.out << RecordCount(rescued.kept) << " kept, " << rescued.lost << " could not be read.\n";
     if (rescued.withoutSource > 0) {
       output.out << "Of " << rescued.withoutSource
                  << " of them the sensor, the program and the bench could not be read.\n";
     }
-    if (!rescued.isJournalWhole) output.out << "Not all of the journal could be read.\n";
+    if (rescued.journalLost > 0) {
+      output.out << "Of the journal's entries " << rescued.journalKept << " were kept, "
+                 << rescued.journalLost << " could not be read.\n";
+    }
   }
-  const bool isAll = rescued.lost == 0 && rescued.withoutSource == 0 && rescued.isJournalWhole;
+  const bool isAll = rescued.lost == 0 && rescued.withoutSource == 0 && rescued.journalLost == 0;
   return isAll ? ExitCode::Success : ExitCode::Failure;
 }
 

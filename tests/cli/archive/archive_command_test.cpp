@@ -162,6 +162,9 @@ TEST_F(ArchiveCommands, WhatCanBeReadOfADamagedArchiveIsSaved) {
   EXPECT_GT(told["kept"].get<int>(), 10);
   EXPECT_GT(told["lost"].get<int>(), 0);
   EXPECT_EQ(told["kept"].get<int>() + told["lost"].get<int>(), 40);
+  EXPECT_EQ(told["journal_kept"], 0);
+  EXPECT_EQ(told["journal_lost"], 0);
+  EXPECT_EQ(told["journal_whole"], true);
   EXPECT_EQ(Run({"--archive", rescued, "archive", "check"}), ExitCode::Success);
   EXPECT_EQ(folder_.Content("damaged.db"), damaged);
 }
