@@ -172,5 +172,14 @@ TEST(Quantity, ASpectrumWithoutAWidthHasNoDensity) {
   EXPECT_EQ(At(spectrum, {Quantity::Density}, 100), 0);
 }
 
+TEST(Quantity, HoldsBelowOneHertzToo) {
+  const Spectrum slow = OneG(3);
+  EXPECT_NEAR(At(slow, {Quantity::Velocity}, 0.5), 1560.777 / 0.5, 1e-3);
+  EXPECT_NEAR(At(slow, {Quantity::Displacement, Amplitude::PeakToPeak}, 0.5), 496811 / 0.25, 5);
+  EXPECT_NEAR(At(slow, {Quantity::Acceleration, Amplitude::Rms}, 0.5), 1 / std::sqrt(2.0), 1e-12);
+  EXPECT_NEAR(At(slow, {Quantity::Level}, 0.5), -3.0103, 1e-4);
+  EXPECT_NEAR(At(slow, {Quantity::Level}, 0), 0, 1e-12) << "the mean is no sine";
+}
+
 }  // namespace
 }  // namespace kestrel::analysis
