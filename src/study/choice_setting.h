@@ -49,7 +49,7 @@ inline constexpr std::size_t kMostOfAList = 1000;
 template <typename Place>
 Setting OneValue(std::string_view key, Place place, auto read) {
   return {key,
-          [place](const StudyChoice& choice) { return std::vector<Json>{Tell(place(choice))}; },
+          [place](const StudyChoice& choice) { return std::vector<Json>(1, Tell(place(choice))); },
           [place, read](StudyChoice& choice, const Json& json) {
             using Value = std::decay_t<decltype(place(choice))>;
             const auto value = read(json);
@@ -86,12 +86,18 @@ template <typename Value>
   return std::nullopt;
 }
 
+// The line of a word; none of a value that has no word.
+[[nodiscard]] inline std::vector<Json> LineOf(const Words& words, std::size_t word) {
+  std::vector<Json> line;
+  if (word < words.size()) line.emplace_back(words[word]);
+  return line;
+}
+
 template <typename Place>
 Setting Word(std::string_view key, Place place, Words words) {
   using Value = std::decay_t<decltype(place(std::declval<StudyChoice&>()))>;
   const auto tell = [=](const StudyChoice& choice) {
-    const auto word = static_cast<std::size_t>(place(choice));
-    return word < words.size() ? std::vector<Json>{words[word]} : std::vector<Json>{};
+    return LineOf(words, static_cast<std::size_t>(place(choice)));
   };
   return {key, tell, [=](StudyChoice& choice, const Json& json) {
             const auto value = ValueOf<Value>(words, json);
@@ -104,7 +110,9 @@ Setting Word(std::string_view key, Place place, Words words) {
 template <typename Place>
 Setting Maybe(std::string_view key, Place place, bool (*isOne)(double)) {
   const auto tell = [place](const StudyChoice& choice) {
-    return place(choice) ? std::vector<Json>{*place(choice)} : std::vector<Json>{};
+    std::vector<Json> line;
+    if (place(choice)) line.emplace_back(*place(choice));
+    return line;
   };
   return {key, tell, [place, isOne](StudyChoice& choice, const Json& json) {
             const bool isTaken = json.is_number() && isOne(json.get<double>());

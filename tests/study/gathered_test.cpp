@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "study/sample_records.h"
 #include "study/study.h"
 
@@ -94,6 +96,30 @@ TEST(Gathered, NothingThereIsNothingGathered) {
   EXPECT_EQ(study.Gather({77}), "");
   EXPECT_FALSE(study.IsGathered());
   EXPECT_EQ(SecondShown(study), 9);
+}
+
+TEST(Gathered, TheNewestIsShownInWhateverOrderTheyAreAskedFor) {
+  Study study(SampleClock);
+  const RecordId old = study.Bring(RecordOf(AtSecond(1)));
+  const RecordId newest = study.Bring(RecordOf(AtSecond(9)));
+  const RecordId middle = study.Bring(RecordOf(AtSecond(5)));
+  for (const std::vector<RecordId>& ids :
+       {std::vector{old, newest, middle}, {newest, middle, old}, {middle, old, newest}}) {
+    EXPECT_EQ(study.Gather(ids), "");
+    EXPECT_EQ(SecondShown(study), 9);
+    EXPECT_EQ(study.Rows().TimeOf(0), SampleTime(1)) << "the oldest row first";
+    EXPECT_EQ(study.Rows().TimeOf(2), SampleTime(9));
+  }
+}
+
+TEST(Gathered, ARecordWithoutASpectrumIsLeftOutOfAverages) {
+  Study study(SampleClock);
+  const RecordId first = study.Bring(Changed(AtSecond(1), [](Record& record) {
+    record.Of(Axis::Z).data(40) = std::numeric_limits<double>::infinity();
+  }));
+  const RecordId second = study.Bring(RecordOf(AtSecond(2)));
+  EXPECT_EQ(study.Gather({first, second}), "no spectrum");
+  EXPECT_EQ(study.Accumulation().Of(Extra::MaximumHold, Axis::X)->captures, 1);
 }
 
 }  // namespace

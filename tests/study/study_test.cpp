@@ -263,5 +263,71 @@ TEST(Study, BandsAreThoseOfTheirOptionAndAxis) {
   EXPECT_EQ((*study.BandsOf(1, Axis::Y))[2].highBin, 9);
 }
 
+TEST(Study, MoreThatIsKnownOfTheLiveRecordReachesItWhereverItIsShown) {
+  Study study = StudyOf({}, Several(2));
+  study.Amend(nullptr);
+  study = StudyOf({}, Several(2));
+  const RecordId live = study.Records().Entries().front().id;
+  const RecordId first = study.Records().Entries().back().id;
+  study.Freeze();
+  study.Select({first, live});
+  study.Amend(Changed(AtSecond(2), [](Record& record) { record.alarms.axes[0].status = 5; }));
+  EXPECT_EQ(study.Others().at(0).record->alarms.axes[0].status, 5);
+  EXPECT_EQ(study.Frozen()->record->alarms.axes[0].status, 5);
+  EXPECT_EQ(study.Shown()->record->alarms.axes[0].status, 0) << "another record";
+  EXPECT_EQ(study.Live()->alarms.axes[0].status, 5);
+}
+
+TEST(Study, BeforeTheFirstRecordThereIsNothingToAmendOrToSelect) {
+  Study study(SampleClock);
+  study.Amend(RecordOf(AtSecond(1)));
+  EXPECT_EQ(study.Live(), nullptr);
+  study.Select({1, 2});
+  EXPECT_EQ(study.Shown(), nullptr);
+  EXPECT_TRUE(study.IsLive());
+}
+
+TEST(Study, ReleasingWhatIsSelectedLeavesItShown) {
+  Study study = StudyOf({}, Several(2));
+  study.Select({study.Records().Entries().back().id});
+  study.Hold(true);
+  study.Take(RecordOf(AtSecond(3)));
+  study.Hold(false);
+  EXPECT_EQ(SecondShown(study), 1);
+  study.Hold(false);
+  EXPECT_EQ(SecondShown(study), 1);
+}
+
+TEST(Study, ChoosingAnewLeavesAnAxisThatIsRefusedRefused) {
+  Study study(SampleClock);
+  study.Take(Changed(kTone, [](Record& record) {
+    record.Of(Axis::X).data(17) = std::numeric_limits<double>::quiet_NaN();
+  }));
+  const std::size_t peaks = study.SpectrumOf(Axis::Y)->peaks.size();
+  ASSERT_GT(peaks, 0U);
+  Choose(study,
+         [](StudyChoice& choice) { choice.quantity.quantity = analysis::Quantity::Velocity; });
+  EXPECT_EQ(study.SpectrumOf(Axis::X), nullptr);
+  EXPECT_EQ(study.SpectrumOf(Axis::Y)->curve->unit, "mm/s peak");
+  EXPECT_EQ(study.SpectrumOf(Axis::Y)->peaks.size(), peaks);
+  Choose(study, [](StudyChoice& choice) { choice.peaks.atMost = 0; });
+  EXPECT_TRUE(study.SpectrumOf(Axis::Y)->peaks.empty());
+  EXPECT_EQ(study.SpectrumOf(Axis::Y)->curve->unit, "mm/s peak");
+}
+
+TEST(Study, AnotherWindowOfTransformsLeavesSpectraOfTheSensorAsTheyAre) {
+  Study study = StudyOf({}, Several(1));
+  const analysis::Spectrum before = study.SpectrumOf(Axis::X)->spectrum;
+  Choose(study, [](StudyChoice& choice) { choice.timeWindow = analysis::WindowKind::FlatTop; });
+  EXPECT_EQ(study.SpectrumOf(Axis::X)->spectrum, before);
+}
+
+TEST(Study, FrequenciesAreAboveNothingAndWithinWhatASpectrumHolds) {
+  for (const double hz : {0.001, 50.0, 50'000.0}) EXPECT_TRUE(IsFrequency(hz)) << hz;
+  for (const double hz : {0.0, -1.0, 50'000.1, std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(IsFrequency(hz)) << hz;
+  }
+}
+
 }  // namespace
 }  // namespace kestrel::study
