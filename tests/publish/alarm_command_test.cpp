@@ -41,6 +41,7 @@ TEST_F(Programs, ReadTheirInputToItsEnd) {
 TEST_F(Programs, TellHowTheyEnded) {
   EXPECT_EQ(TextOf(Run({"sh", "-c", "exit 3"})), "ended with status 3");
   EXPECT_EQ(TextOf(Run({"sh", "-c", "kill -9 $$"})), "was ended by signal 9");
+  EXPECT_EQ(TextOf({.kind = ProgramEnd::Kind::Stopped}), "was ended with the program");
   EXPECT_EQ(TextOf(Run({"/none/such"})), "cannot be started: No such file or directory");
   EXPECT_EQ(TextOf(Run({"/etc/passwd"})), "cannot be started: Permission denied");
 }
@@ -155,6 +156,30 @@ TEST_F(Commands, ThatFailAreTroubleAndTheNextAlarmIsToldAllTheSame) {
   Put({.id = "0"});
   ASSERT_TRUE(AllTold());
   EXPECT_TRUE(Eventually([&] { return command_->Trouble().empty(); }));
+}
+
+TEST_F(Commands, MayWriteMuchAndLittleIsLogged) {
+  Start({"sh", "-c", "seq $KESTREL_ALARM_ID"});
+  Put({.id = "20"});
+  ASSERT_TRUE(AllTold());
+  EXPECT_EQ(LogLines().size(), 21U);
+  EXPECT_EQ(LogLines().back(), "command: (more was written)") << "after so many nobody looks";
+  Put({.id = "19"});
+  ASSERT_TRUE(AllTold());
+  EXPECT_EQ(LogLines().size(), 40U);
+  EXPECT_EQ(LogLines().back(), "command: 19");
+  Put({.id = "5000"});
+  ASSERT_TRUE(AllTold());
+  EXPECT_EQ(LogLines().back(), "command: (more was written)");
+}
+
+TEST_F(Commands, GetAnAlarmThatIsNoJsonAsItIs) {
+  Start({"sh", "-c", "cat; env | grep -c ^KESTREL_ALARM"});
+  letters_->Put({.id = "1", .topic = "t", .payload = "[1]"});
+  command_->Wake();
+  ASSERT_TRUE(AllTold());
+  EXPECT_EQ(LogLines(), (std::vector<std::string>{"command: [1]", "command: 0",
+                                                  "The command sh ended with status 1."}));
 }
 
 TEST_F(Commands, DoNotHoldUpWhoTellsThem) {

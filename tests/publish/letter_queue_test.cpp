@@ -118,6 +118,23 @@ TEST_F(LetterQueues, AFullDiskLosesAndDoublesNothing) {
   EXPECT_EQ(Drain(*queue, Receiver::Broker), std::vector<int>{});
 }
 
+TEST_F(LetterQueues, AFullDiskKeepsNeitherReceiverFromItsLetters) {
+  const auto queue = Open();
+  isFull_ = true;
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(queue->Put(LetterOf(i)));
+  const auto first = queue->Next(Receiver::Command);
+  ASSERT_TRUE(first);
+  queue->Arrived(Receiver::Command, *first);
+  EXPECT_EQ(queue->State().unsafe, 2) << "the broker has neither";
+  EXPECT_EQ(queue->Next(Receiver::Command)->payload, LetterOf(1).payload);
+  EXPECT_EQ(queue->Next(Receiver::Broker)->payload, LetterOf(0).payload);
+  queue->Arrived(Receiver::Broker, *queue->Next(Receiver::Broker));
+  EXPECT_EQ(queue->State().unsafe, 1);
+  isFull_ = false;
+  EXPECT_EQ(Drain(*queue, Receiver::Command), std::vector{1});
+  EXPECT_EQ(Drain(*queue, Receiver::Broker), std::vector{1});
+}
+
 TEST_F(LetterQueues, ALetterThatCameToTheDiskMeanwhileIsKnownToHaveArrived) {
   const auto queue = Open({.broker = true});
   isFull_ = true;

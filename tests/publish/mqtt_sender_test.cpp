@@ -197,6 +197,30 @@ TEST_F(MqttSenders, ASpectrumIsSentToWhoAsks) {
       Eventually([&] { return subscriber->Payloads(kSpectra) == std::vector{JsonOf(spectrum)}; }));
 }
 
+TEST_F(MqttSenders, AnOldRequestThatTheBrokerKeptIsNotAnswered) {
+  const auto subscriber = Listen();
+  ASSERT_TRUE(PublishTo(broker_.Port(), kSpectra + "/get", "1", {"-r"}));
+  bench_.Start();
+  bench_.Sender().Tell(Spectrum{.of = kNames, .binHz = 1});
+  bench_.Put(0);
+  ASSERT_TRUE(AllArrived());
+  std::this_thread::sleep_for(200ms);
+  EXPECT_TRUE(subscriber->Payloads(kSpectra).empty());
+  ASSERT_TRUE(PublishTo(broker_.Port(), kSpectra + "/get", "1"));
+  EXPECT_TRUE(Eventually([&] { return subscriber->Payloads(kSpectra).size() == 1; }));
+}
+
+TEST_F(MqttSenders, ARequestBeforeThereIsASpectrumIsNotAnswered) {
+  const auto subscriber = Listen();
+  bench_.Start();
+  ASSERT_TRUE(IsConnected());
+  ASSERT_TRUE(PublishTo(broker_.Port(), kSpectra + "/get", "1"));
+  bench_.Put(0);
+  ASSERT_TRUE(AllArrived());
+  std::this_thread::sleep_for(200ms);
+  EXPECT_TRUE(subscriber->Payloads(kSpectra).empty());
+}
+
 TEST_F(MqttSenders, AFloodOfRequestsIsAnsweredNowAndThen) {
   const auto subscriber = Listen();
   bench_.Choice().patience.betweenSpectra = 300ms;

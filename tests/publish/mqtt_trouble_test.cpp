@@ -180,6 +180,15 @@ TEST_F(Certificates, AnotherNameIsRefusedAndTheRightOneIsTakenLater) {
   EXPECT_TRUE(Eventually([&] { return bench.Letters().State().waiting == 0; }));
 }
 
+TEST_F(Certificates, WithoutAnAuthorityTheSystemsOwnAreTrusted) {
+  TemporaryBroker broker(Of("server"));
+  SenderBench bench(broker.Port());
+  bench.Choice().broker.tls = true;
+  bench.Start();
+  EXPECT_NE(FirstLine(bench).find("certificate verify failed"), std::string::npos)
+      << FirstLine(bench);
+}
+
 TEST_F(Certificates, AFileThatIsNotThereIsNamed) {
   SenderBench bench(FreePort());
   Trust(bench, "none.crt");
@@ -239,6 +248,87 @@ TEST(RogueBrokers, AMessageOf256MegabytesIsNotTaken) {
     });
   }));
   EXPECT_LT(most, 20'000'000);
+}
+
+// What the log says first of a broker that gives these answers, to version 5 and to the older one.
+std::string LineOf(const std::string& toNew, const std::string& toOld = "") {
+  RogueBroker broker([&](int connection) {
+    const int version = VersionOfClient(connection);
+    Send(connection, version == 5 ? toNew : toOld);
+    std::this_thread::sleep_for(20ms);
+  });
+  SenderBench bench(broker.Port());
+  bench.Start();
+  bench.Put(0);
+  (void)Eventually([&] { return broker.connections > 3; });
+  const std::string where = "127.0.0.1:" + std::to_string(broker.Port());
+  std::string line;
+  for (const std::string& one : bench.LogLines()) {
+    if (!one.starts_with("Connected")) line = one;
+  }
+  const std::size_t at = line.find(where);
+  EXPECT_EQ(bench.Letters().State().waiting, 1);
+  return at == std::string::npos ? line : line.replace(at, where.size(), "HOST");
+}
+
+TEST(RogueBrokers, TellWhyTheyRefuse) {
+  const auto refusal = [](int reason) {
+    return std::string("\x20\x03\x00", 3) + static_cast<char>(reason) + std::string("\x00", 1);
+  };
+  EXPECT_EQ(LineOf(refusal(0x86)),
+            "The broker HOST refuses the connection (Bad User Name or Password): check user and "
+            "password.");
+  EXPECT_EQ(LineOf(refusal(0x88)), "The broker HOST refuses the connection (Server unavailable).");
+  const std::string old("\x20\x02\x00\x01", 4);
+  EXPECT_EQ(LineOf(old, std::string("\x20\x02\x00\x04", 4)),
+            "The broker HOST refuses the connection (Connection Refused: bad user name or "
+            "password.): check user and password.");
+  EXPECT_EQ(LineOf(old, std::string("\x20\x02\x00\x05", 4)),
+            "The broker HOST refuses the connection (Connection Refused: not authorised.): check "
+            "user and password.");
+  EXPECT_EQ(LineOf(old, old), "The broker HOST speaks neither MQTT 5 nor 3.1.1.");
+  EXPECT_EQ(LineOf(refusal(0x84), old), "The broker HOST speaks neither MQTT 5 nor 3.1.1.");
+}
+
+TEST(RogueBrokers, SayWhyTheyGo) {
+  EXPECT_EQ(LineOf(std::string("\x20\x03\x00\x00\x00\xE0\x01\x8B", 8)),
+            "The broker HOST refuses the connection (Server shutting down).");
+}
+
+TEST(RogueBrokers, ThatSpeakOfWhatNobodyKnowsAreLeft) {
+  EXPECT_EQ(LineOf(std::string("\x20\x06\x00\x00\x03\x30\x00\x00", 8)),
+            "The broker HOST sends messages that cannot be read.");
+}
+
+TEST(RogueBrokers, MaySendWhatNobodyAskedFor) {
+  RogueBroker broker([](int connection) {
+    VersionOfClient(connection);
+    Send(connection, std::string("\x20\x03\x00\x00\x00", 5));
+    Send(connection, std::string("\x30\x05\x00\x01x\x00y", 7));
+    std::array<char, 512> bytes{};
+    while (recv(connection, bytes.data(), bytes.size(), 0) > 0) {
+    }
+  });
+  SenderBench bench(broker.Port());
+  bench.Start();
+  EXPECT_TRUE(IsConnected(bench));
+  EXPECT_EQ(bench.Sender().State().trouble, "");
+}
+
+TEST(Senders, OutliveALogThatFailsOnce) {
+  TemporaryBroker broker;
+  SenderBench bench(broker.Port());
+  std::atomic<bool> hasFailed = false;
+  const Log log = bench.Choice().log;
+  bench.Choice().log = [&](const std::string& line) {
+    if (!hasFailed.exchange(true)) throw std::runtime_error("the log is full");
+    log(line);
+  };
+  bench.Start();
+  bench.Put(0);
+  EXPECT_TRUE(Eventually([&] { return bench.Letters().State().waiting == 0; }));
+  EXPECT_EQ(bench.LogLines(),
+            (std::vector<std::string>{"the log is full", "Connected to the broker 127.0.0.1."}));
 }
 
 TEST(RogueBrokers, OneThatKnowsTheOlderProtocolOnlyIsSpokenToInIt) {

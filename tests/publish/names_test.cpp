@@ -36,6 +36,22 @@ TEST(TopicLevels, ControlCharactersAndDamageAreEscaped) {
   EXPECT_EQ(TopicLevel("\xF4\x90\x80\x80"), "%F4%90%80%80");  // beyond the last
 }
 
+TEST(TopicLevels, SeparatorsAndPlacesWithoutCharactersAreEscapedAndTheirNeighboursAreNot) {
+  for (const char* escaped : {"\xE2\x80\xA8", "\xE2\x80\xA9", "\xEF\xB7\x90", "\xEF\xB7\xAF",
+                              "\xEF\xBF\xBE", "\xF0\x9F\xBF\xBE", "\xC2\x9F", "\x1F"}) {
+    EXPECT_EQ(TopicLevel(escaped)[0], '%') << escaped;
+  }
+  for (const char* plain :
+       {"\xE2\x80\xA7", "\xE2\x80\xAA", "\xEF\xB7\x8F", "\xEF\xB7\xB0", "\xEF\xBF\xBD", "\xC2\xA0",
+        " ", "\xED\x9F\xBF", "\xEE\x80\x80", "\xF0\x90\x80\x80"}) {
+    EXPECT_EQ(TopicLevel(plain), plain);
+  }
+  EXPECT_EQ(TopicLevel("\xF4\x8F\xBF\xBD"), "\xF4\x8F\xBF\xBD") << "one of the last";
+  EXPECT_EQ(TopicLevel("\xE0\x80\xAF"), "%E0%80%AF") << "three bytes where one would do";
+  EXPECT_EQ(TopicLevel("\xF0\x80\x80\xAF"), "%F0%80%80%AF");
+  EXPECT_EQ(TopicLevel("\xF5\x80\x80\x80"), "%F5%80%80%80");
+}
+
 TEST(TopicLevels, LongNamesAreCutAndStayApart) {
   const std::string one = TopicLevel(std::string(10'000, 'a') + "1");
   const std::string other = TopicLevel(std::string(10'000, 'a') + "2");

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <set>
 
+#include "http_answer.h"
 #include "numeric/runtime_error.h"
 #include "sender_bench.h"
 #include "support/killed_child.h"
@@ -53,6 +54,81 @@ TEST_F(Publishers, AnAlarmReachesBrokerCommandAndMetrics) {
   EXPECT_TRUE(Eventually([&] { return publisher->State().isConnected; }));
   EXPECT_NE(publisher->State().metricsUrl, "");
   EXPECT_EQ(publisher->State().trouble, "");
+}
+
+TEST_F(Publishers, LevelsStatusAndSpectraReachEachThatWantsThem) {
+  const Subscriber subscriber(broker_.Port());
+  ASSERT_TRUE(Eventually([&] {
+    return PublishTo(broker_.Port(), "ready", "1") && !subscriber.Payloads("ready").empty();
+  }));
+  PublisherChoice choice = Choice();
+  choice.settings.metrics = MetricsSettings{};
+  const auto publisher = MakePublisher(choice);
+  Levels levels{.of = kNames};
+  levels.axes[1].rmsG = 0.125;
+  const Status status{.of = kNames, .state = State::Up, .records = 7};
+  const Spectrum spectrum{.of = kNames, .binHz = 2};
+  publisher->Tell(levels);
+  publisher->Tell(status);
+  publisher->Tell(spectrum);
+  ASSERT_TRUE(Eventually([&] { return publisher->State().isConnected; }));
+  ASSERT_TRUE(PublishTo(broker_.Port(), kSpectra + "/get", "1"));
+  EXPECT_TRUE(Eventually([&] {
+    const auto statuses = subscriber.Payloads(kStatuses);
+    return subscriber.Payloads(kLevels) == std::vector{JsonOf(levels)} && !statuses.empty() &&
+           statuses.back() == JsonOf(status) &&
+           subscriber.Payloads(kSpectra) == std::vector{JsonOf(spectrum)};
+  }));
+  const std::string answer = AnswerTo(PortOf(publisher->State().metricsUrl), kRequest, 5s);
+  for (const char* line : {R"(,axis="y"} 0.125)", "kestrel_records_total{",
+                           R"(kestrel_broker_connected{bench="bench 1",sensor="pump/2"} 1)"}) {
+    EXPECT_NE(answer.find(line), std::string::npos) << line;
+  }
+}
+
+// Without a broker and a command nothing waits, so no file is needed.
+TEST_F(Publishers, MetricsAloneNeedNoFileAndTellAlarms) {
+  const auto publisher = MakePublisher({.settings = {.metrics = MetricsSettings{}},
+                                        .names = kNames,
+                                        .outbox = (folder_.path() / "none" / "x.db").string()});
+  publisher->Tell(Levels{.of = kNames});
+  publisher->Tell(Status{.of = kNames});
+  publisher->Tell(Spectrum{.of = kNames});
+  EXPECT_TRUE(publisher->Tell(AlarmOf(0)));
+  const PublisherState state = publisher->State();
+  EXPECT_EQ(state, (PublisherState{.metricsUrl = state.metricsUrl}));
+  const std::string answer = AnswerTo(PortOf(state.metricsUrl), kRequest, 5s);
+  EXPECT_NE(answer.find(R"(event="begin"} 1)"), std::string::npos);
+  EXPECT_EQ(answer.find("kestrel_broker_connected"), std::string::npos);
+}
+
+TEST_F(Publishers, ACommandAloneIsRunAndItsTroubleIsTold) {
+  const auto publisher =
+      MakePublisher({.settings = {.command = CommandSettings{.words = {"false"}}},
+                     .names = kNames,
+                     .outbox = (folder_.path() / "outbox.db").string()});
+  publisher->Tell(Levels{.of = kNames});
+  publisher->Tell(Status{.of = kNames});
+  publisher->Tell(Spectrum{.of = kNames});
+  EXPECT_TRUE(publisher->Tell(AlarmOf(0)));
+  EXPECT_TRUE(Eventually([&] {
+    const PublisherState state = publisher->State();
+    return state.trouble == "The command false ended with status 1." && state.waitingAlarms == 0;
+  }));
+  EXPECT_FALSE(publisher->State().hasBroker);
+  EXPECT_EQ(publisher->State().metricsUrl, "");
+}
+
+TEST_F(Publishers, APasswordMayComeFromTheEnvironment) {
+  broker_.Stop();
+  PublisherChoice choice = Choice();
+  choice.settings.broker->user = "u";
+  for (const char* password : {"", "secret"}) {
+    setenv(kPasswordVariable, password, 1);
+    EXPECT_NE(MakePublisher(choice), nullptr);
+  }
+  unsetenv(kPasswordVariable);
+  EXPECT_NE(MakePublisher(choice), nullptr) << "a user may have none";
 }
 
 TEST_F(Publishers, ABrokerThatIsAwayIsTroubleAndNoFault) {

@@ -102,6 +102,89 @@ TEST(PublishSettings, WhatDoesNotGoTogetherIsAMistake) {
             "port: the port is told twice");
 }
 
+TEST(PublishSettings, WhatIsNoHostIsRefused) {
+  const std::vector<std::string> wrong{
+      "",     "a b",       "a\tb",   "a/b",   "a\x7F", std::string(256, 'h'),
+      "[::1", "[::1]1883", "[::1]:", "host:", "[]",    "[]:1"};
+  for (const std::string& host : wrong) {
+    const auto mistakes = Mistakes({{"broker", host}});
+    ASSERT_EQ(mistakes.size(), 1U) << host;
+    EXPECT_NE(mistakes.front().what.find("names no host"), std::string::npos) << host;
+  }
+  EXPECT_EQ(Good({{"broker", std::string(255, 'h')}}).broker->host.size(), 255U);
+  EXPECT_EQ(Good({{"broker", "[::1]"}}).broker->port, 1883);
+}
+
+TEST(PublishSettings, WhatIsNoPortIsRefused) {
+  for (const char* port : {"0", "65536", "12x", "x", "-1", "+1", " 1", "99999999999999999999"}) {
+    EXPECT_NE(Mistakes({{"broker", "h"}, {"port", port}}).front().what.find("is not a port from 1"),
+              std::string::npos)
+        << port;
+    EXPECT_NE(Mistakes({{"broker", std::string("h:") + port}}).front().what.find("is not a port"),
+              std::string::npos)
+        << port;
+  }
+  EXPECT_EQ(Good({{"broker", "h:1"}}).broker->port, 1);
+  EXPECT_EQ(Good({{"broker", "h:65535"}}).broker->port, 65535);
+  EXPECT_EQ(Good({{"metrics", "0"}}).metrics->port, 0) << "any that is free";
+  for (const char* metrics :
+       {"", "x", ":9105", "[::]", "[::", "::", "1.2.3.4:x", "[g]:1", "65536"}) {
+    EXPECT_NE(Mistakes({{"metrics", metrics}}).front().what.find("is not a port, nor an address"),
+              std::string::npos)
+        << metrics;
+  }
+}
+
+TEST(PublishSettings, ThatAreEmptyAreRefusedByTheirNames) {
+  EXPECT_EQ(Mistakes({{"broker", "h"}, {"password_file", ""}}).front().what,
+            "password_file: names no file");
+  EXPECT_EQ(Mistakes({{"broker", "h"}, {"ca", ""}}).front().what, "ca: names no file");
+  EXPECT_EQ(Mistakes({{"command", ""}}).front().what, "command: names no program");
+  EXPECT_EQ(Mistakes({{"command", " \t "}}).front().what, "command: names no program");
+}
+
+TEST(PublishSettings, OfABrokerNeedOne) {
+  for (const auto& [key, value] : std::vector<std::pair<std::string, std::string>>{
+           {"port", "1"}, {"user", "u"}, {"tls", "yes"}, {"tls", "no"}}) {
+    const auto mistakes = Mistakes({{key, value}});
+    ASSERT_EQ(mistakes.size(), 1U) << key;
+    EXPECT_EQ(mistakes.front(), (SettingMistake{0, key + ": needs a broker"}));
+  }
+}
+
+TEST(PublishSettings, EncryptionHasItsOwnPortUnlessOneIsTold) {
+  EXPECT_EQ(Good({{"broker", "h"}, {"tls", "no"}}).broker->port, 1883);
+  EXPECT_EQ(Good({{"broker", "h:1"}, {"tls", "yes"}}).broker->port, 1);
+  EXPECT_EQ(Good({{"tls", "yes"}, {"broker", "h"}}).broker->port, 8883);
+  EXPECT_FALSE(Good({{"broker", "h"}, {"tls", "no"}}).broker->tls);
+}
+
+TEST(PublishSettings, TheLimitOfACommandIsASecondToAnHour) {
+  for (const char* limit : {"0", "3601", "1.5", "x", ""}) {
+    EXPECT_EQ(Mistakes({{"command", "x"}, {"command_limit", limit}}).size(), 1U) << limit;
+  }
+  EXPECT_EQ(Good({{"command", "x"}, {"command_limit", "1"}}).command->limit.count(), 1);
+  EXPECT_EQ(Good({{"command", "x"}, {"command_limit", "3600"}}).command->limit.count(), 3600);
+}
+
+TEST(PublishSettings, AnyOfThemAloneIsSomething) {
+  EXPECT_FALSE(Good({{"broker", "h"}}).IsNothing());
+  EXPECT_FALSE(Good({{"metrics", "1"}}).IsNothing());
+  EXPECT_FALSE(Good({{"command", "x"}}).IsNothing());
+}
+
+TEST(CommandWords, AreParted) {
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(WordsOf(""), Words{});
+  EXPECT_EQ(WordsOf(" \ta\tb  c "), (Words{"a", "b", "c"}));
+  EXPECT_EQ(WordsOf("a\\b \"c\\\\d\" \"\\\"\""), (Words{"a\\b", "c\\d", "\""}));
+  EXPECT_EQ(WordsOf("a\"b c\"d"), (Words{"ab cd"}));
+  EXPECT_EQ(WordsOf("\"a\tb\""), (Words{"a\tb"}));
+  EXPECT_EQ(WordsOf("\"a"), std::nullopt);
+  EXPECT_EQ(WordsOf("\"a\\"), std::nullopt) << "it ends with what keeps the next one";
+  EXPECT_EQ(WordsOf("\"a\\\""), std::nullopt) << "the last quote is kept";
+}
+
 TEST(PublishSettings, AHostileValueIsToldInOneShortLine) {
   const std::string what = Mistakes({{"metrics", "\n" + std::string(10'000, 'x')}}).front().what;
   EXPECT_LT(what.size(), 300U);
@@ -153,6 +236,13 @@ TEST(Passwords, ThatCannotBeReadAreAFaultThatNamesTheFileAlone) {
   }
   EXPECT_THROW((void)PasswordFor({.host = "h", .user = "u", .passwordFile = "/none"}, NoVariable),
                RuntimeError);
+  BrokerSettings broker{.host = "h", .user = "u"};
+  broker.passwordFile = folder.Write("password", std::string(1025, 'p') + "\n").string();
+  EXPECT_THROW((void)PasswordFor(broker, NoVariable), RuntimeError);
+  folder.Write("password", std::string(1024, 'p'));
+  EXPECT_EQ(PasswordFor(broker, NoVariable), std::string(1024, 'p'));
+  folder.Write("password", "\r\n");
+  EXPECT_THROW((void)PasswordFor(broker, NoVariable), RuntimeError);
 }
 
 }  // namespace
