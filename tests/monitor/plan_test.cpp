@@ -199,6 +199,46 @@ TEST(Plan, ACaptureThatLastsLongerThanThePeriodIsAMistake) {
       << mistakes[0].what;
 }
 
+TEST(Plan, TheSensorsTimerCountsSoFarAndNoFurther) {
+  const auto with = [](const std::string& every) {
+    return "bench = b\nsensor = s\nevery = " + every + "\n[timer]\n";
+  };
+  for (const char* every : {"1 s", "255 s", "256 min", "255 min", "240 min", "255 h"}) {
+    EXPECT_TRUE(Bad(with(every)).empty()) << every;
+  }
+  for (const char* every : {"257 s", "256 h", "301 s"}) {
+    const Mistakes mistakes = Bad(with(every));
+    ASSERT_EQ(mistakes.size(), 1U) << every;
+    EXPECT_EQ(mistakes[0].line, 4U);
+    EXPECT_TRUE(mistakes[0].what.starts_with("the sensor's timer counts up to 255 seconds"));
+  }
+}
+
+TEST(Plan, HasAHundredStepsAtMost) {
+  std::string text = "bench = b\nsensor = s\nevery = 10 s\n";
+  for (int i = 0; i < 100; ++i) text += "[capture]\n";
+  EXPECT_TRUE(Bad(text).empty());
+  const Mistakes mistakes = Bad(text + "[capture]\n[capture]\n");
+  ASSERT_EQ(mistakes.size(), 1U);
+  EXPECT_EQ(mistakes[0].Text("plan"), "plan:104: there are more than 100 steps");
+}
+
+TEST(Plan, AFaultIsNeverMilderThanAWarning) {
+  const Mistakes mistakes = Bad(With("fault = D\n", "warning = D\nfault = C\n"));
+  ASSERT_EQ(mistakes.size(), 1U);
+  EXPECT_EQ(mistakes[0].Text("plan"), "plan: fault: its zone is below that of the warning");
+  EXPECT_TRUE(Bad(With("fault = D\n", "warning = D\nfault = D\n")).empty());
+}
+
+TEST(Plan, StepsAreNamedByWhatTheyTake) {
+  EXPECT_EQ(NameOf(Step{.kind = StepKind::Wide, .range = 3, .window = 1, .averages = 1}),
+            "all options, 70 g, hanning, 1 average");
+  EXPECT_EQ(NameOf(Step{.range = 0, .option = 2, .window = 0, .averages = 4}),
+            "option 2, 1 g, rectangular, 4 averages");
+  EXPECT_EQ(NameOf(Step{.kind = StepKind::TimeRecord, .range = 1, .option = 3}),
+            "time record, option 3, 5 g");
+}
+
 TEST(Plan, AnEmptyFileAndAHugeOneAreNone) {
   EXPECT_EQ(Bad("").size(), 4U);
   EXPECT_EQ(Bad(std::string(kLargestPlan + 1, '\n')).size(), 1U);
@@ -241,6 +281,19 @@ TEST(PlanFrom, SettingsOfASensorMakeAPlanThatIsRead) {
   EXPECT_EQ(plan.road.adapter, 1);
   EXPECT_EQ(NameOf(plan.steps.at(0)), "option 3, 20 g, flattop, 8 averages");
   EXPECT_EQ(plan.every, 60s);
+}
+
+TEST(PlanFrom, NamesAreMadeToFit) {
+  PresentSettings present{.bench = " a\tb\n", .sensor = "\x01\x02"};
+  present.setup.mode = 2;
+  Plan plan = PlanFrom(present);
+  EXPECT_EQ(plan.bench, "a b");
+  EXPECT_EQ(plan.sensor, "sensor");
+  EXPECT_EQ(plan.steps[0].kind, StepKind::TimeRecord);
+  present.bench = std::string(99, 'x') + "\xC3\xBC";
+  plan = PlanFrom(present);
+  EXPECT_EQ(plan.bench, std::string(99, 'x')) << "no half character";
+  EXPECT_EQ(Good(TextOf(plan)).bench, plan.bench);
 }
 
 TEST(PlanFrom, ASensorInTimerModeIsFollowedAtItsOwnPeriod) {
