@@ -74,6 +74,20 @@ TEST_F(Rescues, AWholeArchiveIsRescuedWhole) {
   EXPECT_EQ(Saved(), HeldBy(whole));
 }
 
+TEST_F(Rescues, ItsOwnerIsToldHowManyAreDoneAndMayEndIt) {
+  Archive from = OpenForRescue({Name("whole.db")});
+  Archive into = Open({Name("saved.db")});
+  std::vector<std::int64_t> told;
+  const Rescued rescued = Rescue(from, into, [&](std::int64_t done) {
+    told.push_back(done);
+    return done < 3;
+  });
+  EXPECT_THAT(told, testing::ElementsAre(0, 1, 2, 3));
+  EXPECT_EQ(rescued.kept, 3);
+  EXPECT_EQ(rescued.lost, 0) << "what was not looked at is not lost";
+  EXPECT_EQ(into.Count(), 3);
+}
+
 // With what tells of sensor, program and bench gone.
 NewRecord WithoutSource(NewRecord record) {
   record.record.sensor = {};

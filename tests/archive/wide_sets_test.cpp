@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "archive/wide_sets.h"
 
+#include "archive/journal.h"
 #include "archive/rescue.h"
 #include "archive/schema.h"
 #include "archive/version_1.h"
@@ -174,6 +175,31 @@ TEST_P(WideSets, ARescuedSetIsASet) {
   Archive into(other->Connect());
   Rescue(*archive_, into);
   EXPECT_TRUE(GetWideSet(into, one_)->IsWhole());
+}
+
+// One with sets and without a journal.
+TEST_P(WideSets, OfAnArchiveOfVersion2AreReadWithoutItsBeingChanged) {
+  const Ids ids = KeepSet(one_, {0, 1}, 1s);
+  archive_->Connection().Run("drop table journal");
+  archive_->Connection().Run("update about set value = 2");
+  Archive archive = Archive::ForReading(place_->Connect());
+  EXPECT_EQ(archive.Version(), 2);
+  EXPECT_THAT(archive.Find({.wide = true}), ElementsAre(ids[1], ids[0]));
+  EXPECT_THAT(archive.Find({.set = one_}), ElementsAre(ids[1], ids[0]));
+  EXPECT_THAT(FindWideSets(archive, {}), ElementsAre(one_));
+  EXPECT_EQ(archive.Get(ids[0])->wide, (WideMark{one_, 0b1111}));
+  EXPECT_THAT(EntriesOf(archive), IsEmpty());
+  EXPECT_EQ(ContentsOf(*place_->Connect()), Contents::Earlier);
+}
+
+TEST_P(WideSets, OfAnArchiveOfVersion2AreThereWhenItIsBroughtUpToDate) {
+  KeepSet(one_, {0, 1}, 1s);
+  archive_->Connection().Run("drop table journal");
+  archive_->Connection().Run("update about set value = 2");
+  Archive archive(place_->Connect());
+  EXPECT_EQ(archive.Version(), kSchemaVersion);
+  EXPECT_THAT(FindWideSets(archive, {}), ElementsAre(one_));
+  EXPECT_THAT(EntriesOf(archive), IsEmpty());
 }
 
 KESTREL_ON_EVERY_DATABASE(WideSets);
