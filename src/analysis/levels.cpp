@@ -211,9 +211,9 @@ Told<QuantityLevel> LevelIn(const Spectrum& spectrum, const QuantityChoice& choi
   QuantityLevel level{.fromHz = band->fromHz,
                       .toHz = band->toHz,
                       .whole = band->whole && fromHz >= bottom,
-                      .rms = RmsBetween(spectrum, choice, *band),
-                      .rmsUnit = UnitOf(RmsOf(choice)),
-                      .largestUnit = UnitOf(choice)};
+                      .rms = RmsBetween(spectrum, choice, *band)};
+  level.rmsUnit = UnitOf(RmsOf(choice));
+  level.largestUnit = UnitOf(choice);
   TakeLargest(level, spectrum, *curve);
   level.edgeShare = EdgeShare(spectrum, *curve, level);
   return level;

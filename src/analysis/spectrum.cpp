@@ -107,11 +107,12 @@ Told<Spectrum> SpectrumOf(const Record& record, Axis axis, const SpectrumChoice&
   if (!IsCode(settings.range)) return NoSpectrum("Its range is not one of the sensor's.");
   std::vector<double> values = ValuesInG(record, axis, choice.ownRange);
   if (!AllFinite(values)) return NoSpectrum("It holds values that are not numbers.");
+  const int averages = std::max<int>(settings.averages, 1);
   Spectrum spectrum{.binWidthHz = BinWidth(settings.option),
                     .window = WindowOfCode(settings.window),
                     .option = settings.option,
                     .range = choice.ownRange ? settings.range : record.scaledRange,
-                    .averages = std::max<int>(settings.averages, 1),
+                    .averages = averages,
                     .stepG = StepOf(record, choice.ownRange),
                     .axis = axis,
                     .meaning = choice.meaning,

@@ -127,10 +127,9 @@ Told<VelocityRecord> VelocityOf(std::span<const double> samplesG, int option, do
     return NoVelocity("It ends at " + HertzText(RoundedDown(SampleFrequency(option) / 2)) + ".",
                       "Choose a lower frequency to start from");
   }
-  VelocityRecord velocity{
-      .mmPerS = Integrated(WithoutTrend(samplesG), SampleFrequency(option), fromHz),
-      .stepS = 1 / SampleFrequency(option),
-      .fromHz = fromHz};
+  const double rateHz = SampleFrequency(option);
+  VelocityRecord velocity{.stepS = 1 / rateHz, .fromHz = fromHz};
+  velocity.mmPerS = Integrated(WithoutTrend(samplesG), rateHz, fromHz);
   double power = 0;
   for (const double value : velocity.mmPerS) power += value * value;
   velocity.rms = std::sqrt(power / double{kTransformLength});
