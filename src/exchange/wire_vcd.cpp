@@ -28,7 +28,7 @@ struct Places {
 
 Places PlacesOf(std::span<const WireFrame> frames, Steps half) {
   Places places;
-  Steps free = half * 2;
+  Steps free = 0;
   for (const WireFrame& frame : frames) {
     const Steps wanted = (frame.at - frames.front().at).count() / kStep + half * 2;
     places.starts.push_back(std::max(wanted, free));

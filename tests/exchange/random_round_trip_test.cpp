@@ -151,6 +151,10 @@ TEST(RandomJson, HoldsEveryBitAndEveryText) {
     for (std::size_t i = 0; i < records.size(); ++i) {
       const Record& wanted = records[i].record;
       const nlohmann::json& found = json["records"][i];
+      const bool isTime = wanted.kind == RecordKind::Time;
+      const auto places = found[isTime ? "time_s" : "frequency_hz"].get<std::vector<double>>();
+      ASSERT_EQ(places.size(), wanted.Points());
+      for (std::size_t at = 0; at < places.size(); ++at) EXPECT_EQ(places[at], PlaceOf(wanted, at));
       for (const Axis axis : kAxes) {
         const nlohmann::json& points = found["axes"][std::string(1, Letter(axis))];
         ASSERT_TRUE(

@@ -314,5 +314,13 @@ TEST(UffImport, AxesOfAnotherLengthAreARecordOfTheirOwn) {
   EXPECT_THAT(file->notices, SizeIs(1)) << "datasets of one kind are told once";
 }
 
+TEST(UffImport, AFunctionOfOneValueIsOne) {
+  const std::string one = With(With(Foreign(), "         2         7", "         2         1"),
+                               "-2.50000D-01  1.0000e-002  1.00000-101  0.00000E+00  4.00000E+00\n"
+                               "  5.00000E+00\n",
+                               "\n");
+  EXPECT_THAT(TheRecord(one).traces.at(0).values, ElementsAre(1));
+}
+
 }  // namespace
 }  // namespace kestrel::exchange

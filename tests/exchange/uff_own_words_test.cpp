@@ -63,6 +63,8 @@ TEST(UffOwnWords, ConditionsThatCannotBeAreNotKnown) {
   EXPECT_EQ(With3(WordNamed("TEMP"), " TEMP=-2e6").temperatureC, std::nullopt);
   EXPECT_EQ(With3(WordNamed("TEMP"), " TEMP=-40.5").temperatureC, -40.5F);
   EXPECT_EQ(With3(WordNamed("COUNT"), " COUNT=65535").recordCount, 65535);
+  EXPECT_EQ(With3(WordNamed("COUNT"), " COUNT=0").recordCount, 0);
+  EXPECT_EQ(With3(WordNamed("COUNT"), " COUNT=2147483647").recordCount, 2147483647);
   EXPECT_EQ(With3(WordNamed("COUNT"), " COUNT=-1").recordCount, std::nullopt);
   EXPECT_EQ(With3(WordNamed("COUNT"), " COUNT=2147483648").recordCount, std::nullopt);
   EXPECT_EQ(With3(WordNamed("STATUS"), " STATUS=FF").status, 0xFF);
