@@ -34,6 +34,8 @@ TEST(Bearings, TheContactAngleWeakensTheDifferenceOfTheRaces) {
   const BearingFactors oblique = *FactorsOf({12, 10, 60, 40});
   EXPECT_LT(oblique.inner, straight.inner);
   EXPECT_GT(oblique.outer, straight.outer);
+  EXPECT_NEAR(oblique.outer, 6 * (1 - 0.7660444 / 6), 1e-6);
+  EXPECT_NEAR(oblique.inner, 6 * (1 + 0.7660444 / 6), 1e-6);
 }
 
 TEST(Bearings, GeometriesThatAreNoneAreRefusedWithWhatIsWrong) {
