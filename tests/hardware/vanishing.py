@@ -31,6 +31,15 @@ STEPS = {
 }
 
 
+def answer(sensor):
+    """What the sensor's loss is told with; none where it is there."""
+    try:
+        sensor.registers["TEMP_OUT"]
+        return None
+    except kestrel.SensorLost as error:
+        return error
+
+
 def one(step):
     try:
         sensor = kestrel.open()
@@ -39,13 +48,11 @@ def one(step):
     with sensor:
         try:
             step(sensor)
-            return "done"
         except kestrel.SensorLost as error:
-            try:
-                sensor.registers["TEMP_OUT"]
-                return "the lost sensor answers"
-            except kestrel.SensorLost:
-                return f"lost: {error}"
+            return f"lost: {error}" if answer(sensor) else "the lost sensor answers"
+        # A step's last transfer may put back what it only borrowed; whoever goes on is told.
+        lost = answer(sensor)
+        return f"lost afterwards: {lost}" if lost else "done"
 
 
 def main():

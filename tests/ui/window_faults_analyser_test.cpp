@@ -1,5 +1,6 @@
 // A fault at the transfers of a capture that the analyser asked for.
 // SPDX-License-Identifier: MIT
+#include "ui/machine/severity_panel.h"
 #include "ui/window_faults_bench.h"
 
 namespace kestrel {
@@ -19,7 +20,9 @@ class AnalyserFaults : public FaultBench {
   }
   void Capture() {
     Bound();
-    Click("frmAnalyser", "cmdCapture");
+    if (!option_) return Click("frmAnalyser", "cmdCapture");
+    emit In<SeverityPanel>("frmAnalyser", "severityPanel").OptionWanted(*option_);
+    Settle();
   }
   // Returns how many transfers it took.
   int CaptureWell() {
@@ -81,7 +84,8 @@ class AnalyserFaults : public FaultBench {
     return places;
   }
 
-  int met_ = 0;  // faults
+  int met_ = 0;                // faults
+  std::optional<int> option_;  // a card of the analyser asks for a capture at this one
 
   static constexpr const char* kLost = "The sensor was lost since";
 };
@@ -117,6 +121,25 @@ TEST_F(AnalyserFaults, WhateverElseLosesTheSensorIsSaidTooAndTheNextCaptureIsWho
     }
     EXPECT_GE(met_, 3);
   }
+}
+
+TEST_F(AnalyserFaults, ACaptureAtAnotherOptionThatIsLostOnTheWayIsSaidAndCanBeAskedForAgain) {
+  constexpr int kOption = 2;
+  constexpr int kWithSettings = 80;  // transfers: the option goes over the road, then the capture
+  Open();
+  option_ = kOption;
+  for (int number = 1; number <= kWithSettings; ++number) {
+    const testing::ScopedTrace where(__FILE__, __LINE__, number);
+    Click("frm1", "ckBW0");
+    FailAt(UsbFault::Unplugged, number);
+    PlugInAgain();
+    if (number % 8 == 0) {
+      CaptureWell();
+      EXPECT_EQ(core_.record.Get().settings.option, kOption);
+    }
+    if (HasFailure()) return;
+  }
+  EXPECT_EQ(met_, kWithSettings);
 }
 
 }  // namespace

@@ -146,7 +146,7 @@ void frmAnalyser::AddDocks() {
   tabifyDockWidget(docks_[2], known);
   tabifyDockWidget(known, severity);
   docks_[2]->raise();
-  resizeDocks({docks_[0], docks_[1]}, {236, 360}, Qt::Horizontal);
+  resizeDocks({docks_[0], docks_[1]}, {236, 392}, Qt::Horizontal);
   resizeDocks({docks_[1], docks_[2]}, {380, 330}, Qt::Vertical);
   resizeDocks({docks_[3]}, {190}, Qt::Vertical);
 }

@@ -1,4 +1,4 @@
-// Edges, focus and selection drawn so that they can be seen.
+// Controls painted flat, with edges, focus and selection that can be seen.
 // SPDX-License-Identifier: MIT
 #include "ui/parts/clear_style.h"
 
@@ -6,8 +6,10 @@
 #include <QGroupBox>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPushButton>
 #include <QStyleOption>
 #include <algorithm>
+#include <initializer_list>
 #include <memory>
 
 #include "ui/parts/contrast.h"
@@ -16,48 +18,157 @@ namespace kestrel {
 namespace {
 
 constexpr const char* kToolkitStyle = "fusion";
-constexpr double kDarkening = 1.4;  // of the window's colour, that the style paints its edges in
+constexpr double kButtonCorner = 4;
+constexpr double kFieldCorner = 3;
+constexpr double kTickCorner = 2;
+constexpr double kRing = 2;  // width of the ring of what has the focus
 
-// The edge that the style gives what has the focus, and a default button.
-QColor FocusEdge(const QColor& highlight) {
-  constexpr int kDarkerPerCent = 125;
-  constexpr int kMostValue = 160;
-  QColor edge = highlight.darker(kDarkerPerCent);
-  if (edge.value() > kMostValue) edge.setHsv(edge.hue(), edge.saturation(), kMostValue);
-  return edge;
-}
-
-// The style takes the colour of its edges from the window's and, with the focus, from the
-// highlight's: with this palette they come out in colours that stand out from the window.
-QPalette EdgePalette(QPalette palette) {
-  const QColor window = palette.color(QPalette::Window);
-  const QColor text = palette.color(QPalette::WindowText);
-  double part = 0.4;
-  while (part < 1 && Contrast(Mix(window, text, part), window) < kEdgeContrast + 0.5) part += 0.05;
-  QColor edge = Mix(window, text, part);
-  edge.setHsvF(edge.hsvHueF(), edge.hsvSaturationF(),
-               std::min(1.0F, edge.valueF() * static_cast<float>(kDarkening)));
-  palette.setColor(QPalette::Window, edge);
-  const QColor usual = palette.color(QPalette::Highlight);
-  QColor highlight = usual;
-  for (double share = 0; share < 1 && Contrast(FocusEdge(highlight), window) < kEdgeContrast + 0.2;
-       share += 0.05) {
-    highlight = Mix(usual, text, share);
+// From `from` towards `to`, as far as it takes to stand out from every ground.
+QColor Outstanding(const QColor& from, const QColor& to, std::initializer_list<QColor> grounds) {
+  for (double part = 0; part < 1; part += 0.05) {
+    const QColor colour = Mix(from, to, part);
+    if (std::ranges::all_of(grounds, [&colour](const QColor& ground) {
+          return Contrast(colour, ground) >= kEdgeContrast + 0.2;
+        })) {
+      return colour;
+    }
   }
-  palette.setColor(QPalette::Highlight, highlight);
-  return palette;
+  return to;
 }
 
-bool HasEdge(QStyle::PrimitiveElement element) {
+bool Has(const QStyleOption& option, QStyle::StateFlag flag) {
+  return option.state.testFlag(flag);
+}
+
+// What a control is painted with, as it stands.
+struct ControlColours {
+  explicit ControlColours(const QStyleOption& option) {
+    const QPalette& palette = option.palette;
+    const QColor window = palette.color(QPalette::Window);
+    const QColor text = palette.color(QPalette::Active, QPalette::WindowText);
+    const bool isDark = Luminance(window) < Luminance(text);
+    const bool isEnabled = Has(option, QStyle::State_Enabled);
+    field = isEnabled ? palette.color(QPalette::Base) : window;
+    button = !isEnabled ? window : isDark ? Mix(window, text, 0.09) : field;
+    edge = isEnabled ? Outstanding(Mix(window, text, 0.35), text, {window, button})
+                     : Mix(window, text, 0.2);
+    focus = Outstanding(palette.color(QPalette::Active, QPalette::Highlight), text,
+                        {window, button, field});
+    ink = palette.color(QPalette::ButtonText);
+    if (Has(option, QStyle::State_Sunken) || Has(option, QStyle::State_On)) {
+      button = Mix(button, text, 0.16);
+    } else if (isEnabled && Has(option, QStyle::State_MouseOver)) {
+      button = Mix(button, text, 0.06);
+    }
+  }
+
+  QColor edge, button, field, focus, ink;
+};
+
+// A control's outline with its ground; the pen stands on whole pixels.
+void PaintOutline(QPainter& painter, const QRect& place, const QColor& ground, const QColor& edge,
+                  double corner) {
+  painter.setPen(QPen(edge, 1));
+  painter.setBrush(ground);
+  painter.drawRoundedRect(QRectF(place).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
+}
+
+// Inside the edge, so that it shows whatever stands beside the control.
+void PaintRing(QPainter& painter, const QRect& place, const QColor& colour) {
+  painter.setPen(QPen(colour, kRing));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(QRectF(place).adjusted(3, 3, -3, -3), 2, 2);
+}
+
+void PaintButton(QPainter& painter, const QStyleOption& option) {
+  const ControlColours colours(option);
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(&option);
+  const bool isDefault =
+      button != nullptr && button->features.testFlag(QStyleOptionButton::DefaultButton);
+  const bool isEnabled = Has(option, QStyle::State_Enabled);
+  PaintOutline(painter, option.rect, colours.button,
+               isDefault && isEnabled ? colours.focus : colours.edge, kButtonCorner);
+  if (Has(option, QStyle::State_HasFocus)) PaintRing(painter, option.rect, colours.focus);
+}
+
+void PaintField(QPainter& painter, const QStyleOption& option) {
+  const ControlColours colours(option);
+  const bool hasFocus = Has(option, QStyle::State_HasFocus);
+  PaintOutline(painter, option.rect, Qt::transparent, hasFocus ? colours.focus : colours.edge,
+               kFieldCorner);
+  if (!hasFocus) return;
+  painter.drawRoundedRect(QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5), kFieldCorner - 1,
+                          kFieldCorner - 1);
+}
+
+// A tick, or a bar where only some of what the box stands for is chosen.
+void PaintTickBox(QPainter& painter, const QStyleOption& option) {
+  const ControlColours colours(option);
+  PaintOutline(painter, option.rect, colours.field, colours.edge, kTickCorner);
+  const QRectF place(option.rect);
+  painter.translate(place.topLeft());
+  painter.scale(place.width() / 16, place.height() / 16);
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(colours.ink, 2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  if (Has(option, QStyle::State_On)) {
+    painter.drawPolyline(QPolygonF({{3.5, 8.5}, {6.5, 11.5}, {12.5, 4.5}}));
+  } else if (Has(option, QStyle::State_NoChange)) {
+    painter.drawLine(QPointF(4, 8), QPointF(12, 8));
+  }
+}
+
+void PaintOptionButton(QPainter& painter, const QStyleOption& option) {
+  const ControlColours colours(option);
+  const QRectF place = QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5);
+  painter.setPen(QPen(colours.edge, 1));
+  painter.setBrush(colours.field);
+  painter.drawEllipse(place);
+  if (!Has(option, QStyle::State_On)) return;
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colours.ink);
+  const double inside = place.width() * 0.27;
+  painter.drawEllipse(place.adjusted(inside, inside, -inside, -inside));
+}
+
+// How an element is painted; nullptr where the toolkit's style does it.
+using Painting = void (*)(QPainter&, const QStyleOption&);
+Painting PaintingOf(QStyle::PrimitiveElement element) {
   switch (element) {
-    case QStyle::PE_IndicatorCheckBox:
-    case QStyle::PE_IndicatorRadioButton:
-    case QStyle::PE_FrameLineEdit:
     case QStyle::PE_PanelButtonCommand:
-      return true;
+      return PaintButton;
+    case QStyle::PE_FrameLineEdit:
+      return PaintField;
+    case QStyle::PE_IndicatorCheckBox:
+      return PaintTickBox;
+    case QStyle::PE_IndicatorRadioButton:
+      return PaintOptionButton;
     default:
-      return false;
+      return nullptr;
   }
+}
+
+// A list that opens: a button with an arrow, or a field with one.
+void PaintList(QPainter& painter, const QStyleOptionComboBox& option, const QRect& arrow) {
+  const ControlColours colours(option);
+  if (option.frame) {
+    PaintOutline(painter, option.rect, option.editable ? colours.field : colours.button,
+                 colours.edge, kButtonCorner);
+  }
+  if (Has(option, QStyle::State_HasFocus)) PaintRing(painter, option.rect, colours.focus);
+  const QPointF middle = QRectF(arrow).center();
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(colours.ink, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPolyline(QPolygonF(
+      {middle + QPointF(-3.5, -1.5), middle + QPointF(0, 2), middle + QPointF(3.5, -1.5)}));
+}
+
+// Between save and restore, with smooth edges.
+template <typename Work>
+void Paint(QPainter& painter, Work work) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  work();
+  painter.restore();
 }
 
 // A picture of the toolkit's own style, read when it is first painted.
@@ -84,10 +195,6 @@ class LaterIcon : public QIconEngine {
   QStyle::StandardPixmap picture_;
   QIcon icon_;
 };
-
-bool IsUsable(const QStyleOption& option) {
-  return option.state.testFlag(QStyle::State_Enabled);
-}
 
 }  // namespace
 
@@ -118,15 +225,13 @@ void ClearStyle::polish(QPalette& palette) {
 
 void ClearStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
                                QPainter* painter, const QWidget* widget) const {
-  if (element == PE_PanelButtonCommand && option->state.testFlag(State_HasFocus)) {
-    DrawButton(*option, painter, widget);
-    return;
-  }
   if (element == PE_FrameGroupBox) {
     DrawGroup(*option, painter, widget);
-    return;
+  } else if (const Painting painting = PaintingOf(element)) {
+    Paint(*painter, [&] { painting(*painter, *option); });
+  } else if (element != PE_FrameFocusRect || qobject_cast<const QPushButton*>(widget) == nullptr) {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);  // a button has its own ring
   }
-  DrawEdged(element, option, painter, widget);
 }
 
 // As the style draws it, without its picture: that one is stretched over the whole group.
@@ -158,46 +263,15 @@ QIcon ClearStyle::standardIcon(StandardPixmap picture, const QStyleOption* optio
   return QIcon(new LaterIcon(*baseStyle(), picture));
 }
 
-// Without a frame of its own the focus of a default button would not be seen.
-void ClearStyle::DrawButton(const QStyleOption& option, QPainter* painter,
-                            const QWidget* widget) const {
-  DrawEdged(PE_PanelButtonCommand, &option, painter, widget);
-  painter->save();
-  painter->setPen(option.palette.color(QPalette::ButtonText));
-  painter->setBrush(Qt::NoBrush);
-  painter->drawRect(option.rect.adjusted(3, 3, -4, -4));
-  painter->restore();
-}
-
-void ClearStyle::DrawEdged(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                           const QWidget* widget) const {
-  if (!HasEdge(element) || !IsUsable(*option)) {
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
-    return;
-  }
-  const auto draw = [&](auto clear) {
-    clear.palette = EdgePalette(clear.palette);
-    QProxyStyle::drawPrimitive(element, &clear, painter, widget);
-  };
-  if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option)) {
-    draw(*button);
-  } else if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option)) {
-    draw(*frame);
-  } else {
-    draw(*option);
-  }
-}
-
 void ClearStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                                     QPainter* painter, const QWidget* widget) const {
   const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-  if (control != CC_ComboBox || box == nullptr || !IsUsable(*option)) {
+  if (control != CC_ComboBox || box == nullptr) {
     QProxyStyle::drawComplexControl(control, option, painter, widget);
     return;
   }
-  QStyleOptionComboBox clear = *box;
-  clear.palette = EdgePalette(clear.palette);
-  QProxyStyle::drawComplexControl(control, &clear, painter, widget);
+  const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
+  Paint(*painter, [&] { PaintList(*painter, *box, arrow); });
 }
 
 }  // namespace kestrel

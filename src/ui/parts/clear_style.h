@@ -1,4 +1,4 @@
-// The toolkit's own style with edges that stand out.
+// The toolkit's own style with flat controls whose edges stand out.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -6,10 +6,10 @@
 
 namespace kestrel {
 
-// The toolkit's own style with edges that can be seen: in it, boxes to tick and to type in hardly
-// stand out from a dark window, and selected text hardly from its ground, and the focus of the
-// default button is not shown. It reads no picture files before one is seen: to read the first one
-// the toolkit loads all its readers of pictures.
+// The toolkit's own style with flat controls, like the analyser's own, whose edges can be seen: in
+// it, boxes to tick and to type in hardly stand out from a dark window, and selected text hardly
+// from its ground, and the focus of the default button is not shown. It reads no picture files
+// before one is seen: to read the first one the toolkit loads all its readers of pictures.
 class ClearStyle : public QProxyStyle {
  public:
   ClearStyle();
@@ -29,9 +29,6 @@ class ClearStyle : public QProxyStyle {
 
  private:
   void DrawGroup(const QStyleOption& option, QPainter* painter, const QWidget* widget) const;
-  void DrawButton(const QStyleOption& option, QPainter* painter, const QWidget* widget) const;
-  void DrawEdged(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
-                 const QWidget* widget) const;
 };
 
 }  // namespace kestrel
