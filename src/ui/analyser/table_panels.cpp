@@ -185,7 +185,7 @@ void LevelsPanel::ShowBands() {
   bands_.SetColumns({{tr("Band"), kLeft},
                      {QStringLiteral("Hz"), kLeft, true},
                      {QStringLiteral("g peak")},
-                     {tr("to warning"), kLeft},
+                     {tr("level"), kLeft},
                      {tr("dB free")}});
   std::vector<std::vector<TextCell>> rows;
   std::vector<BandBar> bars;
