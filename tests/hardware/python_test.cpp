@@ -19,7 +19,7 @@ using testing::MatchesRegex;
 
 constexpr int kMostRounds = 24;
 constexpr int kShort = 500;  // transfers; a longer step takes seconds
-constexpr int kMostLongRounds = 6;
+constexpr int kMostLongRounds = 4;
 constexpr auto kLongestRound = 30s;
 
 // Each transfer of a short step; of a long one the first, the last, and some between them.
