@@ -23,9 +23,7 @@ class MqttSenders : public testing::Test {
   // Listens, and returns when the broker knows it.
   std::unique_ptr<Subscriber> Listen(const std::string& topic = "kestrel/#") {
     auto subscriber = std::make_unique<Subscriber>(broker_.Port(), topic);
-    EXPECT_TRUE(Eventually([&] {
-      return PublishTo(broker_.Port(), "ready", "1") && !subscriber->Payloads("ready").empty();
-    }));
+    EXPECT_TRUE(Hears(*subscriber, broker_.Port()));
     return subscriber;
   }
   bool IsConnected() {

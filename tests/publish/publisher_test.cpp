@@ -36,9 +36,7 @@ class Publishers : public testing::Test {
 
 TEST_F(Publishers, AnAlarmReachesBrokerCommandAndMetrics) {
   const Subscriber subscriber(broker_.Port());
-  ASSERT_TRUE(Eventually([&] {
-    return PublishTo(broker_.Port(), "ready", "1") && !subscriber.Payloads("ready").empty();
-  }));
+  ASSERT_TRUE(Hears(subscriber, broker_.Port()));
   PublisherChoice choice = Choice();
   choice.settings.metrics = MetricsSettings{};
   choice.settings.command =
@@ -58,9 +56,7 @@ TEST_F(Publishers, AnAlarmReachesBrokerCommandAndMetrics) {
 
 TEST_F(Publishers, LevelsStatusAndSpectraReachEachThatWantsThem) {
   const Subscriber subscriber(broker_.Port());
-  ASSERT_TRUE(Eventually([&] {
-    return PublishTo(broker_.Port(), "ready", "1") && !subscriber.Payloads("ready").empty();
-  }));
+  ASSERT_TRUE(Hears(subscriber, broker_.Port()));
   PublisherChoice choice = Choice();
   choice.settings.metrics = MetricsSettings{};
   const auto publisher = MakePublisher(choice);
@@ -161,9 +157,7 @@ TEST_F(Publishers, AFolderThatIsNotThereIsTroubleAndTheAlarmArrivesAllTheSame) {
 
 TEST_F(Publishers, ADeadProcessIsToldByTheBroker) {
   const Subscriber subscriber(broker_.Port());
-  ASSERT_TRUE(Eventually([&] {
-    return PublishTo(broker_.Port(), "ready", "1") && !subscriber.Payloads("ready").empty();
-  }));
+  ASSERT_TRUE(Hears(subscriber, broker_.Port()));
   EXPECT_TRUE(IsKilledDoing([&] {
     const auto publisher = MakePublisher(Choice());
     (void)Eventually([&] { return publisher->State().isConnected; });
@@ -182,9 +176,7 @@ TEST_F(Publishers, KillsLoseNoAlarm) {
   const char* wanted = std::getenv("KESTREL_KILLS");
   const int kills = wanted == nullptr ? 20 : std::atoi(wanted);
   const Subscriber subscriber(broker_.Port());
-  ASSERT_TRUE(Eventually([&] {
-    return PublishTo(broker_.Port(), "ready", "1") && !subscriber.Payloads("ready").empty();
-  }));
+  ASSERT_TRUE(Hears(subscriber, broker_.Port()));
   Random random(1);
   const std::string said = (folder_.path() / "said").string();
   for (int i = 0; i < kills; ++i) {

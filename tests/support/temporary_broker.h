@@ -203,4 +203,10 @@ inline bool PublishTo(int port, const std::string& topic, const std::string& pay
   return Eventually([&] { return !process.IsRunning(); }) && folder.Content("output").empty();
 }
 
+// Whether the subscriber hears the broker at this port, so that it misses nothing from now on.
+[[nodiscard]] inline bool Hears(const Subscriber& subscriber, int port) {
+  return Eventually(
+      [&] { return PublishTo(port, "ready", "1") && !subscriber.Payloads("ready").empty(); });
+}
+
 }  // namespace kestrel
