@@ -10,13 +10,6 @@
 #include "display/scene.h"
 
 namespace kestrel {
-namespace {
-
-double Seconds(study::TimePoint time) {
-  return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
-
-}  // namespace
 
 WaterfallArea::WaterfallArea(StudyModel& model, QWidget* parent)
     : QWidget(parent),
@@ -99,7 +92,7 @@ void WaterfallArea::Connect() {
   connect(map_, &WaterfallView::RowChosen, this, [this](int /*row*/, double time) {
     const analysis::Waterfall& rows = model_.Get().Rows();
     for (std::size_t row = 0; row < rows.Rows(); ++row) {
-      if (Seconds(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
+      if (study::Seconds(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
     }
   });
   connect(map_, &WaterfallView::StepAsked, this, &WaterfallArea::Step);

@@ -17,10 +17,7 @@ namespace kestrel {
 namespace {
 
 using Kind = study::CursorKind;
-
-double Seconds(study::TimePoint time) {
-  return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
+using study::Seconds;
 
 study::TimePoint TimeOf(double seconds) {
   const std::chrono::duration<double> since(seconds);
