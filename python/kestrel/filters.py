@@ -118,7 +118,7 @@ def remark_values(remarks: Mapping[str, Any]) -> dict[str, Any]:
 
 
 def _speed(rpm: object) -> float:
-    speed = values.number("rpm", rpm, 0, 1e6, "rpm")
+    speed = values.number("rpm", rpm, 0, 1e7, "rpm")
     if not speed:
         raise SettingError(f"rpm is {rpm!r}; leave it out for a shaft at rest.")
     return speed

@@ -167,7 +167,7 @@ class Record(Measured):
         axis : {"x", "y", "z"}
         limit : float
             Difference in dB, where two options overlap, above which the machine
-            counts as not steady; 0 to 1000.
+            counts as not steady; 0 to 100.
 
         Returns
         -------

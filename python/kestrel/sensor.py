@@ -197,14 +197,14 @@ class Sensor:
             Of 0 to 3, each once.
         limit : float
             Difference in dB, where two options overlap, above which the machine
-            counts as not steady; 0 to 1000.
+            counts as not steady; 0 to 100.
 
         Returns
         -------
         WideSpectrum
         """
         values.axis_index(axis)
-        limit = values.number("limit", limit, 0, 1000, "dB")
+        limit = values.number("limit", limit, 0, 100, "dB")
         options = [values.whole("options", option, values.OPTIONS) for option in options]
         if not options or len(set(options)) < len(options):
             raise SettingError(f"options are {options}; give at least one of 0 to 3, each once.")

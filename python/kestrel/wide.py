@@ -169,7 +169,7 @@ def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3
     axis : {"x", "y", "z"}
     limit : float
         Difference in dB, where two options overlap, above which the machine
-        counts as not steady; 0 to 1000.
+        counts as not steady; 0 to 100.
 
     Returns
     -------
@@ -183,5 +183,5 @@ def join(records: Iterable[Record], *, axis: values.Axis = "x", limit: float = 3
     from kestrel.record import Record
     cores = [values.made("record", record, Record)._core for record in records]
     index = values.axis_index(axis)
-    return WideSpectrum(_kestrel.Joined(cores, index, values.number("limit", limit, 0, 1000, "dB")),
+    return WideSpectrum(_kestrel.Joined(cores, index, values.number("limit", limit, 0, 100, "dB")),
                         values.AXES[index])

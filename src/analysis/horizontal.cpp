@@ -9,8 +9,6 @@
 namespace kestrel::analysis {
 namespace {
 
-constexpr double kFastest = 1e7;  // rpm
-
 // Units a Hz; 1 where the axis cannot be drawn.
 double Factor(const Horizontal& axis) {
   if (WhyNot(axis)) return 1;
@@ -29,7 +27,7 @@ double Factor(const Horizontal& axis) {
 }  // namespace
 
 bool IsSpeed(double rpm) {
-  return std::isfinite(rpm) && rpm > 0 && rpm <= kFastest;
+  return std::isfinite(rpm) && rpm > 0 && rpm <= kFastestRpm;
 }
 
 std::optional<Refusal> WhyNot(const Horizontal& axis) {

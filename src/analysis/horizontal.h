@@ -19,7 +19,9 @@ struct Horizontal {
   bool operator==(const Horizontal&) const = default;
 };
 
-// Revolutions a minute that a shaft may turn at: finite, above 0, at most 10,000,000.
+inline constexpr double kFastestRpm = 1e7;
+
+// Revolutions a minute that a shaft may turn at: finite, above 0, at most `kFastestRpm`.
 [[nodiscard]] bool IsSpeed(double rpm);
 
 // Why this axis cannot be drawn: orders without a speed, bins without a width; nothing where it

@@ -37,7 +37,7 @@ constexpr const char* kFooter =
     "Ctrl-C ends a capture as the Stop button does.\n"
     "Exit codes: 0 success, 1 failure, 2 wrong usage, 3 no sensor,\n"
     "4 a capture that was stopped before it brought new data,\n"
-    "5 another set-up than the one it was compared with, 130 ended by Ctrl-C.";
+    "5 a sensor that holds another set-up than asked for, 130 ended by Ctrl-C.";
 
 // A parallel port's base address: any 16-bit word in hexadecimal digits, perhaps after "0x".
 std::int16_t ParsePortAddress(const std::string& text) {

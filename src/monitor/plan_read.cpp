@@ -4,6 +4,7 @@
 #include <functional>
 #include <set>
 
+#include "analysis/horizontal.h"
 #include "exchange/texts.h"
 #include "monitor/plan.h"
 #include "monitor/plan_words.h"
@@ -156,9 +157,13 @@ std::vector<Key> Reader::HeadKeys() {
 
 std::string Reader::ReadRpm(std::string_view text) {
   double rpm = 0;
-  std::string wrong = ReadNumber(text, 0, 1e6, rpm);
-  if (wrong.empty()) plan_.remarks.rpm = rpm;
-  return wrong;
+  std::string wrong = ReadNumber(text, 0, analysis::kFastestRpm, rpm);
+  if (!wrong.empty()) return wrong;
+  if (!analysis::IsSpeed(rpm)) {
+    return Quoted(text) + " is no speed; leave it out for a shaft at rest";
+  }
+  plan_.remarks.rpm = rpm;
+  return {};
 }
 
 std::vector<Key> Reader::StepKeys() {

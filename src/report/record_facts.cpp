@@ -100,7 +100,7 @@ std::vector<Fact> PlaceFacts(const archive::KeptRecord& kept) {
   Add(facts, "Machine", noted(remarks.machine));
   Add(facts, "Measuring point", noted(remarks.point));
   Add(facts, "Orientation", OneLine(remarks.orientation));
-  if (remarks.rpm) Add(facts, "Shaft speed", GeneralNumber(*remarks.rpm) + " 1/min");
+  if (remarks.rpm) Add(facts, "Shaft speed", GeneralNumber(*remarks.rpm) + " rpm");
   Add(facts, "Taken", kept.record.Taken() ? MomentText(kept.record.time) : "time not known");
   std::vector<std::string> tags;
   for (const std::string& tag : remarks.tags) tags.push_back(OneLine(tag));

@@ -70,7 +70,7 @@ def test_remarks_are_changed_and_records_deleted_and_brought_back(archive, recor
     assert (archive.read(id).machine, archive.read(id).note) == ("Pump", "loud")
     with pytest.raises(kestrel.SettingError, match="no remark 'color'"):
         archive.amend(id, color="red")
-    with pytest.raises(kestrel.SettingError, match="rpm is -1; it must be a number from 0 to 1000000 rpm"):
+    with pytest.raises(kestrel.SettingError, match="rpm is -1; it must be a number from 0 to 10000000 rpm"):
         archive.write(record, rpm=-1)
     archive.delete(id)
     assert archive.search() == [] and archive.search(deleted=True) == [id]

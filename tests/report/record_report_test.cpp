@@ -53,7 +53,7 @@ TEST(RecordReport, SaysWhatWhereWhenAndWithWhichSettings) {
   const Section& what = SectionOf(report, "What was measured");
   EXPECT_EQ(FactOf(what, "Machine"), "Pump 1");
   EXPECT_EQ(FactOf(what, "Orientation"), "X radial, Z axial");
-  EXPECT_EQ(FactOf(what, "Shaft speed"), "1480 1/min");
+  EXPECT_EQ(FactOf(what, "Shaft speed"), "1480 rpm");
   EXPECT_EQ(FactOf(what, "Tags"), "new bearing and reference");
   const Section& how = SectionOf(report, "How it was measured");
   EXPECT_EQ(FactOf(how, "Signal range"), "0 to 20 g");

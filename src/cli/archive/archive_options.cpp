@@ -6,6 +6,7 @@
 #include <CLI/Formatter.hpp>
 #include <CLI/Validators.hpp>
 
+#include "analysis/horizontal.h"
 #include "numeric/number_parse.h"
 #include "record/utc_time.h"
 
@@ -18,8 +19,8 @@ constexpr const char* kBeside = "What the archive keeps beside the record";
 
 std::string SpeedProblem(const std::string& text) {
   const auto rpm = WholeTextNumber(text);
-  if (rpm && *rpm > 0 && *rpm <= 1e6) return {};
-  return "\"" + text + "\" is not a speed: a number above 0 to 1000000 rpm";
+  if (rpm && analysis::IsSpeed(*rpm)) return {};
+  return "\"" + text + "\" is not a speed: a number above 0 to 10000000 rpm";
 }
 
 }  // namespace
@@ -80,7 +81,7 @@ void RemarkOptions::AddTo(CLI::App& app) {
   app.add_option("--machine", told_.machine, "What is measured")->group(kBeside);
   app.add_option("--point", told_.point, "Where on it the sensor sits")->group(kBeside);
   app.add_option("--orientation", told_.orientation, "Where its axes point")->group(kBeside);
-  app.add_option("--rpm", rpm_, "Speed of the shaft, above 0 to 1000000 rpm")
+  app.add_option("--rpm", rpm_, "Speed of the shaft, above 0 to 10000000 rpm")
       ->group(kBeside)
       ->check(SpeedProblem);
   app.add_option("--note", told_.note, "A note")->group(kBeside);

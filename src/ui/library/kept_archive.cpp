@@ -3,7 +3,8 @@
 #include "ui/library/kept_archive.h"
 
 #include <QSettings>
-#include <cmath>
+
+#include "analysis/horizontal.h"
 
 namespace kestrel {
 namespace {
@@ -24,7 +25,7 @@ KeptArchive ReadKeptArchive() {
   kept.site.orientation = text("site/orientation");
   bool isNumber = false;
   const double rpm = file.value("site/rpm").toDouble(&isNumber);
-  if (isNumber && std::isfinite(rpm) && rpm > 0) kept.site.rpm = rpm;
+  if (isNumber && analysis::IsSpeed(rpm)) kept.site.rpm = rpm;
   const qlonglong limit = file.value("limit").toLongLong(&isNumber);
   if (isNumber && limit > 0) kept.limit = limit;
   return kept;

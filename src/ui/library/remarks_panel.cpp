@@ -7,8 +7,8 @@
 #include <QKeyEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
-#include <cmath>
 
+#include "analysis/horizontal.h"
 #include "ui/chart/look.h"
 #include "ui/parts/widgets.h"
 
@@ -29,10 +29,6 @@ std::vector<std::string> TagsIn(const QString& text) {
   std::vector<std::string> tags;
   for (const QString& tag : text.split(',')) tags.push_back(tag.toStdString());
   return archive::CleanTags(std::move(tags));
-}
-
-bool IsSpeed(double rpm) {
-  return std::isfinite(rpm) && rpm > 0 && rpm <= 10'000'000;
 }
 
 QStringList Strings(const std::vector<std::string>& texts) {
@@ -195,7 +191,8 @@ archive::RemarksChange RemarksPanel::Change() const {
       .machine = text(kMachine), .point = text(kPoint), .orientation = text(kOrientation)};
   const QString speed = fields_[kRpm].edit->text().trimmed();
   const auto rpm = NumberIn(locale(), speed);
-  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && IsSpeed(*rpm)))) change.rpm = rpm;
+  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && analysis::IsSpeed(*rpm))))
+    change.rpm = rpm;
   if (fields_[kTags].isEdited) change.tags = TagsIn(fields_[kTags].edit->text());
   if (isNoteEdited_) change.note = txtNote_->toPlainText().toStdString();
   return change;
@@ -206,7 +203,7 @@ void RemarksPanel::Enter() {
   const QString speed = fields_[kRpm].edit->text().trimmed();
   if (fields_[kRpm].isEdited && !speed.isEmpty()) {
     const auto rpm = NumberIn(locale(), speed);
-    if (!rpm || !IsSpeed(*rpm)) {
+    if (!rpm || !analysis::IsSpeed(*rpm)) {
       lblFault_->setText(
           tr("\"%1\" is not a speed: a number above 0 to 10,000,000 rpm.").arg(speed));
       lblFault_->show();
