@@ -8,7 +8,7 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 find_program(CCACHE ccache)
 if(CCACHE)
   # Precompiled headers need the laxity; the compiler itself notices when one does not fit.
-  # Wherever the sources lie, what was compiled once is known again.
+  # Wherever the sources lie, what was compiled once is known again, but for precompiled headers.
   set(CMAKE_CXX_COMPILER_LAUNCHER
     ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}
     ${CCACHE})
