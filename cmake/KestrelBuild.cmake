@@ -20,11 +20,6 @@ target_compile_options(kestrel_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor
   -Wold-style-cast -Woverloaded-virtual -Werror -ffp-contract=off)
 
-# A program's debugging notes do not tell where it was compiled.
-if(NOT KESTREL_COVERAGE)
-  add_compile_options(-fdebug-prefix-map=${PROJECT_SOURCE_DIR}=.)
-endif()
-
 # A program does not tell when it was linked: two builds of the same sources are the same.
 if(WIN32)
   add_link_options(-Wl,--no-insert-timestamp)
@@ -51,6 +46,9 @@ if(KESTREL_COVERAGE)
   # Counts of several threads at once would get lost, or below zero.
   target_compile_options(kestrel_flags INTERFACE --coverage -fprofile-update=atomic)
   add_link_options(--coverage)
+else()
+  # Debugging notes do not tell where a program was compiled; counts of coverage must.
+  add_compile_options(-fdebug-prefix-map=${PROJECT_SOURCE_DIR}=.)
 endif()
 
 option(KESTREL_FUZZ "Build the fuzz targets and nothing else; needs clang" OFF)
@@ -125,16 +123,18 @@ function(kestrel_tests name)
             $<TARGET_FILE:test_${name}> --gtest_filter=*OnAServer* --gtest_brief=1)
 endfunction()
 
+option(KESTREL_ROOMS_AT_ONCE "Compile several files of a room of windows at once" OFF)
+
 # kestrel_room(NAME [APART] [LINKS libraries...]): one room of src/ui. The toolkit's headers take most of
-# its compiling: a release compiles several files at once, unless they must stay APART for their names;
-# under the sanitizers a precompiled header saves a third. Every other build proves that each file
+# its compiling: several files compile at once where that is wanted, unless they must stay APART for their
+# names; under the sanitizers a precompiled header saves a third. Every other build proves that each file
 # includes what it needs.
 function(kestrel_room name)
   cmake_parse_arguments(ARG "APART" "" "" ${ARGN})
   kestrel_folder(ui_${name} ${ARG_UNPARSED_ARGUMENTS})
   if(KESTREL_SANITIZE)
     target_precompile_headers(kestrel_ui_${name} PRIVATE <QtWidgets>)
-  elseif(CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo" AND NOT ARG_APART)
+  elseif(KESTREL_ROOMS_AT_ONCE AND NOT ARG_APART)
     set_target_properties(kestrel_ui_${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   endif()
 endfunction()

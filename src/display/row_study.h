@@ -16,11 +16,6 @@ namespace kestrel::study {
 
 using TimePoint = std::chrono::system_clock::time_point;
 
-// Seconds since the clock's epoch, as the axis of time counts them.
-[[nodiscard]] inline double Seconds(TimePoint time) {
-  return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
-
 // The newest row of that very time; none where none is kept (any more).
 [[nodiscard]] std::optional<std::size_t> RowAt(const analysis::Waterfall& rows, TimePoint time);
 

@@ -8,6 +8,7 @@
 
 #include "display/cursors.h"
 #include "display/scene.h"
+#include "trend/parts.h"
 
 namespace kestrel {
 
@@ -92,7 +93,7 @@ void WaterfallArea::Connect() {
   connect(map_, &WaterfallView::RowChosen, this, [this](int /*row*/, double time) {
     const analysis::Waterfall& rows = model_.Get().Rows();
     for (std::size_t row = 0; row < rows.Rows(); ++row) {
-      if (study::Seconds(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
+      if (trend::SecondsOf(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
     }
   });
   connect(map_, &WaterfallView::StepAsked, this, &WaterfallArea::Step);

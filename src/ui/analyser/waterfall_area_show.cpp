@@ -10,6 +10,7 @@
 #include "display/known_table.h"
 #include "display/scene.h"
 #include "numeric/number_texts.h"
+#include "trend/parts.h"
 #include "ui/analyser/waterfall_area.h"
 #include "ui/study/text_table.h"
 
@@ -17,7 +18,7 @@ namespace kestrel {
 namespace {
 
 using Kind = study::CursorKind;
-using study::Seconds;
+using trend::SecondsOf;
 
 study::TimePoint TimeOf(double seconds) {
   const std::chrono::duration<double> since(seconds);
@@ -113,7 +114,7 @@ void WaterfallArea::AddRow(std::size_t row) {
     onMap_.refused = curve.Why();
     return;
   }
-  const double time = Seconds(rows.TimeOf(row));
+  const double time = SecondsOf(rows.TimeOf(row));
   const WaterfallRows& there = map_->Rows();
   const std::size_t count = there.Count();
   if (count > 0 && !onMap_.gap.empty() && time > there.Time(count - 1)) {
@@ -186,7 +187,7 @@ void WaterfallArea::ShowCursor() {
   const SceneCursor cursor = study::CursorOf(*row_);
   plot_->SetCursor(cursor);
   map_->SetCursor(cursor);
-  map_->SetTimeCursor(chosen_ ? std::optional(Seconds(*chosen_)) : std::nullopt);
+  map_->SetTimeCursor(chosen_ ? std::optional(SecondsOf(*chosen_)) : std::nullopt);
   ShowColumn();
   DescribeMap();
 }
@@ -224,7 +225,7 @@ void WaterfallArea::ShowColumn() {
   const std::string axis(1, Letter(choice.focus));
   column.title = Text(axis + " at " + readOut.title + ", " + analysis::UnitOf(choice.quantity));
   column.thresholds = study::ThresholdsOf(plot_->Scene(), hz);
-  if (chosen_) column.time = Seconds(*chosen_);
+  if (chosen_) column.time = SecondsOf(*chosen_);
   std::string text = model_.Get().TimeText(*shown_) + "\n" + axis + " at " + readOut.title;
   for (const auto& row : readOut.rows) text += "\n" + row.value;
   const std::string name = NameAt(*row_, *at, spectrum.binWidthHz);
@@ -243,7 +244,7 @@ void WaterfallArea::Step(int rows, int bins) {
   }
   const WaterfallRows& there = map_->Rows();
   if (rows == 0 || there.Count() == 0) return;
-  const auto now = static_cast<std::ptrdiff_t>(there.Nearest(Seconds(*shown_)));
+  const auto now = static_cast<std::ptrdiff_t>(there.Nearest(SecondsOf(*shown_)));
   const auto last = static_cast<std::ptrdiff_t>(there.Count()) - 1;
   const std::ptrdiff_t next = std::max<std::ptrdiff_t>(0, now + rows);
   if (next > last) {

@@ -191,8 +191,9 @@ archive::RemarksChange RemarksPanel::Change() const {
       .machine = text(kMachine), .point = text(kPoint), .orientation = text(kOrientation)};
   const QString speed = fields_[kRpm].edit->text().trimmed();
   const auto rpm = NumberIn(locale(), speed);
-  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && analysis::IsSpeed(*rpm))))
+  if (fields_[kRpm].isEdited && (speed.isEmpty() || (rpm && analysis::IsSpeed(*rpm)))) {
     change.rpm = rpm;
+  }
   if (fields_[kTags].isEdited) change.tags = TagsIn(fields_[kTags].edit->text());
   if (isNoteEdited_) change.note = txtNote_->toPlainText().toStdString();
   return change;
