@@ -4,16 +4,14 @@
 
 #include <utility>
 
+#include "record/utc_time.h"
+
 namespace kestrel::publish {
 namespace {
 
 using prometheus::ClientMetric;
 using prometheus::MetricFamily;
 using prometheus::MetricType;
-
-double Seconds(Moment time) {
-  return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
 
 // Families with the labels that all have.
 class Families {
@@ -41,7 +39,7 @@ class Families {
     Begin(MetricType::Counter, name, help).Add(static_cast<double>(value));
   }
   void Time(const char* name, const char* help, const std::optional<Moment>& time) {
-    if (time) Gauge(name, help, Seconds(*time));
+    if (time) Gauge(name, help, SecondsOf(*time));
   }
   // One value an axis that has it.
   void OfAxes(const char* name, const char* help, const Levels& levels,

@@ -77,6 +77,10 @@ std::optional<std::chrono::nanoseconds> TimeOfDayFrom(Reading& reading) {
 
 }  // namespace
 
+double SecondsOf(std::chrono::system_clock::time_point moment) {
+  return std::chrono::duration<double>(moment.time_since_epoch()).count();
+}
+
 std::string UtcText(std::chrono::system_clock::time_point moment) {
   using namespace std::chrono;
   const auto day = floor<days>(moment);

@@ -1,4 +1,4 @@
-// A moment as text that every program reads: ISO 8601 in UTC.
+// A moment as a number, and as text that every program reads: ISO 8601 in UTC.
 // SPDX-License-Identifier: MIT
 #pragma once
 
@@ -7,6 +7,9 @@
 #include <string>
 
 namespace kestrel {
+
+// In seconds since 1970.
+[[nodiscard]] double SecondsOf(std::chrono::system_clock::time_point moment);
 
 // "2024-03-14T08:26:53.000Z", with milliseconds, rounded down.
 [[nodiscard]] std::string UtcText(std::chrono::system_clock::time_point moment);

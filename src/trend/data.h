@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "record/utc_time.h"
 #include "trend/parts.h"
 
 namespace kestrel::trend {

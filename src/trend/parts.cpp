@@ -8,6 +8,7 @@
 #include <numeric>
 
 #include "numeric/number_texts.h"
+#include "record/utc_time.h"
 
 namespace kestrel::trend {
 namespace {
@@ -86,10 +87,6 @@ void Follow(Follower follower, Points points, std::span<const Gap> gaps) {
 }
 
 }  // namespace
-
-double SecondsOf(std::chrono::system_clock::time_point time) {
-  return std::chrono::duration<double>(time.time_since_epoch()).count();
-}
 
 std::vector<Gap> GapsIn(Points points) {
   if (points.size() < kLeastPoints) return {};

@@ -15,9 +15,6 @@ namespace kestrel::trend {
 
 using Points = std::span<const archive::LevelPoint>;
 
-// In seconds since 1970.
-[[nodiscard]] double SecondsOf(std::chrono::system_clock::time_point time);
-
 // Between two records that are much further from each other than records usually are.
 struct Gap {
   std::size_t before = 0;  // index of the last point before it

@@ -15,6 +15,11 @@ system_clock::time_point After1970(seconds time, milliseconds more = {}) {
   return system_clock::time_point{time + more};
 }
 
+TEST(UtcTime, AMomentIsANumberOfSecondsWithTheirPartsBefore1970Too) {
+  EXPECT_EQ(SecondsOf(After1970(seconds{1710404813}, milliseconds{500})), 1710404813.5);
+  EXPECT_EQ(SecondsOf(After1970(seconds{-1}, milliseconds{250})), -0.75);
+}
+
 TEST(UtcTime, FieldsHaveTheirFullWidth) {
   EXPECT_EQ(UtcText(After1970(seconds{0})), "1970-01-01T00:00:00.000Z");
   EXPECT_EQ(UtcText(After1970(seconds{1710404813}, milliseconds{7})), "2024-03-14T08:26:53.007Z");

@@ -8,7 +8,7 @@
 
 #include "display/cursors.h"
 #include "display/scene.h"
-#include "trend/parts.h"
+#include "record/utc_time.h"
 
 namespace kestrel {
 
@@ -93,7 +93,7 @@ void WaterfallArea::Connect() {
   connect(map_, &WaterfallView::RowChosen, this, [this](int /*row*/, double time) {
     const analysis::Waterfall& rows = model_.Get().Rows();
     for (std::size_t row = 0; row < rows.Rows(); ++row) {
-      if (trend::SecondsOf(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
+      if (SecondsOf(rows.TimeOf(row)) == time) Choose(rows.TimeOf(row));
     }
   });
   connect(map_, &WaterfallView::StepAsked, this, &WaterfallArea::Step);

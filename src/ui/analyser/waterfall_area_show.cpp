@@ -10,7 +10,7 @@
 #include "display/known_table.h"
 #include "display/scene.h"
 #include "numeric/number_texts.h"
-#include "trend/parts.h"
+#include "record/utc_time.h"
 #include "ui/analyser/waterfall_area.h"
 #include "ui/study/text_table.h"
 
@@ -18,7 +18,6 @@ namespace kestrel {
 namespace {
 
 using Kind = study::CursorKind;
-using trend::SecondsOf;
 
 study::TimePoint TimeOf(double seconds) {
   const std::chrono::duration<double> since(seconds);

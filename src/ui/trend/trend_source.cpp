@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "record/utc_time.h"
+
 namespace kestrel {
 namespace {
 
@@ -86,7 +88,7 @@ void TrendSource::Take(Answer answer, bool isAll) {
   } else {
     data_.Add(std::move(answer.levels), std::move(answer.temperature));
   }
-  const double newest = trend::SecondsOf(data_.Newest());
+  const double newest = SecondsOf(data_.Newest());
   if (!hasStart_ && newest > 0) {
     hasStart_ = true;
     data_.start = std::floor(newest / kDay) * kDay;

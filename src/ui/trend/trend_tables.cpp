@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "record/utc_time.h"
 #include "ui/chart/look.h"
 #include "ui/parts/local_time.h"
 
@@ -96,7 +97,7 @@ void TrendTables::ShowEvents(const trend::Data& read, const trend::Choice& choic
                       {.head = unit, .spoken = tr("Largest level, %1").arg(unit)},
                       {.head = tr("Lasted")},
                       {.head = tr("Record"), .isMuted = true, .dropped = 1}});
-  const QString year = Text(DayText(trend::SecondsOf(read.Newest()), LocalOffset)).section(' ', -1);
+  const QString year = Text(DayText(SecondsOf(read.Newest()), LocalOffset)).section(' ', -1);
   std::vector<Row> rows;
   for (const trend::AlarmEvent& event : read.events)
     rows.push_back(RowOf(event, choice, look, year));

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "record/utc_time.h"
 #include "ui/library/look_at.h"
 #include "ui/parts/local_time.h"
 #include "ui/study/text_table.h"
@@ -67,7 +68,7 @@ void TrendView::StepCursor(double points) {
 // Events stand the latest first.
 void TrendView::NextEvent(int step) {
   const auto now = CursorPoint();
-  const double at = now ? trend::SecondsOf(Data().Shown()[*now].time) : ShownSeconds().high;
+  const double at = now ? SecondsOf(Data().Shown()[*now].time) : ShownSeconds().high;
   std::optional<double> next;
   for (const trend::AlarmEvent& event : Data().events) {
     const bool isBeyond = step < 0 ? event.begin < at : event.begin > at;
@@ -86,7 +87,7 @@ QString TrendView::MomentOf(ArchiveId id) const {
   const auto point = Data().Find(id);
   if (!point) return tr("a record of another trend");
   constexpr double kToSeconds = 3600;
-  return Text(ClockText(trend::SecondsOf(Data().Shown()[*point].time), LocalOffset, kToSeconds));
+  return Text(ClockText(SecondsOf(Data().Shown()[*point].time), LocalOffset, kToSeconds));
 }
 
 void TrendView::LoadRecord() {
