@@ -29,7 +29,7 @@ const WordCodes<Axis> kAxisWords{{"X", Axis::X}, {"Y", Axis::Y}, {"Z", Axis::Z}}
 std::string FrequencyProblem(const std::string& text) {
   const auto hz = WholeTextNumber(text);
   if (hz && *hz >= 0 && *hz <= 1e6) return {};
-  return "\"" + text + "\" is not a frequency in Hz";
+  return "\"" + text + "\" is not a frequency; give 0 to 1,000,000 Hz";
 }
 
 Json SeriesJson(const TrendSeries& series) {
@@ -94,10 +94,11 @@ archive::TrendChoice TrendCommand::Choice() const {
   if (high_ <= 0) return choice;
   if (low_ >= high_) {
     throw RuntimeError("A band cannot go from " + GeneralNumber(low_) + " to " +
-                       GeneralNumber(high_) + " Hz.");
+                       GeneralNumber(high_) + " Hz; give a --low below the --high.");
   }
   if (choice.of != TrendOf::Rms && choice.of != TrendOf::Peak) {
-    throw RuntimeError("A band has an RMS and a peak; temperature and supply have no band.");
+    throw RuntimeError(
+        "A band has an RMS and a peak; leave out --low and --high for temperature and supply.");
   }
   choice.of = choice.of == TrendOf::Rms ? TrendOf::BandRms : TrendOf::BandPeak;
   return choice;
@@ -108,7 +109,8 @@ archive::TrendChoice TrendCommand::ChoiceNear(archive::TrendChoice choice) const
   choice.nearHz = *near_;
   choice.withinHz = within_.value_or(*near_ * kUsualPart);
   if (choice.of != TrendOf::Peak)
-    throw RuntimeError("Near a frequency only a peak can be followed.");
+    throw RuntimeError(
+        "Near a frequency only a peak can be followed; ask for peak, or leave out --near.");
   if (choice.withinHz <= 0)
     throw RuntimeError("--within 0 Hz holds no peak; give a width above 0 Hz.");
   choice.of = TrendOf::PeakNear;

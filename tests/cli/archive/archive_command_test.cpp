@@ -4,8 +4,7 @@
 #include <fstream>
 
 #include "archive/place.h"
-#include "cli/program_bench.h"
-#include "support/temporary_folder.h"
+#include "cli/archive/archive_commands_bench.h"
 
 namespace kestrel {
 namespace {
@@ -15,32 +14,6 @@ using ::testing::AllOf;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using Words = std::vector<std::string>;
-
-class ArchiveCommands : public ProgramBench {
- protected:
-  ArchiveCommands() { usualArchive = {(folder_.path() / "data" / "archive.db").string()}; }
-
-  void Capture(const Words& more = {}) {
-    Words words{"capture", "--averages", "1"};
-    words.insert(words.end(), more.begin(), more.end());
-    EXPECT_EQ(Simulate(words), ExitCode::Success) << error.str();
-    EXPECT_EQ(error.str(), "");
-  }
-  json RunJson(Words arguments) {
-    arguments.insert(arguments.begin(), "--json");
-    EXPECT_EQ(Run(arguments), ExitCode::Success) << error.str();
-    return json::parse(out.str());
-  }
-  json Ids(const Words& more = {}) {
-    Words words{"archive", "list"};
-    words.insert(words.end(), more.begin(), more.end());
-    json ids = json::array();
-    for (const json& record : RunJson(words)) ids.push_back(record["id"]);
-    return ids;
-  }
-  TemporaryFolder folder_;
-};
 
 TEST_F(ArchiveCommands, EveryCaptureIsKeptWithoutBeingAskedFor) {
   Capture({"--count", "3"});
@@ -268,53 +241,6 @@ TEST_F(ArchiveCommands, WhatAFormatCannotHoldIsRefused) {
   EXPECT_EQ(Run({"archive", "export", "--format", "xls", "--out", "r", "1"}), ExitCode::Usage);
   EXPECT_EQ(Run({"archive", "export", "--format", "csv", "--out", "r", "9"}), ExitCode::Failure);
   EXPECT_EQ(error.str(), "There is no record 9 in the archive.\n");
-}
-
-TEST_F(ArchiveCommands, ATrendTellsALevelOverTime) {
-  Capture({"--count", "3"});
-  Capture({"--mode", "time"});
-  const json list = RunJson({"archive", "list", "--kind", "spectrum"});
-  const json trend = RunJson({"trend", "rms", "--axis", "Z"});
-  EXPECT_EQ(trend["unit"], "g RMS");
-  ASSERT_EQ(trend["series"].size(), 2U);
-  const json& points = trend["series"][0]["points"];
-  ASSERT_EQ(points.size(), 3U);
-  for (std::size_t i = 0; i < 3; ++i) {
-    EXPECT_EQ(points[i]["id"], list[2 - i]["id"]);
-    EXPECT_EQ(points[i]["time"], list[2 - i]["time"]);
-    EXPECT_EQ(points[i]["value"], list[2 - i]["levels"]["Z"]["rms_g"]);
-  }
-  EXPECT_EQ(RunJson({"trend", "temperature"})["series"][0]["points"].size(), 4U);
-  EXPECT_EQ(Run({"trend", "supply"}), ExitCode::Success);
-  EXPECT_THAT(out.str(), testing::StartsWith("series\ttime (UTC)\tV\tid\talarm\n1\t"));
-}
-
-TEST_F(ArchiveCommands, ATrendOfThePeakNearAFrequencyIsThatOfTheRecords) {
-  Capture({"--count", "3"});
-  const json all = RunJson({"trend", "peak", "--axis", "Z", "--near", "8200", "--within", "400"});
-  ASSERT_FALSE(all["series"].empty());
-  EXPECT_EQ(all["unit"], "g peak");
-  const json one = RunJson({"trend", "peak", "--axis", "Z", "--near", "8200"});
-  EXPECT_EQ(one["series"], all["series"]) << "82 Hz hold the same peak";
-  EXPECT_EQ(Run({"trend", "rms", "--near", "8200"}), ExitCode::Failure);
-  EXPECT_EQ(Run({"trend", "peak", "--near", "8200", "--within", "0"}), ExitCode::Failure);
-  EXPECT_EQ(Run({"trend", "peak", "--within", "10"}), ExitCode::Usage);
-  EXPECT_EQ(Run({"trend", "peak", "--near", "9", "--low", "1", "--high", "2"}), ExitCode::Usage);
-}
-
-TEST_F(ArchiveCommands, ATrendOfABandLeavesOutWhatCannotCarryIt) {
-  Capture();
-  Capture({"--mode", "time"});
-  const json trend = RunJson({"trend", "peak", "--axis", "Z", "--low", "2000", "--high", "9000"});
-  EXPECT_EQ(trend["refused"], 1);
-  EXPECT_THAT(error.str(), HasSubstr("1 record is left out: a time record has no bands"));
-  EXPECT_GT(trend["series"][0]["points"][0]["value"].get<double>(), 0.1);
-  EXPECT_EQ(Run({"trend", "rms", "--low", "9", "--high", "9"}), ExitCode::Failure);
-  EXPECT_EQ(error.str(), "A band cannot go from 9 to 9 Hz.\n");
-  EXPECT_EQ(Run({"trend", "supply", "--low", "1", "--high", "9"}), ExitCode::Failure);
-  EXPECT_EQ(Run({"trend", "noise"}), ExitCode::Usage);
-  EXPECT_EQ(Run({"trend", "rms", "--low", "x", "--high", "9"}), ExitCode::Usage);
-  EXPECT_THAT(error.str(), HasSubstr("\"x\""));
 }
 
 }  // namespace
