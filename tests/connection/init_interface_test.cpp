@@ -6,15 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "app/program_state.h"
-#include "support/fixed_locale.h"
 #include "support/given.h"
-#include "support/map_driver_service.h"
-#include "support/memory_files.h"
-#include "support/recording_boards.h"
-#include "support/recording_messages.h"
-#include "support/recording_pointer.h"
-#include "support/recording_port.h"
-#include "support/scripted_loop.h"
+#include "support/recorded_seams.h"
 #include "transport/port_driver.h"
 #include "transport/usb_adapter.h"
 
@@ -24,7 +17,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class InterfaceMadeReady : public testing::Test {
+class InterfaceMadeReady : public testing::Test, protected RecordedSeams {
  protected:
   InterfaceMadeReady() { Reset(); }
   ~InterfaceMadeReady() override { Reset(); }
@@ -40,24 +33,7 @@ class InterfaceMadeReady : public testing::Test {
     InitInterface(core_);
   }
 
-  RecordingPort pins_;
-  PortClock clock_{pins_};
-  ScriptedLoop loop_{clock_};
-  RecordingPointer pointer_;
-  RecordingMessages messages_;
-  MemoryFiles files_;
-  FixedLocale locale_;
-  RecordingBoards boards_;
-  MapDriverService service_;
-  Core core_{Seams{.clock = clock_,
-                   .loop = loop_,
-                   .pointer = pointer_,
-                   .messages = messages_,
-                   .files = files_,
-                   .locale = locale_,
-                   .usb = boards_,
-                   .port = pins_,
-                   .driverService = service_}};
+  Core core_{All()};
 };
 
 TEST_F(InterfaceMadeReady, StartDefaultsLeavePortAndProductAlone) {

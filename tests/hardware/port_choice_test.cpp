@@ -1,17 +1,12 @@
 // The port in use is the one that is held, whoever changed the address: over mock ports.
 // SPDX-License-Identifier: MIT
 #include "transport/port_choice.h"
-#include "support/given.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "hardware/mock_parallel_port.h"
-#include "hardware/program_bench.h"
-#include "platform/linux/ppdev_port.h"
-#include "platform/linux/ppdev_service.h"
-#include "support/absent_hardware.h"
-#include "support/parport_settings.h"
+#include "hardware/two_ports_bench.h"
+#include "support/given.h"
 
 namespace kestrel {
 namespace {
@@ -21,22 +16,10 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr const char* kNotInstalled = "The required I/O drivers could not be installed.";
-constexpr std::int16_t kFirst = 0x378;
-constexpr std::int16_t kSecond = 0x278;
 constexpr std::int16_t kNoPort = 0x3BC;
 
-class PortInUse : public testing::Test {
+class PortInUse : public TwoPorts {
  protected:
-  PortInUse() {
-    settings.Add(0, kFirst);
-    settings.Add(1, kSecond);
-  }
-
-  // The program, started with the parallel port at this address.
-  Program& StartAt(std::int16_t address) {
-    program.emplace(Hardware{&usb, &port, &service}, clock, kParallelPort, address);
-    return *program;
-  }
   bool Choose(const char* address) {
     program->messages.Clear();
     PortChoice choice(service, port, program->core.port, program->core.registers, program->files,
@@ -47,22 +30,6 @@ class PortInUse : public testing::Test {
   std::string Explanation() {
     return program->messages.explanations.empty() ? "" : program->messages.explanations.back();
   }
-  std::optional<std::int32_t> ProductId() {
-    const auto reading = program->core.registers.Read(row::PROD_ID);
-    return reading ? std::optional(reading->value) : std::nullopt;
-  }
-
-  FakeClock clock;
-  SimulatedSensor sensor{clock, RunningMachine()};
-  MockTestbed testbed;
-  MockParallelPort first{testbed, 0, sensor};
-  MockParallelPort second{testbed, 1, sensor};
-  ParportSettings settings;
-  PpdevPort port{[] { return PortAddress; },
-                 {.folders = {.devices = "/dev", .settings = settings.Folder()}}};
-  PpdevService service{port};
-  AbsentUsbDriver usb;
-  std::optional<Program> program;
 };
 
 TEST_F(PortInUse, AfterAWrongAddressTheRightOneWorks) {

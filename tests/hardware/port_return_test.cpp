@@ -4,27 +4,17 @@
 #include <gtest/gtest.h>
 
 #include "acquisition/sensor_return.h"
-#include "hardware/mock_parallel_port.h"
-#include "hardware/program_bench.h"
-#include "platform/linux/ppdev_port.h"
-#include "platform/linux/ppdev_service.h"
-#include "support/absent_hardware.h"
-#include "support/parport_settings.h"
+#include "hardware/two_ports_bench.h"
 
 namespace kestrel {
 namespace {
 
 using testing::IsEmpty;
 
-constexpr std::int16_t kFirst = 0x378;
-constexpr std::int16_t kSecond = 0x278;
-
-class LostPort : public testing::Test {
+class LostPort : public TwoPorts {
  protected:
   LostPort() {
-    settings.Add(0, kFirst);
-    settings.Add(1, kSecond);
-    program.emplace(Hardware{&usb, &port, &service}, clock, kParallelPort, kFirst);
+    StartAt(kFirst);
     back.emplace(program->core);
     back->NoteRoad();
   }
@@ -39,22 +29,7 @@ class LostPort : public testing::Test {
     first.claimError = 0;
     first.failAccessesFrom = 0;
   }
-  std::optional<std::int32_t> ProductId() {
-    const auto reading = program->core.registers.Read(row::PROD_ID);
-    return reading ? std::optional(reading->value) : std::nullopt;
-  }
 
-  FakeClock clock;
-  SimulatedSensor sensor{clock, RunningMachine()};
-  MockTestbed testbed;
-  MockParallelPort first{testbed, 0, sensor};
-  MockParallelPort second{testbed, 1, sensor};
-  ParportSettings settings;
-  PpdevPort port{[] { return PortAddress; },
-                 {.folders = {.devices = "/dev", .settings = settings.Folder()}}};
-  PpdevService service{port};
-  AbsentUsbDriver usb;
-  std::optional<Program> program;
   std::optional<SensorReturn> back;
 };
 

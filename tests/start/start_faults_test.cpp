@@ -11,15 +11,8 @@
 #include "regmap/register_table.h"
 #include "start/start.h"
 #include "support/faulty_seams.h"
-#include "support/fixed_locale.h"
-#include "support/map_driver_service.h"
-#include "support/memory_files.h"
-#include "support/recording_boards.h"
-#include "support/recording_messages.h"
-#include "support/recording_pointer.h"
-#include "support/recording_port.h"
+#include "support/recorded_seams.h"
 #include "support/reset_device.h"
-#include "support/scripted_loop.h"
 
 namespace kestrel {
 namespace {
@@ -49,7 +42,7 @@ struct Setting {
   bool quickStart = false;
 };
 
-class StartFaults : public testing::TestWithParam<Setting> {
+class StartFaults : public testing::TestWithParam<Setting>, protected RecordedSeams {
  protected:
   StartFaults() {
     ResetDevice();
@@ -99,24 +92,7 @@ class StartFaults : public testing::TestWithParam<Setting> {
 
   static constexpr const char* kStart = "SYSTEM\\CurrentControlSet\\Services\\giveio|Start";
 
-  RecordingPort pins_;
-  PortClock clock_{pins_};
-  ScriptedLoop loop_{clock_};
-  RecordingPointer pointer_;
-  RecordingMessages messages_;
-  MemoryFiles files_;
-  FixedLocale locale_;
-  RecordingBoards boards_;
-  MapDriverService service_;
-  FaultySeams faulty_{Seams{.clock = clock_,
-                            .loop = loop_,
-                            .pointer = pointer_,
-                            .messages = messages_,
-                            .files = files_,
-                            .locale = locale_,
-                            .usb = boards_,
-                            .port = pins_,
-                            .driverService = service_}};
+  FaultySeams faulty_{All()};
 };
 
 TEST_P(StartFaults, TheMainWindowComesUpWhateverCallFails) {

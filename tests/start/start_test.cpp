@@ -10,17 +10,10 @@
 #include "device/rec_ctrl.h"
 #include "device/rec_info.h"
 #include "regmap/register_table.h"
-#include "support/fixed_locale.h"
 #include "support/given.h"
 #include "support/journal.h"
-#include "support/map_driver_service.h"
-#include "support/memory_files.h"
-#include "support/recording_boards.h"
-#include "support/recording_messages.h"
-#include "support/recording_pointer.h"
-#include "support/recording_port.h"
+#include "support/recorded_seams.h"
 #include "support/reset_device.h"
-#include "support/scripted_loop.h"
 #include "transport/port_driver.h"
 
 namespace kestrel {
@@ -55,7 +48,7 @@ class JournalWindows : public StartWindows {
   Journal& journal_;
 };
 
-class Start : public testing::Test {
+class Start : public testing::Test, protected RecordedSeams {
  protected:
   Start() {
     ResetDevice();
@@ -71,24 +64,7 @@ class Start : public testing::Test {
 
   Journal journal_;
   JournalWindows windows_{journal_};
-  RecordingPort pins_;
-  PortClock clock_{pins_};
-  ScriptedLoop loop_{clock_};
-  RecordingPointer pointer_;
-  RecordingMessages messages_;
-  MemoryFiles files_;
-  FixedLocale locale_;
-  RecordingBoards boards_;
-  MapDriverService service_;
-  Core core_{Seams{.clock = clock_,
-                   .loop = loop_,
-                   .pointer = pointer_,
-                   .messages = messages_,
-                   .files = files_,
-                   .locale = locale_,
-                   .usb = boards_,
-                   .port = pins_,
-                   .driverService = service_}};
+  Core core_{All()};
 };
 
 TEST_F(Start, LoadingWindowIsPaintedBeforeTheTrialsBegin) {

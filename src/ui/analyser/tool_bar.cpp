@@ -74,20 +74,6 @@ QString QuantityName(const StudyChoice& choice) {
   return title.section(' ', 0, shown.quantity == Quantity::Density ? -1 : 1);
 }
 
-FlatButton* Toggle(const char* name, const QString& text, const QString& icon, const QString& tip) {
-  auto* button = new FlatButton(name, text, icon);
-  button->setCheckable(true);
-  button->setToolTip(tip);
-  return button;
-}
-
-FlatButton* Bare(const char* name, const QString& icon, const QString& word) {
-  auto* button = new FlatButton(name, {}, icon);
-  button->setToolTip(word);
-  button->setAccessibleName(word);
-  return button;
-}
-
 }  // namespace
 
 void ChooseQuantity(StudyChoice& choice, Quantity quantity) {
@@ -155,14 +141,15 @@ void AnalyserToolBar::Fill() {
   cmdCursor = new FlatButton("cmdCursor", tr("No cursor"), "cur1");
   cmdCursor->setToolTip(tr("Kind of cursor (C, D, H, S; N for none)"));
   cmdCursor->SetMenu(new CursorMenu(model_, this));
-  cmdBands = Toggle("cmdBands", tr("Bands"), "bands", tr("The sensor's alarm bands (B)"));
-  cmdLabels = Toggle("cmdLabels", tr("Labels"), "label", tr("Frequencies at the peaks (L)"));
-  cmdKnown = Toggle("cmdKnown", tr("Known"), "star", tr("Known frequencies as bands"));
-  cmdLive = Toggle("cmdLive", tr("Live"), "freeze", {});
-  cmdBack = Bare("cmdBack", "back", tr("Back to the view before (Alt+Left)"));
-  cmdForward = Bare("cmdForward", "fwd", tr("Forward again (Alt+Right)"));
-  cmdShowAll = Bare("cmdShowAll", "fit", tr("Show all (A)"));
-  cmdCopy = Bare("cmdCopy", "copy", tr("Copy the plot as a picture (Ctrl+C)"));
+  cmdBands = MakeFlatToggle("cmdBands", tr("Bands"), "bands", tr("The sensor's alarm bands (B)"));
+  cmdLabels =
+      MakeFlatToggle("cmdLabels", tr("Labels"), "label", tr("Frequencies at the peaks (L)"));
+  cmdKnown = MakeFlatToggle("cmdKnown", tr("Known"), "star", tr("Known frequencies as bands"));
+  cmdLive = MakeFlatToggle("cmdLive", tr("Live"), "freeze", {});
+  cmdBack = MakeFlatButton("cmdBack", {}, "back", tr("Back to the view before (Alt+Left)"));
+  cmdForward = MakeFlatButton("cmdForward", {}, "fwd", tr("Forward again (Alt+Right)"));
+  cmdShowAll = MakeFlatButton("cmdShowAll", {}, "fit", tr("Show all (A)"));
+  cmdCopy = MakeFlatButton("cmdCopy", {}, "copy", tr("Copy the plot as a picture (Ctrl+C)"));
   cmdExport = new FlatButton("cmdExport", tr("Export"), "export");
   cmdExport->setToolTip(tr("Save the plot as PNG, PDF or SVG (Ctrl+E)"));
 }

@@ -154,6 +154,21 @@ void FlatButton::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
+FlatButton* MakeFlatButton(const QString& name, const QString& text, const QString& icon,
+                           const QString& tip) {
+  auto* button = new FlatButton(name, text, icon);
+  button->setToolTip(tip);
+  if (text.isEmpty()) button->setAccessibleName(tip.section(" (", 0, 0));
+  return button;
+}
+
+FlatButton* MakeFlatToggle(const QString& name, const QString& text, const QString& icon,
+                           const QString& tip) {
+  FlatButton* button = MakeFlatButton(name, text, icon, tip);
+  button->setCheckable(true);
+  return button;
+}
+
 Segments::Segments(const QString& name, const QString& accessibleName,
                    const std::vector<Item>& items) {
   setObjectName(name);

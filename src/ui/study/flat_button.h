@@ -48,6 +48,13 @@ class FlatButton : public QToolButton {
   bool isWordShown_ = true;
 };
 
+// A button with a tool tip. One without a word is called by its tip, without the key in brackets.
+FlatButton* MakeFlatButton(const QString& name, const QString& text, const QString& icon,
+                           const QString& tip);
+// The same, which stays pressed until it is pressed again.
+FlatButton* MakeFlatToggle(const QString& name, const QString& text, const QString& icon,
+                           const QString& tip);
+
 // A choice of one of a few, side by side.
 class Segments : public QWidget {
   Q_OBJECT

@@ -18,52 +18,42 @@ constexpr double kDay = 86'400;
 constexpr std::array kSpans{kDay, 7 * kDay, 30 * kDay, 0.0};
 constexpr std::array kScales{AxisKind::Linear, AxisKind::Logarithmic, AxisKind::Decibel};
 
-FlatButton* Button(const char* name, const QString& text, const char* icon, const QString& tip) {
-  auto* button = new FlatButton(name, text, icon);
-  button->setToolTip(tip);
-  if (text.isEmpty()) button->setAccessibleName(tip.section(" (", 0, 0));
-  return button;
-}
-
-FlatButton* Toggle(const char* name, const QString& text, const char* icon, const QString& tip) {
-  FlatButton* button = Button(name, text, icon, tip);
-  button->setCheckable(true);
-  return button;
-}
-
 }  // namespace
 
 TrendBar::TrendBar()
-    : cmdLevel(Button("cmdTrendLevel", tr("Level: RMS"), "", tr("What is followed over time"))),
+    : cmdLevel(
+          MakeFlatButton("cmdTrendLevel", tr("Level: RMS"), "", tr("What is followed over time"))),
       segVertical(new Segments("segTrendVertical", tr("Vertical axis"),
                                {{"optTrendLin", tr("Lin"), {}, tr("Linear (G)")},
                                 {"optTrendLog", tr("Log"), {}, tr("Logarithmic (G)")},
                                 {"optTrendDb", tr("dB"), {}, tr("Decibels re 1 g (G)")}})),
-      cmdLimits(Toggle("cmdTrendLimits", tr("Thresholds"), "bands",
-                       tr("Lines of warning and fault (B)"))),
-      cmdSetLimits(Button("cmdTrendSetLimits", tr("Set..."), "",
-                          tr("Thresholds of your own, in place of the sensor's"))),
-      cmdTemperature(Toggle("cmdTrendTemperature", tr("Temperature"), "plus",
-                            tr("The sensor's temperature in a plot of its own, below"))),
-      cmdBack(Button("cmdTrendBack", {}, "back", tr("The view before (Alt+Left)"))),
-      cmdForward(Button("cmdTrendForward", {}, "fwd", tr("The view after (Alt+Right)"))),
-      cmdShowAll(Button("cmdTrendShowAll", {}, "fit", tr("Show all (A)"))),
-      cmdCopy(Button("cmdTrendCopy", {}, "copy", tr("Copy the picture (Ctrl+C)"))),
-      cmdExport(Button("cmdTrendExport", tr("Export"), "export",
-                       tr("What is shown as a table (CSV) or a picture (Ctrl+E)"))),
-      cmdSpan(Button("cmdTrendSpan", tr("All"), "cal", tr("From when to when"))),
+      cmdLimits(MakeFlatToggle("cmdTrendLimits", tr("Thresholds"), "bands",
+                               tr("Lines of warning and fault (B)"))),
+      cmdSetLimits(MakeFlatButton("cmdTrendSetLimits", tr("Set..."), "",
+                                  tr("Thresholds of your own, in place of the sensor's"))),
+      cmdTemperature(MakeFlatToggle("cmdTrendTemperature", tr("Temperature"), "plus",
+                                    tr("The sensor's temperature in a plot of its own, below"))),
+      cmdBack(MakeFlatButton("cmdTrendBack", {}, "back", tr("The view before (Alt+Left)"))),
+      cmdForward(MakeFlatButton("cmdTrendForward", {}, "fwd", tr("The view after (Alt+Right)"))),
+      cmdShowAll(MakeFlatButton("cmdTrendShowAll", {}, "fit", tr("Show all (A)"))),
+      cmdCopy(MakeFlatButton("cmdTrendCopy", {}, "copy", tr("Copy the picture (Ctrl+C)"))),
+      cmdExport(MakeFlatButton("cmdTrendExport", tr("Export"), "export",
+                               tr("What is shown as a table (CSV) or a picture (Ctrl+E)"))),
+      cmdSpan(MakeFlatButton("cmdTrendSpan", tr("All"), "cal", tr("From when to when"))),
       cbxSeries_(MakeComboBox("cbxTrendSeries", tr("Records that can be compared"),
                               tr("Only records of one kind, sample-rate option and window can be "
                                  "compared; others are a trend of their own"))),
       cbxMachine_(MakeComboBox("cbxTrendMachine", tr("Machine"), tr("Machine"))),
       cbxPoint_(MakeComboBox("cbxTrendPoint", tr("Point"), tr("Measuring point"))),
       txtText_(new QLineEdit),
-      cmdClear_(Button("cmdTrendClear", tr("Show all"), "fit", tr("Take the filters away"))) {
+      cmdClear_(
+          MakeFlatButton("cmdTrendClear", tr("Show all"), "fit", tr("Take the filters away"))) {
   setObjectName("trendBar");
   for (const Axis axis : kAxes) {
     const QString letter(QLatin1Char(Letter(axis)));
-    FlatButton* button = Toggle(qPrintable("cmdTrend" + letter), letter, "",
-                                tr("Show or hide %1; Shift+%1 makes it the main one").arg(letter));
+    FlatButton* button =
+        MakeFlatToggle("cmdTrend" + letter, letter, "",
+                       tr("Show or hide %1; Shift+%1 makes it the main one").arg(letter));
     button->SetSwatch(static_cast<int>(Index(axis)));
     button->SetPlace(axis == Axis::X   ? FlatButton::Place::First
                      : axis == Axis::Z ? FlatButton::Place::Last
@@ -75,7 +65,7 @@ TrendBar::TrendBar()
                         tr("The last 30 days with records"), tr("From the first record on (A)")};
   const std::array names{"cmdTrendDay", "cmdTrendWeek", "cmdTrendMonth", "cmdTrendAll"};
   for (std::size_t i = 0; i < spans_.size(); ++i) {
-    spans_[i] = Button(names[i], texts[i], "", tips[i]);
+    spans_[i] = MakeFlatButton(names[i], texts[i], "", tips[i]);
     spans_[i]->SetPlace(i == 0                   ? FlatButton::Place::First
                         : i + 1 == spans_.size() ? FlatButton::Place::Last
                                                  : FlatButton::Place::Middle);

@@ -7,23 +7,17 @@
 #include "ui/parts/widgets.h"
 
 namespace kestrel {
-namespace {
-
-FlatButton* Button(const char* name, const QString& text, const char* icon, const QString& tip) {
-  auto* button = new FlatButton(name, text, icon);
-  button->setToolTip(tip);
-  return button;
-}
-
-}  // namespace
 
 MonitorBar::MonitorBar()
-    : cmdNew(Button("cmdPlanNew", tr("New plan from present settings"), "plus",
-                    tr("A plan that captures as the sensor is set now; change it as you like"))),
-      cmdOpen(Button("cmdPlanOpen", tr("Open plan..."), "arch", tr("A plan that is a file"))),
-      cmdSave(Button("cmdPlanSave", tr("Save"), "check", tr("Write the plan into its file"))),
-      cmdSaveAs(Button("cmdPlanSaveAs", tr("Save as..."), "export",
-                       tr("Write the plan into another file"))),
+    : cmdNew(MakeFlatButton(
+          "cmdPlanNew", tr("New plan from present settings"), "plus",
+          tr("A plan that captures as the sensor is set now; change it as you like"))),
+      cmdOpen(
+          MakeFlatButton("cmdPlanOpen", tr("Open plan..."), "arch", tr("A plan that is a file"))),
+      cmdSave(
+          MakeFlatButton("cmdPlanSave", tr("Save"), "check", tr("Write the plan into its file"))),
+      cmdSaveAs(MakeFlatButton("cmdPlanSaveAs", tr("Save as..."), "export",
+                               tr("Write the plan into another file"))),
       ckNotify(MakeCheckBox("ckNotify", tr("Desktop notifications"),
                             tr("Tell the desktop when an alarm begins or is over, and when "
                                "monitoring ends by itself"))) {

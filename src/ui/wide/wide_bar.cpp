@@ -20,34 +20,21 @@ const std::array<QuantityChoice, 4> kQuantities{
      {.quantity = Quantity::Velocity, .amplitude = Amplitude::Rms},
      {.quantity = Quantity::Displacement, .amplitude = Amplitude::PeakToPeak}}};
 
-FlatButton* Button(const char* name, const QString& text, const char* icon, const QString& tip) {
-  auto* button = new FlatButton(name, text, icon);
-  button->setToolTip(tip);
-  if (text.isEmpty()) button->setAccessibleName(tip.section(" (", 0, 0));
-  return button;
-}
-
-FlatButton* Toggle(const char* name, const QString& text, const char* icon, const QString& tip) {
-  FlatButton* button = Button(name, text, icon, tip);
-  button->setCheckable(true);
-  return button;
-}
-
 }  // namespace
 
 WideBar::WideBar()
     : cbxKept(MakeComboBox("cbxWideKept", tr("Kept wide spectra"),
                            tr("Wide spectra of the archive, the latest first"))),
-      cmdOptions(Toggle("cmdWideOptions", tr("Options"), "bands",
-                        tr("Where each sample-rate option is used (B)"))),
-      cmdLabels(
-          Toggle("cmdWideLabels", tr("Labels"), "label", tr("Names of the largest lines (L)"))),
-      cmdBack(Button("cmdWideBack", {}, "back", tr("The view before (Alt+Left)"))),
-      cmdForward(Button("cmdWideForward", {}, "fwd", tr("The view after (Alt+Right)"))),
-      cmdShowAll(Button("cmdWideShowAll", {}, "fit", tr("Show all (A)"))),
-      cmdCopy(Button("cmdWideCopy", {}, "copy", tr("Copy the picture (Ctrl+C)"))),
-      cmdExport(Button("cmdWideExport", tr("Export"), "export",
-                       tr("The joined spectrum as a table (CSV) or a picture (Ctrl+E)"))),
+      cmdOptions(MakeFlatToggle("cmdWideOptions", tr("Options"), "bands",
+                                tr("Where each sample-rate option is used (B)"))),
+      cmdLabels(MakeFlatToggle("cmdWideLabels", tr("Labels"), "label",
+                               tr("Names of the largest lines (L)"))),
+      cmdBack(MakeFlatButton("cmdWideBack", {}, "back", tr("The view before (Alt+Left)"))),
+      cmdForward(MakeFlatButton("cmdWideForward", {}, "fwd", tr("The view after (Alt+Right)"))),
+      cmdShowAll(MakeFlatButton("cmdWideShowAll", {}, "fit", tr("Show all (A)"))),
+      cmdCopy(MakeFlatButton("cmdWideCopy", {}, "copy", tr("Copy the picture (Ctrl+C)"))),
+      cmdExport(MakeFlatButton("cmdWideExport", tr("Export"), "export",
+                               tr("The joined spectrum as a table (CSV) or a picture (Ctrl+E)"))),
       cbxQuantity_(MakeComboBox("cbxWideQuantity", tr("Quantity"),
                                 tr("What is drawn: a density compares noise, an amplitude lines"))),
       segVertical_(new Segments("segWideVertical", tr("Vertical axis"),
@@ -57,8 +44,9 @@ WideBar::WideBar()
   for (const QuantityChoice& choice : kQuantities) cbxQuantity_->addItem(Text(TitleOf(choice)));
   for (const Axis axis : kAxes) {
     const QString letter(QLatin1Char(Letter(axis)));
-    FlatButton* button = Toggle(qPrintable("cmdWide" + letter), letter, "",
-                                tr("Show or hide %1; Shift+%1 makes it the main one").arg(letter));
+    FlatButton* button =
+        MakeFlatToggle("cmdWide" + letter, letter, "",
+                       tr("Show or hide %1; Shift+%1 makes it the main one").arg(letter));
     button->SetSwatch(static_cast<int>(Index(axis)));
     button->SetPlace(axis == Axis::X   ? FlatButton::Place::First
                      : axis == Axis::Z ? FlatButton::Place::Last
