@@ -20,8 +20,8 @@
 
 #include "figure.h"
 #include "logging/data_log.h"
-#include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
+#include "platform/system_files.h"
 #include "record/current_record.h"
 #include "support/temporary_folder.h"
 

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "platform/linux/system_clock.h"
-#include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
+#include "platform/system_files.h"
 #include "start/start.h"
 #include "station/sensor_road.h"
 #include "ui/main/start_windows.h"

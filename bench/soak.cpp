@@ -12,7 +12,7 @@
 #include <string>
 
 #include "numeric/number_format.h"
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "record/capture_data.h"
 #include "simulator/simulated_hardware.h"
 #include "station/station.h"

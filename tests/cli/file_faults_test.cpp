@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "program_bench.h"
 #include "support/environment.h"
 #include "support/killed_child.h"

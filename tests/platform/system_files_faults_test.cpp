@@ -11,7 +11,7 @@
 #include <string>
 
 #include "numeric/runtime_error.h"
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "support/killed_child.h"
 #include "support/system_call_faults.h"
 #include "support/temporary_folder.h"

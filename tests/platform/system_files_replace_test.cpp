@@ -13,7 +13,7 @@
 #include <thread>
 
 #include "numeric/runtime_error.h"
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "support/other_user.h"
 #include "support/temporary_folder.h"
 

@@ -1,7 +1,7 @@
 // The places of files, and reading and listing them.
 // SPDX-License-Identifier: MIT
 // Places and reading; replacing is in system_files_replace_test.cpp.
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

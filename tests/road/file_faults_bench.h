@@ -18,7 +18,7 @@
 #include "device/register_models.h"
 #include "logging/data_log.h"
 #include "numeric/runtime_error.h"
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "simulator/simulated_hardware.h"
 #include "support/change_record.h"
 #include "support/environment.h"

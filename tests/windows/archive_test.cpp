@@ -8,7 +8,7 @@
 #include "exchange/exported.h"
 #include "exchange/imported.h"
 #include "exchange/kept_note.h"
-#include "platform/windows/system_files.h"
+#include "platform/system_files.h"
 #include "seams/path_text.h"
 #include "support/random_records.h"
 

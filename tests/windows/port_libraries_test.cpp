@@ -13,7 +13,7 @@
 #include <system_error>
 #include <vector>
 
-#include "platform/windows/system_files.h"
+#include "platform/system_files.h"
 
 #include "recorder.h"
 

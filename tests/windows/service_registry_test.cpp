@@ -9,7 +9,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "platform/windows/system_files.h"
+#include "platform/system_files.h"
 #include "seams/path_text.h"
 #include "support/recording_messages.h"
 #include "transport/port_driver.h"

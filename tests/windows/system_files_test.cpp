@@ -1,6 +1,6 @@
 // Files written, replaced and read with the calls of Windows.
 // SPDX-License-Identifier: MIT
-#include "platform/windows/system_files.h"
+#include "platform/system_files.h"
 
 #include <gtest/gtest.h>
 

@@ -19,9 +19,9 @@
 #include "platform/linux/ppdev_port.h"
 #include "platform/linux/ppdev_service.h"
 #include "platform/linux/system_clock.h"
-#include "platform/linux/system_files.h"
 #include "platform/linux/system_locale.h"
 #include "platform/locked_usb_driver.h"
+#include "platform/system_files.h"
 
 namespace kestrel {
 namespace {

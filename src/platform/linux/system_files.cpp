@@ -1,6 +1,6 @@
-// Reading, listing and replacing files whole, call by call of the system.
+// Reading and replacing files whole, call by call of the system.
 // SPDX-License-Identifier: MIT
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -140,12 +140,6 @@ fs::path SystemFiles::ProgramFolder() {
   return error ? WorkingFolder() : program.parent_path();
 }
 
-fs::path SystemFiles::WorkingFolder() {
-  std::error_code error;
-  const fs::path folder = fs::current_path(error);
-  return error ? fs::path(".") : folder;
-}
-
 fs::path SystemFiles::DocumentsFolder() {
   std::error_code error;
   const char* chosen = std::getenv("XDG_DOCUMENTS_DIR");
@@ -181,17 +175,6 @@ std::optional<std::string> SystemFiles::Read(const fs::path& file, std::size_t l
   return content;
 }
 
-std::vector<std::string> SystemFiles::List(const fs::path& folder) {
-  std::vector<std::string> names;
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error), end; !error && entry != end;
-       entry.increment(error)) {
-    std::error_code unknown;
-    if (entry->is_regular_file(unknown)) names.push_back(entry->path().filename().string());
-  }
-  return names;
-}
-
 void SystemFiles::ReplaceWhole(const fs::path& file, std::string_view content) {
   std::error_code missing;
   const fs::path linked = fs::canonical(file, missing);
@@ -200,18 +183,6 @@ void SystemFiles::ReplaceWhole(const fs::path& file, std::string_view content) {
   } catch (const std::system_error& error) {
     throw RuntimeError(file.string() + ": " + error.code().message());
   }
-}
-
-void SystemFiles::MakeFolder(const fs::path& folder) {
-  std::error_code error;
-  fs::create_directories(folder, error);
-  if (error) throw RuntimeError(folder.string() + ": " + error.message());
-}
-
-void SystemFiles::Remove(const fs::path& file) {
-  std::error_code error;
-  fs::remove(file, error);
-  if (error) throw RuntimeError(file.string() + ": " + error.message());
 }
 
 }  // namespace kestrel

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "numeric/number_parse.h"
-#include "platform/windows/system_files.h"
+#include "platform/system_files.h"
 #include "seams/path_text.h"
 
 namespace kestrel {

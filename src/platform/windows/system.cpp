@@ -15,11 +15,11 @@
 #include "platform/libusb/libusb_driver.h"
 #include "platform/locked_port.h"
 #include "platform/locked_usb_driver.h"
+#include "platform/system_files.h"
 #include "platform/windows/ezusb_driver.h"
 #include "platform/windows/port_libraries.h"
 #include "platform/windows/service_registry.h"
 #include "platform/windows/system_clock.h"
-#include "platform/windows/system_files.h"
 #include "platform/windows/system_locale.h"
 #include "seams/path_text.h"
 

@@ -5,7 +5,7 @@
 #include <QStatusBar>
 #include <QTemporaryDir>
 
-#include "platform/linux/system_files.h"
+#include "platform/system_files.h"
 #include "ui/analyser/analyser_bench.h"
 #include "ui/analyser/no_host.h"
 
