@@ -274,11 +274,10 @@ const NewRecord* Keeper::Next() {
 }
 
 void Keeper::Done(const std::function<void(KeeperState&)>& change) {
-  {
-    const std::lock_guard lock(mutex_);
+  Tell([&](KeeperState& state) {
     queue_.pop_front();
-  }
-  Tell(change);
+    change(state);
+  });
   safe_.notify_all();
 }
 

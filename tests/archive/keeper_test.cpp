@@ -119,6 +119,8 @@ TEST_P(Keepers, ARecordAndItsAmendmentsInMemoryAreOneRecord) {
   }
   isAway_ = isWaitingAway_ = false;
   ASSERT_TRUE(keeper.Finish(kPatience));
+  // The waiting file came back first, and may have taken them.
+  ASSERT_TRUE(Gets(keeper, [](const KeeperState& state) { return state.waiting == 0; }));
   Archive archive(place_->Connect());
   for (const std::int64_t id : archive.Find({})) {
     EXPECT_EQ(archive.Get(id)->record.alarms.axes[0].status, 3);
