@@ -88,8 +88,7 @@ void Monitor::RestorePast() {
   for (std::string line; std::getline(untold, line);) {
     if (auto alarm = AlarmFrom(line, names_)) untold_.push_back(*std::move(alarm));
   }
-  std::istringstream recent(text(kRecent));
-  for (std::string uid; recent >> uid;) recent_.push_back(uid);
+  seen_.Restore(text(kRecent));
   Tell(alarms_.EndWhere([this](const AlarmKey& key) { return !IsJudged(plan_, key); }, now.wall));
   dealt_ = accounted_ = now.wall - plan_.every;
   if (text(kAccounted).empty()) return;
@@ -154,7 +153,11 @@ void Monitor::Finish() {
   TellStatus(publish::State::Stopped);
   TellAlarms();
   diary_.Set(kEnded, "1");
-  diary_.Flush();
+  if (!diary_.Flush()) {
+    return site_.say("The journal's last entries could not be kept: " +
+                         std::string(diary_.Trouble().value().what()) + ".",
+                     true);
+  }
   if (diary_.BringAll(kBringingPatience)) return;
   site_.say("The journal's last entries are brought to the archive at the next start.", true);
 }

@@ -15,6 +15,7 @@
 #include "monitor/diary.h"
 #include "monitor/incidents.h"
 #include "monitor/runner.h"
+#include "monitor/seen_records.h"
 #include "monitor/sensor.h"
 #include "publish/publisher.h"
 
@@ -99,7 +100,7 @@ class Monitor {
   bool Came(const Tried<Value>& tried, std::int64_t missed);
   void Missed(const Trouble& trouble, std::int64_t captures);
   void Keep(const std::vector<Record>& records, std::size_t step);
-  bool KeepFromSensor(const Record& record);
+  bool KeepFromSensor(const Record& record, bool isInFlash);
   void Hand(const Record& record, const archive::Uid& uid,
             const std::optional<archive::WideMark>& wide);
   void Judge(const Record& record, const archive::Uid& uid, std::size_t step);
@@ -127,7 +128,7 @@ class Monitor {
   std::unique_ptr<archive::Keeper> keeper_;
   std::deque<Handed> handed_;
   std::deque<publish::Alarm> untold_;  // not yet safe at the publisher
-  std::deque<std::string> recent_;     // uids of the sensor's own records
+  SeenRecords seen_;                   // of the sensor's own series
   std::deque<std::string> unsaid_;     // of alarms that are not yet on the disk
   // Every capture that was due up to then is dealt with; is on a disk.
   std::chrono::system_clock::time_point dealt_{};

@@ -11,8 +11,6 @@
 namespace kestrel::monitor {
 namespace {
 
-constexpr std::size_t kMostRecent = 64;
-
 archive::Remarks RemarksOf(const Plan& plan) {
   archive::Remarks remarks = plan.remarks;
   if (remarks.machine.empty()) remarks.machine = plan.sensor;
@@ -99,13 +97,12 @@ void Monitor::LookAtCount() {
 void Monitor::Fetch() {
   const auto fetched = sensor_.Newest();
   if (!Came(fetched, 0)) return;
-  const auto& record = std::get<std::optional<Record>>(fetched);
-  if (!record) return LookAtCount();
+  const auto& newest = std::get<std::optional<NewestRecord>>(fetched);
+  if (!newest) return LookAtCount();
   const Now now = Time();
-  const std::int64_t lost = runner_.Fetched(record->conditions.recordCount, now.boot);
-  NoteReplaced(lost, now);
+  const bool isNew = KeepFromSensor(newest->record, newest->isInFlash);
+  runner_.Fetched(newest->record.conditions.recordCount, isNew, now.boot);
   incidents_.End(Incident::SensorSilent, now);
-  KeepFromSensor(*record);
   dealt_ = now.wall;
   TellStatus(publish::State::Up);
 }
@@ -113,19 +110,20 @@ void Monitor::Fetch() {
 void Monitor::FetchStored() {
   const auto fetched = sensor_.Stored();
   if (!Came(fetched, 0)) return;
-  std::int64_t found = 0;
-  for (const Record& record : std::get<std::vector<Record>>(fetched)) {
-    if (KeepFromSensor(record)) ++found;
-  }
-  NoteReplaced(runner_.StoredFetched(found), Time());
+  const auto& stored = std::get<StoredRecords>(fetched);
+  const auto found = std::ranges::count_if(
+      stored.records, [this](const Record& record) { return KeepFromSensor(record, true); });
+  const Now now = Time();
+  runner_.CountSeen(stored.count, now.boot);
+  NoteReplaced(runner_.StoredFetched(found, stored.areAll), now);
 }
 
 void Monitor::NoteReplaced(std::int64_t lost, const Now& now) {
   if (lost <= 0) return;
   incidents_.Once(Incident::CaptureLost,
-                  RecordCount(lost) +
-                      " of the sensor's series were replaced before they could be "
-                      "fetched.",
+                  RecordCount(lost) + " of the sensor's series " +
+                      (lost == 1 ? "was replaced before it" : "were replaced before they") +
+                      " could be fetched.",
                   now.wall, now.wall, lost);
 }
 
@@ -141,15 +139,11 @@ void Monitor::Keep(const std::vector<Record>& records, std::size_t step) {
 }
 
 // False where it was kept before.
-bool Monitor::KeepFromSensor(const Record& record) {
+bool Monitor::KeepFromSensor(const Record& record, bool isInFlash) {
   const archive::Uid uid = UidOfWords(record);
-  const std::string name = archive::TextOf(uid);
-  if (std::ranges::find(recent_, name) != recent_.end()) return false;
-  recent_.push_back(name);
-  if (recent_.size() > kMostRecent) recent_.pop_front();
-  std::string text;
-  for (const std::string& each : recent_) text += each + " ";
-  diary_.Set("recent", text);
+  const bool isNew = seen_.Add(archive::TextOf(uid), isInFlash);
+  diary_.Set("recent", seen_.Text());
+  if (!isNew) return false;
   Hand(record, uid, std::nullopt);
   Judge(record, uid, 0);
   return true;

@@ -79,9 +79,10 @@ Runner::Time Runner::LookEvery() const {
 
 Next Runner::OfSeries(Time now) {
   if (seriesRuns_ && lookFirst_) return {Do::LookAtCount};
+  // The newest first: what comes out of the flash takes its place in the buffers.
+  if (seriesRuns_ && seen_ != fetched_) return {Do::Fetch};
   if (lookInFlash_) return {Do::FetchStored};
   if (!seriesRuns_) return {Do::BeginSeries};
-  if (seen_ != fetched_) return {Do::Fetch};
   if (now - movedAt_ > std::max(kPeriodsOfSilence * period_, kLeastSilence)) {
     seriesRuns_ = false;
     return {Do::Wait, now};
@@ -105,27 +106,25 @@ void Runner::CountSeen(std::int32_t count, Time now) {
   seen_ = count;
   if (!std::exchange(lookFirst_, false)) return;
   // One that restarted has ended its series.
-  if (count < *fetched_ || count == 0) {
-    seriesRuns_ = false;
-    return;
-  }
-  behind_ = std::max<std::int64_t>(Moved(*fetched_, count) - 1, 0);
+  if (count < *fetched_ || count == 0) seriesRuns_ = false;
 }
 
-std::int64_t Runner::Fetched(std::int32_t count, Time now) {
-  const std::int64_t moved = Moved(*fetched_, count);
+void Runner::Fetched(std::int32_t count, bool isNew, Time now) {
+  const std::int64_t missing = Moved(*fetched_, count) - (isNew ? 1 : 0);
+  if (missing > 0) {
+    behind_ += missing;
+    lookInFlash_ = true;
+  }
   if (seen_ != count) movedAt_ = now;
   seen_ = fetched_ = count;
   schedule_.TakeUpTo(now);
-  return std::max<std::int64_t>(moved - 1, 0);
 }
 
-// The newest, where there is one, is still to be fetched.
-std::int64_t Runner::StoredFetched(std::int64_t found) {
+std::int64_t Runner::StoredFetched(std::int64_t found, bool isAll) {
+  behind_ = std::max<std::int64_t>(behind_ - found, 0);
+  if (!isAll) return 0;
   lookInFlash_ = false;
-  const std::int64_t behind = std::exchange(behind_, 0);
-  if (behind > 0) fetched_ = (*seen_ - 1) & (kCounts - 1);
-  return std::max<std::int64_t>(behind - found, 0);
+  return std::exchange(behind_, 0);
 }
 
 }  // namespace kestrel::monitor

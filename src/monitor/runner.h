@@ -20,7 +20,7 @@ struct Next {
     BeginSeries,  // set the sensor's timer mode and start it
     LookAtCount,  // read REC_CNT and tell it
     Fetch,        // the newest record of the series
-    FetchStored,  // the records in its flash: a series may have gone on while it was not reached
+    FetchStored,  // records in its flash: a series may have gone on while it was not reached
     End
   };
   Do what = Do::Wait;
@@ -53,10 +53,11 @@ class Runner {
   // Of a series.
   void SeriesBegan(std::int32_t count, Time now);
   void CountSeen(std::int32_t count, Time now);
-  // Each returns how many records were taken by the sensor and can no longer be had; `found` of
-  // them came out of the flash.
-  [[nodiscard]] std::int64_t Fetched(std::int32_t count, Time now);
-  [[nodiscard]] std::int64_t StoredFetched(std::int64_t found);
+  // `isNew`: it had not been had before.
+  void Fetched(std::int32_t count, bool isNew, Time now);
+  // So many came out of the flash that had not been had before. Once all of it was read: how many
+  // records the sensor took that can no longer be had.
+  [[nodiscard]] std::int64_t StoredFetched(std::int64_t found, bool isAll);
 
  private:
   [[nodiscard]] Next OfSeries(Time now);
@@ -73,9 +74,9 @@ class Runner {
   Time tryAfter_;
   // Of a series.
   bool seriesRuns_ = false;
-  bool lookInFlash_ = true;  // the sensor was out of reach
+  bool lookInFlash_ = true;  // the sensor was out of reach, or was looked at too late
   bool lookFirst_ = false;   // at its count: a series ran before that
-  std::int64_t behind_ = 0;  // records taken meanwhile, the newest not among them
+  std::int64_t behind_ = 0;  // records taken that were not had, and may be in the flash
   std::optional<std::int32_t> seen_{};
   std::optional<std::int32_t> fetched_{};
   Time lookedAt_{0};

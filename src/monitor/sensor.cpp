@@ -3,6 +3,7 @@
 #include "monitor/sensor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "acquisition/capture_steps.h"
 #include "acquisition/readings.h"
@@ -27,6 +28,22 @@ bool IsGuarded(std::size_t index) {
 
 Trouble Lost() {
   return {Trouble::Kind::Away, "The sensor was lost."};
+}
+
+// The first few by name.
+std::string PutBackText(const setup::Setup& set, const setup::Setup& now,
+                        const std::vector<std::size_t>& others) {
+  std::string text;
+  std::size_t count = 0;
+  for (const std::size_t index : others) {
+    for (const setup::Difference& one : setup::DifferenceOfRegister(set, now, index)) {
+      if (++count > kMostDifferences) continue;
+      text += (text.empty() ? "" : "; ") + one.place + " was " + one.now + ", set again to " +
+              one.saved;
+    }
+  }
+  if (count <= kMostDifferences) return text;
+  return text + "; and " + std::to_string(count - kMostDifferences) + " more";
 }
 
 std::string SensorText(const SensorIdentity& identity) {
@@ -57,6 +74,7 @@ std::optional<Trouble> Sensor::Mute() {
 
 Tried<SensorNews> Sensor::Connect() {
   setup_.reset();
+  nextStored_ = 0;
   const Done connected = station_.Connect();
   if (!connected) return TroubleOf(connected.Why());
   if (auto trouble = Mute()) return *std::move(trouble);
@@ -87,6 +105,14 @@ std::optional<Sensor::Words> Sensor::ReadWords() {
   return words;
 }
 
+setup::Setup Sensor::SetupOf(const Words& words) {
+  setup::Setup setup;
+  for (std::size_t index = 0; index < kRegisters; ++index) {
+    setup.registers[index] = static_cast<std::uint16_t>(words[index].value_or(0));
+  }
+  return setup;
+}
+
 Tried<SensorNews> Sensor::Check() {
   if (auto trouble = Mute()) return *std::move(trouble);
   const auto words = ReadWords();
@@ -95,27 +121,18 @@ Tried<SensorNews> Sensor::Check() {
   SensorNews news;
   news.restarted = count_ && *count < *count_;
   count_ = *count;
-  setup::Setup set;
-  setup::Setup now;
+  const setup::Setup set = SetupOf(*asSet_);
+  const setup::Setup now = SetupOf(*words);
   std::vector<std::size_t> others;
   for (std::size_t index = 0; index < kRegisters; ++index) {
-    set.registers[index] = static_cast<std::uint16_t>((*asSet_)[index].value_or(0));
-    now.registers[index] = static_cast<std::uint16_t>((*words)[index].value_or(0));
     if (set.registers[index] != now.registers[index]) others.push_back(index);
   }
-  std::size_t told = 0;
   for (const std::size_t index : others) {
-    for (const setup::Difference& one : setup::DifferenceOfRegister(set, now, index)) {
-      if (++told > kMostDifferences) break;
-      news.putBack += (news.putBack.empty() ? "" : "; ") + one.place + " was " + one.now +
-                      ", set again to " + one.saved;
-    }
-    if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) {
-      return Lost();
-    }
+    if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) return Lost();
   }
   if (!others.empty()) {
     setup_.reset();
+    news.putBack = PutBackText(set, now, others);
     if (ReadWords() != asSet_) {
       return Trouble{Trouble::Kind::Silent,
                      "The sensor does not take its settings: " + news.putBack};
@@ -209,31 +226,41 @@ Tried<std::int32_t> Sensor::Count() {
   return *count;
 }
 
-Tried<std::optional<Record>> Sensor::Newest() {
+Tried<std::optional<NewestRecord>> Sensor::Newest() {
   const auto record = station_.Records().ReadPresent(RecordKind::Spectrum);
   if (!record) return TroubleOf(record.Why());
-  const auto after = Count();
-  if (const auto* trouble = std::get_if<Trouble>(&after)) return *trouble;
-  if (std::get<std::int32_t>(after) != record->conditions.recordCount)
-    return std::optional<Record>{};
-  return std::optional{*record};
-}
-
-Tried<std::vector<Record>> Sensor::Stored() {
-  std::vector<Record> records;
   const auto stored = Read(row::REC_FLSH_CNT);
   if (!stored) return Lost();
-  for (int number = 0; number < std::min<int>(*stored, kStoredRecords); ++number) {
-    const auto before = Count();
-    if (const auto* trouble = std::get_if<Trouble>(&before)) return *trouble;
-    const auto record = station_.Records().ReadStored(number, RecordKind::Spectrum);
-    if (!record) return TroubleOf(record.Why());
-    const auto after = Count();
-    if (const auto* trouble = std::get_if<Trouble>(&after)) return *trouble;
-    // A sensor that captures meanwhile retrieves nothing, or mixes two records.
-    if (std::get<std::int32_t>(after) == std::get<std::int32_t>(before)) records.push_back(*record);
+  const auto after = Count();
+  if (const auto* trouble = std::get_if<Trouble>(&after)) return *trouble;
+  if (std::get<std::int32_t>(after) != record->conditions.recordCount) {
+    return std::optional<NewestRecord>{};
   }
-  return records;
+  const bool isInFlash = std::exchange(stored_, *stored) != *stored;
+  return std::optional{NewestRecord{*record, isInFlash}};
+}
+
+Tried<StoredRecords> Sensor::Stored() {
+  const auto stored = Read(row::REC_FLSH_CNT);
+  if (!stored || !count_) return Lost();
+  stored_ = *stored;
+  StoredRecords found{.count = *count_};
+  for (; nextStored_ < std::min<int>(*stored, kStoredRecords); ++nextStored_) {
+    auto count = Count();
+    if (auto* trouble = std::get_if<Trouble>(&count)) return *std::move(trouble);
+    if (std::get<std::int32_t>(count) != found.count) break;
+    const auto record = station_.Records().ReadStored(nextStored_, RecordKind::Spectrum);
+    if (!record) return TroubleOf(record.Why());
+    count = Count();
+    if (auto* trouble = std::get_if<Trouble>(&count)) return *std::move(trouble);
+    // A sensor that captures meanwhile retrieves nothing, or mixes two records.
+    if (std::get<std::int32_t>(count) != found.count) break;
+    found.records.push_back(*record);
+  }
+  found.areAll = *count_ == found.count;
+  found.count = *count_;
+  if (found.areAll) nextStored_ = 0;
+  return found;
 }
 
 }  // namespace kestrel::monitor

@@ -36,6 +36,17 @@ struct SensorNews {
   std::string putBack{};   // settings that were others than set, and are as set again
 };
 
+struct NewestRecord {
+  Record record{};
+  bool isInFlash = false;  // it was stored as it was taken
+};
+
+struct StoredRecords {
+  std::vector<Record> records{};  // those that could be read whole
+  std::int32_t count = 0;         // REC_CNT after them
+  bool areAll = false;
+};
+
 class Sensor {
  public:
   Sensor(Station& station, Patience& patience) : station_(station), patience_(patience) {}
@@ -50,9 +61,10 @@ class Sensor {
   [[nodiscard]] Tried<std::int32_t> BeginSeries(const Step& step, std::chrono::seconds period);
   [[nodiscard]] Tried<std::int32_t> Count();  // REC_CNT
   // The record in the buffers; nothing where the sensor took another meanwhile.
-  [[nodiscard]] Tried<std::optional<Record>> Newest();
-  // Those of the flash that could be read whole.
-  [[nodiscard]] Tried<std::vector<Record>> Stored();
+  [[nodiscard]] Tried<std::optional<NewestRecord>> Newest();
+  // Of the flash, from where the last call ended. A record that the sensor takes meanwhile is to be
+  // fetched first: the next one out of the flash would take its place.
+  [[nodiscard]] Tried<StoredRecords> Stored();
 
  private:
   static constexpr std::size_t kRegisters = setup::kRegisters;
@@ -67,6 +79,7 @@ class Sensor {
   [[nodiscard]] std::optional<Trouble> Mute();
   // Nothing where the sensor was lost.
   [[nodiscard]] std::optional<Words> ReadWords();
+  [[nodiscard]] static setup::Setup SetupOf(const Words& words);
 
   Station& station_;
   Patience& patience_;
@@ -74,6 +87,8 @@ class Sensor {
   std::optional<RecordSetup> setup_;  // as the sensor is set; none where that is not known
   std::optional<SensorIdentity> identity_;
   std::optional<std::int32_t> count_;  // REC_CNT as last seen
+  std::int32_t stored_ = 0;            // REC_FLSH_CNT as last seen
+  int nextStored_ = 0;                 // number in the flash
 };
 
 }  // namespace kestrel::monitor

@@ -11,6 +11,7 @@
 
 #include "archive/journal.h"
 #include "support/monitored_world.h"
+#include "support/sensor_frames.h"
 
 namespace kestrel::monitor {
 
@@ -42,6 +43,16 @@ inline std::int64_t MissedOf(const std::vector<archive::JournalEntry>& entries) 
   std::int64_t missed = 0;
   for (const archive::JournalEntry& entry : entries) missed += entry.missed;
   return missed;
+}
+
+// What somebody else reads of the sensor.
+inline int WordAt(MonitoredWorld& world, int address) {
+  SimulatedSensor& sensor = world.Hardware().Sensor();
+  int word = 0;
+  for (const int frame : ReadFrames(address)) {
+    word = sensor.Exchange(static_cast<std::uint16_t>(frame));
+  }
+  return word;
 }
 
 // Every capture that was asked for while it ran is kept, or its absence is told.

@@ -189,55 +189,6 @@ TEST(Monitor, ASecondRunSaysThatTheFirstHadEndedAndWhatWasMissed) {
   EXPECT_LE(away[1].missed, 1);
 }
 
-TEST(Monitor, RecordsOfTheSensorsOwnTimerAreFetchedAsTheyCome) {
-  MonitoredWorld world("bench = b\nsensor = s\nevery = 20 s\n[timer]\n");
-  world.Start();
-  world.Run(405s);
-  world.Stop();
-  EXPECT_GE(Kept(world), 20);
-  EXPECT_LE(Kept(world), 22);
-  EXPECT_EQ(MissedOf(Entries(world)), 0);
-}
-
-TEST(Monitor, ASeriesGoesOnAfterTheSensorWasAway) {
-  MonitoredWorld world("bench = b\nsensor = s\nevery = 20 s\n[timer]\n");
-  world.Start();
-  world.Run(100s);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(200s);
-  world.Hardware().Adapter().Replug(0);
-  world.Run(200s);
-  world.Stop();
-  EXPECT_EQ(Entries(world, "sensor away").size(), 1U);
-  EXPECT_GE(Kept(world), 13);
-  EXPECT_NEAR(static_cast<double>(Kept(world) + MissedOf(Entries(world))), 25, 2);
-}
-
-// The sensor stays powered by another cable, and stores what it takes.
-TEST(Monitor, RecordsInTheSensorsFlashAreFetchedAfterAnInterruption) {
-  Scenario scenario = RunningMachine();
-  constexpr std::uint16_t kTimerStoresAll = 0x1039;  // Hanning, 70 g, all records, timer mode
-  scenario.preset.settings.push_back({0x1C, kTimerStoresAll});
-  MonitoredWorld world("bench = b\nsensor = s\nconnect = usb Ezusb-0\nevery = 20 s\n[timer]\n",
-                       scenario);
-  world.Hardware().Adapter().SetBoard(1, BoardDescription{});
-  world.Start();
-  world.Run(100s);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(130s);
-  world.Hardware().Adapter().Replug(0);
-  world.Run(100s);
-  world.Stop();
-  auto archive = world.OpenArchive();
-  int stored = 0;
-  for (const std::int64_t id : archive.Find({})) {
-    stored += archive.Get(id)->record.origin.stored ? 1 : 0;
-  }
-  EXPECT_GE(stored, 5);
-  EXPECT_EQ(MissedOf(Entries(world)), 0);
-  EXPECT_NEAR(static_cast<double>(Kept(world)), 16, 1);
-}
-
 // A capture of a minute and a quarter.
 constexpr const char* kSlowPlan =
     "bench = b\nsensor = s\nevery = 10 min\n[capture]\noption = 3\naverages = 28\n";

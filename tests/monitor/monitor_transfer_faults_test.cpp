@@ -4,6 +4,7 @@
 
 #include "monitor_checks.h"
 #include "support/monitored_world.h"
+#include "support/sensor_frames.h"
 
 namespace kestrel::monitor {
 namespace {
@@ -65,6 +66,44 @@ TEST_P(MonitorWithFaults, AccountsForEveryCaptureWhereverItComes) {
     EXPECT_EQ(kept->record.settings.range, 3);
     // What the machine does is loud at its lines, on each axis.
     for (const auto& level : kept->levels) EXPECT_GT(level.value().peakG, 0.01) << id;
+  }
+}
+
+// As above, of a series that the sensor takes and stores by itself while the program cannot reach
+// it.
+TEST_P(MonitorWithFaults, KeepsEachRecordOfASeriesOnceOrTellsItsAbsence) {
+  Scenario scenario = RunningMachine();
+  constexpr std::uint16_t kTimerStoresAll = 0x1039;  // Hanning, 70 g
+  scenario.preset.settings.push_back({address::kRecCtrl, kTimerStoresAll});
+  MonitoredWorld world("bench = b\nsensor = s\nconnect = usb Ezusb-0\nevery = 10 s\n[timer]\n",
+                       scenario);
+  world.Hardware().Adapter().SetBoard(1, BoardDescription{});  // goes on powering the sensor
+  int met = 0;
+  world.Start();
+  for (int request = 1; request < 3000; request = After(request)) {
+    world.Usb().FaultAt(request, GetParam().fault, [&] {
+      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
+    });
+    world.Run(30s);
+    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
+    world.Usb().Mend();
+    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    world.Run(20s);
+  }
+  world.Run(60s);
+  world.Stop();
+  EXPECT_GT(met, 45);
+  auto archive = world.OpenArchive();
+  std::set<std::int32_t> counts;
+  for (const std::int64_t id : archive.Find({})) {
+    counts.insert(archive.Get(id)->record.conditions.recordCount);
+  }
+  const std::int32_t newest = *counts.rbegin();
+  EXPECT_GE(newest, WordAt(world, address::kRecCnt) - 1);
+  EXPECT_GT(archive.Count(), met);
+  EXPECT_EQ(archive.Count() + MissedOf(Entries(world, "capture lost")), newest);
+  for (const archive::JournalEntry& entry : Entries(world)) {
+    EXPECT_TRUE(entry.ended) << entry.kind << ": " << entry.text;
   }
 }
 

@@ -26,7 +26,7 @@ Runner InSeries(std::int32_t count, std::chrono::seconds every = 10s) {
   Runner runner(plan, kStart);
   runner.Connected(kStart);
   EXPECT_EQ(runner.Decide(kStart).what, Do::FetchStored);
-  EXPECT_EQ(runner.StoredFetched(0), 0);
+  EXPECT_EQ(runner.StoredFetched(0, true), 0);
   EXPECT_EQ(runner.Decide(kStart).what, Do::BeginSeries);
   runner.SeriesBegan(count, kStart);
   return runner;
@@ -98,9 +98,8 @@ TEST(Runners, OfASeriesLookAtTheCountTenTimesAPeriodAndFetchWhatIsNew) {
   EXPECT_EQ(runner.Decide(kStart + 1s), (Next{Do::Wait, kStart + 2s}));
   runner.CountSeen(8, kStart + 2s);
   EXPECT_EQ(runner.Decide(kStart + 2s).what, Do::Fetch);
-  EXPECT_EQ(runner.Fetched(8, kStart + 2s), 0);
+  runner.Fetched(8, true, kStart + 2s);
   EXPECT_EQ(runner.Decide(kStart + 2s).what, Do::Wait);
-  EXPECT_EQ(runner.Fetched(11, kStart + 3s), 2) << "two came and went";
   EXPECT_EQ(runner.TakePassed(kStart + 500s), 0) << "the sensor's count tells";
 }
 
@@ -111,10 +110,12 @@ TEST(Runners, OfASeriesLookNeitherTooOftenNorTooSeldom) {
 
 TEST(Runners, OfASeriesCountOnOverTheEndOfTheSensorsNumbers) {
   Runner runner = InSeries(0xFFFE);
-  EXPECT_EQ(runner.Fetched(1, kStart + 1s), 2);
-  EXPECT_EQ(runner.Fetched(1, kStart + 1s), 0) << "the same again";
+  runner.Fetched(1, true, kStart + 1s);
+  runner.Fetched(1, true, kStart + 1s);
+  EXPECT_EQ(runner.StoredFetched(0, true), 2);
   Runner restarted = InSeries(5000);
-  EXPECT_EQ(restarted.Fetched(3, kStart + 1s), 2) << "a sensor that began anew counts from 0";
+  restarted.Fetched(3, true, kStart + 1s);
+  EXPECT_EQ(restarted.StoredFetched(0, true), 2) << "a sensor that began anew counts from 0";
 }
 
 TEST(Runners, BeginASeriesAnewThatHasBeenSilent) {
@@ -131,7 +132,7 @@ TEST(Runners, BeginASeriesAnewThatHasBeenSilent) {
   EXPECT_EQ(slow.Decide(kStart + 3h + 1s).what, Do::BeginSeries);
   Runner alive = InSeries(7);
   alive.CountSeen(8, kStart + 60s);
-  EXPECT_EQ(alive.Fetched(8, kStart + 60s), 0);
+  alive.Fetched(8, true, kStart + 60s);
   alive.CountSeen(8, kStart + 140s);
   EXPECT_EQ(alive.Decide(kStart + 140s).what, Do::Wait) << "its count moved in between";
 }
@@ -142,10 +143,37 @@ TEST(Runners, FetchFromTheFlashWhatCameWhileTheSensorWasAway) {
   runner.Connected(kStart + 60s);
   EXPECT_EQ(runner.Decide(kStart + 60s).what, Do::LookAtCount);
   runner.CountSeen(12, kStart + 60s);
+  EXPECT_EQ(runner.Decide(kStart + 60s).what, Do::Fetch) << "the flash would take its place";
+  runner.Fetched(12, true, kStart + 60s);
   EXPECT_EQ(runner.Decide(kStart + 60s).what, Do::FetchStored);
-  EXPECT_EQ(runner.StoredFetched(3), 1) << "four and the newest: one of them is gone";
-  EXPECT_EQ(runner.Decide(kStart + 60s).what, Do::Fetch);
-  EXPECT_EQ(runner.Fetched(12, kStart + 60s), 0);
+  EXPECT_EQ(runner.StoredFetched(3, true), 1) << "four were to be found: one of them is gone";
+  EXPECT_EQ(runner.Decide(kStart + 60s).what, Do::Wait);
+}
+
+TEST(Runners, FetchWhatComesWhileTheyReadTheFlashAndGoOnWithIt) {
+  Runner runner = InSeries(7);
+  runner.Lost(kStart + 5s);
+  runner.Connected(kStart + 60s);
+  runner.CountSeen(12, kStart + 60s);
+  runner.Fetched(12, true, kStart + 60s);
+  runner.CountSeen(13, kStart + 61s);
+  EXPECT_EQ(runner.StoredFetched(1, false), 0) << "not all of it was read";
+  EXPECT_EQ(runner.Decide(kStart + 61s).what, Do::Fetch);
+  runner.Fetched(13, false, kStart + 61s);
+  EXPECT_EQ(runner.Decide(kStart + 61s).what, Do::FetchStored);
+  EXPECT_EQ(runner.StoredFetched(2, true), 2) << "number 13, and one of the four";
+}
+
+TEST(Runners, LookInTheFlashForWhatTheyWereTooLateFor) {
+  Runner runner = InSeries(7);
+  runner.CountSeen(11, kStart + 40s);
+  runner.Fetched(11, true, kStart + 40s);
+  EXPECT_EQ(runner.Decide(kStart + 40s).what, Do::FetchStored);
+  runner.Lost(kStart + 41s);
+  runner.Connected(kStart + 42s);
+  runner.CountSeen(11, kStart + 42s);
+  EXPECT_EQ(runner.Decide(kStart + 42s).what, Do::FetchStored);
+  EXPECT_EQ(runner.StoredFetched(0, true), 3) << "still missing after another interruption";
 }
 
 TEST(Runners, LoseNothingWhereMoreIsFoundThanWasMissed) {
@@ -153,8 +181,9 @@ TEST(Runners, LoseNothingWhereMoreIsFoundThanWasMissed) {
   runner.Lost(kStart + 5s);
   runner.Connected(kStart + 10s);
   runner.CountSeen(8, kStart + 10s);
-  EXPECT_EQ(runner.StoredFetched(5), 0);
-  EXPECT_EQ(runner.Decide(kStart + 10s).what, Do::Fetch);
+  runner.Fetched(8, true, kStart + 10s);
+  EXPECT_EQ(runner.StoredFetched(5, true), 0);
+  EXPECT_EQ(runner.Decide(kStart + 10s).what, Do::Wait);
 }
 
 TEST(Runners, BeginASeriesAnewOfASensorThatHasRestarted) {
@@ -164,14 +193,14 @@ TEST(Runners, BeginASeriesAnewOfASensorThatHasRestarted) {
     runner.Connected(kStart + 10s);
     runner.CountSeen(count, kStart + 10s);
     EXPECT_EQ(runner.Decide(kStart + 10s).what, Do::FetchStored) << count;
-    EXPECT_EQ(runner.StoredFetched(0), 0);
+    EXPECT_EQ(runner.StoredFetched(0, true), 0);
     EXPECT_EQ(runner.Decide(kStart + 10s).what, Do::BeginSeries) << count;
   }
   Runner same = InSeries(7);
   same.Lost(kStart + 5s);
   same.Connected(kStart + 10s);
   same.CountSeen(7, kStart + 10s);
-  EXPECT_EQ(same.StoredFetched(0), 0);
+  EXPECT_EQ(same.StoredFetched(0, true), 0);
   EXPECT_EQ(same.Decide(kStart + 10s).what, Do::Wait) << "the series goes on";
 }
 

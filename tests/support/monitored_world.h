@@ -230,6 +230,7 @@ class MonitoredWorld {
 
   WorldClock clock;
   CountingPublisher publisher;
+  bool isPublished = true;
   FailingDatabase::Switch archiveFault = std::make_shared<std::atomic<int>>(-1);
   FailingDatabase::Switch diskFault = std::make_shared<std::atomic<int>>(-1);
   std::vector<std::optional<BandTable>> bands{};
@@ -263,7 +264,7 @@ class MonitoredWorld {
                           },
                       .openArchive = open(ArchiveFile(), archiveFault),
                       .retry = std::chrono::milliseconds{1}},
-            .publisher = &publisher,
+            .publisher = isPublished ? &publisher : nullptr,
             .program = "1.2.3",
             .say =
                 [this](const std::string& line, bool /*isTrouble*/) {
