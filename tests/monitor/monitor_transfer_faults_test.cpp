@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "archive/wide_sets.h"
 #include "monitor_checks.h"
 #include "support/monitored_world.h"
 #include "support/sensor_frames.h"
@@ -105,6 +106,33 @@ TEST_P(MonitorWithFaults, KeepsEachRecordOfASeriesOnceOrTellsItsAbsence) {
   for (const archive::JournalEntry& entry : Entries(world)) {
     EXPECT_TRUE(entry.ended) << entry.kind << ": " << entry.text;
   }
+}
+
+TEST_P(MonitorWithFaults, KeepsWideSpectraWholeOrNotAtAll) {
+  MonitoredWorld world("bench = b\nsensor = s\nevery = 60 s\n[wide]\naverages = 1\n");
+  world.Start();
+  world.Run(50s);
+  int met = 0;
+  for (int request = 1; request < 12000; request += request < 20 ? 1 : 331) {
+    world.Usb().FaultAt(request, GetParam().fault, [&] {
+      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
+    });
+    world.Run(60s);
+    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
+    world.Usb().Mend();
+    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    world.Run(60s);
+  }
+  world.Run(60s);
+  world.Stop();
+  EXPECT_GT(met, 25);
+  auto archive = world.OpenArchive();
+  const auto sets = archive::FindWideSets(archive, {});
+  for (const archive::Uid& set : sets) {
+    EXPECT_TRUE(archive::GetWideSet(archive, set)->IsWhole());
+  }
+  EXPECT_EQ(archive.Count(), 4 * static_cast<std::int64_t>(sets.size()));
+  EXPECT_EQ(static_cast<std::int64_t>(sets.size()) + MissedOf(Entries(world)), world.Asked());
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, MonitorWithFaults,
