@@ -39,7 +39,10 @@ TEST(AccountOf, IsWhatTheArchiveHoldsAndWhatLasts) {
   world.Hardware().Adapter().Replug(0);
   world.Run(60s);
   EXPECT_THAT(AccountOf(world.Monitor()).incidents, IsEmpty());
-  world.Stop();
+  world.AskToEnd();
+  EXPECT_FALSE(world.Monitor().Turn());
+  EXPECT_EQ(AccountOf(world.Monitor()).doing, Account::Doing::Ending);
+  world.GoToTheEnd();
 }
 
 TEST(AccountOf, AlarmsThatStandAreThoseThatAreOpenInTheJournal) {

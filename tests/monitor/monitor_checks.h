@@ -45,6 +45,25 @@ inline std::int64_t MissedOf(const std::vector<archive::JournalEntry>& entries) 
   return missed;
 }
 
+// Of a sensor whose timer stores all it takes, and that another cable goes on powering.
+class StoringWorld : public MonitoredWorld {
+ public:
+  explicit StoringWorld(std::chrono::seconds every)
+      : MonitoredWorld("bench = b\nsensor = s\nconnect = usb Ezusb-0\nevery = " +
+                           std::to_string(every.count()) + " s\n[timer]\n",
+                       StoringMachine()) {
+    Hardware().Adapter().SetBoard(1, BoardDescription{});
+  }
+
+ private:
+  static Scenario StoringMachine() {
+    constexpr std::uint16_t kTimerStoresAll = 0x1039;  // Hanning, 70 g
+    Scenario scenario = RunningMachine();
+    scenario.preset.settings.push_back({address::kRecCtrl, kTimerStoresAll});
+    return scenario;
+  }
+};
+
 // What somebody else reads of the sensor.
 inline int WordAt(MonitoredWorld& world, int address) {
   SimulatedSensor& sensor = world.Hardware().Sensor();

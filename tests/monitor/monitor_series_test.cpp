@@ -35,20 +35,8 @@ TEST(MonitorOfASeries, GoesOnAfterTheSensorWasAway) {
   EXPECT_NEAR(static_cast<double>(Kept(world) + MissedOf(Entries(world))), 25, 2);
 }
 
-// The sensor stays powered by another cable, and stores what it takes.
-class StoringSensor : public testing::Test {
- protected:
-  StoringSensor() { world.Hardware().Adapter().SetBoard(1, BoardDescription{}); }
-
-  MonitoredWorld world{"bench = b\nsensor = s\nconnect = usb Ezusb-0\nevery = 20 s\n[timer]\n", [] {
-                         constexpr std::uint16_t kTimerStoresAll = 0x1039;  // Hanning, 70 g
-                         Scenario scenario = RunningMachine();
-                         scenario.preset.settings.push_back({address::kRecCtrl, kTimerStoresAll});
-                         return scenario;
-                       }()};
-};
-
-TEST_F(StoringSensor, RecordsInItsFlashAreFetchedAfterAnInterruption) {
+TEST(MonitorOfAStoringSensor, FetchesRecordsOfItsFlashAfterAnInterruption) {
+  StoringWorld world(20s);
   world.Start();
   world.Run(100s);
   world.Hardware().Adapter().Unplug(0);
@@ -66,7 +54,8 @@ TEST_F(StoringSensor, RecordsInItsFlashAreFetchedAfterAnInterruption) {
   EXPECT_NEAR(static_cast<double>(Kept(world)), 16, 1);
 }
 
-TEST_F(StoringSensor, WhatItsFlashCouldNotHoldIsToldAsLost) {
+TEST(MonitorOfAStoringSensor, TellsWhatItsFlashCouldNotHold) {
+  StoringWorld world(20s);
   world.Start();
   world.Run(100s);
   world.Hardware().Adapter().Unplug(0);

@@ -73,12 +73,7 @@ TEST_P(MonitorWithFaults, AccountsForEveryCaptureWhereverItComes) {
 // As above, of a series that the sensor takes and stores by itself while the program cannot reach
 // it.
 TEST_P(MonitorWithFaults, KeepsEachRecordOfASeriesOnceOrTellsItsAbsence) {
-  Scenario scenario = RunningMachine();
-  constexpr std::uint16_t kTimerStoresAll = 0x1039;  // Hanning, 70 g
-  scenario.preset.settings.push_back({address::kRecCtrl, kTimerStoresAll});
-  MonitoredWorld world("bench = b\nsensor = s\nconnect = usb Ezusb-0\nevery = 10 s\n[timer]\n",
-                       scenario);
-  world.Hardware().Adapter().SetBoard(1, BoardDescription{});  // goes on powering the sensor
+  StoringWorld world(10s);
   int met = 0;
   world.Start();
   for (int request = 1; request < 3000; request = After(request)) {
@@ -106,6 +101,27 @@ TEST_P(MonitorWithFaults, KeepsEachRecordOfASeriesOnceOrTellsItsAbsence) {
   for (const archive::JournalEntry& entry : Entries(world)) {
     EXPECT_TRUE(entry.ended) << entry.kind << ": " << entry.text;
   }
+}
+
+TEST_P(MonitorWithFaults, BeginsASeriesWhateverStoodInTheWay) {
+  int met = 0;
+  for (int request = 1; request < 700; request += request < 20 ? 1 : 29) {
+    StoringWorld world(10s);
+    world.Usb().FaultAt(request, GetParam().fault, [&] {
+      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
+    });
+    world.Start();
+    world.Run(5s);
+    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
+    world.Usb().Mend();
+    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    world.Run(30s);
+    EXPECT_TRUE(world.Hardware().Sensor().IsInSeries()) << request;
+    EXPECT_TRUE(world.Monitor().OpenIncidents().empty()) << request;
+    world.Stop();
+    EXPECT_GE(Kept(world), 1) << request;
+  }
+  EXPECT_GT(met, 15);
 }
 
 TEST_P(MonitorWithFaults, KeepsWideSpectraWholeOrNotAtAll) {

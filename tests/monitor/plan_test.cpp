@@ -285,6 +285,18 @@ TEST(PlanFrom, SettingsOfASensorMakeAPlanThatIsRead) {
   EXPECT_EQ(plan.every, 60s);
 }
 
+TEST(PlanFrom, SettingsThatNoSensorHasAreTheNearestOrTheUsualOnes) {
+  const PresentSettings present{
+      .setup = {.mode = 7, .range = 9, .option = -1, .window = 5, .averages = 300}};
+  const Plan plan = Good(TextOf(PlanFrom(present)));
+  EXPECT_EQ(NameOf(plan.steps.at(0)), "option 0, 70 g, flattop, 255 averages");
+  EXPECT_EQ(NameOf(Good(TextOf(PlanFrom({}))).steps.at(0)), "option 0, 70 g, hanning, 1 average");
+}
+
+TEST(PlanText, ACodeThatHasNoWordIsWrittenAsTheFirst) {
+  EXPECT_EQ(NameOf(Step{.range = 9, .window = 9}), NameOf(Step{.range = 0, .window = 0}));
+}
+
 TEST(PlanFrom, NamesAreMadeToFit) {
   PresentSettings present{.bench = " a\tb\n", .sensor = "\x01\x02"};
   present.setup.mode = 2;
