@@ -28,6 +28,18 @@ class MonitorWithFaults : public testing::TestWithParam<TransferFault> {
     constexpr int kStride = 83;
     return request + (request < kAround ? 1 : kStride);
   }
+
+  // Goes on for so long with the fault at that request, and ends it. Whether it came.
+  static bool RunWithFault(MonitoredWorld& world, int request, std::chrono::seconds time) {
+    const bool isPulled = GetParam().fault == UsbFault::Unplugged;
+    world.Usb().FaultAt(request, GetParam().fault, [&] {
+      if (isPulled) world.Hardware().Adapter().Unplug(0);
+    });
+    world.Run(time);
+    world.Usb().Mend();
+    if (isPulled) world.Hardware().Adapter().Replug(0);
+    return world.Usb().Met() != UsbRequest::None;
+  }
 };
 
 // A fault at the k-th request after a capture has been kept, for all k until the next but one is.
@@ -37,17 +49,8 @@ TEST_P(MonitorWithFaults, AccountsForEveryCaptureWhereverItComes) {
   world.Run(25s);
   int met = 0;
   for (int request = 1; request < 6000; request = After(request)) {
-    world.Usb().FaultAt(request, GetParam().fault, [&] {
-      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
-    });
-    world.Run(20s);
-    const bool isMet = world.Usb().Met() != UsbRequest::None;
-    world.Usb().Mend();
-    if (GetParam().fault == UsbFault::Unplugged) {
-      world.Hardware().Adapter().Replug(0);
-      world.Run(10s);
-    }
-    if (isMet) ++met;
+    met += RunWithFault(world, request, 20s) ? 1 : 0;
+    world.Run(10s);
   }
   world.Run(30s);
   world.Stop();
@@ -70,20 +73,13 @@ TEST_P(MonitorWithFaults, AccountsForEveryCaptureWhereverItComes) {
   }
 }
 
-// As above, of a series that the sensor takes and stores by itself while the program cannot reach
-// it.
+// The sensor takes and stores a series by itself while the program cannot reach it.
 TEST_P(MonitorWithFaults, KeepsEachRecordOfASeriesOnceOrTellsItsAbsence) {
   StoringWorld world(10s);
   int met = 0;
   world.Start();
   for (int request = 1; request < 3000; request = After(request)) {
-    world.Usb().FaultAt(request, GetParam().fault, [&] {
-      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
-    });
-    world.Run(30s);
-    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
-    world.Usb().Mend();
-    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    met += RunWithFault(world, request, 30s) ? 1 : 0;
     world.Run(20s);
   }
   world.Run(60s);
@@ -107,14 +103,8 @@ TEST_P(MonitorWithFaults, BeginsASeriesWhateverStoodInTheWay) {
   int met = 0;
   for (int request = 1; request < 700; request += request < 20 ? 1 : 29) {
     StoringWorld world(10s);
-    world.Usb().FaultAt(request, GetParam().fault, [&] {
-      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
-    });
     world.Start();
-    world.Run(5s);
-    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
-    world.Usb().Mend();
-    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    met += RunWithFault(world, request, 5s) ? 1 : 0;
     world.Run(30s);
     EXPECT_TRUE(world.Hardware().Sensor().IsInSeries()) << request;
     EXPECT_TRUE(world.Monitor().OpenIncidents().empty()) << request;
@@ -130,13 +120,7 @@ TEST_P(MonitorWithFaults, KeepsWideSpectraWholeOrNotAtAll) {
   world.Run(50s);
   int met = 0;
   for (int request = 1; request < 12000; request += request < 20 ? 1 : 331) {
-    world.Usb().FaultAt(request, GetParam().fault, [&] {
-      if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Unplug(0);
-    });
-    world.Run(60s);
-    met += world.Usb().Met() != UsbRequest::None ? 1 : 0;
-    world.Usb().Mend();
-    if (GetParam().fault == UsbFault::Unplugged) world.Hardware().Adapter().Replug(0);
+    met += RunWithFault(world, request, 60s) ? 1 : 0;
     world.Run(60s);
   }
   world.Run(60s);
