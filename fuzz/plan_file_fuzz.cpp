@@ -8,7 +8,7 @@
 #include <variant>
 
 #include "exchange/texts.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "require.h"
 
 namespace kestrel::monitor {

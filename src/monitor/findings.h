@@ -12,7 +12,7 @@
 
 #include "alarms/band_table.h"
 #include "analysis/joined.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "publish/messages.h"
 
 namespace kestrel::monitor {

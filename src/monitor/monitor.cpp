@@ -8,7 +8,7 @@
 
 #include "archive/record_row.h"
 #include "monitor/own_records.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/plan_words.h"
 
 namespace kestrel::monitor {
 namespace {

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "monitor/schedule.h"
 
 namespace kestrel::monitor {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "monitor/patience.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "setup/setup.h"
 #include "station/station.h"
 

@@ -58,7 +58,8 @@ class Publishing : public Publisher {
     }
     if (settings.command) command_.emplace(*settings.command, letters_, choice.log);
     if (settings.metrics) {
-      metrics_.emplace(*settings.metrics, choice.names, choice.version, [this] { return State(); });
+      metrics_.emplace(*settings.metrics, choice.names, choice.version,
+                       [this] { return StateOfOthers(); });
     }
   }
 
@@ -84,6 +85,14 @@ class Publishing : public Publisher {
   }
 
   PublisherState State() override {
+    PublisherState state = StateOfOthers();
+    if (metrics_) state.metricsUrl = metrics_->Url();
+    return state;
+  }
+
+ private:
+  // Asked by the page's own threads too, while `metrics_` begins and ends.
+  PublisherState StateOfOthers() {
     const QueueState queue = letters_->State();
     PublisherState state{.hasBroker = sender_.has_value(),
                          .waitingAlarms = queue.waiting,
@@ -95,11 +104,9 @@ class Publishing : public Publisher {
       if (state.trouble.empty()) state.trouble = sender.trouble;
     }
     if (command_ && state.trouble.empty()) state.trouble = command_->Trouble();
-    if (metrics_) state.metricsUrl = metrics_->Url();
     return state;
   }
 
- private:
   const PublisherChoice choice_;
   const std::shared_ptr<LetterQueue> letters_;
   std::optional<MqttSender> sender_;

@@ -16,7 +16,7 @@ namespace {
 
 using Kind = CallFault::Kind;
 
-SystemCallFaults* current = nullptr;
+thread_local SystemCallFaults* current = nullptr;
 
 [[noreturn]] void Die() {
   kill(getpid(), SIGKILL);

@@ -7,9 +7,9 @@
 #include <ostream>
 
 #include "acquisition/readings.h"
-#include "monitor/bands_of.h"
-#include "monitor/plan_from.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/bands_of.h"
+#include "monitor/plan/plan_from.h"
+#include "monitor/plan/plan_words.h"
 #include "regmap/register_table.h"
 #include "seams/path_text.h"
 

@@ -7,7 +7,7 @@
 
 #include "cli/command.h"
 #include "cli/monitor/monitor_run.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel {
 

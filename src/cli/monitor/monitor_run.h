@@ -7,7 +7,7 @@
 
 #include "cli/exit_code.h"
 #include "cli/session.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel {
 

@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel {
 

@@ -11,7 +11,7 @@
 
 #include "archive/place.h"
 #include "monitor/account.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "seams/clock.h"
 #include "ui/watch/monitor_process.h"
 

@@ -8,7 +8,7 @@
 #include <QWidget>
 #include <memory>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "ui/chart/analyser_plot.h"
 #include "ui/trend/level_menu.h"
 #include "ui/trend/trend_source.h"

@@ -5,8 +5,8 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
-#include "monitor/bands_of.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/bands_of.h"
+#include "monitor/plan/plan_words.h"
 #include "ui/study/text_table.h"
 
 namespace kestrel {

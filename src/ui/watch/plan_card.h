@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <optional>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "seams/files.h"
 #include "ui/watch/plan_editor.h"
 #include "ui/workbench/bench_card.h"

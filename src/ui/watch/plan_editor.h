@@ -5,7 +5,7 @@
 #include <QPlainTextEdit>
 #include <map>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel {
 

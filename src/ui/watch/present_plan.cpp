@@ -6,7 +6,7 @@
 
 #include "app/program_state.h"
 #include "device/rec_ctrl.h"
-#include "monitor/plan_from.h"
+#include "monitor/plan/plan_from.h"
 #include "transport/usb_adapter.h"
 
 namespace kestrel {

@@ -8,7 +8,7 @@
 #include "analysis/severity.h"
 #include "archive/kept_record.h"
 #include "connection/core.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel {
 

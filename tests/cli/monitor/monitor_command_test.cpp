@@ -5,7 +5,7 @@
 #include <string>
 
 #include "cli/program_bench.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "support/temporary_folder.h"
 
 namespace kestrel {

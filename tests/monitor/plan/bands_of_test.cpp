@@ -1,6 +1,6 @@
 // Files of alarm bands that a plan names.
 // SPDX-License-Identifier: MIT
-#include "monitor/bands_of.h"
+#include "monitor/plan/bands_of.h"
 
 #include <gmock/gmock.h>
 

@@ -1,6 +1,6 @@
 // Tests of plans: what they hold, and every mistake with its line.
 // SPDX-License-Identifier: MIT
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 
 #include "exchange/texts.h"
-#include "monitor/plan_from.h"
+#include "monitor/plan/plan_from.h"
 #include "support/seeds.h"
 
 namespace kestrel::monitor {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "archive/place.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "simulator/signal/scenario.h"
 #include "support/seeds.h"
 

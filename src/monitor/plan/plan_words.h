@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 
 namespace kestrel::monitor {
 

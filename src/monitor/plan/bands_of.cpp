@@ -1,6 +1,6 @@
 // Band files read for the steps of a plan.
 // SPDX-License-Identifier: MIT
-#include "monitor/bands_of.h"
+#include "monitor/plan/bands_of.h"
 
 #include "seams/path_text.h"
 #include "station/sensor_bands.h"

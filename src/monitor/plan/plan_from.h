@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "station/recorder.h"
 
 namespace kestrel::monitor {

@@ -1,6 +1,6 @@
 // What a value of a plan may be, and what is said of one that it may not.
 // SPDX-License-Identifier: MIT
-#include "monitor/plan_words.h"
+#include "monitor/plan/plan_words.h"
 
 #include <algorithm>
 #include <cmath>

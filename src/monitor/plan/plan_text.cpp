@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "archive/place.h"
 #include "exchange/texts.h"
-#include "monitor/plan.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/plan.h"
+#include "monitor/plan/plan_words.h"
 #include "numeric/number_format.h"
 #include "numeric/number_parse.h"
 

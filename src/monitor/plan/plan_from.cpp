@@ -1,12 +1,12 @@
 // The sensor's codes as a plan's words.
 // SPDX-License-Identifier: MIT
-#include "monitor/plan_from.h"
+#include "monitor/plan/plan_from.h"
 
 #include <algorithm>
 
 #include "acquisition/repeat_settings.h"
 #include "exchange/texts.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/plan_words.h"
 
 namespace kestrel::monitor {
 namespace {

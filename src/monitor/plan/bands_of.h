@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "alarms/band_table.h"
-#include "monitor/plan.h"
+#include "monitor/plan/plan.h"
 #include "seams/files.h"
 
 namespace kestrel::monitor {

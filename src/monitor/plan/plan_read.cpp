@@ -6,8 +6,8 @@
 
 #include "analysis/horizontal.h"
 #include "exchange/texts.h"
-#include "monitor/plan.h"
-#include "monitor/plan_words.h"
+#include "monitor/plan/plan.h"
+#include "monitor/plan/plan_words.h"
 #include "publish/settings.h"
 #include "record/frequency.h"
 
