@@ -56,7 +56,7 @@ TEST_F(AllWindows, WhileACaptureIsAwaitedServiceWindowsChangeNothingAndSayWhy) {
                          Deed{{"mnuUsb", "frmUSBselect"}, "cmdFindEzUsb", "lblFinding"}};
   for (const Deed& deed : deeds) Open(deed.item);
   Choose("cbxCommand", 3);
-  During(1, [&] {
+  DuringCapture([&] {
     frames.clear();
     for (const Deed& deed : deeds) {
       SCOPED_TRACE(deed.item.window);

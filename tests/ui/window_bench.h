@@ -91,6 +91,12 @@ class WindowBench : public ::testing::Test {
   void During(int ms, std::function<void()> action) {
     QTimer::singleShot(ms, &Window(), std::move(action));
   }
+  // Once a capture is under way.
+  void DuringCapture(std::function<void()> action) {
+    During(0, [this, action = std::move(action)] {
+      Find<QPushButton>("cmdStart").text() == "Stop" ? action() : DuringCapture(action);
+    });
+  }
 
   SwiftClock clock_;
   SimulatedHardware hardware_;

@@ -138,7 +138,7 @@ TEST_F(Setups, WhileACaptureIsAwaitedTheSensorIsLeftAlone) {
   Open();
   SaveAs("pump");
   ChooseShortCaptures();
-  During(1, [&] {
+  DuringCapture([&] {
     Click("cmdCompare");
     EXPECT_THAT(Note(), HasSubstr("the sensor is busy with a capture"));
     Click("cmdRestore");

@@ -149,7 +149,7 @@ TEST_F(FrmCommand, NoFunctionIsSentWhileACaptureIsAwaitedAndTheWindowSaysSo) {
   ChooseShortCaptures();
   Choose("cbxCommand", 3);
   QString note;
-  During(1, [&] {
+  DuringCapture([&] {
     Press("cmdWrite");
     note = Find<QDialog>("frmCommand").findChild<QLabel*>("lblNote")->text();
   });
