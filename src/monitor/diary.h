@@ -16,6 +16,16 @@
 
 namespace kestrel::monitor {
 
+// Names of the texts that the next start reads.
+namespace past {
+inline constexpr const char* kAccounted = "accounted";
+inline constexpr const char* kEnded = "ended";
+inline constexpr const char* kAlarms = "alarms";
+inline constexpr const char* kLevels = "levels";
+inline constexpr const char* kUntold = "untold";
+inline constexpr const char* kRecent = "recent";
+}  // namespace past
+
 struct DiaryChoice {
   // Make connections; throw DatabaseError. The archive's is called from a thread of the diary's.
   std::function<std::unique_ptr<database::Database>()> openLocal;

@@ -20,14 +20,6 @@ constexpr std::chrono::seconds kBrokerPatience{10};
 constexpr std::chrono::seconds kKeepingPatience{30};
 constexpr std::chrono::seconds kBringingPatience{5};
 
-// Names of the texts that the next start reads.
-constexpr const char* kAccounted = "accounted";
-constexpr const char* kEnded = "ended";
-constexpr const char* kAlarms = "alarms";
-constexpr const char* kLevels = "levels";
-constexpr const char* kUntold = "untold";
-constexpr const char* kRecent = "recent";
-
 std::string Captures(std::int64_t count) {
   return std::to_string(count) + (count == 1 ? " capture" : " captures");
 }
@@ -70,7 +62,7 @@ void Monitor::NoteIncident(const archive::JournalEntry& entry) {
 void Monitor::Start() {
   RestorePast();
   keeper_ = std::make_unique<archive::Keeper>(site_.keeper);
-  diary_.Set(kEnded, "0");
+  diary_.Set(past::kEnded, "0");
   TellStatus(publish::State::Starting);
 }
 
@@ -82,21 +74,22 @@ void Monitor::RestorePast() {
   };
   const Now now = Time();
   incidents_.Restore(past.open);
-  alarms_.Restore(text(kAlarms), past.open);
-  judge_.Restore(text(kLevels));
-  std::istringstream untold(text(kUntold));
+  alarms_.Restore(text(past::kAlarms), past.open);
+  judge_.Restore(text(past::kLevels));
+  std::istringstream untold(text(past::kUntold));
   for (std::string line; std::getline(untold, line);) {
     if (auto alarm = AlarmFrom(line, names_)) untold_.push_back(*std::move(alarm));
   }
-  seen_.Restore(text(kRecent));
+  seen_.Restore(text(past::kRecent));
   Tell(alarms_.EndWhere([this](const AlarmKey& key) { return !IsJudged(plan_, key); }, now.wall));
   dealt_ = accounted_ = now.wall - plan_.every;
-  if (text(kAccounted).empty()) return;
-  const auto last = archive::TimeOf(std::strtoll(text(kAccounted).c_str(), nullptr, 10));
+  if (text(past::kAccounted).empty()) return;
+  const auto last = archive::TimeOf(std::strtoll(text(past::kAccounted).c_str(), nullptr, 10));
   const std::int64_t missed = MissedBetween(last, now.wall, plan_.every);
   incidents_.Once(Incident::NotRunning,
-                  text(kEnded) == "1" ? "The monitor was stopped and started again."
-                                      : "The monitor ended without notice and was started again.",
+                  text(past::kEnded) == "1"
+                      ? "The monitor was stopped and started again."
+                      : "The monitor ended without notice and was started again.",
                   std::min(last, now.wall), now.wall, missed);
 }
 
@@ -152,7 +145,7 @@ void Monitor::Finish() {
   }
   TellStatus(publish::State::Stopped);
   TellAlarms();
-  diary_.Set(kEnded, "1");
+  diary_.Set(past::kEnded, "1");
   if (!diary_.Flush()) {
     return site_.say("The journal's last entries could not be kept: " +
                          std::string(diary_.Trouble().value().what()) + ".",
@@ -219,7 +212,7 @@ void Monitor::LookAtKeeping() {
          : incidents_.End(Incident::ArchiveAway, now);
   if (!handed_.empty() || accounted_ == dealt_) return;
   accounted_ = dealt_;
-  diary_.Set(kAccounted, std::to_string(archive::Nanoseconds(accounted_)));
+  diary_.Set(past::kAccounted, std::to_string(archive::Nanoseconds(accounted_)));
   // At once: after a kill, what is not noted here is told as missed though it is kept.
   diary_.Flush();
 }

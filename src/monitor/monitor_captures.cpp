@@ -142,7 +142,7 @@ void Monitor::Keep(const std::vector<Record>& records, std::size_t step) {
 bool Monitor::KeepFromSensor(const Record& record, bool isInFlash) {
   const archive::Uid uid = UidOfWords(record);
   const bool isNew = seen_.Add(archive::TextOf(uid), isInFlash);
-  diary_.Set("recent", seen_.Text());
+  diary_.Set(past::kRecent, seen_.Text());
   if (!isNew) return false;
   Hand(record, uid, std::nullopt);
   Judge(record, uid, 0);
@@ -171,7 +171,7 @@ void Monitor::Judge(const Record& record, const archive::Uid& uid, std::size_t s
   if (step < bands_.size() && bands_[step]) {
     const Findings more = judge_.Judge(record, *bands_[step]);
     findings.insert(findings.end(), more.begin(), more.end());
-    diary_.Set("levels", judge_.Text());
+    diary_.Set(past::kLevels, judge_.Text());
   }
   Tell(alarms_.Take(findings, record.time, uid));
 }
@@ -201,14 +201,14 @@ void Monitor::Tell(std::vector<AlarmNews> news) {
                       one.entry.text + ".");
     if (site_.publisher != nullptr) untold_.push_back(std::move(one.alarm));
   }
-  diary_.Set("alarms", alarms_.Text());
+  diary_.Set(past::kAlarms, alarms_.Text());
   NoteUntold();
 }
 
 void Monitor::NoteUntold() {
   std::string lines;
   for (const publish::Alarm& alarm : untold_) lines += LineOf(alarm) + "\n";
-  diary_.Set("untold", lines);
+  diary_.Set(past::kUntold, lines);
 }
 
 void Monitor::TellAlarms() {

@@ -8,6 +8,8 @@
 
 namespace kestrel::monitor {
 
+inline constexpr int kMostInFlash = 16;  // records that the sensor's flash holds
+
 // By name: the latest of the series, and those that the sensor's flash goes on holding, however
 // long ago they came.
 class SeenRecords {
@@ -21,7 +23,6 @@ class SeenRecords {
 
  private:
   static constexpr std::size_t kMostRecent = 64;
-  static constexpr std::size_t kMostInFlash = 16;
   std::deque<std::string> recent_;
   std::deque<std::string> inFlash_;
 };

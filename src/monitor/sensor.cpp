@@ -9,6 +9,7 @@
 #include "acquisition/readings.h"
 #include "acquisition/sensor_identity.h"
 #include "device/rec_ctrl.h"
+#include "monitor/seen_records.h"
 #include "regmap/command_words.h"
 #include "regmap/register_table.h"
 #include "setup/difference.h"
@@ -18,7 +19,6 @@ namespace {
 
 constexpr std::int16_t kManual = 0;
 constexpr std::int16_t kTimer = 1;
-constexpr int kStoredRecords = 16;
 constexpr std::size_t kMostDifferences = 5;
 
 // A pointer into the flash is moved by every look at it, and lines that are inputs by the world.
@@ -113,6 +113,15 @@ setup::Setup Sensor::SetupOf(const Words& words) {
   return setup;
 }
 
+std::vector<std::size_t> Sensor::Others(const Words& words) const {
+  std::vector<std::size_t> others;
+  for (std::size_t index = 0; index < kRegisters; ++index) {
+    const auto& set = (*asSet_)[index];
+    if (set && *set != words[index]) others.push_back(index);
+  }
+  return others;
+}
+
 Tried<SensorNews> Sensor::Check() {
   if (auto trouble = Mute()) return *std::move(trouble);
   const auto words = ReadWords();
@@ -121,19 +130,16 @@ Tried<SensorNews> Sensor::Check() {
   SensorNews news;
   news.restarted = count_ && *count < *count_;
   count_ = *count;
-  const setup::Setup set = SetupOf(*asSet_);
-  const setup::Setup now = SetupOf(*words);
-  std::vector<std::size_t> others;
-  for (std::size_t index = 0; index < kRegisters; ++index) {
-    if (set.registers[index] != now.registers[index]) others.push_back(index);
-  }
+  const auto others = Others(*words);
   for (const std::size_t index : others) {
     if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) return Lost();
   }
   if (!others.empty()) {
     setup_.reset();
-    news.putBack = PutBackText(set, now, others);
-    if (ReadWords() != asSet_) {
+    news.putBack = PutBackText(SetupOf(*asSet_), SetupOf(*words), others);
+    const auto after = ReadWords();
+    if (!after) return Lost();
+    if (!Others(*after).empty()) {
       return Trouble{Trouble::Kind::Silent,
                      "The sensor does not take its settings: " + news.putBack};
     }
@@ -153,17 +159,28 @@ std::optional<Trouble> Sensor::Configure(const Step& step, std::int16_t mode, st
            other.averages == wanted.averages;
   };
   if (setup_ && same(*setup_)) return std::nullopt;
+  setup_.reset();
+  Forget({setup::Register::RecCtrl, setup::Register::FftAvg});
   const auto configured = station_.Records().Configure(wanted);
   if (!configured) return TroubleOf(configured.Why());
-  setup_ = *configured;
-  if (!same(*setup_)) {
-    setup_.reset();
+  if (!same(*configured)) {
     return Trouble{Trouble::Kind::Silent, "The sensor does not take the settings of the plan."};
   }
-  for (const setup::Register which : {setup::Register::RecCtrl, setup::Register::FftAvg}) {
-    (*asSet_)[Index(which)] = Read(setup::RowOf(Index(which)));
-  }
+  if (!Note({setup::Register::RecCtrl, setup::Register::FftAvg})) return Lost();
+  setup_ = *configured;
   return std::nullopt;
+}
+
+void Sensor::Forget(std::initializer_list<setup::Register> registers) {
+  for (const setup::Register which : registers) (*asSet_)[Index(which)].reset();
+}
+
+bool Sensor::Note(std::initializer_list<setup::Register> registers) {
+  return std::ranges::all_of(registers, [this](setup::Register which) {
+    auto& word = (*asSet_)[Index(which)];
+    word = Read(setup::RowOf(Index(which)));
+    return word.has_value();
+  });
 }
 
 Tried<Record> Sensor::CaptureOne(const Step& step, std::int16_t option) {
@@ -208,8 +225,8 @@ Tried<std::int32_t> Sensor::BeginSeries(const Step& step, std::chrono::seconds p
     word = isHours ? 0x200 | static_cast<std::int32_t>(period.count() / 3600)
                    : 0x100 | static_cast<std::int32_t>(period.count() / 60);
   }
-  if (!registers.Write(row::REC_PRD, word)) return Lost();
-  (*asSet_)[Index(setup::Register::RecPrd)] = Read(row::REC_PRD);
+  Forget({setup::Register::RecPrd});
+  if (!registers.Write(row::REC_PRD, word) || !Note({setup::Register::RecPrd})) return Lost();
   if (!registers.Write(row::COMMAND, CommandWord(CommandBit::ClearStatus))) return Lost();
   const auto count = Read(row::REC_CNT);
   if (!count || !registers.Write(row::COMMAND, CommandWord(CommandBit::RecordStartStop))) {
@@ -242,10 +259,10 @@ Tried<std::optional<NewestRecord>> Sensor::Newest() {
 
 Tried<StoredRecords> Sensor::Stored() {
   const auto stored = Read(row::REC_FLSH_CNT);
-  if (!stored || !count_) return Lost();
+  if (!stored) return Lost();
   stored_ = *stored;
-  StoredRecords found{.count = *count_};
-  for (; nextStored_ < std::min<int>(*stored, kStoredRecords); ++nextStored_) {
+  StoredRecords found{.count = count_.value()};
+  for (; nextStored_ < std::min<int>(*stored, kMostInFlash); ++nextStored_) {
     auto count = Count();
     if (auto* trouble = std::get_if<Trouble>(&count)) return *std::move(trouble);
     if (std::get<std::int32_t>(count) != found.count) break;

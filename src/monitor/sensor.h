@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <variant>
@@ -80,10 +81,16 @@ class Sensor {
   // Nothing where the sensor was lost.
   [[nodiscard]] std::optional<Words> ReadWords();
   [[nodiscard]] static setup::Setup SetupOf(const Words& words);
+  // Indices of registers that are others than set.
+  [[nodiscard]] std::vector<std::size_t> Others(const Words& words) const;
+  // What is about to be set.
+  void Forget(std::initializer_list<setup::Register> registers);
+  // As they were set; false where the sensor was lost.
+  [[nodiscard]] bool Note(std::initializer_list<setup::Register> registers);
 
   Station& station_;
   Patience& patience_;
-  std::optional<Words> asSet_;
+  std::optional<Words> asSet_;        // a word is missing where a step was lost as it set it
   std::optional<RecordSetup> setup_;  // as the sensor is set; none where that is not known
   std::optional<SensorIdentity> identity_;
   std::optional<std::int32_t> count_;  // REC_CNT as last seen

@@ -64,14 +64,25 @@ class StoringWorld : public MonitoredWorld {
   }
 };
 
-// What somebody else reads of the sensor.
-inline int WordAt(MonitoredWorld& world, int address) {
-  SimulatedSensor& sensor = world.Hardware().Sensor();
-  int word = 0;
-  for (const int frame : ReadFrames(address)) {
-    word = sensor.Exchange(static_cast<std::uint16_t>(frame));
+// What somebody else does with the sensor: the last answer.
+inline int Exchange(MonitoredWorld& world, const std::vector<int>& frames) {
+  int answer = 0;
+  for (const int frame : frames) {
+    answer = world.Hardware().Sensor().Exchange(static_cast<std::uint16_t>(frame));
   }
-  return word;
+  return answer;
+}
+inline int WordAt(MonitoredWorld& world, int address) {
+  return Exchange(world, ReadFrames(address));
+}
+inline void Write(MonitoredWorld& world, int address, int word) {
+  Exchange(world, WriteFrames(address, word));
+}
+
+inline void PullOutFor(MonitoredWorld& world, std::chrono::seconds time) {
+  world.Hardware().Adapter().Unplug(0);
+  world.Run(time);
+  world.Hardware().Adapter().Replug(0);
 }
 
 // Every capture that was asked for while it ran is kept, or its absence is told.

@@ -25,9 +25,7 @@ TEST(MonitorOfASeries, GoesOnAfterTheSensorWasAway) {
   MonitoredWorld world("bench = b\nsensor = s\nevery = 20 s\n[timer]\n");
   world.Start();
   world.Run(100s);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(200s);
-  world.Hardware().Adapter().Replug(0);
+  PullOutFor(world, 200s);
   world.Run(200s);
   world.Stop();
   EXPECT_EQ(Entries(world, "sensor away").size(), 1U);
@@ -39,9 +37,7 @@ TEST(MonitorOfAStoringSensor, FetchesRecordsOfItsFlashAfterAnInterruption) {
   StoringWorld world(20s);
   world.Start();
   world.Run(100s);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(130s);
-  world.Hardware().Adapter().Replug(0);
+  PullOutFor(world, 130s);
   world.Run(100s);
   world.Stop();
   auto archive = world.OpenArchive();
@@ -58,9 +54,7 @@ TEST(MonitorOfAStoringSensor, TellsWhatItsFlashCouldNotHold) {
   StoringWorld world(20s);
   world.Start();
   world.Run(100s);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(600s);
-  world.Hardware().Adapter().Replug(0);
+  PullOutFor(world, 600s);
   world.Run(100s);
   world.Stop();
   const auto lost = Entries(world, "capture lost");

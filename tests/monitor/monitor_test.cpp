@@ -241,9 +241,7 @@ TEST(Monitor, TheJournalWaitsOnThisDiskWhileTheArchiveIsAway) {
   world.Start();
   world.Run(25s);
   *world.archiveFault = static_cast<int>(database::Fault::Lost);
-  world.Hardware().Adapter().Unplug(0);
-  world.Run(60s);
-  world.Hardware().Adapter().Replug(0);
+  PullOutFor(world, 60s);
   world.Run(60s);
   world.Settle();
   world.Kill();

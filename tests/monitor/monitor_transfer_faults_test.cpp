@@ -135,6 +135,22 @@ TEST_P(MonitorWithFaults, KeepsWideSpectraWholeOrNotAtAll) {
   EXPECT_EQ(static_cast<std::int64_t>(sets.size()) + MissedOf(Entries(world)), world.Asked());
 }
 
+// Lost between setting a register and knowing what it took.
+TEST_P(MonitorWithFaults, TakesItsOwnSettingsForNobodyElses) {
+  const bool forgets = GetParam().fault == UsbFault::Unplugged;  // without power
+  int met = 0;
+  for (int request = 90; request < 150; ++request) {
+    StoringWorld world(10s);
+    world.Start();
+    met += RunWithFault(world, request, 5s) ? 1 : 0;
+    world.Run(15s);
+    EXPECT_EQ(WordAt(world, address::kRecPrd), 10) << request;
+    world.Stop();
+    EXPECT_TRUE(forgets || Entries(world, "settings changed").empty()) << request;
+  }
+  EXPECT_GT(met, 35);
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, MonitorWithFaults,
                          testing::Values(TransferFault{"Absent", UsbFault::Absent},
                                          TransferFault{"Short", UsbFault::Short},

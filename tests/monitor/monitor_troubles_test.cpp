@@ -15,13 +15,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-// Somebody else writes to the sensor.
-void Write(MonitoredWorld& world, int address, int word) {
-  for (const int frame : WriteFrames(address, word)) {
-    world.Hardware().Sensor().Exchange(static_cast<std::uint16_t>(frame));
-  }
-}
-
 TEST(Monitor, SettingsThatOthersChangedArePutBackAndToldTheFirstFiveByName) {
   MonitoredWorld world(kPlan);
   world.Start();

@@ -100,6 +100,8 @@ TEST(Runners, OfASeriesLookAtTheCountTenTimesAPeriodAndFetchWhatIsNew) {
   EXPECT_EQ(runner.Decide(kStart + 2s).what, Do::Fetch);
   runner.Fetched(8, true, kStart + 2s);
   EXPECT_EQ(runner.Decide(kStart + 2s).what, Do::Wait);
+  runner.Fetched(11, true, kStart + 3s);
+  EXPECT_EQ(runner.StoredFetched(0, true), 2) << "two came and went";
   EXPECT_EQ(runner.TakePassed(kStart + 500s), 0) << "the sensor's count tells";
 }
 
@@ -111,7 +113,7 @@ TEST(Runners, OfASeriesLookNeitherTooOftenNorTooSeldom) {
 TEST(Runners, OfASeriesCountOnOverTheEndOfTheSensorsNumbers) {
   Runner runner = InSeries(0xFFFE);
   runner.Fetched(1, true, kStart + 1s);
-  runner.Fetched(1, true, kStart + 1s);
+  runner.Fetched(1, false, kStart + 1s);  // the same again
   EXPECT_EQ(runner.StoredFetched(0, true), 2);
   Runner restarted = InSeries(5000);
   restarted.Fetched(3, true, kStart + 1s);

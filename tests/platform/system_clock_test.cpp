@@ -12,6 +12,7 @@
 #include <ctime>
 #include <optional>
 #include <set>
+#include <utility>
 #include <vector>
 
 #include "support/environment.h"
@@ -94,11 +95,11 @@ TEST(SystemClock, SignalsDoNotShortenAWait) {
   ASSERT_EQ(setitimer(ITIMER_REAL, &every5Ms, nullptr), 0);
 
   const nanoseconds used = ThreadTime();
-  const nanoseconds deadline = clock.Monotonic() + milliseconds{60};
+  const nanoseconds deadline = clock.Monotonic() + milliseconds{200};
   clock.WaitUntil(deadline);
   EXPECT_GE(clock.Monotonic(), deadline);
   EXPECT_LT(ThreadTime() - used, milliseconds{4});  // it went back to sleep
-  EXPECT_GE(alarms.load(), 1);
+  EXPECT_GE(alarms.load(), 2);
 
   const itimerval none{};
   setitimer(ITIMER_REAL, &none, nullptr);
@@ -142,30 +143,40 @@ TEST(SystemClock, SecondsSinceMidnightResolveFarLessThanAMillisecond) {
 }
 
 nanoseconds LoopTime(SystemClock& clock, std::int32_t passes, std::int32_t iterations) {
-  nanoseconds best = nanoseconds::max();
-  for (int round = 0; round < 5; ++round) {
-    const nanoseconds start = ThreadTime();
-    clock.RunEmptyLoop(passes, iterations);
-    best = std::min(best, ThreadTime() - start);
-  }
-  return best;
+  const nanoseconds start = ThreadTime();
+  clock.RunEmptyLoop(passes, iterations);
+  return ThreadTime() - start;
 }
 
+// In turns, the least of each: the processor's pace may change in between.
 TEST(SystemClock, EmptyLoopTakesTimeInProportionToItsCounts) {
   SystemClock clock;
-  const nanoseconds once = LoopTime(clock, 500, 2000);
+  nanoseconds once = nanoseconds::max();
+  nanoseconds passes = once;
+  nanoseconds iterations = once;
+  for (int round = 0; round < 40; ++round) {
+    once = std::min(once, LoopTime(clock, 500, 2000));
+    passes = std::min(passes, LoopTime(clock, 2000, 2000));
+    iterations = std::min(iterations, LoopTime(clock, 500, 8000));
+  }
   EXPECT_GT(once, microseconds{50});
-  EXPECT_NEAR(static_cast<double>(LoopTime(clock, 2000, 2000).count()),
-              4.0 * static_cast<double>(once.count()), 2.0 * static_cast<double>(once.count()));
-  EXPECT_NEAR(static_cast<double>(LoopTime(clock, 500, 8000).count()),
-              4.0 * static_cast<double>(once.count()), 2.0 * static_cast<double>(once.count()));
+  const auto ofOnce = [&](nanoseconds time) {
+    return static_cast<double>(time.count()) / static_cast<double>(once.count());
+  };
+  EXPECT_NEAR(ofOnce(passes), 4, 2);
+  EXPECT_NEAR(ofOnce(iterations), 4, 2);
 }
 
 TEST(SystemClock, EmptyLoopOfNothingReturnsAtOnce) {
   SystemClock clock;
-  EXPECT_LT(LoopTime(clock, 0, 2000000000), milliseconds{1});
-  EXPECT_LT(LoopTime(clock, 1000, 0), milliseconds{1});
-  EXPECT_LT(LoopTime(clock, 1000, -5), milliseconds{1});
+  for (const auto& [passes, iterations] :
+       {std::pair{0, 2000000000}, std::pair{1000, 0}, std::pair{1000, -5}}) {
+    nanoseconds best = nanoseconds::max();
+    for (int round = 0; round < 5; ++round) {
+      best = std::min(best, LoopTime(clock, passes, iterations));
+    }
+    EXPECT_LT(best, milliseconds{1}) << passes << " of " << iterations;
+  }
 }
 
 }  // namespace

@@ -81,6 +81,7 @@ TEST_F(SensorWindows, NoCommandIsSentWhileACaptureIsAwaited) {
   bool tried = false;
   DuringCapture([&] {
     tried = true;
+    EXPECT_EQ(Find<QPushButton>("cmdStart").text(), "Stop");
     Click(window, "cmdAutoNull");
     EXPECT_FALSE(window.findChild<QLabel*>("lblNote")->text().isEmpty());
   });
