@@ -146,10 +146,11 @@ void Monitor::Finish() {
   TellStatus(publish::State::Stopped);
   TellAlarms();
   diary_.Set(past::kEnded, "1");
-  if (!diary_.Flush()) {
-    return site_.say("The journal's last entries could not be kept: " +
-                         std::string(diary_.Trouble().value().what()) + ".",
-                     true);
+  diary_.Flush();
+  if (const auto& trouble = diary_.Trouble()) {
+    return site_.say(
+        "The journal's last entries could not be kept: " + std::string(trouble->what()) + ".",
+        true);
   }
   if (diary_.BringAll(kBringingPatience)) return;
   site_.say("The journal's last entries are brought to the archive at the next start.", true);

@@ -106,11 +106,11 @@ void Runner::CountSeen(std::int32_t count, Time now) {
   seen_ = count;
   if (!std::exchange(lookFirst_, false)) return;
   // One that restarted has ended its series.
-  if (count < *fetched_ || count == 0) seriesRuns_ = false;
+  if (count < fetched_.value_or(0) || count == 0) seriesRuns_ = false;
 }
 
 void Runner::Fetched(std::int32_t count, bool isNew, Time now) {
-  const std::int64_t missing = Moved(*fetched_, count) - (isNew ? 1 : 0);
+  const std::int64_t missing = Moved(fetched_.value_or(count), count) - (isNew ? 1 : 0);
   if (missing > 0) {
     behind_ += missing;
     lookInFlash_ = true;

@@ -85,12 +85,13 @@ Tried<SensorNews> Sensor::Connect() {
   if (identity_ && *identity_ != identity) {
     news.replaced = SensorText(*identity_) + " was replaced by " + SensorText(identity) + ".";
   }
-  news.restarted = count_ && *count < *count_;
+  news.restarted = *count < count_.value_or(0);
   identity_ = identity;
   count_ = *count;
-  if (!asSet_) {
-    asSet_ = ReadWords();
-    if (!asSet_) return Lost();
+  if (asSet_ == Words{}) {
+    const auto words = ReadWords();
+    if (!words) return Lost();
+    asSet_ = *words;
   }
   return news;
 }
@@ -116,7 +117,7 @@ setup::Setup Sensor::SetupOf(const Words& words) {
 std::vector<std::size_t> Sensor::Others(const Words& words) const {
   std::vector<std::size_t> others;
   for (std::size_t index = 0; index < kRegisters; ++index) {
-    const auto& set = (*asSet_)[index];
+    const auto& set = asSet_[index];
     if (set && *set != words[index]) others.push_back(index);
   }
   return others;
@@ -128,15 +129,16 @@ Tried<SensorNews> Sensor::Check() {
   const auto count = Read(row::REC_CNT);
   if (!words || !count) return Lost();
   SensorNews news;
-  news.restarted = count_ && *count < *count_;
+  news.restarted = *count < count_.value_or(0);
   count_ = *count;
   const auto others = Others(*words);
   for (const std::size_t index : others) {
-    if (!station_.Road().registers.Write(setup::RowOf(index), *(*asSet_)[index])) return Lost();
+    const auto& set = asSet_[index];
+    if (set && !station_.Road().registers.Write(setup::RowOf(index), *set)) return Lost();
   }
   if (!others.empty()) {
     setup_.reset();
-    news.putBack = PutBackText(SetupOf(*asSet_), SetupOf(*words), others);
+    news.putBack = PutBackText(SetupOf(asSet_), SetupOf(*words), others);
     const auto after = ReadWords();
     if (!after) return Lost();
     if (!Others(*after).empty()) {
@@ -172,12 +174,12 @@ std::optional<Trouble> Sensor::Configure(const Step& step, std::int16_t mode, st
 }
 
 void Sensor::Forget(std::initializer_list<setup::Register> registers) {
-  for (const setup::Register which : registers) (*asSet_)[Index(which)].reset();
+  for (const setup::Register which : registers) asSet_[Index(which)].reset();
 }
 
 bool Sensor::Note(std::initializer_list<setup::Register> registers) {
   return std::ranges::all_of(registers, [this](setup::Register which) {
-    auto& word = (*asSet_)[Index(which)];
+    auto& word = asSet_[Index(which)];
     word = Read(setup::RowOf(Index(which)));
     return word.has_value();
   });
@@ -209,7 +211,7 @@ Tried<std::vector<Record>> Sensor::Capture(const Step& step) {
   for (std::int16_t option = 3; option >= 0; --option) {
     if (step.kind != StepKind::Wide && option != step.option) continue;
     auto record = CaptureOne(step, option);
-    if (auto* trouble = std::get_if<Trouble>(&record)) return *std::move(trouble);
+    if (auto* trouble = std::get_if<Trouble>(&record)) return std::move(*trouble);
     records.push_back(std::get<Record>(std::move(record)));
   }
   return records;
@@ -261,15 +263,15 @@ Tried<StoredRecords> Sensor::Stored() {
   const auto stored = Read(row::REC_FLSH_CNT);
   if (!stored) return Lost();
   stored_ = *stored;
-  StoredRecords found{.count = count_.value()};
+  StoredRecords found{.count = count_.value_or(0)};
   for (; nextStored_ < std::min<int>(*stored, kMostInFlash); ++nextStored_) {
     auto count = Count();
-    if (auto* trouble = std::get_if<Trouble>(&count)) return *std::move(trouble);
+    if (auto* trouble = std::get_if<Trouble>(&count)) return std::move(*trouble);
     if (std::get<std::int32_t>(count) != found.count) break;
     const auto record = station_.Records().ReadStored(nextStored_, RecordKind::Spectrum);
     if (!record) return TroubleOf(record.Why());
     count = Count();
-    if (auto* trouble = std::get_if<Trouble>(&count)) return *std::move(trouble);
+    if (auto* trouble = std::get_if<Trouble>(&count)) return std::move(*trouble);
     // A sensor that captures meanwhile retrieves nothing, or mixes two records.
     if (std::get<std::int32_t>(count) != found.count) break;
     found.records.push_back(*record);

@@ -90,7 +90,8 @@ class Sensor {
 
   Station& station_;
   Patience& patience_;
-  std::optional<Words> asSet_;        // a word is missing where a step was lost as it set it
+  // None before the first; one is missing where a step was lost as it set it.
+  Words asSet_{};
   std::optional<RecordSetup> setup_;  // as the sensor is set; none where that is not known
   std::optional<SensorIdentity> identity_;
   std::optional<std::int32_t> count_;  // REC_CNT as last seen

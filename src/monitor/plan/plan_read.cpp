@@ -227,6 +227,7 @@ void Reader::CheckWhole() {
   }
   for (const Step& step : plan_.steps) CheckStep(step);
   std::vector<publish::SettingLine> lines;
+  lines.reserve(plan_.publish.size());
   for (const PlanLine& line : plan_.publish) lines.push_back({line.line, line.key, line.value});
   const auto settings = publish::SettingsOf(lines);
   if (const auto* wrong = std::get_if<std::vector<publish::SettingMistake>>(&settings)) {
