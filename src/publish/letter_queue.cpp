@@ -41,10 +41,8 @@ bool LetterQueue::Try(const std::function<void(Outbox&)>& action) {
 
 // Each step is whole in itself: whatever ends this half-way, the rest follows the next time.
 void LetterQueue::BringToDisk() {
-  while (!arrived_.empty()) {
-    const auto [receiver, number] = *arrived_.begin();
-    if (!Try([&](Outbox& outbox) { outbox.Arrived(receiver, number); })) return;
-    arrived_.erase(arrived_.begin());
+  for (auto next = arrived_.begin(); next != arrived_.end(); next = arrived_.erase(next)) {
+    if (!Try([&](Outbox& outbox) { outbox.Arrived(next->first, next->second); })) return;
   }
   while (!memory_.empty()) {
     const InMemory& next = memory_.front();

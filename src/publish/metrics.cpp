@@ -130,12 +130,13 @@ class Metrics::Server {
       : settings_(settings), exposer_(std::make_unique<prometheus::Exposer>(OptionsOf(settings))) {}
   // Who listens looks every 2 s whether it is to end, or when somebody comes.
   ~Server() {
-    std::jthread knocking([address = AddressOf(settings_, Port())](const std::stop_token& end) {
-      while (!end.stop_requested()) {
-        std::this_thread::sleep_for(kBetweenKnocks);
-        Knock(address);
-      }
-    });
+    const std::jthread knocking(
+        [address = AddressOf(settings_, Port())](const std::stop_token& end) {
+          while (!end.stop_requested()) {
+            std::this_thread::sleep_for(kBetweenKnocks);
+            Knock(address);
+          }
+        });
     exposer_.reset();
   }
   Server(const Server&) = delete;

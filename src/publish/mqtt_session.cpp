@@ -111,7 +111,7 @@ void MqttSession::Turn(const Event& wake, std::chrono::milliseconds longest) {
                                wire_ ? wire_->ForLibrary() : none}};
   poll(waits.data(), waits.size(), static_cast<int>(longest.count()));
   wake.Reset();
-  if (wire_) Carry();
+  if (wire_) Carry(*wire_);
   errno = 0;
   if ((waits[0].revents & (POLLIN | POLLERR | POLLHUP)) != 0) Check(mosquitto_loop_read(client, 1));
   if (out != 0) Check(mosquitto_loop_write(client, 1));
@@ -119,8 +119,8 @@ void MqttSession::Turn(const Event& wake, std::chrono::milliseconds longest) {
   if (refused_ != 0) Lose(MOSQ_ERR_CONN_REFUSED);
 }
 
-void MqttSession::Carry() {
-  switch (wire_->Carry()) {
+void MqttSession::Carry(MqttWire& wire) const {
+  switch (wire.Carry()) {
     case MqttWire::End::TooLarge:
       throw ConnectionLost("The broker " + where_ + " sends messages that are too large.", false);
     case MqttWire::End::Unknown:

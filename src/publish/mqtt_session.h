@@ -92,7 +92,7 @@ class MqttSession {
 
   void SetUp(const SessionChoice& choice);
   void Connect(const SessionChoice& choice);
-  void Carry();
+  void Carry(MqttWire& wire) const;
   void Check(int code);
   [[noreturn]] void Lose(int code);
   [[nodiscard]] std::string Reason(int code) const;

@@ -75,7 +75,7 @@ void MqttWire::Give(int to, std::string& bytes) {
 }
 
 MqttWire::End MqttWire::Look() {
-  for (auto size = SizeOfFirst(heard_); size; size = SizeOfFirst(heard_)) {
+  while (const auto size = SizeOfFirst(heard_)) {
     if (*size > largest_) return End::TooLarge;
     if (*size > heard_.size()) break;
     const std::string message = heard_.substr(0, *size);

@@ -59,6 +59,7 @@ struct Pipe {
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
   std::vector<char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (std::string& text : texts) pointers.push_back(text.data());
   pointers.push_back(nullptr);
   return pointers;
@@ -71,7 +72,7 @@ std::vector<std::string> EnvironmentWith(const std::map<std::string, std::string
     if (!variables.contains(entry.substr(0, entry.find('=')))) all.push_back(entry);
   }
   for (const auto& [name, value] : variables) {
-    if (!value.empty()) all.push_back(name + "=" + value);
+    if (!value.empty()) all.emplace_back(name).append("=").append(value);
   }
   return all;
 }
@@ -132,7 +133,7 @@ class Run {
 
  private:
   int Start() {
-    Pipe input;
+    const Pipe input;
     Pipe output;
     if (input.in.Number() < 0 || output.in.Number() < 0) return errno;
     const ssize_t written = write(input.in.Number(), choice_.input.data(), choice_.input.size());

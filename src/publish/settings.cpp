@@ -157,7 +157,8 @@ class Reader {
     const auto isOfAddress = [](char letter) {
       return std::string_view("0123456789abcdefABCDEF.:").find(letter) != std::string_view::npos;
     };
-    if (!port || parted->host.empty() || !std::ranges::all_of(parted->host, isOfAddress)) {
+    if (!parted || !port || parted->host.empty() ||
+        !std::ranges::all_of(parted->host, isOfAddress)) {
       return Say(Quoted(line_.value) +
                  " is not a port, nor an address of this machine with a port: "
                  "9105 or 0.0.0.0:9105");
