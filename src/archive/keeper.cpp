@@ -114,7 +114,7 @@ void Keeper::Tell(const std::function<void(KeeperState&)>& change) {
 void Keeper::Work() {
   while (WaitForWork()) {
     if (!archive_ && std::chrono::steady_clock::now() >= nextTry_) Open();
-    archive_ ? KeepNext() : PutNextAside();
+    archive_ ? KeepNext(*archive_) : PutNextAside();
     Rest();
   }
 }
@@ -142,8 +142,7 @@ bool Keeper::WaitForWork() {
 void Keeper::Open() {
   canPutAside_ = true;
   try {
-    archive_.emplace(choice_.open());
-    const std::string obstacle = BringOver();
+    const std::string obstacle = BringOver(archive_.emplace(choice_.open()));
     Tell([&](KeeperState& state) {
       state.trouble = obstacle;
       state.fault.reset();
@@ -166,7 +165,7 @@ void Keeper::GiveUp(const RuntimeError& error) {
 
 // Whatever ends this half-way: what was brought over twice is one record, by its uid. Another
 // program may bring over the same ones at the same time, and put others in their place.
-std::string Keeper::BringOver() {
+std::string Keeper::BringOver(Archive& archive) {
   if (!aside_ && !choice_.hasWaiting()) return {};
   std::string obstacle;
   try {
@@ -174,9 +173,9 @@ std::string Keeper::BringOver() {
     std::ranges::reverse(ids);  // the oldest first
     for (std::size_t from = 0; from < ids.size(); from += kBroughtAtOnce) {
       const auto part = std::span(ids).subspan(from, std::min(kBroughtAtOnce, ids.size() - from));
-      if (BringPart(part).empty()) continue;
+      if (BringPart(archive, part).empty()) continue;
       for (const std::int64_t& id : part) {
-        const std::string why = BringPart(std::span(&id, 1));
+        const std::string why = BringPart(archive, std::span(&id, 1));
         if (!why.empty()) obstacle = why;
       }
     }
@@ -188,7 +187,7 @@ std::string Keeper::BringOver() {
 }
 
 // All of them or none; why none.
-std::string Keeper::BringPart(std::span<const std::int64_t> ids) {
+std::string Keeper::BringPart(Archive& archive, std::span<const std::int64_t> ids) {
   std::vector<NewRecord> records;
   try {
     std::vector<std::pair<std::int64_t, Uid>> brought;
@@ -198,7 +197,7 @@ std::string Keeper::BringPart(std::span<const std::int64_t> ids) {
       brought.emplace_back(id, record->uid);
       records.push_back(std::move(*record));
     }
-    archive_->KeepAll(records);
+    archive.KeepAll(records);
     OfAside([&] { aside_->RemoveKnown(brought); });
   } catch (const AsideFault& fault) {
     return fault.what();
@@ -210,10 +209,10 @@ std::string Keeper::BringPart(std::span<const std::int64_t> ids) {
   return {};
 }
 
-void Keeper::LimitSize() {
+void Keeper::LimitSize(Archive& archive) {
   if (!choice_.limit || ++keptSincePrune_ < kKeptBetweenPrunes) return;
   keptSincePrune_ = 0;
-  const Pruned pruned = archive_->Prune(*choice_.limit);
+  const Pruned pruned = archive.Prune(*choice_.limit);
   Tell([&](KeeperState& state) {
     if (pruned.count > 0) {
       if (state.pruned.count == 0) state.pruned.oldest = pruned.oldest;
@@ -224,16 +223,16 @@ void Keeper::LimitSize() {
   });
 }
 
-void Keeper::KeepNext() {
+void Keeper::KeepNext(Archive& archive) {
   const NewRecord* next = Next();
   if (next == nullptr) return;
   try {
-    const std::int64_t id = archive_->Keep(*next);
+    const std::int64_t id = archive.Keep(*next);
     Done([&](KeeperState& state) {
       ++state.kept;
       state.lastId = id;
     });
-    LimitSize();
+    LimitSize(archive);
   } catch (const DatabaseError& error) {
     error.fault == Fault::Constraint ? Refuse(error.what()) : GiveUp(error);
   } catch (const RuntimeError& error) {

@@ -74,10 +74,10 @@ class Keeper {
   [[nodiscard]] bool WaitForWork();
   void Open();
   // Why some of what waits stays where it is; empty where all was brought over.
-  [[nodiscard]] std::string BringOver();
-  [[nodiscard]] std::string BringPart(std::span<const std::int64_t> ids);
-  void LimitSize();
-  void KeepNext();
+  [[nodiscard]] std::string BringOver(Archive& archive);
+  [[nodiscard]] std::string BringPart(Archive& archive, std::span<const std::int64_t> ids);
+  void LimitSize(Archive& archive);
+  void KeepNext(Archive& archive);
   void Rest();
   void PutNextAside();
   Archive& Aside();

@@ -151,11 +151,12 @@ void TakeRemarks(Cells& cells, Remarks& remarks) {
 }
 
 void TakeLevels(Cells& cells, KeptLevels& levels) {
-  std::array<std::optional<double>, 3> rms;
-  std::ranges::generate(rms, [&] { return cells.Maybe<double>(); });
+  std::array<std::optional<double>, 3> all;
+  std::ranges::generate(all, [&] { return cells.Maybe<double>(); });
   for (std::size_t axis = 0; axis < levels.size(); ++axis) {
+    const auto& rms = all[axis];
     const auto peak = cells.Maybe<double>();
-    if (rms[axis] && peak) levels[axis] = {.rmsG = *rms[axis], .peakG = *peak};
+    if (rms && peak) levels[axis] = {.rmsG = *rms, .peakG = *peak};
   }
 }
 

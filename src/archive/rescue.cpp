@@ -71,11 +71,14 @@ std::int64_t Unread(Numbers numbers, const Read& read, const Take& take,
                     const std::function<bool(std::int64_t done)>& goOn) {
   std::int64_t lost = 0;
   std::int64_t unread = 0;  // since the last that could be read
-  for (auto id = numbers.After(0); id && unread < kMostUnread; id = numbers.After(*id)) {
-    if (!goOn(*id - 1)) break;
-    decltype(read(*id)) found;
+  std::int64_t id = 0;
+  while (unread < kMostUnread) {
+    const auto next = numbers.After(id);
+    if (!next || !goOn(*next - 1)) break;
+    id = *next;
+    decltype(read(id)) found;
     try {
-      found = read(*id);
+      found = read(id);
     } catch (const DatabaseError&) {
       ++unread;
     }

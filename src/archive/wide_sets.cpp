@@ -18,6 +18,10 @@ int OptionOf(const KeptRecord& kept) {
   return kept.record.settings.option;
 }
 
+unsigned WantedOf(const KeptRecord& kept) {
+  return kept.wide ? kept.wide->wanted : 0;
+}
+
 bool HasOption(const std::vector<KeptRecord>& records, int option) {
   return std::ranges::any_of(records, [=](const auto& kept) { return OptionOf(kept) == option; });
 }
@@ -45,10 +49,10 @@ std::optional<WideSet> GetWideSet(Archive& archive, const Uid& uid) {
     auto kept = archive.Get(id);
     // Another program may have removed it meanwhile; of two of one option the latest counts.
     if (!kept || HasOption(set.records, OptionOf(*kept))) continue;
-    set.wanted |= kept->wide->wanted;
+    set.wanted |= WantedOf(*kept);
     set.records.push_back(std::move(*kept));
   }
-  for (const KeptRecord& kept : deleted) set.wanted |= kept.wide->wanted;
+  for (const KeptRecord& kept : deleted) set.wanted |= WantedOf(kept);
   if (set.wanted == 0) return std::nullopt;
   std::ranges::sort(set.records, std::greater{}, OptionOf);
   for (int option = kOptions - 1; option >= 0; --option) {
