@@ -71,6 +71,7 @@ namespace kestrel::row {
 
 // Row of each register in the register table, named after the register. -1 until
 // BuildRegisterTable has run, which sets all of them.
+// NOLINTNEXTLINE(bugprone-macro-parentheses): a name cannot be declared in them
 #define KESTREL_DECLARE_ROW(name) extern const std::int16_t& name;
 KESTREL_REGISTER_NAMES(KESTREL_DECLARE_ROW)
 #undef KESTREL_DECLARE_ROW

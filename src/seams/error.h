@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -19,15 +18,16 @@ struct Error {
 class Outcome {
  public:
   Outcome() = default;
-  Outcome(Error error) : error_(std::move(error)) {}
+  Outcome(Error error) : isSuccess_(false), error_(std::move(error)) {}
 
-  explicit operator bool() const { return !error_.has_value(); }
+  explicit operator bool() const { return isSuccess_; }
 
   // Only of an outcome that is no success.
-  [[nodiscard]] const Error& Why() const { return *error_; }
+  [[nodiscard]] const Error& Why() const { return error_; }
 
  private:
-  std::optional<Error> error_;
+  bool isSuccess_ = true;
+  Error error_{};  // of no success
 };
 
 }  // namespace kestrel

@@ -50,6 +50,7 @@ class UsbDriver {
   // Calls `changed`, in a thread of its own, whenever a device may have come or gone; without one
   // it stops, and none is under way when this returns. False where the system does not tell:
   // whoever wants to know asks Attached now and then.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param): it is kept
   [[nodiscard]] virtual bool Watch(std::function<void()> /*changed*/) { return false; }
 
   // Which plugging-in of its device a handle belongs to: another number than before once the device

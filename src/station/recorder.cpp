@@ -57,7 +57,8 @@ Result<Captured> Recorder::Capture() {
     const auto setup = Configure({});
     if (!setup) return setup.Why();
   }
-  if (*setup_.mode > kTimeMode) {
+  const std::int16_t mode = setup_.mode.value_or(0);
+  if (mode > kTimeMode) {
     return end_.Failed(FailureKind::Refused,
                        "The sensor's record mode is 3, which does not exist. Set another one.");
   }
@@ -65,11 +66,12 @@ Result<Captured> Recorder::Capture() {
   RecordOrigin origin;
   if (!Start() || WaitForData(origin) == Wait::Lost) return end_.Lost();
   const auto peaks = ReadAlarmPeaks(core_.registers, {});
-  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
+  if (!peaks) return end_.Lost();
+  const auto status = ReadStatusFlags(core_.registers);
   if (!status) return end_.Lost();
-  const RecordKind kind = *setup_.mode == kTimeMode ? RecordKind::Time : RecordKind::Spectrum;
-  auto record = ReadOut(kind, origin);
-  const auto alarms = record ? ReadAlarmFlags(core_.registers, *peaks) : std::nullopt;
+  auto record = ReadOut(mode == kTimeMode ? RecordKind::Time : RecordKind::Spectrum, origin);
+  if (!record) return end_.Lost();
+  const auto alarms = ReadAlarmFlags(core_.registers, *peaks);
   if (!alarms) return end_.Lost();
   record->status = {.word = status->word & ~kSpiFailureFlag, .known = true};
   record->alarms = *alarms;
@@ -134,9 +136,12 @@ Result<Record> Recorder::ReadPresent(RecordKind kind) {
 
 Result<Record> Recorder::ReadWithState(RecordKind kind, const RecordOrigin& origin) {
   auto record = ReadOut(kind, origin);
-  const auto alarms = record ? ReadAlarmFlags(core_.registers, {}) : std::nullopt;
-  const auto peaks = alarms ? ReadAlarmPeaks(core_.registers, *alarms) : std::nullopt;
-  const auto status = peaks ? ReadStatusFlags(core_.registers) : std::nullopt;
+  if (!record) return end_.Lost();
+  const auto alarms = ReadAlarmFlags(core_.registers, {});
+  if (!alarms) return end_.Lost();
+  const auto peaks = ReadAlarmPeaks(core_.registers, *alarms);
+  if (!peaks) return end_.Lost();
+  const auto status = ReadStatusFlags(core_.registers);
   if (!status) return end_.Lost();
   record->alarms = *peaks;
   record->status = *status;

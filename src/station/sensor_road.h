@@ -32,6 +32,7 @@ class SensorRoad {
   explicit SensorRoad(const RoadSite& site);
   SensorRoad(const SensorRoad&) = delete;
   SensorRoad& operator=(const SensorRoad&) = delete;
+  ~SensorRoad() = default;
 
   // Puts a simulated sensor into the place of the system's devices, its adapter plugged in. It is
   // the same one whenever this is done again; only the first scenario counts.

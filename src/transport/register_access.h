@@ -43,6 +43,7 @@ class RegisterAccess {
       : overAdapter_(usb), overPort_(port), delay_(delay) {}
   RegisterAccess(const RegisterAccess&) = delete;
   RegisterAccess& operator=(const RegisterAccess&) = delete;
+  ~RegisterAccess() = default;
 
   // Takes this interface, kNoInterface included, for all that follows: InterfaceType names it.
   void Use(std::int16_t interfaceType);

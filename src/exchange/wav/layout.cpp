@@ -114,7 +114,7 @@ WavLayout WavLayoutOf(std::string_view bytes) {
     if (name == "data") frames = FramesOf(format, at, size);
     at += size + (size % 2 != 0 && size < bytes.size() - at ? 1 : 0);
   }
-  if (!frames) StopAtByte(bytes.size(), "the file holds no data.");
+  if (!format || !frames) StopAtByte(bytes.size(), "the file holds no data.");
   return {.rate = format->rate, .channels = format->channels, .frames = *frames};
 }
 

@@ -54,7 +54,9 @@ class Recorder {
 
   // The series, when there is one: begun, and not ended.
   [[nodiscard]] bool IsRepeating() const { return nextStart_.has_value(); }
-  [[nodiscard]] std::chrono::nanoseconds NextStart() const { return *nextStart_; }
+  [[nodiscard]] std::chrono::nanoseconds NextStart() const {
+    return nextStart_.value_or(std::chrono::nanoseconds{0});
+  }
   [[nodiscard]] bool BegunByTimer() const { return begunByTimer_; }  // the last capture
   // The next capture waits for the end of other work.
   void Postpone(std::chrono::nanoseconds until);
