@@ -91,6 +91,19 @@ TEST(ThresholdJudges, JudgeNeitherTimeRecordsNorBandsThatAreNone) {
   EXPECT_THAT(judge.Judge(other, Bands()), IsEmpty()) << "the bands are of option 0";
 }
 
+TEST(ThresholdJudges, JudgeABandFromTheFirstLineToTheLast) {
+  ThresholdJudge judge({.m = 1, .n = 1});
+  BandTable bands = Bands();
+  bands(kFLowField, 2, 0) = 0;
+  bands(kFHighField, 2, 0) = 255;
+  EXPECT_EQ(Standing(judge.Judge(SpectrumWith(101, 0), bands)), "w");
+  EXPECT_EQ(Standing(judge.Judge(SpectrumWith(101, 255), bands)), "w");
+  bands(kFHighField, 2, 0) = 256;
+  EXPECT_EQ(Standing(judge.Judge(SpectrumWith(101), bands)), "");
+  bands(kFLowField, 2, 0) = bands(kFHighField, 2, 0) = 20;
+  EXPECT_EQ(Standing(judge.Judge(SpectrumWith(101), bands)), "w") << "one line wide";
+}
+
 TEST(ThresholdJudges, OfTwoOfThreeBeginAndEndWithTheSecond) {
   ThresholdJudge judge({.m = 2, .n = 3, .hysteresisDb = 6});  // released below 50.1
   std::string all;
@@ -297,6 +310,10 @@ TEST(OwnRecords, TheSameWordsHaveTheSameNameAndOthersAnother) {
   Record other = one;
   other.settings.recInfo += 1;
   EXPECT_NE(UidOfWords(one), UidOfWords(other));
+}
+
+TEST(OwnRecords, TheNameOfWordsIsTheSameInEveryVersion) {
+  EXPECT_EQ(archive::TextOf(UidOfWords(SpectrumWith(5))), "63f5e884031eb62ca84e801f1b78342e");
 }
 
 TEST(OneLines, HoldNoLineEndsAndNoControlCharacters) {

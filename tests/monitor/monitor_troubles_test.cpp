@@ -164,6 +164,7 @@ TEST(Monitor, ABrokerThatIsAwayForTenSecondsIsAnIncident) {
   world.Run(5s);
   world.Stop();
   EXPECT_TRUE(Entries(world, "broker away").at(0).ended);
+  EXPECT_EQ(std::ranges::count(world.said, "broker away: The broker cannot be reached."), 1);
 }
 
 }  // namespace
