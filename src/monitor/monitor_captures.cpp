@@ -168,9 +168,8 @@ void Monitor::Hand(const Record& record, const archive::Uid& uid,
 
 void Monitor::Judge(const Record& record, const archive::Uid& uid, std::size_t step) {
   Findings findings = FoundBySensor(record);
-  const auto bands = step < bands_.size() ? bands_[step] : std::nullopt;
-  if (bands) {
-    const Findings more = judge_.Judge(record, *bands);
+  if (step < bands_.size() && bands_[step]) {
+    const Findings more = judge_.Judge(record, *bands_[step]);
     findings.insert(findings.end(), more.begin(), more.end());
     diary_.Set(past::kLevels, judge_.Text());
   }
