@@ -2,9 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "station/station.h"
 
+#include "alarms/alarm_file.h"
 #include "app/program_state.h"
 #include "device/rec_ctrl.h"
 #include "record/capture_data.h"
+#include "regmap/command_words.h"
 #include "station_bench.h"
 #include "support/absent_hardware.h"
 #include "support/given.h"
@@ -106,6 +108,13 @@ TEST_F(StationTest, TheStateIsReadAsValues) {
   EXPECT_EQ(cleared->status.word, 0);
 }
 
+TEST_F(StationTest, AFunctionIsCarriedOutByTheSensor) {
+  Station& station = Connected();
+  ASSERT_TRUE(station.Records().Capture());
+  ASSERT_TRUE(station.SendFunction(static_cast<int>(CommandBit::ClearStatus)));
+  EXPECT_EQ(station.ReadState()->status.word, 0);
+}
+
 TEST_F(StationTest, ALostSensorFailsTheStepAndConnectingBringsItBack) {
   Station& station = Connected();
   hardware.Adapter().Unplug(0);
@@ -185,6 +194,9 @@ TEST_F(StationTest, ABandFileThatIsNoneIsRefusedWithItsPath) {
               HasSubstr("/data/AlarmSpectrum_bad.csv, "));
   EXPECT_THAT(ReadBandFile(files, "/data/none.csv").Why().text,
               HasSubstr("/data/none.csv cannot be read"));
+  files.contents["/data/endless.csv"] = std::string(kLargestAlarmFile + 1, '1');
+  EXPECT_THAT(ReadBandFile(files, "/data/endless.csv").Why().text,
+              HasSubstr("/data/endless.csv is too large to be an alarm file"));
 }
 
 }  // namespace

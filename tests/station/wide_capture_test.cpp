@@ -219,6 +219,19 @@ TEST_F(WideCaptureSpoilt, ASensorThatDoesNotTakeItsSettingsIsSaidWithWhatItHas) 
   ExpectSettingsBack();
 }
 
+TEST_F(WideCaptureSpoilt, ARecordOfAnotherOptionThanWasSetIsRefused) {
+  Spoil({0x58, 0x01}, 0xD8, 1);  // of the record's own word: option 3 instead of 1
+  const WideCaptured captured = Taken(Quick());
+  ASSERT_TRUE(captured.failure);
+  EXPECT_EQ(captured.failure->kind, FailureKind::Refused);
+  EXPECT_EQ(captured.failure->text,
+            "The record says sample-rate option 3, though the sensor was set to 1.");
+  EXPECT_THAT(order, ElementsAre(0)) << "what came before is kept";
+  EXPECT_EQ(captured.end.notPutBack, "");
+  usb.OnAnswer({});
+  ExpectSettingsBack();
+}
+
 TEST_F(WideCaptureSpoilt, ASensorThatDoesNotTakeThemBackIsSaidWithBoth) {
   InterruptAfter(1s);
   WideCapture capture(TheStation(), Quick());
