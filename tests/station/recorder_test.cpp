@@ -164,5 +164,29 @@ TEST_F(RecorderTest, ASensorLostOnTheWayLeavesTheEarlierRecordWhole) {
   }
 }
 
+// At each request before the waiting: what the sensor has kept from before would pass for this
+// one's.
+TEST_F(RecorderTest, ACaptureThatCannotBeStartedIsNotWaitedFor) {
+  Recorder& records = Connected().Records();
+  ASSERT_TRUE(records.Configure({}));
+  int toStart = 0;
+  usb.FailFrom(1 << 30);  // counts
+  usb.OnBlock([&](auto) {
+    if (told.empty()) toStart = usb.Requests();
+  });
+  ASSERT_TRUE(records.Capture());
+  usb.OnBlock({});
+  ASSERT_GT(toStart, 4);
+  for (int request = 1; request <= toStart; ++request) {
+    SCOPED_TRACE(request);
+    told.clear();
+    usb.FaultAt(request, UsbFault::Absent);
+    ASSERT_FALSE(records.Capture());
+    ASSERT_THAT(told, testing::IsEmpty());
+    usb.Mend();
+    ASSERT_TRUE(TheStation().Connect());
+  }
+}
+
 }  // namespace
 }  // namespace kestrel
